@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/Color.h"
+#include "platform/Image.h"
+#include "platform/Path.h"
+
+#include <QImage>
+#include <QRectF>
+#include <QSizeF>
+
+#include <optional>
+
+/// A transparent picture that is being drawn. Coordinates are points with the origin in the lower left corner and y
+/// upward; a point is `scale` pixels wide. Where a side has a fraction of a pixel the raster rounds up and the picture
+/// stands on its lower left corner.
+class GraphicsContext {
+  public:
+    /// The most pixels that a raster may have.
+    static constexpr qint64 maximumPixels = 16384LL * 16384LL;
+
+    /// The pixels that a side of `points` needs: up to the next whole one, but for rounding noise below 10⁻⁶.
+    static double pixelEdge(double points, int scale);
+
+    GraphicsContext(const QSizeF& size, int scale);
+
+    /// Without a raster nothing is drawn: the size is empty, not a number, has more pixels than the limit, or memory
+    /// is short.
+    bool hasRaster() const { return !m_raster.isNull(); }
+
+    /// From here on everything is drawn through the inside of `path`, antialiased.
+    void addClip(const Path& path);
+
+    /// The whole of `image` stretched into `rect`, source over, antialiased where an edge of `rect` cuts a pixel.
+    void drawImage(const Image& image, const QRectF& rect);
+
+    /// The outline of `path` in `color`, source over.
+    void stroke(const Path& path, const Color& color);
+
+    /// What was drawn: an image of the context's size with the raster as its one representation, or none.
+    Image image() const;
+
+  private:
+    struct DeviceRect;
+    DeviceRect deviceRect(const QRectF& rect) const;
+    CoverageMask coverage(const Path& path, double offset) const;
+    void applyClip(QImage& layer, int left, int top) const;
+    void compositeOver(const QImage& layer, int left, int top);
+
+    QSizeF m_size;
+    int m_scale;
+    QImage m_raster;
+    bool m_isBlank = true;
+    std::optional<CoverageMask> m_clip;
+};

@@ -1,0 +1,177 @@
+#include "platform/ImageSource.h"
+
+#include "platform/AtomicFile.h"
+#include "platform/BitmapImageRep.h"
+#include "platform/GifReader.h"
+#include "platform/JpegReader.h"
+#include "platform/PngReader.h"
+#include "platform/QtPictureReader.h"
+#include "platform/SvgDocument.h"
+#include "platform/TiffReader.h"
+#include "platform/icns/IcnsReader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+using Reader = Result<DecodedPicture> (*)(const QByteArray&);
+
+Result<DecodedPicture> readIcns(const QByteArray& bytes) {
+    const Result<IcnsReader> reader = IcnsReader::open(bytes);
+    if (!reader)
+        return reader.error();
+    return reader->largestPicture();
+}
+
+/// The reader of the bitmap format that `bytes` begin as, or null.
+Reader bitmapReader(const QByteArray& bytes) {
+    struct Signature {
+        QByteArray start;
+        Reader reader;
+    };
+    static const Signature signatures[] = {
+        {QByteArray("\x89PNG\r\n\x1a\n", 8), readPng},
+        {QByteArray("\xff\xd8\xff", 3), readJpeg},
+        {QByteArray("II\x2a\0", 4), readTiff},
+        {QByteArray("MM\0\x2a", 4), readTiff},
+        {QByteArray("II\x2b\0", 4), readTiff},
+        {QByteArray("MM\0\x2b", 4), readTiff},
+        {QByteArray("GIF87a", 6), readGif},
+        {QByteArray("GIF89a", 6), readGif},
+        {QByteArray("icns", 4), readIcns},
+        {QByteArray("BM", 2), readBmp},
+    };
+    for (const Signature& signature : signatures) {
+        if (bytes.startsWith(signature.start))
+            return signature.reader;
+    }
+    const bool isWebP = bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP";
+    return isWebP ? readWebP : nullptr;
+}
+
+/// Whether `bytes` may be an SVG document: XML with an svg element, or such a document compressed.
+bool looksLikeSvg(const QByteArray& bytes) {
+    if (bytes.startsWith("\x1f\x8b"))
+        return true;
+    const bool isUtf16 = bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff");
+    constexpr qsizetype prologue = 65536;
+    const QString text = isUtf16 ? QString::fromUtf16(reinterpret_cast<const char16_t*>(bytes.constData()),
+                                                      std::min(prologue, bytes.size()) / 2)
+                                 : QString::fromUtf8(bytes.left(prologue));
+    QStringView view = text;
+    if (view.startsWith(QChar(0xfeff)))
+        view = view.sliced(1);
+    return view.trimmed().startsWith(u'<') && (isUtf16 || view.contains(QLatin1String("svg")));
+}
+
+Error unknownFormat() {
+    return {ErrorCode::UnknownFormat, QStringLiteral("not a picture (of PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG)")};
+}
+
+/// The bytes of a regular file.
+Result<QByteArray> readFile(const std::string& path) {
+    const auto failure = [](int error) {
+        return Error{error == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable, AtomicFile::systemSentence(error)};
+    };
+    // Without waiting for a writer, should it be a FIFO.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (descriptor < 0)
+        return failure(errno);
+    struct stat status = {};
+    Result<QByteArray> bytes = QByteArray();
+    if (fstat(descriptor, &status) != 0)
+        bytes = failure(errno);
+    else if (S_ISDIR(status.st_mode))
+        bytes = failure(EISDIR);
+    else if (!S_ISREG(status.st_mode))
+        bytes = Error{ErrorCode::NotReadable, QStringLiteral("Not a regular file")};
+    else {
+        // One byte more than it has, to see a file that grows; one that shrinks simply ends earlier.
+        QByteArray buffer(static_cast<qsizetype>(status.st_size) + 1, Qt::Uninitialized);
+        qsizetype length = 0;
+        int error = 0;
+        while (length < buffer.size()) {
+            const ssize_t n = read(descriptor, buffer.data() + length, static_cast<std::size_t>(buffer.size() - length));
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n < 0)
+                error = errno;
+            if (n <= 0)
+                break;
+            length += n;
+        }
+        buffer.truncate(length);
+        if (error != 0)
+            bytes = failure(error);
+        else
+            bytes = std::move(buffer);
+    }
+    close(descriptor);
+    return bytes;
+}
+
+} // namespace
+
+Result<DecodedPicture> ImageSource::decode(const QByteArray& bytes) {
+    if (const Reader reader = bitmapReader(bytes))
+        return reader(bytes);
+    if (!looksLikeSvg(bytes))
+        return unknownFormat();
+    const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
+    if (!document)
+        return document.error();
+    const QSizeF size = (*document)->size();
+    const double width = std::ceil(size.width());
+    const double height = std::ceil(size.height());
+    constexpr auto limit = static_cast<double>(PictureReader::maximumPixels);
+    if (const std::optional<Error> refused = PictureReader::refusedSize(static_cast<qint64>(std::min(width, limit + 1)),
+                                                                        static_cast<qint64>(std::min(height, limit + 1))))
+        return *refused;
+    QImage raster = (*document)->rendered({0, 0, width, static_cast<int>(width)}, {0, 0, height, static_cast<int>(height)});
+    if (raster.isNull())
+        return PictureReader::damaged(QStringLiteral("SVG"), QStringLiteral("it can't be drawn"));
+    return DecodedPicture{std::move(raster), {}};
+}
+
+Result<LoadedPicture> ImageSource::load(const QByteArray& bytes) {
+    if (bytes.isEmpty())
+        return Error{ErrorCode::UnknownFormat, QStringLiteral("the file is empty")};
+    if (bitmapReader(bytes) == nullptr && looksLikeSvg(bytes)) {
+        const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
+        if (!document)
+            return document.error();
+        LoadedPicture picture{Image((*document)->size()), true, {}};
+        picture.image.addRepresentation(*document);
+        return picture;
+    }
+    Result<DecodedPicture> decoded = decode(bytes);
+    if (!decoded)
+        return decoded.error();
+    if (decoded->raster.isNull())
+        return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+    LoadedPicture picture{Image(decoded->raster.size()), false, std::move(decoded->warnings)};
+    // Below this no icon gains from a further copy.
+    constexpr int smallestSide = 32;
+    QImage raster = std::move(decoded->raster);
+    for (;;) {
+        picture.image.addRepresentation(std::make_shared<BitmapImageRep>(raster));
+        if (std::min(raster.width(), raster.height()) < 2 * smallestSide)
+            return picture;
+        raster = halved(raster);
+        if (raster.isNull())
+            return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+    }
+}
+
+Result<LoadedPicture> ImageSource::loadFile(const std::string& path) {
+    const Result<QByteArray> bytes = readFile(path);
+    if (!bytes)
+        return bytes.error();
+    return load(*bytes);
+}

@@ -1,0 +1,177 @@
+#include "platform/JpegReader.h"
+
+#include "platform/RowConverter.h"
+
+#include <array>
+#include <csetjmp>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <vector>
+// after <cstdio>
+#include <jpeglib.h>
+// after jpeglib.h
+#include <jerror.h>
+
+namespace {
+
+/// libjpeg reports errors by longjmp to `decode`. No function between there and libjpeg keeps an object with a
+/// destructor across a call into it; what must outlive an error is a member.
+class JpegDecoder {
+  public:
+    explicit JpegDecoder(const QByteArray& bytes) : m_bytes(bytes) {
+        m_jpeg.err = jpeg_std_error(&m_errors);
+        m_jpeg.client_data = this;
+        m_errors.error_exit = onError;
+        m_errors.emit_message = onMessage;
+        m_errors.output_message = [](j_common_ptr) {};
+    }
+    ~JpegDecoder() { jpeg_destroy_decompress(&m_jpeg); }
+    JpegDecoder(const JpegDecoder&) = delete;
+    JpegDecoder& operator=(const JpegDecoder&) = delete;
+
+    Result<DecodedPicture> decode() {
+        if (setjmp(m_jump) != 0) // NOLINT(cert-err52-cpp): libjpeg's only way to report errors
+            return PictureReader::damaged(QStringLiteral("JPEG"), QString::fromLatin1(m_message.data()));
+        readHeader();
+        if (!m_refused)
+            readPixels();
+        if (m_refused)
+            return *m_refused;
+        DecodedPicture picture{PictureReader::upright(std::move(m_raster), m_orientation), {}};
+        if (m_profileWasRefused)
+            picture.warnings << PictureReader::profileWarning();
+        return picture;
+    }
+
+  private:
+    static JpegDecoder* self(j_common_ptr jpeg) { return static_cast<JpegDecoder*>(jpeg->client_data); }
+
+    [[noreturn]] static void onError(j_common_ptr jpeg) {
+        std::array<char, JMSG_LENGTH_MAX> text{};
+        jpeg->err->format_message(jpeg, text.data());
+        self(jpeg)->m_message = text;
+        longjmp(self(jpeg)->m_jump, 1); // NOLINT(cert-err52-cpp)
+    }
+
+    /// The library fills a picture that breaks off with grey and calls that a warning; here it is an error.
+    static void onMessage(j_common_ptr jpeg, int level) {
+        if (level >= 0)
+            return;
+        switch (jpeg->err->msg_code) {
+        case JWRN_ADOBE_XFORM:
+        case JWRN_JFIF_MAJOR:
+        case JWRN_EXTRANEOUS_DATA:
+        case JWRN_TOO_MUCH_DATA:
+        case JWRN_BOGUS_ICC:
+            return;
+        default:
+            onError(jpeg);
+        }
+    }
+
+    void readHeader() {
+        jpeg_create_decompress(&m_jpeg);
+        jpeg_mem_src(&m_jpeg, reinterpret_cast<const unsigned char*>(m_bytes.constData()),
+                     static_cast<unsigned long>(m_bytes.size()));
+        jpeg_save_markers(&m_jpeg, JPEG_APP0 + 1, 0xffff);
+        jpeg_save_markers(&m_jpeg, JPEG_APP0 + 2, 0xffff);
+        jpeg_read_header(&m_jpeg, TRUE);
+        m_refused = PictureReader::refusedSize(m_jpeg.image_width, m_jpeg.image_height);
+    }
+
+    void readPixels() {
+        readMarkers();
+        SampleLayout layout;
+        switch (m_jpeg.jpeg_color_space) {
+        case JCS_GRAYSCALE:
+            m_jpeg.out_color_space = m_profile ? JCS_GRAYSCALE : JCS_EXT_RGBA;
+            layout = m_profile ? SampleLayout{SampleLayout::Colors::Grey, SampleLayout::Alpha::None, 8, false}
+                               : SampleLayout{SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false};
+            break;
+        case JCS_CMYK:
+        case JCS_YCCK:
+            m_jpeg.out_color_space = JCS_CMYK;
+            // The program that writes an Adobe marker stores ink inverted.
+            layout = {SampleLayout::Colors::CMYK, SampleLayout::Alpha::None, 8, m_jpeg.saw_Adobe_marker != FALSE};
+            break;
+        default:
+            m_jpeg.out_color_space = JCS_EXT_RGBA;
+            layout = {SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false};
+            break;
+        }
+        makeConverter(layout);
+        if (!makeRaster())
+            return;
+        jpeg_start_decompress(&m_jpeg);
+        const int width = static_cast<int>(m_jpeg.output_width);
+        const bool inPlace = layout.bytesPerPixel() == 4;
+        m_row.resize(inPlace ? 0 : static_cast<std::size_t>(width) * static_cast<std::size_t>(layout.bytesPerPixel()));
+        while (m_jpeg.output_scanline < m_jpeg.output_height) {
+            uchar* out = m_pixels + m_jpeg.output_scanline * m_stride;
+            JSAMPROW in = inPlace ? out : m_row.data();
+            jpeg_read_scanlines(&m_jpeg, &in, 1);
+            m_converter->convert(in, out, width);
+        }
+        jpeg_finish_decompress(&m_jpeg);
+    }
+
+    void readMarkers() {
+        for (jpeg_saved_marker_ptr marker = m_jpeg.marker_list; marker != nullptr; marker = marker->next) {
+            if (marker->marker == JPEG_APP0 + 1)
+                readExif(marker->data, marker->data_length);
+        }
+        JOCTET* icc = nullptr;
+        unsigned int length = 0;
+        if (jpeg_read_icc_profile(&m_jpeg, &icc, &length) != FALSE)
+            readProfile(icc, length);
+    }
+
+    void readExif(const JOCTET* data, unsigned int length) {
+        const QByteArray exif = QByteArray::fromRawData(reinterpret_cast<const char*>(data), length);
+        if (exif.startsWith("Exif"))
+            m_orientation = PictureReader::exifOrientation(exif);
+    }
+
+    void readProfile(JOCTET* icc, unsigned int length) {
+        m_profile = ColorProfile::fromIcc(QByteArray(reinterpret_cast<const char*>(icc), length));
+        std::free(icc); // NOLINT(cppcoreguidelines-no-malloc): libjpeg's contract
+        m_profileWasRefused = !m_profile;
+    }
+
+    void makeConverter(const SampleLayout& layout) {
+        m_converter.emplace(layout, m_profile);
+        m_profileWasRefused = m_profileWasRefused || m_converter->profileWasRefused();
+    }
+
+    bool makeRaster() {
+        Result<QImage> raster = PictureReader::newRaster(m_jpeg.image_width, m_jpeg.image_height);
+        if (!raster) {
+            m_refused = raster.error();
+            return false;
+        }
+        m_raster = std::move(*raster);
+        m_pixels = m_raster.bits();
+        m_stride = static_cast<std::size_t>(m_raster.bytesPerLine());
+        return true;
+    }
+
+    const QByteArray& m_bytes;
+    jpeg_decompress_struct m_jpeg{};
+    jpeg_error_mgr m_errors{};
+    std::jmp_buf m_jump{};
+    std::array<char, JMSG_LENGTH_MAX> m_message{};
+    std::optional<Error> m_refused;
+    ColorProfile m_profile;
+    bool m_profileWasRefused = false;
+    int m_orientation = 1;
+    std::optional<RowConverter> m_converter;
+    QImage m_raster;
+    uchar* m_pixels = nullptr;
+    std::size_t m_stride = 0;
+    std::vector<uchar> m_row;
+};
+
+} // namespace
+
+Result<DecodedPicture> readJpeg(const QByteArray& bytes) { return JpegDecoder(bytes).decode(); }

@@ -1,0 +1,208 @@
+#include "platform/PngReader.h"
+
+#include "platform/RowConverter.h"
+
+#include <QSysInfo>
+
+#include <cmath>
+#include <csetjmp>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <png.h>
+#include <vector>
+
+namespace {
+
+/// libpng reports errors by longjmp to `decode`. No function between there and libpng keeps an object with a
+/// destructor across a call into it; what must outlive an error is a member.
+class PngDecoder {
+  public:
+    explicit PngDecoder(const QByteArray& bytes) : m_bytes(bytes) {
+        m_png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, onError, onWarning);
+        if (m_png != nullptr)
+            m_info = png_create_info_struct(m_png);
+    }
+    ~PngDecoder() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
+    PngDecoder(const PngDecoder&) = delete;
+    PngDecoder& operator=(const PngDecoder&) = delete;
+
+    Result<DecodedPicture> decode() {
+        if (m_info == nullptr)
+            return PictureReader::damaged(QStringLiteral("PNG"), QStringLiteral("out of memory"));
+        if (setjmp(png_jmpbuf(m_png)) != 0) // NOLINT(cert-err52-cpp): libpng's only way to report errors
+            return PictureReader::damaged(QStringLiteral("PNG"), QString::fromLatin1(m_message.data()));
+        readHeader();
+        if (!m_refused)
+            readPixels();
+        if (m_refused)
+            return *m_refused;
+        DecodedPicture picture{PictureReader::upright(std::move(m_raster), m_orientation), {}};
+        if (m_profileWasRefused)
+            picture.warnings << PictureReader::profileWarning();
+        return picture;
+    }
+
+  private:
+    static PngDecoder* self(png_structp png) { return static_cast<PngDecoder*>(png_get_error_ptr(png)); }
+
+    [[noreturn]] static void onError(png_structp png, png_const_charp message) {
+        std::strncpy(self(png)->m_message.data(), message, self(png)->m_message.size() - 1);
+        png_longjmp(png, 1);
+    }
+
+    static void onWarning(png_structp png, png_const_charp message) {
+        // Damage in the pixel data that libpng itself would let pass.
+        if (std::strncmp(message, "IDAT:", 5) == 0)
+            onError(png, message);
+        if (std::strstr(message, "iCCP") != nullptr && std::strstr(message, "known incorrect sRGB") == nullptr)
+            self(png)->m_profileWasRefused = true;
+    }
+
+    static void onRead(png_structp png, png_bytep out, size_t length) {
+        auto* decoder = static_cast<PngDecoder*>(png_get_io_ptr(png));
+        const auto rest = static_cast<size_t>(decoder->m_bytes.size()) - decoder->m_position;
+        if (length > rest)
+            png_error(png, "it ends too early");
+        std::memcpy(out, decoder->m_bytes.constData() + decoder->m_position, length);
+        decoder->m_position += length;
+    }
+
+    void readHeader() {
+        png_set_read_fn(m_png, this, onRead);
+        // Our own limit answers, with its own sentence.
+        png_set_user_limits(m_png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
+        png_read_info(m_png, m_info);
+        m_width = png_get_image_width(m_png, m_info);
+        m_height = png_get_image_height(m_png, m_info);
+        m_refused = PictureReader::refusedSize(m_width, m_height);
+    }
+
+    void readPixels() {
+        const int colorType = png_get_color_type(m_png, m_info);
+        const bool isWide = png_get_bit_depth(m_png, m_info) == 16;
+        const bool isGrey = (colorType & PNG_COLOR_MASK_COLOR) == 0;
+        readProfile(isGrey);
+        const bool staysGrey = isGrey && hasProfile();
+        png_set_expand(m_png);
+        if (isGrey && !staysGrey)
+            png_set_gray_to_rgb(m_png);
+        if (isWide && QSysInfo::ByteOrder == QSysInfo::LittleEndian)
+            png_set_swap(m_png);
+        png_set_add_alpha(m_png, 0xffff, PNG_FILLER_AFTER);
+        const int passes = png_set_interlace_handling(m_png);
+        png_read_update_info(m_png, m_info);
+
+        makeConverter({staysGrey ? SampleLayout::Colors::Grey : SampleLayout::Colors::RGB,
+                       SampleLayout::Alpha::Straight, isWide ? 16 : 8, false});
+        if (!makeRaster())
+            return;
+        const std::size_t rowBytes = png_get_rowbytes(m_png, m_info);
+        if (passes == 1)
+            readProgressive(rowBytes);
+        else
+            readInterlaced(rowBytes, passes);
+        png_read_end(m_png, m_info);
+        readOrientation();
+    }
+
+    /// Row after row, converted in place where the raster's pixels have the size of the file's.
+    void readProgressive(std::size_t rowBytes) {
+        const bool inPlace = rowBytes == 4 * static_cast<std::size_t>(m_width);
+        m_rows.resize(inPlace ? 0 : rowBytes);
+        for (png_uint_32 y = 0; y < m_height; ++y) {
+            uchar* out = m_pixels + static_cast<std::size_t>(y) * m_stride;
+            uchar* in = inPlace ? out : m_rows.data();
+            png_read_row(m_png, in, nullptr);
+            convertRow(in, out);
+        }
+    }
+
+    /// Interlaced rows come several times: they are all kept as the file has them until the last pass.
+    void readInterlaced(std::size_t rowBytes, int passes) {
+        m_rows.resize(rowBytes * m_height);
+        for (int pass = 0; pass < passes; ++pass) {
+            for (png_uint_32 y = 0; y < m_height; ++y)
+                png_read_row(m_png, m_rows.data() + rowBytes * y, nullptr);
+        }
+        for (png_uint_32 y = 0; y < m_height; ++y)
+            convertRow(m_rows.data() + rowBytes * y, m_pixels + static_cast<std::size_t>(y) * m_stride);
+        m_rows = {};
+    }
+
+    void convertRow(const uchar* in, uchar* out) { m_converter->convert(in, out, static_cast<int>(m_width)); }
+
+    bool makeRaster() {
+        Result<QImage> raster = PictureReader::newRaster(m_width, m_height);
+        if (!raster) {
+            m_refused = raster.error();
+            return false;
+        }
+        m_raster = std::move(*raster);
+        m_pixels = m_raster.bits();
+        m_stride = static_cast<std::size_t>(m_raster.bytesPerLine());
+        return true;
+    }
+
+    void makeConverter(const SampleLayout& layout) {
+        m_converter.emplace(layout, m_profile);
+        m_profileWasRefused = m_profileWasRefused || m_converter->profileWasRefused();
+    }
+
+    bool hasProfile() const { return static_cast<bool>(m_profile); }
+
+    /// In the order of precedence that the format gives: iCCP, sRGB, then gAMA and cHRM.
+    void readProfile(bool isGrey) {
+        png_charp name = nullptr;
+        png_bytep icc = nullptr;
+        png_uint_32 iccLength = 0;
+        int method = 0;
+        int intent = 0;
+        if (png_get_iCCP(m_png, m_info, &name, &method, &icc, &iccLength) != 0) {
+            setProfile(ColorProfile::fromIcc(QByteArray(reinterpret_cast<const char*>(icc), iccLength)));
+            if (!hasProfile())
+                m_profileWasRefused = true;
+            return;
+        }
+        if (png_get_sRGB(m_png, m_info, &intent) != 0)
+            return;
+        double gamma = 0.45455;
+        ColorProfile::Chromaticities c = ColorProfile::srgbChromaticities;
+        const bool hasGamma = png_get_gAMA(m_png, m_info, &gamma) != 0;
+        const bool hasChromaticities = png_get_cHRM(m_png, m_info, &c[0][0], &c[0][1], &c[1][0], &c[1][1], &c[2][0],
+                                                    &c[2][1], &c[3][0], &c[3][1]) != 0;
+        if (hasGamma || hasChromaticities)
+            setProfile(ColorProfile::fromGamma(gamma, c, isGrey));
+    }
+
+    void setProfile(const ColorProfile& profile) { m_profile = profile; }
+
+    void readOrientation() {
+        png_bytep exif = nullptr;
+        png_uint_32 length = 0;
+        if (png_get_eXIf_1(m_png, m_info, &length, &exif) != 0)
+            m_orientation = PictureReader::exifOrientation(
+                QByteArray::fromRawData(reinterpret_cast<const char*>(exif), length));
+    }
+
+    const QByteArray& m_bytes;
+    std::size_t m_position = 0;
+    png_structp m_png = nullptr;
+    png_infop m_info = nullptr;
+    png_uint_32 m_width = 0;
+    png_uint_32 m_height = 0;
+    std::array<char, 200> m_message{};
+    std::optional<Error> m_refused;
+    ColorProfile m_profile;
+    bool m_profileWasRefused = false;
+    int m_orientation = 1;
+    std::optional<RowConverter> m_converter;
+    QImage m_raster;
+    uchar* m_pixels = nullptr;
+    std::size_t m_stride = 0;
+    std::vector<uchar> m_rows;
+};
+
+} // namespace
+
+Result<DecodedPicture> readPng(const QByteArray& bytes) { return PngDecoder(bytes).decode(); }

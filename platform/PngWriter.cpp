@@ -1,0 +1,121 @@
+#include "platform/PngWriter.h"
+
+#include "platform/PngFilter.h"
+#include "platform/Unpremultiply.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+#include <cstdint>
+#include <libdeflate.h>
+#include <memory>
+#include <new>
+#include <vector>
+
+namespace {
+
+constexpr qsizetype maximumChunk = 0x7fffffff;
+
+struct FreeCompressor {
+    void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
+};
+using Compressor = std::unique_ptr<libdeflate_compressor, FreeCompressor>;
+
+void append32(QByteArray& file, quint32 value) {
+    const quint32 big = qToBigEndian(value);
+    file.append(reinterpret_cast<const char*>(&big), sizeof big);
+}
+
+void appendChunk(QByteArray& file, const char* type, const char* data, qsizetype length) {
+    append32(file, static_cast<quint32>(length));
+    const qsizetype start = file.size();
+    file.append(type, 4);
+    file.append(data, length);
+    append32(file, libdeflate_crc32(0, file.constData() + start, static_cast<std::size_t>(file.size() - start)));
+}
+
+/// The rows [first, first + count) of a raster as the bytes that go into the compressor. A row's predecessor counts even
+/// where it is not among them.
+std::vector<std::uint8_t> filteredRows(const QImage& raster, int first, int count, PngFilterStrategy strategy) {
+    const auto pixels = static_cast<std::size_t>(raster.width());
+    const std::size_t rowBytes = 4 * pixels;
+    std::vector<std::uint8_t> bytes((rowBytes + 1) * static_cast<std::size_t>(count));
+    std::vector<std::uint8_t> row(rowBytes);
+    std::vector<std::uint8_t> above(rowBytes);
+    PngFilter filter(rowBytes);
+    if (first > 0 && strategy == PngFilterStrategy::Adaptive)
+        unpremultiply(raster.constScanLine(first - 1), above.data(), pixels);
+    std::uint8_t* out = bytes.data();
+    for (int y = first; y < first + count; ++y, out += rowBytes + 1) {
+        unpremultiply(raster.constScanLine(y), row.data(), pixels);
+        if (strategy == PngFilterStrategy::Adaptive)
+            filter.adaptive(row.data(), y > 0 ? above.data() : nullptr, out);
+        else
+            PngFilter::none(row.data(), rowBytes, out);
+        row.swap(above);
+    }
+    return bytes;
+}
+
+std::size_t compressedSize(libdeflate_compressor* compressor, const std::vector<std::uint8_t>& bytes) {
+    std::vector<std::uint8_t> out(libdeflate_zlib_compress_bound(compressor, bytes.size()));
+    return libdeflate_zlib_compress(compressor, bytes.data(), bytes.size(), out.data(), out.size());
+}
+
+/// Compares the strategies on bands of rows spread evenly over the picture, or on all of a small one.
+PngFilterStrategy chosenStrategy(const QImage& raster) {
+    constexpr int bands = 4;
+    constexpr int bandRows = 16;
+    constexpr int quickLevel = 3;
+    const Compressor compressor(libdeflate_alloc_compressor(quickLevel));
+    if (!compressor)
+        return PngFilterStrategy::None;
+    const auto size = [&](PngFilterStrategy strategy) {
+        if (raster.height() <= bands * bandRows)
+            return compressedSize(compressor.get(), filteredRows(raster, 0, raster.height(), strategy));
+        std::size_t sum = 0;
+        for (int band = 0; band < bands; ++band) {
+            const int first = (raster.height() - bandRows) * band / (bands - 1);
+            sum += compressedSize(compressor.get(), filteredRows(raster, first, bandRows, strategy));
+        }
+        return sum;
+    };
+    return size(PngFilterStrategy::Adaptive) < size(PngFilterStrategy::None) ? PngFilterStrategy::Adaptive
+                                                                              : PngFilterStrategy::None;
+}
+
+} // namespace
+
+QByteArray encodePng(const QImage& raster, const PngOptions& options) {
+    if (raster.isNull())
+        return {};
+    const PngFilterStrategy strategy =
+        options.filter == PngFilterStrategy::Choose ? chosenStrategy(raster) : options.filter;
+    const std::vector<std::uint8_t> rows = filteredRows(raster, 0, raster.height(), strategy);
+    const Compressor compressor(libdeflate_alloc_compressor(options.level));
+    if (!compressor)
+        return {};
+    const std::size_t bound = libdeflate_zlib_compress_bound(compressor.get(), rows.size());
+    const std::unique_ptr<char[]> data(new (std::nothrow) char[bound]);
+    if (!data)
+        return {};
+    const auto length = static_cast<qsizetype>(
+        libdeflate_zlib_compress(compressor.get(), rows.data(), rows.size(), data.get(), bound));
+    if (length == 0)
+        return {};
+
+    QByteArray file;
+    file.reserve(length + 128);
+    file.append("\x89PNG\r\n\x1a\n", 8);
+    QByteArray header;
+    append32(header, static_cast<quint32>(raster.width()));
+    append32(header, static_cast<quint32>(raster.height()));
+    // 8 bits, RGBA, deflate, the five filters, not interlaced
+    header.append("\x08\x06\x00\x00\x00", 5);
+    appendChunk(file, "IHDR", header.constData(), header.size());
+    appendChunk(file, "sRGB", "\0", 1);
+    for (qsizetype start = 0; start < length; start += maximumChunk)
+        appendChunk(file, "IDAT", data.get() + start, std::min(maximumChunk, length - start));
+    appendChunk(file, "IEND", nullptr, 0);
+    return file;
+}

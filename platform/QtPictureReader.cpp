@@ -1,0 +1,126 @@
+#include "platform/QtPictureReader.h"
+
+#include "platform/RowConverter.h"
+
+#include <QIODevice>
+#include <QImageReader>
+#include <QtEndian>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+/// Bytes in memory as a device that remembers whether a reader asked for more than there are. Some of Qt's readers
+/// report success for a picture that breaks off.
+class WatchedDevice final : public QIODevice {
+  public:
+    explicit WatchedDevice(const QByteArray& bytes) : m_bytes(bytes) { open(ReadOnly | Unbuffered); }
+
+    bool ranShort() const { return m_ranShort; }
+    qint64 size() const override { return m_bytes.size(); }
+
+  protected:
+    qint64 readData(char* data, qint64 maximum) override {
+        const qint64 rest = std::max<qint64>(0, m_bytes.size() - pos());
+        const qint64 count = std::min(maximum, rest);
+        m_ranShort = m_ranShort || count < maximum;
+        std::memcpy(data, m_bytes.constData() + std::min<qint64>(pos(), m_bytes.size()), static_cast<std::size_t>(count));
+        return count;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+  private:
+    const QByteArray& m_bytes;
+    bool m_ranShort = false;
+};
+
+/// Straight RGBA or its like, converted in bands that are small enough for Qt to stay on this thread.
+Result<DecodedPicture> converted(const QImage& image, const ColorProfile& profile) {
+    Result<QImage> raster = PictureReader::newRaster(image.width(), image.height());
+    if (!raster)
+        return raster.error();
+    constexpr qsizetype bandBytes = 60000;
+    const auto band = static_cast<int>(std::max<qsizetype>(1, bandBytes / std::max<qsizetype>(1, image.bytesPerLine())));
+    RowConverter converter({SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false}, profile);
+    for (int y = 0; y < image.height(); y += band) {
+        const int rows = std::min(band, image.height() - y);
+        QImage part(image.constScanLine(y), image.width(), rows, image.bytesPerLine(), image.format());
+        part.setColorTable(image.colorTable());
+        const QImage straight = part.convertToFormat(QImage::Format_RGBA8888);
+        if (straight.isNull())
+            return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+        for (int i = 0; i < rows; ++i)
+            converter.convert(straight.constScanLine(i), raster->scanLine(y + i), image.width());
+    }
+    DecodedPicture picture{std::move(*raster), {}};
+    if (converter.profileWasRefused())
+        picture.warnings << PictureReader::profileWarning();
+    return picture;
+}
+
+struct QtPicture {
+    QImage image;
+    bool ranShort = false;
+};
+
+Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const QString& name) {
+    // Sizes are checked here, before pixels are asked for; Qt's own limit is only the backstop behind that.
+    QImageReader::setAllocationLimit(4096);
+    WatchedDevice device(bytes);
+    QImageReader reader(&device, format);
+    reader.setAutoDetectImageFormat(false);
+    reader.setAutoTransform(false);
+    const QSize size = reader.size();
+    if (!size.isValid())
+        return PictureReader::damaged(name, QStringLiteral("its header can't be read"));
+    if (const std::optional<Error> refused = PictureReader::refusedSize(size.width(), size.height()))
+        return *refused;
+    QtPicture picture;
+    if (!reader.read(&picture.image))
+        return PictureReader::damaged(name, reader.errorString());
+    picture.ranShort = device.ranShort();
+    return picture;
+}
+
+/// The contents of the first chunk of that type in a RIFF file; empty where there is none.
+QByteArray riffChunk(const QByteArray& bytes, const QByteArray& type) {
+    qsizetype at = 12;
+    while (at + 8 <= bytes.size()) {
+        const qsizetype length = qFromLittleEndian<quint32>(bytes.constData() + at + 4);
+        if (length > bytes.size() - at - 8)
+            return {};
+        if (bytes.mid(at, 4) == type)
+            return bytes.mid(at + 8, length);
+        at += 8 + length + length % 2;
+    }
+    return {};
+}
+
+} // namespace
+
+Result<DecodedPicture> readBmp(const QByteArray& bytes) {
+    const QString name = QStringLiteral("BMP");
+    const Result<QtPicture> picture = read(bytes, "bmp", name);
+    if (!picture)
+        return picture.error();
+    if (picture->ranShort)
+        return PictureReader::damaged(name, QStringLiteral("it ends too early"));
+    return converted(picture->image, {});
+}
+
+Result<DecodedPicture> readWebP(const QByteArray& bytes) {
+    const Result<QtPicture> picture = read(bytes, "webp", QStringLiteral("WebP"));
+    if (!picture)
+        return picture.error();
+    const QByteArray icc = riffChunk(bytes, "ICCP");
+    const ColorProfile profile = ColorProfile::fromIcc(icc);
+    Result<DecodedPicture> result = converted(picture->image, profile);
+    if (!result)
+        return result;
+    if (!icc.isEmpty() && !profile)
+        result->warnings << PictureReader::profileWarning();
+    result->raster =
+        PictureReader::upright(std::move(result->raster), PictureReader::exifOrientation(riffChunk(bytes, "EXIF")));
+    return result;
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/Resampler.h"
+
+#include <cstdint>
+#include <vector>
+
+/// The filter of one axis, ready for arithmetic in whole numbers. For each target pixel: the first source sample and
+/// as many pairs of weights as every target pixel has (padded with zeros). Weights have 14 fractional bits and sum to
+/// exactly one.
+class ResamplerWeights {
+  public:
+    static constexpr int fractionBits = 14;
+    static constexpr int one = 1 << fractionBits;
+
+    /// `alignedStarts` moves each first sample down to an even index.
+    ResamplerWeights(const AxisMapping& mapping, bool alignedStarts);
+
+    int pairs() const { return m_pairs; }
+    int start(int target) const { return m_starts[static_cast<std::size_t>(target)]; }
+    /// 2 × pairs() weights.
+    const std::int16_t* weights(int target) const {
+        return m_weights.data() + static_cast<std::size_t>(target) * static_cast<std::size_t>(2 * m_pairs);
+    }
+
+  private:
+    int m_pairs = 0;
+    std::vector<int> m_starts;
+    std::vector<std::int16_t> m_weights;
+};

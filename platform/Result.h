@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+
+#include <utility>
+#include <variant>
+
+/// What went wrong, for programs.
+enum class ErrorCode {
+    NotFound,      ///< no such file or resource
+    NotReadable,   ///< it exists and can't be read
+    NotWritable,   ///< it can't be created, written or replaced
+    NotAPath,      ///< the text can't name a file (NUL byte, invalid UTF-8, empty)
+    UnknownFormat, ///< the bytes are of no format that is known here
+    Unsupported,   ///< a known format in a variant that is not read or written here
+    Damaged,       ///< truncated or otherwise broken data
+    TooLarge,      ///< more pixels than the limit
+    Malformed,     ///< well-formed data of the wrong shape
+    EmptySize,     ///< a size without a single pixel
+};
+
+/// A failure: a code for programs and a sentence for people (no full stop, no file name unless it is part
+/// of the cause).
+struct Error {
+    ErrorCode code;
+    QString sentence;
+};
+
+/// A value, or the Error that stands in its place. Check with `if (result)` before taking either.
+template <typename T>
+class [[nodiscard]] Result {
+  public:
+    Result(T value) : m_state(std::in_place_index<0>, std::move(value)) {}     // NOLINT(google-explicit-constructor)
+    Result(Error error) : m_state(std::in_place_index<1>, std::move(error)) {} // NOLINT(google-explicit-constructor)
+
+    explicit operator bool() const { return m_state.index() == 0; }
+
+    T& operator*() { return *std::get_if<0>(&m_state); }
+    const T& operator*() const { return *std::get_if<0>(&m_state); }
+    T* operator->() { return std::get_if<0>(&m_state); }
+    const T* operator->() const { return std::get_if<0>(&m_state); }
+    const Error& error() const { return *std::get_if<1>(&m_state); }
+
+  private:
+    std::variant<T, Error> m_state;
+};
+
+/// The value of a Result that carries none.
+struct Done {};

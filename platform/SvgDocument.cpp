@@ -1,0 +1,193 @@
+#include "platform/SvgDocument.h"
+
+#include "platform/PictureReader.h"
+
+#include <QRectF>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <optional>
+#include <utility>
+#include <librsvg/rsvg.h>
+#include <zlib.h>
+
+namespace {
+
+constexpr qsizetype maximumDocument = 64 << 20;
+
+Error damaged(const QString& detail) { return PictureReader::damaged(QStringLiteral("SVG"), detail); }
+
+/// A gzip file (RFC 1952) unpacked.
+Result<QByteArray> gunzip(const QByteArray& bytes) {
+    z_stream stream{};
+    constexpr int gzipWindow = 15 + 16;
+    if (inflateInit2(&stream, gzipWindow) != Z_OK)
+        return damaged(QStringLiteral("it can't be unpacked"));
+    QByteArray out;
+    QByteArray block(1 << 16, Qt::Uninitialized);
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.constData())); // NOLINT: zlib does not write there
+    stream.avail_in = static_cast<uInt>(std::min<qsizetype>(bytes.size(), maximumDocument));
+    int status = Z_OK;
+    while (status == Z_OK && out.size() <= maximumDocument) {
+        stream.next_out = reinterpret_cast<Bytef*>(block.data());
+        stream.avail_out = static_cast<uInt>(block.size());
+        status = inflate(&stream, Z_NO_FLUSH);
+        out.append(block.constData(), block.size() - static_cast<qsizetype>(stream.avail_out));
+    }
+    inflateEnd(&stream);
+    if (status == Z_OK)
+        return Error{ErrorCode::TooLarge, QStringLiteral("the SVG document is larger than 64 MiB")};
+    if (status != Z_STREAM_END)
+        return damaged(QStringLiteral("it can't be unpacked"));
+    return out;
+}
+
+/// Whether the document's type declaration names an entity that stands outside of it.
+bool declaresExternalEntity(const QByteArray& document) {
+    QXmlStreamReader reader(document);
+    while (!reader.atEnd()) {
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        if (token == QXmlStreamReader::StartElement)
+            return false;
+        if (token != QXmlStreamReader::DTD)
+            continue;
+        // The text of the declaration, since the reader's own list leaves parameter entities out.
+        const QString text = reader.text().toString();
+        qsizetype at = 0;
+        while ((at = text.indexOf(QLatin1String("<!ENTITY"), at)) >= 0) {
+            const qsizetype end = text.indexOf(u'>', at);
+            const QString declaration = text.mid(at, end < 0 ? -1 : end - at).section(u'"', 0, 0).section(u'\'', 0, 0);
+            if (declaration.contains(QLatin1String("SYSTEM")) || declaration.contains(QLatin1String("PUBLIC")))
+                return true;
+            at += 8;
+        }
+    }
+    return false;
+}
+
+struct FreeError {
+    void operator()(GError* error) const { g_error_free(error); }
+};
+using GErrorPointer = std::unique_ptr<GError, FreeError>;
+
+QString text(const GError* error) {
+    return error != nullptr ? QString::fromUtf8(error->message).simplified() : QStringLiteral("it can't be drawn");
+}
+
+struct DestroySurface {
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
+struct DestroyCairo {
+    void operator()(cairo_t* cairo) const { cairo_destroy(cairo); }
+};
+
+/// Cairo's pixels are words of alpha, red, green and blue, ours bytes of red, green, blue and alpha.
+void toRgba(QImage& image) {
+    for (int y = 0; y < image.height(); ++y) {
+        uchar* pixel = image.scanLine(y);
+        for (int x = 0; x < image.width(); ++x, pixel += 4) {
+            quint32 word = 0;
+            std::memcpy(&word, pixel, 4);
+            pixel[0] = static_cast<uchar>(word >> 16);
+            pixel[1] = static_cast<uchar>(word >> 8);
+            pixel[2] = static_cast<uchar>(word);
+            pixel[3] = static_cast<uchar>(word >> 24);
+        }
+    }
+}
+
+} // namespace
+
+struct SvgDocument::Handle {
+    explicit Handle(RsvgHandle* rsvgHandle) : rsvg(rsvgHandle) {}
+    ~Handle() { g_object_unref(rsvg); }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+
+    /// The document's size, empty where it has none.
+    QSizeF ownSize() const {
+        gdouble width = 0;
+        gdouble height = 0;
+        if (rsvg_handle_get_intrinsic_size_in_pixels(rsvg, &width, &height) != FALSE)
+            return {width, height};
+        gboolean hasWidth = FALSE;
+        gboolean hasHeight = FALSE;
+        gboolean hasViewBox = FALSE;
+        RsvgLength ignored{};
+        RsvgRectangle viewBox{};
+        rsvg_handle_get_intrinsic_dimensions(rsvg, &hasWidth, &ignored, &hasHeight, &ignored, &hasViewBox, &viewBox);
+        if (hasViewBox != FALSE)
+            return {viewBox.width, viewBox.height};
+        RsvgRectangle ink{};
+        RsvgRectangle logical{};
+        if (rsvg_handle_get_geometry_for_element(rsvg, nullptr, &ink, &logical, nullptr) != FALSE)
+            return {ink.x + ink.width, ink.y + ink.height};
+        return {};
+    }
+
+    RsvgHandle* rsvg;
+};
+
+Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArray& bytes) {
+    QByteArray document = bytes;
+    if (bytes.startsWith("\x1f\x8b")) {
+        Result<QByteArray> unpacked = gunzip(bytes);
+        if (!unpacked)
+            return unpacked.error();
+        document = std::move(*unpacked);
+    }
+    if (document.size() > maximumDocument)
+        return Error{ErrorCode::TooLarge, QStringLiteral("the SVG document is larger than 64 MiB")};
+    if (declaresExternalEntity(document))
+        return Error{ErrorCode::Unsupported, QStringLiteral("the SVG document declares an external entity")};
+    GError* rawError = nullptr;
+    RsvgHandle* rsvg = rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(document.constData()),
+                                                 static_cast<gsize>(document.size()), &rawError);
+    const GErrorPointer error(rawError);
+    if (rsvg == nullptr)
+        return damaged(text(error.get()));
+    std::shared_ptr<SvgDocument> svg(new SvgDocument(std::make_shared<Handle>(rsvg)));
+    svg->m_size = svg->m_handle->ownSize();
+    const double width = svg->m_size.width();
+    const double height = svg->m_size.height();
+    if (!(width > 0) || !(height > 0) || !std::isfinite(width) || !std::isfinite(height))
+        return damaged(QStringLiteral("its size is empty"));
+    if (const std::optional<Error> failure = svg->drawingError())
+        return *failure;
+    return std::shared_ptr<const SvgDocument>(std::move(svg));
+}
+
+std::optional<Error> SvgDocument::draw(QImage& target, const QRectF& viewport) const {
+    target.fill(0);
+    const std::unique_ptr<cairo_surface_t, DestroySurface> surface(
+        cairo_image_surface_create_for_data(target.bits(), CAIRO_FORMAT_ARGB32, target.width(), target.height(),
+                                            static_cast<int>(target.bytesPerLine())));
+    const std::unique_ptr<cairo_t, DestroyCairo> cairo(cairo_create(surface.get()));
+    // The document at its own size, stretched as a whole: its aspect ratio is not kept.
+    cairo_translate(cairo.get(), viewport.x(), viewport.y());
+    cairo_scale(cairo.get(), viewport.width() / m_size.width(), viewport.height() / m_size.height());
+    const RsvgRectangle page{0, 0, m_size.width(), m_size.height()};
+    GError* rawError = nullptr;
+    const gboolean isDrawn = rsvg_handle_render_document(m_handle->rsvg, cairo.get(), &page, &rawError);
+    const GErrorPointer error(rawError);
+    cairo_surface_finish(surface.get());
+    if (isDrawn == FALSE)
+        return damaged(text(error.get()));
+    toRgba(target);
+    return std::nullopt;
+}
+
+std::optional<Error> SvgDocument::drawingError() const {
+    constexpr int probeSide = 16;
+    QImage probe(probeSide, probeSide, QImage::Format_RGBA8888_Premultiplied);
+    return draw(probe, QRectF(0, 0, probeSide, probeSide));
+}
+
+QImage SvgDocument::rendered(AxisMapping x, AxisMapping y) const {
+    QImage target(x.targetLength, y.targetLength, QImage::Format_RGBA8888_Premultiplied);
+    if (target.isNull() || draw(target, QRectF(x.origin, y.origin, x.length, y.length)))
+        return {};
+    return target;
+}

@@ -1,0 +1,147 @@
+#include "platform/icns/IcnsReader.h"
+
+#include "platform/Jpeg2000Reader.h"
+#include "platform/PngReader.h"
+#include "platform/RowConverter.h"
+#include "platform/icns/IcnsRle.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace {
+
+constexpr qsizetype headerSize = sizeof(IcnsHeader);
+
+Error damaged(const QString& detail) { return PictureReader::damaged(QStringLiteral("icns"), detail); }
+
+IcnsHeader headerAt(const QByteArray& bytes, qsizetype at) {
+    IcnsHeader header{};
+    std::memcpy(&header, bytes.constData() + at, sizeof header);
+    return header;
+}
+
+/// Planes of one byte a pixel, in the order of `positions` (their places in an RGBA pixel), from run-length coded data.
+Result<QImage> unpackedPlanes(QByteArrayView packed, int side, std::initializer_list<int> positions) {
+    QImage image(side, side, QImage::Format_RGBA8888_Premultiplied);
+    image.fill(Qt::white);
+    std::vector<std::uint8_t> plane(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
+    for (const int position : positions) {
+        const std::optional<QByteArrayView> rest = IcnsRle::unpack(packed, plane);
+        if (!rest)
+            return damaged(QStringLiteral("packed samples break off"));
+        packed = *rest;
+        uchar* out = image.bits() + position;
+        for (const std::uint8_t sample : plane) {
+            *out = sample;
+            out += 4;
+        }
+    }
+    return image;
+}
+
+/// Plain samples A, R, G, B.
+QImage plainArgb(QByteArrayView data, int side) {
+    QImage image(side, side, QImage::Format_RGBA8888_Premultiplied);
+    uchar* out = image.bits();
+    for (qsizetype i = 0; i + 3 < data.size() && i < image.sizeInBytes(); i += 4, out += 4) {
+        const std::array<char, 4> rgba{data[i + 1], data[i + 2], data[i + 3], data[i]};
+        std::memcpy(out, rgba.data(), rgba.size());
+    }
+    return image;
+}
+
+DecodedPicture premultiplied(QImage straight) {
+    premultiply(straight.bits(), static_cast<std::size_t>(straight.width()) * static_cast<std::size_t>(straight.height()));
+    return {std::move(straight), {}};
+}
+
+Result<DecodedPicture> readPicture(const IcnsElementType& type, QByteArrayView data) {
+    const QByteArray bytes = QByteArray::fromRawData(data.data(), data.size());
+    if (bytes.startsWith("\x89PNG"))
+        return readPng(bytes);
+    if (bytes.startsWith(QByteArray("\0\0\0\x0cjP  ", 8)) || bytes.startsWith("\xFF\x4F\xFF\x51"))
+        return readJpeg2000(bytes);
+    if (bytes.startsWith("ARGB")) {
+        Result<QImage> image = unpackedPlanes(data.sliced(4), type.pixelSize, {3, 0, 1, 2});
+        if (!image)
+            return image.error();
+        return premultiplied(std::move(*image));
+    }
+    // Plain samples are told by their length alone. The type of 1024 pixels is also stored with 512.
+    for (const int side : {type.pixelSize, type.pixelSize / 2}) {
+        const bool isAllowed = side == type.pixelSize || type.code == FourCharCode("ic10");
+        if (isAllowed && data.size() == qsizetype{4} * side * side)
+            return premultiplied(plainArgb(data, side));
+    }
+    return damaged(QStringLiteral("the element %1 holds no known picture").arg(type.code.text()));
+}
+
+Result<DecodedPicture> readColors(const IcnsElementType& type, QByteArrayView data, const IcnsElement* mask) {
+    const int side = type.pixelSize;
+    const qsizetype pixels = qsizetype{side} * side;
+    Result<QImage> image = plainArgb(data, side);
+    if (data.size() != 4 * pixels) {
+        if (type.hasLeadingZeros) {
+            if (data.size() < 4)
+                return damaged(QStringLiteral("packed samples break off"));
+            data = data.sliced(4);
+        }
+        image = unpackedPlanes(data, side, {0, 1, 2});
+        if (!image)
+            return image.error();
+    }
+    uchar* alpha = image->bits() + 3;
+    for (qsizetype i = 0; i < pixels; ++i, alpha += 4)
+        *alpha = mask != nullptr && mask->data.size() >= pixels ? static_cast<uchar>(mask->data[i]) : 255;
+    return premultiplied(std::move(*image));
+}
+
+} // namespace
+
+Result<IcnsReader> IcnsReader::open(const QByteArray& bytes) {
+    if (bytes.size() < headerSize || headerAt(bytes, 0).code != icnsMagic.value)
+        return damaged(QStringLiteral("it does not begin as an icns file"));
+    const qsizetype total = headerAt(bytes, 0).length;
+    if (total < headerSize || total > bytes.size())
+        return damaged(QStringLiteral("its length does not agree with the file"));
+    IcnsReader reader;
+    qsizetype at = headerSize;
+    while (at < total) {
+        if (total - at < headerSize)
+            return damaged(QStringLiteral("an element breaks off"));
+        const IcnsHeader header = headerAt(bytes, at);
+        const qsizetype length = header.length;
+        if (length < headerSize || length > total - at)
+            return damaged(QStringLiteral("an element's length does not agree with the file"));
+        reader.m_elements.push_back({FourCharCode(header.code),
+                                     QByteArrayView(bytes.constData() + at + headerSize, length - headerSize)});
+        at += length;
+    }
+    return reader;
+}
+
+const IcnsElement* IcnsReader::element(FourCharCode type) const {
+    const auto found = std::ranges::find(m_elements, type, &IcnsElement::type);
+    return found != m_elements.end() ? &*found : nullptr;
+}
+
+Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
+    const IcnsElementType* type = icnsElementType(element.type);
+    if (type != nullptr && type->content == IcnsContent::Picture)
+        return readPicture(*type, element.data);
+    if (type != nullptr && type->content == IcnsContent::Colors)
+        return readColors(*type, element.data, this->element(type->mask));
+    return Error{ErrorCode::Unsupported, QStringLiteral("the element %1 holds no picture").arg(element.type.text())};
+}
+
+Result<DecodedPicture> IcnsReader::largestPicture() const {
+    // The table lists types with more pixels first.
+    for (const IcnsElementType& type : icnsElementTypes()) {
+        if (type.content == IcnsContent::Mask)
+            continue;
+        if (const IcnsElement* found = element(type.code))
+            return picture(*found);
+    }
+    return Error{ErrorCode::Unsupported, QStringLiteral("the icns file holds no picture that is known here")};
+}

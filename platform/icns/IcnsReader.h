@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/PictureReader.h"
+#include "platform/icns/IcnsTypes.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+#include <vector>
+
+/// One element of an icns file; `data` points into the file's bytes.
+struct IcnsElement {
+    FourCharCode type;
+    QByteArrayView data;
+};
+
+/// Reads the icns container. The bytes must outlive the reader.
+class IcnsReader {
+  public:
+    /// Damaged where the file's or an element's length does not agree with the bytes.
+    static Result<IcnsReader> open(const QByteArray& bytes);
+
+    /// All elements in the file's order, unknown ones too.
+    const std::vector<IcnsElement>& elements() const { return m_elements; }
+
+    /// The first element of that type, or null.
+    const IcnsElement* element(FourCharCode type) const;
+
+    /// The picture of one element: Unsupported for a type that holds none, Damaged where its data are broken. Colours
+    /// without their mask are opaque. Stored colours are straight.
+    Result<DecodedPicture> picture(const IcnsElement& element) const;
+
+    /// The picture of the element with the most pixels. Unsupported where the file has no picture.
+    Result<DecodedPicture> largestPicture() const;
+
+  private:
+    std::vector<IcnsElement> m_elements;
+};

@@ -1,0 +1,69 @@
+#include "platform/icns/IcnsWriter.h"
+
+#include "platform/PngWriter.h"
+#include "platform/Unpremultiply.h"
+#include "platform/icns/IcnsRle.h"
+#include "platform/icns/IcnsTypes.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+namespace {
+
+struct Row {
+    int pixelSize;
+    FourCharCode code;
+    FourCharCode mask; ///< set where the element is packed colours; PNG otherwise
+};
+
+constexpr FourCharCode none;
+
+constexpr Row rows[] = {
+    {1024, "ic10", none}, {512, "ic09", none}, {256, "ic08", none},   {128, "ic07", none},
+    {64, "ic12", none},   {32, "il32", "l8mk"}, {16, "is32", "s8mk"},
+};
+
+void append(QByteArray& file, FourCharCode code, const QByteArray& data) {
+    const IcnsHeader header{quint32_be(code.value), quint32_be(static_cast<quint32>(sizeof(IcnsHeader) + static_cast<std::size_t>(data.size())))};
+    file.append(reinterpret_cast<const char*>(&header), sizeof header);
+    file.append(data);
+}
+
+/// Every fourth byte of `pixels`, from `position` on.
+std::vector<std::uint8_t> channel(const std::vector<std::uint8_t>& pixels, std::size_t position) {
+    std::vector<std::uint8_t> samples;
+    samples.reserve(pixels.size() / 4);
+    for (std::size_t i = position; i < pixels.size(); i += 4)
+        samples.push_back(pixels[i]);
+    return samples;
+}
+
+} // namespace
+
+bool IcnsWriter::addImage(const QImage& raster) {
+    const auto* row = std::ranges::find(rows, raster.width(), &Row::pixelSize);
+    if (row == std::end(rows) || raster.height() != raster.width())
+        return false;
+    if (row->mask == none) {
+        append(m_elements, row->code, encodePng(raster));
+        return true;
+    }
+    const auto count = static_cast<std::size_t>(raster.width()) * static_cast<std::size_t>(raster.height());
+    std::vector<std::uint8_t> pixels(4 * count);
+    unpremultiply(raster.constBits(), pixels.data(), count);
+    QByteArray colors;
+    constexpr std::size_t lastColor = 2;
+    for (std::size_t position = 0; position <= lastColor; ++position)
+        IcnsRle::pack(channel(pixels, position), colors, position == lastColor);
+    const std::vector<std::uint8_t> alpha = channel(pixels, 3);
+    append(m_elements, row->code, colors);
+    append(m_elements, row->mask, QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size())));
+    return true;
+}
+
+QByteArray IcnsWriter::data() const {
+    QByteArray file;
+    append(file, icnsMagic, m_elements);
+    return file;
+}
