@@ -1,0 +1,174 @@
+#include "cli/GenerateCommand.h"
+
+#include "cli/CatalogueBundle.h"
+#include "cli/GenerateReport.h"
+#include "generation/IconSetGenerator.h"
+#include "platform/AtomicFile.h"
+#include "platform/ImageSource.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <unistd.h>
+
+namespace {
+
+using Catalogue = IconSizeCatalogue;
+
+/// The command's options as the generator's inputs, one platform at a time.
+class OptionsInput final : public GenerationInput {
+  public:
+    OptionsInput(const GenerateOptions& options, Image image) : m_options(options), m_image(std::move(image)) {}
+
+    void choosePlatform(int index) { m_platformIndex = index; }
+
+    Image sourceImage() const override { return m_image; }
+    int platformIndex() const override { return m_platformIndex; }
+    QString outputPathString() const override { return m_options.out; }
+    IconStyle iconStyle() const override { return m_options.style; }
+
+  private:
+    const GenerateOptions& m_options;
+    Image m_image;
+    int m_platformIndex = -1;
+};
+
+/// The generator opens the folder once per platform; on a command line it is opened once, when all is done.
+class QuietWorkspace final : public Workspace {
+  public:
+    bool openURL(const QUrl& /*url*/) override { return true; }
+};
+
+/// A display that never scales: pixel sizes are those of the catalogue, wherever the command runs.
+class UnscaledScreen final : public Screen {
+  public:
+    int scale() const override { return 1; }
+};
+
+std::vector<Catalogue::Platform> platformsOf(int index) {
+    switch (index) {
+    case 1:
+        return {Catalogue::Ipad};
+    case 2:
+        return {Catalogue::Iphone, Catalogue::Ipad};
+    case 3:
+        return {Catalogue::Watch};
+    case 4:
+        return {Catalogue::Mac};
+    case 5:
+        return {Catalogue::Android};
+    default:
+        return {Catalogue::Iphone};
+    }
+}
+
+/// What is to be made, to warn and to count by.
+struct Plan {
+    int files = 0;
+    double largestSide = 0;
+};
+
+Plan planOf(const GenerateOptions& options, const Catalogue& catalogue) {
+    Plan plan;
+    for (const int index : options.platformIndexes) {
+        for (const Catalogue::Platform platform : platformsOf(index)) {
+            for (const QVariant& entry : catalogue.dictionary(platform)) {
+                const QSizeF size = Catalogue::dimensions(entry.toMap());
+                ++plan.files;
+                if (std::isfinite(size.width()) && std::isfinite(size.height()))
+                    plan.largestSide = std::max({plan.largestSide, size.width(), size.height()});
+            }
+            if (platform == Catalogue::Mac) {
+                constexpr double largestInContainer = 1024;
+                ++plan.files;
+                plan.largestSide = std::max(plan.largestSide, largestInContainer);
+            }
+        }
+    }
+    return plan;
+}
+
+/// Why nothing can be written below `out`, if that is so. It need not exist, but what stands in its place, or the nearest
+/// folder above it, must be a folder that can be written to.
+std::optional<QString> outputFolderError(const QString& out) {
+    if (out.isEmpty() || out.contains(QChar::Null))
+        return QStringLiteral("not a path");
+    QString nearest = QFileInfo(out).absoluteFilePath();
+    while (!QFileInfo::exists(nearest) && !QFileInfo(nearest).isSymLink() && nearest != QLatin1String("/"))
+        nearest = QFileInfo(nearest).absolutePath();
+    if (!QFileInfo(nearest).isDir())
+        return AtomicFile::systemSentence(ENOTDIR);
+    if (access(QFile::encodeName(nearest).constData(), W_OK | X_OK) != 0)
+        return AtomicFile::systemSentence(errno);
+    return std::nullopt;
+}
+
+void warnAboutPicture(const LoadedPicture& picture, const Plan& plan, GenerateReport& report) {
+    const QSizeF size = picture.image.size();
+    if (!picture.isDrawing && std::min(size.width(), size.height()) < plan.largestSide)
+        report.warn(QStringLiteral("the picture (%1 × %2) is smaller than the largest icon (%3 × %3) and will be enlarged")
+                        .arg(size.width())
+                        .arg(size.height())
+                        .arg(plan.largestSide));
+    if (size.width() != size.height())
+        report.warn(QStringLiteral("the picture (%1 × %2) is not square and will be stretched")
+                        .arg(size.width())
+                        .arg(size.height()));
+    for (const QString& warning : picture.warnings)
+        report.warn(warning);
+}
+
+void openFolder(const QString& out, GenerateReport& report) {
+#ifdef Q_OS_MACOS
+    const QString program = QStringLiteral("open");
+#else
+    const QString program = QStringLiteral("xdg-open");
+#endif
+    if (!QProcess::startDetached(program, {QFileInfo(out).absoluteFilePath()}))
+        report.warn(QStringLiteral("the folder could not be opened: %1 does not start").arg(program));
+}
+
+} // namespace
+
+int runGenerate(const GenerateOptions& options) {
+    Terminal::showDiagnosticLog(options.verbose);
+    GenerateReport report(options);
+    const CatalogueBundle bundle(options.catalogue);
+    const Result<Catalogue> catalogue = Catalogue::load(bundle);
+    if (!catalogue) {
+        const QString path = bundle.pathForResource(QStringLiteral("ImageSizeFile.plist"));
+        report.fail(QStringLiteral("%1: not a size catalogue: %2").arg(path, catalogue.error().sentence));
+        return report.finish();
+    }
+    if (const std::optional<QString> error = outputFolderError(options.out)) {
+        report.fail(QStringLiteral("%1: %2").arg(options.out, *error));
+        return report.finish();
+    }
+    Result<LoadedPicture> picture = ImageSource::loadFile(options.picture);
+    if (!picture) {
+        report.fail(QStringLiteral("%1: %2").arg(QFile::decodeName(options.picture.c_str()), picture.error().sentence));
+        return report.finish();
+    }
+    const Plan plan = planOf(options, *catalogue);
+    warnAboutPicture(*picture, plan, report);
+
+    OptionsInput input(options, std::move(picture->image));
+    const UnscaledScreen screen;
+    QuietWorkspace workspace;
+    const IconSetGenerator generator(input, {bundle, screen, workspace, &report});
+    {
+        Terminal::ProgressBar progress(plan.files, !options.quiet);
+        report.begin(progress);
+        for (const int index : options.platformIndexes) {
+            input.choosePlatform(index);
+            generator.generateIconsWithImage(input.sourceImage());
+        }
+    }
+    if (options.open)
+        openFolder(options.out, report);
+    return report.finish();
+}

@@ -1,0 +1,144 @@
+#include "cli/GenerateReport.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocale>
+
+#include <algorithm>
+
+namespace {
+
+QString byteText(qint64 bytes) {
+    return QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
+}
+
+QString counted(qsizetype count, const QString& one, const QString& many) {
+    return QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many);
+}
+
+} // namespace
+
+void GenerateReport::fileWritten(const File& file) {
+    // Two entries of one name write the same file: it is listed once, as it is in the end.
+    std::erase_if(m_files, [&](const File& other) { return other.path == file.path; });
+    m_files.push_back(file);
+    if (m_progress != nullptr)
+        m_progress->advance();
+}
+
+void GenerateReport::failed(const QString& path, const Error& error) {
+    m_failures.push_back({path, error.sentence});
+    m_errors << QStringLiteral("%1: %2").arg(path, error.sentence);
+    if (m_progress != nullptr)
+        m_progress->advance();
+}
+
+void GenerateReport::warn(const QString& sentence) {
+    m_warnings << sentence;
+    Terminal::warning(sentence);
+}
+
+void GenerateReport::fail(const QString& sentence) {
+    m_errors << sentence;
+    Terminal::error(sentence);
+}
+
+QString GenerateReport::shortPath(const QString& path) const {
+    const QString folder = m_options.out.endsWith(u'/') ? m_options.out : m_options.out + u'/';
+    return path.startsWith(folder) ? path.mid(folder.size()) : path;
+}
+
+/// One line for each cause, naming every file that it kept from being written.
+void GenerateReport::printFailures() const {
+    QStringList causes;
+    for (const Failure& failure : m_failures) {
+        if (!causes.contains(failure.cause))
+            causes << failure.cause;
+    }
+    for (const QString& cause : std::as_const(causes)) {
+        QStringList paths;
+        for (const Failure& failure : m_failures) {
+            if (failure.cause == cause)
+                paths << shortPath(failure.path);
+        }
+        if (paths.size() == 1)
+            Terminal::error(QStringLiteral("%1: %2").arg(paths.first(), cause));
+        else
+            Terminal::error(QStringLiteral("%1: %2 (in %3: %4)")
+                                .arg(counted(paths.size(), {}, QStringLiteral("files not written")), cause,
+                                     m_options.out, paths.join(QLatin1String(", "))));
+    }
+}
+
+bool GenerateReport::printSummary() const {
+    QStringList idioms;
+    for (const File& file : m_files) {
+        if (!idioms.contains(file.idiom))
+            idioms << file.idiom;
+    }
+    qint64 allBytes = 0;
+    bool isPrinted = true;
+    for (const QString& idiom : std::as_const(idioms)) {
+        qsizetype count = 0;
+        qint64 bytes = 0;
+        for (const File& file : m_files) {
+            if (file.idiom != idiom)
+                continue;
+            ++count;
+            bytes += file.bytes;
+            if (m_options.verbose)
+                isPrinted = Terminal::print(QStringLiteral("  %1  %2 × %3  %4 bytes")
+                                                .arg(Terminal::escaped(shortPath(file.path)))
+                                                .arg(file.pixelSize.width())
+                                                .arg(file.pixelSize.height())
+                                                .arg(file.bytes)) &&
+                            isPrinted;
+        }
+        allBytes += bytes;
+        isPrinted = Terminal::print(QStringLiteral("%1 %2 %3")
+                                        .arg(idiom, -9)
+                                        .arg(counted(count, QStringLiteral("file"), QStringLiteral("files")), 9)
+                                        .arg(byteText(bytes), 12)) &&
+                    isPrinted;
+    }
+    const QString folder = Terminal::escaped(QDir::cleanPath(QFileInfo(m_options.out).absoluteFilePath()));
+    return Terminal::print(QStringLiteral("%1 %2 %3  in %4")
+                               .arg(QStringLiteral("all"), -9)
+                               .arg(counted(static_cast<qsizetype>(m_files.size()), QStringLiteral("file"),
+                                            QStringLiteral("files")),
+                                    9)
+                               .arg(byteText(allBytes), 12)
+                               .arg(folder)) &&
+           isPrinted;
+}
+
+bool GenerateReport::printJson() const {
+    QJsonArray files;
+    for (const File& file : m_files)
+        files.append(QJsonObject{{QStringLiteral("platform"), file.idiom},
+                                 {QStringLiteral("path"), file.path},
+                                 {QStringLiteral("width"), file.pixelSize.width()},
+                                 {QStringLiteral("height"), file.pixelSize.height()},
+                                 {QStringLiteral("bytes"), file.bytes}});
+    const QJsonObject document{{QStringLiteral("picture"), QString::fromLocal8Bit(m_options.picture.c_str())},
+                               {QStringLiteral("out"), m_options.out},
+                               {QStringLiteral("files"), files},
+                               {QStringLiteral("warnings"), QJsonArray::fromStringList(m_warnings)},
+                               {QStringLiteral("errors"), QJsonArray::fromStringList(m_errors)}};
+    return Terminal::print(QString::fromUtf8(QJsonDocument(document).toJson()).trimmed());
+}
+
+int GenerateReport::finish() {
+    printFailures();
+    bool isPrinted = true;
+    if (m_options.json)
+        isPrinted = printJson();
+    else if (!m_options.quiet && !m_files.empty())
+        isPrinted = printSummary();
+    if (!isPrinted)
+        Terminal::error(QStringLiteral("standard output can't be written"));
+    return m_errors.isEmpty() && isPrinted ? 0 : 1;
+}

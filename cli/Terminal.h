@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+
+/// What is written to the standard streams, always as UTF-8.
+namespace Terminal {
+
+/// `text` as it may be shown: control characters and those that change the direction of writing are escaped.
+QString escaped(const QString& text);
+
+/// One line on standard output, as it is. False where it could not be written.
+bool print(const QString& line);
+
+/// "tobrimax-cli: error: …" and "tobrimax-cli: warning: …" on standard error, escaped.
+void error(const QString& sentence);
+void warning(const QString& sentence);
+
+/// Sends the diagnostic log to standard error, or nowhere, as everything else that libraries print.
+void showDiagnosticLog(bool isShown);
+
+/// A bar on standard error that tells how far a job has come; nothing where that is no terminal.
+class ProgressBar {
+  public:
+    ProgressBar(int total, bool isWanted);
+    ~ProgressBar();
+    ProgressBar(const ProgressBar&) = delete;
+    ProgressBar& operator=(const ProgressBar&) = delete;
+
+    void advance();
+
+  private:
+    void draw() const;
+
+    int m_total;
+    int m_done = 0;
+    bool m_isShown;
+};
+
+} // namespace Terminal

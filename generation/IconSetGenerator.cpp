@@ -1,0 +1,102 @@
+#include "generation/IconSetGenerator.h"
+
+#include "generation/OutputFolder.h"
+#include "platform/FilePath.h"
+#include "platform/ImageDestination.h"
+#include "platform/Log.h"
+
+#include <QUrl>
+
+#include <ranges>
+#include <vector>
+
+IconSetGenerator::IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings)
+    : m_input(input), m_surroundings(surroundings), m_renderer(input, surroundings.screen),
+      m_writer(input, m_renderer, surroundings.observer) {}
+
+QString IconSetGenerator::appiconsetPathString(const QString& idiom) const {
+    return OutputFolder::appiconsetPathString(m_input.outputPathString(), idiom);
+}
+
+void IconSetGenerator::tellFailure(const QString& path, const Error& error) const {
+    if (m_surroundings.observer != nullptr)
+        m_surroundings.observer->failed(path, error);
+}
+
+void IconSetGenerator::generateIconsWithImage(const Image& image) const {
+    const Result<IconSizeCatalogue> loaded = IconSizeCatalogue::load(m_surroundings.bundle);
+    if (!loaded) {
+        tellFailure(m_surroundings.bundle.pathForResource(QStringLiteral("ImageSizeFile.plist")), loaded.error());
+        if (loaded.error().code == ErrorCode::Malformed)
+            return;
+    }
+    // Without an array to read there are no entries, but everything else goes on.
+    const IconSizeCatalogue catalogue = loaded ? *loaded : IconSizeCatalogue();
+    logLine(QStringLiteral("output url %1").arg(fileUrlText(m_input.outputPathString())));
+    switch (m_input.platformIndex()) {
+    case 1:
+        outputPlatform(image, catalogue, IconSizeCatalogue::Ipad);
+        break;
+    case 2:
+        outputPlatform(image, catalogue, IconSizeCatalogue::Iphone);
+        outputPlatform(image, catalogue, IconSizeCatalogue::Ipad);
+        break;
+    case 3:
+        outputPlatform(image, catalogue, IconSizeCatalogue::Watch);
+        break;
+    case 4:
+        outputPlatform(image, catalogue, IconSizeCatalogue::Mac);
+        writeContainer(image);
+        break;
+    case 5:
+        outputPlatform(image, catalogue, IconSizeCatalogue::Android);
+        break;
+    default:
+        outputPlatform(image, catalogue, IconSizeCatalogue::Iphone);
+        break;
+    }
+}
+
+void IconSetGenerator::outputPlatform(const Image& image, const IconSizeCatalogue& catalogue,
+                                      IconSizeCatalogue::Platform platform) const {
+    outputImage(image, catalogue.dictionary(platform), catalogue.keys(platform), IconSizeCatalogue::idiom(platform));
+}
+
+void IconSetGenerator::outputImage(const Image& image, const QVariantMap& InfoDict, const QStringList& keysArr,
+                                   const QString& idiom) const {
+    const int scale = m_surroundings.screen.scale();
+    for (const QString& key : keysArr) {
+        const QVariantMap entry = InfoDict.value(key).toMap();
+        const QSizeF pixels = IconSizeCatalogue::dimensions(entry);
+        m_writer.saveImage(image, pixels / scale, IconSizeCatalogue::name(entry), idiom);
+    }
+    logLine(QStringLiteral("file://%1").arg(m_input.outputPathString()));
+    m_surroundings.workspace.openURL(QUrl::fromLocalFile(m_input.outputPathString()));
+}
+
+void IconSetGenerator::writeContainer(const Image& image) const {
+    const QString mac = IconSizeCatalogue::idiom(IconSizeCatalogue::Mac);
+    const std::optional<QString> path = OutputFolder::containerPath(appiconsetPathString(mac));
+    // In points: on a display of scale s they are s times as many pixels wide.
+    static constexpr int sizes[] = {16, 32, 64, 128, 256, 512, 1024};
+    std::vector<QImage> rasters;
+    for (const int size : sizes) {
+        const Image render = m_renderer.drawImage(image, QSizeF(size, size));
+        rasters.push_back(IconRenderer::getCgiImageRef(&render));
+    }
+    const std::unique_ptr<ImageDestination> destination =
+        ImageDestination::create(path.value_or(QString()), QString::fromLatin1(ImageDestination::icnsType),
+                                 static_cast<int>(rasters.size()));
+    const QString shownPath = path.value_or(m_input.outputPathString() + QStringLiteral("/mac/Application.icns"));
+    if (!destination) {
+        tellFailure(shownPath, {ErrorCode::NotAPath, QStringLiteral("the unescaped path is not a path")});
+        return;
+    }
+    for (const QImage& raster : std::views::reverse(rasters))
+        destination->addImage(raster);
+    const Result<Done> written = destination->finalize();
+    if (!written)
+        tellFailure(shownPath, written.error());
+    else if (m_surroundings.observer != nullptr)
+        m_surroundings.observer->fileWritten({mac, shownPath, rasters.back().size(), destination->bytesWritten()});
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "generation/GenerationInput.h"
+#include "generation/GenerationObserver.h"
+#include "generation/IconRenderer.h"
+#include "generation/IconSizeCatalogue.h"
+#include "generation/IconWriter.h"
+#include "platform/Bundle.h"
+#include "platform/Screen.h"
+#include "platform/Workspace.h"
+
+/// Turns one picture into the icon files of the chosen platform, synchronously and on the calling thread. Failures are
+/// logged or told to the observer; none ends a generation but a malformed catalogue.
+class IconSetGenerator {
+  public:
+    /// What the generator needs of the world around it, kept by reference.
+    struct Surroundings {
+        const Bundle& bundle;
+        const Screen& screen;
+        Workspace& workspace;
+        GenerationObserver* observer = nullptr;
+    };
+
+    IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings);
+
+    /// Writes the whole set for the current platform index from `image`. The catalogue is read anew; one without five
+    /// well-formed platforms ends the generation before any file is written.
+    void generateIconsWithImage(const Image& image) const;
+
+    /// Writes one idiom's PNG files, for each key of `keysArr` the entry of `InfoDict`, then opens the output folder.
+    void outputImage(const Image& image, const QVariantMap& InfoDict, const QStringList& keysArr,
+                     const QString& idiom) const;
+
+    /// The folder that an idiom's PNG files go into.
+    QString appiconsetPathString(const QString& idiom) const;
+
+    const IconRenderer& renderer() const { return m_renderer; }
+
+  private:
+    void outputPlatform(const Image& image, const IconSizeCatalogue& catalogue,
+                        IconSizeCatalogue::Platform platform) const;
+    void writeContainer(const Image& image) const;
+    void tellFailure(const QString& path, const Error& error) const;
+
+    const GenerationInput& m_input;
+    Surroundings m_surroundings;
+    IconRenderer m_renderer;
+    IconWriter m_writer;
+};

@@ -1,0 +1,115 @@
+#include "generation/IconSizeCatalogue.h"
+
+#include "platform/Bundle.h"
+#include "platform/PropertyList.h"
+
+#include <QFile>
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace {
+
+const QString dimensionsKey = QStringLiteral("Dimensions");
+const QString nameKey = QStringLiteral("Name");
+
+Error malformed(const QString& sentence) { return {ErrorCode::Malformed, sentence}; }
+
+/// What is wrong with an entry, if anything. Keys may be missing, values of another type than text may not stand there.
+std::optional<Error> entryError(const QString& idiom, const QString& key, const QVariant& entry) {
+    const QString where = QStringLiteral("the entry \"%1\" of %2").arg(key, idiom);
+    if (entry.typeId() != QMetaType::QVariantMap)
+        return malformed(where + QStringLiteral(" is not a dictionary"));
+    const QVariantMap map = entry.toMap();
+    for (const QString& name : {dimensionsKey, nameKey}) {
+        if (map.contains(name) && map.value(name).typeId() != QMetaType::QString)
+            return malformed(where + QStringLiteral(" has a \"%1\" that is not a string").arg(name));
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+Result<IconSizeCatalogue> IconSizeCatalogue::load(const Bundle& bundle) {
+    const QString path = bundle.pathForResource(QStringLiteral("ImageSizeFile.plist"));
+    QFile file(path);
+    if (path.isEmpty())
+        return Error{ErrorCode::NotFound, QStringLiteral("the size catalogue is missing")};
+    if (!file.open(QIODevice::ReadOnly))
+        return Error{ErrorCode::NotReadable, file.errorString()};
+    const Result<QVariant> root = PropertyList::parse(file.readAll());
+    if (!root)
+        return Error{ErrorCode::NotReadable, root.error().sentence};
+    if (root->typeId() != QMetaType::QVariantList)
+        return Error{ErrorCode::NotReadable, QStringLiteral("the property list's root is not an array")};
+    const QVariantList elements = root->toList();
+    if (elements.size() < platformCount)
+        return malformed(
+            QStringLiteral("the array has %1 elements, not one for each of the five platforms").arg(elements.size()));
+    IconSizeCatalogue catalogue;
+    for (int i = 0; i < platformCount; ++i) {
+        const QString platform = idiom(static_cast<Platform>(i));
+        if (elements[i].typeId() != QMetaType::QVariantMap)
+            return malformed(QStringLiteral("element %1 (%2) is not a dictionary").arg(i).arg(platform));
+        const QVariantMap dictionary = elements[i].toMap();
+        for (auto entry = dictionary.begin(); entry != dictionary.end(); ++entry) {
+            if (const std::optional<Error> error = entryError(platform, entry.key(), entry.value()))
+                return *error;
+        }
+        catalogue.m_dictionaries[static_cast<std::size_t>(i)] = dictionary;
+    }
+    return catalogue;
+}
+
+QString IconSizeCatalogue::idiom(Platform platform) {
+    switch (platform) {
+    case Ipad:
+        return QStringLiteral("ipad");
+    case Watch:
+        return QStringLiteral("watch");
+    case Mac:
+        return QStringLiteral("mac");
+    case Android:
+        return QStringLiteral("android");
+    case Iphone:
+        break;
+    }
+    return QStringLiteral("iphone");
+}
+
+QSizeF IconSizeCatalogue::dimensions(const QVariantMap& entry) {
+    return sizeFromString(entry.value(dimensionsKey).toString());
+}
+
+QString IconSizeCatalogue::name(const QVariantMap& entry) {
+    return entry.contains(nameKey) ? entry.value(nameKey).toString() : QStringLiteral("(null)");
+}
+
+QSizeF sizeFromString(const QString& text) {
+    const std::string characters = text.toStdString();
+    const char* at = characters.data();
+    const char* const end = at + characters.size();
+    std::vector<double> numbers;
+    while (at != end && numbers.size() < 2) {
+        // Only what begins with a digit, or a sign or point before one, is a number: "nan" and "inf" are words.
+        const char* digits = at;
+        if (*digits == '+' || *digits == '-')
+            ++digits;
+        if (digits != end && *digits == '.')
+            ++digits;
+        if (digits == end || *digits < '0' || *digits > '9') {
+            ++at;
+            continue;
+        }
+        double value = 0;
+        const std::from_chars_result parsed = std::from_chars(*at == '+' ? at + 1 : at, end, value);
+        if (parsed.ec == std::errc::result_out_of_range)
+            value = std::numeric_limits<double>::infinity();
+        numbers.push_back(value);
+        at = parsed.ptr;
+    }
+    return numbers.size() == 2 ? QSizeF(numbers[0], numbers[1]) : QSizeF(0, 0);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/Result.h"
+
+#include <QSizeF>
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <array>
+
+class Bundle;
+
+/// Which icons each platform needs and at what size: the property list "ImageSizeFile.plist". Its root is an array whose
+/// first five elements are the dictionaries of iphone, ipad, watch, mac and android; each maps a key to an entry with
+/// the strings "Dimensions" (the file's pixel size, as "{w, h}") and "Name" (its base name).
+class IconSizeCatalogue {
+  public:
+    enum Platform { Iphone, Ipad, Watch, Mac, Android };
+    static constexpr int platformCount = 5;
+
+    /// No icons for any platform.
+    IconSizeCatalogue() = default;
+
+    /// The catalogue in `bundle`. NotFound or NotReadable where there is no array to be had; Malformed for an array that
+    /// does not hold what a catalogue must: fewer than five elements, or something of another type in a dictionary's or
+    /// string's place.
+    static Result<IconSizeCatalogue> load(const Bundle& bundle);
+
+    const QVariantMap& dictionary(Platform platform) const { return m_dictionaries[platform]; }
+    QStringList keys(Platform platform) const { return m_dictionaries[platform].keys(); }
+
+    /// The idiom of a platform: the word that names its folder.
+    static QString idiom(Platform platform);
+
+    /// An entry's pixel size; 0 × 0 without "Dimensions".
+    static QSizeF dimensions(const QVariantMap& entry);
+    /// An entry's base name; "(null)" without "Name".
+    static QString name(const QVariantMap& entry);
+
+  private:
+    std::array<QVariantMap, platformCount> m_dictionaries;
+};
+
+/// The first two numbers in `text` as width and height; 0 × 0 where it holds fewer.
+QSizeF sizeFromString(const QString& text);

@@ -1,0 +1,57 @@
+#include "generation/IconWriter.h"
+
+#include "generation/OutputFolder.h"
+#include "platform/AtomicFile.h"
+#include "platform/BitmapImageRep.h"
+#include "platform/Folder.h"
+#include "platform/Log.h"
+
+namespace {
+
+/// The PNG encoding of a render and the pixels in it; empty where the render has none.
+struct EncodedIcon {
+    QByteArray png;
+    QSize pixelSize;
+};
+
+/// By way of a TIFF encoding and a bitmap made from it, so that the file holds exactly the render's pixels and alpha.
+EncodedIcon encoded(const Image& render) {
+    const std::unique_ptr<BitmapImageRep> bitmap = BitmapImageRep::imageRepWithData(render.TIFFRepresentation());
+    if (!bitmap)
+        return {};
+    return {bitmap->representationUsingType(BitmapImageRep::FileType::PNG), bitmap->pixelSize()};
+}
+
+} // namespace
+
+QString IconWriter::appiconsetPath(const QString& idiom) const {
+    return OutputFolder::appiconsetPathString(m_input.outputPathString(), idiom);
+}
+
+void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QString& andName,
+                           const QString& idiom) const {
+    const Result<Done> folder = Folder::create(appiconsetPath(idiom));
+    if (!folder)
+        logLine(QStringLiteral("Error\uFF1A%1").arg(folder.error().sentence));
+    const EncodedIcon icon = encoded(m_renderer.drawImage(image, withSize));
+
+    const std::optional<QString> path = OutputFolder::pngPath(appiconsetPath(idiom), andName);
+    const QString shownPath =
+        path.value_or(appiconsetPath(idiom) + QLatin1Char('/') + andName + QStringLiteral(".png"));
+    std::optional<Error> error;
+    if (icon.png.isEmpty()) {
+        error = Error{ErrorCode::EmptySize, QStringLiteral("an icon of %1 × %2 points can't be made")
+                                                .arg(withSize.width())
+                                                .arg(withSize.height())};
+    } else if (!path) {
+        error = Error{ErrorCode::NotAPath, QStringLiteral("the unescaped path is not a path")};
+    } else if (const Result<Done> written = AtomicFile::write(*path, icon.png); !written) {
+        error = folder ? written.error() : folder.error();
+    }
+    if (m_observer == nullptr)
+        return;
+    if (error)
+        m_observer->failed(shownPath, *error);
+    else
+        m_observer->fileWritten({idiom, shownPath, icon.pixelSize, icon.png.size()});
+}

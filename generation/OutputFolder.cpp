@@ -1,0 +1,23 @@
+#include "generation/OutputFolder.h"
+
+#include "platform/FilePath.h"
+
+QString OutputFolder::appiconsetPathString(const QString& outputPathString, const QString& idiom) {
+    const QString tail = idiom == QLatin1String("android") ? QStringLiteral("/%1/icons")
+                                                           : QStringLiteral("/%1/AppIcon.appiconset");
+    return outputPathString + tail.arg(idiom);
+}
+
+std::optional<QString> OutputFolder::pngPath(const QString& appiconsetPath, const QString& name) {
+    const std::optional<QString> folder = replacingPercentEscapes(appiconsetPath);
+    if (!folder || name.contains(QChar::Null))
+        return std::nullopt;
+    return appendingPathComponent(*folder, name + QStringLiteral(".png"));
+}
+
+std::optional<QString> OutputFolder::containerPath(const QString& appiconsetPath) {
+    const std::optional<QString> folder = replacingPercentEscapes(deletingLastPathComponent(appiconsetPath));
+    if (!folder)
+        return std::nullopt;
+    return appendingPathComponent(*folder, QStringLiteral("Application.icns"));
+}
