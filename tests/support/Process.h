@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+/// What a program left behind.
+struct ProcessResult {
+    int exitStatus = -1; ///< -1 where it did not start, crashed or ran for more than a minute
+    QByteArray output;
+    QByteArray errors;
+    double seconds = 0;
+
+    /// The lines on standard error.
+    QStringList errorLines() const;
+};
+
+/// Runs a program to its end, in `workingFolder` if one is given.
+ProcessResult runProcess(const QString& program, const QStringList& arguments, const QString& workingFolder = {});
+
+/// Runs tobrimax-cli.
+ProcessResult runCli(const QStringList& arguments, const QString& workingFolder = {});
+
+/// Runs a script of Debian's own Python, which has Pillow.
+ProcessResult runPython(const QString& script, const QStringList& arguments);
