@@ -12,15 +12,26 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace {
 
 constexpr int wrongUsage = 2;
 
+/// What is wrong with the command line.
 struct UsageError {
     std::string sentence;
 };
+
+/// A value, or the complaint that stands in its place.
+template <typename T>
+using Parsed = std::variant<T, UsageError>;
+
+template <typename T>
+const UsageError* complaint(const Parsed<T>& parsed) {
+    return std::get_if<UsageError>(&parsed);
+}
 
 /// The platform words and the generator's indexes that each stands for, in the order in which they are made.
 const std::vector<std::pair<std::string, std::vector<int>>>& platformWords() {
@@ -80,23 +91,33 @@ CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
     return generate;
 }
 
-QString decoded(const std::string& text, const std::string& what) {
+Parsed<QString> decoded(const std::string& text, const std::string& what) {
+    if (text.empty())
+        return UsageError{what + " is empty"};
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString result = decoder.decode(QByteArray::fromStdString(text));
     if (decoder.hasError())
-        throw UsageError{what + " is not valid UTF-8"};
+        return UsageError{what + " is not valid UTF-8"};
     return result;
 }
 
-float fraction(const std::string& option, const std::string& text) {
+Parsed<float> fraction(const std::string& option, const std::string& text) {
     bool isNumber = false;
     const float value = QString::fromStdString(text).toFloat(&isNumber);
     if (!isNumber || !(value >= 0) || value > 1)
-        throw UsageError{option + " takes a fraction from 0 to 1, not '" + text + "'"};
+        return UsageError{option + " takes a fraction from 0 to 1, not '" + text + "'"};
     return value;
 }
 
-std::vector<int> platformIndexes(const std::vector<std::string>& chosen) {
+Parsed<Color> color(const std::string& text) {
+    if (const std::optional<Color> found = colorFromText(text))
+        return *found;
+    if (text.starts_with('#'))
+        return UsageError{"'" + text + "' is not a colour of the form #RGB, #RRGGBB or #RRGGBBAA"};
+    return UsageError{"there is no colour '" + text + "'" + didYouMean(text, colorNames())};
+}
+
+Parsed<std::vector<int>> platformIndexes(const std::vector<std::string>& chosen) {
     std::vector<int> indexes;
     const std::vector<std::string> all{"all"};
     for (const std::string& word : chosen.empty() ? all : chosen) {
@@ -105,7 +126,7 @@ std::vector<int> platformIndexes(const std::vector<std::string>& chosen) {
             std::vector<std::string> names;
             for (const auto& entry : platformWords())
                 names.push_back(entry.first);
-            throw UsageError{"there is no platform '" + word + "'" + didYouMean(word, names)};
+            return UsageError{"there is no platform '" + word + "'" + didYouMean(word, names)};
         }
         for (const int index : found->second) {
             if (std::ranges::find(indexes, index) == indexes.end())
@@ -115,35 +136,44 @@ std::vector<int> platformIndexes(const std::vector<std::string>& chosen) {
     return indexes;
 }
 
-GenerateOptions optionsFrom(const CLI::App& generate, const GenerateWords& words) {
+/// Takes one parsed value; false where it is a complaint, which goes to `error`.
+template <typename T>
+bool take(const Parsed<T>& parsed, T& value, std::optional<UsageError>& error) {
+    if (const UsageError* found = complaint(parsed)) {
+        error = *found;
+        return false;
+    }
+    value = std::get<T>(parsed);
+    return true;
+}
+
+Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWords& words) {
     GenerateOptions options;
-    options.picture = words.picture;
-    options.out = decoded(words.out, "DIR");
+    IconStyle& style = options.style;
+    const bool hasCatalogue = generate.count("--catalogue") > 0;
+    const bool hasColor = generate.count("--border-color") > 0;
+    style.roundCorner = generate.count("--round-corner") > 0;
+    style.border = generate.count("--border") > 0;
+    std::optional<UsageError> error;
+    const bool isTaken =
+        take(decoded(words.out, "--out"), options.out, error) &&
+        take(platformIndexes(words.platforms), options.platformIndexes, error) &&
+        (!hasCatalogue || take(decoded(words.catalogue, "--catalogue"), options.catalogue, error)) &&
+        (!style.roundCorner ||
+         take(fraction("--round-corner", words.roundCorner), style.cornerRadiusPercent, error)) &&
+        (!style.border || take(fraction("--border", words.border), style.borderWidth, error)) &&
+        (!hasColor || take(color(words.borderColor), style.borderColor, error));
+    if (!isTaken)
+        return *error;
+    if (words.picture.empty())
+        return UsageError{"PICTURE is empty"};
+    if (hasColor && !style.border)
+        return UsageError{"--border-color needs --border"};
+    if (words.quiet && words.verbose)
+        return UsageError{"--quiet and --verbose exclude each other"};
     while (options.out.size() > 1 && options.out.endsWith(u'/'))
         options.out.chop(1);
-    options.platformIndexes = platformIndexes(words.platforms);
-    options.catalogue = decoded(words.catalogue, "FILE");
-    options.style.roundCorner = generate.count("--round-corner") > 0;
-    if (options.style.roundCorner)
-        options.style.cornerRadiusPercent = fraction("--round-corner", words.roundCorner);
-    options.style.border = generate.count("--border") > 0;
-    if (options.style.border)
-        options.style.borderWidth = fraction("--border", words.border);
-    if (generate.count("--border-color") > 0) {
-        if (!options.style.border)
-            throw UsageError{"--border-color needs --border"};
-        const std::optional<Color> color = colorFromText(words.borderColor);
-        if (!color && words.borderColor.starts_with('#'))
-            throw UsageError{"'" + words.borderColor + "' is not a colour of the form #RGB, #RRGGBB or #RRGGBBAA"};
-        if (!color)
-            throw UsageError{"there is no colour '" + words.borderColor + "'" +
-                             didYouMean(words.borderColor, colorNames())};
-        options.style.borderColor = *color;
-    }
-    if (options.out.isEmpty() || options.picture.empty())
-        throw UsageError{options.picture.empty() ? "PICTURE is empty" : "--out is empty"};
-    if (options.quiet && options.verbose)
-        throw UsageError{"--quiet and --verbose exclude each other"};
+    options.picture = words.picture;
     options.open = words.open;
     options.quiet = words.quiet;
     options.verbose = words.verbose;
@@ -195,18 +225,20 @@ int runCommandLine(int argc, char** argv) {
     GenerateWords words;
     CLI::App* generate = addGenerate(app, words);
     generate->allow_extras();
+    // The parser reports by exceptions; they end here.
     try {
         app.parse(argc, argv);
-        if (const std::optional<UsageError> unknown = unknownWord(app))
-            throw *unknown;
-        if (app.get_subcommands().empty())
-            throw UsageError{"a command is missing: generate"};
-        return runGenerate(optionsFrom(*generate, words));
     } catch (const CLI::Success& request) {
         return app.exit(request);
     } catch (const CLI::ParseError& error) {
         return complain(app, unknownWord(app).value_or(UsageError{error.what()}));
-    } catch (const UsageError& error) {
-        return complain(app, error);
     }
+    if (const std::optional<UsageError> unknown = unknownWord(app))
+        return complain(app, *unknown);
+    if (app.get_subcommands().empty())
+        return complain(app, {"a command is missing: generate"});
+    const Parsed<GenerateOptions> options = optionsFrom(*generate, words);
+    if (const UsageError* error = complaint(options))
+        return complain(app, *error);
+    return runGenerate(std::get<GenerateOptions>(options));
 }
