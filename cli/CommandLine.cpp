@@ -74,8 +74,8 @@ CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
                      "iphone, ipad, universal (iphone and ipad), watch, mac, android or all (the default); may be given "
                      "several times")
         ->type_name("NAME")
-        ->expected(1)
-        ->take_all();
+        ->take_all()
+        ->allow_extra_args(false);
     generate->add_option("--round-corner", words.roundCorner, "corner radius as a fraction of the side, 0 to 1 (0.22 is usual)")
         ->type_name("F");
     generate->add_option("--border", words.border, "border width as a fraction of the width, 0 to 1; its inner half shows")

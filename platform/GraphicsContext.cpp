@@ -51,6 +51,8 @@ struct GraphicsContext::DeviceRect {
     Span y;
 
     bool isEmpty() const { return x.length() <= 0 || y.length() <= 0; }
+    /// Whether every pixel that it touches lies inside of it.
+    bool isWhole() const { return x.from == x.begin && x.to == x.end && y.from == y.begin && y.to == y.end; }
 };
 
 double GraphicsContext::pixelEdge(double points, int scale) { return std::ceil(points * scale - noise); }
@@ -63,8 +65,12 @@ GraphicsContext::GraphicsContext(const QSizeF& size, int scale) : m_size(size), 
     if (!fits)
         return;
     m_raster = QImage(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGBA8888_Premultiplied);
-    if (!m_raster.isNull())
-        m_raster.fill(0);
+    if (m_raster.isNull())
+        return;
+    m_raster.fill(0);
+    const QRectF bounds(QPointF(0, 0), size);
+    if (!deviceRect(bounds).isWhole())
+        addClip(Path::bezierPathWithRect(bounds));
 }
 
 GraphicsContext::DeviceRect GraphicsContext::deviceRect(const QRectF& rect) const {
@@ -84,8 +90,10 @@ CoverageMask GraphicsContext::coverage(const Path& path, double offset) const {
 }
 
 void GraphicsContext::addClip(const Path& path) {
-    if (hasRaster())
-        m_clip = coverage(path, 0);
+    if (!hasRaster())
+        return;
+    m_clip = coverage(path, 0);
+    m_clipBounds = path.bounds();
 }
 
 /// Multiplies `layer`, whose top left pixel lies at (left, top) of the raster, with the clip's coverage.
@@ -99,6 +107,19 @@ void GraphicsContext::applyClip(QImage& layer, int left, int top) const {
             scalePixel(pixels + 4 * static_cast<std::ptrdiff_t>(x), m_clip->at(row, left + x));
         for (int x = fullEnd; x < layer.width(); ++x)
             scalePixel(pixels + 4 * static_cast<std::ptrdiff_t>(x), m_clip->at(row, left + x));
+    }
+}
+
+/// Multiplies the outermost rows and columns of `layer` with the parts of their pixels that `device` covers.
+void GraphicsContext::applyEdges(QImage& layer, const DeviceRect& device) {
+    for (int y = 0; y < layer.height(); ++y) {
+        const double vertical = std::min(1.0, device.y.coverage(device.y.begin + y));
+        std::uint8_t* pixels = layer.scanLine(y);
+        for (int x = 0; x < layer.width(); ++x, pixels += 4) {
+            const double horizontal = std::min(1.0, device.x.coverage(device.x.begin + x));
+            if (horizontal * vertical < 1)
+                scalePixel(pixels, horizontal * vertical);
+        }
     }
 }
 
@@ -124,21 +145,10 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
     QImage layer = representation->rendered(device.x.mapping(), device.y.mapping());
     if (layer.isNull())
         return;
-    // Only the outermost rows and columns can be covered in part.
-    for (int y = 0; y < layer.height(); ++y) {
-        const double vertical = std::min(1.0, device.y.coverage(device.y.begin + y));
-        std::uint8_t* pixels = layer.scanLine(y);
-        const int last = layer.width() - 1;
-        const double leftmost = std::min(1.0, device.x.coverage(device.x.begin));
-        const double rightmost = std::min(1.0, device.x.coverage(device.x.begin + last));
-        if (vertical < 1) {
-            for (int x = 1; x < last; ++x)
-                scalePixel(pixels + 4 * static_cast<std::ptrdiff_t>(x), vertical);
-        }
-        scalePixel(pixels, leftmost * vertical);
-        if (last > 0)
-            scalePixel(pixels + 4 * static_cast<std::ptrdiff_t>(last), rightmost * vertical);
-    }
+    // What lies inside the clip lies inside the rectangle too where that contains it: the clip's edge is the edge.
+    const bool clipDecides = m_clip && rect.contains(m_clipBounds);
+    if (!clipDecides && !device.isWhole())
+        applyEdges(layer, device);
     if (m_clip)
         applyClip(layer, device.x.begin, device.y.begin);
     if (m_isBlank && layer.size() == m_raster.size())

@@ -11,8 +11,8 @@
 #include <optional>
 
 /// A transparent picture that is being drawn. Coordinates are points with the origin in the lower left corner and y
-/// upward; a point is `scale` pixels wide. Where a side has a fraction of a pixel the raster rounds up and the picture
-/// stands on its lower left corner.
+/// upward; a point is `scale` pixels wide. Where a side has a fraction of a pixel the raster rounds up, the picture
+/// stands on its lower left corner, and the pixels that it reaches into only in part are covered in part.
 class GraphicsContext {
   public:
     /// The most pixels that a raster may have.
@@ -27,7 +27,8 @@ class GraphicsContext {
     /// is short.
     bool hasRaster() const { return !m_raster.isNull(); }
 
-    /// From here on everything is drawn through the inside of `path`, antialiased.
+    /// From here on everything is drawn through the inside of `path`, antialiased. The path lies inside the picture, and
+    /// takes the place of an earlier one.
     void addClip(const Path& path);
 
     /// The whole of `image` stretched into `rect`, source over, antialiased where an edge of `rect` cuts a pixel.
@@ -44,11 +45,13 @@ class GraphicsContext {
     DeviceRect deviceRect(const QRectF& rect) const;
     CoverageMask coverage(const Path& path, double offset) const;
     void applyClip(QImage& layer, int left, int top) const;
+    static void applyEdges(QImage& layer, const DeviceRect& device);
     void compositeOver(const QImage& layer, int left, int top);
 
     QSizeF m_size;
     int m_scale;
     QImage m_raster;
     bool m_isBlank = true;
-    std::optional<CoverageMask> m_clip;
+    std::optional<CoverageMask> m_clip; ///< none where all pixels are drawn on in full
+    QRectF m_clipBounds;
 };

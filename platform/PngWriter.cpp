@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <libdeflate.h>
 #include <memory>
-#include <new>
 #include <vector>
 
 namespace {
@@ -57,31 +56,48 @@ std::vector<std::uint8_t> filteredRows(const QImage& raster, int first, int coun
     return bytes;
 }
 
-std::size_t compressedSize(libdeflate_compressor* compressor, const std::vector<std::uint8_t>& bytes) {
-    std::vector<std::uint8_t> out(libdeflate_zlib_compress_bound(compressor, bytes.size()));
-    return libdeflate_zlib_compress(compressor, bytes.data(), bytes.size(), out.data(), out.size());
+/// `rows` as a zlib stream; empty where memory is short.
+std::vector<std::uint8_t> compressed(const std::vector<std::uint8_t>& rows, int level) {
+    const Compressor compressor(libdeflate_alloc_compressor(level));
+    if (!compressor)
+        return {};
+    std::vector<std::uint8_t> stream(libdeflate_zlib_compress_bound(compressor.get(), rows.size()));
+    stream.resize(
+        libdeflate_zlib_compress(compressor.get(), rows.data(), rows.size(), stream.data(), stream.size()));
+    return stream;
 }
 
-/// Compares the strategies on bands of rows spread evenly over the picture, or on all of a small one.
-PngFilterStrategy chosenStrategy(const QImage& raster) {
-    constexpr int bands = 4;
+/// Compares the strategies on bands of rows spread evenly over the picture.
+PngFilterStrategy betterOnSample(const QImage& raster) {
+    constexpr int bands = 6;
     constexpr int bandRows = 16;
     constexpr int quickLevel = 3;
-    const Compressor compressor(libdeflate_alloc_compressor(quickLevel));
-    if (!compressor)
-        return PngFilterStrategy::None;
-    const auto size = [&](PngFilterStrategy strategy) {
-        if (raster.height() <= bands * bandRows)
-            return compressedSize(compressor.get(), filteredRows(raster, 0, raster.height(), strategy));
-        std::size_t sum = 0;
-        for (int band = 0; band < bands; ++band) {
-            const int first = (raster.height() - bandRows) * band / (bands - 1);
-            sum += compressedSize(compressor.get(), filteredRows(raster, first, bandRows, strategy));
-        }
-        return sum;
+    if (raster.height() < bands * bandRows)
+        return PngFilterStrategy::Adaptive;
+    std::size_t none = 0;
+    std::size_t adaptive = 0;
+    for (int band = 0; band < bands; ++band) {
+        const int first = (raster.height() - bandRows) * band / (bands - 1);
+        none += compressed(filteredRows(raster, first, bandRows, PngFilterStrategy::None), quickLevel).size();
+        adaptive += compressed(filteredRows(raster, first, bandRows, PngFilterStrategy::Adaptive), quickLevel).size();
+    }
+    return adaptive < none ? PngFilterStrategy::Adaptive : PngFilterStrategy::None;
+}
+
+/// The picture's rows, filtered and compressed.
+std::vector<std::uint8_t> pixelStream(const QImage& raster, const PngOptions& options) {
+    const auto withFilter = [&](PngFilterStrategy filter) {
+        return compressed(filteredRows(raster, 0, raster.height(), filter), options.level);
     };
-    return size(PngFilterStrategy::Adaptive) < size(PngFilterStrategy::None) ? PngFilterStrategy::Adaptive
-                                                                              : PngFilterStrategy::None;
+    if (options.filter != PngFilterStrategy::Choose)
+        return withFilter(options.filter);
+    // A small picture takes less time to try than to sample.
+    constexpr qsizetype smallRaster = 256 << 10;
+    if (raster.sizeInBytes() > smallRaster)
+        return withFilter(betterOnSample(raster));
+    std::vector<std::uint8_t> none = withFilter(PngFilterStrategy::None);
+    std::vector<std::uint8_t> adaptive = withFilter(PngFilterStrategy::Adaptive);
+    return adaptive.size() < none.size() ? adaptive : none;
 }
 
 } // namespace
@@ -89,21 +105,11 @@ PngFilterStrategy chosenStrategy(const QImage& raster) {
 QByteArray encodePng(const QImage& raster, const PngOptions& options) {
     if (raster.isNull())
         return {};
-    const PngFilterStrategy strategy =
-        options.filter == PngFilterStrategy::Choose ? chosenStrategy(raster) : options.filter;
-    const std::vector<std::uint8_t> rows = filteredRows(raster, 0, raster.height(), strategy);
-    const Compressor compressor(libdeflate_alloc_compressor(options.level));
-    if (!compressor)
+    const std::vector<std::uint8_t> stream = pixelStream(raster, options);
+    if (stream.empty())
         return {};
-    const std::size_t bound = libdeflate_zlib_compress_bound(compressor.get(), rows.size());
-    const std::unique_ptr<char[]> data(new (std::nothrow) char[bound]);
-    if (!data)
-        return {};
-    const auto length = static_cast<qsizetype>(
-        libdeflate_zlib_compress(compressor.get(), rows.data(), rows.size(), data.get(), bound));
-    if (length == 0)
-        return {};
-
+    const auto* data = reinterpret_cast<const char*>(stream.data());
+    const auto length = static_cast<qsizetype>(stream.size());
     QByteArray file;
     file.reserve(length + 128);
     file.append("\x89PNG\r\n\x1a\n", 8);
@@ -115,7 +121,7 @@ QByteArray encodePng(const QImage& raster, const PngOptions& options) {
     appendChunk(file, "IHDR", header.constData(), header.size());
     appendChunk(file, "sRGB", "\0", 1);
     for (qsizetype start = 0; start < length; start += maximumChunk)
-        appendChunk(file, "IDAT", data.get() + start, std::min(maximumChunk, length - start));
+        appendChunk(file, "IDAT", data + start, std::min(maximumChunk, length - start));
     appendChunk(file, "IEND", nullptr, 0);
     return file;
 }

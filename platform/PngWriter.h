@@ -5,7 +5,7 @@
 
 /// How a PNG's rows are filtered before compression.
 enum class PngFilterStrategy {
-    Choose,   ///< try None and Adaptive on a sample of the picture's rows and take what compresses better
+    Choose,   ///< None or Adaptive, whichever compresses better; of a large picture only a sample is tried
     None,     ///< no filter: best for flat graphics
     Adaptive, ///< for each row the filter with the least sum of absolute differences: best for photographs
 };

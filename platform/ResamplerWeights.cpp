@@ -23,35 +23,79 @@ struct Taps {
     std::vector<int> weights;
 };
 
+/// From a ratio of two on the filter lets nothing of the finest pattern through, that of every other sample. Where the
+/// source's edge cuts taps off that is lost; the smallest change of the others that restores it, and that changes neither
+/// their sum nor their centre of gravity, is added to `values`.
+void restoreParity(std::vector<double>& values) {
+    const auto count = static_cast<double>(values.size());
+    // Three conditions on change(i) = a + b x + c s, where x is the tap's place from the middle and s is 1 and -1 in turn:
+    // the sum of change, of x × change and of s × change.
+    double parity = 0;
+    double squares = 0;
+    double signs = 0;
+    double signedPlaces = 0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const double x = static_cast<double>(i) - (count - 1) / 2;
+        const double s = i % 2 == 0 ? 1 : -1;
+        parity += s * values[i];
+        squares += x * x;
+        signs += s;
+        signedPlaces += s * x;
+    }
+    // With x centred the first two conditions give a and b from c.
+    const double remaining = count - signs * signs / count - signedPlaces * signedPlaces / squares;
+    if (values.size() < 4 || remaining < 1)
+        return;
+    const double c = -parity / remaining;
+    const double a = -c * signs / count;
+    const double b = -c * signedPlaces / squares;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const double x = static_cast<double>(i) - (count - 1) / 2;
+        values[i] += a + b * x + (i % 2 == 0 ? c : -c);
+    }
+}
+
+/// Makes every `classes`-th tap, counted from `first`, whole numbers that sum to exactly `total`.
+void quantiseClass(const std::vector<double>& values, std::vector<int>& weights, std::size_t first, std::size_t classes,
+                   int total, bool isMiddle) {
+    double sum = 0;
+    for (std::size_t i = first; i < values.size(); i += classes)
+        sum += values[i];
+    int rest = total;
+    std::size_t largest = first;
+    for (std::size_t i = first; i < values.size(); i += classes) {
+        weights[i] = static_cast<int>(std::lround(values[i] / sum * total));
+        rest -= weights[i];
+        if (weights[i] > weights[largest])
+            largest = i;
+    }
+    const std::size_t mirror = values.size() - 1 - largest;
+    const bool hasMirror = isMiddle && mirror != largest && mirror % classes == largest % classes;
+    if (hasMirror) {
+        // Equal pairs have an even sum, so has the total, and so has the rest.
+        weights[largest] += rest / 2;
+        weights[mirror] += rest / 2;
+    } else {
+        weights[largest] += rest;
+    }
+}
+
 /// The taps as whole numbers that sum to exactly `ResamplerWeights::one`. `isMiddle` says that the pixel is its own
-/// mirror image, and so must its taps be.
-Taps quantised(int start, std::vector<double> values, bool isMiddle) {
+/// mirror image, and so must its taps be; `separatesParity` that the even and the odd taps have the same sum.
+Taps quantised(int start, std::vector<double> values, bool isMiddle, bool separatesParity) {
     const std::size_t count = values.size();
+    if (separatesParity)
+        restoreParity(values);
     if (isMiddle) {
         for (std::size_t i = 0; i < count / 2; ++i) {
             const double mean = (values[i] + values[count - 1 - i]) / 2;
             values[i] = values[count - 1 - i] = mean;
         }
     }
-    double sum = 0;
-    for (const double value : values)
-        sum += value;
     Taps taps{start, std::vector<int>(count)};
-    int total = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        taps.weights[i] = static_cast<int>(std::lround(values[i] / sum * ResamplerWeights::one));
-        total += taps.weights[i];
-    }
-    const int rest = ResamplerWeights::one - total;
-    if (!isMiddle)
-        *std::ranges::max_element(taps.weights) += rest;
-    else if (count % 2 == 1)
-        taps.weights[count / 2] += rest;
-    else {
-        // Equal pairs have an even sum, so has `one`, and so has the rest.
-        taps.weights[count / 2 - 1] += rest / 2;
-        taps.weights[count / 2] += rest / 2;
-    }
+    const std::size_t classes = separatesParity && count > 1 ? 2 : 1;
+    for (std::size_t first = 0; first < classes; ++first)
+        quantiseClass(values, taps.weights, first, classes, ResamplerWeights::one / static_cast<int>(classes), isMiddle);
     // Zeros at the ends only cost time.
     const auto isZero = [](int weight) { return weight == 0; };
     const auto last = std::ranges::find_if_not(taps.weights.rbegin(), taps.weights.rend(), isZero).base();
@@ -67,8 +111,9 @@ Taps tapsFor(const AxisMapping& mapping, int target, bool isMiddle) {
     const double stretch = std::max(ratio, 1.0);
     const double centre = (target + 0.5 - mapping.origin) * ratio;
     const double reach = lobes * stretch;
-    int first = std::max(0, static_cast<int>(std::floor(centre - reach)));
-    int last = std::min(mapping.sourceLength - 1, static_cast<int>(std::ceil(centre + reach)));
+    // The samples whose middles lie inside the filter.
+    int first = std::max(0, static_cast<int>(std::floor(centre - reach + 0.5)));
+    int last = std::min(mapping.sourceLength - 1, static_cast<int>(std::ceil(centre + reach - 1.5)));
     if (isMiddle) {
         // The middle of the source is the middle of the window.
         const int margin = std::min(first, mapping.sourceLength - 1 - last);
@@ -86,7 +131,7 @@ Taps tapsFor(const AxisMapping& mapping, int target, bool isMiddle) {
         const auto nearest = static_cast<int>(std::floor(centre));
         return {std::clamp(nearest, 0, mapping.sourceLength - 1), {ResamplerWeights::one}};
     }
-    return quantised(first, std::move(values), isMiddle);
+    return quantised(first, std::move(values), isMiddle, stretch >= 2);
 }
 
 } // namespace

@@ -1,0 +1,132 @@
+#pragma once
+
+#include "generation/IconSetGenerator.h"
+#include "tests/support/Pictures.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <vector>
+
+/// Inputs that a test sets, and that can change while a generation runs.
+class FakeInput final : public GenerationInput {
+  public:
+    Image picture;
+    int index = 0;
+    QString out;
+    IconStyle style;
+
+    Image sourceImage() const override { return picture; }
+    int platformIndex() const override { return index; }
+    QString outputPathString() const override { return out; }
+    IconStyle iconStyle() const override { return style; }
+};
+
+class FakeScreen final : public Screen {
+  public:
+    int factor = 1;
+    int scale() const override { return factor; }
+};
+
+/// Records what is opened; `onOpen` runs at each opening.
+class FakeWorkspace final : public Workspace {
+  public:
+    QStringList opened;
+    std::function<void()> onOpen = [] {};
+
+    bool openURL(const QUrl& url) override {
+        opened << url.toLocalFile();
+        onOpen();
+        return true;
+    }
+};
+
+/// Resources in a folder of the test's own.
+class FakeBundle final : public Bundle {
+  public:
+    QString catalogue; ///< empty: the built-in one
+
+    QString pathForResource(const QString& name) const override {
+        return catalogue.isEmpty() ? Bundle::pathForResource(name) : catalogue;
+    }
+};
+
+class RecordingObserver final : public GenerationObserver {
+  public:
+    std::vector<File> files;
+    QStringList failures; ///< "path: sentence"
+
+    void fileWritten(const File& file) override { files.push_back(file); }
+    void failed(const QString& path, const Error& error) override {
+        failures << path + QStringLiteral(": ") + error.sentence;
+    }
+};
+
+/// A generator with everything around it, writing into a folder of its own.
+class GeneratorFixture {
+  public:
+    GeneratorFixture() {
+        input.picture = Pictures::loadedImage(Pictures::noise(64, 64, 1));
+        input.out = folder.path();
+    }
+
+    QTemporaryDir folder;
+    FakeInput input;
+    FakeScreen screen;
+    FakeWorkspace workspace;
+    FakeBundle bundle;
+    RecordingObserver observer;
+    IconSetGenerator generator{input, {bundle, screen, workspace, &observer}};
+
+    void generate(int index) {
+        input.index = index;
+        generator.generateIconsWithImage(input.picture);
+    }
+
+    /// Writes a catalogue with these five platform dictionaries, as the text between <array> and </array>.
+    void useCatalogue(const QString& array) {
+        const QString path = resources.filePath(QStringLiteral("ImageSizeFile.plist"));
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly))
+            file.write((QStringLiteral("<?xml version=\"1.0\"?><plist version=\"1.0\"><array>") + array +
+                        QStringLiteral("</array></plist>"))
+                           .toUtf8());
+        bundle.catalogue = path;
+    }
+
+    /// The paths of all files below the output folder, relative to it, sorted.
+    QStringList files() const { return filesBelow(folder.path()); }
+
+    static QStringList filesBelow(const QString& path, const QString& prefix = {}) {
+        QStringList all;
+        for (const QFileInfo& info : QDir(path).entryInfoList(
+                 QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name)) {
+            if (info.isDir() && !info.isSymLink())
+                all << filesBelow(info.filePath(), prefix + info.fileName() + QLatin1Char('/'));
+            else
+                all << prefix + info.fileName();
+        }
+        all.sort();
+        return all;
+    }
+
+    QString path(const QString& relative) const { return folder.filePath(relative); }
+
+  private:
+    QTemporaryDir resources;
+};
+
+/// One catalogue entry.
+inline QString entry(const QString& key, const QString& dimensions, const QString& name) {
+    return QStringLiteral("<key>%1</key><dict><key>Dimensions</key><string>%2</string><key>Name</key>"
+                          "<string>%3</string></dict>")
+        .arg(key, dimensions, name);
+}
+
+/// Five platforms of which only the first has entries.
+inline QString onlyIphone(const QString& entries) {
+    return QStringLiteral("<dict>") + entries + QStringLiteral("</dict><dict/><dict/><dict/><dict/>");
+}

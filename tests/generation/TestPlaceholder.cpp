@@ -1,1 +1,0 @@
-#include "generation/IconStyle.h"
