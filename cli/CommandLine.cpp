@@ -5,8 +5,9 @@
 #include "cli/Suggestion.h"
 #include "cli/Terminal.h"
 
-#include <CLI/CLI.hpp>
 #include <QStringDecoder>
+
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <optional>
@@ -36,7 +37,7 @@ const UsageError* complaint(const Parsed<T>& parsed) {
 /// The platform words and the generator's indexes that each stands for, in the order in which they are made.
 const std::vector<std::pair<std::string, std::vector<int>>>& platformWords() {
     static const std::vector<std::pair<std::string, std::vector<int>>> words{
-        {"iphone", {0}}, {"ipad", {1}},    {"universal", {0, 1}},      {"watch", {3}},
+        {"iphone", {0}}, {"ipad", {1}},    {"universal", {0, 1}},    {"watch", {3}},
         {"mac", {4}},    {"android", {5}}, {"all", {0, 1, 3, 4, 5}},
     };
     return words;
@@ -46,7 +47,9 @@ std::string didYouMean(const std::string& word, const std::vector<std::string>& 
     return "; did you mean '" + nearestWord(word, words) + "'?";
 }
 
-QString shown(const std::string& text) { return QString::fromUtf8(text.c_str()); }
+QString shown(const std::string& text) {
+    return QString::fromUtf8(text.c_str());
+}
 
 /// The options of `generate` as they are typed.
 struct GenerateWords {
@@ -65,24 +68,35 @@ struct GenerateWords {
 
 CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
     CLI::App* generate = app.add_subcommand("generate", "Write the icon sets of one picture");
-    generate->add_option("PICTURE", words.picture, "PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG")->required();
-    generate->add_option("--out", words.out, "the folder that the sets go into; it is made where it is missing")
+    generate->add_option("PICTURE", words.picture, "PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG")
+        ->required();
+    generate
+        ->add_option("--out", words.out, "the folder that the sets go into; it is made where it is missing")
         ->required()
         ->type_name("DIR");
     generate
         ->add_option("--platform", words.platforms,
-                     "iphone, ipad, universal (iphone and ipad), watch, mac, android or all (the default); may be given "
+                     "iphone, ipad, universal (iphone and ipad), watch, mac, android or all (the default); "
+                     "may be given "
                      "several times")
         ->type_name("NAME")
         ->take_all()
         ->allow_extra_args(false);
-    generate->add_option("--round-corner", words.roundCorner, "corner radius as a fraction of the side, 0 to 1 (0.22 is usual)")
+    generate
+        ->add_option("--round-corner", words.roundCorner,
+                     "corner radius as a fraction of the side, 0 to 1 (0.22 is usual)")
         ->type_name("F");
-    generate->add_option("--border", words.border, "border width as a fraction of the width, 0 to 1; its inner half shows")
+    generate
+        ->add_option("--border", words.border,
+                     "border width as a fraction of the width, 0 to 1; its inner half shows")
         ->type_name("F");
-    generate->add_option("--border-color", words.borderColor, "#RGB, #RRGGBB, #RRGGBBAA or a name (default #333333)")
+    generate
+        ->add_option("--border-color", words.borderColor,
+                     "#RGB, #RRGGBB, #RRGGBBAA or a name (default #333333)")
         ->type_name("COLOR");
-    generate->add_option("--catalogue", words.catalogue, "a property list of icon names and sizes instead of the built-in one")
+    generate
+        ->add_option("--catalogue", words.catalogue,
+                     "a property list of icon names and sizes instead of the built-in one")
         ->type_name("FILE");
     generate->add_flag("--open", words.open, "open DIR in the file browser afterwards");
     generate->add_flag("--quiet", words.quiet, "print nothing but warnings and errors");
@@ -121,7 +135,8 @@ Parsed<std::vector<int>> platformIndexes(const std::vector<std::string>& chosen)
     std::vector<int> indexes;
     const std::vector<std::string> all{"all"};
     for (const std::string& word : chosen.empty() ? all : chosen) {
-        const auto found = std::ranges::find(platformWords(), word, [](const auto& entry) { return entry.first; });
+        const auto found =
+            std::ranges::find(platformWords(), word, [](const auto& entry) { return entry.first; });
         if (found == platformWords().end()) {
             std::vector<std::string> names;
             for (const auto& entry : platformWords())
@@ -185,6 +200,8 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
 std::optional<UsageError> unknownWord(const CLI::App& app) {
     const CLI::App* command = app.get_subcommands().empty() ? nullptr : app.get_subcommands().front();
     for (const std::string& word : app.remaining(true)) {
+        if (word == "--")
+            continue;
         const bool isOption = word.size() > 1 && word[0] == '-';
         std::vector<std::string> names;
         if (isOption) {
@@ -206,8 +223,9 @@ std::optional<UsageError> unknownWord(const CLI::App& app) {
 
 int complain(const CLI::App& app, const UsageError& error) {
     const bool hasCommand = !app.get_subcommands().empty();
-    const std::string help =
-        "tobrimax-cli " + (hasCommand ? app.get_subcommands().front()->get_name() + " " : std::string()) + "--help";
+    const std::string help = "tobrimax-cli " +
+                             (hasCommand ? app.get_subcommands().front()->get_name() + " " : std::string()) +
+                             "--help";
     Terminal::error(shown(error.sentence + " (see " + help + ")"));
     return wrongUsage;
 }
@@ -216,8 +234,9 @@ int complain(const CLI::App& app, const UsageError& error) {
 
 int runCommandLine(int argc, char** argv) {
     Terminal::showDiagnosticLog(false);
-    CLI::App app("Turns one picture into the icon sets that iPhone, iPad, Apple Watch, Mac and Android apps need.",
-                 "tobrimax-cli");
+    CLI::App app(
+        "Turns one picture into the icon sets that iPhone, iPad, Apple Watch, Mac and Android apps need.",
+        "tobrimax-cli");
     app.set_version_flag("--version", "tobrimax-cli " TOBRIMAX_VERSION);
     app.set_help_flag("--help", "Show this and exit");
     app.require_subcommand(0, 1);

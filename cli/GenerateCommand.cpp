@@ -10,10 +10,11 @@
 #include <QFileInfo>
 #include <QProcess>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
-#include <unistd.h>
 
 namespace {
 
@@ -22,7 +23,8 @@ using Catalogue = IconSizeCatalogue;
 /// The command's options as the generator's inputs, one platform at a time.
 class OptionsInput final : public GenerationInput {
   public:
-    OptionsInput(const GenerateOptions& options, Image image) : m_options(options), m_image(std::move(image)) {}
+    OptionsInput(const GenerateOptions& options, Image image)
+        : m_options(options), m_image(std::move(image)) {}
 
     void choosePlatform(int index) { m_platformIndex = index; }
 
@@ -92,8 +94,8 @@ Plan planOf(const GenerateOptions& options, const Catalogue& catalogue) {
     return plan;
 }
 
-/// Why nothing can be written below `out`, if that is so. It need not exist, but what stands in its place, or the nearest
-/// folder above it, must be a folder that can be written to.
+/// Why nothing can be written below `out`, if that is so. It need not exist, but what stands in its place, or
+/// the nearest folder above it, must be a folder that can be written to.
 std::optional<QString> outputFolderError(const QString& out) {
     if (out.isEmpty() || out.contains(QChar::Null))
         return QStringLiteral("not a path");
@@ -110,10 +112,12 @@ std::optional<QString> outputFolderError(const QString& out) {
 void warnAboutPicture(const LoadedPicture& picture, const Plan& plan, GenerateReport& report) {
     const QSizeF size = picture.image.size();
     if (!picture.isDrawing && std::min(size.width(), size.height()) < plan.largestSide)
-        report.warn(QStringLiteral("the picture (%1 × %2) is smaller than the largest icon (%3 × %3) and will be enlarged")
-                        .arg(size.width())
-                        .arg(size.height())
-                        .arg(plan.largestSide));
+        report.warn(
+            QStringLiteral(
+                "the picture (%1 × %2) is smaller than the largest icon (%3 × %3) and will be enlarged")
+                .arg(size.width())
+                .arg(size.height())
+                .arg(plan.largestSide));
     if (size.width() != size.height())
         report.warn(QStringLiteral("the picture (%1 × %2) is not square and will be stretched")
                         .arg(size.width())
@@ -150,7 +154,8 @@ int runGenerate(const GenerateOptions& options) {
     }
     Result<LoadedPicture> picture = ImageSource::loadFile(options.picture);
     if (!picture) {
-        report.fail(QStringLiteral("%1: %2").arg(QFile::decodeName(options.picture.c_str()), picture.error().sentence));
+        report.fail(QStringLiteral("%1: %2").arg(QFile::decodeName(options.picture.c_str()),
+                                                 picture.error().sentence));
         return report.finish();
     }
     const Plan plan = planOf(options, *catalogue);

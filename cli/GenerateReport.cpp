@@ -98,11 +98,12 @@ bool GenerateReport::printSummary() const {
                             isPrinted;
         }
         allBytes += bytes;
-        isPrinted = Terminal::print(QStringLiteral("%1 %2 %3")
-                                        .arg(idiom, -9)
-                                        .arg(counted(count, QStringLiteral("file"), QStringLiteral("files")), 9)
-                                        .arg(byteText(bytes), 12)) &&
-                    isPrinted;
+        isPrinted =
+            Terminal::print(QStringLiteral("%1 %2 %3")
+                                .arg(idiom, -9)
+                                .arg(counted(count, QStringLiteral("file"), QStringLiteral("files")), 9)
+                                .arg(byteText(bytes), 12)) &&
+            isPrinted;
     }
     const QString folder = Terminal::escaped(QDir::cleanPath(QFileInfo(m_options.out).absoluteFilePath()));
     return Terminal::print(QStringLiteral("%1 %2 %3  in %4")

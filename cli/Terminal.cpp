@@ -4,11 +4,12 @@
 
 #include <QChar>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string>
-#include <unistd.h>
 
 namespace {
 
@@ -20,7 +21,8 @@ void write(std::FILE* stream, const QString& text) {
 }
 
 void onMessage(QtMsgType /*type*/, const QMessageLogContext& context, const QString& message) {
-    const bool isOurs = context.category != nullptr && std::strcmp(context.category, tobrimaxLog().categoryName()) == 0;
+    const bool isOurs =
+        context.category != nullptr && std::strcmp(context.category, tobrimaxLog().categoryName()) == 0;
     if (isOurs && logIsShown)
         write(stderr, Terminal::escaped(message) + u'\n');
 }

@@ -5,8 +5,8 @@
 
 #include <QString>
 
-/// What a generation works from. Each value is asked for at the moment of its use, so a change made while a generation
-/// runs counts from there on.
+/// What a generation works from. Each value is asked for at the moment of its use, so a change made while a
+/// generation runs counts from there on.
 class GenerationInput {
   public:
     virtual ~GenerationInput() = default;
@@ -14,7 +14,8 @@ class GenerationInput {
     /// The source picture; a null image where there is none.
     virtual Image sourceImage() const = 0;
 
-    /// 0 iphone, 1 ipad, 2 iphone then ipad, 3 watch, 4 mac, 5 android; -1 nothing chosen; any other acts as 0.
+    /// 0 iphone, 1 ipad, 2 iphone then ipad, 3 watch, 4 mac, 5 android; -1 nothing chosen; any other acts as
+    /// 0.
     virtual int platformIndex() const = 0;
 
     /// The path of the output folder.

@@ -5,8 +5,8 @@
 #include <QSize>
 #include <QString>
 
-/// Hears of each file of a generation as it is written or fails. The engine itself goes on after a failure and tells
-/// nobody else.
+/// Hears of each file of a generation as it is written or fails. The engine itself goes on after a failure
+/// and tells nobody else.
 class GenerationObserver {
   public:
     struct File {

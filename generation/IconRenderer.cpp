@@ -5,8 +5,8 @@
 
 namespace {
 
-/// The one path that is both the clip and the border's outline. Radii are computed in double precision from the
-/// single-precision value.
+/// The one path that is both the clip and the border's outline. Radii are computed in double precision from
+/// the single-precision value.
 Path outline(const IconStyle& style, const QRectF& bounds) {
     if (!style.roundCorner)
         return Path::bezierPathWithRect(bounds);

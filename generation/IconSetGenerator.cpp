@@ -11,7 +11,9 @@
 #include <vector>
 
 IconSetGenerator::IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings)
-    : m_input(input), m_surroundings(surroundings), m_renderer(input, surroundings.screen),
+    : m_input(input),
+      m_surroundings(surroundings),
+      m_renderer(input, surroundings.screen),
       m_writer(input, m_renderer, surroundings.observer) {}
 
 QString IconSetGenerator::appiconsetPathString(const QString& idiom) const {
@@ -26,7 +28,8 @@ void IconSetGenerator::tellFailure(const QString& path, const Error& error) cons
 void IconSetGenerator::generateIconsWithImage(const Image& image) const {
     const Result<IconSizeCatalogue> loaded = IconSizeCatalogue::load(m_surroundings.bundle);
     if (!loaded) {
-        tellFailure(m_surroundings.bundle.pathForResource(QStringLiteral("ImageSizeFile.plist")), loaded.error());
+        tellFailure(m_surroundings.bundle.pathForResource(QStringLiteral("ImageSizeFile.plist")),
+                    loaded.error());
         if (loaded.error().code == ErrorCode::Malformed)
             return;
     }
@@ -59,11 +62,12 @@ void IconSetGenerator::generateIconsWithImage(const Image& image) const {
 
 void IconSetGenerator::outputPlatform(const Image& image, const IconSizeCatalogue& catalogue,
                                       IconSizeCatalogue::Platform platform) const {
-    outputImage(image, catalogue.dictionary(platform), catalogue.keys(platform), IconSizeCatalogue::idiom(platform));
+    outputImage(image, catalogue.dictionary(platform), catalogue.keys(platform),
+                IconSizeCatalogue::idiom(platform));
 }
 
-void IconSetGenerator::outputImage(const Image& image, const QVariantMap& InfoDict, const QStringList& keysArr,
-                                   const QString& idiom) const {
+void IconSetGenerator::outputImage(const Image& image, const QVariantMap& InfoDict,
+                                   const QStringList& keysArr, const QString& idiom) const {
     const int scale = m_surroundings.screen.scale();
     for (const QString& key : keysArr) {
         const QVariantMap entry = InfoDict.value(key).toMap();
@@ -87,7 +91,8 @@ void IconSetGenerator::writeContainer(const Image& image) const {
     const std::unique_ptr<ImageDestination> destination =
         ImageDestination::create(path.value_or(QString()), QString::fromLatin1(ImageDestination::icnsType),
                                  static_cast<int>(rasters.size()));
-    const QString shownPath = path.value_or(m_input.outputPathString() + QStringLiteral("/mac/Application.icns"));
+    const QString shownPath =
+        path.value_or(m_input.outputPathString() + QStringLiteral("/mac/Application.icns"));
     if (!destination) {
         tellFailure(shownPath, {ErrorCode::NotAPath, QStringLiteral("the unescaped path is not a path")});
         return;
@@ -98,5 +103,6 @@ void IconSetGenerator::writeContainer(const Image& image) const {
     if (!written)
         tellFailure(shownPath, written.error());
     else if (m_surroundings.observer != nullptr)
-        m_surroundings.observer->fileWritten({mac, shownPath, rasters.back().size(), destination->bytesWritten()});
+        m_surroundings.observer->fileWritten(
+            {mac, shownPath, rasters.back().size(), destination->bytesWritten()});
 }

@@ -9,8 +9,8 @@
 #include "platform/Screen.h"
 #include "platform/Workspace.h"
 
-/// Turns one picture into the icon files of the chosen platform, synchronously and on the calling thread. Failures are
-/// logged or told to the observer; none ends a generation but a malformed catalogue.
+/// Turns one picture into the icon files of the chosen platform, synchronously and on the calling thread.
+/// Failures are logged or told to the observer; none ends a generation but a malformed catalogue.
 class IconSetGenerator {
   public:
     /// What the generator needs of the world around it, kept by reference.
@@ -23,11 +23,12 @@ class IconSetGenerator {
 
     IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings);
 
-    /// Writes the whole set for the current platform index from `image`. The catalogue is read anew; one without five
-    /// well-formed platforms ends the generation before any file is written.
+    /// Writes the whole set for the current platform index from `image`. The catalogue is read anew; one
+    /// without five well-formed platforms ends the generation before any file is written.
     void generateIconsWithImage(const Image& image) const;
 
-    /// Writes one idiom's PNG files, for each key of `keysArr` the entry of `InfoDict`, then opens the output folder.
+    /// Writes one idiom's PNG files, for each key of `keysArr` the entry of `InfoDict`, then opens the output
+    /// folder.
     void outputImage(const Image& image, const QVariantMap& InfoDict, const QStringList& keysArr,
                      const QString& idiom) const;
 

@@ -16,9 +16,12 @@ namespace {
 const QString dimensionsKey = QStringLiteral("Dimensions");
 const QString nameKey = QStringLiteral("Name");
 
-Error malformed(const QString& sentence) { return {ErrorCode::Malformed, sentence}; }
+Error malformed(const QString& sentence) {
+    return {ErrorCode::Malformed, sentence};
+}
 
-/// What is wrong with an entry, if anything. Keys may be missing, values of another type than text may not stand there.
+/// What is wrong with an entry, if anything. Keys may be missing, values of another type than text may not
+/// stand there.
 std::optional<Error> entryError(const QString& idiom, const QString& key, const QVariant& entry) {
     const QString where = QStringLiteral("the entry \"%1\" of %2").arg(key, idiom);
     if (entry.typeId() != QMetaType::QVariantMap)
@@ -47,8 +50,8 @@ Result<IconSizeCatalogue> IconSizeCatalogue::load(const Bundle& bundle) {
         return Error{ErrorCode::NotReadable, QStringLiteral("the property list's root is not an array")};
     const QVariantList elements = root->toList();
     if (elements.size() < platformCount)
-        return malformed(
-            QStringLiteral("the array has %1 elements, not one for each of the five platforms").arg(elements.size()));
+        return malformed(QStringLiteral("the array has %1 elements, not one for each of the five platforms")
+                             .arg(elements.size()));
     IconSizeCatalogue catalogue;
     for (int i = 0; i < platformCount; ++i) {
         const QString platform = idiom(static_cast<Platform>(i));
@@ -94,7 +97,8 @@ QSizeF sizeFromString(const QString& text) {
     const char* const end = at + characters.size();
     std::vector<double> numbers;
     while (at != end && numbers.size() < 2) {
-        // Only what begins with a digit, or a sign or point before one, is a number: "nan" and "inf" are words.
+        // Only what begins with a digit, or a sign or point before one, is a number: "nan" and "inf" are
+        // words.
         const char* digits = at;
         if (*digits == '+' || *digits == '-')
             ++digits;

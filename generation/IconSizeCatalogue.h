@@ -11,9 +11,10 @@
 
 class Bundle;
 
-/// Which icons each platform needs and at what size: the property list "ImageSizeFile.plist". Its root is an array whose
-/// first five elements are the dictionaries of iphone, ipad, watch, mac and android; each maps a key to an entry with
-/// the strings "Dimensions" (the file's pixel size, as "{w, h}") and "Name" (its base name).
+/// Which icons each platform needs and at what size: the property list "ImageSizeFile.plist". Its root is an
+/// array whose first five elements are the dictionaries of iphone, ipad, watch, mac and android; each maps a
+/// key to an entry with the strings "Dimensions" (the file's pixel size, as "{w, h}") and "Name" (its base
+/// name).
 class IconSizeCatalogue {
   public:
     enum Platform { Iphone, Ipad, Watch, Mac, Android };
@@ -22,9 +23,9 @@ class IconSizeCatalogue {
     /// No icons for any platform.
     IconSizeCatalogue() = default;
 
-    /// The catalogue in `bundle`. NotFound or NotReadable where there is no array to be had; Malformed for an array that
-    /// does not hold what a catalogue must: fewer than five elements, or something of another type in a dictionary's or
-    /// string's place.
+    /// The catalogue in `bundle`. NotFound or NotReadable where there is no array to be had; Malformed for an
+    /// array that does not hold what a catalogue must: fewer than five elements, or something of another type
+    /// in a dictionary's or string's place.
     static Result<IconSizeCatalogue> load(const Bundle& bundle);
 
     const QVariantMap& dictionary(Platform platform) const { return m_dictionaries[platform]; }

@@ -14,9 +14,11 @@ struct EncodedIcon {
     QSize pixelSize;
 };
 
-/// By way of a TIFF encoding and a bitmap made from it, so that the file holds exactly the render's pixels and alpha.
+/// By way of a TIFF encoding and a bitmap made from it, so that the file holds exactly the render's pixels
+/// and alpha.
 EncodedIcon encoded(const Image& render) {
-    const std::unique_ptr<BitmapImageRep> bitmap = BitmapImageRep::imageRepWithData(render.TIFFRepresentation());
+    const std::unique_ptr<BitmapImageRep> bitmap =
+        BitmapImageRep::imageRepWithData(render.TIFFRepresentation());
     if (!bitmap)
         return {};
     return {bitmap->representationUsingType(BitmapImageRep::FileType::PNG), bitmap->pixelSize()};

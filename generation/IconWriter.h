@@ -10,9 +10,10 @@ class IconWriter {
     IconWriter(const GenerationInput& input, const IconRenderer& renderer, GenerationObserver* observer)
         : m_input(input), m_renderer(renderer), m_observer(observer) {}
 
-    /// Makes the idiom's folder, renders `image` at `withSize` points and writes `andName`.png there, replacing a file of
-    /// that name. A folder that can't be made is logged and the rest tried all the same.
-    void saveImage(const Image& image, const QSizeF& withSize, const QString& andName, const QString& idiom) const;
+    /// Makes the idiom's folder, renders `image` at `withSize` points and writes `andName`.png there,
+    /// replacing a file of that name. A folder that can't be made is logged and the rest tried all the same.
+    void saveImage(const Image& image, const QSizeF& withSize, const QString& andName,
+                   const QString& idiom) const;
 
   private:
     QString appiconsetPath(const QString& idiom) const;

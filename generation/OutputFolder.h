@@ -4,13 +4,13 @@
 
 #include <optional>
 
-/// Where the files of an idiom go. The folder's path is used as it stands to make the folder, but with its percent
-/// escapes replaced to write a file: a chosen folder whose name holds such an escape yields two different paths. Both
-/// sides have always worked like this and are kept.
+/// Where the files of an idiom go. The folder's path is used as it stands to make the folder, but with its
+/// percent escapes replaced to write a file: a chosen folder whose name holds such an escape yields two
+/// different paths. Both sides have always worked like this and are kept.
 namespace OutputFolder {
 
-/// `outputPathString` with "/idiom/AppIcon.appiconset" appended, or "/android/icons", as plain text: neither created nor
-/// unescaped nor cleaned up.
+/// `outputPathString` with "/idiom/AppIcon.appiconset" appended, or "/android/icons", as plain text: neither
+/// created nor unescaped nor cleaned up.
 QString appiconsetPathString(const QString& outputPathString, const QString& idiom);
 
 /// The path of an idiom's PNG file; none where the unescaped folder is no path.

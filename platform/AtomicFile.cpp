@@ -4,18 +4,21 @@
 
 #include <QFile>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <string>
-#include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace {
 
-Error writeError(int error) { return {ErrorCode::NotWritable, AtomicFile::systemSentence(error)}; }
+Error writeError(int error) {
+    return {ErrorCode::NotWritable, AtomicFile::systemSentence(error)};
+}
 
 /// A new file beside `path`, opened for writing; its name goes to `name`. -1 with errno set on failure.
 int openTemporary(const QString& folder, std::string& name) {
@@ -36,7 +39,8 @@ int openTemporary(const QString& folder, std::string& name) {
 bool writeAll(int descriptor, const QByteArray& bytes) {
     qsizetype written = 0;
     while (written < bytes.size()) {
-        const ssize_t n = ::write(descriptor, bytes.constData() + written, static_cast<size_t>(bytes.size() - written));
+        const ssize_t n =
+            ::write(descriptor, bytes.constData() + written, static_cast<size_t>(bytes.size() - written));
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0) {
@@ -74,7 +78,9 @@ Result<Done> AtomicFile::write(const QString& path, const QByteArray& bytes) {
             return Error{ErrorCode::NotWritable, QStringLiteral("Not a regular file")};
     }
     const qsizetype slash = target.lastIndexOf(u'/');
-    const QString folder = slash < 0 ? QStringLiteral(".") : slash == 0 ? QStringLiteral("/") : target.left(slash);
+    const QString folder = slash < 0    ? QStringLiteral(".")
+                           : slash == 0 ? QStringLiteral("/")
+                                        : target.left(slash);
     std::string temporary;
     const int descriptor = openTemporary(folder, temporary);
     if (descriptor < 0)

@@ -9,9 +9,9 @@
 namespace AtomicFile {
 
 /// Writes `bytes` to a temporary in the folder of `path` and moves it into place, replacing any file of that
-/// name. The folder must exist. Every step is checked; after a failure no temporary stays and an older file of
-/// that name is untouched. Not synced to the disk. The new file has the permissions that the process's mask
-/// leaves.
+/// name. The folder must exist. Every step is checked; after a failure no temporary stays and an older file
+/// of that name is untouched. Not synced to the disk. The new file has the permissions that the process's
+/// mask leaves.
 Result<Done> write(const QString& path, const QByteArray& bytes);
 
 /// The cause of `error` (an errno value) as the system words it, "No space left on device" for example.

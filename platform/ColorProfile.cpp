@@ -1,7 +1,8 @@
 #include "platform/ColorProfile.h"
 
-#include <cmath>
 #include <lcms2.h>
+
+#include <cmath>
 
 namespace {
 

@@ -5,7 +5,8 @@
 #include <array>
 #include <memory>
 
-/// A colour profile that pictures are converted from. Empty where none is embedded or the embedded one is broken.
+/// A colour profile that pictures are converted from. Empty where none is embedded or the embedded one is
+/// broken.
 class ColorProfile {
   public:
     /// No profile: the picture is taken as sRGB.
@@ -18,8 +19,9 @@ class ColorProfile {
     using Chromaticities = std::array<std::array<double, 2>, 4>;
     static const Chromaticities srgbChromaticities;
 
-    /// An RGB profile of those primaries, or a grey one, whose samples are intensity to the power of `encodingGamma`
-    /// (0.45455 is taken as the sRGB curve, which it stands for by convention). Empty where that is sRGB itself.
+    /// An RGB profile of those primaries, or a grey one, whose samples are intensity to the power of
+    /// `encodingGamma` (0.45455 is taken as the sRGB curve, which it stands for by convention). Empty where
+    /// that is sRGB itself.
     static ColorProfile fromGamma(double encodingGamma, const Chromaticities& chromaticities, bool grey);
 
     explicit operator bool() const { return m_handle != nullptr; }

@@ -6,8 +6,8 @@
 
 namespace {
 
-/// One straight piece of a boundary inside one row of pixels: it spans `height` of the row, its x runs from `from`
-/// to `to`.
+/// One straight piece of a boundary inside one row of pixels: it spans `height` of the row, its x runs from
+/// `from` to `to`.
 struct Piece {
     double height;
     double from;
@@ -29,7 +29,7 @@ double areaLeftOf(const std::vector<Piece>& pieces, int x) {
         const double to = piece.to - x;
         const double run = to - from;
         const double mean = std::abs(run) < 1e-9 ? std::clamp((from + to) / 2, 0.0, 1.0)
-                                                  : (clampIntegral(to) - clampIntegral(from)) / run;
+                                                 : (clampIntegral(to) - clampIntegral(from)) / run;
         area += piece.height * mean;
     }
     return area;
@@ -77,7 +77,8 @@ constexpr double wholeRow = 1 - 1e-12;
 
 } // namespace
 
-CoverageMask CoverageMask::ofConvexPolygon(std::span<const QPointF> outline, int width, int height, bool symmetric) {
+CoverageMask CoverageMask::ofConvexPolygon(std::span<const QPointF> outline, int width, int height,
+                                           bool symmetric) {
     CoverageMask mask;
     mask.m_rows.resize(static_cast<std::size_t>(height));
     if (outline.size() < 3)
@@ -115,7 +116,9 @@ CoverageMask CoverageMask::ofConvexPolygon(std::span<const QPointF> outline, int
             ++firstEdge;
         if (left.empty() || right.empty())
             continue;
-        const auto pixel = [width](double x) { return static_cast<int>(std::clamp(x, 0.0, static_cast<double>(width))); };
+        const auto pixel = [width](double x) {
+            return static_cast<int>(std::clamp(x, 0.0, static_cast<double>(width)));
+        };
         row.begin = pixel(std::floor(leftExtent.minimum));
         row.end = symmetric ? width - row.begin : pixel(std::ceil(rightExtent.maximum));
         if (row.end <= row.begin) {

@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-/// How much of each pixel of a raster a convex shape covers: exact areas, stored row by row with the fully covered
-/// middle of a row left out.
+/// How much of each pixel of a raster a convex shape covers: exact areas, stored row by row with the fully
+/// covered middle of a row left out.
 class CoverageMask {
   public:
     /// One row of pixels. Outside [begin, end) nothing is covered, inside [fullBegin, fullEnd) everything.
@@ -18,10 +18,12 @@ class CoverageMask {
         std::size_t values = 0; ///< where this row's partial coverages start
     };
 
-    /// The mask of the convex polygon `outline` (any orientation, pixel coordinates, y downward) over a raster of
-    /// width × height pixels. `symmetric` says that the polygon is its own mirror image about both middle axes of
-    /// the raster: the mask then is too, to the last bit. An outline of fewer than three points covers nothing.
-    static CoverageMask ofConvexPolygon(std::span<const QPointF> outline, int width, int height, bool symmetric);
+    /// The mask of the convex polygon `outline` (any orientation, pixel coordinates, y downward) over a
+    /// raster of width × height pixels. `symmetric` says that the polygon is its own mirror image about both
+    /// middle axes of the raster: the mask then is too, to the last bit. An outline of fewer than three
+    /// points covers nothing.
+    static CoverageMask ofConvexPolygon(std::span<const QPointF> outline, int width, int height,
+                                        bool symmetric);
 
     const Row& row(int y) const { return m_rows[static_cast<std::size_t>(y)]; }
 

@@ -4,8 +4,9 @@
 
 #include <QFile>
 
-#include <cerrno>
 #include <sys/stat.h>
+
+#include <cerrno>
 
 namespace {
 
@@ -32,8 +33,9 @@ Result<Done> Folder::create(const QString& path) {
         const int error = errno;
         if (!isFolder(part)) {
             const int cause = error == EEXIST ? ENOTDIR : error;
-            return Error{ErrorCode::NotWritable,
-                         QStringLiteral("%1: %2").arg(QFile::decodeName(part), AtomicFile::systemSentence(cause))};
+            return Error{
+                ErrorCode::NotWritable,
+                QStringLiteral("%1: %2").arg(QFile::decodeName(part), AtomicFile::systemSentence(cause))};
         }
     }
     return Done{};

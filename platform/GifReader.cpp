@@ -1,8 +1,9 @@
 #include "platform/GifReader.h"
 
+#include <gif_lib.h>
+
 #include <algorithm>
 #include <cstring>
-#include <gif_lib.h>
 #include <memory>
 #include <vector>
 
@@ -27,12 +28,13 @@ struct GifClose {
 
 Error failure(int code) {
     const char* text = GifErrorString(code);
-    return PictureReader::damaged(QStringLiteral("GIF"),
-                                  text != nullptr ? QString::fromLatin1(text) : QStringLiteral("error %1").arg(code));
+    return PictureReader::damaged(QStringLiteral("GIF"), text != nullptr
+                                                             ? QString::fromLatin1(text)
+                                                             : QStringLiteral("error %1").arg(code));
 }
 
-/// Reads the file's records up to the first frame's descriptor; `transparent` becomes the index that its control block
-/// names, -1 where none does. False with the library's error set.
+/// Reads the file's records up to the first frame's descriptor; `transparent` becomes the index that its
+/// control block names, -1 where none does. False with the library's error set.
 bool findFirstFrame(GifFileType* gif, int& transparent) {
     for (;;) {
         GifRecordType type = UNDEFINED_RECORD_TYPE;

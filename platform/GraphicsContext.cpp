@@ -17,7 +17,9 @@ double snapped(double value) {
     return std::abs(value - whole) <= noise ? whole : value;
 }
 
-std::uint8_t toByte(double value) { return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 255.0))); }
+std::uint8_t toByte(double value) {
+    return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 255.0)));
+}
 
 void scalePixel(std::uint8_t* pixel, double factor) {
     for (int i = 0; i < 4; ++i)
@@ -55,7 +57,9 @@ struct GraphicsContext::DeviceRect {
     bool isWhole() const { return x.from == x.begin && x.to == x.end && y.from == y.begin && y.to == y.end; }
 };
 
-double GraphicsContext::pixelEdge(double points, int scale) { return std::ceil(points * scale - noise); }
+double GraphicsContext::pixelEdge(double points, int scale) {
+    return std::ceil(points * scale - noise);
+}
 
 GraphicsContext::GraphicsContext(const QSizeF& size, int scale) : m_size(size), m_scale(scale) {
     const double width = pixelEdge(size.width(), scale);
@@ -64,7 +68,8 @@ GraphicsContext::GraphicsContext(const QSizeF& size, int scale) : m_size(size), 
     const bool fits = width >= 1 && height >= 1 && width * height <= static_cast<double>(maximumPixels);
     if (!fits)
         return;
-    m_raster = QImage(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGBA8888_Premultiplied);
+    m_raster =
+        QImage(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGBA8888_Premultiplied);
     if (m_raster.isNull())
         return;
     m_raster.fill(0);
@@ -82,8 +87,8 @@ GraphicsContext::DeviceRect GraphicsContext::deviceRect(const QRectF& rect) cons
 CoverageMask GraphicsContext::coverage(const Path& path, double offset) const {
     const DeviceRect device = deviceRect(path.bounds());
     const QRectF bounds(QPointF(device.x.from, device.y.from), QPointF(device.x.to, device.y.to));
-    const bool symmetric = device.x.from + device.x.to == m_raster.width() &&
-                           device.y.from + device.y.to == m_raster.height();
+    const bool symmetric =
+        device.x.from + device.x.to == m_raster.width() && device.y.from + device.y.to == m_raster.height();
     const std::vector<QPointF> outline =
         offsetOutline(bounds, path.xRadius() * m_scale, path.yRadius() * m_scale, offset * m_scale);
     return CoverageMask::ofConvexPolygon(outline, m_raster.width(), m_raster.height(), symmetric);
@@ -145,7 +150,8 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
     QImage layer = representation->rendered(device.x.mapping(), device.y.mapping());
     if (layer.isNull())
         return;
-    // What lies inside the clip lies inside the rectangle too where that contains it: the clip's edge is the edge.
+    // What lies inside the clip lies inside the rectangle too where that contains it: the clip's edge is the
+    // edge.
     const bool clipDecides = m_clip && rect.contains(m_clipBounds);
     if (!clipDecides && !device.isWhole())
         applyEdges(layer, device);

@@ -10,9 +10,10 @@
 
 #include <optional>
 
-/// A transparent picture that is being drawn. Coordinates are points with the origin in the lower left corner and y
-/// upward; a point is `scale` pixels wide. Where a side has a fraction of a pixel the raster rounds up, the picture
-/// stands on its lower left corner, and the pixels that it reaches into only in part are covered in part.
+/// A transparent picture that is being drawn. Coordinates are points with the origin in the lower left corner
+/// and y upward; a point is `scale` pixels wide. Where a side has a fraction of a pixel the raster rounds up,
+/// the picture stands on its lower left corner, and the pixels that it reaches into only in part are covered
+/// in part.
 class GraphicsContext {
   public:
     /// The most pixels that a raster may have.
@@ -23,15 +24,16 @@ class GraphicsContext {
 
     GraphicsContext(const QSizeF& size, int scale);
 
-    /// Without a raster nothing is drawn: the size is empty, not a number, has more pixels than the limit, or memory
-    /// is short.
+    /// Without a raster nothing is drawn: the size is empty, not a number, has more pixels than the limit, or
+    /// memory is short.
     bool hasRaster() const { return !m_raster.isNull(); }
 
-    /// From here on everything is drawn through the inside of `path`, antialiased. The path lies inside the picture, and
-    /// takes the place of an earlier one.
+    /// From here on everything is drawn through the inside of `path`, antialiased. The path lies inside the
+    /// picture, and takes the place of an earlier one.
     void addClip(const Path& path);
 
-    /// The whole of `image` stretched into `rect`, source over, antialiased where an edge of `rect` cuts a pixel.
+    /// The whole of `image` stretched into `rect`, source over, antialiased where an edge of `rect` cuts a
+    /// pixel.
     void drawImage(const Image& image, const QRectF& rect);
 
     /// The outline of `path` in `color`, source over.

@@ -44,4 +44,6 @@ QImage Image::largestRaster() const {
     return largest != nullptr ? largest->raster() : QImage();
 }
 
-QByteArray Image::TIFFRepresentation() const { return encodeTiff(largestRaster()); }
+QByteArray Image::TIFFRepresentation() const {
+    return encodeTiff(largestRaster());
+}

@@ -8,7 +8,8 @@
 #include <memory>
 #include <vector>
 
-/// A picture: a size in points and one or more representations of it. A value; copies share the representations.
+/// A picture: a size in points and one or more representations of it. A value; copies share the
+/// representations.
 class Image {
   public:
     /// No picture.
@@ -24,9 +25,9 @@ class Image {
     const std::vector<std::shared_ptr<const ImageRep>>& representations() const { return m_representations; }
     void addRepresentation(std::shared_ptr<const ImageRep> representation);
 
-    /// The representation to draw `pixels` from: a drawing if there is one; else the smallest bitmap of at least
-    /// twice as many pixels in both directions, so that one proper reduction is left to do; else the largest. Null
-    /// without representations.
+    /// The representation to draw `pixels` from: a drawing if there is one; else the smallest bitmap of at
+    /// least twice as many pixels in both directions, so that one proper reduction is left to do; else the
+    /// largest. Null without representations.
     const ImageRep* bestRepresentation(const QSizeF& pixels) const;
 
     /// The largest bitmap, as it is. Null without one.

@@ -2,7 +2,8 @@
 
 #include "platform/AtomicFile.h"
 
-std::unique_ptr<ImageDestination> ImageDestination::create(const QString& path, const QString& type, int count) {
+std::unique_ptr<ImageDestination> ImageDestination::create(const QString& path, const QString& type,
+                                                           int count) {
     if (path.isEmpty() || path.contains(QChar::Null) || count < 1 || type != QLatin1String(icnsType))
         return nullptr;
     return std::unique_ptr<ImageDestination>(new ImageDestination(path, count));

@@ -14,14 +14,15 @@ class ImageDestination {
     /// The type of the icns icon container.
     static constexpr char icnsType[] = "com.apple.icns";
 
-    /// A destination for `count` pictures at `path`, or null where the type is not written here or the path is none.
-    /// Nothing is written before `finalize`.
+    /// A destination for `count` pictures at `path`, or null where the type is not written here or the path
+    /// is none. Nothing is written before `finalize`.
     static std::unique_ptr<ImageDestination> create(const QString& path, const QString& type, int count);
 
     /// Adds a picture. In an icon container a size without an element is left out.
     void addImage(const QImage& image);
 
-    /// Writes the file, whole or not at all. Malformed where not all pictures were added, or none could be kept.
+    /// Writes the file, whole or not at all. Malformed where not all pictures were added, or none could be
+    /// kept.
     Result<Done> finalize();
 
     /// The file's size after `finalize`.

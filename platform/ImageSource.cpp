@@ -10,12 +10,13 @@
 #include "platform/TiffReader.h"
 #include "platform/icns/IcnsReader.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <cmath>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -71,13 +72,15 @@ bool looksLikeSvg(const QByteArray& bytes) {
 }
 
 Error unknownFormat() {
-    return {ErrorCode::UnknownFormat, QStringLiteral("not a picture (of PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG)")};
+    return {ErrorCode::UnknownFormat,
+            QStringLiteral("not a picture (of PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG)")};
 }
 
 /// The bytes of a regular file.
 Result<QByteArray> readFile(const std::string& path) {
     const auto failure = [](int error) {
-        return Error{error == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable, AtomicFile::systemSentence(error)};
+        return Error{error == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable,
+                     AtomicFile::systemSentence(error)};
     };
     // Without waiting for a writer, should it be a FIFO.
     const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
@@ -97,7 +100,8 @@ Result<QByteArray> readFile(const std::string& path) {
         qsizetype length = 0;
         int error = 0;
         while (length < buffer.size()) {
-            const ssize_t n = read(descriptor, buffer.data() + length, static_cast<std::size_t>(buffer.size() - length));
+            const ssize_t n =
+                read(descriptor, buffer.data() + length, static_cast<std::size_t>(buffer.size() - length));
             if (n < 0 && errno == EINTR)
                 continue;
             if (n < 0)
@@ -130,10 +134,12 @@ Result<DecodedPicture> ImageSource::decode(const QByteArray& bytes) {
     const double width = std::ceil(size.width());
     const double height = std::ceil(size.height());
     constexpr auto limit = static_cast<double>(PictureReader::maximumPixels);
-    if (const std::optional<Error> refused = PictureReader::refusedSize(static_cast<qint64>(std::min(width, limit + 1)),
-                                                                        static_cast<qint64>(std::min(height, limit + 1))))
+    if (const std::optional<Error> refused =
+            PictureReader::refusedSize(static_cast<qint64>(std::min(width, limit + 1)),
+                                       static_cast<qint64>(std::min(height, limit + 1))))
         return *refused;
-    QImage raster = (*document)->rendered({0, 0, width, static_cast<int>(width)}, {0, 0, height, static_cast<int>(height)});
+    QImage raster = (*document)->rendered({0, 0, width, static_cast<int>(width)},
+                                          {0, 0, height, static_cast<int>(height)});
     if (raster.isNull())
         return PictureReader::damaged(QStringLiteral("SVG"), QStringLiteral("it can't be drawn"));
     return DecodedPicture{std::move(raster), {}};

@@ -15,17 +15,17 @@ struct LoadedPicture {
     QStringList warnings;   ///< sentences for people, of what could not be honoured
 };
 
-/// Turns the bytes of a picture into an Image. The format is told by the content, never by a name: PNG, JPEG, TIFF, GIF
-/// (first frame), BMP, WebP, icns (largest picture), SVG. Pictures come out upright and in sRGB; one that breaks off,
-/// is damaged or has more than 16384 × 16384 pixels is an error.
+/// Turns the bytes of a picture into an Image. The format is told by the content, never by a name: PNG, JPEG,
+/// TIFF, GIF (first frame), BMP, WebP, icns (largest picture), SVG. Pictures come out upright and in sRGB;
+/// one that breaks off, is damaged or has more than 16384 × 16384 pixels is an error.
 namespace ImageSource {
 
-/// An image of the picture's size in pixels. A bitmap comes with reduced copies of itself, each half the size of the one
-/// before, so that small renders need not read all of it.
+/// An image of the picture's size in pixels. A bitmap comes with reduced copies of itself, each half the size
+/// of the one before, so that small renders need not read all of it.
 Result<LoadedPicture> load(const QByteArray& bytes);
 
-/// As `load`, from the regular file of that name (in the file system's own bytes). Anything else than a regular file is
-/// refused without being read.
+/// As `load`, from the regular file of that name (in the file system's own bytes). Anything else than a
+/// regular file is refused without being read.
 Result<LoadedPicture> loadFile(const std::string& path);
 
 /// The first picture alone, without reduced copies. An SVG document is drawn at its own size.

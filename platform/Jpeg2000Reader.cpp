@@ -2,11 +2,12 @@
 
 #include "platform/RowConverter.h"
 
+#include <openjpeg.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <openjpeg.h>
 #include <vector>
 
 namespace {
@@ -18,7 +19,8 @@ struct Input {
 
 OPJ_SIZE_T readInput(void* out, OPJ_SIZE_T length, void* user) {
     auto* input = static_cast<Input*>(user);
-    const qsizetype count = std::min<qsizetype>(static_cast<qsizetype>(length), input->bytes.size() - input->position);
+    const qsizetype count =
+        std::min<qsizetype>(static_cast<qsizetype>(length), input->bytes.size() - input->position);
     if (count <= 0)
         return static_cast<OPJ_SIZE_T>(-1);
     std::memcpy(out, input->bytes.constData() + input->position, static_cast<std::size_t>(count));
@@ -108,13 +110,15 @@ Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
     const bool isGrey = picture->numcomps <= 2;
     for (OPJ_UINT32 i = 0; i < picture->numcomps; ++i) {
         const opj_image_comp_t& component = picture->comps[i];
-        if (component.data == nullptr || component.prec == 0 || component.prec > 31 || component.w != first.w ||
-            component.h != first.h)
-            return Error{ErrorCode::Unsupported, QStringLiteral("a JPEG 2000 picture with components of different sizes")};
+        if (component.data == nullptr || component.prec == 0 || component.prec > 31 ||
+            component.w != first.w || component.h != first.h)
+            return Error{ErrorCode::Unsupported,
+                         QStringLiteral("a JPEG 2000 picture with components of different sizes")};
     }
     if (picture->numcomps > 4 || picture->color_space == OPJ_CLRSPC_SYCC ||
         picture->color_space == OPJ_CLRSPC_EYCC || picture->color_space == OPJ_CLRSPC_CMYK)
-        return Error{ErrorCode::Unsupported, QStringLiteral("a JPEG 2000 picture that is neither grey nor RGB")};
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("a JPEG 2000 picture that is neither grey nor RGB")};
 
     const bool hasAlpha = picture->numcomps % 2 == 0;
     const SampleLayout layout{isGrey ? SampleLayout::Colors::Grey : SampleLayout::Colors::RGB,

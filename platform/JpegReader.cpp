@@ -15,8 +15,8 @@
 
 namespace {
 
-/// libjpeg reports errors by longjmp to `decode`. No function between there and libjpeg keeps an object with a
-/// destructor across a call into it; what must outlive an error is a member.
+/// libjpeg reports errors by longjmp to `decode`. No function between there and libjpeg keeps an object with
+/// a destructor across a call into it; what must outlive an error is a member.
 class JpegDecoder {
   public:
     explicit JpegDecoder(const QByteArray& bytes) : m_bytes(bytes) {
@@ -86,14 +86,16 @@ class JpegDecoder {
         switch (m_jpeg.jpeg_color_space) {
         case JCS_GRAYSCALE:
             m_jpeg.out_color_space = m_profile ? JCS_GRAYSCALE : JCS_EXT_RGBA;
-            layout = m_profile ? SampleLayout{SampleLayout::Colors::Grey, SampleLayout::Alpha::None, 8, false}
-                               : SampleLayout{SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false};
+            layout = m_profile
+                         ? SampleLayout{SampleLayout::Colors::Grey, SampleLayout::Alpha::None, 8, false}
+                         : SampleLayout{SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false};
             break;
         case JCS_CMYK:
         case JCS_YCCK:
             m_jpeg.out_color_space = JCS_CMYK;
             // The program that writes an Adobe marker stores ink inverted.
-            layout = {SampleLayout::Colors::CMYK, SampleLayout::Alpha::None, 8, m_jpeg.saw_Adobe_marker != FALSE};
+            layout = {SampleLayout::Colors::CMYK, SampleLayout::Alpha::None, 8,
+                      m_jpeg.saw_Adobe_marker != FALSE};
             break;
         default:
             m_jpeg.out_color_space = JCS_EXT_RGBA;
@@ -106,7 +108,8 @@ class JpegDecoder {
         jpeg_start_decompress(&m_jpeg);
         const int width = static_cast<int>(m_jpeg.output_width);
         const bool inPlace = layout.bytesPerPixel() == 4;
-        m_row.resize(inPlace ? 0 : static_cast<std::size_t>(width) * static_cast<std::size_t>(layout.bytesPerPixel()));
+        m_row.resize(
+            inPlace ? 0 : static_cast<std::size_t>(width) * static_cast<std::size_t>(layout.bytesPerPixel()));
         while (m_jpeg.output_scanline < m_jpeg.output_height) {
             uchar* out = m_pixels + m_jpeg.output_scanline * m_stride;
             JSAMPROW in = inPlace ? out : m_row.data();
@@ -174,4 +177,6 @@ class JpegDecoder {
 
 } // namespace
 
-Result<DecodedPicture> readJpeg(const QByteArray& bytes) { return JpegDecoder(bytes).decode(); }
+Result<DecodedPicture> readJpeg(const QByteArray& bytes) {
+    return JpegDecoder(bytes).decode();
+}

@@ -4,6 +4,6 @@
 
 #include <QByteArray>
 
-/// Decodes a JPEG file (ISO/IEC 10918-1): grey, YCbCr, RGB, CMYK and YCCK, baseline and progressive, with its ICC
-/// profile and EXIF orientation. Entropy-coded data that breaks off or can't be decoded is an error.
+/// Decodes a JPEG file (ISO/IEC 10918-1): grey, YCbCr, RGB, CMYK and YCCK, baseline and progressive, with its
+/// ICC profile and EXIF orientation. Entropy-coded data that breaks off or can't be decoded is an error.
 Result<DecodedPicture> readJpeg(const QByteArray& bytes);

@@ -2,4 +2,6 @@
 
 Q_LOGGING_CATEGORY(tobrimaxLog, "tobrimax")
 
-void logLine(const QString& text) { qCInfo(tobrimaxLog).noquote() << text; }
+void logLine(const QString& text) {
+    qCInfo(tobrimaxLog).noquote() << text;
+}

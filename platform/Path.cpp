@@ -6,8 +6,8 @@
 
 namespace {
 
-/// The corner of the shape in the quadrant where both coordinates are positive, seen from the shape's middle: the
-/// ellipse quarter's points with their outward unit normals, from the right side round to the bottom.
+/// The corner of the shape in the quadrant where both coordinates are positive, seen from the shape's middle:
+/// the ellipse quarter's points with their outward unit normals, from the right side round to the bottom.
 struct CornerPoint {
     QPointF position;
     QPointF normal;
@@ -15,7 +15,8 @@ struct CornerPoint {
 
 constexpr double flatness = 1e-3;
 
-std::vector<CornerPoint> flattenedCorner(double halfWidth, double halfHeight, double xRadius, double yRadius) {
+std::vector<CornerPoint> flattenedCorner(double halfWidth, double halfHeight, double xRadius,
+                                         double yRadius) {
     const double largest = std::max(xRadius, yRadius);
     const double step = std::sqrt(8 * flatness / std::max(largest, 8 * flatness));
     const int pieces = std::max(2, static_cast<int>(std::ceil(std::numbers::pi / 2 / step)));
@@ -33,7 +34,8 @@ std::vector<CornerPoint> flattenedCorner(double halfWidth, double halfHeight, do
     return corner;
 }
 
-/// Cuts from the convex polygon `points` what lies beyond the line through `on` with the outward normal `normal`.
+/// Cuts from the convex polygon `points` what lies beyond the line through `on` with the outward normal
+/// `normal`.
 std::vector<QPointF> cutBeyond(const std::vector<QPointF>& points, const QPointF& on, const QPointF& normal) {
     std::vector<QPointF> kept;
     kept.reserve(points.size() + 1);
@@ -51,13 +53,15 @@ std::vector<QPointF> cutBeyond(const std::vector<QPointF>& points, const QPointF
     return kept;
 }
 
-/// The quadrant of the shape moved inward: what is left of the quadrant inside every tangent moved by `distance`.
-/// A shape with two mirror axes can be eroded one quadrant at a time, since the nearest point of the outline lies in
-/// the same quadrant.
-std::vector<QPointF> erodedQuadrant(const std::vector<CornerPoint>& corner, double halfWidth, double halfHeight,
-                                    double distance) {
-    std::vector<QPointF> quadrant{
-        {0, 0}, {halfWidth - distance, 0}, {halfWidth - distance, halfHeight - distance}, {0, halfHeight - distance}};
+/// The quadrant of the shape moved inward: what is left of the quadrant inside every tangent moved by
+/// `distance`. A shape with two mirror axes can be eroded one quadrant at a time, since the nearest point of
+/// the outline lies in the same quadrant.
+std::vector<QPointF> erodedQuadrant(const std::vector<CornerPoint>& corner, double halfWidth,
+                                    double halfHeight, double distance) {
+    std::vector<QPointF> quadrant{{0, 0},
+                                  {halfWidth - distance, 0},
+                                  {halfWidth - distance, halfHeight - distance},
+                                  {0, halfHeight - distance}};
     for (const CornerPoint& point : corner) {
         quadrant = cutBeyond(quadrant, point.position - point.normal * distance, point.normal);
         if (quadrant.size() < 3)
@@ -91,7 +95,9 @@ std::vector<QPointF> mirrored(const std::vector<QPointF>& quadrant, const QPoint
 
 } // namespace
 
-Path Path::bezierPathWithRect(const QRectF& rect) { return Path(rect); }
+Path Path::bezierPathWithRect(const QRectF& rect) {
+    return Path(rect);
+}
 
 Path Path::bezierPathWithRoundedRect(const QRectF& rect, double xRadius, double yRadius) {
     Path path(rect);

@@ -12,8 +12,8 @@ class Path {
   public:
     static Path bezierPathWithRect(const QRectF& rect);
 
-    /// A rounded rectangle whose corners are quarters of ellipses. Each radius is limited to half of its side; where
-    /// one of them is 0 or less the corners are square.
+    /// A rounded rectangle whose corners are quarters of ellipses. Each radius is limited to half of its
+    /// side; where one of them is 0 or less the corners are square.
     static Path bezierPathWithRoundedRect(const QRectF& rect, double xRadius, double yRadius);
 
     const QRectF& bounds() const { return m_bounds; }
@@ -33,7 +33,7 @@ class Path {
     double m_lineWidth = 1;
 };
 
-/// The convex polygon around a path's outline moved outward by `distance` (inward where negative), flattened to
-/// within a thousandth of a unit: the points at exactly that distance from the outline. Empty where nothing is left.
-/// With distance 0 it is the outline itself. Square corners stay square.
+/// The convex polygon around a path's outline moved outward by `distance` (inward where negative), flattened
+/// to within a thousandth of a unit: the points at exactly that distance from the outline. Empty where
+/// nothing is left. With distance 0 it is the outline itself. Square corners stay square.
 std::vector<QPointF> offsetOutline(const QRectF& bounds, double xRadius, double yRadius, double distance);

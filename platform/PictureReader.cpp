@@ -9,10 +9,11 @@ std::optional<Error> PictureReader::refusedSize(qint64 width, qint64 height) {
     if (width <= 0 || height <= 0)
         return Error{ErrorCode::Damaged, QStringLiteral("the picture has no pixels")};
     if (width > maximumPixels || height > maximumPixels || width * height > maximumPixels)
-        return Error{ErrorCode::TooLarge,
-                     QStringLiteral("the picture has %1 × %2 pixels; the limit is 16384 × 16384, or as many in all")
-                         .arg(width)
-                         .arg(height)};
+        return Error{
+            ErrorCode::TooLarge,
+            QStringLiteral("the picture has %1 × %2 pixels; the limit is 16384 × 16384, or as many in all")
+                .arg(width)
+                .arg(height)};
     return std::nullopt;
 }
 
@@ -21,7 +22,8 @@ Result<QImage> PictureReader::newRaster(qint64 width, qint64 height) {
         return *refused;
     QImage raster(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGBA8888_Premultiplied);
     if (raster.isNull())
-        return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for %1 × %2 pixels").arg(width).arg(height)};
+        return Error{ErrorCode::TooLarge,
+                     QStringLiteral("not enough memory for %1 × %2 pixels").arg(width).arg(height)};
     return raster;
 }
 
@@ -58,10 +60,12 @@ int PictureReader::exifOrientation(const QByteArray& exif) {
     if (tiff.size() < 8 || (!isBig && !tiff.startsWith("II")))
         return 1;
     const auto read16 = [&](qsizetype at) -> quint32 {
-        return isBig ? qFromBigEndian<quint16>(tiff.constData() + at) : qFromLittleEndian<quint16>(tiff.constData() + at);
+        return isBig ? qFromBigEndian<quint16>(tiff.constData() + at)
+                     : qFromLittleEndian<quint16>(tiff.constData() + at);
     };
     const auto read32 = [&](qsizetype at) -> quint32 {
-        return isBig ? qFromBigEndian<quint32>(tiff.constData() + at) : qFromLittleEndian<quint32>(tiff.constData() + at);
+        return isBig ? qFromBigEndian<quint32>(tiff.constData() + at)
+                     : qFromLittleEndian<quint32>(tiff.constData() + at);
     };
     constexpr quint32 orientationTag = 0x0112;
     constexpr quint32 shortType = 3;
@@ -85,5 +89,6 @@ QString PictureReader::profileWarning() {
 }
 
 Error PictureReader::damaged(const QString& format, const QString& detail) {
-    return {ErrorCode::Damaged, QStringLiteral("the %1 picture is truncated or damaged (%2)").arg(format, detail)};
+    return {ErrorCode::Damaged,
+            QStringLiteral("the %1 picture is truncated or damaged (%2)").arg(format, detail)};
 }

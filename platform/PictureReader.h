@@ -20,19 +20,19 @@ namespace PictureReader {
 /// The most pixels that a picture may have: 16384 × 16384, 1 GiB of raster.
 inline constexpr qint64 maximumPixels = 16384LL * 16384LL;
 
-/// The error for a picture of that many pixels, if it has none or too many of them. To be asked before any memory for
-/// pixels is taken.
+/// The error for a picture of that many pixels, if it has none or too many of them. To be asked before any
+/// memory for pixels is taken.
 std::optional<Error> refusedSize(qint64 width, qint64 height);
 
 /// A raster for a picture of an allowed size, or the error where memory is short.
 Result<QImage> newRaster(qint64 width, qint64 height);
 
-/// `raster` turned upright. `orientation` is the value of the EXIF tag 0x0112: 1 is upright already, as is any value
-/// outside 1 to 8.
+/// `raster` turned upright. `orientation` is the value of the EXIF tag 0x0112: 1 is upright already, as is
+/// any value outside 1 to 8.
 QImage upright(QImage raster, int orientation);
 
-/// The orientation that an EXIF block asks for, 1 where it holds none. `exif` starts at its TIFF header; the six bytes
-/// "Exif\0\0" may stand before it. Source: CIPA DC-008, TIFF 6.0.
+/// The orientation that an EXIF block asks for, 1 where it holds none. `exif` starts at its TIFF header; the
+/// six bytes "Exif\0\0" may stand before it. Source: CIPA DC-008, TIFF 6.0.
 int exifOrientation(const QByteArray& exif);
 
 /// The warning for a colour profile that can't be used.

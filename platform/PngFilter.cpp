@@ -59,7 +59,8 @@ std::size_t cost(const std::uint8_t* bytes, std::size_t count) {
         const std::size_t end = start + block < count ? start + block : count;
         std::uint32_t part = 0;
         for (std::size_t i = start; i < end; ++i)
-            part += static_cast<std::uint32_t>(std::abs(static_cast<int>(static_cast<std::int8_t>(bytes[i]))));
+            part +=
+                static_cast<std::uint32_t>(std::abs(static_cast<int>(static_cast<std::int8_t>(bytes[i]))));
         sum += part;
     }
     return sum;

@@ -12,8 +12,8 @@ class PngFilter {
     /// Writes the filter byte and `row` to `out` (1 + row bytes).
     static void none(const std::uint8_t* row, std::size_t rowBytes, std::uint8_t* out);
 
-    /// Writes the filter byte and the filtered `row` to `out`, with the filter whose bytes, taken as signed, have the
-    /// least sum of magnitudes. `above` is the row before, null for the first.
+    /// Writes the filter byte and the filtered `row` to `out`, with the filter whose bytes, taken as signed,
+    /// have the least sum of magnitudes. `above` is the row before, null for the first.
     void adaptive(const std::uint8_t* row, const std::uint8_t* above, std::uint8_t* out);
 
   private:

@@ -4,12 +4,13 @@
 
 #include <QSysInfo>
 
+#include <png.h>
+
 #include <cmath>
 #include <csetjmp>
 #include <cstring>
 #include <memory>
 #include <optional>
-#include <png.h>
 #include <vector>
 
 namespace {
@@ -55,7 +56,8 @@ class PngDecoder {
         // Damage in the pixel data that libpng itself would let pass.
         if (std::strncmp(message, "IDAT:", 5) == 0)
             onError(png, message);
-        if (std::strstr(message, "iCCP") != nullptr && std::strstr(message, "known incorrect sRGB") == nullptr)
+        if (std::strstr(message, "iCCP") != nullptr &&
+            std::strstr(message, "known incorrect sRGB") == nullptr)
             self(png)->m_profileWasRefused = true;
     }
 
@@ -169,8 +171,8 @@ class PngDecoder {
         double gamma = 0.45455;
         ColorProfile::Chromaticities c = ColorProfile::srgbChromaticities;
         const bool hasGamma = png_get_gAMA(m_png, m_info, &gamma) != 0;
-        const bool hasChromaticities = png_get_cHRM(m_png, m_info, &c[0][0], &c[0][1], &c[1][0], &c[1][1], &c[2][0],
-                                                    &c[2][1], &c[3][0], &c[3][1]) != 0;
+        const bool hasChromaticities = png_get_cHRM(m_png, m_info, &c[0][0], &c[0][1], &c[1][0], &c[1][1],
+                                                    &c[2][0], &c[2][1], &c[3][0], &c[3][1]) != 0;
         if (hasGamma || hasChromaticities)
             setProfile(ColorProfile::fromGamma(gamma, c, isGrey));
     }
@@ -205,4 +207,6 @@ class PngDecoder {
 
 } // namespace
 
-Result<DecodedPicture> readPng(const QByteArray& bytes) { return PngDecoder(bytes).decode(); }
+Result<DecodedPicture> readPng(const QByteArray& bytes) {
+    return PngDecoder(bytes).decode();
+}

@@ -4,6 +4,6 @@
 
 #include <QByteArray>
 
-/// Decodes a PNG file (ISO/IEC 15948) of any colour type, depth and interlacing, with its tRNS, iCCP, sRGB, gAMA, cHRM
-/// and eXIf chunks. Everything up to IEND must be whole: a file that breaks off is an error.
+/// Decodes a PNG file (ISO/IEC 15948) of any colour type, depth and interlacing, with its tRNS, iCCP, sRGB,
+/// gAMA, cHRM and eXIf chunks. Everything up to IEND must be whole: a file that breaks off is an error.
 Result<DecodedPicture> readPng(const QByteArray& bytes);

@@ -5,9 +5,10 @@
 
 #include <QtEndian>
 
+#include <libdeflate.h>
+
 #include <algorithm>
 #include <cstdint>
-#include <libdeflate.h>
 #include <memory>
 #include <vector>
 
@@ -30,12 +31,14 @@ void appendChunk(QByteArray& file, const char* type, const char* data, qsizetype
     const qsizetype start = file.size();
     file.append(type, 4);
     file.append(data, length);
-    append32(file, libdeflate_crc32(0, file.constData() + start, static_cast<std::size_t>(file.size() - start)));
+    append32(file,
+             libdeflate_crc32(0, file.constData() + start, static_cast<std::size_t>(file.size() - start)));
 }
 
-/// The rows [first, first + count) of a raster as the bytes that go into the compressor. A row's predecessor counts even
-/// where it is not among them.
-std::vector<std::uint8_t> filteredRows(const QImage& raster, int first, int count, PngFilterStrategy strategy) {
+/// The rows [first, first + count) of a raster as the bytes that go into the compressor. A row's predecessor
+/// counts even where it is not among them.
+std::vector<std::uint8_t> filteredRows(const QImage& raster, int first, int count,
+                                       PngFilterStrategy strategy) {
     const auto pixels = static_cast<std::size_t>(raster.width());
     const std::size_t rowBytes = 4 * pixels;
     std::vector<std::uint8_t> bytes((rowBytes + 1) * static_cast<std::size_t>(count));
@@ -79,7 +82,8 @@ PngFilterStrategy betterOnSample(const QImage& raster) {
     for (int band = 0; band < bands; ++band) {
         const int first = (raster.height() - bandRows) * band / (bands - 1);
         none += compressed(filteredRows(raster, first, bandRows, PngFilterStrategy::None), quickLevel).size();
-        adaptive += compressed(filteredRows(raster, first, bandRows, PngFilterStrategy::Adaptive), quickLevel).size();
+        adaptive +=
+            compressed(filteredRows(raster, first, bandRows, PngFilterStrategy::Adaptive), quickLevel).size();
     }
     return adaptive < none ? PngFilterStrategy::Adaptive : PngFilterStrategy::None;
 }

@@ -3,10 +3,11 @@
 #include <QDateTime>
 #include <QTimeZone>
 
+#include <plist/plist.h>
+
 #include <cstdlib>
 #include <limits>
 #include <memory>
-#include <plist/plist.h>
 
 namespace {
 
@@ -124,8 +125,8 @@ Result<QVariant> PropertyList::parse(const QByteArray& bytes) {
     // The list's first bytes tell its encoding; anything else would be guessed at.
     const QByteArray start = bytes.left(256).trimmed();
     const bool isBinary = bytes.startsWith("bplist00");
-    const bool isXml = start.startsWith("<?xml") || start.startsWith("<plist") || start.startsWith("<!DOCTYPE") ||
-                       start.startsWith("\xEF\xBB\xBF<");
+    const bool isXml = start.startsWith("<?xml") || start.startsWith("<plist") ||
+                       start.startsWith("<!DOCTYPE") || start.startsWith("\xEF\xBB\xBF<");
     if ((!isBinary && !isXml) || bytes.size() > std::numeric_limits<qint32>::max())
         return malformed;
     plist_t raw = nullptr;
@@ -139,6 +140,7 @@ Result<QVariant> PropertyList::parse(const QByteArray& bytes) {
         return malformed;
     std::optional<QVariant> value = toVariant(root.get(), 0);
     if (!value)
-        return Error{ErrorCode::Malformed, QStringLiteral("a property list that is nested too deep or damaged")};
+        return Error{ErrorCode::Malformed,
+                     QStringLiteral("a property list that is nested too deep or damaged")};
     return std::move(*value);
 }

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// Bytes in memory as a device that remembers whether a reader asked for more than there are. Some of Qt's readers
-/// report success for a picture that breaks off.
+/// Bytes in memory as a device that remembers whether a reader asked for more than there are. Some of Qt's
+/// readers report success for a picture that breaks off.
 class WatchedDevice final : public QIODevice {
   public:
     explicit WatchedDevice(const QByteArray& bytes) : m_bytes(bytes) { open(ReadOnly | Unbuffered); }
@@ -25,7 +25,8 @@ class WatchedDevice final : public QIODevice {
         const qint64 rest = std::max<qint64>(0, m_bytes.size() - pos());
         const qint64 count = std::min(maximum, rest);
         m_ranShort = m_ranShort || count < maximum;
-        std::memcpy(data, m_bytes.constData() + std::min<qint64>(pos(), m_bytes.size()), static_cast<std::size_t>(count));
+        std::memcpy(data, m_bytes.constData() + std::min<qint64>(pos(), m_bytes.size()),
+                    static_cast<std::size_t>(count));
         return count;
     }
     qint64 writeData(const char*, qint64) override { return -1; }
@@ -41,7 +42,8 @@ Result<DecodedPicture> converted(const QImage& image, const ColorProfile& profil
     if (!raster)
         return raster.error();
     constexpr qsizetype bandBytes = 60000;
-    const auto band = static_cast<int>(std::max<qsizetype>(1, bandBytes / std::max<qsizetype>(1, image.bytesPerLine())));
+    const auto band =
+        static_cast<int>(std::max<qsizetype>(1, bandBytes / std::max<qsizetype>(1, image.bytesPerLine())));
     RowConverter converter({SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false}, profile);
     for (int y = 0; y < image.height(); y += band) {
         const int rows = std::min(band, image.height() - y);
@@ -120,7 +122,7 @@ Result<DecodedPicture> readWebP(const QByteArray& bytes) {
         return result;
     if (!icc.isEmpty() && !profile)
         result->warnings << PictureReader::profileWarning();
-    result->raster =
-        PictureReader::upright(std::move(result->raster), PictureReader::exifOrientation(riffChunk(bytes, "EXIF")));
+    result->raster = PictureReader::upright(std::move(result->raster),
+                                            PictureReader::exifOrientation(riffChunk(bytes, "EXIF")));
     return result;
 }

@@ -14,11 +14,11 @@
 #include <hwy/aligned_allocator.h>
 #include <hwy/highway.h>
 
-// The arithmetic is in whole numbers throughout: sums don't depend on their order, so that every processor gives the
-// same bytes and a mirrored picture mirrored ones.
+// The arithmetic is in whole numbers throughout: sums don't depend on their order, so that every processor
+// gives the same bytes and a mirrored picture mirrored ones.
 //
-// Source samples have 8 bits, weights 14 fractional bits. Between the two passes a sample keeps 6 fractional bits in 16
-// bits, which leaves room for overshoot up to twice the range.
+// Source samples have 8 bits, weights 14 fractional bits. Between the two passes a sample keeps 6 fractional
+// bits in 16 bits, which leaves room for overshoot up to twice the range.
 
 HWY_BEFORE_NAMESPACE();
 namespace resampler::HWY_NAMESPACE {
@@ -45,7 +45,8 @@ void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights,
 
 void pairUpPixels(std::int16_t* row, std::size_t pixelPairs) {
     for (std::int16_t* pair = row; pair != row + 8 * pixelPairs; pair += 8) {
-        const std::int16_t paired[8] = {pair[0], pair[4], pair[1], pair[5], pair[2], pair[6], pair[3], pair[7]};
+        const std::int16_t paired[8] = {pair[0], pair[4], pair[1], pair[5],
+                                        pair[2], pair[6], pair[3], pair[7]};
         std::memcpy(pair, paired, sizeof paired);
     }
 }
@@ -57,7 +58,8 @@ void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int cou
         std::int32_t sums[4] = {};
         for (int pair = 0; pair < weights.pairs(); ++pair) {
             for (int i = 0; i < 4; ++i)
-                sums[i] += taps[8 * pair + 2 * i] * factors[2 * pair] + taps[8 * pair + 2 * i + 1] * factors[2 * pair + 1];
+                sums[i] += taps[8 * pair + 2 * i] * factors[2 * pair] +
+                           taps[8 * pair + 2 * i + 1] * factors[2 * pair + 1];
         }
         const std::int32_t alpha = (sums[3] + (1 << (rowShift - 1))) >> rowShift;
         for (int i = 0; i < 4; ++i) {
@@ -69,10 +71,10 @@ void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int cou
 
 #else
 
-/// One row between the passes: `count` samples of the column filter over `pairs` pairs of rows. `rows` holds two
-/// pointers a pair.
+/// One row between the passes: `count` samples of the column filter over `pairs` pairs of rows. `rows` holds
+/// two pointers a pair.
 void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights, int pairs, std::size_t count,
-                            std::int16_t* out) {
+                   std::int16_t* out) {
     const hn::ScalableTag<std::int32_t> d32;
     const hn::Rebind<std::uint8_t, decltype(d32)> d8;
     const hn::Repartition<std::int16_t, decltype(d32)> d16;
@@ -97,8 +99,9 @@ void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights,
 
     std::size_t i = 0;
     for (; i + lanes <= count; i += lanes)
-        hn::StoreU(hn::DemoteTo(dHalf16, sum(i, [&](const std::uint8_t* p) HWY_ATTR { return hn::LoadU(d8, p); })),
-                   dHalf16, out + i);
+        hn::StoreU(
+            hn::DemoteTo(dHalf16, sum(i, [&](const std::uint8_t* p) HWY_ATTR { return hn::LoadU(d8, p); })),
+            dHalf16, out + i);
     if (i == count)
         return;
     // The last few samples go through buffers of a whole vector.
@@ -126,7 +129,8 @@ void pairUpPixels(std::int16_t* row, std::size_t pixelPairs) {
     }
 }
 
-/// One row of pixels from a row between the passes. Samples are clamped to what a premultiplied pixel may hold.
+/// One row of pixels from a row between the passes. Samples are clamped to what a premultiplied pixel may
+/// hold.
 void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int count, std::uint8_t* out) {
     const hn::FixedTag<std::int16_t, 8> d16;
     const hn::FixedTag<std::int32_t, 4> d32;
@@ -152,7 +156,7 @@ void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int cou
 #endif
 
 void resample(const QImage& source, const ResamplerWeights& columns, const ResamplerWeights& rows,
-                       QImage& target) {
+              QImage& target) {
     const auto width = static_cast<std::size_t>(source.width());
     // Taps that the padding adds read beyond the row's end: they read zeros.
     const std::size_t padded = (width + 1) / 2 * 2 + 2 * static_cast<std::size_t>(rows.pairs());
@@ -181,7 +185,8 @@ namespace {
 
 HWY_EXPORT(resample);
 
-void dispatch(const QImage& source, const ResamplerWeights& columns, const ResamplerWeights& rows, QImage& target) {
+void dispatch(const QImage& source, const ResamplerWeights& columns, const ResamplerWeights& rows,
+              QImage& target) {
     HWY_DYNAMIC_DISPATCH(resample)(source, columns, rows, target);
 }
 

@@ -23,13 +23,13 @@ struct Taps {
     std::vector<int> weights;
 };
 
-/// From a ratio of two on the filter lets nothing of the finest pattern through, that of every other sample. Where the
-/// source's edge cuts taps off that is lost; the smallest change of the others that restores it, and that changes neither
-/// their sum nor their centre of gravity, is added to `values`.
+/// From a ratio of two on the filter lets nothing of the finest pattern through, that of every other sample.
+/// Where the source's edge cuts taps off that is lost; the smallest change of the others that restores it,
+/// and that changes neither their sum nor their centre of gravity, is added to `values`.
 void restoreParity(std::vector<double>& values) {
     const auto count = static_cast<double>(values.size());
-    // Three conditions on change(i) = a + b x + c s, where x is the tap's place from the middle and s is 1 and -1 in turn:
-    // the sum of change, of x × change and of s × change.
+    // Three conditions on change(i) = a + b x + c s, where x is the tap's place from the middle and s is 1
+    // and -1 in turn: the sum of change, of x × change and of s × change.
     double parity = 0;
     double squares = 0;
     double signs = 0;
@@ -56,8 +56,8 @@ void restoreParity(std::vector<double>& values) {
 }
 
 /// Makes every `classes`-th tap, counted from `first`, whole numbers that sum to exactly `total`.
-void quantiseClass(const std::vector<double>& values, std::vector<int>& weights, std::size_t first, std::size_t classes,
-                   int total, bool isMiddle) {
+void quantiseClass(const std::vector<double>& values, std::vector<int>& weights, std::size_t first,
+                   std::size_t classes, int total, bool isMiddle) {
     double sum = 0;
     for (std::size_t i = first; i < values.size(); i += classes)
         sum += values[i];
@@ -80,8 +80,9 @@ void quantiseClass(const std::vector<double>& values, std::vector<int>& weights,
     }
 }
 
-/// The taps as whole numbers that sum to exactly `ResamplerWeights::one`. `isMiddle` says that the pixel is its own
-/// mirror image, and so must its taps be; `separatesParity` that the even and the odd taps have the same sum.
+/// The taps as whole numbers that sum to exactly `ResamplerWeights::one`. `isMiddle` says that the pixel is
+/// its own mirror image, and so must its taps be; `separatesParity` that the even and the odd taps have the
+/// same sum.
 Taps quantised(int start, std::vector<double> values, bool isMiddle, bool separatesParity) {
     const std::size_t count = values.size();
     if (separatesParity)
@@ -95,7 +96,8 @@ Taps quantised(int start, std::vector<double> values, bool isMiddle, bool separa
     Taps taps{start, std::vector<int>(count)};
     const std::size_t classes = separatesParity && count > 1 ? 2 : 1;
     for (std::size_t first = 0; first < classes; ++first)
-        quantiseClass(values, taps.weights, first, classes, ResamplerWeights::one / static_cast<int>(classes), isMiddle);
+        quantiseClass(values, taps.weights, first, classes, ResamplerWeights::one / static_cast<int>(classes),
+                      isMiddle);
     // Zeros at the ends only cost time.
     const auto isZero = [](int weight) { return weight == 0; };
     const auto last = std::ranges::find_if_not(taps.weights.rbegin(), taps.weights.rend(), isZero).base();
@@ -160,7 +162,8 @@ ResamplerWeights::ResamplerWeights(const AxisMapping& mapping, bool alignedStart
     for (const Taps& taps : all) {
         const int lead = alignedStarts ? taps.start % 2 : 0;
         m_starts.push_back(taps.start - lead);
-        std::ranges::transform(taps.weights, out + lead, [](int weight) { return static_cast<std::int16_t>(weight); });
+        std::ranges::transform(taps.weights, out + lead,
+                               [](int weight) { return static_cast<std::int16_t>(weight); });
         out += 2 * m_pairs;
     }
 }

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <vector>
 
-/// The filter of one axis, ready for arithmetic in whole numbers. For each target pixel: the first source sample and
-/// as many pairs of weights as every target pixel has (padded with zeros). Weights have 14 fractional bits and sum to
-/// exactly one.
+/// The filter of one axis, ready for arithmetic in whole numbers. For each target pixel: the first source
+/// sample and as many pairs of weights as every target pixel has (padded with zeros). Weights have 14
+/// fractional bits and sum to exactly one.
 class ResamplerWeights {
   public:
     static constexpr int fractionBits = 14;

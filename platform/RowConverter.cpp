@@ -1,11 +1,12 @@
 #include "platform/RowConverter.h"
 
+#include <lcms2.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <lcms2.h>
 #include <limits>
 
 namespace {
@@ -57,7 +58,9 @@ void expand(const SampleLayout& layout, const Sample* in, Sample* out, std::size
     for (std::size_t i = 0; i < pixels; ++i, in += step, out += 4) {
         const Sample alpha = layout.alpha == Alpha::None ? static_cast<Sample>(maximum) : in[colors];
         if (layout.colors == Colors::CMYK) {
-            const auto paper = [&](std::size_t n) -> std::uint64_t { return layout.inverted ? in[n] : maximum - in[n]; };
+            const auto paper = [&](std::size_t n) -> std::uint64_t {
+                return layout.inverted ? in[n] : maximum - in[n];
+            };
             const std::uint64_t key = paper(3);
             for (std::size_t n = 0; n < 3; ++n)
                 out[n] = static_cast<Sample>((paper(n) * key + maximum / 2) / maximum);
@@ -79,8 +82,9 @@ void unpremultiply(const SampleLayout& layout, const Sample* in, Sample* out, st
     for (std::size_t i = 0; i < pixels; ++i, in += colors + 1, out += colors + 1) {
         const std::uint64_t alpha = in[colors];
         for (std::size_t n = 0; n < colors; ++n)
-            out[n] = alpha == 0 ? Sample{0}
-                                : static_cast<Sample>(std::min(maximum, (in[n] * maximum + alpha / 2) / alpha));
+            out[n] = alpha == 0
+                         ? Sample{0}
+                         : static_cast<Sample>(std::min(maximum, (in[n] * maximum + alpha / 2) / alpha));
         out[colors] = static_cast<Sample>(alpha);
     }
 }
@@ -115,7 +119,9 @@ cmsUInt32Number inputFormat(const SampleLayout& layout) {
 
 } // namespace
 
-void premultiply(std::uint8_t* rgba, std::size_t pixels) { premultiplyTo(rgba, rgba, pixels); }
+void premultiply(std::uint8_t* rgba, std::size_t pixels) {
+    premultiplyTo(rgba, rgba, pixels);
+}
 
 RowConverter::RowConverter(const SampleLayout& layout, const ColorProfile& profile) : m_layout(layout) {
     if (profile)
@@ -128,12 +134,12 @@ void RowConverter::makeTransform(const ColorProfile& profile) {
                                           : m_layout.colors == Colors::RGB ? cmsSigRgbData
                                                                            : cmsSigCmykData;
     if (space == wanted) {
-        const auto output = static_cast<cmsUInt32Number>(COLORSPACE_SH(PT_RGB) | CHANNELS_SH(3) | EXTRA_SH(1) |
-                                                         BYTES_SH(m_layout.bitsPerSample / 8));
+        const auto output = static_cast<cmsUInt32Number>(COLORSPACE_SH(PT_RGB) | CHANNELS_SH(3) |
+                                                         EXTRA_SH(1) | BYTES_SH(m_layout.bitsPerSample / 8));
         const cmsUInt32Number flags = m_layout.alpha == Alpha::None ? 0 : cmsFLAGS_COPY_ALPHA;
         const std::unique_ptr<void, cmsBool (*)(cmsHPROFILE)> srgb(cmsCreate_sRGBProfile(), cmsCloseProfile);
-        cmsHTRANSFORM transform = cmsCreateTransform(profile.handle(), inputFormat(m_layout), srgb.get(), output,
-                                                     INTENT_PERCEPTUAL, flags);
+        cmsHTRANSFORM transform = cmsCreateTransform(profile.handle(), inputFormat(m_layout), srgb.get(),
+                                                     output, INTENT_PERCEPTUAL, flags);
         if (transform != nullptr)
             m_transform = std::shared_ptr<void>(transform, [](void* t) { cmsDeleteTransform(t); });
     }
@@ -153,7 +159,8 @@ bool RowConverter::transformIsIdentity() const {
         const std::array<unsigned, 3> probe =
             isGrey ? std::array<unsigned, 3>{i, i, i}
                    : std::array<unsigned, 3>{i / (steps * steps) * 255 / (steps - 1),
-                                             i / steps % steps * 255 / (steps - 1), i % steps * 255 / (steps - 1)};
+                                             i / steps % steps * 255 / (steps - 1),
+                                             i % steps * 255 / (steps - 1)};
         std::array<std::uint16_t, 4> wideIn{};
         std::array<std::uint16_t, 4> wideOut{};
         std::array<std::uint8_t, 4> in{};

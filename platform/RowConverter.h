@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
-/// How a decoder hands over its rows: samples of one pixel side by side, alpha last, 16-bit samples in the processor's
-/// byte order.
+/// How a decoder hands over its rows: samples of one pixel side by side, alpha last, 16-bit samples in the
+/// processor's byte order.
 struct SampleLayout {
     enum class Colors { Grey, RGB, CMYK };
     enum class Alpha { None, Straight, Premultiplied };
@@ -23,19 +23,19 @@ struct SampleLayout {
     int bytesPerPixel() const { return samplesPerPixel() * bitsPerSample / 8; }
 };
 
-/// Turns rows of decoded samples into rows of a raster: RGBA, 8 bits, premultiplied, sRGB. Colours go through the
-/// picture's profile (perceptual intent); one that moves no colour by more than one step is not applied, so that an
-/// sRGB picture keeps its bytes.
+/// Turns rows of decoded samples into rows of a raster: RGBA, 8 bits, premultiplied, sRGB. Colours go through
+/// the picture's profile (perceptual intent); one that moves no colour by more than one step is not applied,
+/// so that an sRGB picture keeps its bytes.
 class RowConverter {
   public:
-    /// `profile` may be empty. Where it does not suit the layout's colours it is not used, and `profileWasRefused` says
-    /// so.
+    /// `profile` may be empty. Where it does not suit the layout's colours it is not used, and
+    /// `profileWasRefused` says so.
     RowConverter(const SampleLayout& layout, const ColorProfile& profile);
 
     bool profileWasRefused() const { return m_profileWasRefused; }
 
-    /// `pixels` pixels from `in` (layout.bytesPerPixel() each) to `out` (4 bytes each). `in` and `out` may be the same
-    /// memory where a pixel of both has 4 bytes.
+    /// `pixels` pixels from `in` (layout.bytesPerPixel() each) to `out` (4 bytes each). `in` and `out` may be
+    /// the same memory where a pixel of both has 4 bytes.
     void convert(const std::uint8_t* in, std::uint8_t* out, int pixels);
 
   private:
@@ -51,5 +51,6 @@ class RowConverter {
     std::vector<std::uint16_t> m_unpremultiplied;
 };
 
-/// Multiplies the colours of `pixels` straight RGBA pixels with their alpha, in place: (c × a) ÷ 255, rounded.
+/// Multiplies the colours of `pixels` straight RGBA pixels with their alpha, in place: (c × a) ÷ 255,
+/// rounded.
 void premultiply(std::uint8_t* rgba, std::size_t pixels);

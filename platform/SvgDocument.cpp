@@ -5,19 +5,22 @@
 #include <QRectF>
 #include <QXmlStreamReader>
 
+#include <librsvg/rsvg.h>
+#include <zlib.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <optional>
 #include <utility>
-#include <librsvg/rsvg.h>
-#include <zlib.h>
 
 namespace {
 
 constexpr qsizetype maximumDocument = 64 << 20;
 
-Error damaged(const QString& detail) { return PictureReader::damaged(QStringLiteral("SVG"), detail); }
+Error damaged(const QString& detail) {
+    return PictureReader::damaged(QStringLiteral("SVG"), detail);
+}
 
 /// A gzip file (RFC 1952) unpacked.
 Result<QByteArray> gunzip(const QByteArray& bytes) {
@@ -27,7 +30,8 @@ Result<QByteArray> gunzip(const QByteArray& bytes) {
         return damaged(QStringLiteral("it can't be unpacked"));
     QByteArray out;
     QByteArray block(1 << 16, Qt::Uninitialized);
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.constData())); // NOLINT: zlib does not write there
+    stream.next_in =
+        reinterpret_cast<Bytef*>(const_cast<char*>(bytes.constData())); // NOLINT: zlib does not write there
     stream.avail_in = static_cast<uInt>(std::min<qsizetype>(bytes.size(), maximumDocument));
     int status = Z_OK;
     while (status == Z_OK && out.size() <= maximumDocument) {
@@ -58,8 +62,10 @@ bool declaresExternalEntity(const QByteArray& document) {
         qsizetype at = 0;
         while ((at = text.indexOf(QLatin1String("<!ENTITY"), at)) >= 0) {
             const qsizetype end = text.indexOf(u'>', at);
-            const QString declaration = text.mid(at, end < 0 ? -1 : end - at).section(u'"', 0, 0).section(u'\'', 0, 0);
-            if (declaration.contains(QLatin1String("SYSTEM")) || declaration.contains(QLatin1String("PUBLIC")))
+            const QString declaration =
+                text.mid(at, end < 0 ? -1 : end - at).section(u'"', 0, 0).section(u'\'', 0, 0);
+            if (declaration.contains(QLatin1String("SYSTEM")) ||
+                declaration.contains(QLatin1String("PUBLIC")))
                 return true;
             at += 8;
         }
@@ -73,7 +79,8 @@ struct FreeError {
 using GErrorPointer = std::unique_ptr<GError, FreeError>;
 
 QString text(const GError* error) {
-    return error != nullptr ? QString::fromUtf8(error->message).simplified() : QStringLiteral("it can't be drawn");
+    return error != nullptr ? QString::fromUtf8(error->message).simplified()
+                            : QStringLiteral("it can't be drawn");
 }
 
 struct DestroySurface {
@@ -117,7 +124,8 @@ struct SvgDocument::Handle {
         gboolean hasViewBox = FALSE;
         RsvgLength ignored{};
         RsvgRectangle viewBox{};
-        rsvg_handle_get_intrinsic_dimensions(rsvg, &hasWidth, &ignored, &hasHeight, &ignored, &hasViewBox, &viewBox);
+        rsvg_handle_get_intrinsic_dimensions(rsvg, &hasWidth, &ignored, &hasHeight, &ignored, &hasViewBox,
+                                             &viewBox);
         if (hasViewBox != FALSE)
             return {viewBox.width, viewBox.height};
         RsvgRectangle ink{};
@@ -162,8 +170,8 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
 std::optional<Error> SvgDocument::draw(QImage& target, const QRectF& viewport) const {
     target.fill(0);
     const std::unique_ptr<cairo_surface_t, DestroySurface> surface(
-        cairo_image_surface_create_for_data(target.bits(), CAIRO_FORMAT_ARGB32, target.width(), target.height(),
-                                            static_cast<int>(target.bytesPerLine())));
+        cairo_image_surface_create_for_data(target.bits(), CAIRO_FORMAT_ARGB32, target.width(),
+                                            target.height(), static_cast<int>(target.bytesPerLine())));
     const std::unique_ptr<cairo_t, DestroyCairo> cairo(cairo_create(surface.get()));
     // The document at its own size, stretched as a whole: its aspect ratio is not kept.
     cairo_translate(cairo.get(), viewport.x(), viewport.y());

@@ -10,15 +10,15 @@
 
 /// An SVG document as a representation without pixels of its own: it is drawn anew at each size.
 ///
-/// The document is drawn from its bytes alone, without a base address, so that nothing outside of it is ever opened:
-/// what it links to is left out. A document that declares an external entity is refused.
+/// The document is drawn from its bytes alone, without a base address, so that nothing outside of it is ever
+/// opened: what it links to is left out. A document that declares an external entity is refused.
 class SvgDocument final : public ImageRep {
   public:
     /// From an SVG document, which may be compressed with gzip.
     static Result<std::shared_ptr<const SvgDocument>> fromBytes(const QByteArray& bytes);
 
-    /// The document's own size in CSS pixels: its width and height, or else those of its view box, or else those of what
-    /// it draws.
+    /// The document's own size in CSS pixels: its width and height, or else those of its view box, or else
+    /// those of what it draws.
     const QSizeF& size() const { return m_size; }
 
     QSize pixelSize() const override { return {}; }

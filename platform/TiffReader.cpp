@@ -11,8 +11,8 @@
 namespace {
 
 Error failure(const TiffStream& stream) {
-    const QString cause = stream.error().isEmpty() ? QStringLiteral("it can't be decoded")
-                                                   : QString::fromUtf8(stream.error());
+    const QString cause =
+        stream.error().isEmpty() ? QStringLiteral("it can't be decoded") : QString::fromUtf8(stream.error());
     return PictureReader::damaged(QStringLiteral("TIFF"), cause);
 }
 
@@ -61,21 +61,22 @@ std::optional<SampleLayout> plainLayout(TIFF* tiff) {
     TIFFGetFieldDefaulted(tiff, TIFFTAG_EXTRASAMPLES, &extraCount, &extra);
     if (samples != layout.colorCount() + 1 || extraCount != 1 || extra == nullptr)
         return std::nullopt;
-    layout.alpha =
-        extra[0] == EXTRASAMPLE_ASSOCALPHA ? SampleLayout::Alpha::Premultiplied : SampleLayout::Alpha::Straight;
+    layout.alpha = extra[0] == EXTRASAMPLE_ASSOCALPHA ? SampleLayout::Alpha::Premultiplied
+                                                      : SampleLayout::Alpha::Straight;
     return layout;
 }
 
 /// Strip by strip; straight into the raster where the strip's rows are laid out as the raster's are.
-Result<QImage> readPlain(TiffStream& stream, RowConverter& converter, const SampleLayout& layout, QImage raster) {
+Result<QImage> readPlain(TiffStream& stream, RowConverter& converter, const SampleLayout& layout,
+                         QImage raster) {
     TIFF* tiff = stream.handle();
     const auto width = static_cast<tmsize_t>(raster.width());
     const tmsize_t rowBytes = width * layout.bytesPerPixel();
     if (TIFFScanlineSize64(tiff) != static_cast<std::uint64_t>(rowBytes))
         return failure(stream);
-    const auto rowsPerStrip = static_cast<int>(
-        std::min<std::uint32_t>(field<std::uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP, 0xffffffff),
-                                static_cast<std::uint32_t>(raster.height())));
+    const auto rowsPerStrip =
+        static_cast<int>(std::min<std::uint32_t>(field<std::uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP, 0xffffffff),
+                                                 static_cast<std::uint32_t>(raster.height())));
     if (rowsPerStrip <= 0)
         return failure(stream);
     const bool inPlace = layout.bytesPerPixel() == 4;
@@ -102,8 +103,8 @@ Result<QImage> readAsRgba(TiffStream& stream, RowConverter& converter, QImage ra
         return PictureReader::damaged(QStringLiteral("TIFF"), QString::fromUtf8(cause));
     // Rows as the file has them: it is turned upright afterwards, like any other picture.
     decoder.req_orientation = decoder.orientation;
-    const bool isWhole = TIFFRGBAImageGet(&decoder, reinterpret_cast<std::uint32_t*>(raster.bits()), decoder.width,
-                                          decoder.height) != 0;
+    const bool isWhole = TIFFRGBAImageGet(&decoder, reinterpret_cast<std::uint32_t*>(raster.bits()),
+                                          decoder.width, decoder.height) != 0;
     TIFFRGBAImageEnd(&decoder);
     if (!isWhole)
         return failure(stream);

@@ -14,7 +14,9 @@ constexpr tmsize_t maximumAllocation = tmsize_t{1} << 31;
 
 } // namespace
 
-TiffStream::TiffStream(const QByteArray& bytes) : m_bytes(bytes) { open("rm"); }
+TiffStream::TiffStream(const QByteArray& bytes) : m_bytes(bytes) {
+    open("rm");
+}
 
 TiffStream::TiffStream(qsizetype expectedSize) {
     m_bytes.reserve(expectedSize);
@@ -33,7 +35,8 @@ void TiffStream::open(const char* mode) {
     TIFFOpenOptionsSetWarningHandlerExtR(
         options, [](TIFF*, void*, const char*, const char*, va_list) { return 1; }, this);
     m_tiff = TIFFClientOpenExt(
-        "memory", mode, this, read, write, seek, [](thandle_t) { return 0; }, size, nullptr, nullptr, options);
+        "memory", mode, this, read, write, seek, [](thandle_t) { return 0; }, size, nullptr, nullptr,
+        options);
     TIFFOpenOptionsFree(options);
 }
 
@@ -68,7 +71,9 @@ tmsize_t TiffStream::write(thandle_t handle, void* in, tmsize_t length) {
 
 toff_t TiffStream::seek(thandle_t handle, toff_t offset, int whence) {
     TiffStream& stream = self(handle);
-    const qsizetype base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? stream.m_position : stream.m_bytes.size();
+    const qsizetype base = whence == SEEK_SET   ? 0
+                           : whence == SEEK_CUR ? stream.m_position
+                                                : stream.m_bytes.size();
     // Far beyond any file, where an addition could wrap.
     constexpr qsizetype farthest = qsizetype{1} << 40;
     const auto distance = static_cast<std::int64_t>(offset);
@@ -78,9 +83,12 @@ toff_t TiffStream::seek(thandle_t handle, toff_t offset, int whence) {
     return static_cast<toff_t>(stream.m_position);
 }
 
-toff_t TiffStream::size(thandle_t handle) { return static_cast<toff_t>(self(handle).m_bytes.size()); }
+toff_t TiffStream::size(thandle_t handle) {
+    return static_cast<toff_t>(self(handle).m_bytes.size());
+}
 
-int TiffStream::onError(TIFF* /*tiff*/, void* handle, const char* /*module*/, const char* format, va_list arguments) {
+int TiffStream::onError(TIFF* /*tiff*/, void* handle, const char* /*module*/, const char* format,
+                        va_list arguments) {
     auto& stream = *static_cast<TiffStream*>(handle);
     if (stream.m_error.isEmpty()) {
         std::array<char, 300> text{};

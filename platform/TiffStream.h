@@ -2,8 +2,9 @@
 
 #include <QByteArray>
 
-#include <cstdarg>
 #include <tiffio.h>
+
+#include <cstdarg>
 
 /// A TIFF file in memory, as libtiff wants to see it.
 class TiffStream {

@@ -23,7 +23,8 @@ QByteArray encodeTiff(const QImage& raster) {
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
     TIFFSetField(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
     TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(raster.height()));
-    // Nothing to encode: the strip goes in as it is. Rows of 4-byte pixels have no padding. libtiff does not write to it.
+    // Nothing to encode: the strip goes in as it is. Rows of 4-byte pixels have no padding. libtiff does not
+    // write to it.
     void* samples = const_cast<uchar*>(raster.constBits()); // NOLINT(cppcoreguidelines-pro-type-const-cast)
     if (TIFFWriteRawStrip(tiff, 0, samples, raster.sizeInBytes()) != raster.sizeInBytes())
         return {};

@@ -6,8 +6,8 @@
 
 namespace {
 
-/// Division by each alpha as a multiplication: n ÷ a = (n × reciprocal) >> 32, exact for every n that occurs here, since
-/// n × a < 2³² (n is at most 255 × 255 + 127).
+/// Division by each alpha as a multiplication: n ÷ a = (n × reciprocal) >> 32, exact for every n that occurs
+/// here, since n × a < 2³² (n is at most 255 × 255 + 127).
 constexpr std::array<std::uint64_t, 256> reciprocals = [] {
     std::array<std::uint64_t, 256> table{};
     for (std::uint64_t a = 1; a < 256; ++a)

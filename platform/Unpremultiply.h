@@ -3,6 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 
-/// `pixels` premultiplied RGBA pixels with their colours divided by alpha: (c × 255 + a ÷ 2) ÷ a in whole numbers, at
-/// most 255; alpha 0 gives colour 0. `in` and `out` may be the same.
+/// `pixels` premultiplied RGBA pixels with their colours divided by alpha: (c × 255 + a ÷ 2) ÷ a in whole
+/// numbers, at most 255; alpha 0 gives colour 0. `in` and `out` may be the same.
 void unpremultiply(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels);

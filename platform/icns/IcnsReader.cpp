@@ -13,7 +13,9 @@ namespace {
 
 constexpr qsizetype headerSize = sizeof(IcnsHeader);
 
-Error damaged(const QString& detail) { return PictureReader::damaged(QStringLiteral("icns"), detail); }
+Error damaged(const QString& detail) {
+    return PictureReader::damaged(QStringLiteral("icns"), detail);
+}
 
 IcnsHeader headerAt(const QByteArray& bytes, qsizetype at) {
     IcnsHeader header{};
@@ -21,7 +23,8 @@ IcnsHeader headerAt(const QByteArray& bytes, qsizetype at) {
     return header;
 }
 
-/// Planes of one byte a pixel, in the order of `positions` (their places in an RGBA pixel), from run-length coded data.
+/// Planes of one byte a pixel, in the order of `positions` (their places in an RGBA pixel), from run-length
+/// coded data.
 Result<QImage> unpackedPlanes(QByteArrayView packed, int side, std::initializer_list<int> positions) {
     QImage image(side, side, QImage::Format_RGBA8888_Premultiplied);
     image.fill(Qt::white);
@@ -52,7 +55,8 @@ QImage plainArgb(QByteArrayView data, int side) {
 }
 
 DecodedPicture premultiplied(QImage straight) {
-    premultiply(straight.bits(), static_cast<std::size_t>(straight.width()) * static_cast<std::size_t>(straight.height()));
+    premultiply(straight.bits(),
+                static_cast<std::size_t>(straight.width()) * static_cast<std::size_t>(straight.height()));
     return {std::move(straight), {}};
 }
 
@@ -114,8 +118,9 @@ Result<IcnsReader> IcnsReader::open(const QByteArray& bytes) {
         const qsizetype length = header.length;
         if (length < headerSize || length > total - at)
             return damaged(QStringLiteral("an element's length does not agree with the file"));
-        reader.m_elements.push_back({FourCharCode(header.code),
-                                     QByteArrayView(bytes.constData() + at + headerSize, length - headerSize)});
+        reader.m_elements.push_back(
+            {FourCharCode(header.code),
+             QByteArrayView(bytes.constData() + at + headerSize, length - headerSize)});
         at += length;
     }
     return reader;
@@ -132,7 +137,8 @@ Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
         return readPicture(*type, element.data);
     if (type != nullptr && type->content == IcnsContent::Colors)
         return readColors(*type, element.data, this->element(type->mask));
-    return Error{ErrorCode::Unsupported, QStringLiteral("the element %1 holds no picture").arg(element.type.text())};
+    return Error{ErrorCode::Unsupported,
+                 QStringLiteral("the element %1 holds no picture").arg(element.type.text())};
 }
 
 Result<DecodedPicture> IcnsReader::largestPicture() const {

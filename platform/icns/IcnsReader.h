@@ -26,8 +26,8 @@ class IcnsReader {
     /// The first element of that type, or null.
     const IcnsElement* element(FourCharCode type) const;
 
-    /// The picture of one element: Unsupported for a type that holds none, Damaged where its data are broken. Colours
-    /// without their mask are opaque. Stored colours are straight.
+    /// The picture of one element: Unsupported for a type that holds none, Damaged where its data are broken.
+    /// Colours without their mask are opaque. Stored colours are straight.
     Result<DecodedPicture> picture(const IcnsElement& element) const;
 
     /// The picture of the element with the most pixels. Unsupported where the file has no picture.

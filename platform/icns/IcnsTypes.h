@@ -28,8 +28,8 @@ struct FourCharCode {
     }
 };
 
-/// What stands before the elements of an icns file, and before each element: a code and the length of what it begins,
-/// these eight bytes included. Big-endian.
+/// What stands before the elements of an icns file, and before each element: a code and the length of what it
+/// begins, these eight bytes included. Big-endian.
 struct IcnsHeader {
     quint32_be code;
     quint32_be length;
@@ -49,9 +49,9 @@ enum class IcnsContent {
 struct IcnsElementType {
     FourCharCode code;
     IcnsContent content;
-    int pixelSize;                    ///< of its square picture
-    FourCharCode mask;                ///< the type of the element with the alpha of Colors
-    bool hasLeadingZeros = false;     ///< four zero bytes stand before the packed samples
+    int pixelSize;                ///< of its square picture
+    FourCharCode mask;            ///< the type of the element with the alpha of Colors
+    bool hasLeadingZeros = false; ///< four zero bytes stand before the packed samples
 };
 
 /// The types that hold a picture or a part of one, most pixels first.

@@ -20,12 +20,14 @@ struct Row {
 constexpr FourCharCode none;
 
 constexpr Row rows[] = {
-    {1024, "ic10", none}, {512, "ic09", none}, {256, "ic08", none},   {128, "ic07", none},
+    {1024, "ic10", none}, {512, "ic09", none},  {256, "ic08", none},  {128, "ic07", none},
     {64, "ic12", none},   {32, "il32", "l8mk"}, {16, "is32", "s8mk"},
 };
 
 void append(QByteArray& file, FourCharCode code, const QByteArray& data) {
-    const IcnsHeader header{quint32_be(code.value), quint32_be(static_cast<quint32>(sizeof(IcnsHeader) + static_cast<std::size_t>(data.size())))};
+    const IcnsHeader header{
+        quint32_be(code.value),
+        quint32_be(static_cast<quint32>(sizeof(IcnsHeader) + static_cast<std::size_t>(data.size())))};
     file.append(reinterpret_cast<const char*>(&header), sizeof header);
     file.append(data);
 }
@@ -58,7 +60,8 @@ bool IcnsWriter::addImage(const QImage& raster) {
         IcnsRle::pack(channel(pixels, position), colors, position == lastColor);
     const std::vector<std::uint8_t> alpha = channel(pixels, 3);
     append(m_elements, row->code, colors);
-    append(m_elements, row->mask, QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size())));
+    append(m_elements, row->mask,
+           QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size())));
     return true;
 }
 

@@ -3,11 +3,12 @@
 #include <QByteArray>
 #include <QImage>
 
-/// Builds an icns file from pictures, each stored as the element that macOS reads both in a file and in an application
-/// bundle: PNG from 1024 down to 64 pixels, packed colours with a mask at 32 and 16.
+/// Builds an icns file from pictures, each stored as the element that macOS reads both in a file and in an
+/// application bundle: PNG from 1024 down to 64 pixels, packed colours with a mask at 32 and 16.
 class IcnsWriter {
   public:
-    /// Appends the element or elements of `raster` (RGBA8888_Premultiplied). False where no element is made for its size.
+    /// Appends the element or elements of `raster` (RGBA8888_Premultiplied). False where no element is made
+    /// for its size.
     bool addImage(const QImage& raster);
 
     bool isEmpty() const { return m_elements.isEmpty(); }

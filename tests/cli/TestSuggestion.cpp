@@ -8,6 +8,10 @@ TEST(Suggestion, the_nearest_word_needs_the_fewest_changes) {
     EXPECT_EQ(nearestWord("IPAD", {"iphone", "ipad", "watch"}), "ipad");
 }
 
-TEST(Suggestion, the_first_of_equals_wins) { EXPECT_EQ(nearestWord("x", {"ab", "cd"}), "ab"); }
+TEST(Suggestion, the_first_of_equals_wins) {
+    EXPECT_EQ(nearestWord("x", {"ab", "cd"}), "ab");
+}
 
-TEST(Suggestion, without_words_there_is_none) { EXPECT_EQ(nearestWord("x", {}), ""); }
+TEST(Suggestion, without_words_there_is_none) {
+    EXPECT_EQ(nearestWord("x", {}), "");
+}

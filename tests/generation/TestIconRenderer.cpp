@@ -1,11 +1,11 @@
 #include "generation/IconRenderer.h"
-
 #include "platform/GraphicsContext.h"
 #include "platform/ImageSource.h"
 #include "tests/generation/FakeSurroundings.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace {
 
@@ -18,7 +18,9 @@ class Renderer {
     FakeScreen screen;
 
     QImage operator()(const QImage& source, double width, double height) const {
-        return IconRenderer(input, screen).drawImage(Pictures::image(source), QSizeF(width, height)).largestRaster();
+        return IconRenderer(input, screen)
+            .drawImage(Pictures::image(source), QSizeF(width, height))
+            .largestRaster();
     }
 };
 
@@ -150,7 +152,8 @@ TEST(IconRenderer, a_border_of_a_tenth_of_100_shows_five_pixels_along_each_edge)
 }
 
 TEST(IconRenderer, the_width_is_the_single_precision_value_widened) {
-    // 0.3F is a little more than 0.3: of 100 pixels 30.0000012, half of that is visible. 0.7F is a little less than 0.7.
+    // 0.3F is a little more than 0.3: of 100 pixels 30.0000012, half of that is visible. 0.7F is a little
+    // less than 0.7.
     Renderer render;
     render.input.style.border = true;
     render.input.style.borderColor = white;
@@ -252,7 +255,8 @@ TEST(IconRenderer, a_symmetric_picture_stays_symmetric_to_the_byte_with_all_deco
     render.input.style = {true, 0.31F, true, 0.07F, {0.9, 0.4, 0.1, 0.8}};
     for (const int side : {16, 29, 87, 167, 300, 512}) {
         const IconRenderer renderer(render.input, render.screen);
-        const QImage result = renderer.drawImage(Pictures::loadedImage(source), QSizeF(side, side)).largestRaster();
+        const QImage result =
+            renderer.drawImage(Pictures::loadedImage(source), QSizeF(side, side)).largestRaster();
         EXPECT_TRUE(Pictures::same(Pictures::mirroredLeftRight(result), result)) << side;
         EXPECT_TRUE(Pictures::same(Pictures::mirroredTopBottom(result), result)) << side;
     }
@@ -299,13 +303,15 @@ TEST(IconRenderer, a_size_without_pixels_has_no_raster) {
 }
 
 TEST(IconRenderer, a_drawing_is_drawn_anew_at_each_size) {
-    const QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' width='2' height='1'>"
-                           "<rect width='1' height='1' fill='red'/><rect x='1' width='1' height='1' fill='blue'/></svg>";
+    const QByteArray svg =
+        "<svg xmlns='http://www.w3.org/2000/svg' width='2' height='1'>"
+        "<rect width='1' height='1' fill='red'/><rect x='1' width='1' height='1' fill='blue'/></svg>";
     const Result<LoadedPicture> picture = ImageSource::load(svg);
     ASSERT_TRUE(picture);
     const FakeInput input;
     const FakeScreen screen;
-    const QImage result = IconRenderer(input, screen).drawImage(picture->image, QSizeF(500, 500)).largestRaster();
+    const QImage result =
+        IconRenderer(input, screen).drawImage(picture->image, QSizeF(500, 500)).largestRaster();
     EXPECT_EQ(pixel(result, 249, 250), (Pixel{255, 0, 0, 255}));
     EXPECT_EQ(pixel(result, 250, 250), (Pixel{0, 0, 255, 255}));
     EXPECT_EQ(pixel(result, 499, 0), (Pixel{0, 0, 255, 255}));
@@ -322,7 +328,9 @@ TEST(IconRenderer, the_source_is_not_changed) {
     EXPECT_TRUE(Pictures::same(image.largestRaster(), source));
 }
 
-TEST(CgiImageRef, without_an_image_there_is_none) { EXPECT_TRUE(IconRenderer::getCgiImageRef(nullptr).isNull()); }
+TEST(CgiImageRef, without_an_image_there_is_none) {
+    EXPECT_TRUE(IconRenderer::getCgiImageRef(nullptr).isNull());
+}
 
 TEST(CgiImageRef, an_image_without_pixels_has_none) {
     const Image image(QSizeF(0, 0));

@@ -1,5 +1,4 @@
 #include "generation/IconSetGenerator.h"
-
 #include "platform/AtomicFile.h"
 #include "platform/Folder.h"
 #include "platform/ImageSource.h"
@@ -11,12 +10,15 @@
 
 #include <QDirIterator>
 
-#include <algorithm>
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace {
 
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+QString text(const char* utf8) {
+    return QString::fromUtf8(utf8);
+}
 
 QByteArray contents(const QString& path) {
     QFile file(path);
@@ -34,7 +36,8 @@ QStringList idioms(const QStringList& files) {
 }
 
 qsizetype threadCount() {
-    return static_cast<qsizetype>(QDir(text("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
+    return static_cast<qsizetype>(
+        QDir(text("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
 }
 
 } // namespace
@@ -42,20 +45,23 @@ qsizetype threadCount() {
 TEST(OutputFolder, the_path_is_plain_concatenation) {
     GeneratorFixture fixture;
     fixture.input.out = text("/Users/a/Out");
-    EXPECT_EQ(fixture.generator.appiconsetPathString(text("ipad")), text("/Users/a/Out/ipad/AppIcon.appiconset"));
+    EXPECT_EQ(fixture.generator.appiconsetPathString(text("ipad")),
+              text("/Users/a/Out/ipad/AppIcon.appiconset"));
     EXPECT_EQ(fixture.generator.appiconsetPathString(text("android")), text("/Users/a/Out/android/icons"));
     fixture.input.out = text("/");
     EXPECT_EQ(fixture.generator.appiconsetPathString(text("mac")), text("//mac/AppIcon.appiconset"));
     fixture.input.out = text("/a/../b//%41/");
-    EXPECT_EQ(fixture.generator.appiconsetPathString(text("mac")), text("/a/../b//%41//mac/AppIcon.appiconset"));
+    EXPECT_EQ(fixture.generator.appiconsetPathString(text("mac")),
+              text("/a/../b//%41//mac/AppIcon.appiconset"));
     fixture.input.out = QString();
     EXPECT_EQ(fixture.generator.appiconsetPathString(text("%1")), text("/%1/AppIcon.appiconset"));
 }
 
 TEST(IconSetGenerator, each_index_writes_its_idioms) {
     const QList<QPair<int, QStringList>> expected{
-        {0, {text("iphone")}}, {1, {text("ipad")}},    {2, {text("ipad"), text("iphone")}}, {3, {text("watch")}},
-        {4, {text("mac")}},    {5, {text("android")}}, {6, {text("iphone")}},               {-7, {text("iphone")}}};
+        {0, {text("iphone")}}, {1, {text("ipad")}},   {2, {text("ipad"), text("iphone")}},
+        {3, {text("watch")}},  {4, {text("mac")}},    {5, {text("android")}},
+        {6, {text("iphone")}}, {-7, {text("iphone")}}};
     for (const auto& [index, folders] : expected) {
         GeneratorFixture fixture;
         fixture.generate(index);
@@ -71,7 +77,8 @@ TEST(IconSetGenerator, every_file_has_its_catalogue_size_and_its_place) {
     for (int i = 0; i < IconSizeCatalogue::platformCount; ++i) {
         const auto platform = static_cast<IconSizeCatalogue::Platform>(i);
         const QString idiom = IconSizeCatalogue::idiom(platform);
-        const QString folder = idiom == text("android") ? text("android/icons/") : idiom + text("/AppIcon.appiconset/");
+        const QString folder =
+            idiom == text("android") ? text("android/icons/") : idiom + text("/AppIcon.appiconset/");
         for (const QVariant& entry : catalogue.dictionary(platform))
             expected << folder + IconSizeCatalogue::name(entry.toMap()) + text(".png");
     }
@@ -84,9 +91,11 @@ TEST(IconSetGenerator, every_file_has_its_catalogue_size_and_its_place) {
         const auto platform = static_cast<IconSizeCatalogue::Platform>(i);
         for (const QVariant& entry : catalogue.dictionary(platform)) {
             const QString name = IconSizeCatalogue::name(entry.toMap());
-            const auto file = std::ranges::find_if(fixture.observer.files, [&](const GenerationObserver::File& f) {
-                return f.idiom == IconSizeCatalogue::idiom(platform) && f.path.endsWith(name + text(".png"));
-            });
+            const auto file =
+                std::ranges::find_if(fixture.observer.files, [&](const GenerationObserver::File& f) {
+                    return f.idiom == IconSizeCatalogue::idiom(platform) &&
+                           f.path.endsWith(name + text(".png"));
+                });
             ASSERT_NE(file, fixture.observer.files.end());
             const Result<DecodedPicture> png = readPng(contents(file->path));
             ASSERT_TRUE(png);
@@ -105,7 +114,8 @@ TEST(IconSetGenerator, a_file_holds_exactly_the_renders_pixels) {
     fixture.generate(0);
     const QImage render =
         fixture.generator.renderer().drawImage(fixture.input.picture, QSizeF(57, 57)).largestRaster();
-    const Result<DecodedPicture> png = readPng(contents(fixture.path(text("iphone/AppIcon.appiconset/icon.png"))));
+    const Result<DecodedPicture> png =
+        readPng(contents(fixture.path(text("iphone/AppIcon.appiconset/icon.png"))));
     ASSERT_TRUE(png);
     EXPECT_TRUE(Pictures::same(png->raster, render));
 }
@@ -149,8 +159,9 @@ TEST(IconSetGenerator, the_log_lines_and_their_order) {
     GeneratorFixture fixture;
     const RecordingLog log;
     fixture.generate(2);
-    EXPECT_EQ(log.lines(), QStringList({text("output url file://") + fixture.input.out + text("/"),
-                                        text("file://") + fixture.input.out, text("file://") + fixture.input.out}));
+    EXPECT_EQ(log.lines(),
+              QStringList({text("output url file://") + fixture.input.out + text("/"),
+                           text("file://") + fixture.input.out, text("file://") + fixture.input.out}));
 }
 
 TEST(IconSetGenerator, a_percent_sign_in_the_path_is_no_directive_in_the_log) {
@@ -252,7 +263,8 @@ TEST(IconSetGenerator, the_catalogue_is_read_anew_at_every_generation) {
 
 TEST(IconSetGenerator, an_entry_without_a_name_is_called_null) {
     GeneratorFixture fixture;
-    fixture.useCatalogue(onlyIphone(text("<key>k</key><dict><key>Dimensions</key><string>{20, 20}</string></dict>")));
+    fixture.useCatalogue(
+        onlyIphone(text("<key>k</key><dict><key>Dimensions</key><string>{20, 20}</string></dict>")));
     fixture.generate(0);
     EXPECT_EQ(fixture.files(), QStringList(text("iphone/AppIcon.appiconset/(null).png")));
 }
@@ -364,7 +376,8 @@ TEST(IconSetGenerator, the_style_counts_from_the_moment_it_changes) {
     GeneratorFixture fixture;
     fixture.input.picture = Pictures::loadedImage(Pictures::flat(64, 64, Qt::black));
     const QString icon = entry(text("k"), text("{40, 40}"), text("icon"));
-    fixture.useCatalogue(text("<dict>") + icon + text("</dict><dict>") + icon + text("</dict><dict/><dict/><dict/>"));
+    fixture.useCatalogue(text("<dict>") + icon + text("</dict><dict>") + icon +
+                         text("</dict><dict/><dict/><dict/>"));
     fixture.workspace.onOpen = [&] { fixture.input.style.roundCorner = true; };
     fixture.generate(2);
     const QImage first = readPng(contents(fixture.path(text("iphone/AppIcon.appiconset/icon.png"))))->raster;

@@ -1,12 +1,13 @@
 #include "generation/IconSizeCatalogue.h"
-
 #include "tests/generation/FakeSurroundings.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+QString text(const char* utf8) {
+    return QString::fromUtf8(utf8);
+}
 
 ErrorCode loadingError(const QString& array) {
     GeneratorFixture fixture;
@@ -85,8 +86,9 @@ TEST(IconSizeCatalogue, fewer_than_five_elements_are_malformed) {
 TEST(IconSizeCatalogue, something_else_in_a_dictionarys_or_strings_place_is_malformed) {
     EXPECT_EQ(loadingError(text("<dict/><dict/><array/><dict/><dict/>")), ErrorCode::Malformed);
     EXPECT_EQ(loadingError(onlyIphone(text("<key>k</key><string>s</string>"))), ErrorCode::Malformed);
-    EXPECT_EQ(loadingError(onlyIphone(text("<key>k</key><dict><key>Dimensions</key><integer>20</integer></dict>"))),
-              ErrorCode::Malformed);
+    EXPECT_EQ(
+        loadingError(onlyIphone(text("<key>k</key><dict><key>Dimensions</key><integer>20</integer></dict>"))),
+        ErrorCode::Malformed);
     EXPECT_EQ(loadingError(onlyIphone(text("<key>k</key><dict><key>Name</key><integer>20</integer></dict>"))),
               ErrorCode::Malformed);
 }

@@ -3,8 +3,9 @@
 
 #include <QPolygonF>
 
-#include <cmath>
 #include <gtest/gtest.h>
+
+#include <cmath>
 #include <numbers>
 
 namespace {
@@ -25,7 +26,8 @@ double sampled(const std::vector<QPointF>& outline, int x, int y) {
     int inside = 0;
     for (int j = 0; j < grid; ++j) {
         for (int i = 0; i < grid; ++i)
-            inside += polygon.containsPoint({x + (i + 0.5) / grid, y + (j + 0.5) / grid}, Qt::OddEvenFill) ? 1 : 0;
+            inside +=
+                polygon.containsPoint({x + (i + 0.5) / grid, y + (j + 0.5) / grid}, Qt::OddEvenFill) ? 1 : 0;
     }
     return inside / static_cast<double>(grid * grid);
 }
@@ -78,8 +80,8 @@ TEST(CoverageMask, nothing_covers_nothing) {
 TEST(CoverageMask, a_symmetric_shape_gives_a_symmetric_mask_to_the_last_bit) {
     for (const int side : {1, 2, 15, 16, 87, 100}) {
         const QRectF bounds(0, 0, side, side);
-        const CoverageMask mask =
-            CoverageMask::ofConvexPolygon(offsetOutline(bounds, side * 0.31, side * 0.22, 0), side, side, true);
+        const CoverageMask mask = CoverageMask::ofConvexPolygon(
+            offsetOutline(bounds, side * 0.31, side * 0.22, 0), side, side, true);
         for (int y = 0; y < side; ++y) {
             for (int x = 0; x < side; ++x) {
                 EXPECT_EQ(mask.at(x, y), mask.at(side - 1 - x, y));
@@ -91,7 +93,8 @@ TEST(CoverageMask, a_symmetric_shape_gives_a_symmetric_mask_to_the_last_bit) {
 
 TEST(Path, a_circle_has_the_area_of_a_circle) {
     for (const int side : {16, 33, 256, 1024}) {
-        const std::vector<QPointF> outline = offsetOutline(QRectF(0, 0, side, side), side / 2.0, side / 2.0, 0);
+        const std::vector<QPointF> outline =
+            offsetOutline(QRectF(0, 0, side, side), side / 2.0, side / 2.0, 0);
         const double area = areaOf(CoverageMask::ofConvexPolygon(outline, side, side, true), side, side);
         EXPECT_NEAR(area, std::numbers::pi * side * side / 4, 0.003 * side) << side;
     }
@@ -109,10 +112,12 @@ TEST(Path, a_radius_of_zero_in_either_direction_leaves_square_corners) {
 }
 
 TEST(Path, the_outline_moved_inward_keeps_its_distance) {
-    // A rounded rectangle with circular corners moved inward is one again: smaller by the distance, and so its radius.
+    // A rounded rectangle with circular corners moved inward is one again: smaller by the distance, and so
+    // its radius.
     const int side = 100;
     const QRectF bounds(0, 0, side, side);
-    const CoverageMask moved = CoverageMask::ofConvexPolygon(offsetOutline(bounds, 30, 30, -10), side, side, true);
+    const CoverageMask moved =
+        CoverageMask::ofConvexPolygon(offsetOutline(bounds, 30, 30, -10), side, side, true);
     const CoverageMask expected =
         CoverageMask::ofConvexPolygon(offsetOutline(QRectF(10, 10, 80, 80), 20, 20, 0), side, side, true);
     for (int y = 0; y < side; ++y) {
@@ -144,7 +149,8 @@ TEST(Path, the_inner_outline_of_an_ellipse_is_nowhere_nearer_than_the_distance) 
                 const QPointF& a = outer[i];
                 const QPointF edge = outer[(i + 1) % outer.size()] - a;
                 const double length = QPointF::dotProduct(edge, edge);
-                const double t = length > 0 ? std::clamp(QPointF::dotProduct(p - a, edge) / length, 0.0, 1.0) : 0;
+                const double t =
+                    length > 0 ? std::clamp(QPointF::dotProduct(p - a, edge) / length, 0.0, 1.0) : 0;
                 const QPointF gap = p - (a + edge * t);
                 nearest = std::min(nearest, std::hypot(gap.x(), gap.y()));
             }

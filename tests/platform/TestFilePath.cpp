@@ -6,7 +6,9 @@
 
 namespace {
 
-QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+QString text(const char* utf8) {
+    return QString::fromUtf8(utf8);
+}
 
 } // namespace
 
@@ -20,7 +22,9 @@ TEST(FilePath, any_other_percent_sign_stays) {
     EXPECT_EQ(replacingPercentEscapes(text("%%41")), text("%A"));
 }
 
-TEST(FilePath, escapes_are_replaced_once) { EXPECT_EQ(replacingPercentEscapes(text("%2541")), text("%41")); }
+TEST(FilePath, escapes_are_replaced_once) {
+    EXPECT_EQ(replacingPercentEscapes(text("%2541")), text("%41"));
+}
 
 TEST(FilePath, a_NUL_or_invalid_UTF8_is_no_path) {
     EXPECT_FALSE(replacingPercentEscapes(text("/a%00b")).has_value());

@@ -89,7 +89,8 @@ TEST(AtomicFile, the_longest_name_leaves_room_for_the_temporary) {
 
 TEST(AtomicFile, a_NUL_or_nothing_is_no_path) {
     const QTemporaryDir folder;
-    const Result<Done> written = AtomicFile::write(folder.path() + QStringLiteral("/a") + QChar(QChar::Null), "x");
+    const Result<Done> written =
+        AtomicFile::write(folder.path() + QStringLiteral("/a") + QChar(QChar::Null), "x");
     ASSERT_FALSE(written);
     EXPECT_EQ(written.error().code, ErrorCode::NotAPath);
     EXPECT_EQ(AtomicFile::write(QString(), "x").error().code, ErrorCode::NotAPath);
@@ -128,6 +129,7 @@ TEST(Folder, a_file_in_the_way_is_an_error) {
     for (const QString& path : {file, file + QStringLiteral("/below/it")}) {
         const Result<Done> created = Folder::create(path);
         ASSERT_FALSE(created);
-        EXPECT_TRUE(created.error().sentence.contains(QStringLiteral("Not a directory"))) << created.error().sentence.toStdString();
+        EXPECT_TRUE(created.error().sentence.contains(QStringLiteral("Not a directory")))
+            << created.error().sentence.toStdString();
     }
 }

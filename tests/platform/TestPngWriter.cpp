@@ -1,7 +1,6 @@
-#include "platform/PngWriter.h"
-
 #include "platform/PngFilter.h"
 #include "platform/PngReader.h"
+#include "platform/PngWriter.h"
 #include "platform/Unpremultiply.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Process.h"
@@ -10,8 +9,9 @@
 #include <QTemporaryDir>
 #include <QtEndian>
 
-#include <cmath>
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace {
 
@@ -44,7 +44,8 @@ QImage photograph(int side) {
 
 TEST(PngWriter, writes_the_four_chunks_and_nothing_else) {
     EXPECT_EQ(chunkTypes(encodePng(Pictures::noise(5, 3, 1))),
-              QStringList({QStringLiteral("IHDR"), QStringLiteral("sRGB"), QStringLiteral("IDAT"), QStringLiteral("IEND")}));
+              QStringList({QStringLiteral("IHDR"), QStringLiteral("sRGB"), QStringLiteral("IDAT"),
+                           QStringLiteral("IEND")}));
 }
 
 TEST(PngWriter, an_opaque_picture_has_alpha_too) {
@@ -54,7 +55,8 @@ TEST(PngWriter, an_opaque_picture_has_alpha_too) {
 }
 
 TEST(PngWriter, every_strategy_and_odd_size_reads_back_to_the_same_pixels) {
-    for (const QSize size : {QSize(1, 1), QSize(1, 7), QSize(7, 1), QSize(13, 11), QSize(64, 64), QSize(131, 97)}) {
+    for (const QSize size :
+         {QSize(1, 1), QSize(1, 7), QSize(7, 1), QSize(13, 11), QSize(64, 64), QSize(131, 97)}) {
         const QImage raster = Pictures::noise(size.width(), size.height(), 9);
         for (const PngFilterStrategy filter :
              {PngFilterStrategy::Choose, PngFilterStrategy::None, PngFilterStrategy::Adaptive}) {
@@ -84,11 +86,14 @@ TEST(PngWriter, the_chosen_filter_suits_the_picture) {
         EXPECT_NE(none, adaptive);
         // Of the larger two only a sample is tried.
         const double allowed = raster.width() == 250 ? 1 : 1.05;
-        EXPECT_LE(static_cast<double>(encodePng(raster).size()), allowed * static_cast<double>(std::min(none, adaptive)));
+        EXPECT_LE(static_cast<double>(encodePng(raster).size()),
+                  allowed * static_cast<double>(std::min(none, adaptive)));
     }
 }
 
-TEST(PngWriter, no_pixels_give_no_file) { EXPECT_TRUE(encodePng(QImage()).isEmpty()); }
+TEST(PngWriter, no_pixels_give_no_file) {
+    EXPECT_TRUE(encodePng(QImage()).isEmpty());
+}
 
 TEST(PngWriter, pngcheck_accepts_its_files) {
     const QTemporaryDir folder;

@@ -13,7 +13,9 @@
 
 namespace {
 
-QImage empty(int width, int height) { return {width, height, QImage::Format_RGBA8888_Premultiplied}; }
+QImage empty(int width, int height) {
+    return {width, height, QImage::Format_RGBA8888_Premultiplied};
+}
 
 } // namespace
 
@@ -40,7 +42,8 @@ QImage Pictures::noise(int width, int height, unsigned seed) {
     std::mt19937 random(seed);
     return raster(width, height, [&](int, int) {
         const auto bits = static_cast<unsigned>(random());
-        return QColor(static_cast<int>(bits & 255), static_cast<int>(bits >> 8 & 255), static_cast<int>(bits >> 16 & 255));
+        return QColor(static_cast<int>(bits & 255), static_cast<int>(bits >> 8 & 255),
+                      static_cast<int>(bits >> 16 & 255));
     });
 }
 
@@ -48,8 +51,8 @@ QImage Pictures::translucentNoise(int width, int height, unsigned seed) {
     std::mt19937 random(seed);
     return raster(width, height, [&](int, int) {
         const auto bits = static_cast<unsigned>(random());
-        return QColor(static_cast<int>(bits & 255), static_cast<int>(bits >> 8 & 255), static_cast<int>(bits >> 16 & 255),
-                      static_cast<int>(bits >> 24));
+        return QColor(static_cast<int>(bits & 255), static_cast<int>(bits >> 8 & 255),
+                      static_cast<int>(bits >> 16 & 255), static_cast<int>(bits >> 24));
     });
 }
 
@@ -59,7 +62,9 @@ Image Pictures::image(const QImage& raster) {
     return image;
 }
 
-Image Pictures::loadedImage(const QImage& raster) { return ImageSource::load(encodePng(raster))->image; }
+Image Pictures::loadedImage(const QImage& raster) {
+    return ImageSource::load(encodePng(raster))->image;
+}
 
 Pictures::Pixel Pictures::pixel(const QImage& raster, int x, int y) {
     const uchar* p = raster.constScanLine(y) + 4 * static_cast<std::ptrdiff_t>(x);
@@ -70,7 +75,9 @@ void Pictures::PrintTo(const Pixel& pixel, std::ostream* out) {
     *out << "rgba(" << pixel.red << ", " << pixel.green << ", " << pixel.blue << ", " << pixel.alpha << ")";
 }
 
-bool Pictures::same(const QImage& a, const QImage& b) { return a.size() == b.size() && largestDifference(a, b) == 0; }
+bool Pictures::same(const QImage& a, const QImage& b) {
+    return a.size() == b.size() && largestDifference(a, b) == 0;
+}
 
 int Pictures::largestDifference(const QImage& a, const QImage& b) {
     int largest = 0;
@@ -87,7 +94,8 @@ QImage Pictures::mirroredLeftRight(const QImage& raster) {
     QImage result = empty(raster.width(), raster.height());
     for (int y = 0; y < raster.height(); ++y) {
         for (int x = 0; x < raster.width(); ++x)
-            std::memcpy(result.scanLine(y) + 4 * x, raster.constScanLine(y) + 4 * (raster.width() - 1 - x), 4);
+            std::memcpy(result.scanLine(y) + 4 * x, raster.constScanLine(y) + 4 * (raster.width() - 1 - x),
+                        4);
     }
     return result;
 }

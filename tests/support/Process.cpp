@@ -17,7 +17,8 @@ ProcessResult runProcess(const QString& program, const QStringList& arguments, c
     process.closeWriteChannel();
     const bool isFinished = process.waitForFinished(oneMinute);
     ProcessResult result;
-    if (isFinished && process.exitStatus() == QProcess::NormalExit && process.error() != QProcess::FailedToStart)
+    if (isFinished && process.exitStatus() == QProcess::NormalExit &&
+        process.error() != QProcess::FailedToStart)
         result.exitStatus = process.exitCode();
     result.output = process.readAllStandardOutput();
     result.errors = process.readAllStandardError();
@@ -30,5 +31,6 @@ ProcessResult runCli(const QStringList& arguments, const QString& workingFolder)
 }
 
 ProcessResult runPython(const QString& script, const QStringList& arguments) {
-    return runProcess(QStringLiteral("/usr/bin/python3"), QStringList{QStringLiteral("-c"), script} + arguments);
+    return runProcess(QStringLiteral("/usr/bin/python3"),
+                      QStringList{QStringLiteral("-c"), script} + arguments);
 }

@@ -16,7 +16,8 @@ struct ProcessResult {
 };
 
 /// Runs a program to its end, in `workingFolder` if one is given.
-ProcessResult runProcess(const QString& program, const QStringList& arguments, const QString& workingFolder = {});
+ProcessResult runProcess(const QString& program, const QStringList& arguments,
+                         const QString& workingFolder = {});
 
 /// Runs tobrimax-cli.
 ProcessResult runCli(const QStringList& arguments, const QString& workingFolder = {});

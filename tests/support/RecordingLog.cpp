@@ -15,8 +15,14 @@ void record(QtMsgType /*type*/, const QMessageLogContext& context, const QString
 
 } // namespace
 
-RecordingLog::RecordingLog() : m_previous(qInstallMessageHandler(record)) { recorded.clear(); }
+RecordingLog::RecordingLog() : m_previous(qInstallMessageHandler(record)) {
+    recorded.clear();
+}
 
-RecordingLog::~RecordingLog() { qInstallMessageHandler(m_previous); }
+RecordingLog::~RecordingLog() {
+    qInstallMessageHandler(m_previous);
+}
 
-const QStringList& RecordingLog::lines() const { return recorded; } // NOLINT(readability-convert-member-functions-to-static)
+const QStringList& RecordingLog::lines() const {
+    return recorded;
+} // NOLINT(readability-convert-member-functions-to-static)
