@@ -4,6 +4,7 @@
 #include "cli/GenerateReport.h"
 #include "generation/IconSetGenerator.h"
 #include "platform/AtomicFile.h"
+#include "platform/Folder.h"
 #include "platform/ImageSource.h"
 
 #include <QFile>
@@ -156,6 +157,11 @@ int runGenerate(const GenerateOptions& options) {
     if (!picture) {
         report.fail(QStringLiteral("%1: %2").arg(QFile::decodeName(options.picture.c_str()),
                                                  picture.error().sentence));
+        return report.finish();
+    }
+    // Here, so that a folder that can't be made is told once and not for each file.
+    if (const Result<Done> made = Folder::create(options.out); !made) {
+        report.fail(made.error().sentence);
         return report.finish();
     }
     const Plan plan = planOf(options, *catalogue);

@@ -3,7 +3,12 @@
 
 #include <QCoreApplication>
 
+#include <csignal>
+
 int main(int argc, char** argv) {
+    // A limit on file sizes and a reader that went away are errors of the write, not the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
     // Before the application, which may have something to say about the locale.
     Terminal::showDiagnosticLog(false);
     const QCoreApplication application(argc, argv);
