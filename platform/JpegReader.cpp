@@ -63,7 +63,9 @@ class JpegDecoder {
         case JWRN_JFIF_MAJOR:
         case JWRN_EXTRANEOUS_DATA:
         case JWRN_TOO_MUCH_DATA:
+            return;
         case JWRN_BOGUS_ICC:
+            self(jpeg)->m_profileWasRefused = true;
             return;
         default:
             onError(jpeg);

@@ -1,17 +1,17 @@
 #include "platform/PropertyList.h"
 
+#include "platform/PropertyListGuard.h"
+
 #include <QDateTime>
-#include <QTimeZone>
 
 #include <plist/plist.h>
 
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <optional>
 
 namespace {
-
-constexpr int maximumDepth = 64;
 
 struct PlistFree {
     void operator()(void* node) const { plist_free(node); }
@@ -88,7 +88,7 @@ QVariant dateToVariant(plist_t node) {
 
 /// No value for a list that is nested too deep or holds a node of an unknown kind.
 std::optional<QVariant> toVariant(plist_t node, int depth) {
-    if (depth > maximumDepth)
+    if (depth > PropertyListGuard::maximumDepth)
         return std::nullopt;
     switch (plist_get_node_type(node)) {
     case PLIST_ARRAY:
@@ -122,25 +122,27 @@ std::optional<QVariant> toVariant(plist_t node, int depth) {
 
 Result<QVariant> PropertyList::parse(const QByteArray& bytes) {
     const Error malformed{ErrorCode::Malformed, QStringLiteral("not a property list")};
+    QByteArray list = bytes;
+    if (list.startsWith("\xEF\xBB\xBF"))
+        list.remove(0, 3);
     // The list's first bytes tell its encoding; anything else would be guessed at.
-    const QByteArray start = bytes.left(256).trimmed();
-    const bool isBinary = bytes.startsWith("bplist00");
-    const bool isXml = start.startsWith("<?xml") || start.startsWith("<plist") ||
-                       start.startsWith("<!DOCTYPE") || start.startsWith("\xEF\xBB\xBF<");
-    if ((!isBinary && !isXml) || bytes.size() > std::numeric_limits<qint32>::max())
+    const bool isBinary = list.startsWith("bplist00");
+    if (list.size() > std::numeric_limits<qint32>::max())
         return malformed;
+    if (const std::optional<Error> refused =
+            isBinary ? PropertyListGuard::refusedBinary(list) : PropertyListGuard::refusedXml(list))
+        return *refused;
     plist_t raw = nullptr;
-    const auto length = static_cast<uint32_t>(bytes.size());
+    const auto length = static_cast<uint32_t>(list.size());
     if (isBinary)
-        plist_from_bin(bytes.constData(), length, &raw);
+        plist_from_bin(list.constData(), length, &raw);
     else
-        plist_from_xml(bytes.constData(), length, &raw);
+        plist_from_xml(list.constData(), length, &raw);
     const std::unique_ptr<void, PlistFree> root(raw);
     if (!root)
         return malformed;
     std::optional<QVariant> value = toVariant(root.get(), 0);
     if (!value)
-        return Error{ErrorCode::Malformed,
-                     QStringLiteral("a property list that is nested too deep or damaged")};
+        return malformed;
     return std::move(*value);
 }

@@ -7,7 +7,9 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <optional>
 
 namespace {
 
@@ -61,23 +63,34 @@ Result<DecodedPicture> converted(const QImage& image, const ColorProfile& profil
     return picture;
 }
 
+struct PixelSize {
+    qint64 width;
+    qint64 height;
+};
+
 struct QtPicture {
     QImage image;
     bool ranShort = false;
 };
 
-Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const QString& name) {
-    // Sizes are checked here, before pixels are asked for; Qt's own limit is only the backstop behind that.
+Error unreadableHeader(const QString& name) {
+    return PictureReader::damaged(name, QStringLiteral("its header can't be read"));
+}
+
+/// `size` comes from the file's header, read here: to ask Qt's readers for it may already take memory for
+/// pixels.
+Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const QString& name,
+                       const std::optional<PixelSize>& size) {
+    if (!size)
+        return unreadableHeader(name);
+    if (const std::optional<Error> refused = PictureReader::refusedSize(size->width, size->height))
+        return *refused;
+    // Behind the limit above Qt's own is only a backstop.
     QImageReader::setAllocationLimit(4096);
     WatchedDevice device(bytes);
     QImageReader reader(&device, format);
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(false);
-    const QSize size = reader.size();
-    if (!size.isValid())
-        return PictureReader::damaged(name, QStringLiteral("its header can't be read"));
-    if (const std::optional<Error> refused = PictureReader::refusedSize(size.width(), size.height()))
-        return *refused;
     QtPicture picture;
     if (!reader.read(&picture.image))
         return PictureReader::damaged(name, reader.errorString());
@@ -85,11 +98,52 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
     return picture;
 }
 
+quint32 read16(const QByteArray& bytes, qsizetype at) {
+    return qFromLittleEndian<quint16>(bytes.constData() + at);
+}
+quint32 read32(const QByteArray& bytes, qsizetype at) {
+    return qFromLittleEndian<quint32>(bytes.constData() + at);
+}
+
+/// The size in a BMP file's header; a negative height, of a picture stored from the top, without its sign.
+std::optional<PixelSize> bmpSize(const QByteArray& bytes) {
+    constexpr qsizetype infoHeader = 14;
+    constexpr quint32 coreHeaderSize = 12;
+    if (bytes.size() < infoHeader + 12)
+        return std::nullopt;
+    if (read32(bytes, infoHeader) == coreHeaderSize)
+        return PixelSize{read16(bytes, infoHeader + 4), read16(bytes, infoHeader + 6)};
+    const auto width = static_cast<qint32>(read32(bytes, infoHeader + 4));
+    const auto height = static_cast<qint32>(read32(bytes, infoHeader + 8));
+    return PixelSize{width, std::abs(static_cast<qint64>(height))};
+}
+
+/// The canvas size in a WebP file's first chunk (RFC 9649).
+std::optional<PixelSize> webPSize(const QByteArray& bytes) {
+    constexpr qsizetype data = 20; // behind the RIFF header and the chunk's own
+    if (bytes.size() < data + 10)
+        return std::nullopt;
+    const QByteArray type = bytes.mid(12, 4);
+    constexpr quint32 low14 = 0x3fff;
+    if (type == "VP8X") {
+        constexpr quint32 low24 = 0xffffff;
+        return PixelSize{qint64{read32(bytes, data + 4) & low24} + 1,
+                         qint64{read32(bytes, data + 6) >> 8} + 1};
+    }
+    if (type == "VP8L") {
+        const quint32 bits = read32(bytes, data + 1);
+        return PixelSize{qint64{bits & low14} + 1, qint64{(bits >> 14) & low14} + 1};
+    }
+    if (type == "VP8 ")
+        return PixelSize{read16(bytes, data + 6) & low14, read16(bytes, data + 8) & low14};
+    return std::nullopt;
+}
+
 /// The contents of the first chunk of that type in a RIFF file; empty where there is none.
 QByteArray riffChunk(const QByteArray& bytes, const QByteArray& type) {
     qsizetype at = 12;
     while (at + 8 <= bytes.size()) {
-        const qsizetype length = qFromLittleEndian<quint32>(bytes.constData() + at + 4);
+        const qsizetype length = read32(bytes, at + 4);
         if (length > bytes.size() - at - 8)
             return {};
         if (bytes.mid(at, 4) == type)
@@ -103,7 +157,7 @@ QByteArray riffChunk(const QByteArray& bytes, const QByteArray& type) {
 
 Result<DecodedPicture> readBmp(const QByteArray& bytes) {
     const QString name = QStringLiteral("BMP");
-    const Result<QtPicture> picture = read(bytes, "bmp", name);
+    const Result<QtPicture> picture = read(bytes, "bmp", name, bmpSize(bytes));
     if (!picture)
         return picture.error();
     if (picture->ranShort)
@@ -112,7 +166,7 @@ Result<DecodedPicture> readBmp(const QByteArray& bytes) {
 }
 
 Result<DecodedPicture> readWebP(const QByteArray& bytes) {
-    const Result<QtPicture> picture = read(bytes, "webp", QStringLiteral("WebP"));
+    const Result<QtPicture> picture = read(bytes, "webp", QStringLiteral("WebP"), webPSize(bytes));
     if (!picture)
         return picture.error();
     const QByteArray icc = riffChunk(bytes, "ICCP");

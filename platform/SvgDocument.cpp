@@ -108,7 +108,10 @@ void toRgba(QImage& image) {
 } // namespace
 
 struct SvgDocument::Handle {
-    explicit Handle(RsvgHandle* rsvgHandle) : rsvg(rsvgHandle) {}
+    explicit Handle(RsvgHandle* rsvgHandle) : rsvg(rsvgHandle) {
+        constexpr double cssPixelsPerInch = 96;
+        rsvg_handle_set_dpi(rsvg, cssPixelsPerInch);
+    }
     ~Handle() { g_object_unref(rsvg); }
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
@@ -128,9 +131,11 @@ struct SvgDocument::Handle {
                                              &viewBox);
         if (hasViewBox != FALSE)
             return {viewBox.width, viewBox.height};
+        // What a page of a usual size would show of it.
+        const RsvgRectangle page{0, 0, 512, 512};
         RsvgRectangle ink{};
         RsvgRectangle logical{};
-        if (rsvg_handle_get_geometry_for_element(rsvg, nullptr, &ink, &logical, nullptr) != FALSE)
+        if (rsvg_handle_get_geometry_for_layer(rsvg, nullptr, &page, &ink, &logical, nullptr) != FALSE)
             return {ink.x + ink.width, ink.y + ink.height};
         return {};
     }

@@ -1,0 +1,70 @@
+#include "tests/cli/CliTest.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+
+namespace {
+
+/// A file browser stands in for the desktop's that notes what it is told to open.
+class OpenOption : public CliTest {
+  protected:
+    void SetUp() override {
+        CliTest::SetUp();
+        const QString browser =
+            file(u"bin/xdg-open"_s, "#!/bin/sh\nprintf '%s\\n' \"$# $1\" >> \"${0%/*}/opened\"\n");
+        ASSERT_TRUE(QFile::setPermissions(browser, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    }
+
+    ProcessResult generateHere(const QStringList& more) const {
+        const QString folders = u"PATH="_s + path(u"bin"_s) + u':' + qEnvironmentVariable("PATH");
+        return runProcess(u"/usr/bin/env"_s,
+                          QStringList{folders, QStringLiteral(TOBRIMAX_CLI), u"generate"_s, sample(u"svg"_s),
+                                      u"--platform"_s, u"universal"_s} +
+                              more,
+                          path({}));
+    }
+
+    /// What was opened after a run: waited for, and for a while longer in case that there is more.
+    QString opened(int mostMilliseconds) const {
+        const QString record = path(u"bin/opened"_s);
+        QElapsedTimer timer;
+        timer.start();
+        while (QFileInfo(record).size() == 0 && timer.elapsed() < mostMilliseconds)
+            QThread::msleep(20);
+        QThread::msleep(300);
+        return QFileInfo::exists(record) ? QString::fromUtf8(content(record)) : QString();
+    }
+};
+
+} // namespace
+
+TEST_F(OpenOption, opens_the_absolute_folder_once_when_all_is_done) {
+    const ProcessResult result = generateHere({u"--out"_s, u"my icons"_s, u"--open"_s});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.errors.toStdString(), "");
+    const QString folder = QFileInfo(path(u"my icons"_s)).canonicalFilePath();
+    EXPECT_EQ(opened(5000).toStdString(), "1 " + folder.toStdString() + "\n");
+}
+
+TEST_F(OpenOption, nothing_is_opened_without_it) {
+    EXPECT_EQ(generateHere({u"--out"_s, u"my icons"_s}).exitStatus, 0);
+    EXPECT_EQ(opened(500).toStdString(), "");
+}
+
+TEST_F(OpenOption, nothing_is_opened_where_the_usage_is_wrong) {
+    const ProcessResult result = generateHere({u"--out"_s, u"my icons"_s, u"--open"_s, u"one too many"_s});
+    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_EQ(opened(500).toStdString(), "");
+}
+
+TEST_F(OpenOption, a_file_browser_that_is_missing_is_a_warning) {
+    const ProcessResult result = runProcess(
+        u"/usr/bin/env"_s, {u"PATH="_s + path(u"none"_s), QStringLiteral(TOBRIMAX_CLI), u"generate"_s,
+                            sample(u"svg"_s), u"--platform"_s, u"iphone"_s, u"--out"_s, out(), u"--open"_s});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.errorLines().size(), 1);
+    EXPECT_TRUE(result.errors.startsWith("tobrimax-cli: warning: ")) << result.errors.toStdString();
+    EXPECT_EQ(tree().size(), 9U);
+}

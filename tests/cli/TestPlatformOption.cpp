@@ -1,0 +1,83 @@
+#include "tests/cli/CliTest.h"
+
+#include <QJsonArray>
+
+#include <map>
+#include <set>
+
+namespace {
+
+class PlatformOption : public CliTest {
+  protected:
+    /// How many files lie in each idiom's folder after a run with these platforms.
+    std::map<std::string, int> filesPerFolder(const QStringList& platforms) const {
+        QStringList arguments;
+        for (const QString& platform : platforms)
+            arguments << u"--platform"_s << platform;
+        generated(sample(u"svg"_s), arguments);
+        std::map<std::string, int> count;
+        for (const std::string& name : tree())
+            ++count[name.substr(0, name.find('/'))];
+        return count;
+    }
+};
+
+using Counts = std::map<std::string, int>;
+const Counts everything{{"iphone", 9}, {"ipad", 10}, {"watch", 17}, {"mac", 11}, {"android", 7}};
+
+} // namespace
+
+TEST_F(PlatformOption, iphone_makes_the_iPhones_set_alone) {
+    EXPECT_EQ(filesPerFolder({u"iphone"_s}), (Counts{{"iphone", 9}}));
+}
+
+TEST_F(PlatformOption, ipad_makes_the_iPads_set_alone) {
+    EXPECT_EQ(filesPerFolder({u"ipad"_s}), (Counts{{"ipad", 10}}));
+}
+
+TEST_F(PlatformOption, watch_makes_the_watchs_set_alone) {
+    EXPECT_EQ(filesPerFolder({u"watch"_s}), (Counts{{"watch", 17}}));
+}
+
+TEST_F(PlatformOption, mac_makes_the_Macs_set_and_the_container_alone) {
+    EXPECT_EQ(filesPerFolder({u"mac"_s}), (Counts{{"mac", 11}}));
+}
+
+TEST_F(PlatformOption, android_makes_Androids_set_alone) {
+    EXPECT_EQ(filesPerFolder({u"android"_s}), (Counts{{"android", 7}}));
+}
+
+TEST_F(PlatformOption, universal_makes_iPhone_and_iPad) {
+    EXPECT_EQ(filesPerFolder({u"universal"_s}), (Counts{{"iphone", 9}, {"ipad", 10}}));
+}
+
+TEST_F(PlatformOption, all_makes_everything) {
+    EXPECT_EQ(filesPerFolder({u"all"_s}), everything);
+}
+
+TEST_F(PlatformOption, everything_is_made_without_it) {
+    EXPECT_EQ(filesPerFolder({}), everything);
+}
+
+TEST_F(PlatformOption, several_add_up) {
+    EXPECT_EQ(filesPerFolder({u"watch"_s, u"android"_s}), (Counts{{"watch", 17}, {"android", 7}}));
+}
+
+TEST_F(PlatformOption, what_is_named_twice_is_made_once) {
+    const QStringList words{u"--platform"_s, u"ipad"_s, u"--platform"_s, u"universal"_s,
+                            u"--platform"_s, u"ipad"_s, u"--verbose"_s,  u"--json"_s};
+    const ProcessResult result = generate(sample(u"svg"_s), words);
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(printedJson(result)[u"files"_s].toArray().size(), 19);
+    // The log has a line for each set that is begun and one for each that is done.
+    EXPECT_EQ(result.errorLines().size(), 4) << result.errors.toStdString();
+}
+
+TEST_F(PlatformOption, sets_are_made_in_the_order_in_which_they_are_named) {
+    const ProcessResult result =
+        generated(sample(u"svg"_s), {u"--platform"_s, u"watch"_s, u"--platform"_s, u"iphone"_s, u"--json"_s});
+    const QJsonArray files = printedJson(result)[u"files"_s].toArray();
+    ASSERT_EQ(files.size(), 26);
+    EXPECT_EQ(files.first().toObject()[u"platform"_s].toString().toStdString(), "watch");
+    EXPECT_EQ(files.last().toObject()[u"platform"_s].toString().toStdString(), "iphone");
+}
