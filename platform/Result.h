@@ -30,10 +30,10 @@ struct Error {
 template <typename T>
 class [[nodiscard]] Result {
   public:
-    Result(T value)
-        : m_state(std::in_place_index<0>, std::move(value)) {} // NOLINT(google-explicit-constructor)
-    Result(Error error)
-        : m_state(std::in_place_index<1>, std::move(error)) {} // NOLINT(google-explicit-constructor)
+    // NOLINTBEGIN(google-explicit-constructor): a function returns the one or the other.
+    Result(T value) : m_state(std::in_place_index<0>, std::move(value)) {}
+    Result(Error error) : m_state(std::in_place_index<1>, std::move(error)) {}
+    // NOLINTEND(google-explicit-constructor)
 
     explicit operator bool() const { return m_state.index() == 0; }
 
