@@ -10,7 +10,9 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <new>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <variant>
@@ -248,7 +250,9 @@ int runCommandLine(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& request) {
-        return app.exit(request);
+        std::ostringstream text;
+        const int status = app.exit(request, text, text);
+        return Terminal::print(shown(text.str()).trimmed()) ? status : 1;
     } catch (const CLI::ParseError& error) {
         return complain(app, unknownWord(app).value_or(UsageError{error.what()}));
     }
@@ -259,5 +263,10 @@ int runCommandLine(int argc, char** argv) {
     const Parsed<GenerateOptions> options = optionsFrom(*generate, words);
     if (const UsageError* error = complaint(options))
         return complain(app, *error);
-    return runGenerate(std::get<GenerateOptions>(options));
+    try {
+        return runGenerate(std::get<GenerateOptions>(options));
+    } catch (const std::bad_alloc&) {
+        Terminal::error(QStringLiteral("not enough memory"));
+        return 1;
+    }
 }

@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QProcess>
 
 #include <unistd.h>
@@ -110,19 +111,20 @@ std::optional<QString> outputFolderError(const QString& out) {
     return std::nullopt;
 }
 
+QString number(double value) {
+    return QString::number(value, 'f', QLocale::FloatingPointShortest);
+}
+
 void warnAboutPicture(const LoadedPicture& picture, const Plan& plan, GenerateReport& report) {
     const QSizeF size = picture.image.size();
     if (!picture.isDrawing && std::min(size.width(), size.height()) < plan.largestSide)
         report.warn(
             QStringLiteral(
                 "the picture (%1 × %2) is smaller than the largest icon (%3 × %3) and will be enlarged")
-                .arg(size.width())
-                .arg(size.height())
-                .arg(plan.largestSide));
+                .arg(number(size.width()), number(size.height()), number(plan.largestSide)));
     if (size.width() != size.height())
         report.warn(QStringLiteral("the picture (%1 × %2) is not square and will be stretched")
-                        .arg(size.width())
-                        .arg(size.height()));
+                        .arg(number(size.width()), number(size.height())));
     for (const QString& warning : picture.warnings)
         report.warn(warning);
 }
@@ -172,7 +174,7 @@ int runGenerate(const GenerateOptions& options) {
     QuietWorkspace workspace;
     const IconSetGenerator generator(input, {bundle, screen, workspace, &report});
     {
-        Terminal::ProgressBar progress(plan.files, !options.quiet);
+        Terminal::ProgressBar progress(plan.files, !options.quiet && !options.verbose);
         report.begin(progress);
         for (const int index : options.platformIndexes) {
             input.choosePlatform(index);

@@ -73,6 +73,12 @@ void GenerateReport::printFailures() const {
     }
 }
 
+QString GenerateReport::fileLine(const File& file) const {
+    return QStringLiteral("  %1  %2 × %3  %4 bytes")
+        .arg(Terminal::escaped(shortPath(file.path)), QString::number(file.pixelSize.width()),
+             QString::number(file.pixelSize.height()), QString::number(file.bytes));
+}
+
 bool GenerateReport::printSummary() const {
     QStringList idioms;
     for (const File& file : m_files) {
@@ -90,12 +96,7 @@ bool GenerateReport::printSummary() const {
             ++count;
             bytes += file.bytes;
             if (m_options.verbose)
-                isPrinted = Terminal::print(QStringLiteral("  %1  %2 × %3  %4 bytes")
-                                                .arg(Terminal::escaped(shortPath(file.path)))
-                                                .arg(file.pixelSize.width())
-                                                .arg(file.pixelSize.height())
-                                                .arg(file.bytes)) &&
-                            isPrinted;
+                isPrinted = Terminal::print(fileLine(file)) && isPrinted;
         }
         allBytes += bytes;
         isPrinted =

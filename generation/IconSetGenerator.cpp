@@ -7,7 +7,8 @@
 
 #include <QUrl>
 
-#include <ranges>
+#include <algorithm>
+#include <array>
 #include <vector>
 
 IconSetGenerator::IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings)
@@ -82,12 +83,14 @@ void IconSetGenerator::writeContainer(const Image& image) const {
     const QString mac = IconSizeCatalogue::idiom(IconSizeCatalogue::Mac);
     const std::optional<QString> path = OutputFolder::containerPath(appiconsetPathString(mac));
     // In points: on a display of scale s they are s times as many pixels wide.
-    static constexpr int sizes[] = {16, 32, 64, 128, 256, 512, 1024};
+    static constexpr std::array sizes{16, 32, 64, 128, 256, 512, 1024};
     std::vector<QImage> rasters;
     for (const int size : sizes) {
         const Image render = m_renderer.drawImage(image, QSizeF(size, size));
         rasters.push_back(IconRenderer::getCgiImageRef(&render));
     }
+    // They are rendered smallest first, and stored largest first.
+    std::ranges::reverse(rasters);
     const std::unique_ptr<ImageDestination> destination =
         ImageDestination::create(path.value_or(QString()), QString::fromLatin1(ImageDestination::icnsType),
                                  static_cast<int>(rasters.size()));
@@ -97,12 +100,12 @@ void IconSetGenerator::writeContainer(const Image& image) const {
         tellFailure(shownPath, {ErrorCode::NotAPath, QStringLiteral("the unescaped path is not a path")});
         return;
     }
-    for (const QImage& raster : std::views::reverse(rasters))
+    for (const QImage& raster : rasters)
         destination->addImage(raster);
     const Result<Done> written = destination->finalize();
     if (!written)
         tellFailure(shownPath, written.error());
     else if (m_surroundings.observer != nullptr)
         m_surroundings.observer->fileWritten(
-            {mac, shownPath, rasters.back().size(), destination->bytesWritten()});
+            {mac, shownPath, destination->largestSize(), destination->bytesWritten()});
 }

@@ -2,6 +2,7 @@
 
 #include "platform/Bundle.h"
 #include "platform/PropertyList.h"
+#include "platform/RegularFile.h"
 
 #include <QFile>
 
@@ -18,6 +19,17 @@ const QString nameKey = QStringLiteral("Name");
 
 Error malformed(const QString& sentence) {
     return {ErrorCode::Malformed, sentence};
+}
+
+Result<QByteArray> resourceBytes(const QString& path) {
+    constexpr qint64 maximumBytes = 16 << 20;
+    if (!path.startsWith(u':'))
+        return RegularFile::read(QFile::encodeName(path).toStdString(), maximumBytes);
+    // Compiled into the program.
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return Error{ErrorCode::NotReadable, file.errorString()};
+    return file.readAll();
 }
 
 /// What is wrong with an entry, if anything. Keys may be missing, values of another type than text may not
@@ -38,12 +50,12 @@ std::optional<Error> entryError(const QString& idiom, const QString& key, const 
 
 Result<IconSizeCatalogue> IconSizeCatalogue::load(const Bundle& bundle) {
     const QString path = bundle.pathForResource(QStringLiteral("ImageSizeFile.plist"));
-    QFile file(path);
     if (path.isEmpty())
         return Error{ErrorCode::NotFound, QStringLiteral("the size catalogue is missing")};
-    if (!file.open(QIODevice::ReadOnly))
-        return Error{ErrorCode::NotReadable, file.errorString()};
-    const Result<QVariant> root = PropertyList::parse(file.readAll());
+    const Result<QByteArray> bytes = resourceBytes(path);
+    if (!bytes)
+        return Error{ErrorCode::NotReadable, bytes.error().sentence};
+    const Result<QVariant> root = PropertyList::parse(*bytes);
     if (!root)
         return Error{ErrorCode::NotReadable, root.error().sentence};
     if (root->typeId() != QMetaType::QVariantList)

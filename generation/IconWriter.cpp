@@ -4,7 +4,10 @@
 #include "platform/AtomicFile.h"
 #include "platform/BitmapImageRep.h"
 #include "platform/Folder.h"
+#include "platform/GraphicsContext.h"
 #include "platform/Log.h"
+
+#include <QLocale>
 
 namespace {
 
@@ -22,6 +25,19 @@ EncodedIcon encoded(const Image& render) {
     if (!bitmap)
         return {};
     return {bitmap->representationUsingType(BitmapImageRep::FileType::PNG), bitmap->pixelSize()};
+}
+
+/// Why there is no icon of that size.
+Error unmade(const QSizeF& size) {
+    const auto number = [](double value) {
+        return QString::number(value, 'f', QLocale::FloatingPointShortest);
+    };
+    const bool isTooLarge =
+        size.width() * size.height() > static_cast<double>(GraphicsContext::maximumPixels);
+    const QString sentence = isTooLarge ? QStringLiteral("an icon of %1 × %2 points is too large")
+                                        : QStringLiteral("an icon of %1 × %2 points can't be made");
+    return {isTooLarge ? ErrorCode::TooLarge : ErrorCode::EmptySize,
+            sentence.arg(number(size.width()), number(size.height()))};
 }
 
 } // namespace
@@ -42,9 +58,7 @@ void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QSt
         path.value_or(appiconsetPath(idiom) + QLatin1Char('/') + andName + QStringLiteral(".png"));
     std::optional<Error> error;
     if (icon.png.isEmpty()) {
-        error = Error{ErrorCode::EmptySize, QStringLiteral("an icon of %1 × %2 points can't be made")
-                                                .arg(withSize.width())
-                                                .arg(withSize.height())};
+        error = unmade(withSize);
     } else if (!path) {
         error = Error{ErrorCode::NotAPath, QStringLiteral("the unescaped path is not a path")};
     } else if (const Result<Done> written = AtomicFile::write(*path, icon.png); !written) {

@@ -148,8 +148,10 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
     if (device.isEmpty() || representation == nullptr)
         return;
     QImage layer = representation->rendered(device.x.mapping(), device.y.mapping());
-    if (layer.isNull())
+    if (layer.isNull()) {
+        m_raster = QImage(); // half a picture is none
         return;
+    }
     // What lies inside the clip lies inside the rectangle too where that contains it: the clip's edge is the
     // edge.
     const bool clipDecides = m_clip && rect.contains(m_clipBounds);

@@ -25,7 +25,7 @@ class GraphicsContext {
     GraphicsContext(const QSizeF& size, int scale);
 
     /// Without a raster nothing is drawn: the size is empty, not a number, has more pixels than the limit, or
-    /// memory is short.
+    /// memory is short. It is lost where a picture can't be drawn.
     bool hasRaster() const { return !m_raster.isNull(); }
 
     /// From here on everything is drawn through the inside of `path`, antialiased. The path lies inside the

@@ -19,19 +19,21 @@ void Image::addRepresentation(std::shared_ptr<const ImageRep> representation) {
 }
 
 const ImageRep* Image::bestRepresentation(const QSizeF& pixels) const {
-    const ImageRep* largest = nullptr;
+    QSize full;
+    for (const auto& representation : m_representations) {
+        if (representation->pixelSize().isEmpty())
+            return representation.get();
+        full = full.expandedTo(representation->pixelSize());
+    }
     const ImageRep* best = nullptr;
     for (const auto& representation : m_representations) {
         const QSize size = representation->pixelSize();
-        if (size.isEmpty())
-            return representation.get();
-        if (largest == nullptr || area(*representation) > area(*largest))
-            largest = representation.get();
-        const bool isEnough = size.width() >= 2 * pixels.width() && size.height() >= 2 * pixels.height();
+        const bool isEnough = (size.width() >= 2 * pixels.width() || size.width() == full.width()) &&
+                              (size.height() >= 2 * pixels.height() || size.height() == full.height());
         if (isEnough && (best == nullptr || area(*representation) < area(*best)))
             best = representation.get();
     }
-    return best != nullptr ? best : largest;
+    return best;
 }
 
 QImage Image::largestRaster() const {

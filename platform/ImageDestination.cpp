@@ -11,12 +11,15 @@ std::unique_ptr<ImageDestination> ImageDestination::create(const QString& path, 
 
 void ImageDestination::addImage(const QImage& image) {
     --m_missing;
-    m_icns.addImage(image);
+    const IcnsWriter::Added added = m_icns.addImage(image);
+    m_hasFailed = m_hasFailed || added == IcnsWriter::Added::Failed;
+    if (added == IcnsWriter::Added::Yes)
+        m_largestSize = m_largestSize.expandedTo(image.size());
 }
 
 Result<Done> ImageDestination::finalize() {
-    if (m_missing != 0 || m_icns.isEmpty())
-        return Error{ErrorCode::Malformed, QStringLiteral("a picture is missing")};
+    if (m_missing != 0 || m_hasFailed || m_icns.isEmpty())
+        return Error{ErrorCode::Malformed, QStringLiteral("one of its pictures can't be made")};
     const QByteArray file = m_icns.data();
     Result<Done> written = AtomicFile::write(m_path, file);
     if (written)

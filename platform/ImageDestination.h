@@ -21,12 +21,15 @@ class ImageDestination {
     /// Adds a picture. In an icon container a size without an element is left out.
     void addImage(const QImage& image);
 
-    /// Writes the file, whole or not at all. Malformed where not all pictures were added, or none could be
-    /// kept.
+    /// Writes the file, whole or not at all. Malformed where not all pictures were added, one could
+    /// not be encoded, or none could be kept.
     Result<Done> finalize();
 
     /// The file's size after `finalize`.
     qint64 bytesWritten() const { return m_bytesWritten; }
+
+    /// The largest picture that was kept.
+    const QSize& largestSize() const { return m_largestSize; }
 
   private:
     ImageDestination(QString path, int count) : m_path(std::move(path)), m_missing(count) {}
@@ -34,5 +37,7 @@ class ImageDestination {
     QString m_path;
     int m_missing;
     IcnsWriter m_icns;
+    bool m_hasFailed = false;
+    QSize m_largestSize;
     qint64 m_bytesWritten = 0;
 };

@@ -1,22 +1,19 @@
 #include "platform/ImageSource.h"
 
-#include "platform/AtomicFile.h"
 #include "platform/BitmapImageRep.h"
 #include "platform/GifReader.h"
 #include "platform/JpegReader.h"
 #include "platform/PngReader.h"
 #include "platform/QtPictureReader.h"
+#include "platform/RegularFile.h"
+#include "platform/Resampler.h"
 #include "platform/SvgDocument.h"
 #include "platform/TiffReader.h"
 #include "platform/icns/IcnsReader.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -76,48 +73,24 @@ Error unknownFormat() {
             QStringLiteral("not a picture (of PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG)")};
 }
 
-/// The bytes of a regular file.
-Result<QByteArray> readFile(const std::string& path) {
-    const auto failure = [](int error) {
-        return Error{error == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable,
-                     AtomicFile::systemSentence(error)};
-    };
-    // Without waiting for a writer, should it be a FIFO.
-    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
-    if (descriptor < 0)
-        return failure(errno);
-    struct stat status = {};
-    Result<QByteArray> bytes = QByteArray();
-    if (fstat(descriptor, &status) != 0)
-        bytes = failure(errno);
-    else if (S_ISDIR(status.st_mode))
-        bytes = failure(EISDIR);
-    else if (!S_ISREG(status.st_mode))
-        bytes = Error{ErrorCode::NotReadable, QStringLiteral("Not a regular file")};
-    else {
-        // One byte more than it has, to see a file that grows; one that shrinks simply ends earlier.
-        QByteArray buffer(static_cast<qsizetype>(status.st_size) + 1, Qt::Uninitialized);
-        qsizetype length = 0;
-        int error = 0;
-        while (length < buffer.size()) {
-            const ssize_t n =
-                read(descriptor, buffer.data() + length, static_cast<std::size_t>(buffer.size() - length));
-            if (n < 0 && errno == EINTR)
-                continue;
-            if (n < 0)
-                error = errno;
-            if (n <= 0)
-                break;
-            length += n;
-        }
-        buffer.truncate(length);
-        if (error != 0)
-            bytes = failure(error);
-        else
-            bytes = std::move(buffer);
-    }
-    close(descriptor);
-    return bytes;
+/// The largest picture without compression, 16 bits a sample, with room for what stands around its pixels.
+constexpr qint64 maximumFile = 8 * PictureReader::maximumPixels + (64 << 20);
+
+std::optional<Error> refusedStart(const QByteArray& start) {
+    if (start.isEmpty())
+        return Error{ErrorCode::UnknownFormat, QStringLiteral("the file is empty")};
+    if (bitmapReader(start) == nullptr && !looksLikeSvg(start))
+        return unknownFormat();
+    return std::nullopt;
+}
+
+/// The sides of the next reduced copy: each is halved on its own while that leaves enough of it. Odd ones
+/// round up.
+QSize reducedSize(const QSize& size) {
+    // Below this no icon gains from a further copy.
+    constexpr int smallestSide = 32;
+    const auto reduced = [](int side) { return side >= 2 * smallestSide ? (side + 1) / 2 : side; };
+    return {reduced(size.width()), reduced(size.height())};
 }
 
 } // namespace
@@ -146,9 +119,9 @@ Result<DecodedPicture> ImageSource::decode(const QByteArray& bytes) {
 }
 
 Result<LoadedPicture> ImageSource::load(const QByteArray& bytes) {
-    if (bytes.isEmpty())
-        return Error{ErrorCode::UnknownFormat, QStringLiteral("the file is empty")};
-    if (bitmapReader(bytes) == nullptr && looksLikeSvg(bytes)) {
+    if (const std::optional<Error> refused = refusedStart(bytes))
+        return *refused;
+    if (bitmapReader(bytes) == nullptr) {
         const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
         if (!document)
             return document.error();
@@ -162,21 +135,20 @@ Result<LoadedPicture> ImageSource::load(const QByteArray& bytes) {
     if (decoded->raster.isNull())
         return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
     LoadedPicture picture{Image(decoded->raster.size()), false, std::move(decoded->warnings)};
-    // Below this no icon gains from a further copy.
-    constexpr int smallestSide = 32;
     QImage raster = std::move(decoded->raster);
     for (;;) {
         picture.image.addRepresentation(std::make_shared<BitmapImageRep>(raster));
-        if (std::min(raster.width(), raster.height()) < 2 * smallestSide)
+        const QSize reduced = reducedSize(raster.size());
+        if (reduced == raster.size())
             return picture;
-        raster = halved(raster);
+        raster = stretched(raster, reduced);
         if (raster.isNull())
             return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
     }
 }
 
 Result<LoadedPicture> ImageSource::loadFile(const std::string& path) {
-    const Result<QByteArray> bytes = readFile(path);
+    const Result<QByteArray> bytes = RegularFile::read(path, maximumFile, refusedStart);
     if (!bytes)
         return bytes.error();
     return load(*bytes);

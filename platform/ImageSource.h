@@ -20,8 +20,8 @@ struct LoadedPicture {
 /// one that breaks off, is damaged or has more than 16384 × 16384 pixels is an error.
 namespace ImageSource {
 
-/// An image of the picture's size in pixels. A bitmap comes with reduced copies of itself, each half the size
-/// of the one before, so that small renders need not read all of it.
+/// An image of the picture's size in pixels. A bitmap comes with reduced copies of itself, each side half as
+/// long as in the one before, so that small renders need not read all of it.
 Result<LoadedPicture> load(const QByteArray& bytes);
 
 /// As `load`, from the regular file of that name (in the file system's own bytes). Anything else than a

@@ -139,7 +139,7 @@ Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
         converter.convert(row.data(), raster->scanLine(static_cast<int>(y)), static_cast<int>(first.w));
     }
     DecodedPicture decoded{std::move(*raster), {}};
-    if (converter.profileWasRefused())
+    if (converter.profileWasRefused() || (picture->icc_profile_len > 0 && !profile))
         decoded.warnings << PictureReader::profileWarning();
     return decoded;
 }

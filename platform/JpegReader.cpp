@@ -31,8 +31,12 @@ class JpegDecoder {
     JpegDecoder& operator=(const JpegDecoder&) = delete;
 
     Result<DecodedPicture> decode() {
-        if (setjmp(m_jump) != 0) // NOLINT(cert-err52-cpp): libjpeg's only way to report errors
+        if (setjmp(m_jump) != 0) { // NOLINT(cert-err52-cpp): libjpeg's only way to report errors
+            // The library's own limit of 65500 comes before ours.
+            if (m_errors.msg_code == JERR_IMAGE_TOO_BIG)
+                return PictureReader::tooLarge(m_jpeg.image_width, m_jpeg.image_height);
             return PictureReader::damaged(QStringLiteral("JPEG"), QString::fromLatin1(m_message.data()));
+        }
         readHeader();
         if (!m_refused)
             readPixels();

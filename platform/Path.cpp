@@ -80,16 +80,17 @@ std::vector<QPointF> mirrored(const std::vector<QPointF>& quadrant, const QPoint
     std::vector<QPointF> outline;
     outline.reserve(4 * quadrant.size());
     const auto add = [&](const QPointF& p, double signX, double signY) {
-        outline.push_back({centre.x() + signX * p.x(), centre.y() + signY * p.y()});
+        outline.emplace_back(centre.x() + signX * p.x(), centre.y() + signY * p.y());
     };
-    for (auto p = quadrant.begin(); p != quadrant.end(); ++p)
-        add(*p, 1, 1);
-    for (auto p = quadrant.rbegin(); p != quadrant.rend(); ++p)
-        add(*p, -1, 1);
-    for (auto p = quadrant.begin(); p != quadrant.end(); ++p)
-        add(*p, -1, -1);
-    for (auto p = quadrant.rbegin(); p != quadrant.rend(); ++p)
-        add(*p, 1, -1);
+    const std::vector<QPointF> backwards(quadrant.rbegin(), quadrant.rend());
+    for (const QPointF& p : quadrant)
+        add(p, 1, 1);
+    for (const QPointF& p : backwards)
+        add(p, -1, 1);
+    for (const QPointF& p : quadrant)
+        add(p, -1, -1);
+    for (const QPointF& p : backwards)
+        add(p, 1, -1);
     return outline;
 }
 

@@ -9,12 +9,15 @@ std::optional<Error> PictureReader::refusedSize(qint64 width, qint64 height) {
     if (width <= 0 || height <= 0)
         return Error{ErrorCode::Damaged, QStringLiteral("the picture has no pixels")};
     if (width > maximumPixels || height > maximumPixels || width * height > maximumPixels)
-        return Error{
-            ErrorCode::TooLarge,
+        return tooLarge(width, height);
+    return std::nullopt;
+}
+
+Error PictureReader::tooLarge(qint64 width, qint64 height) {
+    return {ErrorCode::TooLarge,
             QStringLiteral("the picture has %1 × %2 pixels; the limit is 16384 × 16384, or as many in all")
                 .arg(width)
                 .arg(height)};
-    return std::nullopt;
 }
 
 Result<QImage> PictureReader::newRaster(qint64 width, qint64 height) {

@@ -24,6 +24,9 @@ inline constexpr qint64 maximumPixels = 16384LL * 16384LL;
 /// memory for pixels is taken.
 std::optional<Error> refusedSize(qint64 width, qint64 height);
 
+/// The error for a picture of that many pixels.
+Error tooLarge(qint64 width, qint64 height);
+
 /// A raster for a picture of an allowed size, or the error where memory is short.
 Result<QImage> newRaster(qint64 width, qint64 height);
 

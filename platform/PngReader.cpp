@@ -53,12 +53,13 @@ class PngDecoder {
     }
 
     static void onWarning(png_structp png, png_const_charp message) {
-        // Damage in the pixel data that libpng itself would let pass.
-        if (std::strncmp(message, "IDAT:", 5) == 0)
+        // Damage in the pixel data that libpng itself would let pass; more data than pixels is none.
+        const bool isSurplus = std::strstr(message, "Too much image data") != nullptr ||
+                               std::strstr(message, "Extra compressed data") != nullptr;
+        if (std::strncmp(message, "IDAT:", 5) == 0 && !isSurplus)
             onError(png, message);
-        if (std::strstr(message, "iCCP") != nullptr &&
-            std::strstr(message, "known incorrect sRGB") == nullptr)
-            self(png)->m_profileWasRefused = true;
+        if (std::strstr(message, "iCCP") != nullptr)
+            self(png)->m_hasOddProfile = true;
     }
 
     static void onRead(png_structp png, png_bytep out, size_t length) {
@@ -101,7 +102,7 @@ class PngDecoder {
             return;
         const std::size_t rowBytes = png_get_rowbytes(m_png, m_info);
         if (passes == 1)
-            readProgressive(rowBytes);
+            readSequential(rowBytes);
         else
             readInterlaced(rowBytes, passes);
         png_read_end(m_png, m_info);
@@ -109,7 +110,7 @@ class PngDecoder {
     }
 
     /// Row after row, converted in place where the raster's pixels have the size of the file's.
-    void readProgressive(std::size_t rowBytes) {
+    void readSequential(std::size_t rowBytes) {
         const bool inPlace = rowBytes == 4 * static_cast<std::size_t>(m_width);
         m_rows.resize(inPlace ? 0 : rowBytes);
         for (png_uint_32 y = 0; y < m_height; ++y) {
@@ -168,6 +169,8 @@ class PngDecoder {
         }
         if (png_get_sRGB(m_png, m_info, &intent) != 0)
             return;
+        if (m_hasOddProfile)
+            m_profileWasRefused = true; // there was one, and libpng left it out
         double gamma = 0.45455;
         ColorProfile::Chromaticities c = ColorProfile::srgbChromaticities;
         const bool hasGamma = png_get_gAMA(m_png, m_info, &gamma) != 0;
@@ -196,6 +199,7 @@ class PngDecoder {
     std::array<char, 200> m_message{};
     std::optional<Error> m_refused;
     ColorProfile m_profile;
+    bool m_hasOddProfile = false;
     bool m_profileWasRefused = false;
     int m_orientation = 1;
     std::optional<RowConverter> m_converter;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace {
@@ -104,28 +105,36 @@ std::vector<std::uint8_t> pixelStream(const QImage& raster, const PngOptions& op
     return adaptive.size() < none.size() ? adaptive : none;
 }
 
-} // namespace
-
-QByteArray encodePng(const QImage& raster, const PngOptions& options) {
-    if (raster.isNull())
-        return {};
+QByteArray file(const QImage& raster, const PngOptions& options) {
     const std::vector<std::uint8_t> stream = pixelStream(raster, options);
     if (stream.empty())
         return {};
     const auto* data = reinterpret_cast<const char*>(stream.data());
     const auto length = static_cast<qsizetype>(stream.size());
-    QByteArray file;
-    file.reserve(length + 128);
-    file.append("\x89PNG\r\n\x1a\n", 8);
+    QByteArray png;
+    png.reserve(length + 128);
+    png.append("\x89PNG\r\n\x1a\n", 8);
     QByteArray header;
     append32(header, static_cast<quint32>(raster.width()));
     append32(header, static_cast<quint32>(raster.height()));
     // 8 bits, RGBA, deflate, the five filters, not interlaced
     header.append("\x08\x06\x00\x00\x00", 5);
-    appendChunk(file, "IHDR", header.constData(), header.size());
-    appendChunk(file, "sRGB", "\0", 1);
+    appendChunk(png, "IHDR", header.constData(), header.size());
+    appendChunk(png, "sRGB", "\0", 1);
     for (qsizetype start = 0; start < length; start += maximumChunk)
-        appendChunk(file, "IDAT", data + start, std::min(maximumChunk, length - start));
-    appendChunk(file, "IEND", nullptr, 0);
-    return file;
+        appendChunk(png, "IDAT", data + start, std::min(maximumChunk, length - start));
+    appendChunk(png, "IEND", nullptr, 0);
+    return png;
+}
+
+} // namespace
+
+QByteArray encodePng(const QImage& raster, const PngOptions& options) {
+    if (raster.isNull())
+        return {};
+    try {
+        return file(raster, options);
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
 }

@@ -53,7 +53,7 @@ std::optional<QVariant> dictionaryToVariant(plist_t node, int depth) {
         std::optional<QVariant> item = toVariant(value, depth + 1);
         if (!item)
             return std::nullopt;
-        map.insert(QString::fromUtf8(key.get()), std::move(*item));
+        map.insert(QString::fromUtf8(key.get()), *item);
     }
 }
 

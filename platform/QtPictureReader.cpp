@@ -43,9 +43,8 @@ Result<DecodedPicture> converted(const QImage& image, const ColorProfile& profil
     Result<QImage> raster = PictureReader::newRaster(image.width(), image.height());
     if (!raster)
         return raster.error();
-    constexpr qsizetype bandBytes = 60000;
-    const auto band =
-        static_cast<int>(std::max<qsizetype>(1, bandBytes / std::max<qsizetype>(1, image.bytesPerLine())));
+    constexpr int bandPixels = 60000;
+    const int band = std::max(1, bandPixels / image.width());
     RowConverter converter({SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false}, profile);
     for (int y = 0; y < image.height(); y += band) {
         const int rows = std::min(band, image.height() - y);
@@ -86,6 +85,7 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
     if (const std::optional<Error> refused = PictureReader::refusedSize(size->width, size->height))
         return *refused;
     // Behind the limit above Qt's own is only a backstop.
+    qunsetenv("QT_IMAGEIO_MAXALLOC"); // it would stand above the next line
     QImageReader::setAllocationLimit(4096);
     WatchedDevice device(bytes);
     QImageReader reader(&device, format);

@@ -205,11 +205,10 @@ QImage resampledLanczos3(const QImage& source, const AxisMapping& x, const AxisM
     return target;
 }
 
-QImage halved(const QImage& source) {
-    const int width = (source.width() + 1) / 2;
-    const int height = (source.height() + 1) / 2;
-    return resampledLanczos3(source, {source.width(), 0, static_cast<double>(width), width},
-                             {source.height(), 0, static_cast<double>(height), height});
+QImage stretched(const QImage& source, const QSize& size) {
+    const auto fill = [](int from, int to) { return AxisMapping{from, 0, static_cast<double>(to), to}; };
+    return resampledLanczos3(source, fill(source.width(), size.width()),
+                             fill(source.height(), size.height()));
 }
 
 #endif

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QSize>
 
 /// How one axis of a source lies on the pixels of a target: all `sourceLength` samples are stretched over the
 /// target's interval [origin, origin + length), in target pixels. Neither needs to be a whole number.
@@ -25,5 +26,5 @@ struct AxisMapping {
 /// to the byte; no colour sample exceeds its alpha. Null where memory is short.
 QImage resampledLanczos3(const QImage& source, const AxisMapping& x, const AxisMapping& y);
 
-/// `source` at half its size (odd sides round up): the next of a picture's reduced copies.
-QImage halved(const QImage& source);
+/// The whole of `source` at another size.
+QImage stretched(const QImage& source, const QSize& size);

@@ -128,8 +128,9 @@ Taps tapsFor(const AxisMapping& mapping, int target, bool isMiddle) {
         values.push_back(lanczos3((i + 0.5 - centre) / stretch));
         sum += values.back();
     }
-    // A pixel outside the stretched source, or with hardly anything of it in reach, takes the nearest sample.
-    if (values.empty() || sum < 0.1) {
+    // A pixel whose middle lies outside the stretched source, with little of it in reach, takes the nearest
+    // sample. All taps in reach would sum to about the stretch.
+    if (values.empty() || sum < 0.5 * stretch) {
         const auto nearest = static_cast<int>(std::floor(centre));
         return {std::clamp(nearest, 0, mapping.sourceLength - 1), {ResamplerWeights::one}};
     }

@@ -65,7 +65,8 @@ void expand(const SampleLayout& layout, const Sample* in, Sample* out, std::size
             for (std::size_t n = 0; n < 3; ++n)
                 out[n] = static_cast<Sample>((paper(n) * key + maximum / 2) / maximum);
         } else {
-            const Sample first = in[0];
+            const bool isNegative = layout.inverted && layout.colors == Colors::Grey;
+            const auto first = isNegative ? static_cast<Sample>(maximum - in[0]) : in[0];
             out[1] = layout.colors == Colors::Grey ? first : in[1];
             out[2] = layout.colors == Colors::Grey ? first : in[2];
             out[0] = first;

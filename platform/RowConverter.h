@@ -16,7 +16,7 @@ struct SampleLayout {
     Colors colors = Colors::RGB;
     Alpha alpha = Alpha::None;
     int bitsPerSample = 8; ///< 8 or 16
-    bool inverted = false; ///< CMYK where 0 is full ink
+    bool inverted = false; ///< CMYK where 0 is full ink; grey where 0 is white
 
     int colorCount() const { return colors == Colors::Grey ? 1 : colors == Colors::RGB ? 3 : 4; }
     int samplesPerPixel() const { return colorCount() + (alpha == Alpha::None ? 0 : 1); }

@@ -1,5 +1,6 @@
 #include "platform/SvgDocument.h"
 
+#include "platform/LibraryMessages.h"
 #include "platform/PictureReader.h"
 
 #include <QRectF>
@@ -90,6 +91,29 @@ struct DestroyCairo {
     void operator()(cairo_t* cairo) const { cairo_destroy(cairo); }
 };
 
+/// librsvg draws filters on a pool of threads of its own, which it starts at the first filter that it draws.
+/// Here it does so while a document is loaded, so that a render starts none.
+void startFilterThreads() {
+    static bool isDone = false;
+    if (std::exchange(isDone, true))
+        return;
+    static constexpr char blurred[] =
+        "<svg xmlns='http://www.w3.org/2000/svg' width='96' height='96'><filter id='b'>"
+        "<feGaussianBlur stdDeviation='9'/></filter>"
+        "<rect x='20' y='20' width='50' height='50' filter='url(#b)'/></svg>";
+    RsvgHandle* rsvg =
+        rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(blurred), sizeof blurred - 1, nullptr);
+    if (rsvg == nullptr)
+        return;
+    constexpr int side = 96;
+    const std::unique_ptr<cairo_surface_t, DestroySurface> surface(
+        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, side, side));
+    const std::unique_ptr<cairo_t, DestroyCairo> cairo(cairo_create(surface.get()));
+    const RsvgRectangle page{0, 0, side, side};
+    rsvg_handle_render_document(rsvg, cairo.get(), &page, nullptr);
+    g_object_unref(rsvg);
+}
+
 /// Cairo's pixels are words of alpha, red, green and blue, ours bytes of red, green, blue and alpha.
 void toRgba(QImage& image) {
     for (int y = 0; y < image.height(); ++y) {
@@ -155,6 +179,9 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
         return Error{ErrorCode::TooLarge, QStringLiteral("the SVG document is larger than 64 MiB")};
     if (declaresExternalEntity(document))
         return Error{ErrorCode::Unsupported, QStringLiteral("the SVG document declares an external entity")};
+    routeLibraryMessages();
+    if (document.contains("filter"))
+        startFilterThreads();
     GError* rawError = nullptr;
     RsvgHandle* rsvg = rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(document.constData()),
                                                  static_cast<gsize>(document.size()), &rawError);

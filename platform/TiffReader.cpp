@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <vector>
 
@@ -32,81 +33,161 @@ ColorProfile profileOf(TIFF* tiff, bool& wasRefused) {
     return profile;
 }
 
-/// The layout of a file whose strips hold whole pixels of plain samples; none for all other kinds.
-std::optional<SampleLayout> plainLayout(TIFF* tiff) {
+/// How a file keeps its samples, where they are grey, RGB or CMYK of 8 or 16 bits; none for all other kinds.
+struct PlainKind {
+    SampleLayout layout;
+    bool isTiled = false;
+    bool hasPlanes = false; ///< one block for each sample of its pixels, instead of one for all
+};
+
+std::optional<PlainKind> plainKind(TIFF* tiff) {
     const auto bits = field<std::uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE, 1);
     const auto samples = field<std::uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL, 1);
     const auto format = field<std::uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
-    const auto planes = field<std::uint16_t>(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
     const auto photometric = field<std::uint16_t>(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
     const auto compression = field<std::uint16_t>(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
-    if (TIFFIsTiled(tiff) != 0 || (bits != 8 && bits != 16) || format != SAMPLEFORMAT_UINT ||
-        planes != PLANARCONFIG_CONTIG || compression == COMPRESSION_JPEG || compression == COMPRESSION_OJPEG)
+    if ((bits != 8 && bits != 16) || format != SAMPLEFORMAT_UINT || compression == COMPRESSION_OJPEG)
         return std::nullopt;
-    SampleLayout layout;
+    PlainKind kind;
+    kind.isTiled = TIFFIsTiled(tiff) != 0;
+    kind.hasPlanes = samples > 1 && field<std::uint16_t>(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) !=
+                                        PLANARCONFIG_CONTIG;
+    SampleLayout& layout = kind.layout;
     layout.bitsPerSample = bits;
-    if (photometric == PHOTOMETRIC_MINISBLACK)
+    if (photometric == PHOTOMETRIC_MINISBLACK || photometric == PHOTOMETRIC_MINISWHITE) {
         layout.colors = SampleLayout::Colors::Grey;
-    else if (photometric == PHOTOMETRIC_RGB)
+        layout.inverted = photometric == PHOTOMETRIC_MINISWHITE;
+    } else if (photometric == PHOTOMETRIC_RGB) {
         layout.colors = SampleLayout::Colors::RGB;
-    else if (photometric == PHOTOMETRIC_SEPARATED &&
-             field<std::uint16_t>(tiff, TIFFTAG_INKSET, INKSET_CMYK) == INKSET_CMYK)
+    } else if (photometric == PHOTOMETRIC_YCBCR && compression == COMPRESSION_JPEG && !kind.hasPlanes) {
+        // The JPEG decoder hands over RGB when asked to.
+        layout.colors = SampleLayout::Colors::RGB;
+        if (TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB) == 0)
+            return std::nullopt;
+    } else if (photometric == PHOTOMETRIC_SEPARATED &&
+               field<std::uint16_t>(tiff, TIFFTAG_INKSET, INKSET_CMYK) == INKSET_CMYK) {
         layout.colors = SampleLayout::Colors::CMYK;
-    else
+    } else {
         return std::nullopt;
+    }
     if (samples == layout.colorCount())
-        return layout;
+        return kind;
     std::uint16_t extraCount = 0;
     std::uint16_t* extra = nullptr;
     TIFFGetFieldDefaulted(tiff, TIFFTAG_EXTRASAMPLES, &extraCount, &extra);
-    if (samples != layout.colorCount() + 1 || extraCount != 1 || extra == nullptr)
+    // Alpha of a negative would be ambiguous.
+    if (samples != layout.colorCount() + 1 || extraCount != 1 || extra == nullptr || layout.inverted)
         return std::nullopt;
     layout.alpha = extra[0] == EXTRASAMPLE_ASSOCALPHA ? SampleLayout::Alpha::Premultiplied
                                                       : SampleLayout::Alpha::Straight;
-    return layout;
+    return kind;
 }
 
-/// Strip by strip; straight into the raster where the strip's rows are laid out as the raster's are.
-Result<QImage> readPlain(TiffStream& stream, RowConverter& converter, const SampleLayout& layout,
-                         QImage raster) {
-    TIFF* tiff = stream.handle();
-    const auto width = static_cast<tmsize_t>(raster.width());
-    const tmsize_t rowBytes = width * layout.bytesPerPixel();
-    if (TIFFScanlineSize64(tiff) != static_cast<std::uint64_t>(rowBytes))
-        return failure(stream);
-    const auto rowsPerStrip =
-        static_cast<int>(std::min<std::uint32_t>(field<std::uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP, 0xffffffff),
-                                                 static_cast<std::uint32_t>(raster.height())));
-    if (rowsPerStrip <= 0)
-        return failure(stream);
-    const bool inPlace = layout.bytesPerPixel() == 4;
-    std::vector<std::uint8_t> buffer(inPlace ? 0 : static_cast<std::size_t>(rowBytes * rowsPerStrip));
-    for (int y = 0; y < raster.height(); y += rowsPerStrip) {
-        const int rows = std::min(rowsPerStrip, raster.height() - y);
-        std::uint8_t* strip = inPlace ? raster.scanLine(y) : buffer.data();
-        const tmsize_t wanted = rowBytes * rows;
-        const std::uint32_t number = TIFFComputeStrip(tiff, static_cast<std::uint32_t>(y), 0);
-        if (TIFFReadEncodedStrip(tiff, number, strip, wanted) != wanted)
-            return failure(stream);
-        for (int i = 0; i < rows; ++i)
-            converter.convert(strip + i * rowBytes, raster.scanLine(y + i), raster.width());
+/// Reads plain samples block by block: a block is a strip or a tile.
+class BlockReader {
+  public:
+    BlockReader(TIFF* tiff, const PlainKind& kind, QImage& raster)
+        : m_tiff(tiff),
+          m_kind(kind),
+          m_raster(raster),
+          m_width(kind.isTiled ? tileSide(TIFFTAG_TILEWIDTH) : raster.width()),
+          m_height(kind.isTiled ? tileSide(TIFFTAG_TILELENGTH) : rowsPerStrip()),
+          m_rowBytes(tmsize_t{m_width} * kind.layout.bytesPerPixel()) {}
+
+    /// False where a block can't be read in full.
+    bool read(RowConverter& converter) {
+        const tmsize_t libraryRow = m_kind.isTiled ? TIFFTileRowSize(m_tiff) : TIFFScanlineSize(m_tiff);
+        const tmsize_t planes = m_kind.hasPlanes ? m_kind.layout.samplesPerPixel() : 1;
+        if (m_width <= 0 || m_height <= 0 || libraryRow * planes != m_rowBytes)
+            return false;
+        // Samples that lie as the raster's do are read to where they belong.
+        const bool inPlace = !m_kind.isTiled && !m_kind.hasPlanes && m_kind.layout.bytesPerPixel() == 4;
+        if (!inPlace)
+            m_block.resize(static_cast<std::size_t>(m_rowBytes) * static_cast<std::size_t>(m_height));
+        if (m_kind.hasPlanes)
+            m_plane.resize(m_block.size() / static_cast<std::size_t>(planes));
+        for (int top = 0; top < m_raster.height(); top += m_height) {
+            for (int left = 0; left < m_raster.width(); left += m_width) {
+                const int rows = std::min(m_height, m_raster.height() - top);
+                const int columns = std::min(m_width, m_raster.width() - left);
+                std::uint8_t* block = inPlace ? m_raster.scanLine(top) : m_block.data();
+                if (!readBlock(left, top, rows, block))
+                    return false;
+                for (int row = 0; row < rows; ++row)
+                    converter.convert(block + row * m_rowBytes,
+                                      m_raster.scanLine(top + row) + 4 * tmsize_t{left}, columns);
+            }
+        }
+        return true;
     }
-    return raster;
-}
+
+  private:
+    int tileSide(std::uint32_t tag) const {
+        // Tiles are as large as the picture at most, but for the filling up to whole ones.
+        constexpr std::uint32_t largest = 1 << 16;
+        const auto side = field<std::uint32_t>(m_tiff, tag, 0);
+        return side <= largest ? static_cast<int>(side) : 0;
+    }
+
+    int rowsPerStrip() const {
+        const auto rows = field<std::uint32_t>(m_tiff, TIFFTAG_ROWSPERSTRIP, 0xffffffff);
+        return static_cast<int>(std::min(rows, static_cast<std::uint32_t>(m_raster.height())));
+    }
+
+    bool readBlock(int left, int top, int rows, std::uint8_t* out) {
+        if (!m_kind.hasPlanes)
+            return readSamples(left, top, rows, 0, out, m_rowBytes);
+        const auto planes = static_cast<std::size_t>(m_kind.layout.samplesPerPixel());
+        const auto sampleBytes = static_cast<std::size_t>(m_kind.layout.bitsPerSample / 8);
+        const tmsize_t planeRow = m_rowBytes / static_cast<tmsize_t>(planes);
+        for (std::size_t plane = 0; plane < planes; ++plane) {
+            if (!readSamples(left, top, rows, static_cast<std::uint16_t>(plane), m_plane.data(), planeRow))
+                return false;
+            for (std::size_t i = 0; i < m_plane.size(); i += sampleBytes)
+                std::memcpy(out + i * planes + plane * sampleBytes, m_plane.data() + i, sampleBytes);
+        }
+        return true;
+    }
+
+    bool readSamples(int left, int top, int rows, std::uint16_t plane, std::uint8_t* out,
+                     tmsize_t rowBytes) const {
+        const auto x = static_cast<std::uint32_t>(left);
+        const auto y = static_cast<std::uint32_t>(top);
+        if (m_kind.isTiled) {
+            const tmsize_t bytes = rowBytes * m_height;
+            return TIFFReadEncodedTile(m_tiff, TIFFComputeTile(m_tiff, x, y, 0, plane), out, bytes) == bytes;
+        }
+        const tmsize_t bytes = rowBytes * rows;
+        return TIFFReadEncodedStrip(m_tiff, TIFFComputeStrip(m_tiff, y, plane), out, bytes) == bytes;
+    }
+
+    TIFF* m_tiff;
+    const PlainKind& m_kind;
+    QImage& m_raster;
+    int m_width;
+    int m_height;
+    tmsize_t m_rowBytes;
+    std::vector<std::uint8_t> m_block;
+    std::vector<std::uint8_t> m_plane;
+};
 
 /// Every other kind, as the library's own RGBA: associated alpha, the first row of the file first.
 Result<QImage> readAsRgba(TiffStream& stream, RowConverter& converter, QImage raster) {
     TIFF* tiff = stream.handle();
     char cause[1024] = {};
     TIFFRGBAImage decoder{};
-    if (TIFFRGBAImageOK(tiff, cause) == 0 || TIFFRGBAImageBegin(&decoder, tiff, 1, cause) == 0)
+    if (TIFFRGBAImageOK(tiff, cause) == 0)
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("a TIFF picture of a kind that is not read here (%1)")
+                         .arg(QString::fromUtf8(cause))};
+    if (TIFFRGBAImageBegin(&decoder, tiff, 1, cause) == 0)
         return PictureReader::damaged(QStringLiteral("TIFF"), QString::fromUtf8(cause));
     // Rows as the file has them: it is turned upright afterwards, like any other picture.
     decoder.req_orientation = decoder.orientation;
     const bool isWhole = TIFFRGBAImageGet(&decoder, reinterpret_cast<std::uint32_t*>(raster.bits()),
                                           decoder.width, decoder.height) != 0;
     TIFFRGBAImageEnd(&decoder);
-    if (!isWhole)
+    if (!isWhole || !stream.error().isEmpty())
         return failure(stream);
     for (int y = 0; y < raster.height(); ++y) {
         std::uint8_t* row = raster.scanLine(y);
@@ -129,11 +210,15 @@ Result<DecodedPicture> readTiff(const QByteArray& bytes) {
         return raster.error();
     bool profileWasRefused = false;
     const ColorProfile profile = profileOf(tiff, profileWasRefused);
-    const std::optional<SampleLayout> plain = plainLayout(tiff);
+    const std::optional<PlainKind> plain = plainKind(tiff);
     const SampleLayout asRgba{SampleLayout::Colors::RGB, SampleLayout::Alpha::Premultiplied, 8, false};
-    RowConverter converter(plain.value_or(asRgba), profile);
-    Result<QImage> picture = plain ? readPlain(stream, converter, *plain, std::move(*raster))
-                                   : readAsRgba(stream, converter, std::move(*raster));
+    RowConverter converter(plain ? plain->layout : asRgba, profile);
+    stream.beginPixels();
+    Result<QImage> picture = std::move(*raster);
+    if (!plain)
+        picture = readAsRgba(stream, converter, std::move(*picture));
+    else if (!BlockReader(tiff, *plain, *picture).read(converter) || !stream.error().isEmpty())
+        picture = failure(stream);
     if (!picture)
         return picture.error();
     const auto orientation = field<std::uint16_t>(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);

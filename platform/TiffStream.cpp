@@ -87,6 +87,13 @@ toff_t TiffStream::size(thandle_t handle) {
     return static_cast<toff_t>(self(handle).m_bytes.size());
 }
 
+int TiffStream::onWarning(TIFF* tiff, void* handle, const char* module, const char* format,
+                          va_list arguments) {
+    if (static_cast<TiffStream*>(handle)->m_warningsCount)
+        onError(tiff, handle, module, format, arguments);
+    return 1;
+}
+
 int TiffStream::onError(TIFF* /*tiff*/, void* handle, const char* /*module*/, const char* format,
                         va_list arguments) {
     auto& stream = *static_cast<TiffStream*>(handle);

@@ -23,6 +23,9 @@ class TiffStream {
     /// The first thing that libtiff complained of.
     const QByteArray& error() const { return m_error; }
 
+    /// From here on warnings count as errors: what a decoder says of pixels that it makes up for is one.
+    void beginPixels() { m_warningsCount = true; }
+
     /// Ends a file that is written and hands over its bytes.
     QByteArray close();
 
@@ -33,10 +36,12 @@ class TiffStream {
     static tmsize_t write(thandle_t handle, void* in, tmsize_t length);
     static toff_t seek(thandle_t handle, toff_t offset, int whence);
     static toff_t size(thandle_t handle);
+    static int onWarning(TIFF* tiff, void* handle, const char* module, const char* format, va_list arguments);
     static int onError(TIFF* tiff, void* handle, const char* module, const char* format, va_list arguments);
 
     QByteArray m_bytes;
     qsizetype m_position = 0;
     QByteArray m_error;
+    bool m_warningsCount = false;
     TIFF* m_tiff = nullptr;
 };

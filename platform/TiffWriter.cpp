@@ -3,10 +3,11 @@
 #include "platform/TiffStream.h"
 
 #include <cstdint>
+#include <new>
 
-QByteArray encodeTiff(const QImage& raster) {
-    if (raster.isNull())
-        return {};
+namespace {
+
+QByteArray file(const QImage& raster) {
     constexpr qsizetype directoryBytes = 1024;
     TiffStream stream(raster.sizeInBytes() + directoryBytes);
     TIFF* tiff = stream.handle();
@@ -28,6 +29,18 @@ QByteArray encodeTiff(const QImage& raster) {
     void* samples = const_cast<uchar*>(raster.constBits()); // NOLINT(cppcoreguidelines-pro-type-const-cast)
     if (TIFFWriteRawStrip(tiff, 0, samples, raster.sizeInBytes()) != raster.sizeInBytes())
         return {};
-    QByteArray file = stream.close();
-    return stream.error().isEmpty() ? file : QByteArray();
+    QByteArray tiffFile = stream.close();
+    return stream.error().isEmpty() ? tiffFile : QByteArray();
+}
+
+} // namespace
+
+QByteArray encodeTiff(const QImage& raster) {
+    if (raster.isNull())
+        return {};
+    try {
+        return file(raster);
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
 }

@@ -43,13 +43,18 @@ std::vector<std::uint8_t> channel(const std::vector<std::uint8_t>& pixels, std::
 
 } // namespace
 
-bool IcnsWriter::addImage(const QImage& raster) {
+IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
+    if (raster.isNull())
+        return Added::Failed;
     const auto* row = std::ranges::find(rows, raster.width(), &Row::pixelSize);
     if (row == std::end(rows) || raster.height() != raster.width())
-        return false;
+        return Added::NoElement;
     if (row->mask == none) {
-        append(m_elements, row->code, encodePng(raster));
-        return true;
+        const QByteArray png = encodePng(raster);
+        if (png.isEmpty())
+            return Added::Failed;
+        append(m_elements, row->code, png);
+        return Added::Yes;
     }
     const auto count = static_cast<std::size_t>(raster.width()) * static_cast<std::size_t>(raster.height());
     std::vector<std::uint8_t> pixels(4 * count);
@@ -62,7 +67,7 @@ bool IcnsWriter::addImage(const QImage& raster) {
     append(m_elements, row->code, colors);
     append(m_elements, row->mask,
            QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size())));
-    return true;
+    return Added::Yes;
 }
 
 QByteArray IcnsWriter::data() const {

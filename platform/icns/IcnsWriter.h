@@ -7,9 +7,14 @@
 /// application bundle: PNG from 1024 down to 64 pixels, packed colours with a mask at 32 and 16.
 class IcnsWriter {
   public:
-    /// Appends the element or elements of `raster` (RGBA8888_Premultiplied). False where no element is made
-    /// for its size.
-    bool addImage(const QImage& raster);
+    enum class Added {
+        Yes,
+        NoElement, ///< none is made for that size
+        Failed,    ///< the picture has no pixels, or memory is short
+    };
+
+    /// Appends the element or elements of `raster` (RGBA8888_Premultiplied).
+    Added addImage(const QImage& raster);
 
     bool isEmpty() const { return m_elements.isEmpty(); }
 

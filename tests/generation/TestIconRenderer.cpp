@@ -359,3 +359,16 @@ TEST(IconRenderer, a_border_on_a_fractional_edge_ends_with_the_picture) {
     EXPECT_EQ(pixel(result, 27, 14), (Pixel{128, 128, 128, 192}));
     EXPECT_TRUE(Pictures::same(rounded(Pictures::flat(8, 8, Qt::black), 27.5, 27.5), result));
 }
+
+TEST(IconRenderer, a_picture_that_cannot_be_drawn_leaves_no_empty_icon) {
+    // Wider than the drawing library's surfaces may be.
+    const Result<LoadedPicture> picture = ImageSource::load(
+        "<svg xmlns='http://www.w3.org/2000/svg' width='2' height='2'><rect width='2' height='2'/></svg>");
+    ASSERT_TRUE(picture);
+    const FakeInput input;
+    const FakeScreen screen;
+    EXPECT_TRUE(
+        IconRenderer(input, screen).drawImage(picture->image, QSizeF(40000, 10)).largestRaster().isNull());
+    EXPECT_FALSE(
+        IconRenderer(input, screen).drawImage(picture->image, QSizeF(400, 10)).largestRaster().isNull());
+}

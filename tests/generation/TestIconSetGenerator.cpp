@@ -409,6 +409,37 @@ TEST(IconSetGenerator, a_generation_starts_no_thread) {
     EXPECT_EQ(threadCount(), before);
 }
 
+TEST(IconSetGenerator, the_generation_of_a_drawing_with_filters_starts_no_thread) {
+    const QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' width='200' height='200'>"
+                           "<filter id='b'><feGaussianBlur stdDeviation='7'/></filter>"
+                           "<rect x='20' y='20' width='150' height='150' filter='url(#b)'/></svg>";
+    GeneratorFixture fixture;
+    const Result<LoadedPicture> picture = ImageSource::load(svg);
+    ASSERT_TRUE(picture);
+    fixture.input.picture = picture->image;
+    const qsizetype before = threadCount();
+    fixture.generate(4);
+    EXPECT_TRUE(fixture.observer.failures.isEmpty());
+    EXPECT_EQ(threadCount(), before);
+}
+
+TEST(IconSetGenerator, the_container_is_not_written_without_one_of_its_pictures) {
+    GeneratorFixture fixture;
+    fixture.useCatalogue(onlyIphone(QString()));
+    ASSERT_TRUE(Folder::create(fixture.path(text("mac"))));
+    fixture.screen.factor = 40; // renders of 40960 pixels are beyond every limit
+    fixture.generate(4);
+    EXPECT_TRUE(fixture.files().isEmpty());
+    EXPECT_EQ(fixture.observer.failures.size(), 1);
+}
+
+TEST(IconSetGenerator, the_size_told_of_the_container_is_that_of_its_largest_picture) {
+    GeneratorFixture fixture;
+    fixture.screen.factor = 2;
+    fixture.generate(4);
+    EXPECT_EQ(fixture.observer.files.back().pixelSize, QSize(1024, 1024));
+}
+
 TEST(IconSetGenerator, the_thread_count_sees_a_conversion_that_starts_threads) {
     const qsizetype before = threadCount();
     const QImage large(2048, 2048, QImage::Format_ARGB32);

@@ -1,5 +1,6 @@
 #include "platform/AtomicFile.h"
 #include "platform/Folder.h"
+#include "platform/RegularFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -7,6 +8,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -87,6 +89,22 @@ TEST(AtomicFile, the_longest_name_leaves_room_for_the_temporary) {
     EXPECT_EQ(contents(path), "x");
 }
 
+TEST(AtomicFile, a_file_in_a_folder_whose_name_is_not_UTF8_is_replaced) {
+    const QTemporaryDir folder;
+    const QByteArray odd = QFile::encodeName(folder.path()) + "/caf\xe9";
+    ASSERT_EQ(mkdir(odd.constData(), 0700), 0);
+    const QString before = QDir::currentPath();
+    ASSERT_EQ(chdir(odd.constData()), 0);
+    const bool isWritten = AtomicFile::write(QStringLiteral("a.png"), "one") &&
+                           AtomicFile::write(QStringLiteral("a.png"), "two");
+    const QByteArray found = contents(QStringLiteral("a.png"));
+    ASSERT_EQ(chdir(QFile::encodeName(before).constData()), 0);
+    EXPECT_TRUE(isWritten);
+    EXPECT_EQ(found, "two");
+    unlink((odd + "/a.png").constData());
+    rmdir(odd.constData());
+}
+
 TEST(AtomicFile, a_NUL_or_nothing_is_no_path) {
     const QTemporaryDir folder;
     const Result<Done> written =
@@ -132,4 +150,39 @@ TEST(Folder, a_file_in_the_way_is_an_error) {
         EXPECT_TRUE(created.error().sentence.contains(QStringLiteral("Not a directory")))
             << created.error().sentence.toStdString();
     }
+}
+
+TEST(RegularFile, only_regular_files_are_read) {
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("file")).toStdString();
+    ASSERT_TRUE(AtomicFile::write(QString::fromStdString(path), "bytes"));
+    const Result<QByteArray> bytes = RegularFile::read(path, 5);
+    ASSERT_TRUE(bytes);
+    EXPECT_EQ(*bytes, "bytes");
+    ASSERT_EQ(mkfifo((path + "fifo").c_str(), 0600), 0);
+    EXPECT_EQ(RegularFile::read(path + "fifo", 5).error().code, ErrorCode::NotReadable);
+    EXPECT_EQ(RegularFile::read("/dev/zero", 5).error().code, ErrorCode::NotReadable);
+    EXPECT_EQ(RegularFile::read(folder.path().toStdString(), 5).error().code, ErrorCode::NotReadable);
+    EXPECT_EQ(RegularFile::read(path + "none", 5).error().code, ErrorCode::NotFound);
+}
+
+TEST(RegularFile, more_bytes_than_allowed_are_not_read) {
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("sparse")).toStdString();
+    ASSERT_TRUE(AtomicFile::write(QString::fromStdString(path), "start"));
+    ASSERT_EQ(truncate(path.c_str(), off_t{1} << 40), 0);
+    EXPECT_EQ(RegularFile::read(path, 1 << 20).error().code, ErrorCode::TooLarge);
+}
+
+TEST(RegularFile, its_start_may_be_refused_before_the_rest_is_read) {
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("sparse")).toStdString();
+    ASSERT_TRUE(AtomicFile::write(QString::fromStdString(path), "start"));
+    ASSERT_EQ(truncate(path.c_str(), off_t{1} << 40), 0);
+    const auto refuse = [](const QByteArray& start) -> std::optional<Error> {
+        EXPECT_EQ(start.size(), 64 << 10);
+        EXPECT_TRUE(start.startsWith("start"));
+        return Error{ErrorCode::UnknownFormat, QStringLiteral("no")};
+    };
+    EXPECT_EQ(RegularFile::read(path, 1 << 20, refuse).error().code, ErrorCode::UnknownFormat);
 }

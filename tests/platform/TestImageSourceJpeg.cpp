@@ -235,3 +235,14 @@ TEST(ImageSourceJpeg, a_header_without_pixels_is_refused) {
     ASSERT_FALSE(picture);
     EXPECT_EQ(picture.error().code, ErrorCode::Damaged);
 }
+
+TEST(ImageSourceJpeg, the_largest_size_that_a_header_can_say_is_refused_for_its_size) {
+    const QByteArray header("\xff\xd8\xff\xc0\x00\x0b\x08\xff\xff\xff\xff\x01\x01\x11\x00"
+                            "\xff\xda\x00\x08\x01\x01\x00\x00\x3f\x00\x00\xff\xd9",
+                            28);
+    const Result<DecodedPicture> picture = ImageSource::decode(header);
+    ASSERT_FALSE(picture);
+    EXPECT_EQ(picture.error().code, ErrorCode::TooLarge) << picture.error().sentence.toStdString();
+    EXPECT_TRUE(picture.error().sentence.contains(QStringLiteral("65535")))
+        << picture.error().sentence.toStdString();
+}

@@ -320,6 +320,14 @@ TEST(ImageSourcePng, a_large_picture_has_reduced_copies_that_halve_its_sides) {
     QList<QSize> sizes;
     for (const auto& representation : image.representations())
         sizes << representation->pixelSize();
-    EXPECT_EQ(sizes, (QList<QSize>{{301, 200}, {151, 100}, {76, 50}}));
+    EXPECT_EQ(sizes, (QList<QSize>{{301, 200}, {151, 100}, {76, 50}, {38, 50}}));
     EXPECT_EQ(image.size(), QSizeF(301, 200));
+}
+
+TEST(ImageSourcePng, a_long_thin_picture_is_halved_along_its_length) {
+    const Image image = Pictures::loadedImage(Pictures::noise(5000, 1, 1));
+    EXPECT_EQ(image.representations().back()->pixelSize(), QSize(40, 1));
+    // What is drawn from: twice the width that is asked for, and the height that there is.
+    EXPECT_EQ(image.bestRepresentation(QSizeF(16, 16))->pixelSize(), QSize(40, 1));
+    EXPECT_EQ(image.bestRepresentation(QSizeF(100, 100))->pixelSize(), QSize(313, 1));
 }

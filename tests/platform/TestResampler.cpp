@@ -189,11 +189,6 @@ TEST(Resampler, weights_sum_to_one_and_mirror_each_other) {
     }
 }
 
-TEST(Resampler, halving_rounds_odd_sides_up) {
-    EXPECT_EQ(halved(Pictures::noise(7, 4, 1)).size(), QSize(4, 2));
-    EXPECT_EQ(halved(Pictures::noise(1, 1, 1)).size(), QSize(1, 1));
-}
-
 TEST(Resampler, a_zone_plate_reduced_eight_times_hardly_aliases) {
     const QImage plate = zonePlate(1024);
     const QImage singlePass = resampled(plate, 128, 128);
@@ -282,5 +277,17 @@ TEST(Resampler, agrees_with_another_programs_Lanczos_filter) {
         // once and applied in steps.
         EXPECT_LE(Pictures::largestDifference(resampled(source, side, side), theirs), 1) << side;
         EXPECT_LE(Pictures::largestDifference(rendered(source, side, side), theirs), 4) << side;
+    }
+}
+
+TEST(Resampler, a_pixel_that_the_picture_hardly_reaches_takes_the_nearest_sample) {
+    for (const auto& [source, length] :
+         {std::pair{31, 16.04}, {16, 10.03}, {40, 20.01}, {33, 20.05}, {64, 29.01}}) {
+        const int target = static_cast<int>(std::ceil(length));
+        const AxisMapping axis{source, 0, length, target};
+        const QImage result =
+            resampledLanczos3(Pictures::flat(source, source, QColor(9, 80, 200)), axis, axis);
+        EXPECT_TRUE(Pictures::same(result, Pictures::flat(target, target, QColor(9, 80, 200))))
+            << source << " " << length;
     }
 }

@@ -1,0 +1,88 @@
+#include "platform/RegularFile.h"
+
+#include "platform/AtomicFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+
+namespace {
+
+Error failure(int error) {
+    return {error == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable,
+            AtomicFile::systemSentence(error)};
+}
+
+/// A file descriptor that is closed at the end.
+class Descriptor {
+  public:
+    explicit Descriptor(int number) : m_number(number) {}
+    ~Descriptor() {
+        if (m_number >= 0)
+            close(m_number);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int number() const { return m_number; }
+
+  private:
+    int m_number;
+};
+
+/// Reads on until `buffer` has `length` bytes or the file ends. The errno of a failure, 0 without one.
+int readUpTo(int descriptor, QByteArray& buffer, qsizetype length) {
+    qsizetype at = buffer.size();
+    buffer.resize(length);
+    int error = 0;
+    while (at < length) {
+        const ssize_t n = read(descriptor, buffer.data() + at, static_cast<std::size_t>(length - at));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            error = errno;
+        if (n <= 0)
+            break;
+        at += n;
+    }
+    buffer.truncate(at);
+    return error;
+}
+
+} // namespace
+
+Result<QByteArray>
+RegularFile::read(const std::string& path, qint64 maximumBytes,
+                  const std::function<std::optional<Error>(const QByteArray& start)>& refuses) {
+    // Without waiting for a writer, should it be a FIFO.
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    if (file.number() < 0)
+        return failure(errno);
+    struct stat status = {};
+    if (fstat(file.number(), &status) != 0)
+        return failure(errno);
+    if (S_ISDIR(status.st_mode))
+        return failure(EISDIR);
+    if (!S_ISREG(status.st_mode))
+        return Error{ErrorCode::NotReadable, QStringLiteral("Not a regular file")};
+    QByteArray bytes;
+    constexpr qsizetype start = 64 << 10;
+    if (const int error = readUpTo(file.number(), bytes, std::min<qsizetype>(start, status.st_size));
+        error != 0)
+        return failure(error);
+    if (refuses) {
+        if (const std::optional<Error> refused = refuses(bytes))
+            return *refused;
+    }
+    if (status.st_size > maximumBytes)
+        return Error{ErrorCode::TooLarge,
+                     QStringLiteral("the file is larger than %1 MiB").arg(maximumBytes >> 20)};
+    // A file that shrinks meanwhile simply ends earlier.
+    if (const int error = readUpTo(file.number(), bytes, status.st_size); error != 0)
+        return failure(error);
+    return bytes;
+}
