@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 
 namespace {
@@ -108,63 +109,103 @@ Taps quantised(int start, std::vector<double> values, bool isMiddle, bool separa
     return taps;
 }
 
-Taps tapsFor(const AxisMapping& mapping, int target, bool isMiddle) {
-    const double ratio = mapping.ratio();
-    const double stretch = std::max(ratio, 1.0);
-    const double centre = (target + 0.5 - mapping.origin) * ratio;
-    const double reach = lobes * stretch;
-    // The samples whose middles lie inside the filter.
-    int first = std::max(0, static_cast<int>(std::floor(centre - reach + 0.5)));
-    int last = std::min(mapping.sourceLength - 1, static_cast<int>(std::ceil(centre + reach - 1.5)));
-    if (isMiddle) {
-        // The middle of the source is the middle of the window.
-        const int margin = std::min(first, mapping.sourceLength - 1 - last);
-        first = margin;
-        last = mapping.sourceLength - 1 - margin;
+/// Makes the taps of one target pixel after another.
+class TapMaker {
+  public:
+    explicit TapMaker(const AxisMapping& mapping)
+        : m_mapping(mapping), m_ratio(mapping.ratio()), m_stretch(std::max(m_ratio, 1.0)) {}
+
+    /// The most taps that a pixel may have.
+    int bound() const { return static_cast<int>(std::ceil(2 * lobes * m_stretch)) + 1; }
+
+    Taps taps(int target, bool isMiddle) {
+        const double centre = (target + 0.5 - m_mapping.origin) * m_ratio;
+        const double reach = lobes * m_stretch;
+        const int end = m_mapping.sourceLength - 1;
+        // The samples whose middles lie inside the filter.
+        int first = std::max(0, static_cast<int>(std::floor(centre - reach + 0.5)));
+        int last = std::min(end, static_cast<int>(std::ceil(centre + reach - 1.5)));
+        if (isMiddle) {
+            // The middle of the source is the middle of the window.
+            first = std::min(first, end - last);
+            last = end - first;
+        }
+        // Where the ratio is a whole number, pixels away from the edges have the same taps as the one before.
+        const double phase = centre - first;
+        const bool isWhole = first > 0 && last < end;
+        if (isWhole && phase == m_lastPhase && !isMiddle)
+            return {first + m_lastLead, m_last.weights};
+
+        std::vector<double> values;
+        double sum = 0;
+        for (int i = first; i <= last; ++i) {
+            values.push_back(lanczos3((i + 0.5 - centre) / m_stretch));
+            sum += values.back();
+        }
+        // A pixel whose middle lies outside the stretched source, with little of it in reach, takes the
+        // nearest sample. All taps in reach would sum to about the stretch.
+        if (values.empty() || sum < 0.5 * m_stretch) {
+            const auto nearest = static_cast<int>(std::floor(centre));
+            return {std::clamp(nearest, 0, end), {ResamplerWeights::one}};
+        }
+        Taps taps = quantised(first, std::move(values), isMiddle, m_stretch >= 2);
+        if (isWhole && !isMiddle) {
+            m_lastPhase = phase;
+            m_lastLead = taps.start - first;
+            m_last = taps;
+        }
+        return taps;
     }
-    std::vector<double> values;
-    double sum = 0;
-    for (int i = first; i <= last; ++i) {
-        values.push_back(lanczos3((i + 0.5 - centre) / stretch));
-        sum += values.back();
-    }
-    // A pixel whose middle lies outside the stretched source, with little of it in reach, takes the nearest
-    // sample. All taps in reach would sum to about the stretch.
-    if (values.empty() || sum < 0.5 * stretch) {
-        const auto nearest = static_cast<int>(std::floor(centre));
-        return {std::clamp(nearest, 0, mapping.sourceLength - 1), {ResamplerWeights::one}};
-    }
-    return quantised(first, std::move(values), isMiddle, stretch >= 2);
-}
+
+  private:
+    const AxisMapping& m_mapping;
+    double m_ratio;
+    double m_stretch;
+    double m_lastPhase = -1;
+    int m_lastLead = 0;
+    Taps m_last;
+};
 
 } // namespace
 
 ResamplerWeights::ResamplerWeights(const AxisMapping& mapping, bool alignedStarts) {
-    const int count = mapping.targetLength;
-    const bool symmetric = mapping.origin == 0 && mapping.length == count;
-    std::vector<Taps> all(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i) {
-        Taps& taps = all[static_cast<std::size_t>(i)];
-        if (symmetric && 2 * i >= count) {
-            const Taps& mirror = all[static_cast<std::size_t>(count - 1 - i)];
-            taps.weights.assign(mirror.weights.rbegin(), mirror.weights.rend());
-            taps.start = mapping.sourceLength - mirror.start - static_cast<int>(mirror.weights.size());
-        } else {
-            taps = tapsFor(mapping, i, symmetric && 2 * i + 1 == count);
+    const auto count = static_cast<std::size_t>(mapping.targetLength);
+    const bool symmetric = mapping.origin == 0 && mapping.length == mapping.targetLength;
+    TapMaker maker(mapping);
+    // With room for a lead and for rounding up to pairs.
+    const auto wideRow = static_cast<std::size_t>(maker.bound() + 2);
+    m_starts.resize(count);
+    m_weights.resize(count * wideRow);
+    std::vector<int> lengths(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        std::int16_t* row = m_weights.data() + i * wideRow;
+        const std::size_t mirror = count - 1 - i;
+        if (symmetric && i > mirror) {
+            const std::int16_t* other = m_weights.data() + mirror * wideRow;
+            std::reverse_copy(other, other + lengths[mirror], row);
+            lengths[i] = lengths[mirror];
+            m_starts[i] = mapping.sourceLength - m_starts[mirror] - lengths[mirror];
+            continue;
         }
-    }
-    for (const Taps& taps : all) {
-        const int lead = alignedStarts ? taps.start % 2 : 0;
-        m_pairs = std::max(m_pairs, (lead + static_cast<int>(taps.weights.size()) + 1) / 2);
-    }
-    m_starts.reserve(all.size());
-    m_weights.assign(all.size() * static_cast<std::size_t>(2 * m_pairs), 0);
-    auto* out = m_weights.data();
-    for (const Taps& taps : all) {
-        const int lead = alignedStarts ? taps.start % 2 : 0;
-        m_starts.push_back(taps.start - lead);
-        std::ranges::transform(taps.weights, out + lead,
+        const Taps taps = maker.taps(static_cast<int>(i), symmetric && i == mirror);
+        std::ranges::transform(taps.weights, row,
                                [](int weight) { return static_cast<std::int16_t>(weight); });
-        out += 2 * m_pairs;
+        lengths[i] = static_cast<int>(taps.weights.size());
+        m_starts[i] = taps.start;
     }
+    // Moved together to what the longest row needs, each behind the zero that an even start may take.
+    const auto lead = [&](std::size_t i) { return alignedStarts ? m_starts[i] % 2 : 0; };
+    for (std::size_t i = 0; i < count; ++i)
+        m_pairs = std::max(m_pairs, (lead(i) + lengths[i] + 1) / 2);
+    const auto row = static_cast<std::size_t>(2 * m_pairs);
+    for (std::size_t i = 0; i < count; ++i) {
+        std::int16_t* to = m_weights.data() + i * row;
+        const auto length = static_cast<std::size_t>(lengths[i]);
+        std::memmove(to + lead(i), m_weights.data() + i * wideRow, length * sizeof *to);
+        std::fill(to, to + lead(i), std::int16_t{0});
+        std::fill(to + lead(i) + length, to + row, std::int16_t{0});
+    }
+    m_weights.resize(count * row);
+    for (std::size_t i = 0; i < count; ++i)
+        m_starts[i] -= lead(i);
 }

@@ -32,8 +32,7 @@ void TiffStream::open(const char* mode) {
     TIFFOpenOptions* options = TIFFOpenOptionsAlloc();
     TIFFOpenOptionsSetMaxSingleMemAlloc(options, maximumAllocation);
     TIFFOpenOptionsSetErrorHandlerExtR(options, onError, this);
-    TIFFOpenOptionsSetWarningHandlerExtR(
-        options, [](TIFF*, void*, const char*, const char*, va_list) { return 1; }, this);
+    TIFFOpenOptionsSetWarningHandlerExtR(options, onWarning, this);
     m_tiff = TIFFClientOpenExt(
         "memory", mode, this, read, write, seek, [](thandle_t) { return 0; }, size, nullptr, nullptr,
         options);
