@@ -108,10 +108,12 @@ void GraphicsContext::applyClip(QImage& layer, int left, int top) const {
         const CoverageMask::Row& row = m_clip->row(top + y);
         const int fullBegin = std::clamp(row.fullBegin - left, 0, layer.width());
         const int fullEnd = std::clamp(row.fullEnd - left, fullBegin, layer.width());
-        for (int x = 0; x < fullBegin; ++x)
-            scalePixel(pixels + 4 * static_cast<std::ptrdiff_t>(x), m_clip->at(row, left + x));
-        for (int x = fullEnd; x < layer.width(); ++x)
-            scalePixel(pixels + 4 * static_cast<std::ptrdiff_t>(x), m_clip->at(row, left + x));
+        const auto scaleSpan = [&](int begin, int end) {
+            for (int x = begin; x < end; ++x)
+                scalePixel(pixels + 4 * static_cast<std::ptrdiff_t>(x), m_clip->at(row, left + x));
+        };
+        scaleSpan(0, fullBegin);
+        scaleSpan(fullEnd, layer.width());
     }
 }
 
@@ -152,8 +154,7 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
         m_raster = QImage(); // half a picture is none
         return;
     }
-    // What lies inside the clip lies inside the rectangle too where that contains it: the clip's edge is the
-    // edge.
+    // Where the rectangle contains the clip, the clip's edge is the edge of both.
     const bool clipDecides = m_clip && rect.contains(m_clipBounds);
     if (!clipDecides && !device.isWhole())
         applyEdges(layer, device);

@@ -3,6 +3,7 @@
 #include "platform/Color.h"
 #include "platform/Image.h"
 #include "platform/Path.h"
+#include "platform/PictureReader.h"
 
 #include <QImage>
 #include <QRectF>
@@ -16,8 +17,8 @@
 /// in part.
 class GraphicsContext {
   public:
-    /// The most pixels that a raster may have.
-    static constexpr qint64 maximumPixels = 16384LL * 16384LL;
+    /// The most pixels that a raster may have: as many as a picture.
+    static constexpr qint64 maximumPixels = PictureReader::maximumPixels;
 
     /// The pixels that a side of `points` needs: up to the next whole one, but for rounding noise below 10⁻⁶.
     static double pixelEdge(double points, int scale);

@@ -1,6 +1,6 @@
 #include "platform/JpegReader.h"
 
-#include "platform/RowConverter.h"
+#include "platform/PictureBuilder.h"
 
 #include <array>
 #include <csetjmp>
@@ -38,14 +38,9 @@ class JpegDecoder {
             return PictureReader::damaged(QStringLiteral("JPEG"), QString::fromLatin1(m_message.data()));
         }
         readHeader();
-        if (!m_refused)
+        if (!m_picture.error())
             readPixels();
-        if (m_refused)
-            return *m_refused;
-        DecodedPicture picture{PictureReader::upright(std::move(m_raster), m_orientation), {}};
-        if (m_profileWasRefused)
-            picture.warnings << PictureReader::profileWarning();
-        return picture;
+        return m_picture.finish();
     }
 
   private:
@@ -69,7 +64,7 @@ class JpegDecoder {
         case JWRN_TOO_MUCH_DATA:
             return;
         case JWRN_BOGUS_ICC:
-            self(jpeg)->m_profileWasRefused = true;
+            self(jpeg)->m_hasOddProfile = true;
             return;
         default:
             onError(jpeg);
@@ -83,7 +78,9 @@ class JpegDecoder {
         jpeg_save_markers(&m_jpeg, JPEG_APP0 + 1, 0xffff);
         jpeg_save_markers(&m_jpeg, JPEG_APP0 + 2, 0xffff);
         jpeg_read_header(&m_jpeg, TRUE);
-        m_refused = PictureReader::refusedSize(m_jpeg.image_width, m_jpeg.image_height);
+        if (const std::optional<Error> refused =
+                PictureReader::refusedSize(m_jpeg.image_width, m_jpeg.image_height))
+            m_picture.fail(*refused);
     }
 
     void readPixels() {
@@ -91,8 +88,8 @@ class JpegDecoder {
         SampleLayout layout;
         switch (m_jpeg.jpeg_color_space) {
         case JCS_GRAYSCALE:
-            m_jpeg.out_color_space = m_profile ? JCS_GRAYSCALE : JCS_EXT_RGBA;
-            layout = m_profile
+            m_jpeg.out_color_space = m_picture.profile() ? JCS_GRAYSCALE : JCS_EXT_RGBA;
+            layout = m_picture.profile()
                          ? SampleLayout{SampleLayout::Colors::Grey, SampleLayout::Alpha::None, 8, false}
                          : SampleLayout{SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false};
             break;
@@ -108,19 +105,17 @@ class JpegDecoder {
             layout = {SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false};
             break;
         }
-        makeConverter(layout);
-        if (!makeRaster())
+        if (!m_picture.begin(m_jpeg.image_width, m_jpeg.image_height, layout))
             return;
         jpeg_start_decompress(&m_jpeg);
-        const int width = static_cast<int>(m_jpeg.output_width);
-        const bool inPlace = layout.bytesPerPixel() == 4;
-        m_row.resize(
-            inPlace ? 0 : static_cast<std::size_t>(width) * static_cast<std::size_t>(layout.bytesPerPixel()));
+        m_row.resize(m_picture.rowInPlace(0) != nullptr
+                         ? 0
+                         : m_jpeg.output_width * static_cast<std::size_t>(layout.bytesPerPixel()));
         while (m_jpeg.output_scanline < m_jpeg.output_height) {
-            uchar* out = m_pixels + m_jpeg.output_scanline * m_stride;
-            JSAMPROW in = inPlace ? out : m_row.data();
-            jpeg_read_scanlines(&m_jpeg, &in, 1);
-            m_converter->convert(in, out, width);
+            const JDIMENSION y = m_jpeg.output_scanline;
+            JSAMPROW row = m_row.empty() ? m_picture.rowInPlace(y) : m_row.data();
+            jpeg_read_scanlines(&m_jpeg, &row, 1);
+            m_picture.addRow(y, row);
         }
         jpeg_finish_decompress(&m_jpeg);
     }
@@ -134,35 +129,20 @@ class JpegDecoder {
         unsigned int length = 0;
         if (jpeg_read_icc_profile(&m_jpeg, &icc, &length) != FALSE)
             readProfile(icc, length);
+        else if (m_hasOddProfile)
+            m_picture.setProfile({}, true);
     }
 
     void readExif(const JOCTET* data, unsigned int length) {
         const QByteArray exif = QByteArray::fromRawData(reinterpret_cast<const char*>(data), length);
         if (exif.startsWith("Exif"))
-            m_orientation = PictureReader::exifOrientation(exif);
+            m_picture.setOrientation(PictureReader::exifOrientation(exif));
     }
 
     void readProfile(JOCTET* icc, unsigned int length) {
-        m_profile = ColorProfile::fromIcc(QByteArray(reinterpret_cast<const char*>(icc), length));
+        m_picture.setProfile(ColorProfile::fromIcc(QByteArray(reinterpret_cast<const char*>(icc), length)),
+                             true);
         std::free(icc); // NOLINT(cppcoreguidelines-no-malloc): libjpeg's contract
-        m_profileWasRefused = !m_profile;
-    }
-
-    void makeConverter(const SampleLayout& layout) {
-        m_converter.emplace(layout, m_profile);
-        m_profileWasRefused = m_profileWasRefused || m_converter->profileWasRefused();
-    }
-
-    bool makeRaster() {
-        Result<QImage> raster = PictureReader::newRaster(m_jpeg.image_width, m_jpeg.image_height);
-        if (!raster) {
-            m_refused = raster.error();
-            return false;
-        }
-        m_raster = std::move(*raster);
-        m_pixels = m_raster.bits();
-        m_stride = static_cast<std::size_t>(m_raster.bytesPerLine());
-        return true;
     }
 
     const QByteArray& m_bytes;
@@ -170,14 +150,8 @@ class JpegDecoder {
     jpeg_error_mgr m_errors{};
     std::jmp_buf m_jump{};
     std::array<char, JMSG_LENGTH_MAX> m_message{};
-    std::optional<Error> m_refused;
-    ColorProfile m_profile;
-    bool m_profileWasRefused = false;
-    int m_orientation = 1;
-    std::optional<RowConverter> m_converter;
-    QImage m_raster;
-    uchar* m_pixels = nullptr;
-    std::size_t m_stride = 0;
+    bool m_hasOddProfile = false;
+    PictureBuilder m_picture;
     std::vector<uchar> m_row;
 };
 

@@ -1,6 +1,6 @@
 #include "platform/PngReader.h"
 
-#include "platform/RowConverter.h"
+#include "platform/PictureBuilder.h"
 
 #include <QSysInfo>
 
@@ -9,7 +9,6 @@
 #include <cmath>
 #include <csetjmp>
 #include <cstring>
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -34,14 +33,9 @@ class PngDecoder {
         if (setjmp(png_jmpbuf(m_png)) != 0) // NOLINT(cert-err52-cpp): libpng's only way to report errors
             return PictureReader::damaged(QStringLiteral("PNG"), QString::fromLatin1(m_message.data()));
         readHeader();
-        if (!m_refused)
+        if (!m_picture.error())
             readPixels();
-        if (m_refused)
-            return *m_refused;
-        DecodedPicture picture{PictureReader::upright(std::move(m_raster), m_orientation), {}};
-        if (m_profileWasRefused)
-            picture.warnings << PictureReader::profileWarning();
-        return picture;
+        return m_picture.finish();
     }
 
   private:
@@ -78,7 +72,8 @@ class PngDecoder {
         png_read_info(m_png, m_info);
         m_width = png_get_image_width(m_png, m_info);
         m_height = png_get_image_height(m_png, m_info);
-        m_refused = PictureReader::refusedSize(m_width, m_height);
+        if (const std::optional<Error> refused = PictureReader::refusedSize(m_width, m_height))
+            m_picture.fail(*refused);
     }
 
     void readPixels() {
@@ -86,7 +81,7 @@ class PngDecoder {
         const bool isWide = png_get_bit_depth(m_png, m_info) == 16;
         const bool isGrey = (colorType & PNG_COLOR_MASK_COLOR) == 0;
         readProfile(isGrey);
-        const bool staysGrey = isGrey && hasProfile();
+        const bool staysGrey = isGrey && m_picture.profile();
         png_set_expand(m_png);
         if (isGrey && !staysGrey)
             png_set_gray_to_rgb(m_png);
@@ -96,9 +91,9 @@ class PngDecoder {
         const int passes = png_set_interlace_handling(m_png);
         png_read_update_info(m_png, m_info);
 
-        makeConverter({staysGrey ? SampleLayout::Colors::Grey : SampleLayout::Colors::RGB,
-                       SampleLayout::Alpha::Straight, isWide ? 16 : 8, false});
-        if (!makeRaster())
+        const SampleLayout layout{staysGrey ? SampleLayout::Colors::Grey : SampleLayout::Colors::RGB,
+                                  SampleLayout::Alpha::Straight, isWide ? 16 : 8, false};
+        if (!m_picture.begin(m_width, m_height, layout))
             return;
         const std::size_t rowBytes = png_get_rowbytes(m_png, m_info);
         if (passes == 1)
@@ -109,15 +104,12 @@ class PngDecoder {
         readOrientation();
     }
 
-    /// Row after row, converted in place where the raster's pixels have the size of the file's.
     void readSequential(std::size_t rowBytes) {
-        const bool inPlace = rowBytes == 4 * static_cast<std::size_t>(m_width);
-        m_rows.resize(inPlace ? 0 : rowBytes);
+        m_rows.resize(m_picture.rowInPlace(0) != nullptr ? 0 : rowBytes);
         for (png_uint_32 y = 0; y < m_height; ++y) {
-            uchar* out = m_pixels + static_cast<std::size_t>(y) * m_stride;
-            uchar* in = inPlace ? out : m_rows.data();
-            png_read_row(m_png, in, nullptr);
-            convertRow(in, out);
+            uchar* row = m_rows.empty() ? m_picture.rowInPlace(y) : m_rows.data();
+            png_read_row(m_png, row, nullptr);
+            m_picture.addRow(y, row);
         }
     }
 
@@ -129,30 +121,9 @@ class PngDecoder {
                 png_read_row(m_png, m_rows.data() + rowBytes * y, nullptr);
         }
         for (png_uint_32 y = 0; y < m_height; ++y)
-            convertRow(m_rows.data() + rowBytes * y, m_pixels + static_cast<std::size_t>(y) * m_stride);
+            m_picture.addRow(y, m_rows.data() + rowBytes * y);
         m_rows = {};
     }
-
-    void convertRow(const uchar* in, uchar* out) { m_converter->convert(in, out, static_cast<int>(m_width)); }
-
-    bool makeRaster() {
-        Result<QImage> raster = PictureReader::newRaster(m_width, m_height);
-        if (!raster) {
-            m_refused = raster.error();
-            return false;
-        }
-        m_raster = std::move(*raster);
-        m_pixels = m_raster.bits();
-        m_stride = static_cast<std::size_t>(m_raster.bytesPerLine());
-        return true;
-    }
-
-    void makeConverter(const SampleLayout& layout) {
-        m_converter.emplace(layout, m_profile);
-        m_profileWasRefused = m_profileWasRefused || m_converter->profileWasRefused();
-    }
-
-    bool hasProfile() const { return static_cast<bool>(m_profile); }
 
     /// In the order of precedence that the format gives: iCCP, sRGB, then gAMA and cHRM.
     void readProfile(bool isGrey) {
@@ -162,32 +133,29 @@ class PngDecoder {
         int method = 0;
         int intent = 0;
         if (png_get_iCCP(m_png, m_info, &name, &method, &icc, &iccLength) != 0) {
-            setProfile(ColorProfile::fromIcc(QByteArray(reinterpret_cast<const char*>(icc), iccLength)));
-            if (!hasProfile())
-                m_profileWasRefused = true;
+            m_picture.setProfile(
+                ColorProfile::fromIcc(QByteArray(reinterpret_cast<const char*>(icc), iccLength)), true);
             return;
         }
         if (png_get_sRGB(m_png, m_info, &intent) != 0)
             return;
         if (m_hasOddProfile)
-            m_profileWasRefused = true; // there was one, and libpng left it out
+            m_picture.setProfile({}, true); // there was one, and libpng left it out
         double gamma = 0.45455;
         ColorProfile::Chromaticities c = ColorProfile::srgbChromaticities;
         const bool hasGamma = png_get_gAMA(m_png, m_info, &gamma) != 0;
         const bool hasChromaticities = png_get_cHRM(m_png, m_info, &c[0][0], &c[0][1], &c[1][0], &c[1][1],
                                                     &c[2][0], &c[2][1], &c[3][0], &c[3][1]) != 0;
-        if (hasGamma || hasChromaticities)
-            setProfile(ColorProfile::fromGamma(gamma, c, isGrey));
+        if (!m_hasOddProfile && (hasGamma || hasChromaticities))
+            m_picture.setProfile(ColorProfile::fromGamma(gamma, c, isGrey), false);
     }
-
-    void setProfile(const ColorProfile& profile) { m_profile = profile; }
 
     void readOrientation() {
         png_bytep exif = nullptr;
         png_uint_32 length = 0;
         if (png_get_eXIf_1(m_png, m_info, &length, &exif) != 0)
-            m_orientation = PictureReader::exifOrientation(
-                QByteArray::fromRawData(reinterpret_cast<const char*>(exif), length));
+            m_picture.setOrientation(PictureReader::exifOrientation(
+                QByteArray::fromRawData(reinterpret_cast<const char*>(exif), length)));
     }
 
     const QByteArray& m_bytes;
@@ -197,15 +165,8 @@ class PngDecoder {
     png_uint_32 m_width = 0;
     png_uint_32 m_height = 0;
     std::array<char, 200> m_message{};
-    std::optional<Error> m_refused;
-    ColorProfile m_profile;
     bool m_hasOddProfile = false;
-    bool m_profileWasRefused = false;
-    int m_orientation = 1;
-    std::optional<RowConverter> m_converter;
-    QImage m_raster;
-    uchar* m_pixels = nullptr;
-    std::size_t m_stride = 0;
+    PictureBuilder m_picture;
     std::vector<uchar> m_rows;
 };
 

@@ -10,21 +10,12 @@
 
 #include <functional>
 #include <limits>
+using Fixtures::color;
+using Fixtures::height;
+using Fixtures::paletteColor;
+using Fixtures::width;
 
 namespace {
-
-// What the fixtures show.
-
-constexpr int width = 11;
-constexpr int height = 7;
-
-QColor color(int x, int y) {
-    return {(37 * x + 5 * y + 10) % 256, (11 * x + 53 * y + 100) % 256, (71 * x + 29 * y + 200) % 256};
-}
-
-QColor paletteColor(int i) {
-    return {(47 * i + 20) % 256, (91 * i + 60) % 256, (13 * i + 130) % 256};
-}
 
 std::function<QColor(int, int)> paletteOf(int count) {
     return [count](int x, int y) { return paletteColor((5 * x + 3 * y) % count); };

@@ -9,19 +9,14 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+using Fixtures::height;
+using Fixtures::paletteColor;
+using Fixtures::width;
 
 namespace {
 
-// What the fixtures show.
-
-constexpr int width = 11;
-constexpr int height = 7;
-
 int paletteIndex(int x, int y) {
     return (5 * x + 3 * y) % 16;
-}
-QColor paletteColor(int i) {
-    return {(47 * i + 20) % 256, (91 * i + 60) % 256, (13 * i + 130) % 256};
 }
 QColor color(int x, int y) {
     return paletteColor(paletteIndex(x, y));

@@ -12,42 +12,21 @@
 #include <functional>
 #include <vector>
 
+using Fixtures::alpha;
+using Fixtures::color;
+using Fixtures::ColorAt;
+using Fixtures::expectPicture;
+using Fixtures::grey;
+using Fixtures::greyLevel;
+using Fixtures::height;
+using Fixtures::paletteColor;
+using Fixtures::paletteIndex;
+using Fixtures::translucent;
+using Fixtures::width;
 using Pictures::Pixel;
 using Pictures::pixel;
 
 namespace {
-
-// What the fixtures show.
-
-constexpr int width = 11;
-constexpr int height = 7;
-
-QColor color(int x, int y) {
-    return {(37 * x + 5 * y + 10) % 256, (11 * x + 53 * y + 100) % 256, (71 * x + 29 * y + 200) % 256};
-}
-
-int alpha(int x, int y) {
-    return (40 * x + 9 * y + 15) % 256;
-}
-
-QColor translucent(int x, int y) {
-    QColor c = color(x, y);
-    c.setAlpha(alpha(x, y));
-    return c;
-}
-
-int greyLevel(int x, int y) {
-    return (23 * x + 41 * y + 3) % 256;
-}
-QColor grey(int x, int y) {
-    return {greyLevel(x, y), greyLevel(x, y), greyLevel(x, y)};
-}
-int paletteIndex(int x, int y, int count) {
-    return (5 * x + 3 * y) % count;
-}
-QColor paletteColor(int i) {
-    return {(47 * i + 20) % 256, (91 * i + 60) % 256, (13 * i + 130) % 256};
-}
 
 std::function<QColor(int, int)> greyOf(int count) {
     return [count](int x, int y) {
@@ -64,19 +43,6 @@ std::function<QColor(int, int)> paletteOf(int count) {
 std::function<QColor(int, int)> withoutKey(const std::function<QColor(int, int)>& colors) {
     return
         [colors](int x, int y) { return colors(x, y) == colors(4, 3) ? QColor(0, 0, 0, 0) : colors(x, y); };
-}
-
-using ColorAt = std::function<QColor(int x, int y)>;
-
-/// That the file is read without a warning, as exactly these pixels.
-void expectPicture(const char* name, const ColorAt& expected, int w = width, int h = height) {
-    SCOPED_TRACE(name);
-    const Result<DecodedPicture> picture = ImageSource::decode(fixture(name));
-    ASSERT_TRUE(picture) << picture.error().sentence.toStdString();
-    EXPECT_TRUE(picture->warnings.isEmpty());
-    ASSERT_EQ(picture->raster.size(), QSize(w, h));
-    ASSERT_EQ(picture->raster.format(), QImage::Format_RGBA8888_Premultiplied);
-    EXPECT_EQ(Pictures::largestDifference(picture->raster, Pictures::raster(w, h, expected)), 0);
 }
 
 /// That a file of one row is read as these colours, to within `tolerance`.

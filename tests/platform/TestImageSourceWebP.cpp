@@ -12,19 +12,13 @@
 #include <functional>
 #include <vector>
 
+using Fixtures::color;
+using Fixtures::height;
+using Fixtures::width;
 using Pictures::Pixel;
 using Pictures::pixel;
 
 namespace {
-
-// What the fixtures show.
-
-constexpr int width = 11;
-constexpr int height = 7;
-
-QColor color(int x, int y) {
-    return {(37 * x + 5 * y + 10) % 256, (11 * x + 53 * y + 100) % 256, (71 * x + 29 * y + 200) % 256};
-}
 
 void expectPicture(const char* name, const std::function<QColor(int x, int y)>& expected,
                    const QStringList& warnings = {}) {
