@@ -22,6 +22,9 @@ class IconSetGenerator {
     };
 
     IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings);
+    // Its parts refer to each other.
+    IconSetGenerator(const IconSetGenerator&) = delete;
+    IconSetGenerator& operator=(const IconSetGenerator&) = delete;
 
     /// Writes the whole set for the current platform index from `image`. The catalogue is read anew; one
     /// without five well-formed platforms ends the generation before any file is written.
