@@ -20,12 +20,23 @@ cmsToneCurve* srgbCurve() {
     return cmsBuildParametricToneCurve(nullptr, 4, parameters.data());
 }
 
+/// From the header's own bytes: the library hands it over as an enumeration, whose values a file need not
+/// keep to.
+ColorProfile::Space spaceOf(const QByteArray& icc) {
+    const QByteArray signature = icc.mid(16, 4);
+    if (signature == "GRAY")
+        return ColorProfile::Space::Grey;
+    if (signature == "RGB ")
+        return ColorProfile::Space::RGB;
+    return signature == "CMYK" ? ColorProfile::Space::CMYK : ColorProfile::Space::Other;
+}
+
 } // namespace
 
 const ColorProfile::Chromaticities ColorProfile::srgbChromaticities{
     {{0.3127, 0.3290}, {0.64, 0.33}, {0.30, 0.60}, {0.15, 0.06}}};
 
-ColorProfile::ColorProfile(void* handle) {
+ColorProfile::ColorProfile(void* handle, Space space) : m_space(space) {
     if (handle != nullptr)
         m_handle = std::shared_ptr<void>(handle, [](void* profile) { cmsCloseProfile(profile); });
 }
@@ -33,7 +44,8 @@ ColorProfile::ColorProfile(void* handle) {
 ColorProfile ColorProfile::fromIcc(const QByteArray& icc) {
     if (icc.isEmpty())
         return {};
-    return ColorProfile(cmsOpenProfileFromMem(icc.constData(), static_cast<cmsUInt32Number>(icc.size())));
+    return ColorProfile(cmsOpenProfileFromMem(icc.constData(), static_cast<cmsUInt32Number>(icc.size())),
+                        spaceOf(icc));
 }
 
 ColorProfile ColorProfile::fromGamma(double encodingGamma, const Chromaticities& chromaticities, bool grey) {
@@ -53,5 +65,5 @@ ColorProfile ColorProfile::fromGamma(double encodingGamma, const Chromaticities&
         handle = cmsCreateRGBProfile(&white, &primaries, curves.data());
     }
     cmsFreeToneCurve(curve);
-    return ColorProfile(handle);
+    return ColorProfile(handle, grey ? Space::Grey : Space::RGB);
 }

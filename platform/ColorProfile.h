@@ -24,11 +24,16 @@ class ColorProfile {
     /// that is sRGB itself.
     static ColorProfile fromGamma(double encodingGamma, const Chromaticities& chromaticities, bool grey);
 
+    /// The colours that the profile describes.
+    enum class Space { Grey, RGB, CMYK, Other };
+    Space space() const { return m_space; }
+
     explicit operator bool() const { return m_handle != nullptr; }
     void* handle() const { return m_handle.get(); }
 
   private:
-    explicit ColorProfile(void* handle);
+    ColorProfile(void* handle, Space space);
 
     std::shared_ptr<void> m_handle; ///< a cmsHPROFILE
+    Space m_space = Space::Other;
 };

@@ -116,7 +116,7 @@ class TapMaker {
         : m_mapping(mapping), m_ratio(mapping.ratio()), m_stretch(std::max(m_ratio, 1.0)) {}
 
     /// The most taps that a pixel may have.
-    int bound() const { return static_cast<int>(std::ceil(2 * lobes * m_stretch)) + 1; }
+    std::size_t bound() const { return static_cast<std::size_t>(std::ceil(2 * lobes * m_stretch)) + 1; }
 
     Taps taps(int target, bool isMiddle) {
         const double centre = (target + 0.5 - m_mapping.origin) * m_ratio;
@@ -173,7 +173,7 @@ ResamplerWeights::ResamplerWeights(const AxisMapping& mapping, bool alignedStart
     const bool symmetric = mapping.origin == 0 && mapping.length == mapping.targetLength;
     TapMaker maker(mapping);
     // With room for a lead and for rounding up to pairs.
-    const auto wideRow = static_cast<std::size_t>(maker.bound() + 2);
+    const std::size_t wideRow = maker.bound() + 2;
     m_starts.resize(count);
     m_weights.resize(count * wideRow);
     std::vector<int> lengths(count);
@@ -197,7 +197,7 @@ ResamplerWeights::ResamplerWeights(const AxisMapping& mapping, bool alignedStart
     const auto lead = [&](std::size_t i) { return alignedStarts ? m_starts[i] % 2 : 0; };
     for (std::size_t i = 0; i < count; ++i)
         m_pairs = std::max(m_pairs, (lead(i) + lengths[i] + 1) / 2);
-    const auto row = static_cast<std::size_t>(2 * m_pairs);
+    const std::size_t row = 2 * static_cast<std::size_t>(m_pairs);
     for (std::size_t i = 0; i < count; ++i) {
         std::int16_t* to = m_weights.data() + i * row;
         const auto length = static_cast<std::size_t>(lengths[i]);

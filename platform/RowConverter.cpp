@@ -130,11 +130,11 @@ RowConverter::RowConverter(const SampleLayout& layout, const ColorProfile& profi
 }
 
 void RowConverter::makeTransform(const ColorProfile& profile) {
-    const cmsColorSpaceSignature space = cmsGetColorSpace(profile.handle());
-    const cmsColorSpaceSignature wanted = m_layout.colors == Colors::Grey  ? cmsSigGrayData
-                                          : m_layout.colors == Colors::RGB ? cmsSigRgbData
-                                                                           : cmsSigCmykData;
-    if (space == wanted) {
+    using Space = ColorProfile::Space;
+    const Space wanted = m_layout.colors == Colors::Grey  ? Space::Grey
+                         : m_layout.colors == Colors::RGB ? Space::RGB
+                                                          : Space::CMYK;
+    if (profile.space() == wanted) {
         const auto output = static_cast<cmsUInt32Number>(COLORSPACE_SH(PT_RGB) | CHANNELS_SH(3) |
                                                          EXTRA_SH(1) | BYTES_SH(m_layout.bitsPerSample / 8));
         const cmsUInt32Number flags = m_layout.alpha == Alpha::None ? 0 : cmsFLAGS_COPY_ALPHA;

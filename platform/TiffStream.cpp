@@ -14,7 +14,7 @@ constexpr tmsize_t maximumAllocation = tmsize_t{1} << 31;
 
 } // namespace
 
-TiffStream::TiffStream(const QByteArray& bytes) : m_bytes(bytes) {
+TiffStream::TiffStream(QByteArray bytes) : m_bytes(std::move(bytes)) {
     open("rm");
 }
 

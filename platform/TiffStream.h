@@ -10,7 +10,7 @@
 class TiffStream {
   public:
     /// Reads `bytes`.
-    explicit TiffStream(const QByteArray& bytes);
+    explicit TiffStream(QByteArray bytes);
     /// Writes a new file; `expectedSize` bytes are set aside for it.
     explicit TiffStream(qsizetype expectedSize);
     ~TiffStream();

@@ -2,6 +2,7 @@
 #include "tests/support/Fixtures.h"
 #include "tests/support/Pictures.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
@@ -201,5 +202,16 @@ TEST(ImageSource, the_limit_is_16384_by_16384_or_as_many_pixels_in_all) {
         const std::optional<Error> error = PictureReader::refusedSize(w, h);
         ASSERT_TRUE(error.has_value()) << w << " × " << h;
         EXPECT_EQ(error->code, ErrorCode::Damaged);
+    }
+}
+
+TEST(ImageSource, what_once_broke_it_is_read_or_refused) {
+    const QDir folder(QStringLiteral(PROJECT_DIR "/tests/fuzz/corpus/fuzz_picture"));
+    const QStringList names = folder.entryList(QDir::Files);
+    EXPECT_FALSE(names.isEmpty());
+    for (const QString& name : names) {
+        const Result<LoadedPicture> picture = ImageSource::loadFile(folder.filePath(name).toStdString());
+        EXPECT_TRUE(picture ? !picture->image.isNull() : !picture.error().sentence.isEmpty())
+            << name.toStdString();
     }
 }
