@@ -206,6 +206,11 @@ std::optional<UsageError> unknownWord(const CLI::App& app) {
             continue;
         const bool isOption = word.size() > 1 && word[0] == '-';
         std::vector<std::string> names;
+        if (isOption && command == nullptr &&
+            std::ranges::any_of(app.get_subcommands({}), [&](const CLI::App* other) {
+                return other->get_option_no_throw(word) != nullptr;
+            }))
+            return UsageError{"the option '" + word + "' goes behind a command"};
         if (isOption) {
             for (const CLI::Option* option : (command != nullptr ? command : &app)->get_options()) {
                 for (const std::string& name : option->get_lnames())
@@ -218,9 +223,22 @@ std::optional<UsageError> unknownWord(const CLI::App& app) {
                 names.push_back(candidate->get_name());
             return UsageError{"there is no command '" + word + "'" + didYouMean(word, names)};
         }
-        return UsageError{"'" + word + "' is one argument too many"};
+        const bool isPlatform =
+            std::ranges::any_of(platformWords(), [&](const auto& entry) { return entry.first == word; });
+        return UsageError{"'" + word + "' is one argument too many" +
+                          (isPlatform ? "; --platform takes one name and may be repeated" : "")};
     }
     return std::nullopt;
+}
+
+/// The parser's complaint in words of our own, where it has none for people.
+UsageError reworded(const CLI::ParseError& error) {
+    const std::string text = error.what();
+    const std::string option = text.substr(0, text.find(':'));
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr)
+        return {text};
+    return {option +
+            (text.find("At Most 1") != std::string::npos ? " is given more than once" : " needs a value")};
 }
 
 int complain(const CLI::App& app, const UsageError& error) {
@@ -240,7 +258,7 @@ int runCommandLine(int argc, char** argv) {
         "Turns one picture into the icon sets that iPhone, iPad, Apple Watch, Mac and Android apps need.",
         "tobrimax-cli");
     app.set_version_flag("--version", "tobrimax-cli " TOBRIMAX_VERSION);
-    app.set_help_flag("--help", "Show this and exit");
+    app.set_help_flag("-h,--help", "Show this and exit");
     app.require_subcommand(0, 1);
     app.allow_extras();
     GenerateWords words;
@@ -254,7 +272,7 @@ int runCommandLine(int argc, char** argv) {
         const int status = app.exit(request, text, text);
         return Terminal::print(shown(text.str()).trimmed()) ? status : 1;
     } catch (const CLI::ParseError& error) {
-        return complain(app, unknownWord(app).value_or(UsageError{error.what()}));
+        return complain(app, unknownWord(app).value_or(reworded(error)));
     }
     if (const std::optional<UsageError> unknown = unknownWord(app))
         return complain(app, *unknown);

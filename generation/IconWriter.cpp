@@ -60,7 +60,7 @@ void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QSt
     if (icon.png.isEmpty()) {
         error = unmade(withSize);
     } else if (!path) {
-        error = Error{ErrorCode::NotAPath, QStringLiteral("the unescaped path is not a path")};
+        error = Error{ErrorCode::NotAPath, QStringLiteral("not a path inside the output folder")};
     } else if (const Result<Done> written = AtomicFile::write(*path, icon.png); !written) {
         error = folder ? written.error() : folder.error();
     }

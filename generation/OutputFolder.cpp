@@ -2,6 +2,8 @@
 
 #include "platform/FilePath.h"
 
+#include <QStringList>
+
 QString OutputFolder::appiconsetPathString(const QString& outputPathString, const QString& idiom) {
     const QString tail = idiom == QLatin1String("android") ? QStringLiteral("/%1/icons")
                                                            : QStringLiteral("/%1/AppIcon.appiconset");
@@ -10,7 +12,7 @@ QString OutputFolder::appiconsetPathString(const QString& outputPathString, cons
 
 std::optional<QString> OutputFolder::pngPath(const QString& appiconsetPath, const QString& name) {
     const std::optional<QString> folder = replacingPercentEscapes(appiconsetPath);
-    if (!folder || name.contains(QChar::Null))
+    if (!folder || name.contains(QChar::Null) || name.split(u'/').contains(QLatin1String("..")))
         return std::nullopt;
     return appendingPathComponent(*folder, name + QStringLiteral(".png"));
 }

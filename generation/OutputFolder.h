@@ -13,7 +13,7 @@ namespace OutputFolder {
 /// created nor unescaped nor cleaned up.
 QString appiconsetPathString(const QString& outputPathString, const QString& idiom);
 
-/// The path of an idiom's PNG file; none where the unescaped folder is no path.
+/// The path of an idiom's PNG file; none where the unescaped folder is no path, or the name leads out of it.
 std::optional<QString> pngPath(const QString& appiconsetPath, const QString& name);
 
 /// The path of the icon container "Application.icns", in the folder above the mac idiom's; none likewise.

@@ -111,7 +111,7 @@ Result<DecodedPicture> readGif(const QByteArray& bytes) {
             return failure(gif->Error);
         uchar* out = raster->scanLine(frame.Top + y) + 4 * static_cast<std::ptrdiff_t>(frame.Left);
         for (const GifPixelType index : line) {
-            if (index >= colors->ColorCount)
+            if (index != transparent && index >= colors->ColorCount)
                 return PictureReader::damaged(QStringLiteral("GIF"), QStringLiteral("a colour is missing"));
             if (index != transparent) {
                 const GifColorType& color = colors->Colors[index];

@@ -25,6 +25,7 @@ class JpegDecoder {
         m_errors.error_exit = onError;
         m_errors.emit_message = onMessage;
         m_errors.output_message = [](j_common_ptr) {};
+        m_progress.progress_monitor = onProgress;
     }
     ~JpegDecoder() { jpeg_destroy_decompress(&m_jpeg); }
     JpegDecoder(const JpegDecoder&) = delete;
@@ -71,8 +72,18 @@ class JpegDecoder {
         }
     }
 
+    /// A progressive picture takes time for each of its scans, and a small file may have any number of them.
+    static void onProgress(j_common_ptr jpeg) {
+        constexpr int maximumScans = 500;
+        if (self(jpeg)->m_jpeg.input_scan_number > maximumScans) {
+            self(jpeg)->m_message = {"it has too many scans"};
+            longjmp(self(jpeg)->m_jump, 1); // NOLINT(cert-err52-cpp)
+        }
+    }
+
     void readHeader() {
         jpeg_create_decompress(&m_jpeg);
+        m_jpeg.progress = &m_progress;
         jpeg_mem_src(&m_jpeg, reinterpret_cast<const unsigned char*>(m_bytes.constData()),
                      static_cast<unsigned long>(m_bytes.size()));
         jpeg_save_markers(&m_jpeg, JPEG_APP0 + 1, 0xffff);
@@ -148,6 +159,7 @@ class JpegDecoder {
     const QByteArray& m_bytes;
     jpeg_decompress_struct m_jpeg{};
     jpeg_error_mgr m_errors{};
+    jpeg_progress_mgr m_progress{};
     std::jmp_buf m_jump{};
     std::array<char, JMSG_LENGTH_MAX> m_message{};
     bool m_hasOddProfile = false;

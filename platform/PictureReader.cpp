@@ -8,14 +8,16 @@
 std::optional<Error> PictureReader::refusedSize(qint64 width, qint64 height) {
     if (width <= 0 || height <= 0)
         return Error{ErrorCode::Damaged, QStringLiteral("the picture has no pixels")};
-    if (width > maximumPixels || height > maximumPixels || width * height > maximumPixels)
+    if (width > maximumSide || height > maximumSide || width * height > maximumPixels)
         return tooLarge(width, height);
     return std::nullopt;
 }
 
 Error PictureReader::tooLarge(qint64 width, qint64 height) {
     return {ErrorCode::TooLarge,
-            QStringLiteral("the picture has %1 × %2 pixels; the limit is 16384 × 16384, or as many in all")
+            QStringLiteral(
+                "the picture has %1 × %2 pixels; the limit is 16384 × 16384, or as many in all with no side "
+                "above 1000000")
                 .arg(width)
                 .arg(height)};
 }

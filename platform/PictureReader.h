@@ -20,6 +20,9 @@ namespace PictureReader {
 /// The most pixels that a picture may have: 16384 × 16384, 1 GiB of raster.
 inline constexpr qint64 maximumPixels = 16384LL * 16384LL;
 
+/// The longest side that a picture may have.
+inline constexpr qint64 maximumSide = 1000000;
+
 /// The error for a picture of that many pixels, if it has none or too many of them. To be asked before any
 /// memory for pixels is taken.
 std::optional<Error> refusedSize(qint64 width, qint64 height);

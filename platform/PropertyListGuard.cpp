@@ -35,37 +35,38 @@ class BinaryList {
     bool isValid() const { return m_isValid; }
     quint64 top() const { return m_top; }
 
-    /// The objects that object `index` holds; none where it is no collection or its references leave the
-    /// list, which the library refuses by itself.
-    std::vector<quint64> children(quint64 index) const {
+    /// The objects that object `index` holds, none for one that is no collection. No value where anything
+    /// about it does not lie inside the list.
+    std::optional<std::vector<quint64>> children(quint64 index) const {
         if (index >= m_objects)
-            return {};
-        const quint64 at = number(static_cast<qsizetype>(m_table + index * m_offsetSize), m_offsetSize);
+            return std::nullopt;
         const auto size = static_cast<quint64>(m_list.size());
+        const quint64 at = number(static_cast<qsizetype>(m_table + index * m_offsetSize), m_offsetSize);
         if (at >= size)
-            return {};
-        const int kind = static_cast<quint8>(m_list[static_cast<qsizetype>(at)]) >> 4;
-        constexpr int arrayKind = 0xA;
-        constexpr int setKind = 0xC;
-        constexpr int dictionaryKind = 0xD;
+            return std::nullopt;
+        const quint64 marker = byte(at);
+        const quint64 kind = marker >> 4;
+        constexpr quint64 integerKind = 0x1;
+        constexpr quint64 arrayKind = 0xA;
+        constexpr quint64 setKind = 0xC;
+        constexpr quint64 dictionaryKind = 0xD;
         if (kind != arrayKind && kind != setKind && kind != dictionaryKind)
-            return {};
-        quint64 count = static_cast<quint8>(m_list[static_cast<qsizetype>(at)]) & 0xF;
+            return std::vector<quint64>();
+        quint64 count = marker & 0xF;
         quint64 references = at + 1;
         if (count == 0xF) {
-            // An integer object with the count stands in between.
-            if (references >= size)
-                return {};
-            const quint64 width = quint64{1}
-                                  << (static_cast<quint8>(m_list[static_cast<qsizetype>(references)]) & 0xF);
-            if (width > 8 || width > size - references - 1)
-                return {};
+            // An integer object with the count stands in between, of at most eight bytes.
+            if (references >= size || byte(references) >> 4 != integerKind || (byte(references) & 0xF) > 3)
+                return std::nullopt;
+            const quint64 width = quint64{1} << (byte(references) & 0xF);
+            if (width > size - references - 1)
+                return std::nullopt;
             count = number(static_cast<qsizetype>(references + 1), width);
             references += 1 + width;
         }
         const quint64 total = kind == dictionaryKind ? 2 * count : count;
         if (count > size || total * m_referenceSize > size - references)
-            return {};
+            return std::nullopt;
         std::vector<quint64> found;
         found.reserve(total);
         for (quint64 i = 0; i < total; ++i)
@@ -75,6 +76,8 @@ class BinaryList {
     }
 
   private:
+    quint64 byte(quint64 at) const { return static_cast<quint8>(m_list[static_cast<qsizetype>(at)]); }
+
     quint64 number(qsizetype at, quint64 width) const {
         quint64 value = 0;
         for (qsizetype i = 0; i < static_cast<qsizetype>(width); ++i)
@@ -105,6 +108,10 @@ std::optional<Error> PropertyListGuard::refusedXml(const QByteArray& list) {
             // The plist element itself is one level, a value at the deepest level another.
             if (++depth > maximumDepth + 2 || ++objects > maximumObjects)
                 return tooLarge();
+        } else if (token == QXmlStreamReader::DTD && reader.text().contains(u'[')) {
+            // Declarations inside of it are read differently by different parsers; lists have no use for any.
+            return Error{ErrorCode::Malformed,
+                         QStringLiteral("a property list with declarations of its own")};
         } else if (token == QXmlStreamReader::EndElement) {
             --depth;
         }
@@ -130,7 +137,10 @@ std::optional<Error> PropertyListGuard::refusedBinary(const QByteArray& list) {
         // A list that holds itself is endlessly deep.
         if (visit.depth > maximumDepth || ++visited > maximumObjects)
             return tooLarge();
-        for (const quint64 child : objects.children(visit.object))
+        const std::optional<std::vector<quint64>> children = objects.children(visit.object);
+        if (!children)
+            return Error{ErrorCode::Malformed, QStringLiteral("not a property list")};
+        for (const quint64 child : *children)
             open.push_back({child, visit.depth + 1});
         if (open.size() > maximumObjects)
             return tooLarge();

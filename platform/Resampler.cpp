@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <vector>
 
 #undef HWY_TARGET_INCLUDE
@@ -161,6 +162,8 @@ void resample(const QImage& source, const ResamplerWeights& columns, const Resam
     // Taps that the padding adds read beyond the row's end: they read zeros.
     const std::size_t padded = (width + 1) / 2 * 2 + 2 * static_cast<std::size_t>(rows.pairs());
     hwy::AlignedFreeUniquePtr<std::int16_t[]> between = hwy::AllocateAligned<std::int16_t>(4 * padded);
+    if (!between)
+        throw std::bad_alloc();
     std::memset(between.get(), 0, 4 * padded * sizeof(std::int16_t));
     std::vector<const std::uint8_t*> taps(static_cast<std::size_t>(2 * columns.pairs()));
     for (int y = 0; y < target.height(); ++y) {
@@ -199,9 +202,13 @@ QImage resampledLanczos3(const QImage& source, const AxisMapping& x, const AxisM
     QImage target(x.targetLength, y.targetLength, QImage::Format_RGBA8888_Premultiplied);
     if (target.isNull())
         return target;
-    const ResamplerWeights columns(y, false);
-    const ResamplerWeights rows(x, true);
-    resampler::dispatch(source, columns, rows, target);
+    try {
+        const ResamplerWeights columns(y, false);
+        const ResamplerWeights rows(x, true);
+        resampler::dispatch(source, columns, rows, target);
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
     return target;
 }
 

@@ -180,7 +180,8 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
     if (declaresExternalEntity(document))
         return Error{ErrorCode::Unsupported, QStringLiteral("the SVG document declares an external entity")};
     routeLibraryMessages();
-    if (document.contains("filter"))
+    // In a document of another encoding the word can't be looked for.
+    if (document.contains("filter") || !document.contains("svg"))
         startFilterThreads();
     GError* rawError = nullptr;
     RsvgHandle* rsvg = rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(document.constData()),

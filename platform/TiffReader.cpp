@@ -83,6 +83,16 @@ std::optional<PlainKind> plainKind(TIFF* tiff) {
     return kind;
 }
 
+/// Whether every strip or tile lies somewhere: libtiff would read one without a place from the file's start.
+bool hasAllBlocks(TIFF* tiff) {
+    const std::uint32_t count = TIFFIsTiled(tiff) != 0 ? TIFFNumberOfTiles(tiff) : TIFFNumberOfStrips(tiff);
+    for (std::uint32_t block = 0; block < count; ++block) {
+        if (TIFFGetStrileOffset(tiff, block) == 0 || TIFFGetStrileByteCount(tiff, block) == 0)
+            return false;
+    }
+    return count > 0;
+}
+
 /// Reads plain samples block by block: a block is a strip or a tile.
 class BlockReader {
   public:
@@ -90,8 +100,8 @@ class BlockReader {
         : m_tiff(tiff),
           m_kind(kind),
           m_raster(raster),
-          m_width(kind.isTiled ? tileSide(TIFFTAG_TILEWIDTH) : raster.width()),
-          m_height(kind.isTiled ? tileSide(TIFFTAG_TILELENGTH) : rowsPerStrip()),
+          m_width(kind.isTiled ? tileSide(TIFFTAG_TILEWIDTH, raster.width()) : raster.width()),
+          m_height(kind.isTiled ? tileSide(TIFFTAG_TILELENGTH, raster.height()) : rowsPerStrip()),
           m_rowBytes(tmsize_t{m_width} * kind.layout.bytesPerPixel()) {}
 
     /// False where a block can't be read in full.
@@ -122,11 +132,11 @@ class BlockReader {
     }
 
   private:
-    int tileSide(std::uint32_t tag) const {
-        // Tiles are as large as the picture at most, but for the filling up to whole ones.
-        constexpr std::uint32_t largest = 1 << 16;
+    /// 0 for a tile that is far larger than the picture: only a hostile file has those.
+    int tileSide(std::uint32_t tag, int pictureSide) const {
+        const int largest = std::max(pictureSide + 16, 1024);
         const auto side = field<std::uint32_t>(m_tiff, tag, 0);
-        return side <= largest ? static_cast<int>(side) : 0;
+        return side <= static_cast<std::uint32_t>(largest) ? static_cast<int>(side) : 0;
     }
 
     int rowsPerStrip() const {
@@ -213,6 +223,8 @@ Result<DecodedPicture> readTiff(const QByteArray& bytes) {
     const std::optional<PlainKind> plain = plainKind(tiff);
     const SampleLayout asRgba{SampleLayout::Colors::RGB, SampleLayout::Alpha::Premultiplied, 8, false};
     RowConverter converter(plain ? plain->layout : asRgba, profile);
+    if (!hasAllBlocks(tiff) || !stream.error().isEmpty())
+        return failure(stream);
     stream.beginPixels();
     Result<QImage> picture = std::move(*raster);
     if (!plain)

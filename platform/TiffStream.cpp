@@ -88,7 +88,9 @@ toff_t TiffStream::size(thandle_t handle) {
 
 int TiffStream::onWarning(TIFF* tiff, void* handle, const char* module, const char* format,
                           va_list arguments) {
-    if (static_cast<TiffStream*>(handle)->m_warningsCount)
+    // Of a directory's data that break off only a warning tells.
+    const bool breaksOff = std::strstr(format, "IO error during reading") != nullptr;
+    if (breaksOff || static_cast<TiffStream*>(handle)->m_warningsCount)
         onError(tiff, handle, module, format, arguments);
     return 1;
 }

@@ -447,3 +447,12 @@ TEST(IconSetGenerator, the_thread_count_sees_a_conversion_that_starts_threads) {
     ASSERT_FALSE(converted.isNull());
     EXPECT_GT(threadCount(), before);
 }
+
+TEST(IconSetGenerator, a_name_that_leads_out_of_the_folder_is_not_written) {
+    GeneratorFixture fixture;
+    fixture.useCatalogue(onlyIphone(entry(text("a"), text("{20, 20}"), text("../../escaped")) +
+                                    entry(text("b"), text("{20, 20}"), text("..inside"))));
+    fixture.generate(0);
+    EXPECT_EQ(fixture.files(), QStringList(text("iphone/AppIcon.appiconset/..inside.png")));
+    EXPECT_EQ(fixture.observer.failures.size(), 1);
+}

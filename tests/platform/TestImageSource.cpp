@@ -189,7 +189,7 @@ TEST(ImageSource, the_environment_does_not_lower_the_limit) {
 
 TEST(ImageSource, the_limit_is_16384_by_16384_or_as_many_pixels_in_all) {
     EXPECT_FALSE(PictureReader::refusedSize(16384, 16384).has_value());
-    EXPECT_FALSE(PictureReader::refusedSize(1, 268435456).has_value());
+    EXPECT_FALSE(PictureReader::refusedSize(1000000, 268).has_value());
     for (const auto& [w, h] : {std::pair<qint64, qint64>{16384, 16385},
                                {268435457, 1},
                                {0xffffffff, 0xffffffff},
@@ -214,4 +214,14 @@ TEST(ImageSource, what_once_broke_it_is_read_or_refused) {
         EXPECT_TRUE(picture ? !picture->image.isNull() : !picture.error().sentence.isEmpty())
             << name.toStdString();
     }
+}
+
+TEST(ImageSource, a_side_beyond_the_limit_is_refused_for_its_size) {
+    for (const auto& [width, height] : {std::pair{1000001, 1}, {1, 1000001}, {16385, 16384}}) {
+        const std::optional<Error> refused = PictureReader::refusedSize(width, height);
+        ASSERT_TRUE(refused);
+        EXPECT_EQ(refused->code, ErrorCode::TooLarge);
+    }
+    EXPECT_FALSE(PictureReader::refusedSize(1000000, 268));
+    EXPECT_FALSE(PictureReader::refusedSize(16384, 16384));
 }

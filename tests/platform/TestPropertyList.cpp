@@ -222,3 +222,31 @@ TEST(PropertyList, a_flipped_byte_in_a_binary_list_never_crashes_nor_hangs) {
     EXPECT_GE(readable, whole.size() - 8) << "at least each time the byte is what it was";
     EXPECT_LT(timer.elapsed(), 20000);
 }
+
+TEST(PropertyList, declarations_of_its_own_are_refused) {
+    const QByteArray list = "<?xml version=\"1.0\"?><!DOCTYPE plist [ <!ENTITY a ']><plist><array>'> ]>"
+                            "<plist version=\"1.0\"><array/></plist>";
+    const Result<QVariant> parsed = PropertyList::parse(list);
+    ASSERT_FALSE(parsed);
+    EXPECT_EQ(parsed.error().code, ErrorCode::Malformed);
+}
+
+TEST(PropertyList, a_binary_collection_whose_count_is_no_count_is_refused) {
+    // An array whose count is an integer of 16 bytes, which readers take differently.
+    const auto list = [](const QByteArray& count) {
+        QByteArray bytes = "bplist00\xAF" + count +
+                           QByteArray("\x01\x51"
+                                      "a",
+                                      3);
+        const auto table = static_cast<char>(bytes.size());
+        const auto string = static_cast<char>(bytes.size() - 2);
+        bytes += QByteArray("\x08", 1) + string;
+        bytes += QByteArray(6, '\0') + QByteArray("\x01\x01", 2);
+        bytes += QByteArray(7, '\0') + '\x02' + QByteArray(8, '\0') + QByteArray(7, '\0') + table;
+        return bytes;
+    };
+    EXPECT_TRUE(PropertyList::parse(list(QByteArray("\x10\x01", 2))));
+    EXPECT_FALSE(PropertyList::parse(list('\x14' + QByteArray(15, '\0') + '\x01')));
+    EXPECT_FALSE(PropertyList::parse(list(QByteArray("\x51\x01", 2))));
+    EXPECT_FALSE(PropertyList::parse(list(QByteArray("\x10\x70", 2))));
+}

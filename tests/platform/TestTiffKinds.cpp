@@ -154,3 +154,28 @@ TEST(TiffKinds, a_JPEG_compressed_picture_that_breaks_off_inside_is_an_error) {
     ASSERT_FALSE(picture);
     EXPECT_EQ(picture.error().code, ErrorCode::Damaged);
 }
+
+TEST(TiffKinds, a_block_without_a_place_is_an_error) {
+    // The second strip's place is zero: the library would take the file's own header for its samples.
+    QByteArray file = tiffFile({.photometric = PHOTOMETRIC_RGB, .samples = 3}, {10, 20, 30});
+    TiffStream stream(file);
+    const auto place = static_cast<quint32>(TIFFGetStrileOffset(stream.handle(), 1));
+    ASSERT_GT(place, 0U);
+    const QByteArray written(reinterpret_cast<const char*>(&place), 4);
+    const qsizetype at = file.lastIndexOf(written);
+    ASSERT_GT(at, 0);
+    file.replace(at, 4, QByteArray(4, '\0'));
+    const Result<DecodedPicture> picture = ImageSource::decode(file);
+    ASSERT_FALSE(picture);
+    EXPECT_EQ(picture.error().code, ErrorCode::Damaged);
+}
+
+TEST(TiffKinds, a_profile_that_breaks_off_is_an_error) {
+    QByteArray file = tiffFile({.icc = linearGrey()}, {128});
+    ASSERT_TRUE(ImageSource::decode(file));
+    const qsizetype profile = file.indexOf("acsp");
+    ASSERT_GT(profile, 0);
+    // The directory and the profile stand at the end.
+    file.chop(1);
+    EXPECT_FALSE(ImageSource::decode(file));
+}
