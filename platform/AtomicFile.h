@@ -10,8 +10,8 @@ namespace AtomicFile {
 
 /// Writes `bytes` to a temporary in the folder of `path` and moves it into place, replacing any file of that
 /// name. The folder must exist. Every step is checked; after a failure no temporary stays and an older file
-/// of that name is untouched. A link to a file is followed; devices, FIFOs and folders
-/// are refused. Not synced to the disk. The new file has the permissions that the process's
+/// of that name is untouched. A link to a file is followed, one that leads nowhere is replaced; devices,
+/// FIFOs and folders are refused. Not synced to the disk. The new file has the permissions that the process's
 /// mask leaves.
 Result<Done> write(const QString& path, const QByteArray& bytes);
 

@@ -128,3 +128,15 @@ TEST(ImageSourceGif, a_canvas_or_frame_beyond_the_limit_is_refused_at_once) {
     }
     EXPECT_LT(timer.elapsed(), 500);
 }
+
+TEST(ImageSourceGif, a_colour_outside_the_table_is_allowed_where_it_is_the_transparent_one) {
+    // One pixel of index 3, with a table of two colours.
+    const auto gif = [](char hasTransparency) {
+        return QByteArray("GIF89a\x01\0\x01\0\x80\0\0\x10\x20\x30\x40\x50\x60\x21\xf9\x04", 22) +
+               hasTransparency + QByteArray("\0\0\x03\0\x2c\0\0\0\0\x01\0\x01\0\0\x02\x02\x5c\x01\0\x3b", 20);
+    };
+    const Result<DecodedPicture> picture = ImageSource::decode(gif('\x01'));
+    ASSERT_TRUE(picture) << picture.error().sentence.toStdString();
+    EXPECT_EQ(Pictures::pixel(picture->raster, 0, 0), (Pictures::Pixel{0, 0, 0, 0}));
+    EXPECT_FALSE(ImageSource::decode(gif('\0')));
+}
