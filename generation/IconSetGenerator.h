@@ -39,6 +39,7 @@ class IconSetGenerator {
     QString appiconsetPathString(const QString& idiom) const;
 
     const IconRenderer& renderer() const { return m_renderer; }
+    const IconWriter& writer() const { return m_writer; }
 
   private:
     void outputPlatform(const Image& image, const IconSizeCatalogue& catalogue,

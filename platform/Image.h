@@ -17,7 +17,7 @@ class Image {
     /// A picture of that size without any representation yet.
     explicit Image(const QSizeF& size) : m_size(size) {}
 
-    bool isNull() const { return m_size.isNull() && m_representations.empty(); }
+    bool isNull() const { return !m_size.isValid() && m_representations.empty(); }
 
     /// In points.
     const QSizeF& size() const { return m_size; }

@@ -111,6 +111,15 @@ Path Path::bezierPathWithRoundedRect(const QRectF& rect, double xRadius, double 
     return path;
 }
 
+QPainterPath Path::painterPath() const {
+    QPainterPath path;
+    if (m_xRadius > 0)
+        path.addRoundedRect(m_bounds, m_xRadius, m_yRadius);
+    else
+        path.addRect(m_bounds);
+    return path;
+}
+
 std::vector<QPointF> offsetOutline(const QRectF& bounds, double xRadius, double yRadius, double distance) {
     const double halfWidth = bounds.width() / 2;
     const double halfHeight = bounds.height() / 2;

@@ -2,6 +2,7 @@
 
 #include "platform/CoverageMask.h"
 
+#include <QPainterPath>
 #include <QPointF>
 #include <QRectF>
 
@@ -23,6 +24,9 @@ class Path {
     /// Points; the stroke is centred on the outline. 0 or less strokes nothing.
     double lineWidth() const { return m_lineWidth; }
     void setLineWidth(double width) { m_lineWidth = width; }
+
+    /// The outline for Qt's painter. In a picture, GraphicsContext draws it more exactly.
+    QPainterPath painterPath() const;
 
   private:
     explicit Path(const QRectF& bounds) : m_bounds(bounds) {}

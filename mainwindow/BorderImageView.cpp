@@ -1,0 +1,145 @@
+#include "mainwindow/BorderImageView.h"
+
+#include "mainwindow/MimeContents.h"
+#include "platform/ImageSource.h"
+#include "platform/NotificationCenter.h"
+#include "platform/widgets/QtColor.h"
+
+#include <QDragEnterEvent>
+#include <QDragLeaveEvent>
+#include <QDropEvent>
+#include <QFile>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPainter>
+
+const QString BorderImageView::imageAdded = QStringLiteral("imageAdded");
+
+BorderImageView::BorderImageView(QWidget* parent) : ImageView(parent) {
+    setAcceptDrops(true);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+void BorderImageView::setRoundCorner(bool roundCorner) {
+    _roundCorner = roundCorner;
+    update();
+}
+
+void BorderImageView::setCornerRadiusPercent(float cornerRadiusPercent) {
+    _cornerRadiusPercent = cornerRadiusPercent;
+    update();
+}
+
+void BorderImageView::setBorder(bool border) {
+    _border = border;
+    update();
+}
+
+void BorderImageView::setBorderWidth(float borderWidth) {
+    _borderWidth = borderWidth;
+    update();
+}
+
+void BorderImageView::setBorderColor(const std::optional<Color>& borderColor) {
+    _borderColor = borderColor;
+    update();
+}
+
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): asked of the view that is dragged over
+DragOperation BorderImageView::draggingEntered(const QMimeData* /*sender*/) {
+    return DragOperation::Copy;
+}
+
+DragOperation BorderImageView::draggingUpdated(const QMimeData* sender) {
+    return draggingEntered(sender);
+}
+
+bool BorderImageView::performDragOperation(const QMimeData* sender) {
+    if (sender == nullptr || !sender->hasUrls())
+        return true;
+    const QStringList paths = MimeContents::fileNames(*sender);
+    if (paths.isEmpty())
+        return true;
+    const Result<LoadedPicture> picture =
+        ImageSource::loadFile(QFile::encodeName(paths.last()).toStdString());
+    showArrived(picture ? picture->image : Image());
+    return true;
+}
+
+void BorderImageView::takePicture(const QByteArray& bytes) {
+    const Result<LoadedPicture> picture = ImageSource::load(bytes);
+    showArrived(picture ? picture->image : Image());
+}
+
+void BorderImageView::showArrived(const Image& image) {
+    setImage(image);
+    NotificationCenter::defaultCenter().postNotification(imageAdded);
+}
+
+Path BorderImageView::outline(const QRectF& rect) const {
+    const double radius = _cornerRadiusPercent;
+    Path path = _roundCorner
+                    ? Path::bezierPathWithRoundedRect(rect, rect.width() * radius, rect.height() * radius)
+                    : Path::bezierPathWithRect(rect);
+    path.setLineWidth(rect.width() * static_cast<double>(_borderWidth));
+    return path;
+}
+
+void BorderImageView::drawRect(QPainter& painter, const QRectF& rect) {
+    ImageView::drawRect(painter, rect);
+    // Restored before and saved after, so that what the picture was drawn with does not touch the border.
+    painter.restore();
+    if (_border) {
+        const Path path = outline(rect);
+        QPen pen = painter.pen();
+        if (_borderColor)
+            pen.setColor(toQColor(*_borderColor));
+        pen.setWidthF(path.lineWidth());
+        pen.setJoinStyle(Qt::MiterJoin);
+        painter.setPen(pen);
+        painter.setRenderHint(QPainter::Antialiasing);
+        // A pen of width 0 would draw a hairline.
+        if (path.lineWidth() > 0)
+            painter.strokePath(path.painterPath(), pen);
+    }
+    painter.save();
+}
+
+void BorderImageView::dragEnterEvent(QDragEnterEvent* event) {
+    if (draggingEntered(event->mimeData()) != DragOperation::Copy)
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    setDropHighlighted(true);
+}
+
+void BorderImageView::dragMoveEvent(QDragMoveEvent* event) {
+    if (draggingUpdated(event->mimeData()) != DragOperation::Copy)
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void BorderImageView::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
+    setDropHighlighted(false);
+}
+
+void BorderImageView::dropEvent(QDropEvent* event) {
+    setDropHighlighted(false);
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(performDragOperation(event->mimeData()));
+}
+
+void BorderImageView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+        Q_EMIT pressed();
+}
+
+void BorderImageView::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter)
+        Q_EMIT pressed();
+    else
+        ImageView::keyPressEvent(event);
+}

@@ -1,0 +1,255 @@
+#include "mainwindow/MainWindowController.h"
+
+#include "mainwindow/MimeContents.h"
+#include "platform/GraphicsContext.h"
+#include "platform/Log.h"
+#include "platform/NotificationCenter.h"
+#include "platform/widgets/Alert.h"
+#include "ui_MainWindowController.h"
+
+#include <QClipboard>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QLayout>
+#include <QMainWindow>
+#include <QMimeData>
+
+MainWindowController::MainWindowController(const QString& windowNibName, const Surroundings& surroundings)
+    : WindowController(windowNibName),
+      _generator(*this, {surroundings.bundle, surroundings.screen, surroundings.workspace}) {}
+
+MainWindowController::~MainWindowController() = default;
+
+std::unique_ptr<MainWindowController>
+MainWindowController::initWithWindowNibName(const QString& name, const Surroundings& surroundings) {
+    // The constructor is private.
+    return std::unique_ptr<MainWindowController>(new MainWindowController(name, surroundings));
+}
+
+std::unique_ptr<QWidget> MainWindowController::loadWindow() {
+    auto window = std::make_unique<QMainWindow>();
+    Ui::MainWindowController layout;
+    layout.setupUi(window.get());
+    platformSelection = layout.platformSelection;
+    imgViewIcon = layout.imgViewIcon;
+    roundedCheckButton = layout.roundedCheckButton;
+    borderCheckButton = layout.borderCheckButton;
+    sliderCornerRadius = layout.sliderCornerRadius;
+    sliderBorderWidth = layout.sliderBorderWidth;
+    colorPicker = layout.colorPicker;
+    generateBtn = layout.generateBtn;
+    // A property of the view's layer, which a layout can't reach.
+    imgViewIcon->layer().setMasksToBounds(true);
+    // Nothing in it gains from more room.
+    window->layout()->setSizeConstraint(QLayout::SetFixedSize);
+    window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+    connectActions();
+    return window;
+}
+
+/// Each of these signals is sent for what the user does, and never for what the program sets.
+void MainWindowController::connectActions() {
+    connect(platformSelection, &QComboBox::activated, this, [this] { platformSelected(platformSelection); });
+    connect(roundedCheckButton, &QCheckBox::clicked, this, [this] { roundedChecked(roundedCheckButton); });
+    connect(sliderCornerRadius, &FloatSlider::action, this,
+            [this] { sliderCornerRadiusAction(sliderCornerRadius); });
+    connect(borderCheckButton, &QCheckBox::clicked, this, [this] { borderChecked(borderCheckButton); });
+    connect(sliderBorderWidth, &FloatSlider::action, this,
+            [this] { sliderBorderWidthAction(sliderBorderWidth); });
+    connect(colorPicker, &ColorWell::action, this, [this] { colorPickerAction(colorPicker); });
+    connect(generateBtn, &QPushButton::clicked, this, [this] { actionGenerateIcons(generateBtn); });
+    connect(imgViewIcon, &BorderImageView::pressed, this, &MainWindowController::openPicture);
+}
+
+void MainWindowController::windowDidLoad() {
+    WindowController::windowDidLoad();
+    if (platformSelection != nullptr)
+        platformSelection->setCurrentIndex(0);
+    if (roundedCheckButton != nullptr)
+        roundedCheckButton->setHidden(false);
+    NotificationCenter::defaultCenter().addObserver(
+        this, BorderImageView::imageAdded, [this](const Notification&) { imageAddednotification(); });
+}
+
+void MainWindowController::imageAddednotification() {
+    const auto enable = [](QWidget* control) {
+        if (control != nullptr)
+            control->setEnabled(true);
+    };
+    enable(roundedCheckButton);
+    enable(borderCheckButton);
+    enable(sliderCornerRadius);
+    enable(sliderBorderWidth);
+    enable(colorPicker);
+    enable(generateBtn);
+    enable(platformSelection);
+}
+
+void MainWindowController::platformSelected(QObject* /*sender*/) {
+    logLine(QStringLiteral("platform selected index:%1").arg(platformIndex()));
+}
+
+double MainWindowController::previewWidth() const {
+    return imgViewIcon != nullptr ? imgViewIcon->width() : 0;
+}
+
+void MainWindowController::setPreviewLayerRadius(double radius) {
+    if (imgViewIcon != nullptr)
+        imgViewIcon->layer().setCornerRadius(radius);
+}
+
+namespace {
+
+bool isOn(const QCheckBox* button) {
+    return button != nullptr && button->checkState() != Qt::Unchecked;
+}
+
+float valueOf(const FloatSlider* slider) {
+    return slider != nullptr ? slider->floatValue() : 0;
+}
+
+} // namespace
+
+void MainWindowController::roundedChecked(QCheckBox* sender) {
+    if (imgViewIcon != nullptr)
+        imgViewIcon->setRoundCorner(isOn(sender));
+    if (!isOn(sender)) {
+        setPreviewLayerRadius(0);
+        return;
+    }
+    // The radius of the preview's own outline follows the slider's action alone.
+    setPreviewLayerRadius(static_cast<double>(valueOf(sliderCornerRadius)) * previewWidth());
+}
+
+void MainWindowController::sliderCornerRadiusAction(FloatSlider* sender) {
+    if (imgViewIcon != nullptr)
+        imgViewIcon->setCornerRadiusPercent(valueOf(sender));
+    // Whatever the check box says: the next time it is switched off, it takes this away.
+    setPreviewLayerRadius(static_cast<double>(valueOf(sender)) * previewWidth());
+}
+
+void MainWindowController::borderChecked(QCheckBox* sender) {
+    if (imgViewIcon == nullptr)
+        return;
+    imgViewIcon->setBorder(isOn(sender));
+    imgViewIcon->setBorderWidth(valueOf(sliderBorderWidth));
+    imgViewIcon->setBorderColor(colorPicker != nullptr ? std::optional(colorPicker->color()) : std::nullopt);
+}
+
+void MainWindowController::sliderBorderWidthAction(QObject* /*sender*/) {
+    if (imgViewIcon != nullptr)
+        imgViewIcon->setBorderWidth(valueOf(sliderBorderWidth));
+}
+
+void MainWindowController::colorPickerAction(QObject* /*sender*/) {
+    if (imgViewIcon != nullptr)
+        imgViewIcon->setBorderColor(colorPicker != nullptr ? std::optional(colorPicker->color())
+                                                           : std::nullopt);
+}
+
+void MainWindowController::actionGenerateIcons(QObject* /*sender*/) {
+    if (sourceImage().isNull() || platformIndex() == -1) {
+        auto* alert = new Alert;
+        alert->setMessageText(QStringLiteral("Icon File Error"));
+        alert->setInformativeText(QStringLiteral("Please drag and drop icon file first!"));
+        alert->addButtonWithTitle(QStringLiteral("Ok"));
+        alert->setAlertStyle(Alert::Style::Warning);
+        alert->beginSheetModalForWindow(window());
+        return;
+    }
+    auto* panel = new QFileDialog(window());
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setFileMode(QFileDialog::Directory);
+    panel->setOption(QFileDialog::ShowDirsOnly);
+    connect(panel, &QDialog::finished, this, [this, panel](int response) {
+        const QList<QUrl> chosen = panel->selectedUrls();
+        if (response != QDialog::Accepted || chosen.isEmpty())
+            return;
+        _outputPathString = chosen.first().toLocalFile();
+        generateIconsWithImage(sourceImage());
+    });
+    panel->open();
+}
+
+void MainWindowController::openPicture() {
+    auto* panel = new QFileDialog(window());
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setFileMode(QFileDialog::ExistingFile);
+    panel->setNameFilters(
+        {tr("Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)"),
+         tr("All files (*)")});
+    connect(panel, &QFileDialog::accepted, this, [this, panel] {
+        QMimeData dropped;
+        dropped.setUrls(panel->selectedUrls());
+        if (imgViewIcon != nullptr)
+            imgViewIcon->performDragOperation(&dropped);
+    });
+    panel->open();
+}
+
+void MainWindowController::copyPicture() {
+    const Image picture = sourceImage();
+    if (picture.isNull())
+        return;
+    QImage raster = picture.largestRaster();
+    if (raster.isNull()) {
+        // A drawing has no samples of its own.
+        GraphicsContext context(picture.size(), 1);
+        context.drawImage(picture, QRectF(QPointF(0, 0), picture.size()));
+        raster = context.image().largestRaster();
+    }
+    QGuiApplication::clipboard()->setImage(raster);
+}
+
+void MainWindowController::pastePicture() {
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    if (imgViewIcon == nullptr || !canPaste(data))
+        return;
+    if (!MimeContents::fileNames(*data).isEmpty())
+        imgViewIcon->performDragOperation(data);
+    else
+        imgViewIcon->takePicture(MimeContents::picture(*data));
+}
+
+bool MainWindowController::canPaste(const QMimeData* data) {
+    return data != nullptr && (!MimeContents::fileNames(*data).isEmpty() || MimeContents::hasPicture(*data));
+}
+
+Image MainWindowController::sourceImage() const {
+    return imgViewIcon != nullptr ? imgViewIcon->image() : Image();
+}
+
+int MainWindowController::platformIndex() const {
+    return platformSelection != nullptr ? platformSelection->currentIndex() : 0;
+}
+
+IconStyle MainWindowController::iconStyle() const {
+    return {isOn(roundedCheckButton), valueOf(sliderCornerRadius), isOn(borderCheckButton),
+            valueOf(sliderBorderWidth), colorPicker != nullptr ? colorPicker->color() : Color()};
+}
+
+void MainWindowController::generateIconsWithImage(const Image& image) const {
+    _generator.generateIconsWithImage(image);
+}
+
+void MainWindowController::outputImage(const Image& image, const QVariantMap& InfoDict,
+                                       const QStringList& keysArr, const QString& idiom) const {
+    _generator.outputImage(image, InfoDict, keysArr, idiom);
+}
+
+QString MainWindowController::appiconsetPathString(const QString& idiom) const {
+    return _generator.appiconsetPathString(idiom);
+}
+
+void MainWindowController::saveImage(const Image& image, const QSizeF& withSize, const QString& andName,
+                                     const QString& idiom) const {
+    _generator.writer().saveImage(image, withSize, andName, idiom);
+}
+
+Image MainWindowController::drawImage(const Image& image, const QSizeF& withSize) const {
+    return _generator.renderer().drawImage(image, withSize);
+}
+
+QImage MainWindowController::getCgiImageRef(const Image* image) {
+    return IconRenderer::getCgiImageRef(image);
+}

@@ -1,0 +1,82 @@
+#include "platform/widgets/Alert.h"
+
+#include <QAbstractButton>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QPushButton>
+
+#include <utility>
+
+Alert::Alert() {
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    setAlertStyle(Style::Warning);
+}
+
+void Alert::setMessageText(const QString& text) {
+    setText(text);
+    // A window list shows this.
+    setWindowTitle(text);
+}
+
+void Alert::setAlertStyle(Style style) {
+    setIcon(style == Style::Warning ? Warning : style == Style::Critical ? Critical : Information);
+}
+
+void Alert::addButtonWithTitle(const QString& title) {
+    addButtonWithTitle(title, firstButtonReturn + static_cast<int>(m_buttons.size()));
+}
+
+void Alert::addButtonWithTitle(const QString& title, int returnCode) {
+    const bool isFirst = m_buttons.empty();
+    QPushButton* button = addButton(title, isFirst ? AcceptRole : RejectRole);
+    m_buttons.emplace_back(button, returnCode);
+    // Return is the first button's, wherever the focus is.
+    button->setAutoDefault(isFirst);
+    if (isFirst)
+        setDefaultButton(button);
+}
+
+int Alert::returnCode() const {
+    for (const auto& [button, code] : m_buttons) {
+        if (button == clickedButton())
+            return code;
+    }
+    return firstButtonReturn;
+}
+
+QAbstractButton* Alert::cancelButton() const {
+    for (const auto& [button, code] : m_buttons) {
+        // A desktop may have marked a letter of it.
+        if (button->text().remove(QLatin1Char('&')) == QLatin1String("Cancel"))
+            return button;
+    }
+    return nullptr;
+}
+
+void Alert::beginSheetModalForWindow(QWidget* window, std::function<void(int)> completionHandler) {
+    setParent(window, windowFlags());
+    setAttribute(Qt::WA_DeleteOnClose);
+    connect(this, &QDialog::finished, this, [this, handler = std::move(completionHandler)] {
+        if (handler)
+            handler(returnCode());
+    });
+    open();
+}
+
+int Alert::runModal() {
+    exec();
+    return returnCode();
+}
+
+void Alert::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape && !event->matches(QKeySequence::Cancel)) {
+        QMessageBox::keyPressEvent(event);
+        return;
+    }
+    if (QAbstractButton* cancel = cancelButton())
+        cancel->click();
+}
+
+void Alert::closeEvent(QCloseEvent* event) {
+    event->ignore();
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QSlider>
+
+/// A slider over single-precision floats: 1,000 steps between two values; an arrow key moves by a hundredth
+/// of the whole, Page Up and Page Down by a tenth.
+class FloatSlider : public QSlider {
+    Q_OBJECT
+    Q_PROPERTY(float minimumFloat READ minimumFloat WRITE setMinimumFloat)
+    Q_PROPERTY(float maximumFloat READ maximumFloat WRITE setMaximumFloat)
+    Q_PROPERTY(float floatValue READ floatValue WRITE setFloatValue)
+
+  public:
+    explicit FloatSlider(QWidget* parent = nullptr);
+
+    float minimumFloat() const { return m_minimum; }
+    /// The value stays, limited to the new range.
+    void setMinimumFloat(float minimum);
+    float maximumFloat() const { return m_maximum; }
+    void setMaximumFloat(float maximum);
+
+    float floatValue() const { return m_value; }
+    /// Takes any value of the range, limited to it; the knob goes to the nearest step. No action is sent.
+    void setFloatValue(float value);
+
+    /// The value as a percentage, for people.
+    QString valueText() const;
+
+  Q_SIGNALS:
+    /// The user has moved the knob.
+    void action();
+    /// Whoever has moved it.
+    void valueTextChanged(const QString& text);
+
+  protected:
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void takeStep();
+
+    float m_minimum = 0;
+    float m_maximum = 1;
+    float m_value = 0;
+    bool m_isProgrammed = false;
+};

@@ -1,0 +1,147 @@
+#include "platform/widgets/ImageView.h"
+
+#include "platform/GraphicsContext.h"
+
+#include <QFocusEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double frameRadius = 12;
+
+/// `color` mixed with `ground`: 1 is all colour.
+QColor mixed(const QColor& color, const QColor& ground, double share) {
+    const auto component = [&](int a, int b) {
+        return static_cast<int>(std::lround(share * a + (1 - share) * b));
+    };
+    return QColor(component(color.red(), ground.red()), component(color.green(), ground.green()),
+                  component(color.blue(), ground.blue()));
+}
+
+/// A picture that is being put into a tray: 48 × 48 points about the origin.
+QPainterPath dropSymbol() {
+    QPainterPath path;
+    path.moveTo(0, -20);
+    path.lineTo(0, 8);
+    path.moveTo(-10, -2);
+    path.lineTo(0, 8);
+    path.lineTo(10, -2);
+    path.moveTo(-22, 6);
+    path.lineTo(-22, 14);
+    path.quadTo(-22, 20, -16, 20);
+    path.lineTo(16, 20);
+    path.quadTo(22, 20, 22, 14);
+    path.lineTo(22, 6);
+    return path;
+}
+
+} // namespace
+
+ImageView::ImageView(QWidget* parent) : QWidget(parent) {}
+
+void ImageView::setImage(const Image& image) {
+    m_image = image;
+    m_shown = QImage();
+    update();
+}
+
+void ImageView::setPlaceholderText(const QString& text) {
+    m_placeholderText = text;
+    update();
+}
+
+QSize ImageView::sizeHint() const {
+    return {256, 256};
+}
+
+void ImageView::setDropHighlighted(bool highlighted) {
+    m_isDropHighlighted = highlighted;
+    update();
+}
+
+void ImageView::paintEvent(QPaintEvent* event) {
+    const QRect dirty = event->rect();
+    m_layer.draw(dirty, [&](QPainter& painter) {
+        painter.save();
+        drawRect(painter, dirty);
+        painter.restore();
+    });
+    if (m_showsFocus || (m_isDropHighlighted && !m_image.isNull())) {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 3));
+        const double radius = m_image.isNull() ? frameRadius : std::max(4.0, m_layer.cornerRadius());
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5), radius, radius);
+    }
+}
+
+void ImageView::focusInEvent(QFocusEvent* event) {
+    // A click needs no ring: the user knows where it went.
+    m_showsFocus = event->reason() != Qt::MouseFocusReason &&
+                   event->reason() != Qt::ActiveWindowFocusReason &&
+                   event->reason() != Qt::PopupFocusReason && event->reason() != Qt::OtherFocusReason;
+    update();
+}
+
+void ImageView::focusOutEvent(QFocusEvent* event) {
+    if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
+        m_showsFocus = false;
+    update();
+}
+
+void ImageView::drawRect(QPainter& painter, const QRectF& /*rect*/) {
+    if (!m_image.isNull())
+        drawPicture(painter);
+    else if (!m_placeholderText.isEmpty())
+        drawPlaceholder(painter);
+}
+
+void ImageView::drawPicture(QPainter& painter) {
+    const double scale = devicePixelRatioF();
+    const QSizeF bounds = QSizeF(size()) * scale;
+    const QSizeF fitted = m_image.size().scaled(bounds, Qt::KeepAspectRatio);
+    const QSize pixels(std::max(1, qRound(fitted.width())), std::max(1, qRound(fitted.height())));
+    if (m_shown.size() != pixels) {
+        GraphicsContext context(pixels, 1);
+        context.drawImage(m_image, QRectF(QPointF(0, 0), pixels));
+        m_shown = context.image().largestRaster();
+    }
+    m_shown.setDevicePixelRatio(scale);
+    const QPointF corner(std::floor((bounds.width() - pixels.width()) / 2) / scale,
+                         std::floor((bounds.height() - pixels.height()) / 2) / scale);
+    painter.drawImage(corner, m_shown);
+}
+
+void ImageView::drawPlaceholder(QPainter& painter) const {
+    const QPalette colors = palette();
+    const QColor ground = colors.color(QPalette::Base);
+    const QColor text = colors.color(QPalette::Text);
+    const QColor accent = colors.color(QPalette::Highlight);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF frame = QRectF(rect()).adjusted(1, 1, -1, -1);
+    QPen outline(m_isDropHighlighted ? accent : mixed(text, ground, 0.45), m_isDropHighlighted ? 3 : 1.5);
+    if (!m_isDropHighlighted)
+        outline.setDashPattern({4, 3});
+    painter.setPen(outline);
+    painter.setBrush(m_isDropHighlighted ? mixed(accent, ground, 0.12) : ground);
+    painter.drawRoundedRect(frame, frameRadius, frameRadius);
+
+    constexpr double symbolHeight = 48;
+    constexpr double gap = 12;
+    constexpr double margin = 16;
+    const QRectF textArea = frame.adjusted(margin, 0, -margin, 0);
+    const int flags = Qt::AlignHCenter | Qt::TextWordWrap;
+    const double textHeight =
+        painter.fontMetrics().boundingRect(textArea.toRect(), flags, m_placeholderText).height();
+    const double top = frame.center().y() - (symbolHeight + gap + textHeight) / 2;
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(mixed(text, ground, 0.65), 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPath(dropSymbol().translated(frame.center().x(), top + symbolHeight / 2));
+    painter.setPen(text);
+    painter.drawText(QRectF(textArea.left(), top + symbolHeight + gap, textArea.width(), textHeight + 1),
+                     flags, m_placeholderText);
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/Color.h"
+
+#include <QRect>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+class QPainter;
+
+/// What lies behind, around and at the corners of a widget's own drawing. Lengths are in points. Every setter
+/// asks the widget to be drawn again.
+class Layer {
+  public:
+    explicit Layer(QWidget& view) : m_view(view) {}
+
+    /// 0 or less is square; a radius of more than half a side is drawn as half.
+    double cornerRadius() const { return m_cornerRadius; }
+    void setCornerRadius(double radius);
+
+    /// Whether the widget's drawing is cut along the rounded corners too, and not the background alone.
+    bool masksToBounds() const { return m_masksToBounds; }
+    void setMasksToBounds(bool masks);
+
+    const std::optional<Color>& backgroundColor() const { return m_backgroundColor; }
+    void setBackgroundColor(const std::optional<Color>& color);
+
+    /// The border lies inside the bounds, over the drawing.
+    const std::optional<Color>& borderColor() const { return m_borderColor; }
+    void setBorderColor(const std::optional<Color>& color);
+    double borderWidth() const { return m_borderWidth; }
+    void setBorderWidth(double width);
+
+    /// Draws the part `dirty` of the widget, from its paint event: background, `content`, border.
+    void draw(const QRect& dirty, const std::function<void(QPainter&)>& content) const;
+
+  private:
+    void drawParts(QPainter& painter, const std::function<void(QPainter&)>& content) const;
+
+    QWidget& m_view;
+    double m_cornerRadius = 0;
+    bool m_masksToBounds = false;
+    std::optional<Color> m_backgroundColor;
+    std::optional<Color> m_borderColor;
+    double m_borderWidth = 0;
+};

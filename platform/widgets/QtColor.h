@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/Color.h"
+
+#include <QColor>
+#include <QRgba64>
+
+/// Both ways without a loss for colours of 8 or 16 bits per component.
+inline QColor toQColor(const Color& color) {
+    const auto component = [](double value) {
+        return static_cast<quint16>(qBound(0.0, value, 1.0) * 65535 + 0.5);
+    };
+    return QColor::fromRgba64(component(color.red), component(color.green), component(color.blue),
+                              component(color.alpha));
+}
+
+inline Color fromQColor(const QColor& color) {
+    const QRgba64 components = color.rgba64();
+    return {components.red() / 65535.0, components.green() / 65535.0, components.blue() / 65535.0,
+            components.alpha() / 65535.0};
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QWidget>
+
+#include <memory>
+
+/// Owns one window that is loaded from a layout when it is first needed.
+class WindowController : public QObject {
+    Q_OBJECT
+
+  public:
+    ~WindowController() override;
+
+    /// The name of the window's layout.
+    const QString& windowNibName() const { return m_windowNibName; }
+
+    /// The window, loaded now if it was not yet.
+    QWidget* window();
+
+    bool isWindowLoaded() const { return m_window != nullptr; }
+
+    /// Shows the window in front of the others. `sender` is ignored.
+    void showWindow(QObject* sender);
+
+  protected:
+    explicit WindowController(QString windowNibName);
+
+    /// Makes the window from its layout and connects the outlets and actions.
+    virtual std::unique_ptr<QWidget> loadWindow() = 0;
+
+    /// Called once, as soon as the window is loaded.
+    virtual void windowDidLoad();
+
+  private:
+    QString m_windowNibName;
+    std::unique_ptr<QWidget> m_window;
+};

@@ -1,0 +1,103 @@
+#include "shell/AboutBox.h"
+
+#include <QCoreApplication>
+#include <QDialogButtonBox>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <array>
+
+namespace {
+
+struct Library {
+    const char* name;
+    const char* purpose;
+    const char* licence;
+};
+
+constexpr std::array libraries{
+    Library{"Qt", "windows, BMP and WebP pictures", "LGPL 3"},
+    Library{"librsvg", "SVG pictures", "LGPL 2.1 or later"},
+    Library{"cairo", "SVG pictures", "LGPL 2.1 or MPL 1.1"},
+    Library{"Little CMS", "colour profiles", "MIT"},
+    Library{"libpng", "PNG pictures", "libpng 2.0"},
+    Library{"libjpeg-turbo", "JPEG pictures", "IJG and BSD 3-clause"},
+    Library{"libtiff", "TIFF pictures", "libtiff"},
+    Library{"giflib", "GIF pictures", "MIT"},
+    Library{"OpenJPEG", "JPEG 2000 pictures", "BSD 2-clause"},
+    Library{"zlib", "compressed SVG pictures", "zlib"},
+    Library{"libdeflate", "PNG compression", "MIT"},
+    Library{"libplist", "property lists", "LGPL 2.1 or later"},
+    Library{"Highway", "portable SIMD", "Apache 2.0 or BSD 3-clause"},
+};
+
+} // namespace
+
+AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
+    setWindowTitle(tr("About Tobrimax"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    constexpr int margin = 24;
+    constexpr int gap = 8;
+    constexpr int iconSize = 64;
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->setSpacing(gap);
+
+    auto* heading = new QHBoxLayout;
+    heading->setSpacing(2 * gap);
+    auto* icon = new QLabel;
+    icon->setPixmap(QGuiApplication::windowIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    heading->addWidget(icon);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(gap / 2);
+    auto* name = new QLabel(QStringLiteral("Tobrimax"));
+    QFont large = name->font();
+    large.setPointSizeF(large.pointSizeF() * 1.8);
+    large.setBold(true);
+    name->setFont(large);
+    words->addStretch();
+    words->addWidget(name);
+    words->addWidget(new QLabel(tr("Version %1").arg(QCoreApplication::applicationVersion())));
+    words->addStretch();
+    heading->addLayout(words, 1);
+    layout->addLayout(heading);
+    layout->addSpacing(gap);
+
+    auto* about =
+        new QLabel(tr("One picture in, the app icons of every platform out. Free software under the "
+                      "MIT licence. It is made with these libraries:"));
+    about->setWordWrap(true);
+    layout->addWidget(about);
+
+    auto* table = new QTreeWidget;
+    table->setAccessibleName(tr("Libraries"));
+    table->setHeaderLabels({tr("Library"), tr("For"), tr("Licence")});
+    table->setRootIsDecorated(false);
+    table->setSelectionMode(QAbstractItemView::NoSelection);
+    for (const Library& library : libraries) {
+        const QString version =
+            qstrcmp(library.name, "Qt") == 0 ? QLatin1Char(' ') + QString::fromLatin1(qVersion()) : QString();
+        table->addTopLevelItem(new QTreeWidgetItem({QString::fromLatin1(library.name) + version,
+                                                    QString::fromLatin1(library.purpose),
+                                                    QString::fromLatin1(library.licence)}));
+    }
+    int width = 2 * table->frameWidth() + table->fontMetrics().averageCharWidth() * 4;
+    for (int column = 0; column < table->columnCount(); ++column) {
+        table->resizeColumnToContents(column);
+        width += table->columnWidth(column) + gap;
+        table->setColumnWidth(column, table->columnWidth(column) + gap);
+    }
+    table->setMinimumSize(width, table->fontMetrics().height() * 14);
+    layout->addWidget(table, 1);
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::close);
+    layout->addSpacing(gap);
+    layout->addWidget(buttons);
+    buttons->button(QDialogButtonBox::Close)->setFocus();
+}

@@ -1,0 +1,130 @@
+#include "shell/AppDelegate.h"
+
+#include "platform/Log.h"
+#include "shell/MainMenu.h"
+
+#include <QCheckBox>
+#include <QMainWindow>
+#include <QMouseEvent>
+#include <QWindow>
+
+const QString AppDelegate::notShowPromotionWindow = QStringLiteral("notShowPromotionWindow");
+
+namespace {
+
+constexpr auto helpAddress = "http://www.varnholt.example/tobrimax/help";
+
+/// Lets the user move a window by its background.
+class BackgroundMover final : public QObject {
+  public:
+    explicit BackgroundMover(QWidget* window) : QObject(window) { window->installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        auto* window = qobject_cast<QWidget*>(watched);
+        // A press that no control has taken.
+        if (event->type() == QEvent::MouseButtonPress && window != nullptr &&
+            window->windowHandle() != nullptr)
+            window->windowHandle()->startSystemMove();
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+} // namespace
+
+AppDelegate::AppDelegate(const Surroundings& surroundings) : _surroundings(surroundings) {}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching(const Notification& /*notification*/) {
+    setupInitialController();
+    NotificationCenter::defaultCenter().addObserver(
+        this, Application::windowWillClose,
+        [this](const Notification& notification) { handleWindowClose(notification); });
+}
+
+void AppDelegate::setupInitialController() {
+    if (windowController == nullptr) {
+        windowController = MainWindowController::initWithWindowNibName(QStringLiteral("MainWindowController"),
+                                                                       _surroundings.mainWindow);
+        _window = windowController->window();
+        new MainMenu(*this, *qobject_cast<QMainWindow*>(_window));
+    }
+    windowController->showWindow(this);
+}
+
+void AppDelegate::setupWindowStyle() {
+    QWidget* styled = windowController != nullptr ? windowController->window() : nullptr;
+    if (styled == nullptr)
+        return;
+    QPalette colors = styled->palette();
+    colors.setColor(QPalette::Window, Qt::white);
+    styled->setPalette(colors);
+    styled->setAttribute(Qt::WA_TranslucentBackground);
+    // Titled, closable and to be minimised, but not to be resized.
+    const bool wasVisible = styled->isVisible();
+    styled->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                           Qt::WindowMinimizeButtonHint);
+    new BackgroundMover(styled);
+    // A window manager's title bar has no transparency; without a text it is as plain as it can be.
+    styled->setWindowTitle({});
+    styled->setVisible(wasVisible);
+    styled->activateWindow();
+}
+
+void AppDelegate::handleWindowClose(const Notification& notification) {
+    QMetaObject::invokeMethod(
+        this, [this, notification] { handleWindowClose_Main(notification); }, Qt::QueuedConnection);
+}
+
+void AppDelegate::mainWindowCloseNotification(const Notification& notification) {
+    QMetaObject::invokeMethod(
+        this, [this, notification] { handleWindowClose_Main(notification); }, Qt::QueuedConnection);
+}
+
+void AppDelegate::handleWindowClose_Main(const Notification& notification) {
+    logLine(QStringLiteral("closing Window Class %1").arg(QString::fromLatin1(notification.objectClassName)));
+    if (notification.object.isNull())
+        return;
+    if (windowController != nullptr && windowController->isWindowLoaded() &&
+        notification.object == windowController->window()) {
+        terminate();
+    } else if (notification.object == _windowPromotion) {
+        rememberPromotionAnswer();
+        terminate();
+    }
+}
+
+void AppDelegate::rememberPromotionAnswer() {
+    if (_btnCheckDontShow != nullptr && _btnCheckDontShow->checkState() != Qt::Unchecked)
+        _surroundings.defaults.setBool(true, notShowPromotionWindow);
+}
+
+void AppDelegate::terminate() {
+    Application& application = _surroundings.application;
+    application.terminate(this);
+    // Refused: without its main window the program could not be used any more.
+    if (!application.isTerminating() && windowController != nullptr &&
+        !windowController->window()->isVisible())
+        windowController->showWindow(this);
+}
+
+void AppDelegate::btnQuitApp(QObject* /*sender*/) {
+    rememberPromotionAnswer();
+    terminate();
+}
+
+void AppDelegate::showHelpUrl(QObject* /*sender*/) {
+    _surroundings.mainWindow.workspace.openURL(QUrl(QString::fromLatin1(helpAddress)));
+}
+
+ApplicationDelegate::TerminateReply AppDelegate::applicationShouldTerminate(Application* /*sender*/) {
+    // Nothing is ever left unsaved.
+    return TerminateReply::Now;
+}
+
+void AppDelegate::applicationWillTerminate(const Notification& /*notification*/) {}
+
+void AppDelegate::applicationDidBecomeActive(const Notification& /*notification*/) {}
+
+void AppDelegate::applicationWillResignActive(const Notification& /*notification*/) {}

@@ -1,0 +1,5 @@
+#include "shell/ApplicationMain.h"
+
+int main(int argc, char** argv) {
+    return applicationMain(argc, argv);
+}

@@ -1,0 +1,101 @@
+#include "platform/widgets/Alert.h"
+#include "tests/support/Events.h"
+
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class AlertTest : public testing::Test {
+  protected:
+    AlertTest() {
+        window.resize(300, 200);
+        window.show();
+        alert->setMessageText(QStringLiteral("A message"));
+        alert->setInformativeText(QStringLiteral("More about it"));
+    }
+    ~AlertTest() override { delete alert; }
+
+    void show() {
+        alert->beginSheetModalForWindow(&window, [this](int code) { answer = code; });
+        Events::settle();
+    }
+
+    QWidget window;
+    QPointer<Alert> alert = new Alert;
+    std::optional<int> answer;
+};
+
+TEST_F(AlertTest, is_a_sheet_that_blocks_its_window_only) {
+    alert->addButtonWithTitle(QStringLiteral("Ok"));
+    show();
+    EXPECT_TRUE(alert->isVisible());
+    EXPECT_EQ(alert->windowModality(), Qt::WindowModal);
+    EXPECT_EQ(alert->parentWidget(), &window);
+    EXPECT_EQ(alert->text(), QStringLiteral("A message"));
+    EXPECT_EQ(alert->informativeText(), QStringLiteral("More about it"));
+    EXPECT_FALSE(answer.has_value());
+}
+
+TEST_F(AlertTest, return_presses_the_first_button_wherever_the_focus_is) {
+    alert->addButtonWithTitle(QStringLiteral("First"));
+    alert->addButtonWithTitle(QStringLiteral("Second"));
+    show();
+    alert->buttons().last()->setFocus();
+    Events::key(alert->buttons().last(), Qt::Key_Return);
+    EXPECT_EQ(answer, 1000);
+}
+
+TEST_F(AlertTest, escape_presses_a_button_named_cancel) {
+    alert->addButtonWithTitle(QStringLiteral("Quit anyway"));
+    alert->addButtonWithTitle(QStringLiteral("Cancel"));
+    show();
+    Events::key(alert, Qt::Key_Escape);
+    EXPECT_EQ(answer, 1001);
+}
+
+TEST_F(AlertTest, escape_and_closing_do_nothing_without_one) {
+    alert->addButtonWithTitle(QStringLiteral("Ok"));
+    show();
+    Events::key(alert, Qt::Key_Escape);
+    EXPECT_FALSE(alert->close());
+    EXPECT_TRUE(alert->isVisible());
+    EXPECT_FALSE(answer.has_value());
+    EXPECT_FALSE(alert->windowFlags().testFlag(Qt::WindowCloseButtonHint));
+}
+
+TEST_F(AlertTest, a_button_may_have_a_code_of_its_own) {
+    alert->addButtonWithTitle(QStringLiteral("YES"), 1);
+    alert->addButtonWithTitle(QStringLiteral("NO"), 0);
+    show();
+    for (QAbstractButton* button : alert->buttons()) {
+        if (button->text() == QLatin1String("NO"))
+            Events::click(button);
+    }
+    EXPECT_EQ(answer, 0);
+}
+
+TEST_F(AlertTest, a_sheet_deletes_itself_when_it_has_been_answered) {
+    alert->addButtonWithTitle(QStringLiteral("Ok"));
+    show();
+    Events::key(alert, Qt::Key_Return);
+    Events::settle();
+    EXPECT_TRUE(alert.isNull());
+}
+
+TEST_F(AlertTest, run_modal_waits_for_the_answer) {
+    alert->addButtonWithTitle(QStringLiteral("Quit anyway"));
+    alert->addButtonWithTitle(QStringLiteral("Cancel"));
+    bool blocksAll = false;
+    QTimer::singleShot(0, alert, [&] {
+        blocksAll = alert->windowModality() == Qt::ApplicationModal;
+        Events::key(alert, Qt::Key_Escape);
+    });
+    EXPECT_EQ(alert->runModal(), 1001);
+    EXPECT_TRUE(blocksAll);
+}
+
+} // namespace

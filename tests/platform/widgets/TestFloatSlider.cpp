@@ -1,0 +1,74 @@
+#include "platform/widgets/FloatSlider.h"
+#include "tests/support/Events.h"
+
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+class FloatSliderTest : public testing::Test {
+  protected:
+    FloatSliderTest() {
+        slider.setMaximumFloat(0.5F);
+        slider.setFloatValue(0.22F);
+        slider.resize(200, 24);
+        slider.show();
+        QObject::connect(&slider, &FloatSlider::action, &slider, [this] { ++actions; });
+        QObject::connect(&slider, &FloatSlider::valueTextChanged, &slider,
+                         [this](const QString& text) { shown = text; });
+    }
+
+    FloatSlider slider;
+    int actions = 0;
+    QString shown;
+};
+
+TEST_F(FloatSliderTest, keeps_the_very_float_that_was_set) {
+    for (const float value : {0.22F, 0.05F, 0.25F, 0.123456F, 0.0F, 0.5F}) {
+        slider.setFloatValue(value);
+        EXPECT_EQ(slider.floatValue(), value);
+    }
+    EXPECT_EQ(actions, 0);
+}
+
+TEST_F(FloatSliderTest, limits_values_to_its_range) {
+    slider.setFloatValue(7);
+    EXPECT_EQ(slider.floatValue(), 0.5F);
+    slider.setFloatValue(-7);
+    EXPECT_EQ(slider.floatValue(), 0.0F);
+    slider.setFloatValue(std::numeric_limits<float>::quiet_NaN());
+    EXPECT_EQ(slider.floatValue(), 0.0F);
+    slider.setFloatValue(0.4F);
+    slider.setMaximumFloat(0.3F);
+    EXPECT_EQ(slider.floatValue(), 0.3F);
+}
+
+TEST_F(FloatSliderTest, an_arrow_key_moves_by_a_hundredth_and_sends_one_action) {
+    Events::key(&slider, Qt::Key_Right);
+    EXPECT_EQ(slider.floatValue(), 0.225F);
+    EXPECT_EQ(actions, 1);
+    Events::key(&slider, Qt::Key_Left);
+    EXPECT_EQ(slider.floatValue(), 0.22F);
+    Events::key(&slider, Qt::Key_PageUp);
+    EXPECT_EQ(slider.floatValue(), 0.27F);
+    Events::key(&slider, Qt::Key_End);
+    EXPECT_EQ(slider.floatValue(), 0.5F);
+    Events::key(&slider, Qt::Key_Home);
+    EXPECT_EQ(slider.floatValue(), 0.0F);
+    EXPECT_EQ(actions, 5);
+    // At the end of the range nothing changes any more.
+    Events::key(&slider, Qt::Key_Left);
+    EXPECT_EQ(actions, 5);
+}
+
+TEST_F(FloatSliderTest, shows_its_value_as_a_percentage) {
+    EXPECT_EQ(slider.valueText(), QStringLiteral("22 %"));
+    Events::key(&slider, Qt::Key_Right);
+    EXPECT_EQ(shown, QStringLiteral("22.5 %"));
+    slider.setFloatValue(0.05F);
+    EXPECT_EQ(shown, QStringLiteral("5 %"));
+}
+
+} // namespace

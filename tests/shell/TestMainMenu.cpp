@@ -1,0 +1,202 @@
+#include "mainwindow/BorderImageView.h"
+#include "shell/AboutBox.h"
+#include "shell/AppDelegate.h"
+#include "shell/ApplicationIcon.h"
+#include "tests/generation/FakeSurroundings.h"
+#include "tests/support/Events.h"
+
+#include <QClipboard>
+#include <QFileDialog>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QTreeWidget>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class MainMenuTest : public testing::Test {
+  protected:
+    MainMenuTest() {
+        QGuiApplication::clipboard()->clear();
+        delegate.setupInitialController();
+        Events::settle();
+    }
+
+    QMainWindow* window() { return qobject_cast<QMainWindow*>(delegate.window()); }
+    MainWindowController& controller() { return *delegate.mainWindowController(); }
+
+    static QString plain(QString text) { return text.remove(QLatin1Char('&')); }
+
+    QAction* action(const QString& menu, const QString& item) {
+        for (const QAction* top : window()->menuBar()->actions()) {
+            if (plain(top->text()) != menu)
+                continue;
+            for (QAction* candidate : top->menu()->actions()) {
+                if (plain(candidate->text()) == item)
+                    return candidate;
+            }
+        }
+        ADD_FAILURE() << "no " << menu.toStdString() << " > " << item.toStdString();
+        return nullptr;
+    }
+
+    void arrive() { controller().imgViewIcon->takePicture(picture()); }
+
+    static QByteArray picture() {
+        return "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><rect width='9' "
+               "height='9'/></svg>";
+    }
+
+    template <class Sheet>
+    Sheet* sheet() {
+        for (Sheet* candidate : window()->findChildren<Sheet*>()) {
+            if (candidate->isVisible())
+                return candidate;
+        }
+        return nullptr;
+    }
+
+    Application& application = *Application::sharedApplication();
+    QTemporaryDir folder;
+    FakeBundle bundle;
+    FakeScreen screen;
+    FakeWorkspace workspace;
+    UserDefaults defaults{folder.filePath(QStringLiteral("settings.ini"))};
+    AppDelegate delegate{{application, {bundle, screen, workspace}, defaults}};
+};
+
+const QString file = QStringLiteral("File");
+const QString edit = QStringLiteral("Edit");
+const QString view = QStringLiteral("View");
+
+TEST_F(MainMenuTest, has_the_menus_that_people_expect) {
+    QStringList menus;
+    for (const QAction* top : window()->menuBar()->actions())
+        menus << plain(top->text());
+    EXPECT_EQ(menus, QStringList({QStringLiteral("Tobrimax"), file, edit, view, QStringLiteral("Window"),
+                                  QStringLiteral("Help")}));
+}
+
+TEST_F(MainMenuTest, every_letter_and_shortcut_is_used_once) {
+    QStringList shortcuts;
+    for (const QAction* top : window()->menuBar()->actions()) {
+        QStringList letters;
+        for (const QAction* item : top->menu()->actions()) {
+            const QKeySequence letter = QKeySequence::mnemonic(item->text());
+            if (!letter.isEmpty())
+                letters << letter.toString();
+            if (!item->shortcut().isEmpty())
+                shortcuts << item->shortcut().toString();
+        }
+        EXPECT_EQ(letters.removeDuplicates(), 0) << top->text().toStdString();
+    }
+    EXPECT_GE(shortcuts.size(), 9);
+    EXPECT_EQ(shortcuts.removeDuplicates(), 0);
+    // Nor do the letters of the menus and of the controls beside them fall together.
+    QStringList letters;
+    for (const QAction* top : window()->menuBar()->actions())
+        letters << QKeySequence::mnemonic(top->text()).toString();
+    for (const QObject* child : window()->findChildren<QObject*>()) {
+        const QVariant text = child->property("text");
+        const bool isControl = child->isWidgetType() && text.isValid();
+        const QKeySequence letter = isControl ? QKeySequence::mnemonic(text.toString()) : QKeySequence();
+        if (!letter.isEmpty())
+            letters << letter.toString();
+    }
+    EXPECT_GE(letters.size(), 12);
+    EXPECT_EQ(letters.removeDuplicates(), 0);
+}
+
+TEST_F(MainMenuTest, open_picture_asks_for_a_file) {
+    action(file, QStringLiteral("Open Picture…"))->trigger();
+    ASSERT_NE(sheet<QFileDialog>(), nullptr);
+    EXPECT_EQ(sheet<QFileDialog>()->fileMode(), QFileDialog::ExistingFile);
+}
+
+TEST_F(MainMenuTest, generate_is_the_button) {
+    QAction* generate = action(file, QStringLiteral("Generate…"));
+    EXPECT_FALSE(generate->isEnabled());
+    arrive();
+    EXPECT_TRUE(generate->isEnabled());
+    generate->trigger();
+    ASSERT_NE(sheet<QFileDialog>(), nullptr);
+    EXPECT_EQ(sheet<QFileDialog>()->fileMode(), QFileDialog::Directory);
+}
+
+TEST_F(MainMenuTest, copy_and_paste_are_offered_when_there_is_something) {
+    QAction* copy = action(edit, QStringLiteral("Copy"));
+    QAction* paste = action(edit, QStringLiteral("Paste"));
+    EXPECT_FALSE(copy->isEnabled());
+    EXPECT_FALSE(paste->isEnabled());
+    QGuiApplication::clipboard()->setText(QStringLiteral("words"));
+    EXPECT_FALSE(paste->isEnabled());
+    auto* drawing = new QMimeData;
+    drawing->setData(QStringLiteral("image/svg+xml"), picture());
+    QGuiApplication::clipboard()->setMimeData(drawing);
+    ASSERT_TRUE(paste->isEnabled());
+    paste->trigger();
+    EXPECT_FALSE(controller().sourceImage().isNull());
+    ASSERT_TRUE(copy->isEnabled());
+    copy->trigger();
+    EXPECT_TRUE(QGuiApplication::clipboard()->mimeData()->hasImage());
+}
+
+TEST_F(MainMenuTest, there_is_nothing_to_undo_or_save) {
+    for (const QString& item : {QStringLiteral("Undo"), QStringLiteral("Redo")})
+        EXPECT_FALSE(action(edit, item)->isEnabled());
+    EXPECT_FALSE(action(file, QStringLiteral("Save"))->isEnabled());
+}
+
+TEST_F(MainMenuTest, the_view_menu_is_the_check_boxes) {
+    QAction* rounded = action(view, QStringLiteral("Rounded Corner"));
+    EXPECT_FALSE(rounded->isEnabled());
+    arrive();
+    ASSERT_TRUE(rounded->isEnabled());
+    rounded->trigger();
+    EXPECT_TRUE(controller().roundedCheckButton->isChecked());
+    EXPECT_TRUE(controller().imgViewIcon->isRoundCorner()) << "as a click on the box does";
+    EXPECT_TRUE(rounded->isChecked());
+    controller().roundedCheckButton->click();
+    EXPECT_FALSE(rounded->isChecked());
+    action(view, QStringLiteral("Border"))->trigger();
+    EXPECT_TRUE(controller().imgViewIcon->isBorder());
+    action(view, QStringLiteral("Border Colour…"))->trigger();
+    EXPECT_NE(controller().colorPicker->panel(), nullptr);
+}
+
+TEST_F(MainMenuTest, help_opens_the_makers_site) {
+    action(QStringLiteral("Help"), QStringLiteral("Tobrimax Help"))->trigger();
+    EXPECT_EQ(workspace.opened.size(), 1);
+}
+
+TEST_F(MainMenuTest, minimise_and_bring_back) {
+    action(QStringLiteral("Window"), QStringLiteral("Minimise"))->trigger();
+    EXPECT_TRUE(window()->isMinimized());
+    action(QStringLiteral("Window"), QStringLiteral("Tobrimax"))->trigger();
+    EXPECT_FALSE(window()->isMinimized());
+    EXPECT_TRUE(window()->isVisible());
+}
+
+TEST_F(MainMenuTest, the_about_box_names_the_libraries_and_their_licences) {
+    action(QStringLiteral("Tobrimax"), QStringLiteral("About Tobrimax"))->trigger();
+    auto* box = sheet<AboutBox>();
+    ASSERT_NE(box, nullptr);
+    const auto* table = box->findChild<QTreeWidget*>();
+    ASSERT_NE(table, nullptr);
+    EXPECT_GE(table->topLevelItemCount(), 12);
+    for (int i = 0; i < table->topLevelItemCount(); ++i) {
+        for (int column = 0; column < 3; ++column)
+            EXPECT_FALSE(table->topLevelItem(i)->text(column).isEmpty());
+    }
+}
+
+TEST_F(MainMenuTest, the_application_has_an_icon_for_each_size) {
+    const QIcon icon = applicationIcon();
+    for (const int size : {16, 32, 48, 64, 128})
+        EXPECT_TRUE(icon.availableSizes().contains(QSize(size, size)));
+    EXPECT_GT(icon.pixmap(48).toImage().pixelColor(20, 20).alpha(), 0);
+}
+
+} // namespace

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QEvent>
+#include <QObject>
+#include <QStringList>
+
+/// Records which of the objects that it was put on received an event of one kind, in order.
+class EventRecorder final : public QObject {
+  public:
+    explicit EventRecorder(QEvent::Type type) : m_type(type) {}
+
+    QStringList received; ///< object names
+
+    void watch(QObject* object) { object->installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == m_type)
+            received << watched->objectName();
+        return false;
+    }
+
+  private:
+    QEvent::Type m_type;
+};

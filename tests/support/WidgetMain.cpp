@@ -1,0 +1,19 @@
+#include "platform/widgets/Application.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+    // Without a display, unless one is asked for, and with nothing of the user's own desktop.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QTemporaryDir home;
+    for (const char* folder : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+        qputenv(folder, home.path().toLocal8Bit());
+    for (const char* setting : {"XDG_CURRENT_DESKTOP", "QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE"})
+        qunsetenv(setting);
+    testing::InitGoogleTest(&argc, argv);
+    const Application application(argc, argv);
+    return RUN_ALL_TESTS();
+}
