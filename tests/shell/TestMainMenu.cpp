@@ -106,7 +106,7 @@ TEST_F(MainMenuTest, every_letter_and_shortcut_is_used_once) {
             letters << letter.toString();
     }
     EXPECT_GE(letters.size(), 12);
-    EXPECT_EQ(letters.removeDuplicates(), 0);
+    EXPECT_EQ(letters.removeDuplicates(), 0) << letters.join(QLatin1Char(' ')).toStdString();
 }
 
 TEST_F(MainMenuTest, open_picture_asks_for_a_file) {
