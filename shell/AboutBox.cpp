@@ -92,7 +92,8 @@ AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
         width += table->columnWidth(column) + gap;
         table->setColumnWidth(column, table->columnWidth(column) + gap);
     }
-    table->setMinimumSize(width, table->fontMetrics().height() * 14);
+    const int rows = table->topLevelItemCount() + 2;
+    table->setMinimumSize(width, (table->fontMetrics().height() + 2) * rows);
     layout->addWidget(table, 1);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);

@@ -2,6 +2,7 @@
 
 #include "platform/Workspace.h"
 #include "shell/AppDelegate.h"
+#include "shell/Appearance.h"
 #include "shell/ApplicationIcon.h"
 #include "shell/MainMenu.h"
 
@@ -10,6 +11,7 @@ int applicationMain(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("Tobrimax"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TOBRIMAX_VERSION));
     Application application(argc, argv);
+    const Appearance appearance(application);
     QGuiApplication::setWindowIcon(applicationIcon());
 
     const Bundle bundle;

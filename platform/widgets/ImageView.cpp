@@ -1,6 +1,7 @@
 #include "platform/widgets/ImageView.h"
 
 #include "platform/GraphicsContext.h"
+#include "platform/widgets/QtColor.h"
 
 #include <QFocusEvent>
 #include <QPainter>
@@ -12,15 +13,6 @@
 namespace {
 
 constexpr double frameRadius = 12;
-
-/// `color` mixed with `ground`: 1 is all colour.
-QColor mixed(const QColor& color, const QColor& ground, double share) {
-    const auto component = [&](int a, int b) {
-        return static_cast<int>(std::lround(share * a + (1 - share) * b));
-    };
-    return QColor(component(color.red(), ground.red()), component(color.green(), ground.green()),
-                  component(color.blue(), ground.blue()));
-}
 
 /// A picture that is being put into a tray: 48 × 48 points about the origin.
 QPainterPath dropSymbol() {

@@ -5,6 +5,8 @@
 #include <QColor>
 #include <QRgba64>
 
+#include <cmath>
+
 /// Both ways without a loss for colours of 8 or 16 bits per component.
 inline QColor toQColor(const Color& color) {
     const auto component = [](double value) {
@@ -18,4 +20,13 @@ inline Color fromQColor(const QColor& color) {
     const QRgba64 components = color.rgba64();
     return {components.red() / 65535.0, components.green() / 65535.0, components.blue() / 65535.0,
             components.alpha() / 65535.0};
+}
+
+/// `color` mixed with `ground`, both opaque: a share of 1 is all `color`.
+inline QColor mixed(const QColor& color, const QColor& ground, double share) {
+    const auto component = [share](int a, int b) {
+        return static_cast<int>(std::lround(share * a + (1 - share) * b));
+    };
+    return {component(color.red(), ground.red()), component(color.green(), ground.green()),
+            component(color.blue(), ground.blue())};
 }
