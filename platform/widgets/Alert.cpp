@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 
 #include <utility>
@@ -66,6 +67,21 @@ void Alert::beginSheetModalForWindow(QWidget* window, std::function<void(int)> c
 int Alert::runModal() {
     exec();
     return returnCode();
+}
+
+void Alert::showEvent(QShowEvent* event) {
+    // Wide enough for a sentence, and the message set off from what explains it.
+    constexpr int readableWidth = 40;
+    for (QLabel* label : findChildren<QLabel*>()) {
+        if (label->text() == text()) {
+            QFont bold = label->font();
+            bold.setBold(true);
+            label->setFont(bold);
+        }
+        if (label->text() == informativeText())
+            label->setMinimumWidth(readableWidth * label->fontMetrics().averageCharWidth());
+    }
+    QMessageBox::showEvent(event);
 }
 
 void Alert::keyPressEvent(QKeyEvent* event) {

@@ -34,6 +34,7 @@ class Alert : public QMessageBox {
     int runModal();
 
   protected:
+    void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 

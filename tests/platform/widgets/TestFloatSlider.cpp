@@ -1,7 +1,6 @@
 #include "platform/widgets/FloatSlider.h"
 #include "tests/support/Events.h"
 
-
 #include <gtest/gtest.h>
 
 #include <limits>

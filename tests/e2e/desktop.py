@@ -1,0 +1,230 @@
+"""A desktop of its own for each process: an X server without a screen, a window manager, a message bus with the
+accessibility service, and a program on the PATH that records what is opened.
+"""
+
+import contextlib
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+
+PROGRAMS = {}  # name: path, set by the test's command line
+
+
+def wait_for(condition, what, seconds=30):
+    """The first true value of `condition()`."""
+    end = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError(f"waited {seconds} s for {what}")
+        time.sleep(0.05)
+
+
+class Desktop:
+    def __init__(self, artefacts, scale=1):
+        self.artefacts = pathlib.Path(artefacts)
+        self.artefacts.mkdir(parents=True, exist_ok=True)
+        self.scale = scale
+        self._stack = contextlib.ExitStack()
+
+    def __enter__(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="tobrimax-e2e-"))
+        self._stack.callback(shutil.rmtree, self.folder, ignore_errors=True)
+        try:
+            self._start()
+        except BaseException:
+            self._stack.close()
+            raise
+        return self
+
+    def __exit__(self, kind, value, trace):
+        if kind is not None:
+            self.screenshot("failure")
+            print(self.application_log(), file=sys.stderr)
+        self._stack.close()
+
+    def _start(self):
+        for name in ("home", "runtime", "bin"):
+            (self.folder / name).mkdir(mode=0o700)
+        self.opened_file = self.folder / "opened"
+        recorder = self.folder / "bin" / "xdg-open"
+        recorder.write_text(f'#!/bin/sh\nprintf "%s\\n" "$1" >> "{self.opened_file}"\n')
+        recorder.chmod(0o755)
+        kept = {name: os.environ[name] for name in ("LANG", "TMPDIR", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")
+                if name in os.environ}
+        home = self.folder / "home"
+        self.environment = kept | {
+            "PATH": f"{self.folder}/bin:/usr/local/bin:/usr/bin:/bin",
+            "HOME": str(home),
+            "XDG_CONFIG_HOME": str(home / ".config"),
+            "XDG_DATA_HOME": str(home / ".local/share"),
+            "XDG_CACHE_HOME": str(home / ".cache"),
+            "XDG_RUNTIME_DIR": str(self.folder / "runtime"),
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+        }
+        self.environment["DISPLAY"] = self._start_display()
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus()
+        self._start_program("openbox", "--sm-disable", stderr=subprocess.DEVNULL)
+        wait_for(lambda: b"window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "the window manager")
+        # This process reads the accessibility tree of that desktop.
+        os.environ.update(self.environment)
+        from gi.repository import Atspi
+
+        self.atspi = Atspi
+        Atspi.init()
+
+    def _start_program(self, *command, environment=None, **options):
+        process = subprocess.Popen(command, env=environment or self.environment, start_new_session=True, **options)
+        self._stack.callback(self._stop, process)
+        return process
+
+    @staticmethod
+    def _stop(process):
+        with contextlib.suppress(ProcessLookupError):
+            os.killpg(process.pid, signal.SIGTERM)
+        try:
+            process.wait(5)
+        except subprocess.TimeoutExpired:
+            os.killpg(process.pid, signal.SIGKILL)
+            process.wait()
+        if process.stdout is not None:
+            process.stdout.close()
+
+    def _start_display(self):
+        reading, writing = os.pipe()
+        self._start_program("Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24", "-nolisten", "tcp", "-noreset",
+                            pass_fds=(writing,), stderr=subprocess.DEVNULL)
+        os.close(writing)
+        with os.fdopen(reading) as pipe:
+            return f":{pipe.readline().strip()}"
+
+    def _start_bus(self):
+        bus = self._start_program("dbus-daemon", "--session", "--nofork", "--print-address=1",
+                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        return bus.stdout.readline().decode().strip()
+
+    def run(self, *command):
+        return subprocess.run(command, env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                              check=False, timeout=60).stdout
+
+    # The application
+
+    def start_application(self, **environment):
+        self._log = open(self.folder / "log", "wb")
+        self._stack.callback(self._log.close)
+        self.application = self._start_program(PROGRAMS["tobrimax"], stderr=self._log,
+                                               environment=self.environment | environment)
+        self.window = self.wait_for_window("Tobrimax")
+        return self.application
+
+    def application_log(self):
+        log = self.folder / "log"
+        return log.read_text() if log.exists() else ""
+
+    def opened(self):
+        return self.opened_file.read_text().split("\n")[:-1] if self.opened_file.exists() else []
+
+    # Windows
+
+    def windows(self, title):
+        return self.run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$").decode().split()
+
+    def wait_for_window(self, title):
+        window = wait_for(lambda: self.windows(title), f"the window {title!r}")[-1]
+        wait_for(lambda: self.run("xdotool", "getactivewindow").decode().strip() == window
+                 or self.run("xdotool", "windowactivate", window) is None, f"{title!r} to become active")
+        return window
+
+    def wait_until_gone(self, title):
+        wait_for(lambda: not self.windows(title), f"the window {title!r} to go")
+
+    def geometry(self, window):
+        text = self.run("xdotool", "getwindowgeometry", "--shell", window).decode()
+        values = dict(line.split("=") for line in text.split())
+        return int(values["X"]), int(values["Y"]), int(values["WIDTH"]), int(values["HEIGHT"])
+
+    def key(self, *keys):
+        for key in keys:
+            self.run("xdotool", "key", "--clearmodifiers", key)
+
+    def type(self, text):
+        self.run("xdotool", "type", "--delay", "5", text)
+
+    def screenshot(self, name):
+        self.run("import", "-window", "root", str(self.artefacts / f"{name}.png"))
+
+    # What assistive technology sees
+
+    def elements(self, role=None):
+        """All accessible elements of the application, as (name, role, states, element)."""
+
+        def below(element):
+            for i in range(element.get_child_count()):
+                child = element.get_child_at_index(i)
+                if child is not None:
+                    yield child
+                    yield from below(child)
+
+        desktop = self.atspi.get_desktop(0)
+        found = []
+        for i in range(desktop.get_child_count()):
+            application = desktop.get_child_at_index(i)
+            if application is None or application.get_name() != "Tobrimax":
+                continue
+            for element in below(application):
+                with contextlib.suppress(Exception):  # it may be gone by now
+                    element.clear_cache()
+                    if role in (None, element.get_role_name()):
+                        found.append(element)
+        return found
+
+    def element(self, name, role=None):
+        for element in self.elements(role):
+            with contextlib.suppress(Exception):
+                if element.get_name() == name:
+                    return element
+        return None
+
+    def is_enabled(self, element):
+        element.clear_cache()
+        return element.get_state_set().contains(self.atspi.StateType.ENABLED)
+
+    def is_checked(self, element):
+        element.clear_cache()
+        return element.get_state_set().contains(self.atspi.StateType.CHECKED)
+
+    # Dragging
+
+    def drag_onto_well(self, *paths, screenshot=None):
+        """Drags the files from a window of another process onto the image well, with the mouse."""
+        source = self._start_program(PROGRAMS["drag_source"], *map(str, paths), stdout=subprocess.PIPE)
+        wait_for(lambda: self.windows("DragSource"), "the source of the drag")
+        x, y, _, height = self.geometry(self.window)
+        # The well is the left part of the window's content.
+        target = (x + 150 * self.scale, y + height - 180 * self.scale)
+        self.run("xdotool", "mousemove", "30", "30", "mousedown", "1")
+        steps = 12
+        for i in range(1, steps + 1):
+            self.run("xdotool", "mousemove", str(30 + (target[0] - 30) * i // steps),
+                     str(30 + (target[1] - 30) * i // steps))
+            time.sleep(0.03)
+        time.sleep(0.3)
+        if screenshot is not None:
+            self.screenshot(screenshot)
+        self.run("xdotool", "mouseup", "1")
+        answer = source.stdout.readline().decode().strip()
+        # The source serves the data after it has let go.
+        time.sleep(0.5)
+        self._stop(source)
+        return answer

@@ -1,0 +1,164 @@
+"""The built application, used as a person uses it: with mouse, keyboard and a real drag from another process.
+
+usage: test_application.py TOBRIMAX TOBRIMAX_CLI DRAG_SOURCE SAMPLE ARTEFACTS [TEST…]
+"""
+
+import filecmp
+import pathlib
+import subprocess
+import sys
+import unittest
+
+from desktop import PROGRAMS, Desktop, wait_for
+
+SAMPLE = ARTEFACTS = None
+
+
+def files_below(folder):
+    return sorted(str(path.relative_to(folder)) for path in pathlib.Path(folder).rglob("*") if path.is_file())
+
+
+class ApplicationTest(unittest.TestCase):
+    def assert_same_tree(self, made, expected):
+        self.assertEqual(files_below(made), files_below(expected))
+        for name in files_below(expected):
+            self.assertTrue(filecmp.cmp(pathlib.Path(made) / name, pathlib.Path(expected) / name, shallow=False),
+                            f"{name} differs")
+
+    def cli(self, out, *options):
+        subprocess.run([PROGRAMS["tobrimax-cli"], "generate", str(SAMPLE), "--quiet", f"--out={out}", *options],
+                       check=True, timeout=120)
+
+    def choose_platform(self, desktop, downs):
+        desktop.key("alt+p")
+        desktop.key(*["Down"] * downs)
+
+    def generate_into(self, desktop, folder):
+        folder.mkdir()
+        desktop.key("alt+g")
+        desktop.wait_for_window("Find Directory")
+        desktop.type(str(folder))
+        desktop.screenshot(f"{self.id().split('.')[-1]}-chooser")
+        desktop.key("Return")
+        desktop.wait_until_gone("Find Directory")
+
+    def close_and_expect_status_0(self, desktop):
+        desktop.key("alt+F4")
+        self.assertEqual(desktop.application.wait(20), 0)
+        self.assertIn("closing Window Class QMainWindow", desktop.application_log())
+
+    def test_from_drop_to_finished_set(self):
+        with Desktop(ARTEFACTS) as desktop:
+            desktop.start_application()
+            desktop.screenshot("1-empty")
+            button = wait_for(lambda: desktop.element("Generate", "push button"), "the button")
+            self.assertFalse(desktop.is_enabled(button))
+            self.assertEqual(desktop.drag_onto_well(SAMPLE, screenshot="2-dragging"), "copied")
+            wait_for(lambda: desktop.is_enabled(button), "the button to be enabled")
+            desktop.screenshot("3-dropped")
+
+            desktop.key("alt+r")
+            desktop.key("alt+a", "Right", "Right", "Right")
+            desktop.key("alt+b")
+            desktop.key("alt+d", "Right", "Left", "Right")
+            for name in ("Rounded corner", "Border"):
+                wait_for(lambda: desktop.is_checked(desktop.element(name, "check box")), f"{name} to be ticked")
+            desktop.screenshot("4-decorated")
+
+            out = desktop.folder / "out"
+            self.generate_into(desktop, out)
+            wait_for(desktop.opened, "the folder to be opened")
+            expected = desktop.folder / "expected"
+            style = ["--round-corner=0.235", "--border=0.0525", "--border-color=#333333"]
+            self.cli(expected, "--platform=iphone", *style)
+            self.assert_same_tree(out, expected)
+            self.assertEqual(desktop.opened(), [f"file://{out}"])
+
+            # iPhone and iPad: two folders, opened twice.
+            self.choose_platform(desktop, 2)
+            out = desktop.folder / "universal"
+            self.generate_into(desktop, out)
+            wait_for(lambda: len(desktop.opened()) == 3, "the folder to be opened twice")
+            expected = desktop.folder / "expected-universal"
+            self.cli(expected, "--platform=universal", *style)
+            self.assert_same_tree(out, expected)
+
+            # The Mac, with Application.icns; written after the folder was opened.
+            self.choose_platform(desktop, 2)
+            out = desktop.folder / "mac-set"
+            self.generate_into(desktop, out)
+            wait_for((out / "mac" / "Application.icns").exists, "the icns file")
+            expected = desktop.folder / "expected-mac"
+            self.cli(expected, "--platform=mac", *style)
+            self.assert_same_tree(out, expected)
+            desktop.screenshot("5-generated")
+
+            self.assertIn("platform selected index:4", desktop.application_log())
+            self.close_and_expect_status_0(desktop)
+            # Nothing of ours is left in the user's settings before there is something to remember.
+            settings = desktop.folder / "home" / ".config" / "Varnholt"
+            self.assertEqual(list(settings.rglob("*")) if settings.exists() else [], [])
+
+    def test_a_text_file_is_refused_with_an_alert(self):
+        with Desktop(ARTEFACTS) as desktop:
+            desktop.start_application()
+            words = desktop.folder / "words.txt"
+            words.write_text("no picture")
+            self.assertEqual(desktop.drag_onto_well(words), "copied")
+            button = wait_for(lambda: desktop.element("Generate", "push button"), "the button")
+            wait_for(lambda: desktop.is_enabled(button), "the button to be enabled")
+            desktop.key("alt+g")
+            desktop.wait_for_window("Icon File Error")
+            for text in ("Icon File Error", "Please drag and drop icon file first!"):
+                wait_for(lambda: desktop.element(text, "label"), f"the words {text!r}")
+            buttons = [element.get_name() for element in desktop.elements("push button")]
+            self.assertIn("Ok", buttons)
+            desktop.screenshot("6-alert")
+            # The sheet has no close box, knows no Escape, and blocks its window.
+            desktop.key("alt+F4", "Escape")
+            self.assertTrue(desktop.windows("Icon File Error"))
+            desktop.key("Return")
+            desktop.wait_until_gone("Icon File Error")
+            desktop.wait_for_window("Tobrimax")
+            self.assertEqual(desktop.opened(), [])
+            self.close_and_expect_status_0(desktop)
+
+    def test_a_display_of_scale_2_changes_no_pixel_size(self):
+        with Desktop(ARTEFACTS, scale=2) as desktop:
+            desktop.start_application(QT_SCALE_FACTOR="2")
+            self.assertEqual(desktop.drag_onto_well(SAMPLE), "copied")
+            button = wait_for(lambda: desktop.element("Generate", "push button"), "the button")
+            wait_for(lambda: desktop.is_enabled(button), "the button to be enabled")
+            self.choose_platform(desktop, 4)
+            desktop.screenshot("7-scale-2")
+            out = desktop.folder / "out"
+            self.generate_into(desktop, out)
+            wait_for((out / "mac" / "Application.icns").exists, "the icns file")
+            expected = desktop.folder / "expected"
+            self.cli(expected, "--platform=mac")
+            self.assertEqual(files_below(out), files_below(expected))
+            for name in files_below(expected):
+                if not name.endswith(".png"):
+                    continue
+                sizes = [subprocess.run(["identify", "-format", "%wx%h", folder / name], check=True,
+                                        stdout=subprocess.PIPE).stdout for folder in (out, expected)]
+                self.assertEqual(sizes[0], sizes[1], name)
+            # Its seven renders are twice as large: 32 to 2048, of which the last has no element.
+            listed = subprocess.run(["icns2png", "-l", out / "mac" / "Application.icns"], check=True,
+                                    stdout=subprocess.PIPE).stdout.decode()
+            elements = [line.split("'")[1] for line in listed.split("\n") if line.strip().startswith("'")]
+            self.assertNotIn("is32", elements)
+            self.assertIn("ic10", elements)
+            self.close_and_expect_status_0(desktop)
+
+    def test_the_menus_quit_is_a_way_out(self):
+        with Desktop(ARTEFACTS) as desktop:
+            desktop.start_application()
+            desktop.key("ctrl+q")
+            self.assertEqual(desktop.application.wait(20), 0)
+
+
+if __name__ == "__main__":
+    PROGRAMS["tobrimax"], PROGRAMS["tobrimax-cli"], PROGRAMS["drag_source"] = sys.argv[1:4]
+    SAMPLE, ARTEFACTS = (pathlib.Path(argument) for argument in sys.argv[4:6])
+    unittest.main(argv=sys.argv[:1] + sys.argv[6:], verbosity=2)
