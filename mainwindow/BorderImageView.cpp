@@ -16,7 +16,21 @@
 
 const QString BorderImageView::imageAdded = QStringLiteral("imageAdded");
 
+namespace {
+
+/// A copy, also to whoever offers none: told of a move, the source would delete what was dragged.
+void answerCopy(QDropEvent& event) {
+    event.setDropAction(Qt::CopyAction);
+    if (event.dropAction() != Qt::CopyAction)
+        event.setDropAction(Qt::IgnoreAction);
+    event.accept();
+}
+
+} // namespace
+
 BorderImageView::BorderImageView(QWidget* parent) : ImageView(parent) {
+    installAccessibility();
+    describe();
     setAcceptDrops(true);
     setFocusPolicy(Qt::StrongFocus);
 }
@@ -74,7 +88,15 @@ void BorderImageView::takePicture(const QByteArray& bytes) {
 
 void BorderImageView::showArrived(const Image& image) {
     setImage(image);
+    describe();
     NotificationCenter::defaultCenter().postNotification(imageAdded);
+}
+
+void BorderImageView::describe() {
+    const QSizeF size = image().size();
+    setAccessibleDescription(image().isNull()
+                                 ? tr("Empty. Drop a picture here, or press Space to choose one.")
+                                 : tr("A picture of %1 × %2").arg(size.width()).arg(size.height()));
 }
 
 Path BorderImageView::outline(const QRectF& rect) const {
@@ -109,16 +131,14 @@ void BorderImageView::drawRect(QPainter& painter, const QRectF& rect) {
 void BorderImageView::dragEnterEvent(QDragEnterEvent* event) {
     if (draggingEntered(event->mimeData()) != DragOperation::Copy)
         return;
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    answerCopy(*event);
     setDropHighlighted(true);
 }
 
 void BorderImageView::dragMoveEvent(QDragMoveEvent* event) {
     if (draggingUpdated(event->mimeData()) != DragOperation::Copy)
         return;
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    answerCopy(*event);
 }
 
 void BorderImageView::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
@@ -127,8 +147,8 @@ void BorderImageView::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
 
 void BorderImageView::dropEvent(QDropEvent* event) {
     setDropHighlighted(false);
-    event->setDropAction(Qt::CopyAction);
     event->setAccepted(performDragOperation(event->mimeData()));
+    answerCopy(*event);
 }
 
 void BorderImageView::mouseReleaseEvent(QMouseEvent* event) {
@@ -138,8 +158,9 @@ void BorderImageView::mouseReleaseEvent(QMouseEvent* event) {
 
 void BorderImageView::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
-    if (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter)
+    const bool isPress = key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (isPress && !event->isAutoRepeat())
         Q_EMIT pressed();
-    else
+    else if (!isPress)
         ImageView::keyPressEvent(event);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Path.h"
+#include "platform/widgets/Accessibility.h"
 #include "platform/widgets/ImageView.h"
 
 class QMimeData;
@@ -10,7 +11,7 @@ enum class DragOperation { None = 0, Copy = 1 };
 
 /// The image well: takes the picture that is dropped on it, and strokes the icons' border over it as a
 /// preview. Every arrival is announced by the notification "imageAdded", which carries no object.
-class BorderImageView : public ImageView {
+class BorderImageView : public ImageView, public AccessiblePress {
     Q_OBJECT
 
   public:
@@ -52,6 +53,8 @@ class BorderImageView : public ImageView {
     /// The border's outline for the part `rect` of the view, with its line width.
     Path outline(const QRectF& rect) const;
 
+    void accessiblePress() override { Q_EMIT pressed(); }
+
   Q_SIGNALS:
     /// The view was clicked, or Space or Return pressed in it.
     void pressed();
@@ -68,6 +71,7 @@ class BorderImageView : public ImageView {
 
   private:
     void showArrived(const Image& image);
+    void describe();
 
     bool _roundCorner = false;
     float _cornerRadiusPercent = 0;

@@ -5,11 +5,13 @@
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/widgets/Alert.h"
+#include "platform/widgets/EnabledFollower.h"
 #include "ui_MainWindowController.h"
 
 #include <QClipboard>
 #include <QFileDialog>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QLayout>
 #include <QMainWindow>
 #include <QMimeData>
@@ -43,6 +45,12 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
     // Nothing in it gains from more room.
     window->layout()->setSizeConstraint(QLayout::SetFixedSize);
     window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+    // A label looks as its control does.
+    for (QLabel* label : window->findChildren<QLabel*>()) {
+        if (label->buddy() != nullptr)
+            new EnabledFollower(*label->buddy(), *label,
+                                [label](bool isEnabled) { label->setEnabled(isEnabled); });
+    }
     connectActions();
     return window;
 }
@@ -198,7 +206,8 @@ void MainWindowController::copyPicture() {
         context.drawImage(picture, QRectF(QPointF(0, 0), picture.size()));
         raster = context.image().largestRaster();
     }
-    QGuiApplication::clipboard()->setImage(raster);
+    if (!raster.isNull())
+        QGuiApplication::clipboard()->setImage(raster);
 }
 
 void MainWindowController::pastePicture() {

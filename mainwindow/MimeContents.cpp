@@ -37,7 +37,7 @@ bool MimeContents::hasPicture(const QMimeData& data) {
 
 QByteArray MimeContents::picture(const QMimeData& data) {
     for (const char* form : forms) {
-        const QByteArray bytes = data.data(QLatin1String(form));
+        QByteArray bytes = data.data(QLatin1String(form));
         if (!bytes.isEmpty())
             return bytes;
     }

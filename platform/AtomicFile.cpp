@@ -60,13 +60,23 @@ bool writeAll(int descriptor, const QByteArray& bytes) {
     return true;
 }
 
+/// Makes a rename in `folder` last. Not every file system can: the file itself is whole in any case.
+void syncFolder(const QByteArray& folder) {
+    const int descriptor =
+        open(folder.isEmpty() ? "." : folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    fsync(descriptor);
+    close(descriptor);
+}
+
 } // namespace
 
 QString AtomicFile::systemSentence(int error) {
     return QString::fromStdString(std::generic_category().message(error));
 }
 
-Result<Done> AtomicFile::write(const QString& path, const QByteArray& bytes) {
+Result<Done> AtomicFile::write(const QString& path, const QByteArray& bytes, Durability durability) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
     // The link stays. In bytes throughout: names need not be of any encoding.
@@ -79,16 +89,22 @@ Result<Done> AtomicFile::write(const QString& path, const QByteArray& bytes) {
             return Error{ErrorCode::NotWritable, QStringLiteral("Not a regular file")};
     }
     QByteArray temporary;
-    const int descriptor = openTemporary(target.left(target.lastIndexOf('/') + 1), temporary);
+    const QByteArray folder = target.left(target.lastIndexOf('/') + 1);
+    const int descriptor = openTemporary(folder, temporary);
     if (descriptor < 0)
         return writeError(errno);
     int failure = writeAll(descriptor, bytes) ? 0 : errno;
+    if (failure == 0 && durability == Durability::Synced && fsync(descriptor) != 0)
+        failure = errno;
     if (close(descriptor) != 0 && failure == 0)
         failure = errno;
     if (failure == 0 && rename(temporary.constData(), target.constData()) != 0)
         failure = errno;
-    if (failure == 0)
+    if (failure == 0) {
+        if (durability == Durability::Synced)
+            syncFolder(folder);
         return Done{};
+    }
     unlink(temporary.constData());
     return writeError(failure);
 }

@@ -1,5 +1,7 @@
 #include "platform/Bundle.h"
 
+#include "platform/PropertyList.h"
+
 #include <QCoreApplication>
 #include <QFile>
 
@@ -16,4 +18,19 @@ QString Bundle::pathForResource(const QString& name) const {
             return path;
     }
     return {};
+}
+
+QVariantMap Bundle::infoDictionary() const {
+    QFile file(pathForResource(QStringLiteral("Info.plist")));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const Result<QVariant> dictionary = PropertyList::parse(file.readAll());
+    return dictionary ? dictionary->toMap() : QVariantMap();
+}
+
+QString Bundle::localizedStringForKey(const QString& key, const QString& value, const QString& table) {
+    const QByteArray context = table.isEmpty() ? QByteArrayLiteral("Localizable") : table.toUtf8();
+    // Qt answers with the key where it has no translation.
+    QString text = QCoreApplication::translate(context.constData(), key.toUtf8().constData());
+    return text == key && !value.isEmpty() ? value : text;
 }

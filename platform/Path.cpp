@@ -111,6 +111,24 @@ Path Path::bezierPathWithRoundedRect(const QRectF& rect, double xRadius, double 
     return path;
 }
 
+Path Path::bezierPathWithOvalInRect(const QRectF& rect) {
+    return bezierPathWithRoundedRect(rect, rect.width() / 2, rect.height() / 2);
+}
+
+namespace {
+
+double lineWidthAtBirth = 1;
+
+} // namespace
+
+double Path::defaultLineWidth() {
+    return lineWidthAtBirth;
+}
+
+void Path::setDefaultLineWidth(double width) {
+    lineWidthAtBirth = width;
+}
+
 QPainterPath Path::painterPath() const {
     QPainterPath path;
     if (m_xRadius > 0)

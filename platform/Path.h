@@ -17,6 +17,9 @@ class Path {
     /// side; where one of them is 0 or less the corners are square.
     static Path bezierPathWithRoundedRect(const QRectF& rect, double xRadius, double yRadius);
 
+    /// The ellipse inscribed in `rect`.
+    static Path bezierPathWithOvalInRect(const QRectF& rect);
+
     const QRectF& bounds() const { return m_bounds; }
     double xRadius() const { return m_xRadius; }
     double yRadius() const { return m_yRadius; }
@@ -25,16 +28,20 @@ class Path {
     double lineWidth() const { return m_lineWidth; }
     void setLineWidth(double width) { m_lineWidth = width; }
 
+    /// The line width of the paths that are made from now on, in the whole process; 1 at its start.
+    static double defaultLineWidth();
+    static void setDefaultLineWidth(double width);
+
     /// The outline for Qt's painter. In a picture, GraphicsContext draws it more exactly.
     QPainterPath painterPath() const;
 
   private:
-    explicit Path(const QRectF& bounds) : m_bounds(bounds) {}
+    explicit Path(const QRectF& bounds) : m_bounds(bounds), m_lineWidth(defaultLineWidth()) {}
 
     QRectF m_bounds;
     double m_xRadius = 0;
     double m_yRadius = 0;
-    double m_lineWidth = 1;
+    double m_lineWidth;
 };
 
 /// The convex polygon around a path's outline moved outward by `distance` (inward where negative), flattened

@@ -1,5 +1,7 @@
 #include "shell/AboutBox.h"
 
+#include "platform/widgets/ScaledFont.h"
+
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QGuiApplication>
@@ -57,9 +59,8 @@ AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
     words->setSpacing(gap / 2);
     auto* name = new QLabel(QStringLiteral("Tobrimax"));
     QFont large = name->font();
-    large.setPointSizeF(large.pointSizeF() * 1.8);
     large.setBold(true);
-    name->setFont(large);
+    name->setFont(scaledFont(large, 1.8));
     words->addStretch();
     words->addWidget(name);
     words->addWidget(new QLabel(tr("Version %1").arg(QCoreApplication::applicationVersion())));

@@ -1,12 +1,14 @@
 #include "shell/AppDelegate.h"
 
 #include "platform/Log.h"
+#include "platform/widgets/BackgroundMover.h"
 #include "shell/MainMenu.h"
+#include "shell/PromotionWindow.h"
 
 #include <QCheckBox>
 #include <QMainWindow>
-#include <QMouseEvent>
-#include <QWindow>
+#include <QPalette>
+#include <QUrl>
 
 const QString AppDelegate::notShowPromotionWindow = QStringLiteral("notShowPromotionWindow");
 
@@ -14,32 +16,29 @@ namespace {
 
 constexpr auto helpAddress = "http://www.varnholt.example/tobrimax/help";
 
-/// Lets the user move a window by its background.
-class BackgroundMover final : public QObject {
-  public:
-    explicit BackgroundMover(QWidget* window) : QObject(window) { window->installEventFilter(this); }
-
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        auto* window = qobject_cast<QWidget*>(watched);
-        // A press that no control has taken.
-        if (event->type() == QEvent::MouseButtonPress && window != nullptr &&
-            window->windowHandle() != nullptr)
-            window->windowHandle()->startSystemMove();
-        return QObject::eventFilter(watched, event);
-    }
-};
-
 } // namespace
 
-AppDelegate::AppDelegate(const Surroundings& surroundings) : _surroundings(surroundings) {}
+AppDelegate::AppDelegate(Surroundings surroundings)
+    : _surroundings(std::move(surroundings)), _promotion(std::make_unique<PromotionWindow>(*this)) {
+    _windowPromotion = _promotion->window();
+    _imgViewAppLogo = _promotion->imgViewAppLogo;
+    _lblAppName = _promotion->lblAppName;
+    _lblAppDesc = _promotion->lblAppDesc;
+    _btnCheckDontShow = _promotion->btnCheckDontShow;
+}
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    // Its windows may lose their activation while they go.
+    _surroundings.application.setDelegate(nullptr);
+}
 
 void AppDelegate::applicationDidFinishLaunching(const Notification& /*notification*/) {
     setupInitialController();
     NotificationCenter::defaultCenter().addObserver(
         this, Application::windowWillClose,
         [this](const Notification& notification) { handleWindowClose(notification); });
+    promotionWindowSetup();
+    checkForRateupPopup();
 }
 
 void AppDelegate::setupInitialController() {
@@ -60,12 +59,15 @@ void AppDelegate::setupWindowStyle() {
     colors.setColor(QPalette::Window, Qt::white);
     styled->setPalette(colors);
     styled->setAttribute(Qt::WA_TranslucentBackground);
+    // Which by itself would leave out the white, too.
+    styled->setAttribute(Qt::WA_NoSystemBackground, false);
     // Titled, closable and to be minimised, but not to be resized.
     const bool wasVisible = styled->isVisible();
     styled->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                            Qt::WindowMinimizeButtonHint);
-    new BackgroundMover(styled);
+    if (styled->findChild<BackgroundMover*>() == nullptr)
+        new BackgroundMover(*styled);
     // A window manager's title bar has no transparency; without a text it is as plain as it can be.
     styled->setWindowTitle({});
     styled->setVisible(wasVisible);
@@ -116,11 +118,6 @@ void AppDelegate::btnQuitApp(QObject* /*sender*/) {
 
 void AppDelegate::showHelpUrl(QObject* /*sender*/) {
     _surroundings.mainWindow.workspace.openURL(QUrl(QString::fromLatin1(helpAddress)));
-}
-
-ApplicationDelegate::TerminateReply AppDelegate::applicationShouldTerminate(Application* /*sender*/) {
-    // Nothing is ever left unsaved.
-    return TerminateReply::Now;
 }
 
 void AppDelegate::applicationWillTerminate(const Notification& /*notification*/) {}

@@ -4,21 +4,32 @@
 #include "shell/AppDelegate.h"
 #include "shell/Appearance.h"
 #include "shell/ApplicationIcon.h"
-#include "shell/MainMenu.h"
+#include "shell/StoreErrorAlert.h"
+
+#include <QFileInfo>
+
+#include <csignal>
 
 int applicationMain(int argc, char** argv) {
+    // A file that may not grow is an error to be shown, not the end of the process.
+    std::signal(SIGXFSZ, SIG_IGN);
+    const Bundle bundle;
     QCoreApplication::setOrganizationName(QStringLiteral("Varnholt"));
     QCoreApplication::setApplicationName(QStringLiteral("Tobrimax"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(TOBRIMAX_VERSION));
     Application application(argc, argv);
+    QCoreApplication::setApplicationVersion(
+        bundle.infoDictionary().value(QStringLiteral("CFBundleShortVersionString")).toString());
     const Appearance appearance(application);
     QGuiApplication::setWindowIcon(applicationIcon());
 
-    const Bundle bundle;
     const Screen screen;
     Workspace workspace;
     UserDefaults defaults;
-    AppDelegate delegate({application, {bundle, screen, workspace}, defaults});
+    AppDelegate delegate({application,
+                          {bundle, screen, workspace},
+                          defaults,
+                          [](const QString& path) { return QFileInfo::exists(path); },
+                          presentStoreError});
     application.setDelegate(&delegate);
     return application.run();
 }

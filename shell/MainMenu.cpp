@@ -1,7 +1,7 @@
 #include "shell/MainMenu.h"
 
-#include "mainwindow/BorderImageView.h"
 #include "platform/widgets/ColorWell.h"
+#include "platform/widgets/EnabledFollower.h"
 #include "shell/AboutBox.h"
 #include "shell/AppDelegate.h"
 
@@ -12,6 +12,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QUndoStack>
 
 namespace {
 
@@ -20,26 +21,8 @@ void closeActiveWindow() {
         active->close();
 }
 
-/// Keeps an action enabled as long as a control is.
-class EnabledFollower final : public QObject {
-  public:
-    EnabledFollower(QAction* action, QWidget* control) : QObject(action), m_action(action) {
-        action->setEnabled(control->isEnabled());
-        control->installEventFilter(this);
-    }
-
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::EnabledChange)
-            m_action->setEnabled(static_cast<QWidget*>(watched)->isEnabled());
-        return QObject::eventFilter(watched, event);
-    }
-
-  private:
-    QAction* m_action;
-};
-
 void followControl(QAction* action, QWidget* control) {
-    new EnabledFollower(action, control);
+    new EnabledFollower(*control, *action, [action](bool isEnabled) { action->setEnabled(isEnabled); });
 }
 
 } // namespace
@@ -59,7 +42,7 @@ void MainMenu::addApplicationMenu(QMenuBar& bar) {
     QMenu* menu = bar.addMenu(tr("&Tobrimax"));
     QAction* about = menu->addAction(tr("&About Tobrimax"), this, [this] {
         auto* box = new AboutBox(&m_window);
-        box->open();
+        box->show();
     });
     about->setMenuRole(QAction::AboutRole);
     menu->addSeparator();
@@ -79,36 +62,39 @@ void MainMenu::addFileMenu(QMenuBar& bar) {
                                         controller->generateBtn.data(), &QPushButton::click);
     followControl(generate, controller->generateBtn);
     menu->addSeparator();
+    menu->addAction(tr("&Save"), QKeySequence(QKeySequence::Save), this,
+                    [this] { m_delegate.saveAction(this); });
     QAction* close =
         menu->addAction(tr("&Close"), QKeySequence(QKeySequence::Close), this, closeActiveWindow);
     close->setShortcutContext(Qt::ApplicationShortcut);
-    QAction* save = menu->addAction(tr("&Save"));
-    save->setShortcut(QKeySequence(QKeySequence::Save));
-    save->setEnabled(false);
 }
 
 void MainMenu::addEditMenu(QMenuBar& bar) {
     MainWindowController* controller = m_delegate.mainWindowController();
     QMenu* menu = bar.addMenu(tr("&Edit"));
-    QAction* undo = menu->addAction(tr("&Undo"));
-    undo->setShortcut(QKeySequence(QKeySequence::Undo));
-    undo->setEnabled(false);
-    QAction* redo = menu->addAction(tr("&Redo"));
-    redo->setShortcut(QKeySequence(QKeySequence::Redo));
-    redo->setEnabled(false);
+    m_undo = menu->addAction(tr("&Undo"), QKeySequence(QKeySequence::Undo), this,
+                             [this] { m_delegate.windowWillReturnUndoManager(&m_window)->undo(); });
+    m_redo = menu->addAction(tr("&Redo"), QKeySequence(QKeySequence::Redo), this,
+                             [this] { m_delegate.windowWillReturnUndoManager(&m_window)->redo(); });
     menu->addSeparator();
     m_copy = menu->addAction(tr("&Copy"), QKeySequence(QKeySequence::Copy), controller,
                              &MainWindowController::copyPicture);
     m_paste = menu->addAction(tr("&Paste"), QKeySequence(QKeySequence::Paste), controller,
                               &MainWindowController::pastePicture);
-    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &MainMenu::validateEdit);
     connect(menu, &QMenu::aboutToShow, this, &MainMenu::validateEdit);
-    NotificationCenter::defaultCenter().addObserver(this, BorderImageView::imageAdded,
-                                                    [this](const Notification&) { validateEdit(); });
-    validateEdit();
+    // A shortcut needs an enabled action; each does nothing where there is nothing to do.
+    connect(menu, &QMenu::aboutToHide, this, [this] {
+        for (QAction* action : {m_undo, m_redo, m_copy, m_paste})
+            action->setEnabled(true);
+    });
 }
 
+/// Only while the menu is open: what can be undone comes with the saved data, and another program may take
+/// its time to tell what is on the clipboard.
 void MainMenu::validateEdit() {
+    const QUndoStack* undoManager = m_delegate.windowWillReturnUndoManager(&m_window);
+    m_undo->setEnabled(undoManager->canUndo());
+    m_redo->setEnabled(undoManager->canRedo());
     m_copy->setEnabled(!m_delegate.mainWindowController()->sourceImage().isNull());
     m_paste->setEnabled(MainWindowController::canPaste(QGuiApplication::clipboard()->mimeData()));
 }
@@ -144,4 +130,6 @@ void MainMenu::addHelpMenu(QMenuBar& bar) {
     QMenu* menu = bar.addMenu(tr("&Help"));
     menu->addAction(tr("Tobrimax &Help"), QKeySequence(QKeySequence::HelpContents), this,
                     [this] { m_delegate.showHelpUrl(this); });
+    menu->addSeparator();
+    menu->addAction(tr("&More from Varnholt…"), &m_delegate, &AppDelegate::showPromotionWindow);
 }

@@ -27,6 +27,8 @@ class MainMenu final : public QObject {
 
     AppDelegate& m_delegate;
     QMainWindow& m_window;
+    QAction* m_undo = nullptr;
+    QAction* m_redo = nullptr;
     QAction* m_copy = nullptr;
     QAction* m_paste = nullptr;
 };

@@ -11,6 +11,8 @@
 Alert::Alert() {
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     setAlertStyle(Style::Warning);
+    // A path in a message is no markup.
+    setTextFormat(Qt::PlainText);
 }
 
 void Alert::setMessageText(const QString& text) {

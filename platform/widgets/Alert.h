@@ -5,7 +5,7 @@
 #include <functional>
 
 /// A message that waits for one of its buttons. Return presses the first button, Escape only one that is
-/// named "Cancel"; there is no other way to close it.
+/// named "Cancel"; closing it in another way does nothing.
 class Alert : public QMessageBox {
     Q_OBJECT
 

@@ -1,6 +1,7 @@
 #include "platform/widgets/Application.h"
 
 #include <QCloseEvent>
+#include <QDialog>
 #include <QTimer>
 #include <QWidget>
 
@@ -66,6 +67,13 @@ void Application::terminate(QObject* /*sender*/) {
     m_state = reply == Reply::Now ? State::Terminating : State::Running;
     if (reply == Reply::Now)
         exit(0);
+}
+
+void Application::stopModal() {
+    constexpr int stoppedReturn = -1000;
+    auto* dialog = qobject_cast<QDialog*>(activeModalWidget());
+    if (dialog != nullptr && dialog->windowModality() == Qt::ApplicationModal)
+        dialog->done(stoppedReturn);
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {

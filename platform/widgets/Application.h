@@ -50,6 +50,9 @@ class Application : public QApplication {
     /// agreed to, further calls do nothing.
     void terminate(QObject* sender);
 
+    /// Ends the innermost alert that runs modally, if there is one.
+    void stopModal();
+
     /// Whether the event loop is about to end.
     bool isTerminating() const { return m_state == State::Terminating; }
 

@@ -13,6 +13,7 @@ constexpr int steps = 1000;
 } // namespace
 
 FloatSlider::FloatSlider(QWidget* parent) : QSlider(Qt::Horizontal, parent) {
+    installAccessibility();
     setRange(0, steps);
     setSingleStep(steps / 100);
     setPageStep(steps / 10);
@@ -32,14 +33,26 @@ void FloatSlider::setMaximumFloat(float maximum) {
 void FloatSlider::setFloatValue(float value) {
     // Not a number fails both comparisons and becomes the minimum.
     const float limited = value > m_minimum ? std::min(value, std::max(m_minimum, m_maximum)) : m_minimum;
-    const double range = static_cast<double>(m_maximum) - static_cast<double>(m_minimum);
-    const double share =
-        range > 0 ? (static_cast<double>(limited) - static_cast<double>(m_minimum)) / range : 0;
     m_value = limited;
     m_isProgrammed = true;
-    setValue(static_cast<int>(std::lround(share * steps)));
+    setValue(stepOf(limited));
     m_isProgrammed = false;
     Q_EMIT valueTextChanged(valueText());
+}
+
+int FloatSlider::stepOf(float value) const {
+    const double range = static_cast<double>(m_maximum) - static_cast<double>(m_minimum);
+    const double share =
+        range > 0 ? (static_cast<double>(value) - static_cast<double>(m_minimum)) / range : 0;
+    return static_cast<int>(std::lround(std::clamp(share, 0.0, 1.0) * steps));
+}
+
+void FloatSlider::setAccessibleValue(const QVariant& value) {
+    setValue(stepOf(value.toFloat()));
+}
+
+QVariant FloatSlider::accessibleStep() const {
+    return (static_cast<double>(m_maximum) - static_cast<double>(m_minimum)) * singleStep() / steps;
 }
 
 /// The knob stands on a step that the user has chosen.
@@ -53,8 +66,8 @@ void FloatSlider::takeStep() {
 }
 
 QString FloatSlider::valueText() const {
-    // Tenths of a percent, without a zero that says nothing.
-    const double percent = std::round(static_cast<double>(m_value) * 1000) / 10;
+    // As fine as a step, without zeros that say nothing.
+    const double percent = std::round(static_cast<double>(m_value) * 10000) / 100;
     return tr("%1 %").arg(locale().toString(percent, 'f', QLocale::FloatingPointShortest));
 }
 

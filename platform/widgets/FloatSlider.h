@@ -1,10 +1,12 @@
 #pragma once
 
+#include "platform/widgets/Accessibility.h"
+
 #include <QSlider>
 
 /// A slider over single-precision floats: 1,000 steps between two values; an arrow key moves by a hundredth
 /// of the whole, Page Up and Page Down by a tenth.
-class FloatSlider : public QSlider {
+class FloatSlider : public QSlider, public AccessibleValue {
     Q_OBJECT
     Q_PROPERTY(float minimumFloat READ minimumFloat WRITE setMinimumFloat)
     Q_PROPERTY(float maximumFloat READ maximumFloat WRITE setMaximumFloat)
@@ -26,6 +28,14 @@ class FloatSlider : public QSlider {
     /// The value as a percentage, for people.
     QString valueText() const;
 
+    QString accessibleValueText() const override { return valueText(); }
+    QVariant accessibleValue() const override { return static_cast<double>(m_value); }
+    /// As the user does it.
+    void setAccessibleValue(const QVariant& value) override;
+    QVariant accessibleMinimum() const override { return static_cast<double>(m_minimum); }
+    QVariant accessibleMaximum() const override { return static_cast<double>(m_maximum); }
+    QVariant accessibleStep() const override;
+
   Q_SIGNALS:
     /// The user has moved the knob.
     void action();
@@ -37,6 +47,7 @@ class FloatSlider : public QSlider {
 
   private:
     void takeStep();
+    int stepOf(float value) const;
 
     float m_minimum = 0;
     float m_maximum = 1;

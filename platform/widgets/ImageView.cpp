@@ -62,7 +62,7 @@ void ImageView::paintEvent(QPaintEvent* event) {
         drawRect(painter, dirty);
         painter.restore();
     });
-    if (m_showsFocus || (m_isDropHighlighted && !m_image.isNull())) {
+    if ((m_showsFocus && hasFocus()) || (m_isDropHighlighted && !m_image.isNull())) {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(palette().color(QPalette::Highlight), 3));
@@ -72,17 +72,26 @@ void ImageView::paintEvent(QPaintEvent* event) {
 }
 
 void ImageView::focusInEvent(QFocusEvent* event) {
-    // A click needs no ring: the user knows where it went.
-    m_showsFocus = event->reason() != Qt::MouseFocusReason &&
-                   event->reason() != Qt::ActiveWindowFocusReason &&
-                   event->reason() != Qt::PopupFocusReason && event->reason() != Qt::OtherFocusReason;
+    // A click needs no ring: the user knows where it went. What only comes back is as it was.
+    const Qt::FocusReason reason = event->reason();
+    if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason)
+        m_showsFocus = true;
     update();
 }
 
 void ImageView::focusOutEvent(QFocusEvent* event) {
-    if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
+    const Qt::FocusReason reason = event->reason();
+    if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
+        reason != Qt::MenuBarFocusReason)
         m_showsFocus = false;
     update();
+}
+
+bool ImageView::focusNextPrevChild(bool next) {
+    // Tab, even where there is nowhere else to go.
+    m_showsFocus = true;
+    update();
+    return QWidget::focusNextPrevChild(next);
 }
 
 void ImageView::drawRect(QPainter& painter, const QRectF& /*rect*/) {
@@ -120,7 +129,9 @@ void ImageView::drawPlaceholder(QPainter& painter) const {
         outline.setDashPattern({4, 3});
     painter.setPen(outline);
     painter.setBrush(m_isDropHighlighted ? mixed(accent, ground, 0.12) : ground);
-    painter.drawRoundedRect(frame, frameRadius, frameRadius);
+    // Inside of the layer's corners, should they cut it.
+    const double radius = std::max(frameRadius, m_layer.cornerRadius());
+    painter.drawRoundedRect(frame, radius, radius);
 
     constexpr double symbolHeight = 48;
     constexpr double gap = 12;

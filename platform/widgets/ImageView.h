@@ -39,6 +39,7 @@ class ImageView : public QWidget {
     void paintEvent(QPaintEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
   private:
     void drawPicture(QPainter& painter);

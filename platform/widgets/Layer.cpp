@@ -75,14 +75,15 @@ void Layer::draw(const QRect& dirty, const std::function<void(QPainter&)>& conte
         return;
     }
     // A painter's own clip has no antialiasing: the corners are taken from a picture of the drawing instead.
+    // It is as large as the view, so that every part of it lies on the same pixels.
     const double scale = m_view.devicePixelRatioF();
-    const QSize pixels(static_cast<int>(std::ceil(dirty.width() * scale)),
-                       static_cast<int>(std::ceil(dirty.height() * scale)));
+    const QSize pixels(static_cast<int>(std::ceil(m_view.width() * scale)),
+                       static_cast<int>(std::ceil(m_view.height() * scale)));
     QImage drawing(pixels, QImage::Format_ARGB32_Premultiplied);
     drawing.setDevicePixelRatio(scale);
     drawing.fill(0);
     QPainter painter(&drawing);
-    painter.translate(-dirty.topLeft());
+    painter.setClipRect(dirty);
     painter.setFont(m_view.font());
     painter.setPen(m_view.palette().color(m_view.foregroundRole()));
     painter.setLayoutDirection(m_view.layoutDirection());
@@ -96,5 +97,5 @@ void Layer::draw(const QRect& dirty, const std::function<void(QPainter&)>& conte
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
     painter.fillPath(corners, Qt::black);
     painter.end();
-    onView.drawImage(dirty.topLeft(), drawing);
+    onView.drawImage(QPoint(0, 0), drawing);
 }

@@ -10,7 +10,7 @@
 /// Both ways without a loss for colours of 8 or 16 bits per component.
 inline QColor toQColor(const Color& color) {
     const auto component = [](double value) {
-        return static_cast<quint16>(qBound(0.0, value, 1.0) * 65535 + 0.5);
+        return static_cast<quint16>(std::lround(qBound(0.0, value, 1.0) * 65535));
     };
     return QColor::fromRgba64(component(color.red), component(color.green), component(color.blue),
                               component(color.alpha));

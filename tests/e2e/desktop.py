@@ -34,7 +34,8 @@ def wait_for(condition, what, seconds=30):
 class Desktop:
     def __init__(self, artefacts, scale=1):
         self.artefacts = pathlib.Path(artefacts)
-        self.artefacts.mkdir(parents=True, exist_ok=True)
+        shutil.rmtree(self.artefacts, ignore_errors=True)
+        self.artefacts.mkdir(parents=True)
         self.scale = scale
         self._stack = contextlib.ExitStack()
 

@@ -3,6 +3,7 @@
 usage: take_screenshots.py TOBRIMAX DRAG_SOURCE SAMPLE FOLDER
 """
 
+import pathlib
 import subprocess
 import sys
 
@@ -22,7 +23,7 @@ def make_dark(desktop):
 
 
 def take(name):
-    with Desktop(folder) as desktop:
+    with Desktop(pathlib.Path(folder) / name) as desktop:
         environment = make_dark(desktop) if name.endswith("dark") else {}
         desktop.start_application(**environment)
         desktop.drag_onto_well(sample)

@@ -5,8 +5,10 @@ usage: test_application.py TOBRIMAX TOBRIMAX_CLI DRAG_SOURCE SAMPLE ARTEFACTS [T
 
 import filecmp
 import pathlib
+import struct
 import subprocess
 import sys
+import time
 import unittest
 
 from desktop import PROGRAMS, Desktop, wait_for
@@ -18,7 +20,24 @@ def files_below(folder):
     return sorted(str(path.relative_to(folder)) for path in pathlib.Path(folder).rglob("*") if path.is_file())
 
 
+def icns_elements(path):
+    """The types in the file's order, each with the width of its PNG picture."""
+    data = path.read_bytes()
+    elements = []
+    position = 8
+    while position < len(data):
+        kind, length = struct.unpack(">4sI", data[position:position + 8])
+        content = data[position + 8:position + length]
+        is_png = content.startswith(b"\x89PNG")
+        elements.append((kind.decode(), struct.unpack(">I", content[16:20])[0] if is_png else None))
+        position += length
+    return elements
+
+
 class ApplicationTest(unittest.TestCase):
+    def artefacts(self):
+        return ARTEFACTS / self.id().split(".")[-1].removeprefix("test_")
+
     def assert_same_tree(self, made, expected):
         self.assertEqual(files_below(made), files_below(expected))
         for name in files_below(expected):
@@ -38,7 +57,7 @@ class ApplicationTest(unittest.TestCase):
         desktop.key("alt+g")
         desktop.wait_for_window("Find Directory")
         desktop.type(str(folder))
-        desktop.screenshot(f"{self.id().split('.')[-1]}-chooser")
+        desktop.screenshot(f"chooser-{folder.name}")
         desktop.key("Return")
         desktop.wait_until_gone("Find Directory")
 
@@ -48,7 +67,7 @@ class ApplicationTest(unittest.TestCase):
         self.assertIn("closing Window Class QMainWindow", desktop.application_log())
 
     def test_from_drop_to_finished_set(self):
-        with Desktop(ARTEFACTS) as desktop:
+        with Desktop(self.artefacts()) as desktop:
             desktop.start_application()
             desktop.screenshot("1-empty")
             button = wait_for(lambda: desktop.element("Generate", "push button"), "the button")
@@ -95,12 +114,14 @@ class ApplicationTest(unittest.TestCase):
 
             self.assertIn("platform selected index:4", desktop.application_log())
             self.close_and_expect_status_0(desktop)
-            # Nothing of ours is left in the user's settings before there is something to remember.
-            settings = desktop.folder / "home" / ".config" / "Varnholt"
-            self.assertEqual(list(settings.rglob("*")) if settings.exists() else [], [])
+            # The count of launches is all that is remembered; the desktop's own dialog has notes of its own.
+            left = [name for name in files_below(desktop.folder / "home") if "QtProject" not in name
+                    and "/.cache/" not in f"/{name}"]
+            self.assertEqual(left, [".config/Varnholt/Tobrimax.conf"])
+            self.assertEqual((desktop.folder / "home" / left[0]).read_text().split(), ["[General]", "appOpenedCount=1"])
 
     def test_a_text_file_is_refused_with_an_alert(self):
-        with Desktop(ARTEFACTS) as desktop:
+        with Desktop(self.artefacts()) as desktop:
             desktop.start_application()
             words = desktop.folder / "words.txt"
             words.write_text("no picture")
@@ -114,17 +135,24 @@ class ApplicationTest(unittest.TestCase):
             buttons = [element.get_name() for element in desktop.elements("push button")]
             self.assertIn("Ok", buttons)
             desktop.screenshot("6-alert")
-            # The sheet has no close box, knows no Escape, and blocks its window.
+            # Neither closing the sheet nor Escape does anything, and its window is blocked.
             desktop.key("alt+F4", "Escape")
+            x, y, _, height = desktop.geometry(desktop.window)
+            desktop.run("xdotool", "mousemove", str(x + 40), str(y + height - 40), "click", "1")
+            time.sleep(1)
             self.assertTrue(desktop.windows("Icon File Error"))
+            self.assertFalse(desktop.windows("Open"))
+            desktop.run("xdotool", "windowactivate", "--sync", desktop.windows("Icon File Error")[-1])
             desktop.key("Return")
             desktop.wait_until_gone("Icon File Error")
+            wait_for(lambda: "closing Window Class Alert" in desktop.application_log(), "the log line")
+            self.assertEqual(desktop.application_log().count("closing Window Class Alert"), 1)
             desktop.wait_for_window("Tobrimax")
             self.assertEqual(desktop.opened(), [])
             self.close_and_expect_status_0(desktop)
 
     def test_a_display_of_scale_2_changes_no_pixel_size(self):
-        with Desktop(ARTEFACTS, scale=2) as desktop:
+        with Desktop(self.artefacts(), scale=2) as desktop:
             desktop.start_application(QT_SCALE_FACTOR="2")
             self.assertEqual(desktop.drag_onto_well(SAMPLE), "copied")
             button = wait_for(lambda: desktop.element("Generate", "push button"), "the button")
@@ -144,15 +172,13 @@ class ApplicationTest(unittest.TestCase):
                                         stdout=subprocess.PIPE).stdout for folder in (out, expected)]
                 self.assertEqual(sizes[0], sizes[1], name)
             # Its seven renders are twice as large: 32 to 2048, of which the last has no element.
-            listed = subprocess.run(["icns2png", "-l", out / "mac" / "Application.icns"], check=True,
-                                    stdout=subprocess.PIPE).stdout.decode()
-            elements = [line.split("'")[1] for line in listed.split("\n") if line.strip().startswith("'")]
-            self.assertNotIn("is32", elements)
-            self.assertIn("ic10", elements)
+            self.assertEqual(icns_elements(out / "mac" / "Application.icns"),
+                             [("ic10", 1024), ("ic09", 512), ("ic08", 256), ("ic07", 128), ("ic12", 64), ("il32", None),
+                              ("l8mk", None)])
             self.close_and_expect_status_0(desktop)
 
     def test_the_menus_quit_is_a_way_out(self):
-        with Desktop(ARTEFACTS) as desktop:
+        with Desktop(self.artefacts()) as desktop:
             desktop.start_application()
             desktop.key("ctrl+q")
             self.assertEqual(desktop.application.wait(20), 0)

@@ -3,6 +3,7 @@
 #include "tests/support/Events.h"
 #include "tests/support/Pictures.h"
 
+#include <QAccessible>
 #include <QDragEnterEvent>
 #include <QFile>
 #include <QMimeData>
@@ -157,6 +158,42 @@ TEST_F(BorderImageViewTest, every_drag_is_answered_with_a_copy) {
     QCoreApplication::sendEvent(&view, &move);
     EXPECT_TRUE(move.isAccepted());
     EXPECT_EQ(move.dropAction(), Qt::CopyAction);
+}
+
+TEST_F(BorderImageViewTest, a_drag_that_offers_no_copy_is_never_told_of_a_move) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(picture(QStringLiteral("a.png"), 10, 10))});
+    for (const Qt::DropAction offered : {Qt::MoveAction, Qt::LinkAction}) {
+        view.setImage({});
+        QDragEnterEvent enter(QPoint(5, 5), offered, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&view, &enter);
+        QDragMoveEvent move(QPoint(6, 6), offered, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&view, &move);
+        QDropEvent drop(QPointF(5, 5), offered, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&view, &drop);
+        for (const QDropEvent* event :
+             {static_cast<const QDropEvent*>(&enter), static_cast<const QDropEvent*>(&move),
+              static_cast<const QDropEvent*>(&drop)}) {
+            EXPECT_TRUE(event->isAccepted());
+            EXPECT_EQ(event->dropAction(), Qt::IgnoreAction);
+        }
+        EXPECT_EQ(view.image().size(), QSizeF(10, 10)) << "taken all the same";
+    }
+}
+
+TEST_F(BorderImageViewTest, assistive_technology_can_press_it_and_hears_what_it_shows) {
+    int presses = 0;
+    QObject::connect(&view, &BorderImageView::pressed, &view, [&] { ++presses; });
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&view);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::Button);
+    accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(presses, 1);
+    const QString empty = accessible->text(QAccessible::Description);
+    drop({picture(QStringLiteral("a.png"), 10, 20)});
+    EXPECT_EQ(accessible->text(QAccessible::Description), QStringLiteral("A picture of 10 × 20"));
+    drop({textFile()});
+    EXPECT_EQ(accessible->text(QAccessible::Description), empty);
 }
 
 TEST_F(BorderImageViewTest, a_drop_event_is_taken) {

@@ -33,6 +33,7 @@ TEST_F(MainWindowControls, start_as_the_layout_says) {
     EXPECT_EQ(controller->imgViewIcon->width(), controller->imgViewIcon->height());
     EXPECT_GE(controller->imgViewIcon->width(), 256);
     EXPECT_TRUE(controller->imgViewIcon->layer().masksToBounds());
+    EXPECT_FALSE(controller->roundedCheckButton->isHidden()) << "the layout hides it";
     EXPECT_EQ(controller->outputPathString(), QString());
 }
 
@@ -64,6 +65,19 @@ TEST_F(MainWindowControls, are_enabled_by_a_file_that_is_no_picture_and_stay_ena
     drop(pictureFile());
     drop(textFile());
     EXPECT_TRUE(controller->generateBtn->isEnabled());
+}
+
+TEST_F(MainWindowControls, labels_look_as_their_controls_do) {
+    const auto label = [this](const char* name) {
+        return controller->window()->findChild<QLabel*>(QString::fromLatin1(name));
+    };
+    for (const char* name : {"platformLabel", "cornerRadiusLabel", "borderWidthLabel", "colorLabel",
+                             "cornerRadiusValue", "borderWidthValue"})
+        EXPECT_FALSE(label(name)->isEnabled()) << name;
+    drop(pictureFile());
+    for (const char* name : {"platformLabel", "cornerRadiusLabel", "borderWidthLabel", "colorLabel",
+                             "cornerRadiusValue", "borderWidthValue"})
+        EXPECT_TRUE(label(name)->isEnabled()) << name;
 }
 
 TEST_F(MainWindowControls, are_enabled_by_the_notification_from_any_sender) {

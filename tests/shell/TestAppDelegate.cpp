@@ -1,54 +1,21 @@
-#include "shell/AppDelegate.h"
-#include "tests/generation/FakeSurroundings.h"
-#include "tests/support/Events.h"
-#include "tests/support/RecordingLog.h"
+#include "platform/widgets/BackgroundMover.h"
+#include "tests/shell/AppDelegateFixture.h"
 
 #include <QFileDialog>
 #include <QMainWindow>
-#include <QTimer>
-
-#include <gtest/gtest.h>
 
 namespace {
 
-class AppDelegateTest : public testing::Test {
-  protected:
-    AppDelegateTest() { application.setDelegate(&delegate); }
-    ~AppDelegateTest() override { application.setDelegate(nullptr); }
-
-    /// Runs the application, does `steps` one after another once it is launched, and then ends it.
-    int run(std::vector<std::function<void()>> steps) {
-        QTimer timer;
-        std::size_t next = 0;
-        QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
-            if (next < steps.size())
-                steps[next++]();
-            else
-                QCoreApplication::exit(99);
-        });
-        timer.start(30);
-        return application.run();
-    }
-
-    QWidget* mainWindow() { return delegate.mainWindowController()->window(); }
-
-    Application& application = *Application::sharedApplication();
-    QTemporaryDir folder;
-    FakeBundle bundle;
-    FakeScreen screen;
-    FakeWorkspace workspace;
-    UserDefaults defaults{folder.filePath(QStringLiteral("settings.ini"))};
-    RecordingLog log;
-    AppDelegate delegate{{application, {bundle, screen, workspace}, defaults}};
-};
+using AppDelegateTest = AppDelegateFixture;
 
 TEST_F(AppDelegateTest, launching_shows_the_main_window) {
     bool isShown = false;
-    EXPECT_EQ(run({[&] { isShown = mainWindow()->isVisible(); }}), 99) << "nothing else ends it";
+    EXPECT_EQ(run({[&] { isShown = mainWindow()->isVisible(); }}), notEnded) << "nothing else ends it";
     EXPECT_TRUE(isShown);
     EXPECT_EQ(delegate.window(), mainWindow());
     EXPECT_EQ(delegate.mainWindowController()->windowNibName(), QStringLiteral("MainWindowController"));
-    EXPECT_TRUE(defaults.allKeys().isEmpty());
+    EXPECT_FALSE(delegate.windowPromotion()->isVisible());
+    EXPECT_EQ(defaults.allKeys(), QStringList(QStringLiteral("appOpenedCount")));
 }
 
 TEST_F(AppDelegateTest, setting_up_twice_makes_one_controller) {
@@ -84,40 +51,38 @@ TEST_F(AppDelegateTest, any_other_window_is_logged_by_its_class_and_nothing_more
                   dialog->close();
                   delete dialog;
               }}),
-              99);
+              notEnded);
     EXPECT_EQ(log.lines(), QStringList(QStringLiteral("closing Window Class QFileDialog")));
 }
 
 TEST_F(AppDelegateTest, closing_the_promotion_window_ends_the_program_without_a_note) {
-    QWidget promotion;
-    QCheckBox dontShow(&promotion);
-    delegate.setWindowPromotion(&promotion);
-    delegate.setBtnCheckDontShow(&dontShow);
-    promotion.show();
-    EXPECT_EQ(run({[&] { promotion.close(); }}), 0);
-    EXPECT_TRUE(defaults.allKeys().isEmpty());
+    EXPECT_EQ(run({[&] { delegate.showPromotionWindow(); }, [&] { delegate.windowPromotion()->close(); }}),
+              0);
+    EXPECT_FALSE(defaults.allKeys().contains(QStringLiteral("notShowPromotionWindow")));
+    EXPECT_EQ(log.lines(), QStringList(QStringLiteral("closing Window Class ELGRoundWindow")));
 }
 
 TEST_F(AppDelegateTest, closing_the_promotion_window_with_its_box_checked_is_remembered) {
-    QWidget promotion;
-    QCheckBox dontShow(&promotion);
-    dontShow.setChecked(true);
-    delegate.setWindowPromotion(&promotion);
-    delegate.setBtnCheckDontShow(&dontShow);
-    promotion.show();
-    EXPECT_EQ(run({[&] { promotion.close(); }}), 0);
-    EXPECT_EQ(defaults.allKeys(), QStringList(QStringLiteral("notShowPromotionWindow")));
+    delegate.btnCheckDontShow()->setChecked(true);
+    EXPECT_EQ(run({[&] { delegate.showPromotionWindow(); }, [&] { delegate.windowPromotion()->close(); }}),
+              0);
     EXPECT_TRUE(defaults.boolForKey(QStringLiteral("notShowPromotionWindow")));
 }
 
 TEST_F(AppDelegateTest, the_quit_button_does_the_same) {
-    QCheckBox dontShow;
-    delegate.setBtnCheckDontShow(&dontShow);
     EXPECT_EQ(run({[&] { delegate.btnQuitApp(nullptr); }}), 0);
-    EXPECT_TRUE(defaults.allKeys().isEmpty());
-    dontShow.setChecked(true);
+    EXPECT_FALSE(defaults.allKeys().contains(QStringLiteral("notShowPromotionWindow")));
+    delegate.btnCheckDontShow()->setChecked(true);
     EXPECT_EQ(run({[&] { delegate.btnQuitApp(nullptr); }}), 0);
     EXPECT_TRUE(defaults.boolForKey(QStringLiteral("notShowPromotionWindow")));
+}
+
+TEST_F(AppDelegateTest, a_refused_end_shows_the_main_window_again) {
+    delegate.managedObjectContext()->registerEditor([] { return false; });
+    bool isShown = false;
+    EXPECT_EQ(run({[&] { mainWindow()->close(); }, [&] { isShown = mainWindow()->isVisible(); }}), notEnded);
+    EXPECT_TRUE(isShown);
+    EXPECT_FALSE(application.isTerminating());
 }
 
 TEST_F(AppDelegateTest, both_handlers_lead_to_the_same_rule) {
@@ -130,19 +95,11 @@ TEST_F(AppDelegateTest, both_handlers_lead_to_the_same_rule) {
 }
 
 TEST_F(AppDelegateTest, help_opens_the_makers_site_whatever_comes_of_it) {
-    class RefusingWorkspace final : public Workspace {
-      public:
-        QUrl asked;
-        bool openURL(const QUrl& url) override {
-            asked = url;
-            return false;
-        }
-    };
-    RefusingWorkspace refusing;
-    AppDelegate other({application, {bundle, screen, refusing}, defaults});
-    other.showHelpUrl(nullptr);
-    EXPECT_EQ(refusing.asked.scheme(), QStringLiteral("http"));
-    EXPECT_FALSE(refusing.asked.host().isEmpty());
+    workspace.succeeds = false;
+    delegate.showHelpUrl(nullptr);
+    ASSERT_EQ(workspace.asked.size(), 1);
+    EXPECT_EQ(workspace.asked.first().scheme(), QStringLiteral("http"));
+    EXPECT_FALSE(workspace.asked.first().host().isEmpty());
 }
 
 TEST_F(AppDelegateTest, the_plain_window_style_can_be_asked_for) {
@@ -153,6 +110,12 @@ TEST_F(AppDelegateTest, the_plain_window_style_can_be_asked_for) {
     EXPECT_NE(mainWindow()->windowFlags(), before);
     EXPECT_EQ(mainWindow()->palette().color(QPalette::Window), QColor(Qt::white));
     EXPECT_TRUE(mainWindow()->testAttribute(Qt::WA_TranslucentBackground));
+    QImage shown(mainWindow()->size(), QImage::Format_ARGB32_Premultiplied);
+    shown.fill(Qt::transparent);
+    mainWindow()->render(&shown);
+    EXPECT_EQ(shown.pixelColor(2, shown.height() - 3), QColor(Qt::white));
+    delegate.setupWindowStyle();
+    EXPECT_EQ(mainWindow()->findChildren<BackgroundMover*>().size(), 1);
     const Qt::WindowFlags flags = mainWindow()->windowFlags();
     EXPECT_TRUE(flags.testFlag(Qt::WindowTitleHint));
     EXPECT_TRUE(flags.testFlag(Qt::WindowCloseButtonHint));

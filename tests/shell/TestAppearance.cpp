@@ -63,6 +63,10 @@ TEST(Appearance, lays_its_colours_over_those_of_the_application) {
     const Appearance appearance(*qApp);
     Events::settle();
     expectReadable(QApplication::palette());
+    // The desktop's palette changes while the program runs.
+    QApplication::setPalette(QPalette());
+    Events::settle();
+    expectReadable(QApplication::palette());
     EXPECT_EQ(QApplication::palette().color(QPalette::Window), before.color(QPalette::Window));
 }
 

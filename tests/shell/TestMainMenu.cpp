@@ -1,9 +1,7 @@
 #include "mainwindow/BorderImageView.h"
 #include "shell/AboutBox.h"
-#include "shell/AppDelegate.h"
 #include "shell/ApplicationIcon.h"
-#include "tests/generation/FakeSurroundings.h"
-#include "tests/support/Events.h"
+#include "tests/shell/AppDelegateFixture.h"
 
 #include <QClipboard>
 #include <QFileDialog>
@@ -11,12 +9,11 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QTreeWidget>
-
-#include <gtest/gtest.h>
+#include <QUndoCommand>
 
 namespace {
 
-class MainMenuTest : public testing::Test {
+class MainMenuTest : public AppDelegateFixture {
   protected:
     MainMenuTest() {
         QGuiApplication::clipboard()->clear();
@@ -57,14 +54,6 @@ class MainMenuTest : public testing::Test {
         }
         return nullptr;
     }
-
-    Application& application = *Application::sharedApplication();
-    QTemporaryDir folder;
-    FakeBundle bundle;
-    FakeScreen screen;
-    FakeWorkspace workspace;
-    UserDefaults defaults{folder.filePath(QStringLiteral("settings.ini"))};
-    AppDelegate delegate{{application, {bundle, screen, workspace}, defaults}};
 };
 
 const QString file = QStringLiteral("File");
@@ -128,25 +117,76 @@ TEST_F(MainMenuTest, generate_is_the_button) {
 TEST_F(MainMenuTest, copy_and_paste_are_offered_when_there_is_something) {
     QAction* copy = action(edit, QStringLiteral("Copy"));
     QAction* paste = action(edit, QStringLiteral("Paste"));
-    EXPECT_FALSE(copy->isEnabled());
-    EXPECT_FALSE(paste->isEnabled());
+    auto* menu = qobject_cast<QMenu*>(copy->parent());
+    const auto offered = [&](const QAction* item) {
+        menu->popup(QPoint(0, 0));
+        const bool isOffered = item->isEnabled();
+        menu->hide();
+        EXPECT_TRUE(item->isEnabled()) << "for its shortcut";
+        return isOffered;
+    };
+    EXPECT_FALSE(offered(copy));
+    EXPECT_FALSE(offered(paste));
+    copy->trigger();
+    paste->trigger();
+    EXPECT_FALSE(controller().generateBtn->isEnabled());
     QGuiApplication::clipboard()->setText(QStringLiteral("words"));
-    EXPECT_FALSE(paste->isEnabled());
+    EXPECT_FALSE(offered(paste));
     auto* drawing = new QMimeData;
     drawing->setData(QStringLiteral("image/svg+xml"), picture());
     QGuiApplication::clipboard()->setMimeData(drawing);
-    ASSERT_TRUE(paste->isEnabled());
+    EXPECT_TRUE(offered(paste));
     paste->trigger();
     EXPECT_FALSE(controller().sourceImage().isNull());
-    ASSERT_TRUE(copy->isEnabled());
+    EXPECT_TRUE(offered(copy));
     copy->trigger();
     EXPECT_TRUE(QGuiApplication::clipboard()->mimeData()->hasImage());
 }
 
-TEST_F(MainMenuTest, there_is_nothing_to_undo_or_save) {
-    for (const QString& item : {QStringLiteral("Undo"), QStringLiteral("Redo")})
-        EXPECT_FALSE(action(edit, item)->isEnabled());
-    EXPECT_FALSE(action(file, QStringLiteral("Save"))->isEnabled());
+TEST_F(MainMenuTest, undo_and_redo_are_the_saved_datas_and_make_it_only_when_asked) {
+    const QString store = AppDelegate::applicationDocumentsDirectory();
+    EXPECT_FALSE(QFileInfo::exists(store));
+    QAction* undo = action(edit, QStringLiteral("Undo"));
+    QAction* redo = action(edit, QStringLiteral("Redo"));
+    QMenu* menu = qobject_cast<QMenu*>(undo->parent());
+    ASSERT_NE(menu, nullptr);
+    menu->popup(QPoint(0, 0));
+    EXPECT_TRUE(QFileInfo::exists(store)) << "the menu asks for it";
+    EXPECT_FALSE(undo->isEnabled());
+    EXPECT_FALSE(redo->isEnabled());
+    menu->hide();
+    EXPECT_TRUE(undo->isEnabled()) << "for its shortcut";
+    int changes = 0;
+    class Count final : public QUndoCommand {
+      public:
+        explicit Count(int& count) : m_count(count) {}
+        void redo() override { ++m_count; }
+        void undo() override { --m_count; }
+
+      private:
+        int& m_count;
+    };
+    delegate.windowWillReturnUndoManager(nullptr)->push(new Count(changes));
+    menu->popup(QPoint(0, 0));
+    EXPECT_TRUE(undo->isEnabled());
+    EXPECT_FALSE(redo->isEnabled());
+    menu->hide();
+    undo->trigger();
+    EXPECT_EQ(changes, 0);
+    redo->trigger();
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(MainMenuTest, save_is_the_delegates) {
+    action(file, QStringLiteral("Save"))->trigger();
+    EXPECT_TRUE(QFileInfo::exists(AppDelegate::applicationDocumentsDirectory()));
+    EXPECT_TRUE(presented.empty());
+}
+
+TEST_F(MainMenuTest, the_promotion_window_is_opened_from_the_help_menu) {
+    delegate.promotionWindowSetup();
+    action(QStringLiteral("Help"), QStringLiteral("More from Varnholt…"))->trigger();
+    EXPECT_TRUE(delegate.windowPromotion()->isVisible());
 }
 
 TEST_F(MainMenuTest, the_view_menu_is_the_check_boxes) {
@@ -168,7 +208,7 @@ TEST_F(MainMenuTest, the_view_menu_is_the_check_boxes) {
 
 TEST_F(MainMenuTest, help_opens_the_makers_site) {
     action(QStringLiteral("Help"), QStringLiteral("Tobrimax Help"))->trigger();
-    EXPECT_EQ(workspace.opened.size(), 1);
+    EXPECT_EQ(workspace.asked.size(), 1);
 }
 
 TEST_F(MainMenuTest, minimise_and_bring_back) {

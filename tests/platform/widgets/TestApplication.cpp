@@ -112,6 +112,7 @@ TEST_F(WindowWillCloseTest, is_posted_for_a_window_that_is_still_there) {
     window.show();
     EXPECT_TRUE(window.close());
     EXPECT_EQ(closed, QStringList(QStringLiteral("QWidget")));
+    EXPECT_TRUE(wasVisible);
 }
 
 TEST_F(WindowWillCloseTest, is_posted_for_dialogs) {

@@ -1,6 +1,8 @@
 #include "platform/widgets/FloatSlider.h"
 #include "tests/support/Events.h"
 
+#include <QAccessible>
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -68,6 +70,25 @@ TEST_F(FloatSliderTest, shows_its_value_as_a_percentage) {
     EXPECT_EQ(shown, QStringLiteral("22.5 %"));
     slider.setFloatValue(0.05F);
     EXPECT_EQ(shown, QStringLiteral("5 %"));
+    slider.setFloatValue(0.0525F);
+    EXPECT_EQ(shown, QStringLiteral("5.25 %"));
+}
+
+TEST_F(FloatSliderTest, assistive_technology_reads_and_sets_the_float) {
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&slider);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->text(QAccessible::Value), QStringLiteral("22 %"));
+    QAccessibleValueInterface* value = accessible->valueInterface();
+    ASSERT_NE(value, nullptr);
+    EXPECT_NEAR(value->currentValue().toDouble(), 0.22, 1e-7);
+    EXPECT_EQ(value->minimumValue().toDouble(), 0);
+    EXPECT_EQ(value->maximumValue().toDouble(), 0.5);
+    EXPECT_NEAR(value->minimumStepSize().toDouble(), 0.005, 1e-9);
+    value->setCurrentValue(0.25);
+    EXPECT_EQ(slider.floatValue(), 0.25F);
+    EXPECT_EQ(actions, 1);
+    value->setCurrentValue(9);
+    EXPECT_EQ(slider.floatValue(), 0.5F);
 }
 
 } // namespace

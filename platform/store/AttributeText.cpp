@@ -1,0 +1,154 @@
+#include "platform/store/AttributeText.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace {
+
+const std::array<std::pair<AttributeType, QString>, 6> names{{
+    {AttributeType::String, QStringLiteral("string")},
+    {AttributeType::Integer, QStringLiteral("integer")},
+    {AttributeType::Double, QStringLiteral("double")},
+    {AttributeType::Boolean, QStringLiteral("boolean")},
+    {AttributeType::Date, QStringLiteral("date")},
+    {AttributeType::Data, QStringLiteral("data")},
+}};
+
+int metaTypeOf(AttributeType type) {
+    switch (type) {
+    case AttributeType::Integer:
+        return QMetaType::LongLong;
+    case AttributeType::Double:
+        return QMetaType::Double;
+    case AttributeType::Boolean:
+        return QMetaType::Bool;
+    case AttributeType::Date:
+        return QMetaType::QDateTime;
+    case AttributeType::Data:
+        return QMetaType::QByteArray;
+    default:
+        return QMetaType::QString;
+    }
+}
+
+/// XML has no way to write most control characters, nor halves of surrogate pairs, and readers change line
+/// ends: such a text is written as its UTF-16 units.
+constexpr QChar escape(u'\\');
+
+bool isPlain(QChar c) {
+    return c.unicode() >= 0x20 && c != escape && !c.isSurrogate() && c.unicode() < 0xFFFE;
+}
+
+QString escaped(const QString& text) {
+    QString result;
+    for (const QChar c : text) {
+        if (isPlain(c))
+            result += c;
+        else
+            result += escape + QStringLiteral("%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return result;
+}
+
+std::optional<QVariant> unescaped(const QString& text) {
+    constexpr int digits = 4;
+    QString result;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != escape) {
+            result += text[i];
+            continue;
+        }
+        bool isNumber = false;
+        const ushort unit = text.mid(i + 1, digits).toUShort(&isNumber, 16);
+        if (!isNumber || i + digits >= text.size())
+            return std::nullopt;
+        result += QChar(unit);
+        i += digits;
+    }
+    return result;
+}
+
+} // namespace
+
+QString nameOf(AttributeType type) {
+    return std::ranges::find(names, type, &std::pair<AttributeType, QString>::first)->second;
+}
+
+std::optional<AttributeType> attributeTypeNamed(const QString& name) {
+    const auto* found = std::ranges::find(names, name, &std::pair<AttributeType, QString>::second);
+    return found != names.end() ? std::optional(found->first) : std::nullopt;
+}
+
+std::optional<QVariant> attributeValue(const QVariant& value, AttributeType type) {
+    const QMetaType wanted(metaTypeOf(type));
+    if (!value.isValid())
+        return QVariant();
+    QVariant converted = value;
+    if (!converted.convert(wanted))
+        return std::nullopt;
+    // A number that comes back as another one, for instance.
+    QVariant back = converted;
+    if (value.metaType() != wanted && (!back.convert(value.metaType()) || back != value))
+        return std::nullopt;
+    if (type == AttributeType::Date) {
+        // As the file has it: in milliseconds, and in no time zone.
+        if (!converted.toDateTime().isValid())
+            return std::nullopt;
+        return converted.toDateTime().toUTC();
+    }
+    // What is not a number would not even equal itself.
+    if (type == AttributeType::Double && std::isnan(converted.toDouble()))
+        return std::nullopt;
+    return converted;
+}
+
+QString attributeText(const QVariant& value, AttributeType type) {
+    switch (type) {
+    case AttributeType::Integer:
+        return QString::number(value.toLongLong());
+    case AttributeType::Double:
+        return QString::number(value.toDouble(), 'g', 17);
+    case AttributeType::Boolean:
+        return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
+    case AttributeType::Date:
+        return QString::number(value.toDateTime().toMSecsSinceEpoch());
+    case AttributeType::Data:
+        return QString::fromLatin1(value.toByteArray().toBase64());
+    default:
+        return escaped(value.toString());
+    }
+}
+
+std::optional<QVariant> attributeFromText(const QString& text, AttributeType type) {
+    bool isRight = true;
+    QVariant value;
+    switch (type) {
+    case AttributeType::Integer:
+        value = text.toLongLong(&isRight);
+        break;
+    case AttributeType::Double:
+        value = text.toDouble(&isRight);
+        break;
+    case AttributeType::Boolean:
+        isRight = text == QLatin1String("true") || text == QLatin1String("false");
+        value = text == QLatin1String("true");
+        break;
+    case AttributeType::Date:
+        value = QDateTime::fromMSecsSinceEpoch(text.toLongLong(&isRight), Qt::UTC);
+        break;
+    case AttributeType::Data: {
+        const auto bytes =
+            QByteArray::fromBase64Encoding(text.toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
+        isRight = static_cast<bool>(bytes);
+        value = *bytes;
+        break;
+    }
+    default:
+        return unescaped(text);
+    }
+    return isRight ? std::optional(value) : std::nullopt;
+}

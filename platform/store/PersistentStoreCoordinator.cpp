@@ -1,0 +1,165 @@
+#include "platform/store/PersistentStoreCoordinator.h"
+
+#include "platform/AtomicFile.h"
+#include "platform/store/AttributeText.h"
+
+#include <QFile>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+const QString PersistentStoreCoordinator::xmlStoreType = QStringLiteral("XML");
+
+namespace {
+
+constexpr int format = 1;
+/// So that there is always a next one.
+constexpr qint64 largestNumber = qint64{1} << 53;
+
+/// Reads a store's document. The first thing that is wrong ends it.
+class Reader {
+  public:
+    Reader(const QByteArray& bytes, const ManagedObjectModel& model) : m_xml(bytes), m_model(model) {}
+
+    std::optional<StoredObjects> read() {
+        while (!m_xml.atEnd() && !m_error) {
+            switch (m_xml.readNext()) {
+            case QXmlStreamReader::DTD:
+                fail(StoreErrorCode::Corrupt, QStringLiteral("The document declares a type."));
+                break;
+            case QXmlStreamReader::StartElement:
+                readStore();
+                break;
+            default:
+                break;
+            }
+        }
+        if (m_xml.hasError() && !m_error)
+            fail(StoreErrorCode::Corrupt, m_xml.errorString());
+        return m_error ? std::nullopt : std::optional(std::move(m_objects));
+    }
+
+    const StoreError& error() const { return *m_error; }
+
+  private:
+    void fail(StoreErrorCode code, const QString& description) { m_error = storeError(code, description); }
+
+    QString attribute(const char* name) const {
+        return m_xml.attributes().value(QLatin1String(name)).toString();
+    }
+
+    void readStore() {
+        bool isNumber = false;
+        const int found = attribute("format").toInt(&isNumber);
+        if (m_xml.name() != QLatin1String("store") || !isNumber)
+            fail(StoreErrorCode::Corrupt, QStringLiteral("The document is no store."));
+        else if (found != format)
+            fail(StoreErrorCode::NewerFormat,
+                 QStringLiteral("The store has format %1; this program knows %2.").arg(found).arg(format));
+        while (!m_error && m_xml.readNextStartElement())
+            readObject();
+    }
+
+    void readObject() {
+        const EntityDescription* entity = m_model.entity(attribute("entity"));
+        bool isNumber = false;
+        const qint64 id = attribute("id").toLongLong(&isNumber);
+        if (m_xml.name() != QLatin1String("object") || !isNumber || id < 1 || id > largestNumber ||
+            m_objects.contains(id)) {
+            fail(StoreErrorCode::Corrupt, QStringLiteral("An object has no number of its own."));
+            return;
+        }
+        if (entity == nullptr) {
+            fail(StoreErrorCode::WrongModel,
+                 QStringLiteral("The model has no entity \"%1\".").arg(attribute("entity")));
+            return;
+        }
+        StoredObject& object = m_objects[id];
+        object.entity = entity->name;
+        while (!m_error && m_xml.readNextStartElement())
+            readValue(*entity, object);
+    }
+
+    void readValue(const EntityDescription& entity, StoredObject& object) {
+        const QString name = attribute("name");
+        const AttributeDescription* description = entity.attribute(name);
+        if (description == nullptr || attribute("type") != nameOf(description->type)) {
+            fail(StoreErrorCode::WrongModel,
+                 QStringLiteral("The model has no attribute \"%1\" of that type in \"%2\".")
+                     .arg(name, entity.name));
+            return;
+        }
+        const std::optional<QVariant> value = attributeFromText(m_xml.readElementText(), description->type);
+        if (!value)
+            fail(StoreErrorCode::Corrupt,
+                 QStringLiteral("The value of \"%1\" is of no such type.").arg(name));
+        else
+            object.values.insert(name, *value);
+    }
+
+    QXmlStreamReader m_xml;
+    const ManagedObjectModel& m_model;
+    StoredObjects m_objects;
+    std::optional<StoreError> m_error;
+};
+
+QByteArray document(const StoredObjects& objects, const ManagedObjectModel& model) {
+    QByteArray bytes;
+    QXmlStreamWriter xml(&bytes);
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("store"));
+    xml.writeAttribute(QStringLiteral("format"), QString::number(format));
+    for (const auto& [id, object] : objects) {
+        const EntityDescription* entity = model.entity(object.entity);
+        xml.writeStartElement(QStringLiteral("object"));
+        xml.writeAttribute(QStringLiteral("entity"), object.entity);
+        xml.writeAttribute(QStringLiteral("id"), QString::number(id));
+        for (auto value = object.values.begin(); value != object.values.end(); ++value) {
+            const AttributeType type = entity->attribute(value.key())->type;
+            xml.writeStartElement(QStringLiteral("value"));
+            xml.writeAttribute(QStringLiteral("name"), value.key());
+            xml.writeAttribute(QStringLiteral("type"), nameOf(type));
+            xml.writeCharacters(attributeText(value.value(), type));
+            xml.writeEndElement();
+        }
+        xml.writeEndElement();
+    }
+    // The end of the document is the end of the file: one that breaks off anywhere is seen to be broken.
+    xml.writeEndElement();
+    return bytes;
+}
+
+bool hand(StoreError* to, StoreError error) {
+    if (to != nullptr)
+        *to = std::move(error);
+    return false;
+}
+
+} // namespace
+
+bool PersistentStoreCoordinator::addPersistentStoreWithType(const QString& type, const QString& path,
+                                                            StoreError* error) {
+    if (type != xmlStoreType)
+        return hand(error, storeError(StoreErrorCode::NotReadable,
+                                      QStringLiteral("There is no store of the type %1.").arg(type)));
+    QFile file(path);
+    if (file.exists()) {
+        if (!file.open(QIODevice::ReadOnly))
+            return hand(error, storeError(StoreErrorCode::NotReadable, file.errorString()));
+        Reader reader(file.readAll(), m_model);
+        std::optional<StoredObjects> objects = reader.read();
+        if (!objects)
+            return hand(error, reader.error());
+        m_objects = std::move(*objects);
+    }
+    m_path = path;
+    return true;
+}
+
+bool PersistentStoreCoordinator::save(const StoredObjects& objects, StoreError* error) {
+    const Result<Done> written =
+        AtomicFile::write(m_path, document(objects, m_model), AtomicFile::Durability::Synced);
+    if (!written)
+        return hand(error, storeError(StoreErrorCode::NotWritable, written.error().sentence));
+    m_objects = objects;
+    return true;
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QFont>
+
+/// `font` at `factor` times its size, however that is given.
+inline QFont scaledFont(QFont font, double factor) {
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * factor);
+    else
+        font.setPixelSize(qRound(font.pixelSize() * factor));
+    return font;
+}

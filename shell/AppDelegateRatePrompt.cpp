@@ -1,0 +1,65 @@
+#include "platform/widgets/Alert.h"
+#include "shell/AppDelegate.h"
+
+#include <QTimer>
+#include <QUrl>
+
+namespace {
+
+/// The program's number in the store; a placeholder until it has one.
+constexpr int storeIdentifier = 100000000;
+
+constexpr int launchesBeforePrompt = 6;
+constexpr int promptDelayMilliseconds = 200;
+constexpr int yesReturn = 1;
+constexpr int noReturn = 0;
+
+} // namespace
+
+const QString AppDelegate::appOpenedCount = QStringLiteral("appOpenedCount");
+const QString AppDelegate::appVersion = QStringLiteral("appVersion");
+
+QString AppDelegate::currentBuild() const {
+    return _surroundings.mainWindow.bundle.infoDictionary()
+        .value(QStringLiteral("CFBundleVersion"))
+        .toString();
+}
+
+void AppDelegate::checkForRateupPopup() {
+    UserDefaults& defaults = _surroundings.defaults;
+    const qint64 oldCount = defaults.integerForKey(appOpenedCount);
+    // A broken file may hold the largest number that there is.
+    defaults.setInteger(oldCount == std::numeric_limits<qint64>::max() ? oldCount : oldCount + 1,
+                        appOpenedCount);
+    defaults.synchronize();
+    if (defaults.stringForKey(appVersion) == currentBuild()) {
+        defaults.setInteger(0, appOpenedCount);
+        defaults.synchronize();
+        return;
+    }
+    if (oldCount < launchesBeforePrompt)
+        return;
+    QTimer::singleShot(promptDelayMilliseconds, this, &AppDelegate::showAlertForRateApp);
+    defaults.setInteger(0, appOpenedCount);
+    defaults.synchronize();
+}
+
+void AppDelegate::showAlertForRateApp() {
+    auto* alert = new Alert;
+    alert->setMessageText(QStringLiteral("Rate Us"));
+    alert->setInformativeText(
+        QStringLiteral("If you enjoy using our app, would you like to rate us on app store?"));
+    alert->addButtonWithTitle(QStringLiteral("YES"), yesReturn);
+    alert->addButtonWithTitle(QStringLiteral("NO"), noReturn);
+    alert->setAlertStyle(Alert::Style::Informational);
+    alert->beginSheetModalForWindow(
+        _window, [this, alert](int returnCode) { alertDidEndClose(alert, returnCode, nullptr); });
+}
+
+void AppDelegate::alertDidEndClose(Alert* /*alert*/, int returnCode, void* /*contextInfo*/) {
+    const QUrl storePage(
+        QStringLiteral("macappstore://itunes.apple.com/app/id%1?ls=1&mt=8").arg(storeIdentifier));
+    if (returnCode == noReturn || _surroundings.mainWindow.workspace.openURL(storePage))
+        _surroundings.defaults.setString(currentBuild(), appVersion);
+    _surroundings.application.stopModal();
+}

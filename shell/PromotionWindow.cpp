@@ -1,0 +1,62 @@
+#include "shell/PromotionWindow.h"
+
+#include "platform/widgets/BackgroundMover.h"
+#include "platform/widgets/ScaledFont.h"
+#include "shell/AppDelegate.h"
+#include "ui_PromotionWindow.h"
+
+#include <QShortcut>
+
+PromotionWindow::PromotionWindow(AppDelegate& delegate) : m_window(std::make_unique<ELGRoundWindow>()) {
+    Ui::PromotionWindow layout;
+    layout.setupUi(m_window.get());
+    m_window->setContentView(layout.contentView);
+    imgViewAppLogo = layout.imgViewAppLogo;
+    lblAppName = layout.lblAppName;
+    lblAppDesc = layout.lblAppDesc;
+    btnCheckDontShow = layout.btnCheckDontShow;
+    m_open = layout.btnOpenSuggestedApp;
+    QFont heading = lblAppName->font();
+    constexpr double headingScale = 1.6;
+    heading.setBold(true);
+    lblAppName->setFont(scaledFont(heading, headingScale));
+    // Room for the longest description, whatever the font.
+    constexpr int lines = 3;
+    lblAppDesc->setMinimumHeight(lines * lblAppDesc->fontMetrics().lineSpacing());
+    m_window->setFixedSize(m_window->size().expandedTo(layout.contentView->minimumSizeHint()));
+
+    ELGRoundWindow* shown = m_window.get();
+    connect(m_open, &QPushButton::clicked, this,
+            [this, &delegate] { delegate.btnOpenSuggestedAppTapped(m_open); });
+    connect(layout.btnQuitApp, &QPushButton::clicked, this,
+            [&delegate, button = layout.btnQuitApp] { delegate.btnQuitApp(button); });
+    connect(layout.btnBack, &QPushButton::clicked, shown, &QWidget::hide);
+    auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), shown);
+    connect(escape, &QShortcut::activated, shown, &QWidget::hide);
+    new BackgroundMover(*shown);
+}
+
+PromotionWindow::~PromotionWindow() = default;
+
+void PromotionWindow::setEmpty(bool isEmpty) {
+    m_open->setHidden(isEmpty);
+    imgViewAppLogo->setHidden(isEmpty);
+    if (!isEmpty)
+        return;
+    lblAppName->setText(tr("You have them all"));
+    lblAppDesc->setText(tr("Every other application of ours is installed already. Thank you!"));
+}
+
+void PromotionWindow::placePageControl(BFPageControl& control) {
+    control.show();
+    QWidget::setTabOrder(m_open, &control);
+    QWidget::setTabOrder(&control, btnCheckDontShow);
+}
+
+void PromotionWindow::show(const QWidget* other) {
+    if (other != nullptr && !m_window->isVisible())
+        m_window->move(other->frameGeometry().center() - m_window->rect().center());
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
+}

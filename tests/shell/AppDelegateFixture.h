@@ -1,0 +1,77 @@
+#pragma once
+
+#include "shell/AppDelegate.h"
+#include "tests/generation/FakeSurroundings.h"
+#include "tests/support/Events.h"
+#include "tests/support/RecordingLog.h"
+
+#include <QSet>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+/// A delegate in surroundings of the test's own.
+class AppDelegateFixture : public testing::Test {
+  protected:
+    AppDelegateFixture() { application.setDelegate(&delegate); }
+    ~AppDelegateFixture() override { application.setDelegate(nullptr); }
+
+    static constexpr int notEnded = 99;
+
+    /// Runs the application, does `steps` one after another once it is launched; its exit status, or
+    /// `notEnded` when nothing has ended it after that.
+    int run(std::vector<std::function<void()>> steps) {
+        QTimer timer;
+        std::size_t next = 0;
+        QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+            if (next < steps.size())
+                steps[next++]();
+            else
+                QCoreApplication::exit(notEnded);
+        });
+        timer.start(30);
+        return application.run();
+    }
+
+    QWidget* mainWindow() { return delegate.mainWindowController()->window(); }
+
+    /// The visible window of that class, or null.
+    template <class Window>
+    static Window* visible() {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (auto* found = qobject_cast<Window*>(window); found != nullptr && found->isVisible())
+                return found;
+        }
+        return nullptr;
+    }
+
+    /// Opens addresses or not, as the test wants.
+    class StoreWorkspace final : public Workspace {
+      public:
+        QList<QUrl> asked;
+        bool succeeds = true;
+        bool openURL(const QUrl& url) override {
+            asked << url;
+            return succeeds;
+        }
+    };
+
+    Application& application = *Application::sharedApplication();
+    QTemporaryDir folder;
+    FakeBundle bundle;
+    FakeScreen screen;
+    StoreWorkspace workspace;
+    UserDefaults defaults{folder.filePath(QStringLiteral("settings.ini"))};
+    RecordingLog log;
+    QSet<QString> existingFiles;
+    std::vector<StoreError> presented;
+    bool recovers = false;
+    AppDelegate delegate{{application,
+                          {bundle, screen, workspace},
+                          defaults,
+                          [this](const QString& path) { return existingFiles.contains(path); },
+                          [this](const StoreError& error) {
+                              presented.push_back(error);
+                              return recovers;
+                          }}};
+};
