@@ -122,7 +122,7 @@ class Desktop:
     # The application
 
     def start_application(self, **environment):
-        self._log = open(self.folder / "log", "wb")
+        self._log = open(self.folder / "log", "ab")
         self._stack.callback(self._log.close)
         self.application = self._start_program(PROGRAMS["tobrimax"], stderr=self._log,
                                                environment=self.environment | environment)

@@ -177,6 +177,102 @@ class ApplicationTest(unittest.TestCase):
                               ("l8mk", None)])
             self.close_and_expect_status_0(desktop)
 
+    def settings(self, desktop):
+        path = desktop.folder / "home" / ".config" / "Varnholt" / "Tobrimax.conf"
+        return dict(line.split("=") for line in path.read_text().split() if "=" in line)
+
+    def quit(self, desktop):
+        desktop.key("ctrl+q")
+        self.assertEqual(desktop.application.wait(20), 0)
+
+    def test_every_seventh_of_fifteen_launches_asks_to_be_rated(self):
+        with Desktop(self.artefacts()) as desktop:
+            for launch in range(1, 16):
+                desktop.start_application()
+                wait_for(lambda: self.settings(desktop)["appOpenedCount"] == str(launch % 7), "the count")
+                if launch % 7 == 0:
+                    desktop.wait_for_window("Rate Us")
+                    # Without an answer the same build asks again.
+                    desktop.application.terminate()
+                    desktop.application.wait(20)
+                else:
+                    time.sleep(0.4)
+                    self.assertFalse(desktop.windows("Rate Us"), launch)
+                    self.quit(desktop)
+            self.assertEqual(self.settings(desktop), {"appOpenedCount": "1"})
+
+    def launch_until_asked(self, desktop):
+        path = desktop.folder / "home" / ".config" / "Varnholt" / "Tobrimax.conf"
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text("[General]\nappOpenedCount=6\n")
+        desktop.start_application()
+        desktop.wait_for_window("Rate Us")
+
+    def test_the_answers_to_the_rate_prompt_are_kept(self):
+        with Desktop(self.artefacts()) as desktop:
+            self.launch_until_asked(desktop)
+            for text in ("Rate Us", "If you enjoy using our app, would you like to rate us on app store?"):
+                wait_for(lambda: desktop.element(text, "label"), f"the words {text!r}")
+            desktop.screenshot("rate-prompt")
+            desktop.key("Tab", "space")  # NO
+            desktop.wait_until_gone("Rate Us")
+            self.quit(desktop)
+            build = self.settings(desktop)["appVersion"]
+            self.assertTrue(build)
+            self.assertEqual(desktop.opened(), [])
+
+            self.launch_until_asked(desktop)
+            desktop.key("Return")  # YES
+            desktop.wait_until_gone("Rate Us")
+            wait_for(desktop.opened, "the store page")
+            self.assertRegex(desktop.opened()[0], r"^macappstore://.*\?ls=1&mt=8$")
+            self.quit(desktop)
+            self.assertEqual(self.settings(desktop), {"appOpenedCount": "0", "appVersion": build})
+
+    def open_promotion(self, desktop):
+        desktop.key("alt+h")
+        desktop.key("m")
+        desktop.wait_for_window("More from Varnholt")
+
+    def test_the_promotion_window_is_browsed_hidden_and_quit(self):
+        with Desktop(self.artefacts()) as desktop:
+            desktop.start_application()
+            self.assertFalse(desktop.windows("More from Varnholt"), "hidden at launch")
+            self.open_promotion(desktop)
+            wait_for(lambda: desktop.element("Lumenfold", "label"), "the first suggestion")
+            desktop.screenshot("promotion")
+            # The third dot with the mouse: they lie in the middle, 50 points above the bottom edge.
+            x, y, width, height = desktop.geometry(desktop.windows("More from Varnholt")[-1])
+            row = 8 * 25 + 7 * 5
+            at = (x + (width - row) // 2 + 2 * 30 + 12, y + height - 50 - 12)
+            desktop.run("xdotool", "mousemove", str(at[0]), str(at[1]), "click", "1")
+            wait_for(lambda: desktop.element("Tidemark", "label"), "the third suggestion")
+            self.assertRegex(desktop.application_log(), r"<BFPageControl: 0x[0-9a-f]+>: Selected page at index: 2")
+            # The next with the keyboard.
+            desktop.key("Right")
+            wait_for(lambda: desktop.element("Patchbay", "label"), "the fourth suggestion")
+            desktop.screenshot("promotion-focused")
+            desktop.key("alt+o")
+            wait_for(desktop.opened, "its store page")
+            self.assertTrue(desktop.opened()[0].startswith("macappstore://"))
+            desktop.key("Escape")
+            desktop.wait_until_gone("More from Varnholt")
+            self.assertIsNone(desktop.application.poll())
+            self.assertNotIn("closing Window", desktop.application_log())
+            self.open_promotion(desktop)
+            desktop.key("alt+d", "alt+q")
+            self.assertEqual(desktop.application.wait(20), 0)
+            self.assertEqual(self.settings(desktop)["notShowPromotionWindow"], "true")
+
+    def test_closing_the_promotion_window_ends_the_program(self):
+        with Desktop(self.artefacts()) as desktop:
+            desktop.start_application()
+            self.open_promotion(desktop)
+            desktop.key("alt+F4")
+            self.assertEqual(desktop.application.wait(20), 0)
+            self.assertIn("closing Window Class ELGRoundWindow", desktop.application_log())
+            self.assertNotIn("notShowPromotionWindow", self.settings(desktop))
+
     def test_the_menus_quit_is_a_way_out(self):
         with Desktop(self.artefacts()) as desktop:
             desktop.start_application()

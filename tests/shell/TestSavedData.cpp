@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QUndoStack>
 
+#include <sys/mount.h>
 #include <sys/resource.h>
 
 #include <csignal>
@@ -155,6 +156,33 @@ TEST_F(SavedDataTest, a_failed_save_is_presented) {
     EXPECT_EQ(presented[0].localizedDescription, QStringLiteral("File too large"));
     EXPECT_TRUE(modelled.managedObjectContext()->hasChanges());
 }
+
+#ifdef Q_OS_LINUX
+TEST_F(SavedDataTest, a_full_file_system_is_presented_and_leaves_the_earlier_file) {
+    change();
+    QDir().mkpath(folderPath());
+    if (mount("none", folderPath().toLocal8Bit().constData(), "tmpfs", 0, "size=16k") != 0)
+        GTEST_SKIP() << "only root may mount a file system of 16 kB";
+    modelled.saveAction(nullptr);
+    QFile filler(folderPath() + QStringLiteral("/filler"));
+    const bool isOpen = filler.open(QIODevice::WriteOnly);
+    while (isOpen && filler.write(QByteArray(1024, 'x')) > 0 && filler.flush()) {
+    }
+    QFile file(storePath());
+    const QByteArray before = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    change();
+    modelled.saveAction(nullptr);
+    file.seek(0);
+    const QByteArray after = file.readAll();
+    file.close();
+    filler.close();
+    umount2(folderPath().toLocal8Bit().constData(), MNT_DETACH);
+    EXPECT_FALSE(before.isEmpty());
+    EXPECT_EQ(after, before);
+    ASSERT_EQ(presented.size(), 1U);
+    EXPECT_EQ(presented[0].localizedDescription, QStringLiteral("No space left on device"));
+}
+#endif
 
 TEST_F(SavedDataTest, quitting_saves_changes) {
     change();
