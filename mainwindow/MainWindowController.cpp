@@ -51,7 +51,9 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
             new EnabledFollower(*label->buddy(), *label,
                                 [label](bool isEnabled) { label->setEnabled(isEnabled); });
     }
+    HighlightedButton::awakeAll(*window);
     connectActions();
+    layout.previewStrip->observe(*this);
     return window;
 }
 
@@ -80,7 +82,8 @@ void MainWindowController::windowDidLoad() {
 }
 
 void MainWindowController::imageAddednotification() {
-    const auto enable = [](QWidget* control) {
+    // Each through its own class: a button's `setEnabled` is not its base class's.
+    const auto enable = [](const auto& control) {
         if (control != nullptr)
             control->setEnabled(true);
     };

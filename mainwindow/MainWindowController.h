@@ -2,6 +2,7 @@
 
 #include "generation/IconSetGenerator.h"
 #include "mainwindow/BorderImageView.h"
+#include "mainwindow/HighlightedButton.h"
 #include "platform/widgets/ColorWell.h"
 #include "platform/widgets/FloatSlider.h"
 #include "platform/widgets/WindowController.h"
@@ -9,7 +10,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QPointer>
-#include <QPushButton>
 
 class QFileDialog;
 
@@ -40,7 +40,7 @@ class MainWindowController final : public WindowController, public GenerationInp
     QPointer<FloatSlider> sliderCornerRadius;
     QPointer<FloatSlider> sliderBorderWidth;
     QPointer<ColorWell> colorPicker;
-    QPointer<QPushButton> generateBtn;
+    QPointer<HighlightedButton> generateBtn;
 
     // Actions of the controls; each sends itself.
     void platformSelected(QObject* sender);

@@ -9,6 +9,28 @@ namespace {
 
 /// What is disabled is told by less contrast, but can be read: desktops go as low as 1.5 : 1.
 constexpr double disabledShare = 0.6;
+constexpr double placeholderShare = 0.75;
+
+struct Colors {
+    QColor window;
+    QColor base;
+    QColor button;
+    QColor text;
+    QColor toolTip;
+};
+
+Colors colorsFor(bool isDark) {
+    if (isDark)
+        return {QColor(38, 39, 42), QColor(27, 28, 30), QColor(58, 60, 64), QColor(240, 240, 242),
+                QColor(58, 60, 64)};
+    return {QColor(240, 240, 242), QColor(255, 255, 255), QColor(250, 250, 251), QColor(28, 28, 31),
+            QColor(255, 255, 255)};
+}
+
+bool isDark(const QPalette& palette) {
+    return palette.color(QPalette::Active, QPalette::Window).lightness() <
+           palette.color(QPalette::Active, QPalette::WindowText).lightness();
+}
 
 } // namespace
 
@@ -24,23 +46,36 @@ bool Appearance::eventFilter(QObject* watched, QEvent* event) {
 }
 
 QPalette Appearance::over(const QPalette& desktop) {
+    const Colors colors = colorsFor(isDark(desktop));
     QPalette ours;
     ours.setResolveMask(0);
-    const auto dim = [&](QPalette::ColorRole text, QPalette::ColorRole ground) {
-        ours.setColor(QPalette::Disabled, text,
-                      mixed(desktop.color(QPalette::Active, text), desktop.color(QPalette::Active, ground),
-                            disabledShare));
+    const auto pair = [&](QPalette::ColorRole ground, const QColor& groundColor, QPalette::ColorRole text) {
+        ours.setColor(ground, groundColor);
+        ours.setColor(text, colors.text);
+        ours.setColor(QPalette::Disabled, text, mixed(colors.text, groundColor, disabledShare));
     };
-    dim(QPalette::WindowText, QPalette::Window);
-    dim(QPalette::Text, QPalette::Base);
-    dim(QPalette::ButtonText, QPalette::Button);
+    pair(QPalette::Window, colors.window, QPalette::WindowText);
+    pair(QPalette::Base, colors.base, QPalette::Text);
+    pair(QPalette::Button, colors.button, QPalette::ButtonText);
+    pair(QPalette::ToolTipBase, colors.toolTip, QPalette::ToolTipText);
+    ours.setColor(QPalette::AlternateBase, mixed(colors.text, colors.base, 0.04));
+    ours.setColor(QPalette::PlaceholderText, mixed(colors.text, colors.base, placeholderShare));
+    // The edges that a style draws around what is raised or sunken.
+    ours.setColor(QPalette::Light, mixed(Qt::white, colors.button, isDark(desktop) ? 0.1 : 0.8));
+    ours.setColor(QPalette::Midlight, mixed(Qt::white, colors.button, isDark(desktop) ? 0.05 : 0.4));
+    ours.setColor(QPalette::Mid, mixed(Qt::black, colors.button, 0.25));
+    ours.setColor(QPalette::Dark, mixed(Qt::black, colors.button, 0.4));
+    ours.setColor(QPalette::Shadow, mixed(Qt::black, colors.button, 0.7));
     return ours;
 }
 
 void Appearance::apply() {
-    const QPalette current = QApplication::palette();
-    const QPalette ours = over(current);
     // Setting a palette is a change of it, too.
-    if (ours.resolve(current) != current)
-        QApplication::setPalette(ours);
+    if (m_isApplying)
+        return;
+    m_isApplying = true;
+    // What the desktop has, without ours.
+    QApplication::setPalette(QPalette());
+    QApplication::setPalette(over(QApplication::palette()));
+    m_isApplying = false;
 }

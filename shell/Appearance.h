@@ -5,8 +5,9 @@
 
 class QApplication;
 
-/// Keeps the application's colours readable on whatever palette the desktop has, light or dark, and goes on
-/// doing so when that changes.
+/// The application's colours: one light and one dark set, of which the desktop's palette chooses, also while
+/// the program runs. They go with the dark sliders and buttons of the layouts; what marks a selection or the
+/// focus stays the desktop's.
 class Appearance final : public QObject {
     Q_OBJECT
 
@@ -23,4 +24,5 @@ class Appearance final : public QObject {
     void apply();
 
     QApplication& m_application;
+    bool m_isApplying = false;
 };

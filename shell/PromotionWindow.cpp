@@ -25,6 +25,7 @@ PromotionWindow::PromotionWindow(AppDelegate& delegate) : m_window(std::make_uni
     lblAppDesc->setMinimumHeight(lines * lblAppDesc->fontMetrics().lineSpacing());
     m_window->setFixedSize(m_window->size().expandedTo(layout.contentView->minimumSizeHint()));
 
+    HighlightedButton::awakeAll(*m_window);
     ELGRoundWindow* shown = m_window.get();
     connect(m_open, &QPushButton::clicked, this,
             [this, &delegate] { delegate.btnOpenSuggestedAppTapped(m_open); });

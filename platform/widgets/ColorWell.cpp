@@ -21,6 +21,7 @@ void ColorWell::setColor(const Color& color) {
                                  ? shown.name()
                                  : tr("%1, alpha %2 %").arg(shown.name()).arg(qRound(shown.alphaF() * 100)));
     update();
+    Q_EMIT colorChanged();
 }
 
 QColor ColorWell::qcolor() const {

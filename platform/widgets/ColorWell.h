@@ -27,6 +27,8 @@ class ColorWell : public QAbstractButton {
     QSize sizeHint() const override;
 
   Q_SIGNALS:
+    /// Whoever has set it.
+    void colorChanged();
     /// The user has chosen another colour; sent for each one while the panel is open.
     void action();
 

@@ -205,15 +205,18 @@ class Desktop:
         element.clear_cache()
         return element.get_state_set().contains(self.atspi.StateType.CHECKED)
 
+    def well(self):
+        """A place in the image well: the upper left part of the window's content."""
+        x, y, width, height = self.geometry(self.window)
+        return x + width // 4, y + height * 2 // 5
+
     # Dragging
 
     def drag_onto_well(self, *paths, screenshot=None):
         """Drags the files from a window of another process onto the image well, with the mouse."""
         source = self._start_program(PROGRAMS["drag_source"], *map(str, paths), stdout=subprocess.PIPE)
         wait_for(lambda: self.windows("DragSource"), "the source of the drag")
-        x, y, _, height = self.geometry(self.window)
-        # The well is the left part of the window's content.
-        target = (x + 150 * self.scale, y + height - 180 * self.scale)
+        target = self.well()
         self.run("xdotool", "mousemove", "30", "30", "mousedown", "1")
         steps = 12
         for i in range(1, steps + 1):

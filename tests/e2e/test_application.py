@@ -137,8 +137,7 @@ class ApplicationTest(unittest.TestCase):
             desktop.screenshot("6-alert")
             # Neither closing the sheet nor Escape does anything, and its window is blocked.
             desktop.key("alt+F4", "Escape")
-            x, y, _, height = desktop.geometry(desktop.window)
-            desktop.run("xdotool", "mousemove", str(x + 40), str(y + height - 40), "click", "1")
+            desktop.run("xdotool", "mousemove", *map(str, desktop.well()), "click", "1")
             time.sleep(1)
             self.assertTrue(desktop.windows("Icon File Error"))
             self.assertFalse(desktop.windows("Open"))

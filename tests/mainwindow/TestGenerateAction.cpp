@@ -145,7 +145,7 @@ TEST_F(GenerateAction, an_opened_picture_arrives_as_a_dropped_one) {
     ASSERT_NE(chooser, nullptr);
     choose(chooser, pictureFile(30, 20));
     EXPECT_EQ(controller->sourceImage().size(), QSizeF(30, 20));
-    EXPECT_TRUE(controller->generateBtn->isEnabled());
+    EXPECT_TRUE(controller->platformSelection->isEnabled());
     controller->openPicture();
     chooser = sheet<QFileDialog>();
     ASSERT_NE(chooser, nullptr);
@@ -165,7 +165,7 @@ TEST_F(GenerateAction, a_pasted_file_arrives_as_a_dropped_one) {
     QGuiApplication::clipboard()->setMimeData(files);
     controller->pastePicture();
     EXPECT_EQ(controller->sourceImage().size(), QSizeF(40, 20));
-    EXPECT_TRUE(controller->generateBtn->isEnabled());
+    EXPECT_TRUE(controller->platformSelection->isEnabled());
 }
 
 TEST_F(GenerateAction, a_copied_picture_can_be_pasted) {
@@ -176,7 +176,7 @@ TEST_F(GenerateAction, a_copied_picture_can_be_pasted) {
     controller->pastePicture();
     EXPECT_EQ(controller->sourceImage().size(), QSizeF(30, 20));
     EXPECT_LE(Pictures::largestDifference(controller->sourceImage().largestRaster(), noise), 1);
-    EXPECT_TRUE(controller->generateBtn->isEnabled());
+    EXPECT_TRUE(controller->platformSelection->isEnabled());
 }
 
 TEST_F(GenerateAction, a_pasted_drawing_stays_a_drawing) {
@@ -199,7 +199,7 @@ TEST_F(GenerateAction, pasting_anything_else_changes_nothing) {
     QGuiApplication::clipboard()->clear();
     controller->pastePicture();
     EXPECT_EQ(controller->sourceImage().size(), QSizeF(8, 8));
-    EXPECT_FALSE(controller->generateBtn->isEnabled());
+    EXPECT_FALSE(controller->platformSelection->isEnabled());
 }
 
 } // namespace

@@ -64,7 +64,7 @@ TEST_F(MainWindowControls, are_enabled_by_a_file_that_is_no_picture_and_stay_ena
         EXPECT_TRUE(control->isEnabled());
     drop(pictureFile());
     drop(textFile());
-    EXPECT_TRUE(controller->generateBtn->isEnabled());
+    EXPECT_TRUE(controller->platformSelection->isEnabled());
 }
 
 TEST_F(MainWindowControls, labels_look_as_their_controls_do) {
@@ -83,7 +83,7 @@ TEST_F(MainWindowControls, labels_look_as_their_controls_do) {
 TEST_F(MainWindowControls, are_enabled_by_the_notification_from_any_sender) {
     QObject sender;
     NotificationCenter::defaultCenter().postNotification(QStringLiteral("imageAdded"), &sender);
-    EXPECT_TRUE(controller->generateBtn->isEnabled());
+    EXPECT_TRUE(controller->platformSelection->isEnabled());
 }
 
 TEST_F(MainWindowControls, sliders_and_colour_do_not_depend_on_their_check_boxes) {

@@ -35,12 +35,27 @@ QPalette desktop(const QColor& ground, const QColor& text) {
     return colors;
 }
 
+const std::vector<std::pair<QPalette::ColorRole, QPalette::ColorRole>> pairs{
+    {QPalette::WindowText, QPalette::Window},
+    {QPalette::Text, QPalette::Base},
+    {QPalette::Text, QPalette::AlternateBase},
+    {QPalette::ButtonText, QPalette::Button},
+    {QPalette::ToolTipText, QPalette::ToolTipBase},
+    {QPalette::PlaceholderText, QPalette::Base},
+    // The well's invitation, the captions, and what an item view writes.
+    {QPalette::Text, QPalette::Window},
+    {QPalette::WindowText, QPalette::Base}};
+
 void expectReadable(const QPalette& colors) {
-    const std::vector<std::pair<QPalette::ColorRole, QPalette::ColorRole>> pairs{
-        {QPalette::WindowText, QPalette::Window},
-        {QPalette::Text, QPalette::Base},
-        {QPalette::ButtonText, QPalette::Button}};
     for (const auto& [text, ground] : pairs) {
+        for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
+            EXPECT_GE(contrast(colors.color(group, text), colors.color(group, ground)), 4.5)
+                << text << " on " << ground;
+    }
+    for (const QPalette::ColorRole text : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        const QPalette::ColorRole ground = text == QPalette::WindowText ? QPalette::Window
+                                           : text == QPalette::Text     ? QPalette::Base
+                                                                        : QPalette::Button;
         const double enabled = contrast(colors.color(text), colors.color(ground));
         const double disabled = contrast(colors.color(QPalette::Disabled, text), colors.color(ground));
         EXPECT_GE(disabled, 3) << "can be read";
@@ -48,26 +63,32 @@ void expectReadable(const QPalette& colors) {
     }
 }
 
-TEST(Appearance, what_is_disabled_can_be_read_on_light_and_dark_desktops) {
+TEST(Appearance, text_can_be_read_on_light_and_dark_desktops) {
     for (const QPalette& colors :
          {desktop(QColor(239, 239, 239), Qt::black), desktop(QColor(42, 46, 50), QColor(239, 240, 241))}) {
         const QPalette result = Appearance::over(colors).resolve(colors);
         expectReadable(result);
-        for (const QPalette::ColorRole role : {QPalette::Window, QPalette::WindowText, QPalette::Highlight})
-            EXPECT_EQ(result.color(role), colors.color(role)) << "the desktop's own";
+        EXPECT_EQ(result.color(QPalette::Highlight), colors.color(QPalette::Highlight))
+            << "the desktop's own";
     }
 }
 
+TEST(Appearance, follows_the_desktop_from_light_to_dark) {
+    const QColor light = Appearance::over(desktop(Qt::white, Qt::black)).color(QPalette::Window);
+    const QColor dark = Appearance::over(desktop(Qt::black, Qt::white)).color(QPalette::Window);
+    EXPECT_GT(light.lightness(), 200);
+    EXPECT_LT(dark.lightness(), 60);
+}
+
 TEST(Appearance, lays_its_colours_over_those_of_the_application) {
-    const QPalette before = QApplication::palette();
     const Appearance appearance(*qApp);
     Events::settle();
-    expectReadable(QApplication::palette());
+    const QPalette result = QApplication::palette();
+    expectReadable(result);
     // The desktop's palette changes while the program runs.
     QApplication::setPalette(QPalette());
     Events::settle();
-    expectReadable(QApplication::palette());
-    EXPECT_EQ(QApplication::palette().color(QPalette::Window), before.color(QPalette::Window));
+    EXPECT_EQ(QApplication::palette(), result);
 }
 
 } // namespace

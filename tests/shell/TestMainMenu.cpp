@@ -129,7 +129,7 @@ TEST_F(MainMenuTest, copy_and_paste_are_offered_when_there_is_something) {
     EXPECT_FALSE(offered(paste));
     copy->trigger();
     paste->trigger();
-    EXPECT_FALSE(controller().generateBtn->isEnabled());
+    EXPECT_FALSE(controller().platformSelection->isEnabled());
     QGuiApplication::clipboard()->setText(QStringLiteral("words"));
     EXPECT_FALSE(offered(paste));
     auto* drawing = new QMimeData;

@@ -1,0 +1,320 @@
+#include "mainwindow/HighlightedButton.h"
+
+#include "platform/widgets/QtColor.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QStyleOptionButton>
+#include <QStylePainter>
+#include <QTimer>
+#include <QToolTip>
+
+#include <algorithm>
+#include <span>
+
+namespace {
+
+constexpr Color white{1, 1, 1, 1};
+constexpr Color black{0, 0, 0, 1};
+constexpr Color clear{0, 0, 0, 0};
+
+constexpr Color rgb(int red, int green, int blue, double alpha = 1) {
+    return {red / 255.0, green / 255.0, blue / 255.0, alpha};
+}
+
+enum class Picture { Normal, Selected, None };
+
+/// One row of a look's table. What has no value stays as it is.
+struct Row {
+    int tag;
+    bool wantsLayer;
+    Picture picture;
+    std::optional<Color> background;
+    std::optional<double> cornerRadius;
+    std::optional<Color> borderColor;
+    std::optional<double> borderWidth;
+    bool hasRegularFont;
+    std::optional<Color> foreground;
+    int timesTitleIsSet; ///< twice: once before the row's font and colour, and once after
+};
+
+constexpr std::optional<Color> noColor;
+constexpr std::optional<double> noNumber;
+
+// clang-format off
+constexpr Row defaultLook[] = {
+    {101, true,  Picture::Normal, noColor,                 1.0,      noColor,         noNumber, false, noColor,         1},
+    {102, false, Picture::Normal, noColor,                 noNumber, noColor,         noNumber, false, noColor,         0},
+    {103, true,  Picture::Normal, noColor,                 1.0,      noColor,         noNumber, false, noColor,         1},
+    {104, true,  Picture::Normal, rgb(16, 16, 16),         1.0,      rgb(24, 27, 27), 2.0,      false, noColor,         1},
+    {105, true,  Picture::Normal, noColor,                 1.0,      noColor,         noNumber, false, rgb(30, 30, 30), 1},
+    {106, true,  Picture::None,   rgb(205, 205, 205),      4.0,      noColor,         noNumber, true,  rgb(30, 30, 30), 1},
+    {107, true,  Picture::None,   rgb(167, 166, 165, 0.5), 4.0,      noColor,         noNumber, true,  white,           1},
+    {108, true,  Picture::None,   rgb(57, 57, 58),         4.0,      noColor,         noNumber, true,  white,           1},
+};
+
+constexpr Row highlightedLook[] = {
+    {101, true,  Picture::Selected, noColor,                 1.0,      noColor,         noNumber, false, noColor,         1},
+    {102, false, Picture::Selected, noColor,                 noNumber, noColor,         noNumber, false, noColor,         0},
+    {103, true,  Picture::Selected, noColor,                 1.0,      noColor,         noNumber, false, noColor,         1},
+    {104, true,  Picture::Selected, rgb(20, 20, 20),         1.0,      rgb(34, 37, 37), 2.0,      true,  noColor,         1},
+    {105, true,  Picture::Selected, noColor,                 1.0,      noColor,         noNumber, false, rgb(30, 30, 30), 1},
+    {106, true,  Picture::None,     rgb(180, 180, 180),      4.0,      noColor,         noNumber, true,  rgb(30, 30, 30), 2},
+    {107, true,  Picture::None,     rgb(187, 186, 185, 0.5), 4.0,      noColor,         noNumber, true,  white,           2},
+    {108, true,  Picture::None,     rgb(67, 67, 68),         4.0,      noColor,         noNumber, true,  white,           2},
+};
+
+constexpr Row disabledLook[] = {
+    {102, false, Picture::Selected, noColor, noNumber, noColor, noNumber, false, noColor, 0},
+    {103, true,  Picture::Selected, noColor, 4.0,      noColor, noNumber, false, noColor, 1},
+    {107, true,  Picture::Selected, noColor, 4.0,      noColor, noNumber, false, noColor, 1},
+};
+// clang-format on
+
+const Row* rowOf(std::span<const Row> look, int tag) {
+    const auto found = std::ranges::find(look, tag, &Row::tag);
+    return found != look.end() ? &*found : nullptr;
+}
+
+constexpr int highlightMilliseconds = 100;
+
+} // namespace
+
+HighlightedButton::HighlightedButton(QWidget* parent) : QPushButton(parent) {}
+
+void HighlightedButton::awakeAll(QWidget& window) {
+    for (HighlightedButton* button : window.findChildren<HighlightedButton*>())
+        button->awakeFromNib();
+}
+
+void HighlightedButton::awakeFromNib() {
+    m_isEnabled = true;
+    _imgNormalState = icon();
+    _imgSelectedState = m_alternateImage;
+    setButtonDefault();
+    createTrackingArea();
+}
+
+void HighlightedButton::createTrackingArea() {
+    m_isTracking = true;
+    setAttribute(Qt::WA_Hover);
+}
+
+void HighlightedButton::mouseEntered() {
+    // Over a disabled widget Qt shows its window's pointer.
+    window()->setCursor(Qt::PointingHandCursor);
+    setButtonHighlighted();
+}
+
+void HighlightedButton::mouseExited() {
+    window()->setCursor(Qt::ArrowCursor);
+    setButtonDefault();
+}
+
+void HighlightedButton::setEnabled(bool isEnabled) {
+    m_isEnabled = isEnabled;
+    QPushButton::setEnabled(isEnabled);
+    if (isEnabled)
+        setButtonDefault();
+    else
+        setDisabled();
+}
+
+void HighlightedButton::highlight(bool /*flag*/, const QRectF& /*withFrame*/, Layer& inView) {
+    inView.setBackgroundColor(clear);
+    setButtonHighlighted();
+    QTimer::singleShot(highlightMilliseconds, this, &HighlightedButton::setButtonDefault);
+}
+
+QFont HighlightedButton::systemFont(bool isBold) const {
+    QFont system = QApplication::font("QPushButton");
+    if (font().pointSizeF() > 0)
+        system.setPointSizeF(font().pointSizeF());
+    else
+        system.setPixelSize(font().pixelSize());
+    system.setBold(isBold);
+    return system;
+}
+
+AttributedTitle HighlightedButton::styledTitle(const Color& foreground, bool isBold) const {
+    if (text().isEmpty())
+        return {};
+    return {text(), AttributedTitle::Attributes{foreground, systemFont(isBold), Qt::AlignCenter}};
+}
+
+void HighlightedButton::setAttributedTitle(const AttributedTitle& title) {
+    m_attributedTitle = title;
+    m_hasAttributedTitle = true;
+    update();
+    Q_EMIT attributedTitleSet(title);
+}
+
+void HighlightedButton::showImage(const QIcon& image) {
+    setIcon(image);
+}
+
+namespace {
+
+/// Gives `button` the look of `row`, whose first stage has made `title`.
+void applyRow(HighlightedButton& button, const Row& row, AttributedTitle title, const QFont& regularFont) {
+    Layer& layer = button.layer();
+    button.setIcon(row.picture == Picture::Normal     ? button.imgNormalState()
+                   : row.picture == Picture::Selected ? button.imgSelectedState()
+                                                      : QIcon());
+    if (row.background)
+        layer.setBackgroundColor(row.background);
+    if (row.cornerRadius)
+        layer.setCornerRadius(*row.cornerRadius);
+    if (row.borderColor)
+        layer.setBorderColor(row.borderColor);
+    if (row.borderWidth)
+        layer.setBorderWidth(*row.borderWidth);
+    constexpr int twice = 2;
+    if (row.timesTitleIsSet == twice)
+        button.setAttributedTitle(title);
+    if (title.attributes && row.hasRegularFont)
+        title.attributes->font = regularFont;
+    if (title.attributes && row.foreground)
+        title.attributes->foreground = *row.foreground;
+    if (row.timesTitleIsSet > 0)
+        button.setAttributedTitle(title);
+}
+
+} // namespace
+
+void HighlightedButton::setButtonDefault() {
+    const AttributedTitle title = styledTitle(white, false);
+    if (const Row* row = rowOf(defaultLook, m_tag)) {
+        m_wantsLayer = m_wantsLayer || row->wantsLayer;
+        applyRow(*this, *row, title, systemFont(false));
+    }
+    m_allowsExpansionToolTips = true;
+}
+
+void HighlightedButton::setButtonHighlighted() {
+    const AttributedTitle title = styledTitle(white, true);
+    if (const Row* row = rowOf(highlightedLook, m_tag)) {
+        m_wantsLayer = m_wantsLayer || row->wantsLayer;
+        applyRow(*this, *row, title, systemFont(false));
+    }
+}
+
+void HighlightedButton::setDisabled() {
+    const AttributedTitle title = styledTitle(black, true);
+    if (const Row* row = rowOf(disabledLook, m_tag)) {
+        m_wantsLayer = m_wantsLayer || row->wantsLayer;
+        applyRow(*this, *row, title, systemFont(false));
+    }
+}
+
+QSize HighlightedButton::sizeHint() const {
+    // Room for the same title in bold.
+    const int bolder =
+        QFontMetrics(systemFont(true)).horizontalAdvance(text()) - fontMetrics().horizontalAdvance(text());
+    const int padding = m_wantsLayer ? 24 : 0;
+    return QPushButton::sizeHint() + QSize(qMax(0, bolder) + padding, m_wantsLayer ? 6 : 0);
+}
+
+QRect HighlightedButton::contentRect() const {
+    constexpr int margin = 6;
+    return rect().adjusted(margin, 0, -margin, 0);
+}
+
+QString HighlightedButton::elidedTitle(const QFontMetrics& metrics) const {
+    const int iconWidth = icon().isNull() ? 0 : iconSize().width() + 4;
+    return metrics.elidedText(m_attributedTitle.text, Qt::ElideRight, contentRect().width() - iconWidth,
+                              Qt::TextShowMnemonic);
+}
+
+/// The image and the title, side by side in the middle.
+void HighlightedButton::drawContent(QPainter& painter) {
+    constexpr int gap = 4;
+    constexpr double disabledOpacity = 0.6;
+    painter.save();
+    if (!QPushButton::isEnabled())
+        painter.setOpacity(disabledOpacity);
+    const AttributedTitle::Attributes attributes =
+        m_attributedTitle.attributes.value_or(AttributedTitle::Attributes{
+            fromQColor(palette().color(QPalette::ButtonText)), font(), Qt::AlignCenter});
+    painter.setFont(attributes.font);
+    painter.setPen(toQColor(attributes.foreground));
+    const QFontMetrics metrics(attributes.font);
+    const QString title = elidedTitle(metrics);
+    const int titleWidth = metrics.size(Qt::TextShowMnemonic, title).width();
+    const int iconWidth = icon().isNull() ? 0 : iconSize().width();
+    const int between = iconWidth > 0 && !title.isEmpty() ? gap : 0;
+    const int left = (width() - iconWidth - between - titleWidth) / 2;
+    const int flags =
+        Qt::AlignVCenter | (QPushButton::style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, this) != 0
+                                ? Qt::TextShowMnemonic
+                                : Qt::TextHideMnemonic);
+    const QRect imageRect =
+        QStyle::visualRect(layoutDirection(), rect(),
+                           QRect(left, (height() - iconSize().height()) / 2, iconWidth, iconSize().height()));
+    const QRect titleRect = QStyle::visualRect(
+        layoutDirection(), rect(), QRect(left + iconWidth + between, 0, titleWidth + 1, height()));
+    if (iconWidth > 0)
+        icon().paint(&painter, imageRect, Qt::AlignCenter,
+                     QPushButton::isEnabled() ? QIcon::Normal : QIcon::Disabled);
+    painter.drawText(titleRect, flags, title);
+    painter.restore();
+}
+
+void HighlightedButton::paintEvent(QPaintEvent* event) {
+    if (!m_hasAttributedTitle && !m_layer.backgroundColor()) {
+        QPushButton::paintEvent(event);
+        return;
+    }
+    m_layer.draw(event->rect(), [this](QPainter& painter) {
+        if (!m_layer.backgroundColor() && !isFlat()) {
+            QStyleOptionButton option;
+            initStyleOption(&option);
+            option.text.clear();
+            option.icon = QIcon();
+            style()->drawControl(QStyle::CE_PushButtonBevel, &option, &painter, this);
+        }
+        drawContent(painter);
+        if (isDown()) {
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(QColor(0, 0, 0, 40));
+            painter.drawRoundedRect(rect(), m_layer.cornerRadius(), m_layer.cornerRadius());
+        }
+        if (hasFocus()) {
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+            painter.setBrush(Qt::NoBrush);
+            painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), m_layer.cornerRadius(),
+                                    m_layer.cornerRadius());
+        }
+    });
+}
+
+void HighlightedButton::enterEvent(QEnterEvent* event) {
+    QPushButton::enterEvent(event);
+    if (m_isTracking)
+        mouseEntered();
+}
+
+void HighlightedButton::leaveEvent(QEvent* event) {
+    QPushButton::leaveEvent(event);
+    if (m_isTracking)
+        mouseExited();
+}
+
+bool HighlightedButton::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip && m_allowsExpansionToolTips && toolTip().isEmpty()) {
+        const QFontMetrics metrics(m_attributedTitle.attributes ? m_attributedTitle.attributes->font
+                                                                : font());
+        const bool fits = metrics.size(Qt::TextShowMnemonic, text()).width() <= contentRect().width();
+        if (!fits) {
+            QString whole = text();
+            QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), whole.remove(QLatin1Char('&')),
+                               this);
+            return true;
+        }
+    }
+    return QPushButton::event(event);
+}

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "platform/Color.h"
+#include "platform/widgets/Layer.h"
+
+#include <QIcon>
+#include <QPushButton>
+
+#include <optional>
+
+/// A button's title with how it is drawn. Without attributes, it is drawn as the button's own.
+struct AttributedTitle {
+    struct Attributes {
+        Color foreground;
+        QFont font;
+        Qt::Alignment alignment = Qt::AlignCenter;
+
+        bool operator==(const Attributes&) const = default;
+    };
+
+    QString text;
+    std::optional<Attributes> attributes;
+
+    bool operator==(const AttributedTitle&) const = default;
+};
+
+/// A push button that changes its look on hover and when it is enabled or disabled. Its tag, 101 to 108,
+/// chooses one of eight looks from fixed tables; with any other tag it keeps the look of its layout.
+///
+/// `setEnabled` and `isEnabled` take the place of the base class's, which are not virtual: they must be
+/// called through this class.
+class HighlightedButton final : public QPushButton {
+    Q_OBJECT
+    Q_PROPERTY(int tag READ tag WRITE setTag)
+    Q_PROPERTY(QIcon alternateImage READ alternateImage WRITE setAlternateImage)
+
+  public:
+    explicit HighlightedButton(QWidget* parent = nullptr);
+
+    /// Calls `awakeFromNib` on every button in `window`, as the last step of loading a layout.
+    static void awakeAll(QWidget& window);
+
+    int tag() const { return m_tag; }
+    void setTag(int tag) { m_tag = tag; }
+
+    /// Its image in the default look comes from `icon`, in the other two from here.
+    const QIcon& alternateImage() const { return m_alternateImage; }
+    void setAlternateImage(const QIcon& image) { m_alternateImage = image; }
+
+    /// The flag that was given last, or true from the time of loading, whatever the base class says.
+    bool isEnabled() const { return m_isEnabled; }
+    void setIsEnabled(bool isEnabled) { m_isEnabled = isEnabled; }
+    /// Enables or disables the button and gives it the look for that.
+    void setEnabled(bool isEnabled);
+
+    const QIcon& imgNormalState() const { return _imgNormalState; }
+    const QIcon& imgSelectedState() const { return _imgSelectedState; }
+
+    void awakeFromNib();
+    void createTrackingArea();
+
+    // Both do the same for a disabled button.
+    void mouseEntered();
+    void mouseExited();
+
+    /// Shows the highlighted look for a tenth of a second. `flag` and `withFrame` are ignored; the layer's
+    /// background is cleared. Nothing calls it.
+    void highlight(bool flag, const QRectF& withFrame, Layer& inView);
+
+    void setButtonDefault();
+    void setButtonHighlighted();
+    void setDisabled();
+
+    const AttributedTitle& attributedTitle() const { return m_attributedTitle; }
+    void setAttributedTitle(const AttributedTitle& title);
+
+    /// Whether a title that does not fit is shown whole in a tool tip.
+    bool allowsExpansionToolTips() const { return m_allowsExpansionToolTips; }
+
+    Layer& layer() { return m_layer; }
+    const Layer& layer() const { return m_layer; }
+    bool wantsLayer() const { return m_wantsLayer; }
+
+    QSize sizeHint() const override;
+
+  Q_SIGNALS:
+    /// Sent each time that a title is put on the button.
+    void attributedTitleSet(const AttributedTitle& title);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
+
+  private:
+    AttributedTitle styledTitle(const Color& foreground, bool isBold) const;
+    QFont systemFont(bool isBold) const;
+    void showImage(const QIcon& image);
+    QString elidedTitle(const QFontMetrics& metrics) const;
+    QRect contentRect() const;
+    void drawContent(QPainter& painter);
+
+    int m_tag = 0;
+    QIcon m_alternateImage;
+    bool m_isEnabled = true;
+    QIcon _imgNormalState;
+    QIcon _imgSelectedState;
+    AttributedTitle m_attributedTitle;
+    bool m_hasAttributedTitle = false;
+    bool m_allowsExpansionToolTips = false;
+    bool m_wantsLayer = false;
+    bool m_isTracking = false;
+    Layer m_layer{*this};
+};

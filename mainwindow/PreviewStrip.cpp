@@ -1,0 +1,87 @@
+#include "mainwindow/PreviewStrip.h"
+
+#include "platform/NotificationCenter.h"
+#include "platform/widgets/QtColor.h"
+
+#include <QPainter>
+
+#include <cmath>
+#include <numeric>
+
+namespace {
+
+constexpr int gap = 16;
+constexpr int captionGap = 4;
+constexpr int tallest = PreviewStrip::sizes.back();
+
+} // namespace
+
+PreviewStrip::PreviewStrip(QWidget* parent) : QWidget(parent) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setAccessibleName(tr("Icons as they will be written, at 16, 32, 64 and 128 pixels"));
+}
+
+void PreviewStrip::observe(const MainWindowController& controller) {
+    m_controller = &controller;
+    m_renderer = std::make_unique<IconRenderer>(controller, m_screen);
+    const auto again = [this] { render(); };
+    connect(controller.roundedCheckButton, &QCheckBox::toggled, this, again);
+    connect(controller.borderCheckButton, &QCheckBox::toggled, this, again);
+    connect(controller.sliderCornerRadius, &FloatSlider::valueTextChanged, this, again);
+    connect(controller.sliderBorderWidth, &FloatSlider::valueTextChanged, this, again);
+    connect(controller.colorPicker, &ColorWell::colorChanged, this, again);
+    NotificationCenter::defaultCenter().addObserver(this, BorderImageView::imageAdded,
+                                                    [this](const Notification&) { render(); });
+    render();
+}
+
+void PreviewStrip::render() {
+    const Image picture = m_controller != nullptr ? m_controller->sourceImage() : Image();
+    for (std::size_t i = 0; i < sizes.size(); ++i)
+        m_icons.at(i) =
+            picture.isNull()
+                ? QImage()
+                : m_renderer->drawImage(picture, QSizeF(sizes.at(i), sizes.at(i))).largestRaster();
+    update();
+}
+
+QSize PreviewStrip::sizeHint() const {
+    const int width =
+        std::accumulate(sizes.begin(), sizes.end(), 0) + gap * (static_cast<int>(sizes.size()) - 1);
+    return {width, tallest + captionGap + fontMetrics().height()};
+}
+
+QRect PreviewStrip::iconRect(std::size_t index) const {
+    int left = 0;
+    for (std::size_t i = 0; i < index; ++i)
+        left += sizes.at(i) + gap;
+    const int size = sizes.at(index);
+    return QStyle::visualRect(layoutDirection(), rect(), QRect(left, tallest - size, size, size));
+}
+
+void PreviewStrip::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    const double scale = devicePixelRatioF();
+    // Pixel by pixel where each is shown by a whole number of the display's.
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, scale != std::floor(scale));
+    const QColor ground = palette().color(QPalette::Window);
+    const QColor text = palette().color(QPalette::WindowText);
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        const QRect place = iconRect(i);
+        if (m_icons.at(i).isNull()) {
+            painter.save();
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(mixed(text, ground, 0.1));
+            const double radius = place.width() * 0.22;
+            painter.drawRoundedRect(place, radius, radius);
+            painter.restore();
+        } else {
+            painter.drawImage(place, m_icons.at(i));
+        }
+        painter.setPen(mixed(text, ground, 0.8));
+        const QRect caption(place.center().x() - tallest / 2, tallest + captionGap, tallest,
+                            fontMetrics().height());
+        painter.drawText(caption, Qt::AlignHCenter, QString::number(sizes.at(i)));
+    }
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/widgets/FloatSlider.h"
+#include "platform/widgets/SliderCell.h"
+
+#include <QPainterPath>
+
+/// A dark, shadowed track 5 points high and a round knob of 11 points with a dot in it. Neither depends on
+/// the slider's value. Coordinates have y upward.
+class TetraSliderCell final : public SliderCell {
+  public:
+    /// Never read.
+    bool isPressed = false;
+
+    void drawKnob(QPainter& painter, const QRectF& knobRect) override;
+    /// `flipped` is ignored.
+    void drawBarInside(QPainter& painter, const QRectF& barRect, bool flipped) override;
+
+    // Where things are drawn.
+    static QRectF knobCircle(const QRectF& knobRect);
+    static QRectF knobDot(const QRectF& knobRect);
+    static QRectF track(const QRectF& barRect);
+    /// The frame around the track that throws the inner shadow, before it is moved aside; its hole is the
+    /// track.
+    static QRectF innerShadowFrame(const QRectF& trackRect);
+};
+
+/// A slider that is drawn so.
+class TetraSlider final : public FloatSlider {
+    Q_OBJECT
+
+  public:
+    explicit TetraSlider(QWidget* parent = nullptr);
+};

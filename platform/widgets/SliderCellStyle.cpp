@@ -1,0 +1,82 @@
+#include "platform/widgets/SliderCellStyle.h"
+
+#include <QPainter>
+#include <QStyleOptionSlider>
+#include <QWidget>
+
+#include <cmath>
+
+namespace {
+
+/// Room for the focus ring and the shadows.
+constexpr int controlHeight = 22;
+constexpr double disabledOpacity = 0.45;
+
+} // namespace
+
+QRect SliderCellStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                                      SubControl part, const QWidget* widget) const {
+    const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    if (control != CC_Slider || slider == nullptr)
+        return QProxyStyle::subControlRect(control, option, part, widget);
+    const int top = slider->rect.top() + (slider->rect.height() - SliderCell::knobSize) / 2;
+    if (part == SC_SliderGroove)
+        return {slider->rect.left(), top, slider->rect.width(), SliderCell::knobSize};
+    if (part == SC_SliderHandle) {
+        const int left =
+            sliderPositionFromValue(slider->minimum, slider->maximum, slider->sliderPosition,
+                                    slider->rect.width() - SliderCell::knobSize, slider->upsideDown);
+        return {slider->rect.left() + left, top, SliderCell::knobSize, SliderCell::knobSize};
+    }
+    return {};
+}
+
+int SliderCellStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
+                                 const QWidget* widget) const {
+    switch (metric) {
+    case PM_SliderLength:
+        return SliderCell::knobSize;
+    case PM_SliderThickness:
+    case PM_SliderControlThickness:
+        return controlHeight;
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+void SliderCellStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                         QPainter* painter, const QWidget* widget) const {
+    if (control != CC_Slider) {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        return;
+    }
+    // On a picture of its own, whose pixels are the display's.
+    const double scale = widget != nullptr ? widget->devicePixelRatioF() : 1;
+    QImage drawing(QSize(static_cast<int>(std::ceil(option->rect.width() * scale)),
+                         static_cast<int>(std::ceil(option->rect.height() * scale))),
+                   QImage::Format_ARGB32_Premultiplied);
+    drawing.setDevicePixelRatio(scale);
+    drawing.fill(0);
+    QPainter upward(&drawing);
+    upward.setRenderHint(QPainter::Antialiasing);
+    upward.translate(-option->rect.left(), option->rect.top() + option->rect.height());
+    upward.scale(1, -1);
+    const auto turned = [&](const QRect& rect) {
+        return QRectF(rect.x(), option->rect.top() + option->rect.bottom() + 1 - rect.y() - rect.height(),
+                      rect.width(), rect.height());
+    };
+    const QRectF knob = turned(subControlRect(control, option, SC_SliderHandle, widget));
+    m_cell->drawBarInside(upward, turned(subControlRect(control, option, SC_SliderGroove, widget)), false);
+    m_cell->drawKnob(upward, knob);
+    if (option->state.testFlag(State_HasFocus)) {
+        upward.setPen(QPen(option->palette.color(QPalette::Highlight), 2));
+        upward.setBrush(Qt::NoBrush);
+        upward.drawEllipse(knob.adjusted(-1.5, -1.5, 1.5, 1.5));
+    }
+    upward.end();
+    painter->save();
+    if (!option->state.testFlag(State_Enabled))
+        painter->setOpacity(disabledOpacity);
+    painter->drawImage(option->rect.topLeft(), drawing);
+    painter->restore();
+}

@@ -1,0 +1,101 @@
+#include "mainwindow/PreviewStrip.h"
+#include "tests/mainwindow/MainWindowFixture.h"
+
+namespace {
+
+class PreviewStripTest : public MainWindowFixture {
+  protected:
+    PreviewStrip& strip() { return *controller->window()->findChild<PreviewStrip*>(); }
+
+    /// The icons that are written now, by their width.
+    std::map<int, QImage> written() {
+        controller->platformSelection->setCurrentIndex(4);
+        Events::click(controller->generateBtn);
+        choose(sheet<QFileDialog>(), out.path());
+        std::map<int, QImage> icons;
+        for (const QString& path : GeneratorFixture::filesBelow(out.path())) {
+            const QImage icon(out.filePath(path));
+            icons[icon.width()] = icon.convertToFormat(QImage::Format_RGBA8888_Premultiplied);
+        }
+        return icons;
+    }
+
+    void expectAsWritten() {
+        const std::map<int, QImage> icons = written();
+        for (std::size_t i = 0; i < PreviewStrip::sizes.size(); ++i) {
+            const int size = PreviewStrip::sizes.at(i);
+            ASSERT_EQ(strip().icon(i).size(), QSize(size, size));
+            // Files hold straight alpha.
+            EXPECT_LE(Pictures::largestDifference(strip().icon(i), icons.at(size)), 1) << size;
+        }
+    }
+};
+
+TEST_F(PreviewStripTest, is_empty_without_a_picture) {
+    EXPECT_TRUE(strip().icon(0).isNull());
+    drop(pictureFile());
+    EXPECT_FALSE(strip().icon(0).isNull());
+    drop(textFile());
+    EXPECT_TRUE(strip().icon(0).isNull());
+}
+
+TEST_F(PreviewStripTest, shows_what_is_written) {
+    drop(pictureFile(300, 300));
+    expectAsWritten();
+}
+
+TEST_F(PreviewStripTest, follows_every_control_at_once) {
+    drop(pictureFile(300, 300));
+    const std::vector<std::function<void()>> changes{
+        [this] { controller->roundedCheckButton->click(); },
+        [this] { Events::key(controller->sliderCornerRadius, Qt::Key_End); },
+        [this] { controller->borderCheckButton->click(); },
+        [this] { Events::key(controller->sliderBorderWidth, Qt::Key_Right); },
+        [this] {
+            controller->colorPicker->setColor({1, 0, 0, 0.5});
+        },
+        [this] { controller->roundedCheckButton->setChecked(false); },
+        [this] { controller->sliderBorderWidth->setFloatValue(0.25F); }};
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        const QImage before = strip().icon(3);
+        changes[i]();
+        EXPECT_FALSE(Pictures::same(before, strip().icon(3))) << i;
+    }
+    expectAsWritten();
+}
+
+TEST_F(PreviewStripTest, shows_the_files_pixels_on_a_display_of_scale_2) {
+    screen.factor = 2;
+    drop(pictureFile(300, 300));
+    controller->roundedCheckButton->click();
+    expectAsWritten();
+}
+
+TEST_F(PreviewStripTest, changes_nothing_of_the_preview_or_the_controls) {
+    drop(pictureFile());
+    const IconStyle style = controller->iconStyle();
+    strip().render();
+    EXPECT_EQ(controller->iconStyle(), style);
+    EXPECT_EQ(controller->imgViewIcon->layer().cornerRadius(), 0);
+    EXPECT_TRUE(log.lines().isEmpty());
+}
+
+TEST_F(PreviewStripTest, the_icons_stand_side_by_side_in_both_directions) {
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        strip().setLayoutDirection(direction);
+        for (std::size_t i = 0; i < PreviewStrip::sizes.size(); ++i) {
+            EXPECT_TRUE(strip().rect().contains(strip().iconRect(i)));
+            EXPECT_EQ(strip().iconRect(i).bottom(), strip().iconRect(0).bottom());
+            for (std::size_t j = 0; j < i; ++j)
+                EXPECT_FALSE(strip().iconRect(i).intersects(strip().iconRect(j)));
+        }
+    }
+}
+
+TEST_F(PreviewStripTest, draws_its_icons_pixel_by_pixel) {
+    drop(pictureFile(300, 300));
+    const QImage shown = strip().grab().toImage().convertToFormat(QImage::Format_RGBA8888_Premultiplied);
+    EXPECT_EQ(Pictures::largestDifference(shown.copy(strip().iconRect(3)), strip().icon(3)), 0);
+}
+
+} // namespace
