@@ -26,7 +26,8 @@ constexpr Color rgb(int red, int green, int blue, double alpha = 1) {
 
 enum class Picture { Normal, Selected, None };
 
-/// One row of a look's table. What has no value stays as it is.
+/// One row of a look's table, in the order of its columns. What has no value stays as it is.
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding)
 struct Row {
     int tag;
     bool wantsLayer;
@@ -95,6 +96,8 @@ void HighlightedButton::awakeFromNib() {
     _imgSelectedState = m_alternateImage;
     setButtonDefault();
     createTrackingArea();
+    // Its look may need more room.
+    updateGeometry();
 }
 
 void HighlightedButton::createTrackingArea() {

@@ -12,12 +12,14 @@ namespace {
 std::vector<float> gaussian(double deviation) {
     const int reach = static_cast<int>(std::ceil(3 * deviation));
     std::vector<double> weights;
+    weights.reserve(static_cast<std::size_t>(reach) + 1);
     double sum = 0;
     for (int i = 0; i <= reach; ++i) {
         weights.push_back(std::exp(-i * i / (2 * deviation * deviation)));
         sum += i == 0 ? weights.back() : 2 * weights.back();
     }
     std::vector<float> normal;
+    normal.reserve(weights.size());
     for (const double weight : weights)
         normal.push_back(static_cast<float>(weight / sum));
     return normal;
@@ -33,7 +35,7 @@ class Plane {
         return m_values.data() + static_cast<std::size_t>(y + m_margin) * stride() +
                static_cast<std::size_t>(x + m_margin);
     }
-    std::size_t stride() const { return static_cast<std::size_t>(m_width + 2 * m_margin); }
+    std::size_t stride() const { return size(m_width) + 2 * size(m_margin); }
 
     /// Weighs each value with its neighbours `step` values apart.
     void blur(const std::vector<float>& weights, std::size_t step) {
@@ -60,7 +62,8 @@ class Plane {
     }
 
   private:
-    std::size_t rows() const { return static_cast<std::size_t>(m_height + 2 * m_margin); }
+    static std::size_t size(int length) { return static_cast<std::size_t>(length); }
+    std::size_t rows() const { return size(m_height) + 2 * size(m_margin); }
 
     int m_width;
     int m_height;

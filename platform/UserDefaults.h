@@ -15,6 +15,7 @@ class UserDefaults {
     qint64 integerForKey(const QString& key) const;
     bool boolForKey(const QString& key) const;
     QString stringForKey(const QString& key) const;
+    bool hasKey(const QString& key) const { return m_settings.contains(key); }
 
     /// Written to the file soon after, or by `synchronize`.
     void setInteger(qint64 value, const QString& forKey);

@@ -29,7 +29,8 @@ AppDelegate::AppDelegate(Surroundings surroundings)
 
 AppDelegate::~AppDelegate() {
     // Its windows may lose their activation while they go.
-    _surroundings.application.setDelegate(nullptr);
+    if (_surroundings.application.delegate() == this)
+        _surroundings.application.setDelegate(nullptr);
 }
 
 void AppDelegate::applicationDidFinishLaunching(const Notification& /*notification*/) {

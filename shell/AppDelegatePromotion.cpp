@@ -108,7 +108,11 @@ void AppDelegate::changeAppDetail() {
     if (arrOurApps.empty())
         return;
     const auto last = static_cast<qint32>(arrOurApps.size() - 1);
-    selectedRecommendedAppIndex = selectedRecommendedAppIndex == last ? 0 : selectedRecommendedAppIndex + 1;
+    // Any index may have been stored: one past the largest begins anew at the smallest.
+    selectedRecommendedAppIndex =
+        selectedRecommendedAppIndex == last
+            ? 0
+            : static_cast<qint32>(static_cast<quint32>(selectedRecommendedAppIndex) + 1);
     control->setCurrentPage(selectedRecommendedAppIndex);
     showSuggestion(selectedRecommendedAppIndex);
 }

@@ -32,7 +32,7 @@ void AppDelegate::checkForRateupPopup() {
     defaults.setInteger(oldCount == std::numeric_limits<qint64>::max() ? oldCount : oldCount + 1,
                         appOpenedCount);
     defaults.synchronize();
-    if (defaults.stringForKey(appVersion) == currentBuild()) {
+    if (defaults.hasKey(appVersion) && defaults.stringForKey(appVersion) == currentBuild()) {
         defaults.setInteger(0, appOpenedCount);
         defaults.synchronize();
         return;

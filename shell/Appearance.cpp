@@ -21,7 +21,7 @@ struct Colors {
 
 Colors colorsFor(bool isDark) {
     if (isDark)
-        return {QColor(38, 39, 42), QColor(27, 28, 30), QColor(58, 60, 64), QColor(240, 240, 242),
+        return {QColor(38, 39, 42), QColor(54, 55, 59), QColor(58, 60, 64), QColor(240, 240, 242),
                 QColor(58, 60, 64)};
     return {QColor(240, 240, 242), QColor(255, 255, 255), QColor(250, 250, 251), QColor(28, 28, 31),
             QColor(255, 255, 255)};

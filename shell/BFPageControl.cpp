@@ -34,7 +34,6 @@ BFPageControl::BFPageControl(const QRectF& frame, QWidget* parent) : QWidget(par
     // Before anybody asks for it.
     installAccessibility();
     setMouseTracking(true);
-    setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(tr("Page"));
     placeWidget();
 }
@@ -102,22 +101,26 @@ void BFPageControl::setBounds(const QRectF& bounds) {
     updateCurrentPageDisplay();
 }
 
-/// The widget takes in every pixel that the frame touches; its parent's height turns y around.
-void BFPageControl::placeWidget() {
-    const double parentHeight = parentWidget() != nullptr ? parentWidget()->height() : 0;
-    const QRectF fromTop(m_frame.x(), parentHeight - m_frame.y() - m_frame.height(), m_frame.width(),
-                         m_frame.height());
-    m_isPlacing = true;
-    setGeometry(fromTop.toAlignedRect());
-    m_isPlacing = false;
+double BFPageControl::parentHeight() const {
+    return parentWidget() != nullptr ? parentWidget()->height() : 0;
 }
 
-/// Somebody else has placed the widget, a layout for instance.
+/// Every pixel that the frame touches; the parent's height turns y around.
+QRect BFPageControl::alignedGeometry() const {
+    return QRectF(m_frame.x(), parentHeight() - m_frame.y() - m_frame.height(), m_frame.width(),
+                  m_frame.height())
+        .toAlignedRect();
+}
+
+void BFPageControl::placeWidget() {
+    setGeometry(alignedGeometry());
+}
+
+/// Somebody else may have placed the widget, a layout for instance.
 void BFPageControl::followWidget() {
-    if (m_isPlacing)
+    if (geometry() == alignedGeometry())
         return;
-    const double parentHeight = parentWidget() != nullptr ? parentWidget()->height() : 0;
-    m_frame = QRectF(x(), parentHeight - y() - height(), width(), height());
+    m_frame = QRectF(x(), parentHeight() - y() - height(), width(), height());
     updateCurrentPageDisplay();
 }
 
@@ -135,9 +138,8 @@ QTransform BFPageControl::boundsToWidget() const {
     const QRectF from = bounds();
     const double xScale = from.width() != 0 ? m_frame.width() / from.width() : 1;
     const double yScale = from.height() != 0 ? m_frame.height() / from.height() : 1;
-    const double parentHeight = parentWidget() != nullptr ? parentWidget()->height() : 0;
     const double left = m_frame.x() - x();
-    const double bottom = parentHeight - m_frame.y() - y();
+    const double bottom = parentHeight() - m_frame.y() - y();
     return QTransform::fromTranslate(-from.x(), -from.y()) * QTransform::fromScale(xScale, -yScale) *
            QTransform::fromTranslate(left, bottom);
 }
@@ -171,19 +173,21 @@ PageIndicatorDrawing BFPageControl::builtInDrawingBlock() {
 void BFPageControl::updateCurrentPageDisplay() {
     _matrix.reset();
     m_isPressed = false;
-    tellValue();
     update();
+    setFocusPolicy(Qt::NoFocus);
     if (_hidesForSinglePage && _numberOfPages < 2)
         return;
     const QSizeF size = sizeForNumberOfPages(_numberOfPages);
     const QPointF origin(centred(bounds().width(), size.width()), centred(bounds().height(), size.height()));
-    _matrix = std::make_unique<PageIndicatorMatrix>(QRectF(origin, size), _numberOfPages,
+    _matrix = std::make_shared<PageIndicatorMatrix>(QRectF(origin, size), _numberOfPages,
                                                     _indicatorDiameterSize, _indicatorMargin);
     for (BFPageControlCell& cell : _matrix->cells()) {
         cell.setDrawingBlock(_drawingBlock ? _drawingBlock : builtInDrawingBlock());
         cell.setUseHandCursor(_useHandCursor);
     }
     _matrix->selectCell(_currentPage);
+    setFocusPolicy(hasIndicators() ? Qt::StrongFocus : Qt::NoFocus);
+    tellValue();
 }
 
 void BFPageControl::_clickedItem(PageIndicatorMatrix* sender) {
@@ -202,7 +206,7 @@ void BFPageControl::clickIndicator(qint64 index) {
 }
 
 QString BFPageControl::accessibleValueText() const {
-    return _numberOfPages > 0 ? tr("%1 of %2").arg(_currentPage + 1).arg(_numberOfPages) : QString();
+    return hasIndicators() ? tr("%1 of %2").arg(shownPage()).arg(_numberOfPages) : QString();
 }
 
 void BFPageControl::tellValue() {
@@ -211,19 +215,20 @@ void BFPageControl::tellValue() {
 }
 
 void BFPageControl::paintEvent(QPaintEvent* /*event*/) {
-    if (_matrix == nullptr)
+    // Kept while it is drawn: a drawing block may set what makes a new one.
+    const std::shared_ptr<PageIndicatorMatrix> row = _matrix;
+    if (row == nullptr)
         return;
     QPainter painter(this);
     painter.setTransform(boundsToWidget(), true);
-    for (std::size_t i = 0; i < _matrix->cells().size(); ++i)
-        _matrix->cells()[i].drawWithFrame(painter, _matrix->cellFrame(i), *this);
-    if (!hasFocus() || _matrix->selectedCell() < 0)
+    for (std::size_t i = 0; i < row->cells().size(); ++i)
+        row->cells()[i].drawWithFrame(painter, row->cellFrame(i), *this);
+    if (!hasFocus() || !m_showsFocus || row->selectedCell() < 0)
         return;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
     painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(
-        _matrix->cellFrame(static_cast<std::size_t>(_matrix->selectedCell())).adjusted(1, 1, -1, -1));
+    painter.drawEllipse(row->cellFrame(static_cast<std::size_t>(row->selectedCell())).adjusted(1, 1, -1, -1));
 }
 
 qint64 BFPageControl::cellUnder(const QPointF& position) const {
@@ -270,12 +275,20 @@ void BFPageControl::keyPressEvent(QKeyEvent* event) {
                                                                                    : 0;
     if (step == 0 || _matrix == nullptr)
         QWidget::keyPressEvent(event);
-    else
+    else {
+        m_showsFocus = true;
         clickIndicator(_matrix->selectedCell() + step);
+    }
 }
 
 void BFPageControl::focusInEvent(QFocusEvent* event) {
     QWidget::focusInEvent(event);
+    // A click needs no ring.
+    const Qt::FocusReason reason = event->reason();
+    if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason)
+        m_showsFocus = true;
+    else if (reason == Qt::MouseFocusReason)
+        m_showsFocus = false;
     update();
 }
 
@@ -285,8 +298,19 @@ void BFPageControl::focusOutEvent(QFocusEvent* event) {
 }
 
 bool BFPageControl::event(QEvent* event) {
-    // The parent's height tells where the bottom is.
-    if (event->type() == QEvent::ParentChange)
+    if (event->type() == QEvent::ParentChange) {
+        if (m_placedIn != nullptr)
+            m_placedIn->removeEventFilter(this);
+        m_placedIn = parentWidget();
+        if (m_placedIn != nullptr)
+            m_placedIn->installEventFilter(this);
         placeWidget();
+    }
     return QWidget::event(event);
+}
+
+bool BFPageControl::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_placedIn && event->type() == QEvent::Resize)
+        placeWidget();
+    return QWidget::eventFilter(watched, event);
 }

@@ -4,6 +4,7 @@
 #include "platform/widgets/Accessibility.h"
 #include "shell/PageIndicatorMatrix.h"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <memory>
@@ -87,10 +88,10 @@ class BFPageControl final : public QWidget, public AccessibleValue {
 
     // People count pages from 1.
     QString accessibleValueText() const override;
-    QVariant accessibleValue() const override { return _currentPage + 1; }
+    QVariant accessibleValue() const override { return shownPage(); }
     void setAccessibleValue(const QVariant& value) override { clickIndicator(value.toLongLong() - 1); }
-    QVariant accessibleMinimum() const override { return _numberOfPages > 0 ? 1 : 0; }
-    QVariant accessibleMaximum() const override { return _numberOfPages; }
+    QVariant accessibleMinimum() const override { return hasIndicators() ? 1 : 0; }
+    QVariant accessibleMaximum() const override { return hasIndicators() ? _numberOfPages : 0; }
     QVariant accessibleStep() const override { return 1; }
 
   protected:
@@ -104,17 +105,22 @@ class BFPageControl final : public QWidget, public AccessibleValue {
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     PageIndicatorDrawing builtInDrawingBlock();
     QTransform boundsToWidget() const;
     qint64 cellUnder(const QPointF& position) const;
     void placeWidget();
+    QRect alignedGeometry() const;
+    double parentHeight() const;
+    bool hasIndicators() const { return _matrix != nullptr && !_matrix->cells().empty(); }
+    qint64 shownPage() const { return hasIndicators() ? _matrix->selectedCell() + 1 : 0; }
     void followWidget();
     void tellValue();
 
     PageIndicatorDrawing _drawingBlock;
-    std::unique_ptr<PageIndicatorMatrix> _matrix;
+    std::shared_ptr<PageIndicatorMatrix> _matrix;
     bool _hidesForSinglePage = false;
     bool _useHandCursor = false;
     qint64 _currentPage = 0;
@@ -128,6 +134,7 @@ class BFPageControl final : public QWidget, public AccessibleValue {
 
     QRectF m_frame;
     std::optional<QRectF> m_bounds; ///< none: the frame's size at the origin
-    bool m_isPlacing = false;
+    QPointer<QWidget> m_placedIn;   ///< whose height tells where the bottom is
+    bool m_showsFocus = false;
     bool m_isPressed = false;
 };

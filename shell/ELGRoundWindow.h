@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 /// A window without frame or title bar, whose content is cut along rounded corners: a floating card.
@@ -22,5 +23,5 @@ class ELGRoundWindow : public QWidget {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    QWidget* m_contentView = nullptr;
+    QPointer<QWidget> m_contentView;
 };

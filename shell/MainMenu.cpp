@@ -62,8 +62,9 @@ void MainMenu::addFileMenu(QMenuBar& bar) {
                                         controller->generateBtn.data(), &QPushButton::click);
     followControl(generate, controller->generateBtn);
     menu->addSeparator();
-    menu->addAction(tr("&Save"), QKeySequence(QKeySequence::Save), this,
-                    [this] { m_delegate.saveAction(this); });
+    QAction* save = menu->addAction(tr("&Save"), QKeySequence(QKeySequence::Save), this,
+                                    [this] { m_delegate.saveAction(this); });
+    save->setShortcutContext(Qt::ApplicationShortcut);
     QAction* close =
         menu->addAction(tr("&Close"), QKeySequence(QKeySequence::Close), this, closeActiveWindow);
     close->setShortcutContext(Qt::ApplicationShortcut);
@@ -76,6 +77,9 @@ void MainMenu::addEditMenu(QMenuBar& bar) {
                              [this] { m_delegate.windowWillReturnUndoManager(&m_window)->undo(); });
     m_redo = menu->addAction(tr("&Redo"), QKeySequence(QKeySequence::Redo), this,
                              [this] { m_delegate.windowWillReturnUndoManager(&m_window)->redo(); });
+    // They are for all windows.
+    m_undo->setShortcutContext(Qt::ApplicationShortcut);
+    m_redo->setShortcutContext(Qt::ApplicationShortcut);
     menu->addSeparator();
     m_copy = menu->addAction(tr("&Copy"), QKeySequence(QKeySequence::Copy), controller,
                              &MainWindowController::copyPicture);

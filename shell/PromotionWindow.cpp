@@ -5,7 +5,19 @@
 #include "shell/AppDelegate.h"
 #include "ui_PromotionWindow.h"
 
+#include <QLayout>
+#include <QScreen>
 #include <QShortcut>
+
+namespace {
+
+/// Where a window of the size of `wanted` starts that lies in `screen`, as near to `wanted` as can be.
+QPoint onScreen(const QRect& wanted, const QRect& screen) {
+    return {qMax(screen.left(), qMin(wanted.left(), screen.right() + 1 - wanted.width())),
+            qMax(screen.top(), qMin(wanted.top(), screen.bottom() + 1 - wanted.height()))};
+}
+
+} // namespace
 
 PromotionWindow::PromotionWindow(AppDelegate& delegate) : m_window(std::make_unique<ELGRoundWindow>()) {
     Ui::PromotionWindow layout;
@@ -20,12 +32,18 @@ PromotionWindow::PromotionWindow(AppDelegate& delegate) : m_window(std::make_uni
     constexpr double headingScale = 1.6;
     heading.setBold(true);
     lblAppName->setFont(scaledFont(heading, headingScale));
+    HighlightedButton::awakeAll(*m_window);
     // Room for the longest description, whatever the font.
     constexpr int lines = 3;
     lblAppDesc->setMinimumHeight(lines * lblAppDesc->fontMetrics().lineSpacing());
+    lblAppName->setMinimumHeight(lblAppName->fontMetrics().lineSpacing());
+    // Fonts and sizes are the style's only from here on.
+    for (QWidget* part : layout.contentView->findChildren<QWidget*>())
+        part->ensurePolished();
+    layout.contentView->layout()->activate();
     m_window->setFixedSize(m_window->size().expandedTo(layout.contentView->minimumSizeHint()));
+    layout.contentView->resize(m_window->size());
 
-    HighlightedButton::awakeAll(*m_window);
     ELGRoundWindow* shown = m_window.get();
     connect(m_open, &QPushButton::clicked, this,
             [this, &delegate] { delegate.btnOpenSuggestedAppTapped(m_open); });
@@ -49,14 +67,16 @@ void PromotionWindow::setEmpty(bool isEmpty) {
 }
 
 void PromotionWindow::placePageControl(BFPageControl& control) {
-    control.show();
+    control.setVisible(control.numberOfPages() > 0);
     QWidget::setTabOrder(m_open, &control);
     QWidget::setTabOrder(&control, btnCheckDontShow);
 }
 
 void PromotionWindow::show(const QWidget* other) {
     if (other != nullptr && !m_window->isVisible())
-        m_window->move(other->frameGeometry().center() - m_window->rect().center());
+        m_window->move(
+            onScreen(QRect(other->frameGeometry().center() - m_window->rect().center(), m_window->size()),
+                     other->screen()->availableGeometry()));
     m_window->show();
     m_window->raise();
     m_window->activateWindow();

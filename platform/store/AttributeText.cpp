@@ -87,6 +87,9 @@ std::optional<QVariant> attributeValue(const QVariant& value, AttributeType type
     const QMetaType wanted(metaTypeOf(type));
     if (!value.isValid())
         return QVariant();
+    // Read as a signed number it would be another one, and come back.
+    if (type == AttributeType::Integer && value.typeId() == QMetaType::ULongLong && value.toLongLong() < 0)
+        return std::nullopt;
     QVariant converted = value;
     if (!converted.convert(wanted))
         return std::nullopt;
@@ -101,8 +104,12 @@ std::optional<QVariant> attributeValue(const QVariant& value, AttributeType type
         return converted.toDateTime().toUTC();
     }
     // What is not a number would not even equal itself.
-    if (type == AttributeType::Double && std::isnan(converted.toDouble()))
-        return std::nullopt;
+    if (type == AttributeType::Double) {
+        if (std::isnan(converted.toDouble()))
+            return std::nullopt;
+        // There is one zero.
+        return converted.toDouble() == 0 ? QVariant(0.0) : converted;
+    }
     return converted;
 }
 
@@ -132,6 +139,7 @@ std::optional<QVariant> attributeFromText(const QString& text, AttributeType typ
         break;
     case AttributeType::Double:
         value = text.toDouble(&isRight);
+        isRight = isRight && !std::isnan(value.toDouble());
         break;
     case AttributeType::Boolean:
         isRight = text == QLatin1String("true") || text == QLatin1String("false");

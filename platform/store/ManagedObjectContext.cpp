@@ -41,7 +41,7 @@ ManagedObjectContext::ManagedObjectContext(PersistentStoreCoordinator& coordinat
 }
 
 qint64 ManagedObjectContext::insertNewObjectForEntityForName(const QString& name) {
-    if (m_coordinator.managedObjectModel().entity(name) == nullptr)
+    if (m_coordinator.managedObjectModel().entity(name) == nullptr || m_lastNumber >= largestObjectNumber)
         return 0;
     m_undo.push(new ChangeObject(*this, ++m_lastNumber, StoredObject{name, {}}));
     return m_lastNumber;
@@ -62,7 +62,9 @@ bool ManagedObjectContext::setValue(qint64 object, const QString& forKey, const 
         after.values.insert(forKey, *suited);
     else
         after.values.remove(forKey);
-    m_undo.push(new ChangeObject(*this, object, std::move(after)));
+    // What changes nothing is nothing to undo.
+    if (after != found->second)
+        m_undo.push(new ChangeObject(*this, object, std::move(after)));
     return true;
 }
 
@@ -74,5 +76,8 @@ bool ManagedObjectContext::deleteObject(qint64 object) {
 }
 
 bool ManagedObjectContext::commitEditing() {
-    return std::ranges::all_of(m_editors, [](const auto& commit) { return commit(); });
+    // A copy: an editor may register another one.
+    const std::vector<Editor> editors = m_editors;
+    return std::ranges::all_of(
+        editors, [](const Editor& editor) { return editor.editor.isNull() || editor.commit(); });
 }

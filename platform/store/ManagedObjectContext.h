@@ -2,6 +2,7 @@
 
 #include "platform/store/PersistentStoreCoordinator.h"
 
+#include <QPointer>
 #include <QUndoStack>
 
 #include <functional>
@@ -21,7 +22,7 @@ class ManagedObjectContext {
     /// All objects as they are now, by number.
     const StoredObjects& objects() const { return m_objects; }
 
-    /// A new object without values; its number, or 0 where the model has no such entity.
+    /// A new object without values; its number, or 0 where the model has no such entity or no number is left.
     qint64 insertNewObjectForEntityForName(const QString& name);
 
     /// Sets an attribute, or takes it away with an invalid value. False, and no change, where there is no
@@ -31,7 +32,10 @@ class ManagedObjectContext {
     bool deleteObject(qint64 object);
 
     /// Asked before saving: whether an edit that is under way could be brought to its end.
-    void registerEditor(std::function<bool()> commit) { m_editors.push_back(std::move(commit)); }
+    /// For as long as `editor` lives.
+    void registerEditor(const QObject* editor, std::function<bool()> commit) {
+        m_editors.push_back({editor, std::move(commit)});
+    }
     bool commitEditing();
 
     /// Whether the objects differ from those in the file.
@@ -48,6 +52,10 @@ class ManagedObjectContext {
     PersistentStoreCoordinator& m_coordinator;
     StoredObjects m_objects;
     qint64 m_lastNumber = 0;
-    std::vector<std::function<bool()>> m_editors;
+    struct Editor {
+        QPointer<const QObject> editor;
+        std::function<bool()> commit;
+    };
+    std::vector<Editor> m_editors;
     QUndoStack m_undo;
 };

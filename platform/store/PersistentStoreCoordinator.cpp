@@ -1,19 +1,21 @@
 #include "platform/store/PersistentStoreCoordinator.h"
 
 #include "platform/AtomicFile.h"
+#include "platform/RegularFile.h"
 #include "platform/store/AttributeText.h"
 
 #include <QFile>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+#include <sys/stat.h>
+
 const QString PersistentStoreCoordinator::xmlStoreType = QStringLiteral("XML");
 
 namespace {
 
 constexpr int format = 1;
-/// So that there is always a next one.
-constexpr qint64 largestNumber = qint64{1} << 53;
+constexpr qint64 largestFile = qint64{256} << 20;
 
 /// Reads a store's document. The first thing that is wrong ends it.
 class Reader {
@@ -47,15 +49,29 @@ class Reader {
         return m_xml.attributes().value(QLatin1String(name)).toString();
     }
 
+    /// Goes to the next element within the current one, or to its end. There is nothing but elements.
+    bool nextChild() {
+        while (!m_error && !m_xml.atEnd()) {
+            const QXmlStreamReader::TokenType token = m_xml.readNext();
+            if (token == QXmlStreamReader::StartElement)
+                return true;
+            if (token == QXmlStreamReader::EndElement)
+                return false;
+            if (token == QXmlStreamReader::Characters && !m_xml.isWhitespace())
+                fail(StoreErrorCode::Corrupt, QStringLiteral("There is text where none belongs."));
+        }
+        return false;
+    }
+
     void readStore() {
         bool isNumber = false;
         const int found = attribute("format").toInt(&isNumber);
-        if (m_xml.name() != QLatin1String("store") || !isNumber)
+        if (m_xml.name() != QLatin1String("store") || !isNumber || m_xml.attributes().size() != 1)
             fail(StoreErrorCode::Corrupt, QStringLiteral("The document is no store."));
         else if (found != format)
             fail(StoreErrorCode::NewerFormat,
                  QStringLiteral("The store has format %1; this program knows %2.").arg(found).arg(format));
-        while (!m_error && m_xml.readNextStartElement())
+        while (nextChild())
             readObject();
     }
 
@@ -63,8 +79,8 @@ class Reader {
         const EntityDescription* entity = m_model.entity(attribute("entity"));
         bool isNumber = false;
         const qint64 id = attribute("id").toLongLong(&isNumber);
-        if (m_xml.name() != QLatin1String("object") || !isNumber || id < 1 || id > largestNumber ||
-            m_objects.contains(id)) {
+        if (m_xml.name() != QLatin1String("object") || m_xml.attributes().size() != 2 || !isNumber ||
+            id < 1 || id > largestObjectNumber || m_objects.contains(id)) {
             fail(StoreErrorCode::Corrupt, QStringLiteral("An object has no number of its own."));
             return;
         }
@@ -75,12 +91,18 @@ class Reader {
         }
         StoredObject& object = m_objects[id];
         object.entity = entity->name;
-        while (!m_error && m_xml.readNextStartElement())
+        while (nextChild())
             readValue(*entity, object);
     }
 
     void readValue(const EntityDescription& entity, StoredObject& object) {
         const QString name = attribute("name");
+        if (m_xml.name() != QLatin1String("value") || m_xml.attributes().size() != 2 ||
+            object.values.contains(name)) {
+            fail(StoreErrorCode::Corrupt,
+                 QStringLiteral("An object has a part that is no value, or has it twice."));
+            return;
+        }
         const AttributeDescription* description = entity.attribute(name);
         if (description == nullptr || attribute("type") != nameOf(description->type)) {
             fail(StoreErrorCode::WrongModel,
@@ -136,30 +158,52 @@ bool hand(StoreError* to, StoreError error) {
 
 } // namespace
 
+PersistentStoreCoordinator::FileState PersistentStoreCoordinator::fileState() const {
+    struct stat status = {};
+    if (stat(QFile::encodeName(m_path).constData(), &status) != 0)
+        return {};
+#ifdef Q_OS_MACOS
+    const timespec& changed = status.st_mtimespec;
+#else
+    const timespec& changed = status.st_mtim;
+#endif
+    return {true,
+            static_cast<quint64>(status.st_dev),
+            static_cast<quint64>(status.st_ino),
+            status.st_size,
+            changed.tv_sec,
+            changed.tv_nsec};
+}
+
 bool PersistentStoreCoordinator::addPersistentStoreWithType(const QString& type, const QString& path,
                                                             StoreError* error) {
     if (type != xmlStoreType)
         return hand(error, storeError(StoreErrorCode::NotReadable,
                                       QStringLiteral("There is no store of the type %1.").arg(type)));
-    QFile file(path);
-    if (file.exists()) {
-        if (!file.open(QIODevice::ReadOnly))
-            return hand(error, storeError(StoreErrorCode::NotReadable, file.errorString()));
-        Reader reader(file.readAll(), m_model);
+    m_path = path;
+    m_fileState = fileState();
+    const Result<QByteArray> bytes = RegularFile::read(QFile::encodeName(path).toStdString(), largestFile);
+    if (!bytes && bytes.error().code != ErrorCode::NotFound)
+        return hand(error, storeError(StoreErrorCode::NotReadable, bytes.error().sentence));
+    if (bytes) {
+        Reader reader(*bytes, m_model);
         std::optional<StoredObjects> objects = reader.read();
         if (!objects)
             return hand(error, reader.error());
         m_objects = std::move(*objects);
     }
-    m_path = path;
     return true;
 }
 
 bool PersistentStoreCoordinator::save(const StoredObjects& objects, StoreError* error) {
+    if (fileState() != m_fileState)
+        return hand(error, storeError(StoreErrorCode::NotWritable,
+                                      QStringLiteral("Another program has changed the file.")));
     const Result<Done> written =
         AtomicFile::write(m_path, document(objects, m_model), AtomicFile::Durability::Synced);
     if (!written)
         return hand(error, storeError(StoreErrorCode::NotWritable, written.error().sentence));
     m_objects = objects;
+    m_fileState = fileState();
     return true;
 }

@@ -15,7 +15,8 @@ struct StoredObject {
     bool operator==(const StoredObject&) const = default;
 };
 
-/// The objects of a store by their numbers, from 1.
+/// The objects of a store by their numbers, from 1 to `largestObjectNumber`.
+inline constexpr qint64 largestObjectNumber = qint64{1} << 53;
 using StoredObjects = std::map<qint64, StoredObject>;
 
 /// A file of objects: an XML document, read and written as a whole.
@@ -39,11 +40,25 @@ class PersistentStoreCoordinator {
     /// What the file holds.
     const StoredObjects& objects() const { return m_objects; }
 
-    /// Puts `objects` in place of what the file holds, at once and synced to the disk, or leaves it as it is.
+    /// Puts `objects` in place of what the file holds, at once and synced to the disk, or leaves it as it is:
+    /// also where another program has changed it since it was opened or saved.
     bool save(const StoredObjects& objects, StoreError* error = nullptr);
 
   private:
     const ManagedObjectModel& m_model;
     QString m_path;
     StoredObjects m_objects;
+
+    /// Which file it was, to see whether it still is.
+    struct FileState {
+        bool exists = false;
+        quint64 device = 0;
+        quint64 number = 0;
+        qint64 size = 0;
+        qint64 seconds = 0;
+        qint64 nanoseconds = 0;
+        bool operator==(const FileState&) const = default;
+    };
+    FileState fileState() const;
+    FileState m_fileState;
 };

@@ -1,5 +1,7 @@
 #include "platform/widgets/Alert.h"
 
+#include "platform/Bundle.h"
+
 #include <QAbstractButton>
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -44,13 +46,16 @@ int Alert::returnCode() const {
         if (button == clickedButton())
             return code;
     }
-    return firstButtonReturn;
+    // Ended by something else.
+    return result();
 }
 
 QAbstractButton* Alert::cancelButton() const {
     for (const auto& [button, code] : m_buttons) {
         // A desktop may have marked a letter of it.
-        if (button->text().remove(QLatin1Char('&')) == QLatin1String("Cancel"))
+        const QString title = button->text().remove(QLatin1Char('&'));
+        if (title == QLatin1String("Cancel") ||
+            title == Bundle::localizedStringForKey(QStringLiteral("Cancel"), {}, {}))
             return button;
     }
     return nullptr;
@@ -80,7 +85,7 @@ void Alert::showEvent(QShowEvent* event) {
             bold.setBold(true);
             label->setFont(bold);
         }
-        if (label->text() == informativeText())
+        if (!informativeText().isEmpty() && label->text() == informativeText())
             label->setMinimumWidth(readableWidth * label->fontMetrics().averageCharWidth());
     }
     QMessageBox::showEvent(event);

@@ -5,7 +5,7 @@
 #include <functional>
 
 /// A message that waits for one of its buttons. Return presses the first button, Escape only one that is
-/// named "Cancel"; closing it in another way does nothing.
+/// named "Cancel" (in the current language); closing it in another way does nothing.
 class Alert : public QMessageBox {
     Q_OBJECT
 
@@ -30,7 +30,8 @@ class Alert : public QMessageBox {
     /// button's code.
     void beginSheetModalForWindow(QWidget* window, std::function<void(int)> completionHandler = {});
 
-    /// Shows the alert, blocks all windows, and returns the code of the button that was pressed.
+    /// Shows the alert, blocks all windows, and returns the code of the button that was pressed, or the one
+    /// that it was ended with.
     int runModal();
 
   protected:

@@ -42,6 +42,7 @@ class Application : public QApplication {
 
     /// Kept by reference; to be set before `run`.
     void setDelegate(ApplicationDelegate* delegate) { m_delegate = delegate; }
+    ApplicationDelegate* delegate() const { return m_delegate; }
 
     /// Runs the event loop; the process's exit status.
     int run();

@@ -78,7 +78,7 @@ TEST_F(AppDelegateTest, the_quit_button_does_the_same) {
 }
 
 TEST_F(AppDelegateTest, a_refused_end_shows_the_main_window_again) {
-    delegate.managedObjectContext()->registerEditor([] { return false; });
+    delegate.managedObjectContext()->registerEditor(&application, [] { return false; });
     bool isShown = false;
     EXPECT_EQ(run({[&] { mainWindow()->close(); }, [&] { isShown = mainWindow()->isVisible(); }}), notEnded);
     EXPECT_TRUE(isShown);

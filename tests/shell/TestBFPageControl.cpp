@@ -109,7 +109,7 @@ TEST_F(PageControlTest, the_row_is_centred_on_whole_points) {
 TEST_F(PageControlTest, the_middle_is_narrowed_to_single_precision_before_it_is_rounded_down) {
     // Half of what is left over is just below 8388608, which single precision can only tell as a whole.
     control.setIndicatorDiameterSize(10);
-    control.setFrame(QRectF(0, 0, 2 * 8388607.9 + 55, 20));
+    control.setBounds(QRectF(0, 0, 2 * 8388607.9 + 55, 20));
     EXPECT_EQ(control.matrix()->frame().x(), 8388608);
 }
 
@@ -226,6 +226,7 @@ TEST_F(PageControlTest, a_drawing_block_is_told_all_there_is_to_know) {
     std::vector<Call> calls;
     control.setDrawingBlock(
         [&](QPainter& painter, QWidget& view, bool isCurrentPage, bool isHighlighted, const QRectF& frame) {
+            EXPECT_EQ(painter.opacity(), 1) << "as it was before the last one";
             calls.push_back({&view, isCurrentPage, isHighlighted, frame});
             painter.setOpacity(0);
         });
@@ -285,6 +286,49 @@ TEST_F(PageControlTest, bounds_of_another_size_are_shown_scaled) {
     Events::mouse(&control, QEvent::MouseButtonPress, QPointF(2 * (-3 + 15 + 5), 10));
     Events::mouse(&control, QEvent::MouseButtonRelease, QPointF(2 * (-3 + 15 + 5), 10));
     EXPECT_EQ(control.currentPage(), 1);
+}
+
+TEST_F(PageControlTest, keeps_its_distance_from_the_bottom) {
+    parent.resize(200, 160);
+    Events::settle();
+    EXPECT_EQ(control.frame(), QRectF(20, 30, 100, 20));
+    EXPECT_EQ(parent.height() - control.geometry().bottom() - 1, 30);
+    click(1);
+    EXPECT_EQ(control.currentPage(), 1);
+}
+
+TEST_F(PageControlTest, a_drawing_block_may_make_a_new_row) {
+    int drawn = 0;
+    control.setDrawingBlock([&](QPainter&, QWidget&, bool, bool, const QRectF&) {
+        if (++drawn == 1)
+            control.setNumberOfPages(2);
+    });
+    control.grab();
+    EXPECT_EQ(drawn, 4);
+    EXPECT_EQ(control.matrix()->cells().size(), 2U);
+}
+
+TEST_F(PageControlTest, without_indicators_there_is_nothing_to_go_to) {
+    EXPECT_EQ(control.focusPolicy(), Qt::StrongFocus);
+    control.setNumberOfPages(0);
+    EXPECT_EQ(control.focusPolicy(), Qt::NoFocus);
+    EXPECT_EQ(control.accessibleValue(), 0);
+    EXPECT_EQ(control.accessibleValueText(), QString());
+    control.setNumberOfPages(4);
+    control.setCurrentPage(9);
+    EXPECT_EQ(control.accessibleValueText(), QStringLiteral("1 of 4")) << "as it is marked";
+}
+
+TEST_F(PageControlTest, a_click_leaves_no_ring_and_the_keyboard_does) {
+    parent.activateWindow();
+    control.setFocus(Qt::MouseFocusReason);
+    Events::settle();
+    const QImage clicked = control.grab().toImage();
+    control.clearFocus();
+    EXPECT_EQ(control.grab().toImage(), clicked);
+    control.setFocus(Qt::TabFocusReason);
+    Events::settle();
+    EXPECT_NE(control.grab().toImage(), clicked);
 }
 
 TEST_F(PageControlTest, follows_a_layout) {

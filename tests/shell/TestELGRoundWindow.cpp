@@ -23,7 +23,7 @@ QImage grabbed(QWidget& window, int scale) {
     QImage shown(window.size() * scale, QImage::Format_ARGB32_Premultiplied);
     shown.setDevicePixelRatio(scale);
     shown.fill(Qt::transparent);
-    window.render(&shown, {}, {}, QWidget::DrawChildren);
+    window.render(&shown);
     return shown;
 }
 

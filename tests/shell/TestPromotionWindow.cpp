@@ -83,6 +83,21 @@ TEST_F(PromotionTest, the_page_control_is_centred_and_50_from_the_bottom) {
     EXPECT_EQ(control.frame().x() - std::floor(control.frame().x()), 0.5) << "not rounded";
     const QWidget* content = control.parentWidget();
     EXPECT_EQ(content->height() - control.geometry().bottom() - 1, 50);
+    // Nor when it is shown.
+    const QRectF before = control.frame();
+    delegate.showPromotionWindow();
+    Events::settle();
+    EXPECT_EQ(control.frame(), before);
+    EXPECT_EQ(content->height() - control.geometry().bottom() - 1, 50);
+}
+
+TEST_F(PromotionTest, a_click_shows_the_record_that_remains_at_that_place) {
+    existingFiles << bundlePath(suggestedApps()[1].appName);
+    delegate.promotionWindowSetup();
+    delegate.showPromotionWindow();
+    Events::settle();
+    clickDot(2);
+    expectShown(suggestedApps()[3]);
 }
 
 TEST_F(PromotionTest, a_click_on_a_dot_shows_its_record_and_logs_its_index) {
@@ -134,6 +149,7 @@ TEST_F(PromotionTest, with_everything_installed_it_is_friendly_and_never_fails) 
     EXPECT_TRUE(delegate.suggestions().empty());
     EXPECT_EQ(delegate.pageControl()->numberOfPages(), 0);
     delegate.showPromotionWindow();
+    EXPECT_FALSE(delegate.pageControl()->isVisible());
     EXPECT_FALSE(delegate.lblAppName()->text().isEmpty());
     EXPECT_FALSE(button("btnOpenSuggestedApp")->isVisible());
     EXPECT_TRUE(button("btnBack")->isVisible());
@@ -165,6 +181,42 @@ TEST_F(PromotionTest, its_quit_button_ends_the_program) {
     EXPECT_EQ(run({[&] { delegate.showPromotionWindow(); }, [&] { Events::click(button("btnQuitApp")); }}),
               0);
     EXPECT_TRUE(defaults.boolForKey(QStringLiteral("notShowPromotionWindow")));
+}
+
+TEST_F(PromotionTest, nothing_is_cut_off_in_a_larger_font_or_mirrored) {
+    const QFont usual = QApplication::font();
+    for (const double factor : {1.0, 1.5}) {
+        QFont larger = usual;
+        larger.setPointSizeF(usual.pointSizeF() * factor);
+        QApplication::setFont(larger);
+        for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+            QGuiApplication::setLayoutDirection(direction);
+            AppDelegate other({application,
+                               {bundle, screen, workspace},
+                               defaults,
+                               [](const QString&) { return false; },
+                               [](const StoreError&) { return false; }});
+            other.promotionWindowSetup();
+            other.showPromotionWindow();
+            Events::settle();
+            const QWidget* content = other.pageControl()->parentWidget();
+            const QList<QWidget*> widgets =
+                content->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+            ASSERT_EQ(widgets.size(), 8);
+            EXPECT_EQ(content->height() - other.pageControl()->geometry().bottom() - 1, 50);
+            for (const QWidget* widget : widgets) {
+                EXPECT_GE(widget->width(), widget->minimumSizeHint().width())
+                    << widget->objectName().toStdString();
+                EXPECT_TRUE(content->rect().contains(widget->geometry()))
+                    << widget->objectName().toStdString();
+                for (const QWidget* neighbour : widgets)
+                    EXPECT_TRUE(neighbour == widget || !neighbour->geometry().intersects(widget->geometry()))
+                        << widget->objectName().toStdString() << " at " << factor;
+            }
+        }
+    }
+    QApplication::setFont(usual);
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(PromotionTest, it_has_the_round_windows_class_and_is_no_dialog) {

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QPushButton>
 #include <QUndoStack>
 
 #include <sys/mount.h>
@@ -141,7 +142,7 @@ TEST_F(SavedDataTest, saving_writes_only_changes) {
 
 TEST_F(SavedDataTest, a_refused_commit_is_logged_and_saved_all_the_same) {
     change();
-    modelled.managedObjectContext()->registerEditor([] { return false; });
+    modelled.managedObjectContext()->registerEditor(&application, [] { return false; });
     modelled.saveAction(nullptr);
     EXPECT_EQ(log.lines(),
               QStringList(QStringLiteral("AppDelegate:saveAction: unable to commit editing before saving")));
@@ -170,15 +171,18 @@ TEST_F(SavedDataTest, a_full_file_system_is_presented_and_leaves_the_earlier_fil
     }
     QFile file(storePath());
     const QByteArray before = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    file.close();
     change();
     modelled.saveAction(nullptr);
-    file.seek(0);
-    const QByteArray after = file.readAll();
-    file.close();
+    QFile again(storePath());
+    const QByteArray after = again.open(QIODevice::ReadOnly) ? again.readAll() : QByteArray();
+    const QStringList left = QDir(folderPath()).entryList(QDir::Files | QDir::Hidden);
+    again.close();
     filler.close();
     umount2(folderPath().toLocal8Bit().constData(), MNT_DETACH);
     EXPECT_FALSE(before.isEmpty());
     EXPECT_EQ(after, before);
+    EXPECT_EQ(left, QStringList({QStringLiteral("filler"), QStringLiteral("Tobrimax.storedata")}));
     ASSERT_EQ(presented.size(), 1U);
     EXPECT_EQ(presented[0].localizedDescription, QStringLiteral("No space left on device"));
 }
@@ -198,7 +202,7 @@ TEST_F(SavedDataTest, quitting_without_changes_writes_nothing) {
 
 TEST_F(SavedDataTest, a_refused_commit_keeps_the_program_running) {
     change();
-    modelled.managedObjectContext()->registerEditor([] { return false; });
+    modelled.managedObjectContext()->registerEditor(&application, [] { return false; });
     EXPECT_EQ(modelled.applicationShouldTerminate(&application), Reply::Cancel);
     EXPECT_EQ(log.lines(),
               QStringList(QStringLiteral(
@@ -235,6 +239,40 @@ TEST_F(SavedDataTest, a_failed_save_at_the_end_asks_and_quit_anyway_ends_it) {
     EXPECT_TRUE(modelled.managedObjectContext()->hasChanges());
 }
 
+TEST_F(SavedDataTest, the_running_program_goes_on_or_ends_as_the_answer_says) {
+    application.setDelegate(&modelled);
+    for (const bool cancels : {true, false}) {
+        bool isShown = false;
+        std::optional<FullDisk> disk;
+        const int status =
+            run({[&] { change(); },
+                 [&] {
+                     disk.emplace();
+                     QTimer::singleShot(20, &application, [&] {
+                         answerNextAlert(cancels ? QStringLiteral("Cancel") : QStringLiteral("Quit anyway"));
+                     });
+                     modelled.mainWindowController()->window()->close();
+                 },
+                 [&] { isShown = modelled.mainWindowController()->window()->isVisible(); }});
+        disk.reset();
+        EXPECT_EQ(status, cancels ? notEnded : 0);
+        EXPECT_EQ(isShown, cancels);
+    }
+    application.setDelegate(nullptr);
+}
+
+TEST_F(SavedDataTest, quit_anyway_is_the_first_button_and_escape_cancels) {
+    change();
+    const FullDisk disk;
+    QTimer::singleShot(0, &application, [this] {
+        auto* alert = visible<Alert>();
+        ASSERT_NE(alert, nullptr);
+        EXPECT_EQ(alert->defaultButton()->text(), QStringLiteral("Quit anyway"));
+        Events::key(alert, Qt::Key_Escape);
+    });
+    EXPECT_EQ(modelled.applicationShouldTerminate(&application), Reply::Cancel);
+}
+
 TEST_F(SavedDataTest, undo_is_for_all_windows) {
     change();
     ASSERT_TRUE(modelled.windowWillReturnUndoManager(nullptr)->canUndo());
@@ -266,19 +304,21 @@ class StoreDeathTest : public testing::Test {
         FakeScreen screen;
         FakeWorkspace workspace;
         UserDefaults defaults(QStringLiteral("/dev/null"));
-        AppDelegate delegate({*Application::sharedApplication(),
-                              {bundle, screen, workspace},
-                              defaults,
-                              [](const QString&) { return false; },
-                              [](const StoreError& error) {
-                                  std::cerr
-                                      << "presented " << error.domain.toStdString() << ' ' << error.code
-                                      << ": " << error.localizedDescription.toStdString() << " / "
-                                      << error.localizedFailureReason.toStdString()
-                                      << (error.underlyingError != nullptr ? " / with a cause" : " / alone")
-                                      << std::endl;
-                                  return false;
-                              }});
+        AppDelegate delegate(
+            {*Application::sharedApplication(),
+             {bundle, screen, workspace},
+             defaults,
+             [](const QString&) { return false; },
+             [](const StoreError& error) {
+                 std::cerr << "presented " << error.domain.toStdString() << ' ' << error.code << ": "
+                           << error.localizedDescription.toStdString() << " / "
+                           << error.localizedFailureReason.toStdString()
+                           << (error.underlyingError != nullptr
+                                   ? " / cause " + error.underlyingError->localizedDescription.toStdString()
+                                   : std::string(" / alone"))
+                           << std::endl;
+                 return false;
+             }});
         delegate.managedObjectContext();
     }
 
@@ -292,7 +332,7 @@ class StoreDeathTest : public testing::Test {
 
 const std::string generalReason = "presented YOUR_ERROR_DOMAIN 9999: Failed to initialize the application's "
                                   "saved data / There was an error "
-                                  "creating or loading the application's saved data. / with a cause";
+                                  "creating or loading the application's saved data. / cause ";
 
 TEST_F(StoreDeathTest, a_file_in_the_folders_place_is_presented_logged_and_the_end) {
     const QString folder = AppDelegate::applicationDocumentsDirectory();
@@ -309,10 +349,18 @@ TEST_F(StoreDeathTest, a_file_in_the_folders_place_is_presented_logged_and_the_e
     EXPECT_EQ(file.readAll(), "a file");
 }
 
-TEST_F(StoreDeathTest, a_folder_that_cannot_be_made_is_the_end) {
+TEST_F(StoreDeathTest, a_folder_that_cannot_be_read_is_the_end) {
     putFile(qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/file"), "");
     qputenv("XDG_DATA_HOME", qgetenv("XDG_DATA_HOME") + "/file/data");
-    EXPECT_EXIT(askForTheStore(), testing::KilledBySignal(SIGABRT), generalReason);
+    EXPECT_EXIT(askForTheStore(), testing::KilledBySignal(SIGABRT), generalReason + "Not a directory");
+}
+
+TEST_F(StoreDeathTest, a_folder_that_cannot_be_made_is_the_end) {
+    // A link that leads nowhere: nothing is there, and nothing can be made there.
+    const QString folder = AppDelegate::applicationDocumentsDirectory();
+    QDir().mkpath(QFileInfo(folder).path());
+    ASSERT_TRUE(QFile::link(QStringLiteral("/nowhere/at/all"), folder));
+    EXPECT_EXIT(askForTheStore(), testing::KilledBySignal(SIGABRT), generalReason + ".*Varnholt.Tobrimax: Not a directory");
 }
 
 TEST_F(StoreDeathTest, a_store_that_breaks_off_or_is_newer_is_the_end_and_untouched) {
@@ -320,7 +368,7 @@ TEST_F(StoreDeathTest, a_store_that_breaks_off_or_is_newer_is_the_end_and_untouc
     for (const QByteArray& bytes :
          {QByteArray("<store format=\"1\">"), QByteArray("<store format=\"99\"></store>"), QByteArray()}) {
         putFile(path, bytes);
-        EXPECT_EXIT(askForTheStore(), testing::KilledBySignal(SIGABRT), generalReason);
+        EXPECT_EXIT(askForTheStore(), testing::KilledBySignal(SIGABRT), generalReason + ".+");
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         EXPECT_EQ(file.readAll(), bytes);

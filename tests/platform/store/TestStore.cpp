@@ -5,12 +5,13 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTimeZone>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cmath>
 #include <limits>
+#include <memory>
 
 namespace {
 
@@ -135,6 +136,80 @@ TEST_F(StoreTest, a_value_must_suit_its_attribute) {
     EXPECT_FALSE(context.objects().at(thing).values.contains(QStringLiteral("count")));
 }
 
+TEST_F(StoreTest, edge_values_come_back) {
+    PersistentStoreCoordinator coordinator(model);
+    ASSERT_TRUE(open(coordinator));
+    ManagedObjectContext context(coordinator);
+    const qint64 thing = context.insertNewObjectForEntityForName(QStringLiteral("Thing"));
+    const auto set = [&](const char* key, const QVariant& value) {
+        return context.setValue(thing, QString::fromLatin1(key), value);
+    };
+    EXPECT_TRUE(set("size", -std::numeric_limits<double>::infinity()));
+    EXPECT_TRUE(set("name", QString(QLatin1String(""))));
+    EXPECT_TRUE(set("bytes", QByteArray("")));
+    EXPECT_FALSE(set("count", std::numeric_limits<quint64>::max())) << "a signed number can't hold it";
+    EXPECT_TRUE(set("count", quint64{7}));
+    ASSERT_TRUE(context.save());
+    PersistentStoreCoordinator again(model);
+    ASSERT_TRUE(open(again)) << error.localizedDescription.toStdString();
+    EXPECT_EQ(again.objects(), context.objects());
+    EXPECT_TRUE(set("size", -0.0));
+    EXPECT_FALSE(std::signbit(context.objects().at(thing).values.value(QStringLiteral("size")).toDouble()))
+        << "there is one zero";
+}
+
+TEST_F(StoreTest, a_value_that_is_there_already_is_nothing_to_undo) {
+    PersistentStoreCoordinator coordinator(model);
+    ASSERT_TRUE(open(coordinator));
+    ManagedObjectContext context(coordinator);
+    const qint64 thing = context.insertNewObjectForEntityForName(QStringLiteral("Thing"));
+    EXPECT_TRUE(context.setValue(thing, QStringLiteral("count"), 1));
+    const int steps = context.undoManager()->count();
+    EXPECT_TRUE(context.setValue(thing, QStringLiteral("count"), 1));
+    EXPECT_TRUE(context.setValue(thing, QStringLiteral("name"), QVariant()));
+    EXPECT_EQ(context.undoManager()->count(), steps);
+}
+
+TEST_F(StoreTest, what_another_program_has_written_meanwhile_stays) {
+    PersistentStoreCoordinator coordinator(model);
+    ASSERT_TRUE(open(coordinator));
+    ManagedObjectContext context(coordinator);
+    context.insertNewObjectForEntityForName(QStringLiteral("Thing"));
+    write("<store format=\"7\"></store>");
+    EXPECT_FALSE(context.save(&error));
+    EXPECT_EQ(error.code, static_cast<qint64>(StoreErrorCode::NotWritable));
+    EXPECT_EQ(read(), "<store format=\"7\"></store>");
+    EXPECT_TRUE(context.hasChanges());
+}
+
+TEST_F(StoreTest, the_last_number_that_can_be_read_is_the_last_that_is_given) {
+    write("<store format=\"1\"><object entity=\"Thing\" id=\"9007199254740991\"/></store>");
+    PersistentStoreCoordinator coordinator(model);
+    ASSERT_TRUE(open(coordinator)) << error.localizedDescription.toStdString();
+    ManagedObjectContext context(coordinator);
+    EXPECT_EQ(context.insertNewObjectForEntityForName(QStringLiteral("Thing")), largestObjectNumber);
+    EXPECT_EQ(context.insertNewObjectForEntityForName(QStringLiteral("Thing")), 0);
+    ASSERT_TRUE(context.save());
+    PersistentStoreCoordinator again(model);
+    EXPECT_TRUE(open(again));
+}
+
+TEST_F(StoreTest, a_pipe_in_the_files_place_is_refused_without_waiting) {
+    ASSERT_EQ(mkfifo(path.toLocal8Bit().constData(), 0600), 0);
+    PersistentStoreCoordinator coordinator(model);
+    EXPECT_FALSE(open(coordinator));
+    EXPECT_EQ(error.code, static_cast<qint64>(StoreErrorCode::NotReadable));
+}
+
+TEST_F(StoreTest, a_folder_that_cannot_be_searched_is_no_empty_store) {
+    // A file where a folder belongs serves for that, also where the tests run as root.
+    write("a file");
+    PersistentStoreCoordinator coordinator(model);
+    EXPECT_FALSE(coordinator.addPersistentStoreWithType(
+        PersistentStoreCoordinator::xmlStoreType, path + QStringLiteral("/Tobrimax.storedata"), &error));
+    EXPECT_EQ(error.code, static_cast<qint64>(StoreErrorCode::NotReadable));
+}
+
 TEST_F(StoreTest, every_change_can_be_undone_and_redone) {
     PersistentStoreCoordinator coordinator(model);
     ASSERT_TRUE(open(coordinator));
@@ -198,6 +273,18 @@ TEST_F(StoreTest, what_is_no_store_of_this_program_is_refused) {
         return QByteArray("<store format=\"1\"><object entity=\"Thing\" id=\"1\"><value ") + attributes +
                ">" + content + "</value></object></store>";
     };
+    expectRefused("<store format=\"1\">text</store>", Code::Corrupt);
+    expectRefused("<store format=\"1\" more=\"1\"></store>", Code::Corrupt);
+    expectRefused("<store format=\"1\"><object entity=\"Thing\" id=\"1\">text</object></store>",
+                  Code::Corrupt);
+    expectRefused("<store format=\"1\"><object entity=\"Thing\" id=\"1\"><other name=\"count\" "
+                  "type=\"integer\">1</other></object></store>",
+                  Code::Corrupt);
+    expectRefused("<store format=\"1\"><object entity=\"Thing\" id=\"1\"><value name=\"count\" "
+                  "type=\"integer\">1</value>"
+                  "<value name=\"count\" type=\"integer\">2</value></object></store>",
+                  Code::Corrupt);
+    expectRefused(value("name=\"size\" type=\"double\"", "nan"), Code::Corrupt);
     expectRefused(value("name=\"none\" type=\"string\"", "x"), Code::WrongModel);
     expectRefused(value("name=\"count\" type=\"string\"", "1"), Code::WrongModel);
     expectRefused(value("name=\"count\" type=\"integer\"", "one"), Code::Corrupt);
@@ -218,23 +305,23 @@ TEST_F(StoreTest, a_folder_or_another_type_is_refused) {
 }
 
 TEST_F(StoreTest, a_save_that_fails_keeps_file_and_changes) {
+    const QString folderPath = folder.filePath(QStringLiteral("data"));
+    QDir(folder.path()).mkdir(QStringLiteral("data"));
+    path = folderPath + QStringLiteral("/Tobrimax.storedata");
     PersistentStoreCoordinator coordinator(model);
     ASSERT_TRUE(open(coordinator));
     ManagedObjectContext context(coordinator);
     context.insertNewObjectForEntityForName(QStringLiteral("Thing"));
-    ASSERT_TRUE(context.save());
-    const QByteArray before = read();
-    context.insertNewObjectForEntityForName(QStringLiteral("Thing"));
-    // A folder cannot be written over by a file.
-    QFile::remove(path);
-    QDir(folder.path()).mkdir(QStringLiteral("Tobrimax.storedata"));
+    // The folder goes away and comes back.
+    ASSERT_TRUE(QDir(folderPath).removeRecursively());
     EXPECT_FALSE(context.save(&error));
     EXPECT_EQ(error.code, static_cast<qint64>(StoreErrorCode::NotWritable));
+    EXPECT_EQ(error.localizedDescription, QStringLiteral("No such file or directory"));
     EXPECT_TRUE(context.hasChanges());
-    QDir(path).removeRecursively();
-    write(before);
+    QDir(folder.path()).mkdir(QStringLiteral("data"));
     EXPECT_TRUE(context.save(&error));
     EXPECT_FALSE(context.hasChanges());
+    EXPECT_FALSE(read().isEmpty());
 }
 
 TEST_F(StoreTest, editors_are_asked_until_one_refuses) {
@@ -243,11 +330,19 @@ TEST_F(StoreTest, editors_are_asked_until_one_refuses) {
     ManagedObjectContext context(coordinator);
     EXPECT_TRUE(context.commitEditing());
     bool isReady = false;
-    context.registerEditor([] { return true; });
-    context.registerEditor([&] { return isReady; });
+    QObject first;
+    auto second = std::make_unique<QObject>();
+    context.registerEditor(&first, [] { return true; });
+    context.registerEditor(second.get(), [&] {
+        context.registerEditor(&first, [] { return true; });
+        return isReady;
+    });
     EXPECT_FALSE(context.commitEditing());
     isReady = true;
     EXPECT_TRUE(context.commitEditing());
+    isReady = false;
+    second.reset();
+    EXPECT_TRUE(context.commitEditing()) << "one that is gone is not asked";
 }
 
 TEST_F(StoreTest, a_model_is_read_from_its_folder) {

@@ -1,6 +1,7 @@
 #include "platform/widgets/Alert.h"
 #include "tests/support/Events.h"
 
+#include <QLabel>
 #include <QPointer>
 #include <QPushButton>
 #include <QTimer>
@@ -96,6 +97,21 @@ TEST_F(AlertTest, run_modal_waits_for_the_answer) {
     });
     EXPECT_EQ(alert->runModal(), 1001);
     EXPECT_TRUE(blocksAll);
+}
+
+TEST_F(AlertTest, one_that_is_ended_by_something_else_answers_with_that_code) {
+    alert->addButtonWithTitle(QStringLiteral("Ok"));
+    QTimer::singleShot(0, alert, [&] { alert->done(-1000); });
+    EXPECT_EQ(alert->runModal(), -1000);
+}
+
+TEST_F(AlertTest, without_more_about_it_the_message_has_the_room) {
+    alert->setInformativeText({});
+    alert->addButtonWithTitle(QStringLiteral("OK"));
+    show();
+    const auto* icon = alert->findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label"));
+    ASSERT_NE(icon, nullptr);
+    EXPECT_LT(icon->width(), 100);
 }
 
 } // namespace
