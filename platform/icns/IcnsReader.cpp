@@ -103,25 +103,32 @@ Result<DecodedPicture> readColors(const IcnsElementType& type, QByteArrayView da
 
 } // namespace
 
-Result<IcnsReader> IcnsReader::open(const QByteArray& bytes) {
+std::optional<qsizetype> IcnsReader::lengthOf(const QByteArray& bytes) {
     if (bytes.size() < headerSize || headerAt(bytes, 0).code != icnsMagic.value)
+        return std::nullopt;
+    return headerAt(bytes, 0).length;
+}
+
+Result<IcnsReader> IcnsReader::open(const QByteArray& bytes) {
+    const std::optional<qsizetype> length = lengthOf(bytes);
+    if (!length)
         return damaged(QStringLiteral("it does not begin as an icns file"));
-    const qsizetype total = headerAt(bytes, 0).length;
+    const qsizetype total = *length;
     if (total < headerSize || total > bytes.size())
         return damaged(QStringLiteral("its length does not agree with the file"));
     IcnsReader reader;
+    reader.m_length = total;
     qsizetype at = headerSize;
     while (at < total) {
         if (total - at < headerSize)
             return damaged(QStringLiteral("an element breaks off"));
         const IcnsHeader header = headerAt(bytes, at);
-        const qsizetype length = header.length;
-        if (length < headerSize || length > total - at)
+        const qsizetype size = header.length;
+        if (size < headerSize || size > total - at)
             return damaged(QStringLiteral("an element's length does not agree with the file"));
-        reader.m_elements.push_back(
-            {FourCharCode(header.code),
-             QByteArrayView(bytes.constData() + at + headerSize, length - headerSize)});
-        at += length;
+        reader.m_elements.push_back({FourCharCode(header.code),
+                                     QByteArrayView(bytes.constData() + at + headerSize, size - headerSize)});
+        at += size;
     }
     return reader;
 }

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QByteArrayView>
 
+#include <optional>
 #include <vector>
 
 /// One element of an icns file; `data` points into the file's bytes.
@@ -19,6 +20,12 @@ class IcnsReader {
   public:
     /// Damaged where the file's or an element's length does not agree with the bytes.
     static Result<IcnsReader> open(const QByteArray& bytes);
+
+    /// The length that the header of icns data tells; no value where there is no such header.
+    static std::optional<qsizetype> lengthOf(const QByteArray& bytes);
+
+    /// The length of the whole, as its header tells it; what follows in the bytes is no part of it.
+    qsizetype length() const { return m_length; }
 
     /// All elements in the file's order, unknown ones too.
     const std::vector<IcnsElement>& elements() const { return m_elements; }
@@ -34,5 +41,6 @@ class IcnsReader {
     Result<DecodedPicture> largestPicture() const;
 
   private:
+    qsizetype m_length = 0;
     std::vector<IcnsElement> m_elements;
 };

@@ -162,6 +162,11 @@ class Desktop:
     def type(self, text):
         self.run("xdotool", "type", "--delay", "5", text)
 
+    def color(self, x, y):
+        """Of a pixel of the screen, as #RRGGBB."""
+        text = self.run("import", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8", "txt:-").decode()
+        return text.split("#")[-1][:6].join(("#", "")) if "#" in text else None
+
     def screenshot(self, name):
         self.run("import", "-window", "root", str(self.artefacts / f"{name}.png"))
 
@@ -196,6 +201,11 @@ class Desktop:
                 if element.get_name() == name:
                     return element
         return None
+
+    def extents(self, element):
+        """Left, top, width and height on the screen."""
+        extents = element.get_component_iface().get_extents(self.atspi.CoordType.SCREEN)
+        return extents.x, extents.y, extents.width, extents.height
 
     def is_enabled(self, element):
         element.clear_cache()

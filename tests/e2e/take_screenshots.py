@@ -30,6 +30,14 @@ def take(name):
         desktop.key("alt+r")
         desktop.key("alt+a", "Right", "Left")
         desktop.key("alt+b")
+        if environment:
+            # A border that can be seen on a dark desktop.
+            desktop.key("alt+c")
+            desktop.wait_for_window("Select Color")
+            desktop.key("alt+t", "ctrl+a")
+            desktop.type("#f0f0f2")
+            desktop.key("Return")
+            desktop.wait_until_gone("Select Color")
         desktop.run("xdotool", "mousemove", "1", "1")
         checked = lambda: (box := desktop.element("Border", "check box")) and desktop.is_checked(box)
         wait_for(checked, "the border")

@@ -72,6 +72,7 @@ class ApplicationTest(unittest.TestCase):
             desktop.screenshot("1-empty")
             button = wait_for(lambda: desktop.element("Generate", "push button"), "the button")
             self.assertFalse(desktop.is_enabled(button))
+            self.expect_hover(desktop, button)
             self.assertEqual(desktop.drag_onto_well(SAMPLE, screenshot="2-dragging"), "copied")
             wait_for(lambda: desktop.is_enabled(button), "the button to be enabled")
             desktop.screenshot("3-dropped")
@@ -175,6 +176,15 @@ class ApplicationTest(unittest.TestCase):
                              [("ic10", 1024), ("ic09", 512), ("ic08", 256), ("ic07", 128), ("ic12", 64), ("il32", None),
                               ("l8mk", None)])
             self.close_and_expect_status_0(desktop)
+
+    def expect_hover(self, desktop, button):
+        """The Generate button changes under the mouse, though it is disabled."""
+        x, y, width, height = desktop.extents(button)
+        # A place on its left part, beside the title.
+        at = (x + 20, y + height // 2)
+        for place, color in (((x + width // 2, at[1]), "#434344"), ((at[0], at[1] - 60), "#39393A")):
+            desktop.run("xdotool", "mousemove", *map(str, place))
+            wait_for(lambda: desktop.color(*at) == color, f"the colour {color}")
 
     def settings(self, desktop):
         path = desktop.folder / "home" / ".config" / "Varnholt" / "Tobrimax.conf"

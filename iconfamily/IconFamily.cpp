@@ -1,0 +1,96 @@
+#include "iconfamily/IconFamily.h"
+
+#include "iconfamily/IconFamilyElements.h"
+#include "platform/Log.h"
+#include "platform/RegularFile.h"
+#include "platform/icns/IcnsReader.h"
+#include "platform/icns/IconFamilyBlock.h"
+
+#include <QFile>
+
+#include <limits>
+
+std::unique_ptr<IconFamily> IconFamily::init() {
+    return initWithIconFamilyHandle({});
+}
+
+std::unique_ptr<IconFamily> IconFamily::iconFamily() {
+    return init();
+}
+
+std::unique_ptr<IconFamily> IconFamily::initWithData(const QByteArray& data) {
+    return initWithIconFamilyHandle(data);
+}
+
+std::unique_ptr<IconFamily> IconFamily::initWithContentsOfFile(const QString& path) {
+    constexpr qint64 largest = std::numeric_limits<quint32>::max();
+    if (path.isEmpty() || path.contains(QChar::Null))
+        return nullptr;
+    Result<QByteArray> bytes = RegularFile::read(QFile::encodeName(path).toStdString(), largest);
+    if (!bytes)
+        return nullptr;
+    const std::optional<qint64> length = IcnsReader::lengthOf(*bytes);
+    if (!length || *length != bytes->size())
+        return nullptr;
+    return initWithIconFamilyHandle(std::move(*bytes));
+}
+
+std::unique_ptr<IconFamily> IconFamily::iconFamilyWithContentsOfFile(const QString& path) {
+    return initWithContentsOfFile(path);
+}
+
+std::unique_ptr<IconFamily> IconFamily::initWithIconFamilyHandle(QByteArray handle) {
+    // The constructor is private.
+    return std::unique_ptr<IconFamily>(new IconFamily(std::move(handle)));
+}
+
+std::unique_ptr<IconFamily> IconFamily::iconFamilyWithIconFamilyHandle(QByteArray handle) {
+    return initWithIconFamilyHandle(std::move(handle));
+}
+
+bool IconFamily::writeToFile(const QString& path) const {
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+           file.write(hIconFamily) == hIconFamily.size() && file.flush();
+}
+
+bool IconFamily::setIconFamilyElement(FourCharCode type, const BitmapImageRep* fromBitmapImageRep) {
+    const WritableElement* element = writableElement(type);
+    if (fromBitmapImageRep == nullptr || element == nullptr)
+        return false;
+    const std::optional<QByteArray> converted = element->convert(*fromBitmapImageRep, element->pixelSize);
+    if (!converted) {
+        logLine(QStringLiteral("Null data returned to setIconFamilyElement:fromBitmapImageRep:"));
+        return false;
+    }
+    const IconFamilyBlock::Status status = IconFamilyBlock::setIconFamilyData(hIconFamily, type, *converted);
+    if (status != IconFamilyBlock::Status::NoError) {
+        logLine(QStringLiteral("SetIconFamilyData() returned error %1").arg(static_cast<qint16>(status)));
+        return false;
+    }
+    return true;
+}
+
+std::unique_ptr<BitmapImageRep>
+IconFamily::bitmapImageRepWithAlphaForIconFamilyElement(FourCharCode type) const {
+    const ReadableElement* element = readableElement(type);
+    if (element == nullptr)
+        return nullptr;
+    const qsizetype pixels = qsizetype{element->pixelSize} * element->pixelSize;
+    std::optional<QByteArray> samples = IconFamilyBlock::getIconFamilyData(hIconFamily, type);
+    if (!samples || samples->size() < 4 * pixels)
+        return nullptr;
+    if (element->hasMask) {
+        const std::optional<QByteArray> mask = IconFamilyBlock::getIconFamilyData(hIconFamily, element->mask);
+        const bool isMasked = mask && mask->size() >= pixels;
+        for (qsizetype i = 0; i < pixels; ++i) {
+            char& alpha = (*samples)[4 * i];
+            alpha = isMasked ? static_cast<char>(alpha | mask->at(i)) : static_cast<char>(255);
+        }
+    }
+    BitmapLayout layout;
+    layout.pixelsWide = element->pixelSize;
+    layout.pixelsHigh = element->pixelSize;
+    layout.isAlphaFirst = true;
+    return BitmapImageRep::initWithBitmapData(layout, *samples);
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "platform/BitmapImageRep.h"
+#include "platform/Image.h"
+#include "platform/icns/IcnsTypes.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+/// One icon family: a block of icns data that can be built element by element, loaded, written, and read
+/// back. It owns its block and shares it with nobody. One thread at a time.
+///
+/// What constructs one answers null where it fails, without a message; only storing elements writes log
+/// lines.
+class IconFamily {
+  public:
+    /// An empty family: not even a header.
+    static std::unique_ptr<IconFamily> iconFamily();
+    static std::unique_ptr<IconFamily> init();
+
+    /// A family of any bytes at all. That they are no icns data shows only when elements are stored or read.
+    static std::unique_ptr<IconFamily> initWithData(const QByteArray& data);
+
+    /// The icns file of that name: null unless its header and its length are those of one.
+    static std::unique_ptr<IconFamily> iconFamilyWithContentsOfFile(const QString& path);
+    static std::unique_ptr<IconFamily> initWithContentsOfFile(const QString& path);
+
+    /// Takes over `handle`, unchecked.
+    static std::unique_ptr<IconFamily> iconFamilyWithIconFamilyHandle(QByteArray handle);
+    static std::unique_ptr<IconFamily> initWithIconFamilyHandle(QByteArray handle);
+
+    /// A copy of the whole block.
+    const QByteArray& data() const { return hIconFamily; }
+
+    /// Writes the block into the file of that name, in place; whether that succeeded.
+    bool writeToFile(const QString& path) const;
+
+    /// Stores the bitmap as the element of that type, with the conversion that the type asks for: 'ic04' to
+    /// 'ic14' and 'is32', 'il32', 'ih32', 'it32' as plain A, R, G, B samples, 's8mk', 'l8mk', 'h8mk', 't8mk'
+    /// as a byte of coverage, 'ics8', 'icl8', 'ich8' as a byte of one channel, 'ics#', 'ICN#', 'ich#' as a
+    /// bit, twice. False, and no change, for any other type, without a bitmap, for one of another size, or
+    /// where it can't be converted or stored; the last two are logged.
+    bool setIconFamilyElement(FourCharCode type, const BitmapImageRep* fromBitmapImageRep);
+
+    /// The element of that type as a bitmap: alpha first, said to be premultiplied, with the stored bytes as
+    /// they are. The older types take their alpha from their mask, which is ORed into what is stored; without
+    /// a mask they are opaque. Null for other types and where the element is missing or too short; of one
+    /// that is too long the beginning counts.
+    std::unique_ptr<BitmapImageRep> bitmapImageRepWithAlphaForIconFamilyElement(FourCharCode type) const;
+
+    // What `setIconFamilyElement` converts with. Each takes a bitmap of `requiredPixelSize` squared, and has
+    // no value for any other size and for shapes that it does not take, which are logged. Rows are packed.
+
+    /// A, R, G, B, straight, from the bitmap's raster image. 3 samples in 24 bits (whose bytes come out as G,
+    /// R, 255, B) or 4 in 32, 8 bits each.
+    static std::optional<QByteArray> get32BitDataFromBitmapImageRep(const BitmapImageRep& bitmap,
+                                                                    qint32 requiredPixelSize);
+    /// The last byte of each pixel. The same shapes.
+    static std::optional<QByteArray> get8BitDataFromBitmapImageRep(const BitmapImageRep& bitmap,
+                                                                   qint32 requiredPixelSize);
+    /// The fourth byte of each pixel of 32 bits, the only one of 8, 255 for one of 24.
+    static std::optional<QByteArray> get8BitMaskFromBitmapImageRep(const BitmapImageRep& bitmap,
+                                                                   qint32 requiredPixelSize);
+    /// A bit for each pixel whose first byte is not 0, most significant first, and all of them again; set for
+    /// all pixels of 24 bits, as they are for those of 1. No value either where the width is no multiple
+    /// of 8.
+    static std::optional<QByteArray> get1BitMaskFromBitmapImageRep(const BitmapImageRep& bitmap,
+                                                                   qint32 requiredPixelSize);
+
+  private:
+    explicit IconFamily(QByteArray handle) : hIconFamily(std::move(handle)) {}
+
+    QByteArray hIconFamily;
+};

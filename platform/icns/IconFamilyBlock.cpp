@@ -1,0 +1,81 @@
+#include "platform/icns/IconFamilyBlock.h"
+
+#include "platform/icns/IcnsReader.h"
+#include "platform/icns/IcnsRle.h"
+
+#include <array>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+namespace {
+
+constexpr qsizetype headerSize = sizeof(IcnsHeader);
+
+QByteArray header(FourCharCode code, qsizetype length) {
+    IcnsHeader bytes{};
+    bytes.code = code.value;
+    bytes.length = static_cast<quint32>(length);
+    return {reinterpret_cast<const char*>(&bytes), headerSize};
+}
+
+/// Plain samples from packed red, green and blue.
+std::optional<QByteArray> unpacked(const IcnsElementType& type, QByteArrayView packed) {
+    constexpr qsizetype zeros = 4;
+    if (type.hasLeadingZeros) {
+        if (packed.size() < zeros)
+            return std::nullopt;
+        packed = packed.sliced(zeros);
+    }
+    const auto pixels = static_cast<std::size_t>(type.pixelSize) * static_cast<std::size_t>(type.pixelSize);
+    QByteArray samples(static_cast<qsizetype>(4 * pixels), '\0');
+    std::vector<std::uint8_t> channel(pixels);
+    for (const std::size_t position : {1U, 2U, 3U}) {
+        const std::optional<QByteArrayView> rest = IcnsRle::unpack(packed, channel);
+        if (!rest)
+            return std::nullopt;
+        packed = *rest;
+        for (std::size_t i = 0; i < pixels; ++i)
+            samples[static_cast<qsizetype>(4 * i + position)] = static_cast<char>(channel[i]);
+    }
+    return samples;
+}
+
+} // namespace
+
+IconFamilyBlock::Status IconFamilyBlock::setIconFamilyData(QByteArray& block, FourCharCode type,
+                                                           QByteArrayView data) {
+    const QByteArray before = block.isEmpty() ? header(icnsMagic, headerSize) : block;
+    const Result<IcnsReader> reader = IcnsReader::open(before);
+    if (!reader)
+        return Status::ParameterError;
+    const IcnsElement* replaced = reader->element(type);
+    // What lies before and after the element's place.
+    const qsizetype end = reader->length();
+    const qsizetype from =
+        replaced != nullptr ? replaced->data.data() - before.constData() - headerSize : end;
+    const qsizetype to = replaced != nullptr ? from + headerSize + replaced->data.size() : end;
+    const qsizetype total = from + headerSize + data.size() + (end - to);
+    if (total > std::numeric_limits<quint32>::max())
+        return Status::MemoryFull;
+    QByteArray after;
+    after.reserve(total);
+    after += header(icnsMagic, total);
+    after += QByteArrayView(before).sliced(headerSize, from - headerSize);
+    after += header(type, headerSize + data.size());
+    after += data;
+    after += QByteArrayView(before).sliced(to, end - to);
+    block = std::move(after);
+    return Status::NoError;
+}
+
+std::optional<QByteArray> IconFamilyBlock::getIconFamilyData(const QByteArray& block, FourCharCode type) {
+    const Result<IcnsReader> reader = IcnsReader::open(block);
+    const IcnsElement* element = reader ? reader->element(type) : nullptr;
+    if (element == nullptr)
+        return std::nullopt;
+    const IcnsElementType* known = icnsElementType(type);
+    const bool isPacked = known != nullptr && known->content == IcnsContent::Colors &&
+                          element->data.size() < qsizetype{4} * known->pixelSize * known->pixelSize;
+    return isPacked ? unpacked(*known, element->data) : std::optional(element->data.toByteArray());
+}

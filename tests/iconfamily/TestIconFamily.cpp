@@ -1,0 +1,277 @@
+#include "iconfamily/IconFamily.h"
+#include "tests/support/Process.h"
+#include "tests/support/RecordingLog.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace {
+
+std::unique_ptr<BitmapImageRep> bitmap(int size, int seed = 0) {
+    BitmapLayout layout;
+    layout.pixelsWide = size;
+    layout.pixelsHigh = size;
+    layout.isPremultiplied = false;
+    QByteArray bytes(4 * size * size, Qt::Uninitialized);
+    for (qsizetype i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<char>((i * 37 + i / 64 + seed) % 256);
+    return BitmapImageRep::initWithBitmapData(layout, bytes);
+}
+
+std::unique_ptr<BitmapImageRep> mask(int size, int value) {
+    BitmapLayout layout;
+    layout.pixelsWide = size;
+    layout.pixelsHigh = size;
+    layout.samplesPerPixel = 1;
+    layout.hasAlpha = false;
+    return BitmapImageRep::initWithBitmapData(layout, QByteArray(size * size, static_cast<char>(value)));
+}
+
+QByteArray bigEndian(quint32 value) {
+    QByteArray bytes(4, '\0');
+    qToBigEndian(value, bytes.data());
+    return bytes;
+}
+
+QByteArray element(const char* type, const QByteArray& data) {
+    return QByteArray(type, 4) + bigEndian(static_cast<quint32>(8 + data.size())) + data;
+}
+
+QByteArray icns(const QByteArray& elements) {
+    return element("icns", elements);
+}
+
+TEST(IconFamily, an_empty_one_has_no_bytes_and_the_first_element_makes_the_header) {
+    const auto family = IconFamily::iconFamily();
+    EXPECT_EQ(family->data(), QByteArray());
+    EXPECT_TRUE(family->setIconFamilyElement("ic07", bitmap(128).get()));
+    EXPECT_EQ(family->data().size(), 8 + 8 + 65536);
+    EXPECT_TRUE(family->data().startsWith("icns" + bigEndian(8 + 8 + 65536) + "ic07" + bigEndian(8 + 65536)));
+}
+
+TEST(IconFamily, every_type_takes_its_size_and_no_other) {
+    struct Type {
+        const char* code;
+        int size;
+        int bytes;
+    };
+    const std::vector<Type> types{
+        {"ic04", 16, 1024},    {"ic05", 32, 4096},     {"ic06", 48, 9216},     {"ic07", 128, 65536},
+        {"ic08", 256, 262144}, {"ic09", 512, 1048576}, {"ic10", 512, 1048576}, {"ic11", 32, 4096},
+        {"ic12", 64, 16384},   {"ic13", 256, 262144},  {"ic14", 512, 1048576}, {"is32", 16, 1024},
+        {"il32", 32, 4096},    {"ih32", 48, 9216},     {"it32", 128, 65536},   {"s8mk", 16, 256},
+        {"l8mk", 32, 1024},    {"h8mk", 48, 2304},     {"t8mk", 128, 16384},   {"ics8", 16, 256},
+        {"icl8", 32, 1024},    {"ich8", 48, 2304},     {"ics#", 16, 64},       {"ICN#", 32, 256},
+        {"ich#", 48, 576}};
+    for (const Type& type : types) {
+        const RecordingLog log;
+        const FourCharCode code{*reinterpret_cast<const char(*)[5]>(type.code)};
+        const auto family = IconFamily::init();
+        EXPECT_FALSE(family->setIconFamilyElement(code, bitmap(type.size == 16 ? 32 : 16).get()))
+            << type.code;
+        EXPECT_EQ(log.lines(), QStringList(QStringLiteral(
+                                   "Null data returned to setIconFamilyElement:fromBitmapImageRep:")));
+        EXPECT_EQ(family->data(), QByteArray());
+        EXPECT_TRUE(family->setIconFamilyElement(code, bitmap(type.size).get())) << type.code;
+        EXPECT_EQ(family->data().size(), 16 + type.bytes) << type.code;
+        EXPECT_EQ(log.lines().size(), 1);
+    }
+}
+
+TEST(IconFamily, ic10_takes_512_and_not_1024) {
+    const RecordingLog log;
+    const auto family = IconFamily::init();
+    EXPECT_FALSE(family->setIconFamilyElement("ic10", bitmap(1024).get()));
+    EXPECT_EQ(log.lines().size(), 1);
+    EXPECT_TRUE(family->setIconFamilyElement("ic10", bitmap(512).get()));
+    // And is read as 1024: too short.
+    EXPECT_EQ(family->bitmapImageRepWithAlphaForIconFamilyElement("ic10"), nullptr);
+}
+
+TEST(IconFamily, an_unknown_type_and_no_bitmap_are_silent) {
+    const RecordingLog log;
+    const auto family = IconFamily::init();
+    EXPECT_FALSE(family->setIconFamilyElement("ics4", bitmap(16).get()));
+    EXPECT_FALSE(family->setIconFamilyElement("ABCD", bitmap(16).get()));
+    EXPECT_FALSE(family->setIconFamilyElement("ic04", nullptr));
+    EXPECT_TRUE(log.lines().isEmpty());
+    EXPECT_EQ(family->data(), QByteArray());
+}
+
+TEST(IconFamily, an_icn_element_is_its_bits_twice) {
+    const auto family = IconFamily::init();
+    ASSERT_TRUE(family->setIconFamilyElement("ICN#", bitmap(32).get()));
+    const QByteArray stored = family->data().mid(16);
+    ASSERT_EQ(stored.size(), 256);
+    EXPECT_EQ(stored.first(128), stored.last(128));
+}
+
+TEST(IconFamily, new_elements_come_last_and_known_ones_are_replaced_where_they_are) {
+    const QByteArray foreign =
+        element("name", "unknown") + element("l8mk", QByteArray(1024, 'a')) + element("info", "x");
+    const auto family = IconFamily::initWithData(icns(foreign) + "what follows");
+    ASSERT_TRUE(family->setIconFamilyElement("l8mk", mask(32, 'b').get()));
+    ASSERT_TRUE(family->setIconFamilyElement("s8mk", mask(16, 'c').get()));
+    EXPECT_EQ(family->data(), icns(element("name", "unknown") + element("l8mk", QByteArray(1024, 'b')) +
+                                   element("info", "x") + element("s8mk", QByteArray(256, 'c'))));
+}
+
+TEST(IconFamily, of_two_elements_of_one_type_the_first_counts) {
+    const QByteArray first = element("s8mk", QByteArray(256, 'a'));
+    const QByteArray second = element("s8mk", QByteArray(256, 'b'));
+    const auto family = IconFamily::initWithData(icns(first + second));
+    ASSERT_TRUE(family->setIconFamilyElement("s8mk", mask(16, 'c').get()));
+    EXPECT_EQ(family->data(), icns(element("s8mk", QByteArray(256, 'c')) + second));
+}
+
+TEST(IconFamily, any_bytes_are_accepted_and_kept_until_an_element_is_stored_in_vain) {
+    for (const QByteArray& bytes :
+         {QByteArray("not icns at all"), QByteArray("icns"), QByteArray("icns\0\0\0\7", 8),
+          QByteArray("icns\0\0\1\0", 8), "icns" + bigEndian(12) + "abcd",
+          icns(element("s8mk", "x")).chopped(1), QByteArray("\0", 1)}) {
+        const RecordingLog log;
+        const auto family = IconFamily::initWithData(bytes);
+        ASSERT_NE(family, nullptr);
+        EXPECT_FALSE(family->setIconFamilyElement("ic04", bitmap(16).get()));
+        EXPECT_EQ(log.lines(), QStringList(QStringLiteral("SetIconFamilyData() returned error -50")));
+        EXPECT_EQ(family->data(), bytes);
+        EXPECT_EQ(family->bitmapImageRepWithAlphaForIconFamilyElement("ic04"), nullptr);
+    }
+}
+
+TEST(IconFamily, stored_samples_come_back_as_they_are_and_are_said_to_be_premultiplied) {
+    const auto source = bitmap(32);
+    const auto family = IconFamily::init();
+    ASSERT_TRUE(family->setIconFamilyElement("ic05", source.get()));
+    const auto decoded = family->bitmapImageRepWithAlphaForIconFamilyElement("ic05");
+    ASSERT_NE(decoded, nullptr);
+    EXPECT_EQ(decoded->pixelSize(), QSize(32, 32));
+    EXPECT_EQ(decoded->bitsPerPixel(), 32);
+    EXPECT_EQ(decoded->bytesPerRow(), 128);
+    EXPECT_TRUE(decoded->layout().isAlphaFirst);
+    EXPECT_TRUE(decoded->layout().isPremultiplied);
+    EXPECT_TRUE(decoded->layout().hasAlpha);
+    EXPECT_FALSE(decoded->isPlanar());
+    EXPECT_EQ(decoded->bitmapData(), QByteArrayView(family->data()).sliced(16));
+    // R, G, B, A of the source, straight.
+    const QByteArrayView in = source->bitmapData();
+    const QByteArrayView out = decoded->bitmapData();
+    for (qsizetype i = 0; i < in.size(); i += 4) {
+        ASSERT_EQ(out[i], in[i + 3]);
+        ASSERT_EQ(out[i + 1], in[i]);
+        ASSERT_EQ(out[i + 2], in[i + 1]);
+        ASSERT_EQ(out[i + 3], in[i + 2]);
+    }
+}
+
+TEST(IconFamily, only_the_types_of_colours_are_read) {
+    const auto family = IconFamily::init();
+    for (const FourCharCode type : {FourCharCode("s8mk"), FourCharCode("ics8"), FourCharCode("ics#")}) {
+        ASSERT_TRUE(family->setIconFamilyElement(type, bitmap(16).get()));
+        EXPECT_EQ(family->bitmapImageRepWithAlphaForIconFamilyElement(type), nullptr);
+    }
+    EXPECT_EQ(family->bitmapImageRepWithAlphaForIconFamilyElement("ic04"), nullptr) << "not there";
+}
+
+TEST(IconFamily, an_older_types_alpha_is_its_mask_over_what_is_stored) {
+    const QByteArray colors("\x0f\x01\x02\x03", 4);
+    QByteArray data;
+    for (int i = 0; i < 32 * 32; ++i)
+        data += colors;
+    const auto alpha = [](const IconFamily& family) {
+        return static_cast<uchar>(
+            family.bitmapImageRepWithAlphaForIconFamilyElement("il32")->bitmapData()[0]);
+    };
+    const auto opaque = IconFamily::initWithData(icns(element("il32", data)));
+    EXPECT_EQ(alpha(*opaque), 255);
+    const auto masked =
+        IconFamily::initWithData(icns(element("l8mk", QByteArray(1024, '\x81')) + element("il32", data)));
+    EXPECT_EQ(alpha(*masked), 0x8f);
+    const auto shortMask =
+        IconFamily::initWithData(icns(element("l8mk", QByteArray(1023, '\x81')) + element("il32", data)));
+    EXPECT_EQ(alpha(*shortMask), 255);
+    const auto longMask =
+        IconFamily::initWithData(icns(element("l8mk", QByteArray(2000, '\x40')) + element("il32", data)));
+    EXPECT_EQ(alpha(*longMask), 0x4f);
+}
+
+TEST(IconFamily, an_element_that_is_too_short_is_null_and_of_one_too_long_the_beginning_counts) {
+    const QByteArray exact(1024, 'x');
+    const auto decoded = [](const QByteArray& data) {
+        return IconFamily::initWithData(icns(element("ic04", data)))
+            ->bitmapImageRepWithAlphaForIconFamilyElement("ic04");
+    };
+    EXPECT_EQ(decoded(exact.first(1023)), nullptr);
+    EXPECT_EQ(decoded({}), nullptr);
+    ASSERT_NE(decoded(exact), nullptr);
+    ASSERT_NE(decoded(exact + "more"), nullptr);
+    EXPECT_EQ(decoded(exact + "more")->bitmapData().toByteArray(), exact);
+}
+
+TEST(IconFamily, packed_colours_of_other_writers_are_unpacked) {
+    // 130 + 126 of a kind make one channel of 16 × 16.
+    const auto channel = [](char value) {
+        return QByteArray("\xff", 1) + value + QByteArray("\xfb", 1) + value;
+    };
+    const QByteArray packed = channel(10) + channel(20) + channel(30);
+    const auto family =
+        IconFamily::initWithData(icns(element("is32", packed) + element("s8mk", QByteArray(256, '\x80'))));
+    const auto decoded = family->bitmapImageRepWithAlphaForIconFamilyElement("is32");
+    ASSERT_NE(decoded, nullptr);
+    EXPECT_EQ(decoded->bitmapData().last(4).toByteArray(), QByteArray("\x80\x0a\x14\x1e", 4));
+    for (qsizetype length = 0; length < packed.size(); ++length)
+        EXPECT_EQ(IconFamily::initWithData(icns(element("is32", packed.first(length))))
+                      ->bitmapImageRepWithAlphaForIconFamilyElement("is32"),
+                  nullptr);
+    EXPECT_EQ(IconFamily::initWithData(icns(element("it32", "abc")))
+                  ->bitmapImageRepWithAlphaForIconFamilyElement("it32"),
+              nullptr);
+}
+
+class IconFamilyFiles : public testing::Test {
+  protected:
+    std::unique_ptr<IconFamily> fromFile(const QByteArray& bytes) {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        file.close();
+        return IconFamily::iconFamilyWithContentsOfFile(path);
+    }
+
+    QTemporaryDir folder;
+    QString path = folder.filePath(QStringLiteral("a.icns"));
+};
+
+TEST_F(IconFamilyFiles, a_file_of_the_right_length_is_read) {
+    const QByteArray bytes = icns(element("abcd", "x"));
+    const auto family = fromFile(bytes);
+    ASSERT_NE(family, nullptr);
+    EXPECT_EQ(family->data(), bytes);
+    EXPECT_EQ(fromFile(bytes + "x"), nullptr);
+    EXPECT_EQ(fromFile(bytes.chopped(1)), nullptr);
+    EXPECT_EQ(fromFile("icnt" + bytes.mid(4)), nullptr);
+    EXPECT_EQ(fromFile({}), nullptr);
+    EXPECT_EQ(IconFamily::iconFamilyWithContentsOfFile(folder.filePath(QStringLiteral("missing"))), nullptr);
+    EXPECT_EQ(IconFamily::iconFamilyWithContentsOfFile(folder.path()), nullptr);
+    EXPECT_EQ(IconFamily::iconFamilyWithContentsOfFile({}), nullptr);
+}
+
+TEST_F(IconFamilyFiles, is_written_in_place) {
+    fromFile("an older and longer file");
+    QFile::link(path, folder.filePath(QStringLiteral("link")));
+    struct stat before = {};
+    ASSERT_EQ(stat(path.toLocal8Bit().constData(), &before), 0);
+    const auto family = IconFamily::initWithData("bytes");
+    EXPECT_TRUE(family->writeToFile(folder.filePath(QStringLiteral("link"))));
+    struct stat after = {};
+    ASSERT_EQ(stat(path.toLocal8Bit().constData(), &after), 0);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    EXPECT_EQ(after.st_size, 5);
+    EXPECT_FALSE(family->writeToFile(folder.filePath(QStringLiteral("no/such/folder"))));
+    EXPECT_FALSE(family->writeToFile(QStringLiteral("/dev/full")));
+}
+
+} // namespace
