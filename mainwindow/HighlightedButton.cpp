@@ -81,6 +81,17 @@ const Row* rowOf(std::span<const Row> look, int tag) {
 
 constexpr int highlightMilliseconds = 100;
 
+/// `text` as it is read: "&File" is File, and "Salt && Pepper" has one sign.
+QString withoutMnemonic(const QString& text) {
+    QString result;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] == QLatin1Char('&') && i + 1 < text.size())
+            ++i;
+        result += text[i];
+    }
+    return result;
+}
+
 } // namespace
 
 HighlightedButton::HighlightedButton(QWidget* parent) : QPushButton(parent) {}
@@ -154,10 +165,6 @@ void HighlightedButton::setAttributedTitle(const AttributedTitle& title) {
     Q_EMIT attributedTitleSet(title);
 }
 
-void HighlightedButton::showImage(const QIcon& image) {
-    setIcon(image);
-}
-
 namespace {
 
 /// Gives `button` the look of `row`, whose first stage has made `title`.
@@ -220,15 +227,15 @@ QSize HighlightedButton::sizeHint() const {
     return QPushButton::sizeHint() + QSize(qMax(0, bolder) + padding, m_wantsLayer ? 6 : 0);
 }
 
-QRect HighlightedButton::contentRect() const {
-    constexpr int margin = 6;
-    return rect().adjusted(margin, 0, -margin, 0);
+AttributedTitle HighlightedButton::shownTitle() const {
+    // A title that was set since then has no attributes.
+    return m_attributedTitle.text == text() ? m_attributedTitle : AttributedTitle{text(), std::nullopt};
 }
 
-QString HighlightedButton::elidedTitle(const QFontMetrics& metrics) const {
-    const int iconWidth = icon().isNull() ? 0 : iconSize().width() + 4;
-    return metrics.elidedText(m_attributedTitle.text, Qt::ElideRight, contentRect().width() - iconWidth,
-                              Qt::TextShowMnemonic);
+int HighlightedButton::titleWidth() const {
+    constexpr int margin = 6;
+    constexpr int gap = 4;
+    return width() - 2 * margin - (icon().isNull() ? 0 : iconSize().width() + gap);
 }
 
 /// The image and the title, side by side in the middle.
@@ -238,17 +245,17 @@ void HighlightedButton::drawContent(QPainter& painter) {
     painter.save();
     if (!QPushButton::isEnabled())
         painter.setOpacity(disabledOpacity);
-    const AttributedTitle::Attributes attributes =
-        m_attributedTitle.attributes.value_or(AttributedTitle::Attributes{
-            fromQColor(palette().color(QPalette::ButtonText)), font(), Qt::AlignCenter});
+    const AttributedTitle whole = shownTitle();
+    const AttributedTitle::Attributes attributes = whole.attributes.value_or(AttributedTitle::Attributes{
+        fromQColor(palette().color(QPalette::ButtonText)), font(), Qt::AlignCenter});
     painter.setFont(attributes.font);
     painter.setPen(toQColor(attributes.foreground));
     const QFontMetrics metrics(attributes.font);
-    const QString title = elidedTitle(metrics);
-    const int titleWidth = metrics.size(Qt::TextShowMnemonic, title).width();
+    const QString title = metrics.elidedText(whole.text, Qt::ElideRight, titleWidth(), Qt::TextShowMnemonic);
+    const int shownWidth = metrics.size(Qt::TextShowMnemonic, title).width();
     const int iconWidth = icon().isNull() ? 0 : iconSize().width();
     const int between = iconWidth > 0 && !title.isEmpty() ? gap : 0;
-    const int left = (width() - iconWidth - between - titleWidth) / 2;
+    const int left = (width() - iconWidth - between - shownWidth) / 2;
     const int flags =
         Qt::AlignVCenter | (QPushButton::style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, this) != 0
                                 ? Qt::TextShowMnemonic
@@ -257,7 +264,7 @@ void HighlightedButton::drawContent(QPainter& painter) {
         QStyle::visualRect(layoutDirection(), rect(),
                            QRect(left, (height() - iconSize().height()) / 2, iconWidth, iconSize().height()));
     const QRect titleRect = QStyle::visualRect(
-        layoutDirection(), rect(), QRect(left + iconWidth + between, 0, titleWidth + 1, height()));
+        layoutDirection(), rect(), QRect(left + iconWidth + between, 0, shownWidth + 1, height()));
     if (iconWidth > 0)
         icon().paint(&painter, imageRect, Qt::AlignCenter,
                      QPushButton::isEnabled() ? QIcon::Normal : QIcon::Disabled);
@@ -285,19 +292,31 @@ void HighlightedButton::paintEvent(QPaintEvent* event) {
             painter.setBrush(QColor(0, 0, 0, 40));
             painter.drawRoundedRect(rect(), m_layer.cornerRadius(), m_layer.cornerRadius());
         }
-        if (hasFocus()) {
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-            painter.setBrush(Qt::NoBrush);
-            painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), m_layer.cornerRadius(),
-                                    m_layer.cornerRadius());
-        }
     });
+    if (hasFocus())
+        drawFocusRing();
+}
+
+/// Two lines, so that one of them stands out from any background.
+void HighlightedButton::drawFocusRing() {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    const double radius = m_layer.cornerRadius();
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
+    const QColor ground =
+        m_layer.backgroundColor() ? toQColor(*m_layer.backgroundColor()) : palette().color(QPalette::Button);
+    constexpr int middle = 128;
+    painter.setPen(QPen(ground.lightness() < middle ? Qt::white : Qt::black, 1));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5), qMax(0.0, radius - 2),
+                            qMax(0.0, radius - 2));
 }
 
 void HighlightedButton::enterEvent(QEnterEvent* event) {
     QPushButton::enterEvent(event);
-    if (m_isTracking)
+    // Only while the application is active.
+    if (m_isTracking && QGuiApplication::applicationState() == Qt::ApplicationActive)
         mouseEntered();
 }
 
@@ -307,14 +326,22 @@ void HighlightedButton::leaveEvent(QEvent* event) {
         mouseExited();
 }
 
+void HighlightedButton::changeEvent(QEvent* event) {
+    QPushButton::changeEvent(event);
+    if (event->type() != QEvent::FontChange || !m_attributedTitle.attributes)
+        return;
+    // The look stays, at the button's new size.
+    m_attributedTitle.attributes->font = systemFont(m_attributedTitle.attributes->font.bold());
+    updateGeometry();
+    update();
+}
+
 bool HighlightedButton::event(QEvent* event) {
-    if (event->type() == QEvent::ToolTip && m_allowsExpansionToolTips && toolTip().isEmpty()) {
-        const QFontMetrics metrics(m_attributedTitle.attributes ? m_attributedTitle.attributes->font
-                                                                : font());
-        const bool fits = metrics.size(Qt::TextShowMnemonic, text()).width() <= contentRect().width();
-        if (!fits) {
-            QString whole = text();
-            QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), whole.remove(QLatin1Char('&')),
+    if (event->type() == QEvent::ToolTip && m_allowsExpansionToolTips) {
+        const AttributedTitle title = shownTitle();
+        const QFontMetrics metrics(title.attributes ? title.attributes->font : font());
+        if (metrics.size(Qt::TextShowMnemonic, title.text).width() > titleWidth()) {
+            QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), withoutMnemonic(title.text),
                                this);
             return true;
         }

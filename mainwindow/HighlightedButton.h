@@ -54,7 +54,9 @@ class HighlightedButton final : public QPushButton {
     void setEnabled(bool isEnabled);
 
     const QIcon& imgNormalState() const { return _imgNormalState; }
+    void setImgNormalState(const QIcon& image) { _imgNormalState = image; }
     const QIcon& imgSelectedState() const { return _imgSelectedState; }
+    void setImgSelectedState(const QIcon& image) { _imgSelectedState = image; }
 
     void awakeFromNib();
     void createTrackingArea();
@@ -91,15 +93,16 @@ class HighlightedButton final : public QPushButton {
     void paintEvent(QPaintEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     bool event(QEvent* event) override;
 
   private:
     AttributedTitle styledTitle(const Color& foreground, bool isBold) const;
     QFont systemFont(bool isBold) const;
-    void showImage(const QIcon& image);
-    QString elidedTitle(const QFontMetrics& metrics) const;
-    QRect contentRect() const;
+    AttributedTitle shownTitle() const;
+    int titleWidth() const;
     void drawContent(QPainter& painter);
+    void drawFocusRing();
 
     int m_tag = 0;
     QIcon m_alternateImage;

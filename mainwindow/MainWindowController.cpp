@@ -20,7 +20,10 @@ MainWindowController::MainWindowController(const QString& windowNibName, const S
     : WindowController(windowNibName),
       _generator(*this, {surroundings.bundle, surroundings.screen, surroundings.workspace}) {}
 
-MainWindowController::~MainWindowController() = default;
+MainWindowController::~MainWindowController() {
+    // Its parts read the controls through this.
+    releaseWindow();
+}
 
 std::unique_ptr<MainWindowController>
 MainWindowController::initWithWindowNibName(const QString& name, const Surroundings& surroundings) {

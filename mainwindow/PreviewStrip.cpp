@@ -80,8 +80,11 @@ void PreviewStrip::paintEvent(QPaintEvent* /*event*/) {
             painter.drawImage(place, m_icons.at(i));
         }
         painter.setPen(mixed(text, ground, 0.8));
-        const QRect caption(place.center().x() - tallest / 2, tallest + captionGap, tallest,
-                            fontMetrics().height());
-        painter.drawText(caption, Qt::AlignHCenter, QString::number(sizes.at(i)));
+        const QString caption = QString::number(sizes.at(i));
+        const int captionWidth = fontMetrics().horizontalAdvance(caption);
+        // Below its icon's middle, but not beyond the strip's ends.
+        const int left = qBound(0, place.center().x() + 1 - captionWidth / 2, width() - captionWidth);
+        painter.drawText(QRect(left, tallest + captionGap, captionWidth, fontMetrics().height()),
+                         Qt::AlignLeft | Qt::AlignAbsolute, caption);
     }
 }

@@ -95,6 +95,8 @@ void TetraSliderCell::drawKnob(QPainter& painter, const QRectF& knobRect) {
     const QPainterPath circle = oval(rect);
     const double reach = rect.height() * 5.73 / 11;
     QLinearGradient gradient(rect.center() - QPointF(0, reach), rect.center() + QPointF(0, reach));
+    // Between the components as they are given, not multiplied by alpha.
+    gradient.setInterpolationMode(QGradient::ComponentInterpolation);
     gradient.setColorAt(0, toQColor(knobStart));
     gradient.setColorAt(1, toQColor(knobEnd));
     painter.fillPath(circle, gradient);

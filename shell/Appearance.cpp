@@ -17,14 +17,16 @@ struct Colors {
     QColor button;
     QColor text;
     QColor toolTip;
+    QColor accent;
+    QColor onAccent;
 };
 
 Colors colorsFor(bool isDark) {
     if (isDark)
-        return {QColor(38, 39, 42), QColor(54, 55, 59), QColor(58, 60, 64), QColor(240, 240, 242),
-                QColor(58, 60, 64)};
+        return {QColor(32, 33, 36), QColor(54, 55, 59),    QColor(58, 60, 64), QColor(240, 240, 242),
+                QColor(58, 60, 64), QColor(110, 180, 250), QColor(20, 20, 22)};
     return {QColor(240, 240, 242), QColor(255, 255, 255), QColor(250, 250, 251), QColor(28, 28, 31),
-            QColor(255, 255, 255)};
+            QColor(255, 255, 255), QColor(10, 95, 180),   QColor(255, 255, 255)};
 }
 
 bool isDark(const QPalette& palette) {
@@ -60,6 +62,10 @@ QPalette Appearance::over(const QPalette& desktop) {
     pair(QPalette::ToolTipBase, colors.toolTip, QPalette::ToolTipText);
     ours.setColor(QPalette::AlternateBase, mixed(colors.text, colors.base, 0.04));
     ours.setColor(QPalette::PlaceholderText, mixed(colors.text, colors.base, placeholderShare));
+    ours.setColor(QPalette::Highlight, colors.accent);
+    ours.setColor(QPalette::HighlightedText, colors.onAccent);
+    ours.setColor(QPalette::Link, colors.accent);
+    ours.setColor(QPalette::LinkVisited, colors.accent);
     // The edges that a style draws around what is raised or sunken.
     ours.setColor(QPalette::Light, mixed(Qt::white, colors.button, isDark(desktop) ? 0.1 : 0.8));
     ours.setColor(QPalette::Midlight, mixed(Qt::white, colors.button, isDark(desktop) ? 0.05 : 0.4));

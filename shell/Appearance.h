@@ -6,8 +6,7 @@
 class QApplication;
 
 /// The application's colours: one light and one dark set, of which the desktop's palette chooses, also while
-/// the program runs. They go with the dark sliders and buttons of the layouts; what marks a selection or the
-/// focus stays the desktop's.
+/// the program runs. They go with the dark sliders and buttons of the layouts.
 class Appearance final : public QObject {
     Q_OBJECT
 

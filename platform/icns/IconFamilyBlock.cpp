@@ -27,16 +27,19 @@ std::optional<QByteArray> unpacked(const IcnsElementType& type, QByteArrayView p
             return std::nullopt;
         packed = packed.sliced(zeros);
     }
-    const auto pixels = static_cast<std::size_t>(type.pixelSize) * static_cast<std::size_t>(type.pixelSize);
-    QByteArray samples(static_cast<qsizetype>(4 * pixels), '\0');
-    std::vector<std::uint8_t> channel(pixels);
-    for (const std::size_t position : {1U, 2U, 3U}) {
+    const qsizetype pixels = qsizetype{type.pixelSize} * type.pixelSize;
+    QByteArray samples(4 * pixels, '\0');
+    std::vector<std::uint8_t> channel(static_cast<std::size_t>(pixels));
+    for (const int position : {1, 2, 3}) {
         const std::optional<QByteArrayView> rest = IcnsRle::unpack(packed, channel);
         if (!rest)
             return std::nullopt;
         packed = *rest;
-        for (std::size_t i = 0; i < pixels; ++i)
-            samples[static_cast<qsizetype>(4 * i + position)] = static_cast<char>(channel[i]);
+        char* to = samples.data() + position;
+        for (const std::uint8_t value : channel) {
+            *to = static_cast<char>(value);
+            to += 4;
+        }
     }
     return samples;
 }

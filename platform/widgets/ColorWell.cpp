@@ -77,8 +77,8 @@ void ColorWell::paintEvent(QPaintEvent* /*event*/) {
     QPainterPath shape;
     shape.addRoundedRect(frame, radius, radius);
     // A translucent colour lies on a checkerboard.
-    painter.fillPath(shape, Qt::white);
     if (m_color.alpha < 1) {
+        painter.fillPath(shape, Qt::white);
         constexpr double square = 6;
         QPainterPath dark;
         for (int row = 0; row * square < frame.height(); ++row) {

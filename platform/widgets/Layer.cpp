@@ -55,10 +55,13 @@ void Layer::drawParts(QPainter& painter, const std::function<void(QPainter&)>& c
         painter.fillPath(roundedRect(bounds, m_cornerRadius), toQColor(*m_backgroundColor));
         painter.restore();
     }
+    painter.save();
     content(painter);
+    painter.restore();
     if (m_borderColor && m_borderWidth > 0) {
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);
+        painter.setBrush(Qt::NoBrush);
         const double inset = m_borderWidth / 2;
         painter.setPen(
             QPen(toQColor(*m_borderColor), m_borderWidth, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));

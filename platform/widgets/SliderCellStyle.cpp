@@ -8,9 +8,9 @@
 
 namespace {
 
-/// Room for the focus ring and the shadows.
+/// Room for the shadows, and for a finger's breadth to click at.
 constexpr int controlHeight = 22;
-constexpr double disabledOpacity = 0.45;
+constexpr double disabledOpacity = 0.5;
 
 } // namespace
 
@@ -71,7 +71,8 @@ void SliderCellStyle::drawComplexControl(ComplexControl control, const QStyleOpt
     if (option->state.testFlag(State_HasFocus)) {
         upward.setPen(QPen(option->palette.color(QPalette::Highlight), 2));
         upward.setBrush(Qt::NoBrush);
-        upward.drawEllipse(knob.adjusted(-1.5, -1.5, 1.5, 1.5));
+        // Within the knob's own square, which ends where the slider does.
+        upward.drawEllipse(knob.adjusted(1, 1, -1, -1));
     }
     upward.end();
     painter->save();

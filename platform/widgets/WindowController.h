@@ -30,6 +30,9 @@ class WindowController : public QObject {
     /// Makes the window from its layout and connects the outlets and actions.
     virtual std::unique_ptr<QWidget> loadWindow() = 0;
 
+    /// Ends the window, for a subclass that its parts refer to.
+    void releaseWindow() { m_window.reset(); }
+
     /// Called once, as soon as the window is loaded.
     virtual void windowDidLoad();
 

@@ -34,7 +34,7 @@ def take(name):
             # A border that can be seen on a dark desktop.
             desktop.key("alt+c")
             desktop.wait_for_window("Select Color")
-            desktop.key("alt+t", "ctrl+a")
+            desktop.key("alt+h", "ctrl+a")
             desktop.type("#f0f0f2")
             desktop.key("Return")
             desktop.wait_until_gone("Select Color")

@@ -1,6 +1,8 @@
 #include "mainwindow/HighlightedButton.h"
+#include "shell/Appearance.h"
 #include "tests/support/Events.h"
 
+#include <QApplication>
 #include <QEnterEvent>
 #include <QHBoxLayout>
 #include <QHelpEvent>
@@ -32,7 +34,7 @@ constexpr Color of255(double red, double green, double blue, double alpha = 1) {
 enum class Shown { Normal, Selected, None };
 enum class Look { Default, Highlighted, Disabled };
 
-/// What a look leaves on a fresh button.
+/// What a look sets; what has no value here, or is 0, it leaves as it is.
 struct Expected {
     Look look;
     int tag;
@@ -61,8 +63,18 @@ TEST_P(HighlightedButtonLook, is_as_tabled) {
     button.setAlternateImage(selected);
     // The images are captured without a look.
     button.setTag(0);
-    button.awakeFromNib();
-    EXPECT_EQ(button.layer().backgroundColor(), std::nullopt);
+    EXPECT_FALSE(button.allowsExpansionToolTips());
+    button.setImgNormalState(normal);
+    button.setImgSelectedState(selected);
+    QFont odd(QStringLiteral("DejaVu Serif"));
+    odd.setPointSizeF(17);
+    button.setFont(odd);
+    // What a row leaves unchanged is still there afterwards.
+    const Color sentinel{0.5, 0.25, 0.125, 1};
+    button.layer().setBackgroundColor(sentinel);
+    button.layer().setCornerRadius(77);
+    button.layer().setBorderColor(sentinel);
+    button.layer().setBorderWidth(78);
     button.setTag(expected.tag);
     std::vector<std::pair<Color, bool>> titles;
     QObject::connect(&button, &HighlightedButton::attributedTitleSet, &button,
@@ -70,7 +82,8 @@ TEST_P(HighlightedButtonLook, is_as_tabled) {
                          EXPECT_EQ(title.text, QStringLiteral("Title"));
                          ASSERT_TRUE(title.attributes.has_value());
                          EXPECT_EQ(title.attributes->alignment, Qt::AlignCenter);
-                         EXPECT_EQ(title.attributes->font.pointSizeF(), button.font().pointSizeF());
+                         EXPECT_EQ(title.attributes->font.pointSizeF(), 17);
+                         EXPECT_EQ(title.attributes->font.family(), QApplication::font().family());
                          titles.emplace_back(title.attributes->foreground, title.attributes->font.bold());
                      });
     if (expected.look == Look::Default)
@@ -83,10 +96,11 @@ TEST_P(HighlightedButtonLook, is_as_tabled) {
     EXPECT_TRUE(isSame(button.icon(), expected.image == Shown::Normal     ? normal
                                       : expected.image == Shown::Selected ? selected
                                                                           : QIcon()));
-    EXPECT_EQ(button.layer().backgroundColor(), expected.background);
-    EXPECT_EQ(button.layer().cornerRadius(), expected.cornerRadius);
-    EXPECT_EQ(button.layer().borderColor(), expected.borderColor);
-    EXPECT_EQ(button.layer().borderWidth(), expected.borderWidth);
+    EXPECT_EQ(button.layer().backgroundColor(), expected.background.value_or(sentinel));
+    EXPECT_EQ(button.layer().cornerRadius(), expected.cornerRadius > 0 ? expected.cornerRadius : 77);
+    EXPECT_EQ(button.layer().borderColor(), expected.borderColor.value_or(sentinel));
+    EXPECT_EQ(button.layer().borderWidth(), expected.borderWidth > 0 ? expected.borderWidth : 78);
+    EXPECT_EQ(button.allowsExpansionToolTips(), expected.look == Look::Default) << "whatever the tag";
     EXPECT_EQ(titles, expected.titles);
 }
 
@@ -171,7 +185,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Expected{Look::Disabled, 105, false, Shown::Normal, none, 0, none, 0, {}},
                     Expected{Look::Disabled, 106, false, Shown::Normal, none, 0, none, 0, {}},
                     Expected{Look::Disabled, 107, true, Shown::Selected, none, 4, none, 0, {{black, true}}},
-                    Expected{Look::Disabled, 108, false, Shown::Normal, none, 0, none, 0, {}}));
+                    Expected{Look::Disabled, 108, false, Shown::Normal, none, 0, none, 0, {}},
+                    Expected{Look::Disabled, 100, false, Shown::Normal, none, 0, none, 0, {}},
+                    Expected{Look::Disabled, 109, false, Shown::Normal, none, 0, none, 0, {}}));
 
 /// A button with that tag in a window.
 class HighlightedButtonTest : public testing::Test {
@@ -185,6 +201,7 @@ class HighlightedButtonTest : public testing::Test {
         HighlightedButton::awakeAll(window);
         window.resize(200, 100);
         window.show();
+        window.activateWindow();
         Events::settle();
         titles = 0;
         QObject::connect(&button, &HighlightedButton::attributedTitleSet, &button, [this] { ++titles; });
@@ -323,6 +340,45 @@ TEST_F(HighlightedButtonTest, a_title_that_does_not_fit_is_shown_whole_in_a_tool
     EXPECT_NE(tip(), QStringLiteral("Short"));
 }
 
+TEST_F(HighlightedButtonTest, a_title_beside_an_image_or_with_a_tip_of_its_own_is_expanded_too) {
+    make(104, QStringLiteral("Salt && &Pepper"));
+    button.setToolTip(QStringLiteral("Its own"));
+    const QFontMetrics metrics(button.attributedTitle().attributes->font);
+    // Room for the title alone, and not for the image beside it.
+    button.resize(metrics.size(Qt::TextShowMnemonic, button.text()).width() + 14, 30);
+    QHelpEvent event(QEvent::ToolTip, QPoint(5, 5), button.mapToGlobal(QPoint(5, 5)));
+    QCoreApplication::sendEvent(&button, &event);
+    EXPECT_EQ(QToolTip::text(), QStringLiteral("Salt & Pepper"));
+}
+
+TEST_F(HighlightedButtonTest, its_title_follows_its_font_and_its_text) {
+    make(108);
+    QFont larger = button.font();
+    larger.setPointSizeF(21);
+    button.setFont(larger);
+    EXPECT_EQ(button.attributedTitle().attributes->font.pointSizeF(), 21);
+    EXPECT_EQ(titles, 0);
+    button.setIcon(QIcon());
+    const QImage before = button.grab().toImage();
+    button.setText(QStringLiteral("Another"));
+    EXPECT_NE(button.grab().toImage(), before);
+}
+
+TEST_F(HighlightedButtonTest, the_focus_can_be_seen_on_every_tag) {
+    for (const int tag : {104, 106, 108}) {
+        make(tag);
+        button.clearFocus();
+        const QImage without = button.grab().toImage();
+        button.setFocus();
+        Events::settle();
+        const QImage with = button.grab().toImage();
+        int different = 0;
+        for (int x = 0; x < with.width(); ++x)
+            different += with.pixel(x, 2) != without.pixel(x, 2) ? 1 : 0;
+        EXPECT_GT(different, with.width() / 2) << tag;
+    }
+}
+
 TEST_F(HighlightedButtonTest, shows_its_title_in_its_colours) {
     make(106);
     const QImage shown = button.grab().toImage();
@@ -357,13 +413,17 @@ TEST_F(HighlightedButtonTest, every_tag_in_its_three_looks_makes_one_gallery) {
         }
     }
     for (const bool isDark : {false, true}) {
-        QPalette colors(isDark ? QColor(38, 39, 42) : QColor(240, 240, 242));
-        gallery.setPalette(colors);
-        const QImage picture = gallery.grab().toImage();
-        EXPECT_EQ(picture.size(), gallery.size() * gallery.devicePixelRatio());
-        EXPECT_TRUE(picture.save(
-            QCoreApplication::applicationDirPath() +
-            (isDark ? QStringLiteral("/buttons-dark.png") : QStringLiteral("/buttons-light.png"))));
+        const QPalette desktop(isDark ? QColor(40, 40, 40) : QColor(240, 240, 240));
+        gallery.setPalette(Appearance::over(desktop).resolve(desktop));
+        for (const int scale : {1, 2}) {
+            QImage picture(gallery.size() * scale, QImage::Format_RGB32);
+            picture.setDevicePixelRatio(scale);
+            gallery.render(&picture);
+            EXPECT_TRUE(picture.save(QStringLiteral("%1/buttons-%2-%3.png")
+                                         .arg(QCoreApplication::applicationDirPath(),
+                                              isDark ? QStringLiteral("dark") : QStringLiteral("light"))
+                                         .arg(scale)));
+        }
     }
 }
 

@@ -83,6 +83,7 @@ TEST_F(PreviewStripTest, changes_nothing_of_the_preview_or_the_controls) {
 TEST_F(PreviewStripTest, the_icons_stand_side_by_side_in_both_directions) {
     for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
         strip().setLayoutDirection(direction);
+        EXPECT_EQ(strip().iconRect(0).left() < strip().iconRect(3).left(), direction == Qt::LeftToRight);
         for (std::size_t i = 0; i < PreviewStrip::sizes.size(); ++i) {
             EXPECT_TRUE(strip().rect().contains(strip().iconRect(i)));
             EXPECT_EQ(strip().iconRect(i).bottom(), strip().iconRect(0).bottom());

@@ -161,22 +161,44 @@ TEST(TetraSliderCell, looks_as_it_was_approved) {
     }
 }
 
-TEST(Shadow, a_blur_is_a_gaussian_of_half_its_radius) {
+TEST(Shadow, a_blur_is_a_gaussian_of_half_its_radius_at_any_scale) {
     constexpr double radius = 6;
-    QImage picture(200, 40, QImage::Format_RGBA8888_Premultiplied);
-    picture.fill(0);
-    QPainter painter(&picture);
-    QPainterPath edge;
-    edge.addRect(-100, -100, 200, 300);
-    QPainterPath everywhere;
-    everywhere.addRect(picture.rect());
-    drawShadow(painter, edge, {{0, 0, 0, 1}, {0, 0}, radius}, everywhere);
-    painter.end();
-    // Beside a straight edge at x = 100 the coverage is the normal distribution's.
-    for (int x = 85; x < 115; ++x) {
-        const double distance = x + 0.5 - 100;
-        const double expected = 255 * 0.5 * std::erfc(distance / (radius / 2) / std::sqrt(2.0));
-        EXPECT_NEAR(picture.pixelColor(x, 20).alpha(), expected, 2.5) << x;
+    for (const double scale : {1.0, 1.5, 2.0}) {
+        QImage picture(qRound(200 * scale), qRound(40 * scale), QImage::Format_RGBA8888_Premultiplied);
+        picture.fill(0);
+        QPainter painter(&picture);
+        painter.scale(scale, scale);
+        QPainterPath edge;
+        edge.addRect(-100, -100, 200, 300);
+        QPainterPath everywhere;
+        everywhere.addRect(0, 0, 200, 40);
+        drawShadow(painter, edge, {{0, 0, 0, 1}, {0, 0}, radius}, everywhere);
+        painter.end();
+        // Beside a straight edge at x = 100 the coverage is the normal distribution's.
+        for (int x = qRound(85 * scale); x < qRound(115 * scale); ++x) {
+            const double distance = (x + 0.5) / scale - 100;
+            const double expected = 255 * 0.5 * std::erfc(distance / (radius / 2) / std::sqrt(2.0));
+            EXPECT_NEAR(picture.pixelColor(x, qRound(20 * scale)).alpha(), expected, 2.5)
+                << x << " at " << scale;
+        }
+    }
+}
+
+TEST(TetraSliderCell, the_inner_shadow_is_that_of_the_frame_thrown_back_by_a_fifth_of_a_point) {
+    constexpr int scale = 8;
+    const QImage picture = bar(scale);
+    // Across the middle of the track, from y = 9 to 14: the gradient under the shadow of what lies beyond
+    // both edges, which is moved up by 0.2. The frame is 6 points wide there, more than the blur reaches.
+    const auto cumulative = [](double distance) { return 0.5 * std::erfc(-distance / 2.5 / std::sqrt(2.0)); };
+    for (double y = 10; y <= 13; y += 0.25) {
+        const double share = (y - 9) / 5;
+        const double fill = share < 0.5 ? 0.101 + (0.154 - 0.101) * share / 0.5
+                                        : 0.154 + (0.175 - 0.154) * (share - 0.5) / 0.5;
+        const double below = cumulative(9.2 - y) - cumulative(9.2 - 6.1 - y);
+        const double above = cumulative(y - 14.2) - cumulative(y - 14.2 - 6.1);
+        const double expected = 255 * fill * (1 - 0.376 * (below + above));
+        const int row = static_cast<int>((24 - y) * scale);
+        EXPECT_NEAR(picture.pixelColor(60 * scale, row).red(), expected, 1.6) << y;
     }
 }
 

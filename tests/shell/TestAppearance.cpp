@@ -1,3 +1,4 @@
+#include "platform/widgets/QtColor.h"
 #include "shell/Appearance.h"
 #include "tests/support/Events.h"
 
@@ -44,7 +45,9 @@ const std::vector<std::pair<QPalette::ColorRole, QPalette::ColorRole>> pairs{
     {QPalette::PlaceholderText, QPalette::Base},
     // The well's invitation, the captions, and what an item view writes.
     {QPalette::Text, QPalette::Window},
-    {QPalette::WindowText, QPalette::Base}};
+    {QPalette::WindowText, QPalette::Base},
+    {QPalette::HighlightedText, QPalette::Highlight},
+    {QPalette::Link, QPalette::Window}};
 
 void expectReadable(const QPalette& colors) {
     for (const auto& [text, ground] : pairs) {
@@ -68,8 +71,13 @@ TEST(Appearance, text_can_be_read_on_light_and_dark_desktops) {
          {desktop(QColor(239, 239, 239), Qt::black), desktop(QColor(42, 46, 50), QColor(239, 240, 241))}) {
         const QPalette result = Appearance::over(colors).resolve(colors);
         expectReadable(result);
-        EXPECT_EQ(result.color(QPalette::Highlight), colors.color(QPalette::Highlight))
-            << "the desktop's own";
+        // The focus is marked with it.
+        for (const QPalette::ColorRole ground : {QPalette::Window, QPalette::Base})
+            EXPECT_GE(contrast(result.color(QPalette::Highlight), result.color(ground)), 3);
+        // The strip's captions.
+        EXPECT_GE(contrast(mixed(result.color(QPalette::WindowText), result.color(QPalette::Window), 0.8),
+                           result.color(QPalette::Window)),
+                  4.5);
     }
 }
 

@@ -360,7 +360,8 @@ TEST_F(StoreDeathTest, a_folder_that_cannot_be_made_is_the_end) {
     const QString folder = AppDelegate::applicationDocumentsDirectory();
     QDir().mkpath(QFileInfo(folder).path());
     ASSERT_TRUE(QFile::link(QStringLiteral("/nowhere/at/all"), folder));
-    EXPECT_EXIT(askForTheStore(), testing::KilledBySignal(SIGABRT), generalReason + ".*Varnholt.Tobrimax: Not a directory");
+    EXPECT_EXIT(askForTheStore(), testing::KilledBySignal(SIGABRT),
+                generalReason + ".*Varnholt.Tobrimax: Not a directory");
 }
 
 TEST_F(StoreDeathTest, a_store_that_breaks_off_or_is_newer_is_the_end_and_untouched) {

@@ -1,0 +1,98 @@
+#include "iconfamily/PixelBuffers.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes noise(std::size_t size, unsigned seed) {
+    std::mt19937 random(seed);
+    Bytes bytes(size);
+    std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random()); });
+    return bytes;
+}
+
+/// From none to several vectors of any width, and one pixel more and less.
+const std::vector<std::size_t> lengths{0,  1,  2,  3,  7,  8,  9,   15,  16,  17,
+                                       31, 32, 33, 63, 64, 65, 127, 128, 129, 1000};
+
+TEST(PixelBuffers, permute_is_a_plain_loop_for_every_map) {
+    for (unsigned code = 0; code < 256; ++code) {
+        const PixelBuffers::Map map{
+            static_cast<std::uint8_t>(code & 3U), static_cast<std::uint8_t>(code >> 2 & 3U),
+            static_cast<std::uint8_t>(code >> 4 & 3U), static_cast<std::uint8_t>(code >> 6 & 3U)};
+        for (const std::size_t pixels : lengths) {
+            const Bytes in = noise(4 * pixels, code);
+            Bytes expected(in.size());
+            for (std::size_t i = 0; i < in.size(); ++i)
+                expected[i] = in[i - i % 4 + map[i % 4]];
+            // One byte from alignment, and with a guard behind.
+            Bytes out(in.size() + 2, 0xee);
+            PixelBuffers::permute(in.data(), out.data() + 1, pixels, map);
+            ASSERT_EQ(out.front(), 0xee);
+            ASSERT_EQ(out.back(), 0xee);
+            ASSERT_TRUE(std::equal(expected.begin(), expected.end(), out.begin() + 1))
+                << code << " " << pixels;
+            Bytes inPlace = in;
+            PixelBuffers::permute(inPlace.data(), inPlace.data(), pixels, map);
+            ASSERT_EQ(inPlace, expected);
+        }
+    }
+}
+
+TEST(PixelBuffers, expand_is_a_plain_loop) {
+    for (const std::size_t pixels : lengths) {
+        const Bytes in = noise(3 * pixels, 1);
+        Bytes out(4 * pixels + 1, 0xee);
+        PixelBuffers::expandRgb(in.data(), out.data(), pixels);
+        ASSERT_EQ(out.back(), 0xee);
+        for (std::size_t i = 0; i < pixels; ++i) {
+            ASSERT_EQ(out[4 * i], 255);
+            ASSERT_TRUE(std::equal(&in[3 * i], &in[3 * i] + 3, &out[4 * i + 1])) << i << " of " << pixels;
+        }
+    }
+}
+
+Bytes plainlyUnpremultiplied(Bytes bytes) {
+    for (std::size_t i = 0; i < bytes.size(); i += 4) {
+        for (std::size_t c = 1; c < 4; ++c) {
+            const unsigned a = bytes[i];
+            bytes[i + c] = a == 0
+                               ? std::uint8_t{0}
+                               : static_cast<std::uint8_t>(std::min(255U, (bytes[i + c] * 255U + a / 2) / a));
+        }
+    }
+    return bytes;
+}
+
+TEST(PixelBuffers, unpremultiply_is_a_plain_loop_for_every_alpha_and_colour) {
+    Bytes all;
+    for (unsigned a = 0; a < 256; ++a) {
+        for (unsigned c = 0; c < 256; ++c) {
+            for (const unsigned byte : {a, c, 255 - c, c ^ a})
+                all.push_back(static_cast<std::uint8_t>(byte));
+        }
+    }
+    Bytes out = all;
+    PixelBuffers::unpremultiplyArgb(out.data(), out.size() / 4);
+    EXPECT_EQ(out, plainlyUnpremultiplied(all));
+}
+
+TEST(PixelBuffers, unpremultiply_is_a_plain_loop_for_every_length) {
+    for (const std::size_t pixels : lengths) {
+        const Bytes in = noise(4 * pixels, 2);
+        Bytes out = in;
+        out.push_back(0xee);
+        PixelBuffers::unpremultiplyArgb(out.data(), pixels);
+        ASSERT_EQ(out.back(), 0xee);
+        out.pop_back();
+        ASSERT_EQ(out, plainlyUnpremultiplied(in)) << pixels;
+    }
+}
+
+} // namespace
