@@ -51,6 +51,26 @@ class IconFamily {
     /// that is too long the beginning counts.
     std::unique_ptr<BitmapImageRep> bitmapImageRepWithAlphaForIconFamilyElement(FourCharCode type) const;
 
+    /// How a picture is resampled; the values are those of the platform's setting. Without another wish it is
+    /// high.
+    enum class ImageInterpolation { Default = 0, None = 1, Low = 2, High = 3, Medium = 4 };
+
+    /// A family of `image` in all sizes from 512 down to 16 ('ic09', 'ic08', 'ic07', 'ic06', 'ic05', 'ic04'),
+    /// made from one rendering of 1024 pixels. Null for an image without anything to draw. That 1024 pixels
+    /// are no element is logged each time.
+    static std::unique_ptr<IconFamily> iconFamilyWithThumbnailsOfImage(const Image& image);
+    static std::unique_ptr<IconFamily>
+    iconFamilyWithThumbnailsOfImage(const Image& image, ImageInterpolation usingImageInterpolation);
+    static std::unique_ptr<IconFamily> initWithThumbnailsOfImage(const Image& image);
+    static std::unique_ptr<IconFamily> initWithThumbnailsOfImage(const Image& image,
+                                                                 ImageInterpolation usingImageInterpolation);
+
+    /// `image` at the largest size that fits into a transparent square of that many pixels, in its middle. Of
+    /// a bitmap its size in pixels counts, of the largest one where there are several. Null where there is
+    /// nothing to draw or no such square.
+    static Image resampleImage(const Image& image, qint32 toIconWidth,
+                               ImageInterpolation usingImageInterpolation);
+
     // What `setIconFamilyElement` converts with. Each takes a bitmap of `requiredPixelSize` squared, and has
     // no value for any other size and for shapes that it does not take, which are logged. Rows are packed.
 

@@ -134,7 +134,7 @@ QImage BitmapImageRep::rendered(AxisMapping x, AxisMapping y) const {
     const QImage source = raster();
     x.sourceLength = source.width();
     y.sourceLength = source.height();
-    return resampledLanczos3(source, x, y);
+    return resampled(source, x, y);
 }
 
 RasterImage BitmapImageRep::CGImage() const {

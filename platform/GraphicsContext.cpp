@@ -149,7 +149,10 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
     const ImageRep* representation = image.bestRepresentation(rect.size() * m_scale);
     if (device.isEmpty() || representation == nullptr)
         return;
-    QImage layer = representation->rendered(device.x.mapping(), device.y.mapping());
+    AxisMapping x = device.x.mapping();
+    AxisMapping y = device.y.mapping();
+    x.filter = y.filter = m_imageInterpolation;
+    QImage layer = representation->rendered(x, y);
     if (layer.isNull()) {
         m_raster = QImage(); // half a picture is none
         return;

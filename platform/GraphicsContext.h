@@ -29,6 +29,10 @@ class GraphicsContext {
     /// memory is short. It is lost where a picture can't be drawn.
     bool hasRaster() const { return !m_raster.isNull(); }
 
+    /// What pictures are resampled with from here on.
+    ResampleFilter imageInterpolation() const { return m_imageInterpolation; }
+    void setImageInterpolation(ResampleFilter filter) { m_imageInterpolation = filter; }
+
     /// From here on everything is drawn through the inside of `path`, antialiased. The path lies inside the
     /// picture, and takes the place of an earlier one.
     void addClip(const Path& path);
@@ -54,6 +58,7 @@ class GraphicsContext {
     QSizeF m_size;
     int m_scale;
     QImage m_raster;
+    ResampleFilter m_imageInterpolation = ResampleFilter::Lanczos3;
     bool m_isBlank = true;
     std::optional<CoverageMask> m_clip; ///< none where all pixels are drawn on in full
     QRectF m_clipBounds;

@@ -196,7 +196,7 @@ void dispatch(const QImage& source, const ResamplerWeights& columns, const Resam
 } // namespace
 } // namespace resampler
 
-QImage resampledLanczos3(const QImage& source, const AxisMapping& x, const AxisMapping& y) {
+QImage resampled(const QImage& source, const AxisMapping& x, const AxisMapping& y) {
     if (x.isIdentity() && y.isIdentity())
         return source.copy();
     QImage target(x.targetLength, y.targetLength, QImage::Format_RGBA8888_Premultiplied);
@@ -214,8 +214,7 @@ QImage resampledLanczos3(const QImage& source, const AxisMapping& x, const AxisM
 
 QImage stretched(const QImage& source, const QSize& size) {
     const auto fill = [](int from, int to) { return AxisMapping{from, 0, static_cast<double>(to), to}; };
-    return resampledLanczos3(source, fill(source.width(), size.width()),
-                             fill(source.height(), size.height()));
+    return resampled(source, fill(source.width(), size.width()), fill(source.height(), size.height()));
 }
 
 #endif

@@ -7,15 +7,46 @@
 
 namespace {
 
-constexpr double lobes = 3;
+/// How far a filter reaches to each side, in source samples where it is not stretched.
+double reachOf(ResampleFilter filter) {
+    switch (filter) {
+    case ResampleFilter::Nearest:
+        return 0.5;
+    case ResampleFilter::Linear:
+        return 1;
+    case ResampleFilter::Cubic:
+        return 2;
+    default:
+        return 3;
+    }
+}
 
 double lanczos3(double x) {
+    constexpr double lobes = 3;
     if (x == 0)
         return 1;
     if (std::abs(x) >= lobes)
         return 0;
     const double angle = std::numbers::pi * x;
     return lobes * std::sin(angle) * std::sin(angle / lobes) / (angle * angle);
+}
+
+double cubic(double distance) {
+    const double x = std::abs(distance);
+    if (x < 1)
+        return (1.5 * x - 2.5) * x * x + 1;
+    return x < 2 ? ((-0.5 * x + 2.5) * x - 4) * x + 2 : 0;
+}
+
+double valueOf(ResampleFilter filter, double x) {
+    switch (filter) {
+    case ResampleFilter::Linear:
+        return std::max(0.0, 1 - std::abs(x));
+    case ResampleFilter::Cubic:
+        return cubic(x);
+    default:
+        return lanczos3(x);
+    }
 }
 
 /// The taps of one target pixel.
@@ -113,18 +144,22 @@ Taps quantised(int start, std::vector<double> values, bool isMiddle, bool separa
 class TapMaker {
   public:
     explicit TapMaker(const AxisMapping& mapping)
-        : m_mapping(mapping), m_ratio(mapping.ratio()), m_stretch(std::max(m_ratio, 1.0)) {}
+        : m_mapping(mapping),
+          m_ratio(mapping.ratio()),
+          m_stretch(std::max(m_ratio, 1.0)),
+          m_reach(reachOf(mapping.filter) * m_stretch) {}
 
     /// The most taps that a pixel may have.
-    std::size_t bound() const { return static_cast<std::size_t>(std::ceil(2 * lobes * m_stretch)) + 1; }
+    std::size_t bound() const { return static_cast<std::size_t>(std::ceil(2 * m_reach)) + 1; }
 
     Taps taps(int target, bool isMiddle) {
         const double centre = (target + 0.5 - m_mapping.origin) * m_ratio;
-        const double reach = lobes * m_stretch;
         const int end = m_mapping.sourceLength - 1;
+        if (m_mapping.filter == ResampleFilter::Nearest)
+            return {std::clamp(static_cast<int>(std::floor(centre)), 0, end), {ResamplerWeights::one}};
         // The samples whose middles lie inside the filter.
-        int first = std::max(0, static_cast<int>(std::floor(centre - reach + 0.5)));
-        int last = std::min(end, static_cast<int>(std::ceil(centre + reach - 1.5)));
+        int first = std::max(0, static_cast<int>(std::floor(centre - m_reach + 0.5)));
+        int last = std::min(end, static_cast<int>(std::ceil(centre + m_reach - 1.5)));
         if (isMiddle) {
             // The middle of the source is the middle of the window.
             first = std::min(first, end - last);
@@ -139,7 +174,7 @@ class TapMaker {
         std::vector<double> values;
         double sum = 0;
         for (int i = first; i <= last; ++i) {
-            values.push_back(lanczos3((i + 0.5 - centre) / m_stretch));
+            values.push_back(valueOf(m_mapping.filter, (i + 0.5 - centre) / m_stretch));
             sum += values.back();
         }
         // A pixel whose middle lies outside the stretched source, with little of it in reach, takes the
@@ -148,7 +183,8 @@ class TapMaker {
             const auto nearest = static_cast<int>(std::floor(centre));
             return {std::clamp(nearest, 0, end), {ResamplerWeights::one}};
         }
-        Taps taps = quantised(first, std::move(values), isMiddle, m_stretch >= 2);
+        const bool separatesParity = m_stretch >= 2 && m_mapping.filter == ResampleFilter::Lanczos3;
+        Taps taps = quantised(first, std::move(values), isMiddle, separatesParity);
         if (isWhole && !isMiddle) {
             m_lastPhase = phase;
             m_lastLead = taps.start - first;
@@ -161,6 +197,7 @@ class TapMaker {
     const AxisMapping& m_mapping;
     double m_ratio;
     double m_stretch;
+    double m_reach;
     double m_lastPhase = -1;
     int m_lastLead = 0;
     Taps m_last;

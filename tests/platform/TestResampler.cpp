@@ -21,7 +21,7 @@ AxisMapping fill(int source, int target) {
 }
 
 QImage resampled(const QImage& source, int width, int height) {
-    return resampledLanczos3(source, fill(source.width(), width), fill(source.height(), height));
+    return resampled(source, fill(source.width(), width), fill(source.height(), height));
 }
 
 /// As an icon is rendered: through the loaded picture's reduced copies.
@@ -286,7 +286,7 @@ TEST(Resampler, a_pixel_that_the_picture_hardly_reaches_takes_the_nearest_sample
         const int target = static_cast<int>(std::ceil(length));
         const AxisMapping axis{source, 0, length, target};
         const QImage result =
-            resampledLanczos3(Pictures::flat(source, source, QColor(9, 80, 200)), axis, axis);
+            resampled(Pictures::flat(source, source, QColor(9, 80, 200)), axis, axis);
         EXPECT_TRUE(Pictures::same(result, Pictures::flat(target, target, QColor(9, 80, 200))))
             << source << " " << length;
     }

@@ -1,0 +1,126 @@
+// A whole family from one picture.
+#include "iconfamily/IconFamily.h"
+#include "platform/GraphicsContext.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace {
+
+ResampleFilter filterOf(IconFamily::ImageInterpolation interpolation) {
+    switch (interpolation) {
+    case IconFamily::ImageInterpolation::None:
+        return ResampleFilter::Nearest;
+    case IconFamily::ImageInterpolation::Low:
+        return ResampleFilter::Linear;
+    case IconFamily::ImageInterpolation::Medium:
+        return ResampleFilter::Cubic;
+    default:
+        return ResampleFilter::Lanczos3;
+    }
+}
+
+/// A drawing where there is one, else the bitmap with the most pixels; null without representations.
+std::shared_ptr<const ImageRep> largestRepresentation(const Image& image) {
+    std::shared_ptr<const ImageRep> largest;
+    const auto area = [](const ImageRep& representation) {
+        return static_cast<qint64>(representation.pixelSize().width()) * representation.pixelSize().height();
+    };
+    for (const auto& representation : image.representations()) {
+        if (representation->pixelSize().isEmpty())
+            return representation;
+        if (largest == nullptr || area(*representation) > area(*largest))
+            largest = representation;
+    }
+    return largest;
+}
+
+/// The other edge of what is drawn into a square of `edge`.
+float fittedEdge(double shorter, double longer, double edge) {
+    return static_cast<float>(std::floor(shorter * edge / longer + 0.5));
+}
+
+/// What was drawn as a bitmap with alpha first.
+std::unique_ptr<BitmapImageRep> captured(const Image& image) {
+    const QImage raster = image.largestRaster();
+    BitmapLayout layout;
+    layout.pixelsWide = raster.width();
+    layout.pixelsHigh = raster.height();
+    layout.isAlphaFirst = true;
+    QByteArray samples(reinterpret_cast<const char*>(raster.constBits()), raster.sizeInBytes());
+    for (qsizetype i = 0; i < samples.size(); i += 4)
+        std::rotate(samples.data() + i, samples.data() + i + 3, samples.data() + i + 4);
+    return BitmapImageRep::initWithBitmapData(layout, samples);
+}
+
+} // namespace
+
+Image IconFamily::resampleImage(const Image& image, qint32 toIconWidth,
+                                ImageInterpolation usingImageInterpolation) {
+    const std::shared_ptr<const ImageRep> representation = largestRepresentation(image);
+    if (representation == nullptr || toIconWidth <= 0)
+        return {};
+    const QSizeF size =
+        representation->pixelSize().isEmpty() ? image.size() : QSizeF(representation->pixelSize());
+    if (!(size.width() > 0) || !(size.height() > 0))
+        return {};
+    const double edge = toIconWidth;
+    const bool isWide = size.width() >= size.height();
+    const float width = isWide ? static_cast<float>(edge) : fittedEdge(size.width(), size.height(), edge);
+    const float height = isWide ? fittedEdge(size.height(), size.width(), edge) : static_cast<float>(edge);
+
+    Image drawn(size);
+    drawn.addRepresentation(representation);
+    GraphicsContext context(QSizeF(edge, edge), 1);
+    context.setImageInterpolation(filterOf(usingImageInterpolation));
+    const float left = (static_cast<float>(edge) - width) * 0.5F;
+    const float bottom = (static_cast<float>(edge) - height) * 0.5F;
+    // An edge that rounds to nothing leaves the square transparent.
+    if (width > 0 && height > 0)
+        context.drawImage(drawn, QRectF(static_cast<double>(left), static_cast<double>(bottom),
+                                        static_cast<double>(width), static_cast<double>(height)));
+    return context.hasRaster() ? context.image() : Image();
+}
+
+std::unique_ptr<IconFamily>
+IconFamily::initWithThumbnailsOfImage(const Image& image, ImageInterpolation usingImageInterpolation) {
+    constexpr qint32 masterSize = 1024;
+    std::unique_ptr<IconFamily> family = init();
+    const Image rendered = resampleImage(image, masterSize, usingImageInterpolation);
+    if (rendered.isNull())
+        return nullptr;
+    std::shared_ptr<const BitmapImageRep> bitmap = captured(rendered);
+    if (bitmap == nullptr)
+        return nullptr;
+    Image master(QSizeF(masterSize, masterSize));
+    master.addRepresentation(bitmap);
+    // Refused, since this type takes 512 pixels; the family has none of it.
+    family->setIconFamilyElement("ic10", bitmap.get());
+    struct Thumbnail {
+        qint32 size;
+        FourCharCode type;
+    };
+    static constexpr std::array thumbnails{Thumbnail{512, "ic09"}, Thumbnail{256, "ic08"},
+                                           Thumbnail{128, "ic07"}, Thumbnail{48, "ic06"},
+                                           Thumbnail{32, "ic05"},  Thumbnail{16, "ic04"}};
+    for (const Thumbnail& thumbnail : thumbnails) {
+        const Image smaller = resampleImage(master, thumbnail.size, usingImageInterpolation);
+        if (!smaller.isNull())
+            family->setIconFamilyElement(thumbnail.type, captured(smaller).get());
+    }
+    return family;
+}
+
+std::unique_ptr<IconFamily> IconFamily::initWithThumbnailsOfImage(const Image& image) {
+    return initWithThumbnailsOfImage(image, ImageInterpolation::High);
+}
+
+std::unique_ptr<IconFamily> IconFamily::iconFamilyWithThumbnailsOfImage(const Image& image) {
+    return initWithThumbnailsOfImage(image);
+}
+
+std::unique_ptr<IconFamily>
+IconFamily::iconFamilyWithThumbnailsOfImage(const Image& image, ImageInterpolation usingImageInterpolation) {
+    return initWithThumbnailsOfImage(image, usingImageInterpolation);
+}

@@ -1,0 +1,173 @@
+#include "iconfamily/IconFamily.h"
+#include "platform/ImageSource.h"
+#include "platform/icns/IcnsReader.h"
+#include "tests/support/Pictures.h"
+#include "tests/support/RecordingLog.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Interpolation = IconFamily::ImageInterpolation;
+
+QImage resampled(const Image& image, int size, Interpolation interpolation = Interpolation::High) {
+    return IconFamily::resampleImage(image, size, interpolation).largestRaster();
+}
+
+/// The rectangle of pixels that are not transparent.
+QRect drawnRect(const QImage& raster) {
+    QRect rect;
+    for (int y = 0; y < raster.height(); ++y) {
+        for (int x = 0; x < raster.width(); ++x) {
+            if (raster.pixelColor(x, y).alpha() > 0)
+                rect |= QRect(x, y, 1, 1);
+        }
+    }
+    return rect;
+}
+
+TEST(IconFamilyBuilder, fits_a_wide_picture_by_its_width_and_centres_it) {
+    const Image wide = Pictures::loadedImage(Pictures::flat(300, 150, Qt::red));
+    EXPECT_EQ(drawnRect(resampled(wide, 48)), QRect(0, 12, 48, 24));
+    for (const int size : {16, 32, 128, 1024})
+        EXPECT_EQ(drawnRect(resampled(wide, size)), QRect(0, size / 4, size, size / 2)) << size;
+}
+
+TEST(IconFamilyBuilder, fits_a_tall_picture_by_its_height) {
+    const Image tall = Pictures::loadedImage(Pictures::flat(150, 300, Qt::red));
+    EXPECT_EQ(drawnRect(resampled(tall, 48)), QRect(12, 0, 24, 48));
+    // floor(100 × 16 / 300 + 0.5) = 5, in the middle: half a pixel on either side.
+    const QImage odd = resampled(Pictures::loadedImage(Pictures::flat(100, 300, Qt::red)), 16);
+    EXPECT_EQ(drawnRect(odd), QRect(5, 0, 6, 16));
+    EXPECT_NEAR(odd.pixelColor(5, 8).alpha(), 128, 1);
+    EXPECT_EQ(odd.pixelColor(7, 8), QColor(Qt::red));
+    EXPECT_NEAR(odd.pixelColor(10, 8).alpha(), 128, 1);
+}
+
+TEST(IconFamilyBuilder, a_square_picture_fills_the_square) {
+    EXPECT_TRUE(Pictures::same(resampled(Pictures::loadedImage(Pictures::flat(77, 77, Qt::red)), 48),
+                               Pictures::flat(48, 48, Qt::red)));
+}
+
+TEST(IconFamilyBuilder, of_a_bitmap_the_size_in_pixels_counts) {
+    // Half as wide in points as in pixels.
+    Image image(QSizeF(150, 300));
+    image.addRepresentation(std::make_shared<BitmapImageRep>(Pictures::flat(300, 300, Qt::red)));
+    EXPECT_EQ(drawnRect(resampled(image, 48)), QRect(0, 0, 48, 48));
+}
+
+TEST(IconFamilyBuilder, of_several_bitmaps_the_largest_counts) {
+    Image image(QSizeF(16, 16));
+    for (const int size : {16, 64, 32})
+        image.addRepresentation(
+            std::make_shared<BitmapImageRep>(Pictures::flat(size, size, size == 64 ? Qt::blue : Qt::red)));
+    EXPECT_EQ(resampled(image, 16).pixelColor(8, 8), QColor(Qt::blue));
+}
+
+TEST(IconFamilyBuilder, an_edge_that_rounds_to_nothing_leaves_a_transparent_square) {
+    const QImage raster = resampled(Pictures::loadedImage(Pictures::flat(1000, 10, Qt::red)), 16);
+    EXPECT_EQ(raster.size(), QSize(16, 16));
+    EXPECT_TRUE(drawnRect(raster).isNull());
+}
+
+TEST(IconFamilyBuilder, without_a_picture_or_a_size_there_is_none) {
+    EXPECT_TRUE(IconFamily::resampleImage({}, 16, Interpolation::High).isNull());
+    EXPECT_TRUE(IconFamily::resampleImage(Image(QSizeF(5, 5)), 16, Interpolation::High).isNull());
+    const Image picture = Pictures::loadedImage(Pictures::flat(5, 5, Qt::red));
+    EXPECT_TRUE(IconFamily::resampleImage(picture, 0, Interpolation::High).isNull());
+    EXPECT_TRUE(IconFamily::resampleImage(picture, -1, Interpolation::High).isNull());
+    EXPECT_EQ(IconFamily::iconFamilyWithThumbnailsOfImage(Image()), nullptr);
+}
+
+TEST(IconFamilyBuilder, the_five_interpolations_are_four_filters) {
+    const Image picture = Pictures::loadedImage(Pictures::noise(100, 100, 1));
+    const QImage none = resampled(picture, 32, Interpolation::None);
+    const QImage low = resampled(picture, 32, Interpolation::Low);
+    const QImage medium = resampled(picture, 32, Interpolation::Medium);
+    const QImage high = resampled(picture, 32, Interpolation::High);
+    EXPECT_TRUE(Pictures::same(resampled(picture, 32, Interpolation::Default), high));
+    for (const auto& [a, b] :
+         {std::pair(none, low), std::pair(low, medium), std::pair(medium, high), std::pair(none, high)})
+        EXPECT_GT(Pictures::largestDifference(a, b), 3);
+    // The nearest sample: pixel i takes sample floor((i + 0.5) × 100 ÷ 32).
+    const QImage noise = Pictures::noise(100, 100, 1);
+    for (const int i : {0, 1, 13, 31})
+        EXPECT_EQ(none.pixelColor(i, i), noise.pixelColor(static_cast<int>((i + 0.5) * 100 / 32),
+                                                          static_cast<int>((i + 0.5) * 100 / 32)));
+}
+
+TEST(IconFamilyBuilder, low_is_a_triangle_and_medium_a_cubic) {
+    // A step from 0 to 255 in the middle of 8 samples, enlarged four times.
+    const Image step = Pictures::loadedImage(
+        Pictures::raster(8, 8, [](int x, int) { return x < 4 ? QColor(0, 0, 0) : QColor(200, 200, 200); }));
+    const auto triangle = [](double x) { return std::clamp(x - 3.5, 0.0, 1.0) * 200; };
+    const auto cubic = [](double x) {
+        // Catmull and Rom through 0, 0, 200, 200 at 2.5, 3.5, 4.5, 5.5.
+        const auto weight = [](double d) {
+            d = std::abs(d);
+            return d < 1   ? 1.5 * d * d * d - 2.5 * d * d + 1
+                   : d < 2 ? -0.5 * d * d * d + 2.5 * d * d - 4 * d + 2
+                           : 0.0;
+        };
+        double sum = 0;
+        for (double sample = 4.5; sample < 9; ++sample)
+            sum += 200 * weight(x - sample);
+        return std::clamp(sum, 0.0, 255.0);
+    };
+    const QImage low = resampled(step, 32, Interpolation::Low);
+    const QImage medium = resampled(step, 32, Interpolation::Medium);
+    for (int i = 8; i < 24; ++i) {
+        const double x = (i + 0.5) / 4;
+        EXPECT_NEAR(low.pixelColor(i, 16).red(), triangle(x), 1) << i;
+        EXPECT_NEAR(medium.pixelColor(i, 16).red(), cubic(x), 1) << i;
+    }
+}
+
+TEST(IconFamilyBuilder, a_family_has_six_elements_in_order_and_no_ic10) {
+    const RecordingLog log;
+    const auto family =
+        IconFamily::iconFamilyWithThumbnailsOfImage(Pictures::loadedImage(Pictures::noise(300, 150, 1)));
+    ASSERT_NE(family, nullptr);
+    EXPECT_EQ(log.lines(),
+              QStringList(QStringLiteral("Null data returned to setIconFamilyElement:fromBitmapImageRep:")));
+    const Result<IcnsReader> reader = IcnsReader::open(family->data());
+    ASSERT_TRUE(reader);
+    QStringList types;
+    for (const IcnsElement& element : reader->elements())
+        types << element.type.text();
+    EXPECT_EQ(types, QStringList({QStringLiteral("ic09"), QStringLiteral("ic08"), QStringLiteral("ic07"),
+                                  QStringLiteral("ic06"), QStringLiteral("ic05"), QStringLiteral("ic04")}));
+}
+
+TEST(IconFamilyBuilder, smaller_sizes_are_made_from_the_one_of_1024) {
+    const Image source = Pictures::loadedImage(Pictures::noise(700, 700, 3));
+    for (const Interpolation interpolation : {Interpolation::None, Interpolation::Low, Interpolation::High}) {
+        const RecordingLog log;
+        const auto family = IconFamily::iconFamilyWithThumbnailsOfImage(source, interpolation);
+        Image master(QSizeF(1024, 1024));
+        master.addRepresentation(std::make_shared<BitmapImageRep>(resampled(source, 1024, interpolation)));
+        const QImage expected = resampled(master, 32, interpolation);
+        const auto decoded = family->bitmapImageRepWithAlphaForIconFamilyElement("ic05");
+        ASSERT_NE(decoded, nullptr);
+        // Opaque, so that stored and drawn colours are the same.
+        EXPECT_EQ(Pictures::largestDifference(decoded->raster(), expected), 0);
+    }
+}
+
+TEST(IconFamilyBuilder, translucent_colours_are_stored_straight_and_shown_right_by_the_reader) {
+    const RecordingLog log;
+    const Image source = Pictures::loadedImage(Pictures::flat(64, 64, QColor(200, 100, 50, 128)));
+    const auto family = IconFamily::iconFamilyWithThumbnailsOfImage(source);
+    const QByteArrayView stored = family->bitmapImageRepWithAlphaForIconFamilyElement("ic04")->bitmapData();
+    const std::array<int, 4> expected{128, 199, 100, 50};
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_NEAR(static_cast<uchar>(stored[static_cast<qsizetype>(i)]), expected.at(i), 1);
+    const Result<DecodedPicture> shown = ImageSource::decode(family->data());
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->raster.size(), QSize(512, 512));
+    const QColor color = shown->raster.pixelColor(256, 256);
+    EXPECT_NEAR(color.red(), 200, 2);
+    EXPECT_NEAR(color.alpha(), 128, 1);
+}
+
+} // namespace
