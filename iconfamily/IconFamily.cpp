@@ -7,8 +7,10 @@
 #include "platform/icns/IconFamilyBlock.h"
 
 #include <QFile>
+#include <QSet>
 
 #include <limits>
+#include <vector>
 
 std::unique_ptr<IconFamily> IconFamily::init() {
     return initWithIconFamilyHandle({});
@@ -69,6 +71,32 @@ bool IconFamily::setIconFamilyElement(FourCharCode type, const BitmapImageRep* f
         return false;
     }
     return true;
+}
+
+Image IconFamily::imageWithAllReps() const {
+    const Result<IcnsReader> reader = IcnsReader::open(hIconFamily);
+    if (!reader)
+        return {};
+    std::vector<std::shared_ptr<const ImageRep>> representations;
+    QSize largest;
+    QSet<quint32> seen;
+    for (const IcnsElement& element : reader->elements()) {
+        // Of several elements of one type the first counts.
+        if (seen.contains(element.type.value))
+            continue;
+        seen.insert(element.type.value);
+        Result<DecodedPicture> picture = reader->picture(element);
+        if (!picture)
+            continue;
+        largest = largest.expandedTo(picture->raster.size());
+        representations.push_back(std::make_shared<BitmapImageRep>(std::move(picture->raster)));
+    }
+    if (representations.empty())
+        return {};
+    Image image{QSizeF(largest)};
+    for (auto& representation : representations)
+        image.addRepresentation(std::move(representation));
+    return image;
 }
 
 std::unique_ptr<BitmapImageRep>

@@ -71,6 +71,11 @@ class IconFamily {
     static Image resampleImage(const Image& image, qint32 toIconWidth,
                                ImageInterpolation usingImageInterpolation);
 
+    /// An image with one representation for each element that holds a picture which is known here, in the
+    /// family's order; its size is that of the largest, in pixels. Stored colours are taken as straight, so
+    /// that translucent ones show as they were. Null where there is none.
+    Image imageWithAllReps() const;
+
     // What `setIconFamilyElement` converts with. Each takes a bitmap of `requiredPixelSize` squared, and has
     // no value for any other size and for shapes that it does not take, which are logged. Rows are packed.
 

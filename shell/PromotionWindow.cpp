@@ -22,6 +22,8 @@ QPoint onScreen(const QRect& wanted, const QRect& screen) {
 PromotionWindow::PromotionWindow(AppDelegate& delegate) : m_window(std::make_unique<ELGRoundWindow>()) {
     Ui::PromotionWindow layout;
     layout.setupUi(m_window.get());
+    // A card that stands off from the window behind it.
+    layout.contentView->setBackgroundRole(QPalette::Base);
     m_window->setContentView(layout.contentView);
     imgViewAppLogo = layout.imgViewAppLogo;
     lblAppName = layout.lblAppName;

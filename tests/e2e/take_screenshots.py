@@ -1,4 +1,4 @@
-"""Pictures of the application in use, on a light and on a dark desktop.
+"""Pictures of every window of the application, on a light and on a dark desktop, at scale 1 and 2.
 
 usage: take_screenshots.py TOBRIMAX DRAG_SOURCE SAMPLE FOLDER
 """
@@ -15,41 +15,77 @@ DARK = {"View": "27,30,32", "Window": "42,46,50", "Button": "49,54,59", "Tooltip
 def make_dark(desktop):
     """A dark desktop, in the only settings that Qt reads without a plugin."""
     settings = desktop.folder / "home" / ".config"
-    settings.mkdir()
+    settings.mkdir(exist_ok=True)
     text = "\n".join(f"[Colors:{name}]\nBackgroundNormal={ground}\nForegroundNormal=239,240,241\n"
                      for name, ground in DARK.items())
     (settings / "kdeglobals").write_text(text + "[General]\nfont=DejaVu Sans,9,-1,5,50,0,0,0,0,0\n")
     return {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5"}
 
 
-def take(name):
-    with Desktop(pathlib.Path(folder) / name) as desktop:
-        environment = make_dark(desktop) if name.endswith("dark") else {}
-        desktop.start_application(**environment)
-        desktop.drag_onto_well(sample)
-        desktop.key("alt+r")
-        desktop.key("alt+a", "Right", "Left")
-        desktop.key("alt+b")
-        if environment:
-            # A border that can be seen on a dark desktop.
-            desktop.key("alt+c")
-            desktop.wait_for_window("Select Color")
-            desktop.key("alt+h", "ctrl+a")
-            desktop.type("#f0f0f2")
-            desktop.key("Return")
-            desktop.wait_until_gone("Select Color")
-        desktop.run("xdotool", "mousemove", "1", "1")
-        checked = lambda: (box := desktop.element("Border", "check box")) and desktop.is_checked(box)
-        wait_for(checked, "the border")
+def start(desktop, look):
+    environment = make_dark(desktop) if "dark" in look else {}
+    if "scale-2" in look:
+        environment["QT_SCALE_FACTOR"] = "2"
+    desktop.start_application(**environment)
+
+
+def take_main_window(desktop, look):
+    start(desktop, look)
+    desktop.drag_onto_well(sample)
+    desktop.key("alt+r")
+    desktop.key("alt+a", "Right", "Left")
+    desktop.key("alt+b")
+    if "dark" in look:
+        # A border that can be seen on a dark desktop.
+        desktop.key("alt+c")
+        desktop.wait_for_window("Select Color")
+        desktop.screenshot("colour-panel")
+        desktop.key("alt+h", "ctrl+a")
+        desktop.type("#f0f0f2")
+        desktop.key("Return")
+        desktop.wait_until_gone("Select Color")
+    desktop.run("xdotool", "mousemove", "1", "1")
+    wait_for(lambda: (box := desktop.element("Border", "check box")) and desktop.is_checked(box), "the border")
+    desktop.screenshot("window")
+
+
+def take_other_windows(desktop, look):
+    settings = desktop.folder / "home" / ".config" / "Varnholt"
+    settings.mkdir(parents=True)
+    (settings / "Tobrimax.conf").write_text("[General]\nappOpenedCount=6\n")
+    start(desktop, look)
+    desktop.wait_for_window("Rate Us")
+    desktop.screenshot("rate-prompt")
+    desktop.key("Tab", "space")
+    desktop.wait_until_gone("Rate Us")
+    for keys, title, name in ((("alt+t", "a"), "About Tobrimax", "about"), (("alt+h", "m"), "More from Varnholt", "promotion")):
+        desktop.run("xdotool", "windowactivate", "--sync", desktop.window)
+        desktop.key(*keys)
+        desktop.wait_for_window(title)
         desktop.screenshot(name)
+        desktop.key("Escape")
+        desktop.wait_until_gone(title)
+    text = desktop.folder / "words.txt"
+    text.write_text("no picture")
+    desktop.drag_onto_well(text)
+    desktop.key("alt+g")
+    desktop.wait_for_window("Icon File Error")
+    desktop.screenshot("alert")
+
+
+def take(what, look):
+    with Desktop(pathlib.Path(folder) / look / what) as desktop:
+        desktop.scale = 2 if "scale-2" in look else 1
+        take_main_window(desktop, look) if what == "main" else take_other_windows(desktop, look)
 
 
 if __name__ == "__main__":
     PROGRAMS["tobrimax"], PROGRAMS["drag_source"] = sys.argv[1:3]
     sample, folder = sys.argv[3:5]
     if len(sys.argv) > 5:
-        take(sys.argv[5])
+        take(*sys.argv[5:7])
     else:
         # One process for each: a process can read one desktop's accessibility tree.
-        for wanted in ("window", "window-dark"):
-            subprocess.run([sys.executable, __file__, *sys.argv[1:5], wanted], check=True)
+        for look in ("light", "dark", "light-scale-2", "dark-scale-2"):
+            for what in ("main", "others"):
+                subprocess.run([sys.executable, __file__, *sys.argv[1:5], what, look], check=True)

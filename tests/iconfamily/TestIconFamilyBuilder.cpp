@@ -154,6 +154,37 @@ TEST(IconFamilyBuilder, smaller_sizes_are_made_from_the_one_of_1024) {
     }
 }
 
+TEST(IconFamilyBuilder, a_built_family_comes_back_as_one_image_with_all_its_sizes) {
+    const RecordingLog log;
+    const auto family =
+        IconFamily::iconFamilyWithThumbnailsOfImage(Pictures::loadedImage(Pictures::noise(64, 64, 1)));
+    const Image image = family->imageWithAllReps();
+    EXPECT_EQ(image.size(), QSizeF(512, 512));
+    std::vector<int> sizes;
+    for (const auto& representation : image.representations())
+        sizes.push_back(representation->pixelSize().width());
+    EXPECT_EQ(sizes, (std::vector<int>{512, 256, 128, 48, 32, 16}));
+    const auto* smallest = dynamic_cast<const BitmapImageRep*>(image.representations().back().get());
+    ASSERT_NE(smallest, nullptr);
+    EXPECT_EQ(Pictures::largestDifference(
+                  smallest->raster(), family->bitmapImageRepWithAlphaForIconFamilyElement("ic04")->raster()),
+              0)
+        << "opaque";
+}
+
+TEST(IconFamilyBuilder, masks_unknown_and_broken_elements_are_no_representations) {
+    EXPECT_TRUE(IconFamily::init()->imageWithAllReps().isNull());
+    EXPECT_TRUE(IconFamily::initWithData("icns")->imageWithAllReps().isNull());
+    const auto family = IconFamily::init();
+    BitmapLayout layout;
+    layout.pixelsWide = layout.pixelsHigh = 16;
+    const auto bitmap = BitmapImageRep::initWithBitmapData(layout);
+    ASSERT_TRUE(family->setIconFamilyElement("s8mk", bitmap.get()));
+    EXPECT_TRUE(family->imageWithAllReps().isNull());
+    ASSERT_TRUE(family->setIconFamilyElement("ic04", bitmap.get()));
+    EXPECT_EQ(family->imageWithAllReps().representations().size(), 1U);
+}
+
 TEST(IconFamilyBuilder, translucent_colours_are_stored_straight_and_shown_right_by_the_reader) {
     const RecordingLog log;
     const Image source = Pictures::loadedImage(Pictures::flat(64, 64, QColor(200, 100, 50, 128)));
