@@ -48,8 +48,13 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
     // Nothing in it gains from more room.
     window->layout()->setSizeConstraint(QLayout::SetFixedSize);
     window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
-    // A label looks as its control does.
+    // A label looks as its control does, and stands on the side that the window's direction gives it, which
+    // its own text may not share.
+    const bool isMirrored = window->layoutDirection() == Qt::RightToLeft;
     for (QLabel* label : window->findChildren<QLabel*>()) {
+        const bool isTrailing = label->alignment().testFlag(Qt::AlignRight);
+        label->setAlignment((isTrailing != isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
+                            Qt::AlignVCenter);
         if (label->buddy() != nullptr)
             new EnabledFollower(*label->buddy(), *label,
                                 [label](bool isEnabled) { label->setEnabled(isEnabled); });

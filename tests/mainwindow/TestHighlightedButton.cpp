@@ -8,6 +8,7 @@
 #include <QHelpEvent>
 #include <QPainter>
 #include <QPixmap>
+#include <QTest>
 #include <QToolTip>
 
 #include <gtest/gtest.h>
@@ -275,6 +276,29 @@ TEST_F(HighlightedButtonTest, hover_over_a_disabled_one_shows_the_highlighted_an
     EXPECT_FALSE(button.isEnabled());
     button.setEnabled(true);
     EXPECT_TRUE(button.QPushButton::isEnabled());
+}
+
+TEST_F(HighlightedButtonTest, the_mouse_itself_may_come_and_go_while_it_is_disabled_and_enabled) {
+    make(107);
+    const QPoint outside(5, 90);
+    QTest::mouseMove(&window, outside);
+    Events::settle();
+    const Color usual = of255(167, 166, 165, 0.5);
+    const Color hovered = of255(187, 186, 185, 0.5);
+    QTest::mouseMove(&button, QPoint(60, 15));
+    EXPECT_TRUE(Events::waitFor([&] { return button.layer().backgroundColor() == hovered; }));
+    EXPECT_EQ(window.cursor().shape(), Qt::PointingHandCursor);
+    button.setEnabled(false);
+    EXPECT_EQ(button.attributedTitle().attributes->foreground, black);
+    QTest::mouseMove(&window, outside);
+    EXPECT_TRUE(Events::waitFor([&] { return button.layer().backgroundColor() == usual; }));
+    EXPECT_EQ(button.attributedTitle().attributes->foreground, white) << "the default look, though disabled";
+    EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
+    QTest::mouseMove(&button, QPoint(60, 15));
+    EXPECT_TRUE(Events::waitFor([&] { return button.layer().backgroundColor() == hovered; }));
+    EXPECT_FALSE(button.isEnabled());
+    button.setEnabled(true);
+    EXPECT_EQ(button.layer().backgroundColor(), usual);
 }
 
 TEST_F(HighlightedButtonTest, disabling_tag_104_leaves_its_default_look) {

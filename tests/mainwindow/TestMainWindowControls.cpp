@@ -252,6 +252,22 @@ TEST_F(MainWindowControls, labels_show_the_sliders_values) {
     EXPECT_EQ(text("cornerRadiusValue"), QStringLiteral("22.5 %"));
 }
 
+TEST_F(MainWindowControls, labels_stand_on_the_windows_side_and_not_their_texts) {
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        QGuiApplication::setLayoutDirection(direction);
+        const auto other = MainWindowController::initWithWindowNibName(QStringLiteral("MainWindowController"),
+                                                                       {bundle, screen, workspace});
+        const auto isRight = [&](const char* name) {
+            const auto* label = other->window()->findChild<QLabel*>(QString::fromLatin1(name));
+            EXPECT_TRUE(label->alignment().testFlag(Qt::AlignAbsolute));
+            return label->alignment().testFlag(Qt::AlignRight);
+        };
+        EXPECT_EQ(isRight("cornerRadiusValue"), direction == Qt::LeftToRight);
+        EXPECT_EQ(isRight("platformLabel"), direction == Qt::RightToLeft);
+    }
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
 TEST_F(MainWindowControls, can_be_reached_by_keyboard_and_have_names) {
     drop(pictureFile());
     QStringList reached;
