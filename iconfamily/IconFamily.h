@@ -2,6 +2,7 @@
 
 #include "platform/BitmapImageRep.h"
 #include "platform/Image.h"
+#include "platform/Pasteboard.h"
 #include "platform/icns/IcnsTypes.h"
 
 #include <QByteArray>
@@ -50,6 +51,22 @@ class IconFamily {
     /// a mask they are opaque. Null for other types and where the element is missing or too short; of one
     /// that is too long the beginning counts.
     std::unique_ptr<BitmapImageRep> bitmapImageRepWithAlphaForIconFamilyElement(FourCharCode type) const;
+
+    // Pasteboards. What is put there is the block, under both of its types; what is taken from there is
+    // unchecked.
+    static QStringList readableTypesForPasteboard(const Pasteboard& pasteboard);
+    /// 0: as bytes.
+    static int readingOptionsForType(const QString& type, const Pasteboard& pasteboard);
+    static bool canInitWithPasteboard(const Pasteboard& pasteboard);
+    /// `ofType` is ignored.
+    static std::unique_ptr<IconFamily> initWithPasteboardPropertyList(const QByteArray& propertyList,
+                                                                      const QString& ofType);
+    QStringList writableTypesForPasteboard(const Pasteboard& pasteboard) const;
+    QByteArray pasteboardPropertyListForType(const QString& type) const;
+    /// The family there, of the first readable type; null without one.
+    static std::unique_ptr<IconFamily> iconFamilyFromPasteboard(const Pasteboard& pasteboard);
+    /// Puts the family in the place of what is there.
+    void writeToPasteboard(Pasteboard& pasteboard) const;
 
     /// How a picture is resampled; the values are those of the platform's setting. Without another wish it is
     /// high.
