@@ -58,10 +58,10 @@ std::optional<QVariant> dictionaryToVariant(plist_t node, int depth) {
 }
 
 QVariant stringToVariant(plist_t node) {
-    char* raw = nullptr;
-    plist_get_string_val(node, &raw);
-    const PlistText text(raw);
-    return QString::fromUtf8(text.get());
+    // With its length: other ways to a string end the process where it holds a NUL.
+    uint64_t length = 0;
+    const char* text = plist_get_string_ptr(node, &length);
+    return QString::fromUtf8(text, static_cast<qsizetype>(length));
 }
 
 QVariant integerToVariant(plist_t node) {

@@ -47,10 +47,13 @@ class BinaryList {
         const quint64 marker = byte(at);
         const quint64 kind = marker >> 4;
         constexpr quint64 integerKind = 0x1;
+        constexpr quint64 asciiKind = 0x5;
+        constexpr quint64 utf16Kind = 0x6;
         constexpr quint64 arrayKind = 0xA;
         constexpr quint64 setKind = 0xC;
         constexpr quint64 dictionaryKind = 0xD;
-        if (kind != arrayKind && kind != setKind && kind != dictionaryKind)
+        const bool isText = kind == asciiKind || kind == utf16Kind;
+        if (!isText && kind != arrayKind && kind != setKind && kind != dictionaryKind)
             return std::vector<quint64>();
         quint64 count = marker & 0xF;
         quint64 references = at + 1;
@@ -64,6 +67,11 @@ class BinaryList {
             count = number(static_cast<qsizetype>(references + 1), width);
             references += 1 + width;
         }
+        if (isText) {
+            if (!isTextWithoutNul(references, count, kind == utf16Kind ? 2 : 1))
+                return std::nullopt;
+            return std::vector<quint64>();
+        }
         const quint64 total = kind == dictionaryKind ? 2 * count : count;
         if (count > size || total * m_referenceSize > size - references)
             return std::nullopt;
@@ -76,6 +84,19 @@ class BinaryList {
     }
 
   private:
+    /// Whether all `count` units of `width` bytes lie inside the list and none of them is 0: no name has a
+    /// use for that, and the library that reads the list takes its end for that of the process.
+    bool isTextWithoutNul(quint64 at, quint64 count, quint64 width) const {
+        const auto size = static_cast<quint64>(m_list.size());
+        if (count > size || at > size || count * width > size - at)
+            return false;
+        for (quint64 i = 0; i < count; ++i) {
+            if (number(static_cast<qsizetype>(at + i * width), width) == 0)
+                return false;
+        }
+        return true;
+    }
+
     quint64 byte(quint64 at) const { return static_cast<quint8>(m_list[static_cast<qsizetype>(at)]); }
 
     quint64 number(qsizetype at, quint64 width) const {

@@ -231,6 +231,31 @@ TEST(PropertyList, declarations_of_its_own_are_refused) {
     EXPECT_EQ(parsed.error().code, ErrorCode::Malformed);
 }
 
+TEST(PropertyList, a_nul_in_a_binary_text_or_key_is_refused_and_ends_nothing) {
+    const QByteArray key("\x51k", 2);
+    const QByteArray asciiNul("\x53"
+                              "a\0b",
+                              4);
+    const QByteArray utf16Nul("\x62\0a\0\0", 5);
+    const QByteArray dictionary("\xd1\x01\x02", 3);
+    for (const QByteArray& nul : {asciiNul, utf16Nul}) {
+        expectMalformed(binary({nul}));
+        expectMalformed(binary({dictionary, key, nul}));
+        expectMalformed(binary({dictionary, nul, key}));
+    }
+    // Without it they are read.
+    EXPECT_EQ(parsed(binary({QByteArray("\x52"
+                                        "ab",
+                                        3)})),
+              text("ab"));
+    EXPECT_EQ(parsed(binary({QByteArray("\x62\0a\x20\xac", 5)})), text("a€"));
+}
+
+TEST(PropertyList, a_text_that_reaches_beyond_the_list_is_refused) {
+    expectMalformed(binary({QByteArray("\x5f\x12\x7f\xff\xff\xff", 6)}));
+    expectMalformed(binary({QByteArray("\x6f\x10\xff", 3)}));
+}
+
 TEST(PropertyList, a_binary_collection_whose_count_is_no_count_is_refused) {
     // An array whose count is an integer of 16 bytes, which readers take differently.
     const auto list = [](const QByteArray& count) {

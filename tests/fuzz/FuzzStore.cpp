@@ -1,0 +1,55 @@
+// Any bytes as a file of saved data. What opens is saved and opened again, and is the same.
+
+#include "platform/store/ManagedObjectContext.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cstdint>
+#include <cstdlib>
+
+namespace {
+
+void require(bool isTrue) {
+    if (!isTrue)
+        std::abort();
+}
+
+const ManagedObjectModel& model() {
+    static const ManagedObjectModel things({{QStringLiteral("Thing"),
+                                             {{QStringLiteral("name"), AttributeType::String},
+                                              {QStringLiteral("count"), AttributeType::Integer},
+                                              {QStringLiteral("size"), AttributeType::Double},
+                                              {QStringLiteral("isNew"), AttributeType::Boolean},
+                                              {QStringLiteral("made"), AttributeType::Date},
+                                              {QStringLiteral("bytes"), AttributeType::Data}}}});
+    return things;
+}
+
+bool open(PersistentStoreCoordinator& coordinator, const QString& path) {
+    return coordinator.addPersistentStoreWithType(PersistentStoreCoordinator::xmlStoreType, path);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    // In the build folder: the fuzzer ends without destructors. It is run from the project's root.
+    static const QTemporaryDir folder(QStringLiteral("build/fuzz/store-XXXXXX"));
+    require(folder.isValid());
+    const QString path = folder.filePath(QStringLiteral("Tobrimax.storedata"));
+    QFile file(path);
+    require(file.open(QIODevice::WriteOnly));
+    file.write(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    file.close();
+    PersistentStoreCoordinator coordinator(model());
+    if (!open(coordinator, path))
+        return 0;
+    ManagedObjectContext context(coordinator);
+    const qint64 added = context.insertNewObjectForEntityForName(QStringLiteral("Thing"));
+    require(context.save());
+    PersistentStoreCoordinator again(model());
+    require(open(again, path));
+    require(again.objects() == context.objects());
+    require(added == 0 || again.objects().contains(added));
+    return 0;
+}
