@@ -1,5 +1,6 @@
 #include "platform/widgets/Application.h"
 
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -8,7 +9,12 @@ int main(int argc, char** argv) {
     // Without a display, unless one is asked for, and with nothing of the user's own desktop.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QTemporaryDir home;
+    // In the build folder. A child process that a test sees abort leaves its home behind, in that of its
+    // parent.
+    const QString parent =
+        qEnvironmentVariable("TOBRIMAX_TEST_HOME", QFileInfo(QString::fromLocal8Bit(argv[0])).absolutePath());
+    const QTemporaryDir home(parent + QStringLiteral("/home-XXXXXX"));
+    qputenv("TOBRIMAX_TEST_HOME", home.path().toLocal8Bit());
     for (const char* folder : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
         qputenv(folder, home.path().toLocal8Bit());
     for (const char* setting : {"XDG_CURRENT_DESKTOP", "QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE"})
