@@ -189,7 +189,9 @@ TEST(IconFamilyBuilder, translucent_colours_are_stored_straight_and_shown_right_
     const RecordingLog log;
     const Image source = Pictures::loadedImage(Pictures::flat(64, 64, QColor(200, 100, 50, 128)));
     const auto family = IconFamily::iconFamilyWithThumbnailsOfImage(source);
-    const QByteArrayView stored = family->bitmapImageRepWithAlphaForIconFamilyElement("ic04")->bitmapData();
+    const std::unique_ptr<BitmapImageRep> bitmap = family->bitmapImageRepWithAlphaForIconFamilyElement("ic04");
+    ASSERT_TRUE(bitmap);
+    const QByteArrayView stored = bitmap->bitmapData();
     const std::array<int, 4> expected{128, 199, 100, 50};
     for (std::size_t i = 0; i < 4; ++i)
         EXPECT_NEAR(static_cast<uchar>(stored[static_cast<qsizetype>(i)]), expected.at(i), 1);
