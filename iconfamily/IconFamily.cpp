@@ -1,8 +1,10 @@
 #include "iconfamily/IconFamily.h"
 
+#include "iconfamily/CarbonFSRefCreation.h"
 #include "iconfamily/IconFamilyElements.h"
 #include "platform/Log.h"
 #include "platform/RegularFile.h"
+#include "platform/fork/ResourceFile.h"
 #include "platform/icns/IcnsReader.h"
 #include "platform/icns/IconFamilyBlock.h"
 
@@ -26,9 +28,10 @@ std::unique_ptr<IconFamily> IconFamily::initWithData(const QByteArray& data) {
 
 std::unique_ptr<IconFamily> IconFamily::initWithContentsOfFile(const QString& path) {
     constexpr qint64 largest = std::numeric_limits<quint32>::max();
-    if (path.isEmpty() || path.contains(QChar::Null))
+    FSRef reference;
+    if (!CarbonFSRefCreation::getFSRef(path, reference, false))
         return nullptr;
-    Result<QByteArray> bytes = RegularFile::read(QFile::encodeName(path).toStdString(), largest);
+    Result<QByteArray> bytes = RegularFile::read(QFile::encodeName(reference.path).toStdString(), largest);
     if (!bytes)
         return nullptr;
     const std::optional<qint64> length = IcnsReader::lengthOf(*bytes);
@@ -48,6 +51,22 @@ std::unique_ptr<IconFamily> IconFamily::initWithIconFamilyHandle(QByteArray hand
 
 std::unique_ptr<IconFamily> IconFamily::iconFamilyWithIconFamilyHandle(QByteArray handle) {
     return initWithIconFamilyHandle(std::move(handle));
+}
+
+std::unique_ptr<IconFamily> IconFamily::initWithIconOfFile(const QString& /*path*/) {
+    return nullptr;
+}
+
+std::unique_ptr<IconFamily> IconFamily::iconFamilyWithIconOfFile(const QString& path) {
+    return initWithIconOfFile(path);
+}
+
+std::unique_ptr<IconFamily> IconFamily::initWithSystemIcon(FourCharCode /*type*/) {
+    return nullptr;
+}
+
+std::unique_ptr<IconFamily> IconFamily::iconFamilyWithSystemIcon(FourCharCode type) {
+    return initWithSystemIcon(type);
 }
 
 bool IconFamily::writeToFile(const QString& path) const {
@@ -70,6 +89,15 @@ bool IconFamily::setIconFamilyElement(FourCharCode type, const BitmapImageRep* f
         logLine(QStringLiteral("SetIconFamilyData() returned error %1").arg(static_cast<qint16>(status)));
         return false;
     }
+    return true;
+}
+
+bool IconFamily::addResourceType(FourCharCode type, qint16 asResID) const {
+    std::optional<QByteArray> data = IconFamilyBlock::getIconFamilyData(hIconFamily, type);
+    if (!data || data->isEmpty())
+        return false;
+    if (ResourceFile* file = ResourceFile::current())
+        file->fork().addResource({type, asResID, QByteArray(), 0, std::move(*data)});
     return true;
 }
 

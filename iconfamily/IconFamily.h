@@ -29,6 +29,13 @@ class IconFamily {
     static std::unique_ptr<IconFamily> iconFamilyWithContentsOfFile(const QString& path);
     static std::unique_ptr<IconFamily> initWithContentsOfFile(const QString& path);
 
+    /// The icon that the file browser shows for the file of that name, and the system's icon of that type:
+    /// null, since only macOS's icon services know either.
+    static std::unique_ptr<IconFamily> iconFamilyWithIconOfFile(const QString& path);
+    static std::unique_ptr<IconFamily> initWithIconOfFile(const QString& path);
+    static std::unique_ptr<IconFamily> iconFamilyWithSystemIcon(FourCharCode type);
+    static std::unique_ptr<IconFamily> initWithSystemIcon(FourCharCode type);
+
     /// Takes over `handle`, unchecked.
     static std::unique_ptr<IconFamily> iconFamilyWithIconFamilyHandle(QByteArray handle);
     static std::unique_ptr<IconFamily> initWithIconFamilyHandle(QByteArray handle);
@@ -45,6 +52,11 @@ class IconFamily {
     /// bit, twice. False, and no change, for any other type, without a bitmap, for one of another size, or
     /// where it can't be converted or stored; the last two are logged.
     bool setIconFamilyElement(FourCharCode type, const BitmapImageRep* fromBitmapImageRep);
+
+    /// Adds the element of that type to the resources of the file that is current (ResourceFile), under that
+    /// number and without a name. Whether there is such an element that is not empty: what becomes of the
+    /// resource is not asked for.
+    bool addResourceType(FourCharCode type, qint16 asResID) const;
 
     /// The element of that type as a bitmap: alpha first, said to be premultiplied, with the stored bytes as
     /// they are. The older types take their alpha from their mask, which is ORed into what is stored; without

@@ -189,7 +189,8 @@ TEST(IconFamilyBuilder, translucent_colours_are_stored_straight_and_shown_right_
     const RecordingLog log;
     const Image source = Pictures::loadedImage(Pictures::flat(64, 64, QColor(200, 100, 50, 128)));
     const auto family = IconFamily::iconFamilyWithThumbnailsOfImage(source);
-    const std::unique_ptr<BitmapImageRep> bitmap = family->bitmapImageRepWithAlphaForIconFamilyElement("ic04");
+    const std::unique_ptr<BitmapImageRep> bitmap =
+        family->bitmapImageRepWithAlphaForIconFamilyElement("ic04");
     ASSERT_TRUE(bitmap);
     const QByteArrayView stored = bitmap->bitmapData();
     const std::array<int, 4> expected{128, 199, 100, 50};

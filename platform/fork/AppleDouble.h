@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/Result.h"
+#include "platform/fork/FinderInfo.h"
+
+#include <QByteArray>
+
+#include <vector>
+
+/// An AppleDouble file, version 2: what a file has besides its data, beside it under the name "._" and the
+/// file's. A value. Entries that are not asked for here stay as they are. Source: RFC 1740, appendix B.
+class AppleDouble {
+  public:
+    /// One without any entry.
+    AppleDouble() = default;
+
+    /// Damaged where `bytes` are no whole AppleDouble file, Unsupported for another version.
+    static Result<AppleDouble> parse(const QByteArray& bytes);
+
+    /// The file. Finder information comes first and the resource fork last, as macOS wants them.
+    QByteArray data() const;
+
+    /// Empty without one.
+    QByteArray resourceFork() const;
+    void setResourceFork(const QByteArray& fork);
+
+    /// All zero without any.
+    FinderInfo finderInfo() const;
+    void setFinderInfo(const FinderInfo& info);
+
+  private:
+    struct Entry {
+        quint32 identifier;
+        QByteArray data;
+        qsizetype offset; ///< in the file that it was read from; 0 for a new one
+    };
+
+    Entry& entry(quint32 identifier);
+    const Entry* find(quint32 identifier) const;
+
+    std::vector<Entry> m_entries;
+    QByteArray m_filler = QByteArrayLiteral("Mac OS X        ");
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/fork/AppleDouble.h"
+#include "platform/fork/FileForkStore.h"
+
+/// Keeps forks in AppleDouble files beside the items: what macOS itself reads from archives and from volumes
+/// without forks. The file of "a/b" is "a/._b". An AppleDouble file that can't be read is an error, and stays
+/// as it is.
+class AppleDoubleForkStore final : public FileForkStore {
+  public:
+    Result<Done> removeItem(const QString& path) override;
+    Result<QByteArray> resourceFork(const QString& path) const override;
+    Result<Done> setResourceFork(const QString& path, const QByteArray& fork) override;
+    Result<FinderInfo> finderInfo(const QString& path) const override;
+    Result<Done> setFinderInfo(const QString& path, const FinderInfo& info) override;
+
+    /// The AppleDouble file of an item. The path "." stands for the folder of that name.
+    static QString sidecarPath(const QString& path);
+};

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "platform/Result.h"
+#include "platform/fork/FinderInfo.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+/// What files have besides their data, and what is done to files on its behalf: resource forks, Finder
+/// information, modification dates, and telling the file browser that a folder has changed. One store is in
+/// use at a time; without another wish it is that of the system: extended attributes on macOS, elsewhere
+/// none, which answers no to everything and touches nothing.
+class ForkStore {
+  public:
+    /// The time of a file's last change, to the nanosecond.
+    struct FileTime {
+        qint64 seconds = 0;
+        qint64 nanoseconds = 0;
+
+        bool operator==(const FileTime&) const = default;
+    };
+
+    enum class Created { New, WasThere };
+
+    virtual ~ForkStore() = default;
+
+    /// The store in use.
+    static ForkStore& current();
+
+    /// Whether there are forks at all. Where there are none, every operation fails and touches nothing.
+    virtual bool isAvailable() const = 0;
+
+    /// Removes a file, or a folder with all that it holds, and what the store keeps of it.
+    virtual Result<Done> removeItem(const QString& path) = 0;
+
+    virtual Result<FileTime> modificationDate(const QString& path) const = 0;
+    virtual Result<Done> setModificationDate(const QString& path, const FileTime& date) = 0;
+
+    /// The fork's bytes; empty for an item without one.
+    virtual Result<QByteArray> resourceFork(const QString& path) const = 0;
+    /// Whole or not at all.
+    virtual Result<Done> setResourceFork(const QString& path, const QByteArray& fork) = 0;
+    /// Makes a fork without resources: of a new file where there is none of that name, else of the one that
+    /// is there unless it has one already.
+    virtual Result<Created> createResourceFork(const QString& path,
+                                               const std::optional<FinderInfo>& info) = 0;
+
+    /// All zero for an item without any.
+    virtual Result<FinderInfo> finderInfo(const QString& path) const = 0;
+    virtual Result<Done> setFinderInfo(const QString& path, const FinderInfo& info) = 0;
+
+    /// Tells the system that what a folder shows has changed.
+    virtual Result<Done> notifyChanged(const QString& folder) = 0;
+
+  private:
+    friend class ForkStoreInUse;
+    static ForkStore*& inUse();
+};
+
+/// Puts a store into use for as long as this object lives. The store must live longer.
+class ForkStoreInUse {
+  public:
+    explicit ForkStoreInUse(ForkStore& store);
+    ~ForkStoreInUse();
+    ForkStoreInUse(const ForkStoreInUse&) = delete;
+    ForkStoreInUse& operator=(const ForkStoreInUse&) = delete;
+
+  private:
+    ForkStore* m_before;
+};
