@@ -9,7 +9,6 @@
 #include "platform/icns/IconFamilyBlock.h"
 
 #include <QFile>
-#include <QSet>
 
 #include <limits>
 #include <vector>
@@ -107,12 +106,7 @@ Image IconFamily::imageWithAllReps() const {
         return {};
     std::vector<std::shared_ptr<const ImageRep>> representations;
     QSize largest;
-    QSet<quint32> seen;
-    for (const IcnsElement& element : reader->elements()) {
-        // Of several elements of one type the first counts.
-        if (seen.contains(element.type.value))
-            continue;
-        seen.insert(element.type.value);
+    for (const IcnsElement& element : reader->pictureElements()) {
         Result<DecodedPicture> picture = reader->picture(element);
         if (!picture)
             continue;

@@ -28,6 +28,8 @@ const ImageRep* Image::bestRepresentation(const QSizeF& pixels) const {
     const ImageRep* best = nullptr;
     for (const auto& representation : m_representations) {
         const QSize size = representation->pixelSize();
+        if (QSizeF(size) == pixels)
+            return representation.get();
         const bool isEnough = (size.width() >= 2 * pixels.width() || size.width() == full.width()) &&
                               (size.height() >= 2 * pixels.height() || size.height() == full.height());
         if (isEnough && (best == nullptr || area(*representation) < area(*best)))

@@ -118,9 +118,58 @@ Result<DecodedPicture> ImageSource::decode(const QByteArray& bytes) {
     return DecodedPicture{std::move(raster), {}};
 }
 
+namespace {
+
+/// Adds reduced copies of `raster`, each side half as long as in the one before. None is made in the size of
+/// a representation that is there already. False where memory is short.
+bool addReducedCopies(Image& image, QImage raster) {
+    const auto has = [&](const QSize& size) {
+        return std::ranges::any_of(image.representations(), [&](const auto& representation) {
+            return representation->pixelSize() == size;
+        });
+    };
+    for (QSize size = reducedSize(raster.size()); size != raster.size(); size = reducedSize(size)) {
+        raster = stretched(raster, size);
+        if (raster.isNull())
+            return false;
+        if (!has(size))
+            image.addRepresentation(std::make_shared<BitmapImageRep>(raster));
+    }
+    return true;
+}
+
+/// Every picture of an icns file, so that each size is drawn from what was made for it. The largest must be
+/// whole.
+Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
+    const Result<IcnsReader> reader = IcnsReader::open(bytes);
+    if (!reader)
+        return reader.error();
+    Result<DecodedPicture> largest = reader->largestPicture();
+    if (!largest)
+        return largest.error();
+    LoadedPicture result{Image(largest->raster.size()), false, std::move(largest->warnings)};
+    result.image.addRepresentation(std::make_shared<BitmapImageRep>(largest->raster));
+    for (const IcnsElement& element : reader->pictureElements()) {
+        Result<DecodedPicture> picture = reader->picture(element);
+        if (!picture)
+            result.warnings << QStringLiteral("the element %1 is passed over: %2")
+                                   .arg(element.type.text(), picture.error().sentence);
+        else if (picture->raster.width() < largest->raster.width() &&
+                 picture->raster.height() < largest->raster.height())
+            result.image.addRepresentation(std::make_shared<BitmapImageRep>(std::move(picture->raster)));
+    }
+    if (!addReducedCopies(result.image, std::move(largest->raster)))
+        return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+    return result;
+}
+
+} // namespace
+
 Result<LoadedPicture> ImageSource::load(const QByteArray& bytes) {
     if (const std::optional<Error> refused = refusedStart(bytes))
         return *refused;
+    if (bitmapReader(bytes) == readIcns)
+        return loadIcns(bytes);
     if (bitmapReader(bytes) == nullptr) {
         const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
         if (!document)
@@ -135,16 +184,10 @@ Result<LoadedPicture> ImageSource::load(const QByteArray& bytes) {
     if (decoded->raster.isNull())
         return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
     LoadedPicture picture{Image(decoded->raster.size()), false, std::move(decoded->warnings)};
-    QImage raster = std::move(decoded->raster);
-    for (;;) {
-        picture.image.addRepresentation(std::make_shared<BitmapImageRep>(raster));
-        const QSize reduced = reducedSize(raster.size());
-        if (reduced == raster.size())
-            return picture;
-        raster = stretched(raster, reduced);
-        if (raster.isNull())
-            return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
-    }
+    picture.image.addRepresentation(std::make_shared<BitmapImageRep>(decoded->raster));
+    if (!addReducedCopies(picture.image, std::move(decoded->raster)))
+        return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+    return picture;
 }
 
 Result<LoadedPicture> ImageSource::loadFile(const std::string& path) {

@@ -21,7 +21,8 @@ struct LoadedPicture {
 namespace ImageSource {
 
 /// An image of the picture's size in pixels. A bitmap comes with reduced copies of itself, each side half as
-/// long as in the one before, so that small renders need not read all of it.
+/// long as in the one before, so that small renders need not read all of it; an icns file with the pictures
+/// of all its elements.
 Result<LoadedPicture> load(const QByteArray& bytes);
 
 /// As `load`, from the regular file of that name (in the file system's own bytes). Anything else than a

@@ -3,7 +3,10 @@
 #include "platform/Jpeg2000Reader.h"
 #include "platform/PngReader.h"
 #include "platform/RowConverter.h"
+#include "platform/icns/IcnsEncoding.h"
 #include "platform/icns/IcnsRle.h"
+
+#include <QSet>
 
 #include <algorithm>
 #include <array>
@@ -60,32 +63,41 @@ DecodedPicture premultiplied(QImage straight) {
     return {std::move(straight), {}};
 }
 
+/// No element is meant to hold more.
+constexpr int largestSide = 1024;
+
 Result<DecodedPicture> readPicture(const IcnsElementType& type, QByteArrayView data) {
+    const IcnsPictureInfo info = icnsPictureInfo(type, data);
+    // What is small in the file could else become very large in memory, once for each element.
+    if (std::max(info.size.width(), info.size.height()) > largestSide)
+        return damaged(QStringLiteral("the element %1 holds a picture of %2 × %3 pixels")
+                           .arg(type.code.text())
+                           .arg(info.size.width())
+                           .arg(info.size.height()));
     const QByteArray bytes = QByteArray::fromRawData(data.data(), data.size());
-    if (bytes.startsWith("\x89PNG"))
+    switch (info.encoding) {
+    case IcnsEncoding::Png:
         return readPng(bytes);
-    if (bytes.startsWith(QByteArray("\0\0\0\x0cjP  ", 8)) || bytes.startsWith("\xFF\x4F\xFF\x51"))
+    case IcnsEncoding::Jpeg2000:
         return readJpeg2000(bytes);
-    if (bytes.startsWith("ARGB")) {
+    case IcnsEncoding::PackedArgb: {
         Result<QImage> image = unpackedPlanes(data.sliced(4), type.pixelSize, {3, 0, 1, 2});
         if (!image)
             return image.error();
         return premultiplied(std::move(*image));
     }
-    // Plain samples are told by their length alone. The type of 1024 pixels is also stored with 512.
-    for (const int side : {type.pixelSize, type.pixelSize / 2}) {
-        const bool isAllowed = side == type.pixelSize || type.code == FourCharCode("ic10");
-        if (isAllowed && data.size() == qsizetype{4} * side * side)
-            return premultiplied(plainArgb(data, side));
+    case IcnsEncoding::PlainArgb:
+        return premultiplied(plainArgb(data, info.size.width()));
+    default:
+        return damaged(QStringLiteral("the element %1 holds no known picture").arg(type.code.text()));
     }
-    return damaged(QStringLiteral("the element %1 holds no known picture").arg(type.code.text()));
 }
 
 Result<DecodedPicture> readColors(const IcnsElementType& type, QByteArrayView data, const IcnsElement* mask) {
     const int side = type.pixelSize;
     const qsizetype pixels = qsizetype{side} * side;
     Result<QImage> image = plainArgb(data, side);
-    if (data.size() != 4 * pixels) {
+    if (icnsPictureInfo(type, data).encoding == IcnsEncoding::PackedColors) {
         if (type.hasLeadingZeros) {
             if (data.size() < 4)
                 return damaged(QStringLiteral("packed samples break off"));
@@ -146,6 +158,19 @@ Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
         return readColors(*type, element.data, this->element(type->mask));
     return Error{ErrorCode::Unsupported,
                  QStringLiteral("the element %1 holds no picture").arg(element.type.text())};
+}
+
+std::vector<IcnsElement> IcnsReader::pictureElements() const {
+    std::vector<IcnsElement> found;
+    QSet<quint32> seen;
+    for (const IcnsElement& element : m_elements) {
+        const IcnsElementType* type = icnsElementType(element.type);
+        if (type == nullptr || type->content == IcnsContent::Mask || seen.contains(element.type.value))
+            continue;
+        seen.insert(element.type.value);
+        found.push_back(element);
+    }
+    return found;
 }
 
 Result<DecodedPicture> IcnsReader::largestPicture() const {

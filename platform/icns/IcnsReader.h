@@ -33,8 +33,12 @@ class IcnsReader {
     /// The first element of that type, or null.
     const IcnsElement* element(FourCharCode type) const;
 
-    /// The picture of one element: Unsupported for a type that holds none, Damaged where its data are broken.
-    /// Colours without their mask are opaque. Stored colours are straight.
+    /// The elements that hold pictures, in the file's order; of several of one type the first.
+    std::vector<IcnsElement> pictureElements() const;
+
+    /// The picture of one element: Unsupported for a type that holds none, Damaged where its data are broken
+    /// or say that they are a picture of more than 1024 pixels a side. Colours without their mask are opaque.
+    /// Stored colours are straight.
     Result<DecodedPicture> picture(const IcnsElement& element) const;
 
     /// The picture of the element with the most pixels. Unsupported where the file has no picture.
