@@ -2,6 +2,8 @@
 
 #include "cli/CatalogueBundle.h"
 #include "cli/GenerateReport.h"
+#include "cli/PictureWarnings.h"
+#include "cli/UnscaledScreen.h"
 #include "generation/IconSetGenerator.h"
 #include "platform/AtomicFile.h"
 #include "platform/Folder.h"
@@ -9,7 +11,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QLocale>
 #include <QProcess>
 
 #include <unistd.h>
@@ -45,12 +46,6 @@ class OptionsInput final : public GenerationInput {
 class QuietWorkspace final : public Workspace {
   public:
     bool openURL(const QUrl& /*url*/) override { return true; }
-};
-
-/// A display that never scales: pixel sizes are those of the catalogue, wherever the command runs.
-class UnscaledScreen final : public Screen {
-  public:
-    int scale() const override { return 1; }
 };
 
 std::vector<Catalogue::Platform> platformsOf(int index) {
@@ -111,24 +106,6 @@ std::optional<QString> outputFolderError(const QString& out) {
     return std::nullopt;
 }
 
-QString number(double value) {
-    return QString::number(value, 'f', QLocale::FloatingPointShortest);
-}
-
-void warnAboutPicture(const LoadedPicture& picture, const Plan& plan, GenerateReport& report) {
-    const QSizeF size = picture.image.size();
-    if (!picture.isDrawing && std::min(size.width(), size.height()) < plan.largestSide)
-        report.warn(
-            QStringLiteral(
-                "the picture (%1 × %2) is smaller than the largest icon (%3 × %3) and will be enlarged")
-                .arg(number(size.width()), number(size.height()), number(plan.largestSide)));
-    if (size.width() != size.height())
-        report.warn(QStringLiteral("the picture (%1 × %2) is not square and will be stretched")
-                        .arg(number(size.width()), number(size.height())));
-    for (const QString& warning : picture.warnings)
-        report.warn(warning);
-}
-
 void openFolder(const QString& out, GenerateReport& report) {
 #ifdef Q_OS_MACOS
     const QString program = QStringLiteral("open");
@@ -167,7 +144,8 @@ int runGenerate(const GenerateOptions& options) {
         return report.finish();
     }
     const Plan plan = planOf(options, *catalogue);
-    warnAboutPicture(*picture, plan, report);
+    for (const QString& warning : pictureWarnings(*picture, plan.largestSide))
+        report.warn(warning);
 
     OptionsInput input(options, std::move(picture->image));
     const UnscaledScreen screen;

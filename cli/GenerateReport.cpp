@@ -141,6 +141,6 @@ int GenerateReport::finish() {
     else if (!m_options.quiet && !m_files.empty())
         isPrinted = printSummary();
     if (!isPrinted)
-        Terminal::error(QStringLiteral("standard output can't be written"));
-    return m_errors.isEmpty() && isPrinted ? 0 : 1;
+        return Terminal::outputFailure();
+    return m_errors.isEmpty() ? 0 : 1;
 }

@@ -50,6 +50,11 @@ bool Terminal::print(const QString& line) {
     return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }
 
+int Terminal::outputFailure() {
+    error(QStringLiteral("standard output can't be written"));
+    return 1;
+}
+
 void Terminal::error(const QString& sentence) {
     write(stderr, QStringLiteral("tobrimax-cli: error: ") + escaped(sentence) + u'\n');
 }

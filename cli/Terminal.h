@@ -11,6 +11,9 @@ QString escaped(const QString& text);
 /// One line on standard output, as it is. False where it could not be written.
 bool print(const QString& line);
 
+/// Says that standard output can't be written and returns the exit status that goes with it.
+int outputFailure();
+
 /// "tobrimax-cli: error: …" and "tobrimax-cli: warning: …" on standard error, escaped.
 void error(const QString& sentence);
 void warning(const QString& sentence);

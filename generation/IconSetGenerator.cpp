@@ -1,15 +1,11 @@
 #include "generation/IconSetGenerator.h"
 
+#include "generation/IconContainer.h"
 #include "generation/OutputFolder.h"
 #include "platform/FilePath.h"
-#include "platform/ImageDestination.h"
 #include "platform/Log.h"
 
 #include <QUrl>
-
-#include <algorithm>
-#include <array>
-#include <vector>
 
 IconSetGenerator::IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings)
     : m_input(input),
@@ -82,30 +78,12 @@ void IconSetGenerator::outputImage(const Image& image, const QVariantMap& InfoDi
 void IconSetGenerator::writeContainer(const Image& image) const {
     const QString mac = IconSizeCatalogue::idiom(IconSizeCatalogue::Mac);
     const std::optional<QString> path = OutputFolder::containerPath(appiconsetPathString(mac));
-    // In points: on a display of scale s they are s times as many pixels wide.
-    static constexpr std::array sizes{16, 32, 64, 128, 256, 512, 1024};
-    std::vector<QImage> rasters;
-    for (const int size : sizes) {
-        const Image render = m_renderer.drawImage(image, QSizeF(size, size));
-        rasters.push_back(IconRenderer::getCgiImageRef(&render));
-    }
-    // They are rendered smallest first, and stored largest first.
-    std::ranges::reverse(rasters);
-    const std::unique_ptr<ImageDestination> destination =
-        ImageDestination::create(path.value_or(QString()), QString::fromLatin1(ImageDestination::icnsType),
-                                 static_cast<int>(rasters.size()));
     const QString shownPath =
         path.value_or(m_input.outputPathString() + QStringLiteral("/mac/Application.icns"));
-    if (!destination) {
-        tellFailure(shownPath, {ErrorCode::NotAPath, QStringLiteral("the unescaped path is not a path")});
-        return;
-    }
-    for (const QImage& raster : rasters)
-        destination->addImage(raster);
-    const Result<Done> written = destination->finalize();
+    const Result<IconContainer::Written> written =
+        IconContainer::write(image, m_renderer, path.value_or(QString()));
     if (!written)
         tellFailure(shownPath, written.error());
     else if (m_surroundings.observer != nullptr)
-        m_surroundings.observer->fileWritten(
-            {mac, shownPath, destination->largestSize(), destination->bytesWritten()});
+        m_surroundings.observer->fileWritten({mac, shownPath, written->largestSize, written->bytes});
 }

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <vector>
@@ -36,21 +37,29 @@ void appendChunk(QByteArray& file, const char* type, const char* data, qsizetype
              libdeflate_crc32(0, file.constData() + start, static_cast<std::size_t>(file.size() - start)));
 }
 
+/// A row's straight colours.
+void straightRow(const QImage& raster, int y, std::uint8_t* out) {
+    const auto pixels = static_cast<std::size_t>(raster.width());
+    if (raster.format() == QImage::Format_RGBA8888)
+        std::memcpy(out, raster.constScanLine(y), 4 * pixels);
+    else
+        unpremultiply(raster.constScanLine(y), out, pixels);
+}
+
 /// The rows [first, first + count) of a raster as the bytes that go into the compressor. A row's predecessor
 /// counts even where it is not among them.
 std::vector<std::uint8_t> filteredRows(const QImage& raster, int first, int count,
                                        PngFilterStrategy strategy) {
-    const auto pixels = static_cast<std::size_t>(raster.width());
-    const std::size_t rowBytes = 4 * pixels;
+    const std::size_t rowBytes = 4 * static_cast<std::size_t>(raster.width());
     std::vector<std::uint8_t> bytes((rowBytes + 1) * static_cast<std::size_t>(count));
     std::vector<std::uint8_t> row(rowBytes);
     std::vector<std::uint8_t> above(rowBytes);
     PngFilter filter(rowBytes);
     if (first > 0 && strategy == PngFilterStrategy::Adaptive)
-        unpremultiply(raster.constScanLine(first - 1), above.data(), pixels);
+        straightRow(raster, first - 1, above.data());
     std::uint8_t* out = bytes.data();
     for (int y = first; y < first + count; ++y, out += rowBytes + 1) {
-        unpremultiply(raster.constScanLine(y), row.data(), pixels);
+        straightRow(raster, y, row.data());
         if (strategy == PngFilterStrategy::Adaptive)
             filter.adaptive(row.data(), y > 0 ? above.data() : nullptr, out);
         else

@@ -15,7 +15,7 @@ struct PngOptions {
     int level = 6; ///< of libdeflate, 1 to 12
 };
 
-/// `raster` (RGBA8888_Premultiplied) as a PNG file (ISO/IEC 15948): 8-bit RGBA, opaque pictures too, not
-/// interlaced; the chunks IHDR, sRGB (perceptual), IDAT and IEND. The same raster gives the same bytes. Empty
-/// where there are no pixels or memory is short.
+/// `raster` (RGBA8888_Premultiplied, or RGBA8888 with straight colours) as a PNG file (ISO/IEC 15948): 8-bit
+/// RGBA, opaque pictures too, not interlaced; the chunks IHDR, sRGB (perceptual), IDAT and IEND. The same
+/// raster gives the same bytes. Empty where there are no pixels or memory is short.
 QByteArray encodePng(const QImage& raster, const PngOptions& options = {});

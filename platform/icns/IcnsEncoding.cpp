@@ -79,7 +79,7 @@ IcnsPictureInfo pictureInfo(const IcnsElementType& type, QByteArrayView data) {
         return {IcnsEncoding::Jpeg2000, jp2Size(data)};
     if (data.startsWith(codestreamStart))
         return {IcnsEncoding::Jpeg2000, codestreamSize(data)};
-    if (data.startsWith("ARGB"))
+    if (data.startsWith(argbMark))
         return {IcnsEncoding::PackedArgb, {type.pixelSize, type.pixelSize}};
     // The type of 1024 pixels is also stored with 512.
     for (const int side : {type.pixelSize, type.pixelSize / 2}) {

@@ -29,7 +29,7 @@ IcnsHeader headerAt(const QByteArray& bytes, qsizetype at) {
 /// Planes of one byte a pixel, in the order of `positions` (their places in an RGBA pixel), from run-length
 /// coded data.
 Result<QImage> unpackedPlanes(QByteArrayView packed, int side, std::initializer_list<int> positions) {
-    QImage image(side, side, QImage::Format_RGBA8888_Premultiplied);
+    QImage image(side, side, QImage::Format_RGBA8888);
     image.fill(Qt::white);
     std::vector<std::uint8_t> plane(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
     for (const int position : positions) {
@@ -48,7 +48,7 @@ Result<QImage> unpackedPlanes(QByteArrayView packed, int side, std::initializer_
 
 /// Plain samples A, R, G, B.
 QImage plainArgb(QByteArrayView data, int side) {
-    QImage image(side, side, QImage::Format_RGBA8888_Premultiplied);
+    QImage image(side, side, QImage::Format_RGBA8888);
     uchar* out = image.bits();
     for (qsizetype i = 0; i + 3 < data.size() && i < image.sizeInBytes(); i += 4, out += 4) {
         const std::array<char, 4> rgba{data[i + 1], data[i + 2], data[i + 3], data[i]};
@@ -57,43 +57,8 @@ QImage plainArgb(QByteArrayView data, int side) {
     return image;
 }
 
-DecodedPicture premultiplied(QImage straight) {
-    premultiply(straight.bits(),
-                static_cast<std::size_t>(straight.width()) * static_cast<std::size_t>(straight.height()));
-    return {std::move(straight), {}};
-}
-
-/// No element is meant to hold more.
-constexpr int largestSide = 1024;
-
-Result<DecodedPicture> readPicture(const IcnsElementType& type, QByteArrayView data) {
-    const IcnsPictureInfo info = icnsPictureInfo(type, data);
-    // What is small in the file could else become very large in memory, once for each element.
-    if (std::max(info.size.width(), info.size.height()) > largestSide)
-        return damaged(QStringLiteral("the element %1 holds a picture of %2 × %3 pixels")
-                           .arg(type.code.text())
-                           .arg(info.size.width())
-                           .arg(info.size.height()));
-    const QByteArray bytes = QByteArray::fromRawData(data.data(), data.size());
-    switch (info.encoding) {
-    case IcnsEncoding::Png:
-        return readPng(bytes);
-    case IcnsEncoding::Jpeg2000:
-        return readJpeg2000(bytes);
-    case IcnsEncoding::PackedArgb: {
-        Result<QImage> image = unpackedPlanes(data.sliced(4), type.pixelSize, {3, 0, 1, 2});
-        if (!image)
-            return image.error();
-        return premultiplied(std::move(*image));
-    }
-    case IcnsEncoding::PlainArgb:
-        return premultiplied(plainArgb(data, info.size.width()));
-    default:
-        return damaged(QStringLiteral("the element %1 holds no known picture").arg(type.code.text()));
-    }
-}
-
-Result<DecodedPicture> readColors(const IcnsElementType& type, QByteArrayView data, const IcnsElement* mask) {
+/// Red, green and blue with the alpha of their mask.
+Result<QImage> colors(const IcnsElementType& type, QByteArrayView data, const IcnsElement* mask) {
     const int side = type.pixelSize;
     const qsizetype pixels = qsizetype{side} * side;
     Result<QImage> image = plainArgb(data, side);
@@ -110,7 +75,19 @@ Result<DecodedPicture> readColors(const IcnsElementType& type, QByteArrayView da
     uchar* alpha = image->bits() + 3;
     for (qsizetype i = 0; i < pixels; ++i, alpha += 4)
         *alpha = mask != nullptr && mask->data.size() >= pixels ? static_cast<uchar>(mask->data[i]) : 255;
-    return premultiplied(std::move(*image));
+    return image;
+}
+
+/// No element is meant to hold more.
+constexpr int largestSide = 1024;
+
+std::optional<Error> refusedSize(const IcnsElementType& type, const QSize& size) {
+    if (std::max(size.width(), size.height()) <= largestSide)
+        return std::nullopt;
+    return damaged(QStringLiteral("the element %1 holds a picture of %2 × %3 pixels")
+                       .arg(type.code.text())
+                       .arg(size.width())
+                       .arg(size.height()));
 }
 
 } // namespace
@@ -150,14 +127,50 @@ const IcnsElement* IcnsReader::element(FourCharCode type) const {
     return found != m_elements.end() ? &*found : nullptr;
 }
 
+Result<QImage> IcnsReader::samples(const IcnsElement& element) const {
+    const IcnsElementType* type = icnsElementType(element.type);
+    if (type != nullptr) {
+        const IcnsPictureInfo info = icnsPictureInfo(*type, element.data);
+        switch (info.encoding) {
+        case IcnsEncoding::PackedColors:
+            return colors(*type, element.data, this->element(type->mask));
+        case IcnsEncoding::PackedArgb:
+            return unpackedPlanes(element.data.sliced(argbMark.size()), type->pixelSize, {3, 0, 1, 2});
+        case IcnsEncoding::PlainArgb:
+            if (type->content == IcnsContent::Colors)
+                return colors(*type, element.data, this->element(type->mask));
+            return plainArgb(element.data, info.size.width());
+        case IcnsEncoding::Unknown:
+            return damaged(QStringLiteral("the element %1 holds no known picture").arg(type->code.text()));
+        default:
+            break;
+        }
+    }
+    return Error{ErrorCode::Unsupported,
+                 QStringLiteral("the element %1 holds no samples").arg(element.type.text())};
+}
+
 Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
     const IcnsElementType* type = icnsElementType(element.type);
-    if (type != nullptr && type->content == IcnsContent::Picture)
-        return readPicture(*type, element.data);
-    if (type != nullptr && type->content == IcnsContent::Colors)
-        return readColors(*type, element.data, this->element(type->mask));
-    return Error{ErrorCode::Unsupported,
-                 QStringLiteral("the element %1 holds no picture").arg(element.type.text())};
+    if (type == nullptr || type->content == IcnsContent::Mask)
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("the element %1 holds no picture").arg(element.type.text())};
+    const IcnsPictureInfo info = icnsPictureInfo(*type, element.data);
+    // What is small in the file could else become very large in memory, once for each element.
+    if (const std::optional<Error> refused = refusedSize(*type, info.size))
+        return *refused;
+    const QByteArray bytes = QByteArray::fromRawData(element.data.data(), element.data.size());
+    if (info.encoding == IcnsEncoding::Png)
+        return readPng(bytes);
+    if (info.encoding == IcnsEncoding::Jpeg2000)
+        return readJpeg2000(bytes);
+    Result<QImage> image = samples(element);
+    if (!image)
+        return image.error();
+    premultiply(image->bits(),
+                static_cast<std::size_t>(image->width()) * static_cast<std::size_t>(image->height()));
+    image->reinterpretAsFormat(QImage::Format_RGBA8888_Premultiplied);
+    return DecodedPicture{std::move(*image), {}};
 }
 
 std::vector<IcnsElement> IcnsReader::pictureElements() const {

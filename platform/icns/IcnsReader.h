@@ -41,6 +41,10 @@ class IcnsReader {
     /// Stored colours are straight.
     Result<DecodedPicture> picture(const IcnsElement& element) const;
 
+    /// The pixels of an element that holds samples, as they are stored: RGBA8888, straight. Unsupported for
+    /// files inside and for types that hold no picture, Damaged as `picture`.
+    Result<QImage> samples(const IcnsElement& element) const;
+
     /// The picture of the element with the most pixels. Unsupported where the file has no picture.
     Result<DecodedPicture> largestPicture() const;
 

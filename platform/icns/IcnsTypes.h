@@ -2,6 +2,7 @@
 
 #include "platform/FourCharCode.h"
 
+#include <QByteArrayView>
 #include <QtEndian>
 
 #include <span>
@@ -15,6 +16,9 @@ struct IcnsHeader {
 static_assert(sizeof(IcnsHeader) == 8);
 
 inline constexpr FourCharCode icnsMagic("icns");
+
+/// What packed ARGB samples begin with.
+inline constexpr QByteArrayView argbMark("ARGB");
 
 /// What an element type holds.
 enum class IcnsContent {

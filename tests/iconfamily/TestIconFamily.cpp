@@ -1,4 +1,5 @@
 #include "iconfamily/IconFamily.h"
+#include "tests/support/IcnsBytes.h"
 #include "tests/support/Process.h"
 #include "tests/support/RecordingLog.h"
 
@@ -7,6 +8,10 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+
+using IcnsBytes::element;
+using IcnsBytes::icns;
+using IcnsBytes::number;
 
 namespace {
 
@@ -30,26 +35,12 @@ std::unique_ptr<BitmapImageRep> mask(int size, int value) {
     return BitmapImageRep::initWithBitmapData(layout, QByteArray(size * size, static_cast<char>(value)));
 }
 
-QByteArray bigEndian(quint32 value) {
-    QByteArray bytes(4, '\0');
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
-
-QByteArray element(const char* type, const QByteArray& data) {
-    return QByteArray(type, 4) + bigEndian(static_cast<quint32>(8 + data.size())) + data;
-}
-
-QByteArray icns(const QByteArray& elements) {
-    return element("icns", elements);
-}
-
 TEST(IconFamily, an_empty_one_has_no_bytes_and_the_first_element_makes_the_header) {
     const auto family = IconFamily::iconFamily();
     EXPECT_EQ(family->data(), QByteArray());
     EXPECT_TRUE(family->setIconFamilyElement("ic07", bitmap(128).get()));
     EXPECT_EQ(family->data().size(), 8 + 8 + 65536);
-    EXPECT_TRUE(family->data().startsWith("icns" + bigEndian(8 + 8 + 65536) + "ic07" + bigEndian(8 + 65536)));
+    EXPECT_TRUE(family->data().startsWith("icns" + number(8 + 8 + 65536) + "ic07" + number(8 + 65536)));
 }
 
 TEST(IconFamily, every_type_takes_its_size_and_no_other) {
@@ -130,8 +121,8 @@ TEST(IconFamily, of_two_elements_of_one_type_the_first_counts) {
 TEST(IconFamily, any_bytes_are_accepted_and_kept_until_an_element_is_stored_in_vain) {
     for (const QByteArray& bytes :
          {QByteArray("not icns at all"), QByteArray("icns"), QByteArray("icns\0\0\0\7", 8),
-          QByteArray("icns\0\0\1\0", 8), "icns" + bigEndian(12) + "abcd",
-          icns(element("s8mk", "x")).chopped(1), QByteArray("\0", 1)}) {
+          QByteArray("icns\0\0\1\0", 8), "icns" + number(12) + "abcd", icns(element("s8mk", "x")).chopped(1),
+          QByteArray("\0", 1)}) {
         const RecordingLog log;
         const auto family = IconFamily::initWithData(bytes);
         ASSERT_NE(family, nullptr);

@@ -2,6 +2,7 @@
 #include "platform/PngWriter.h"
 #include "platform/icns/IcnsReader.h"
 #include "tests/support/Fixtures.h"
+#include "tests/support/IcnsBytes.h"
 #include "tests/support/Pictures.h"
 
 #include <QElapsedTimer>
@@ -13,24 +14,13 @@
 #include <algorithm>
 #include <random>
 
+using IcnsBytes::element;
+using IcnsBytes::icns;
+using IcnsBytes::number;
 using Pictures::Pixel;
 using Pictures::pixel;
 
 namespace {
-
-QByteArray number(quint32 value) {
-    QByteArray bytes(4, Qt::Uninitialized);
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
-
-QByteArray element(const char* type, const QByteArray& data) {
-    return type + number(static_cast<quint32>(data.size()) + 8) + data;
-}
-
-QByteArray icns(const QByteArray& elements) {
-    return element("icns", elements);
-}
 
 /// One sample after the other: the red, green, blue (0 to 2) or alpha (3) of a test picture.
 int sample(int channel, int x, int y) {

@@ -1,0 +1,88 @@
+// The command lines of `icns`.
+#include "cli/Command.h"
+#include "cli/IcnsCommands.h"
+#include "cli/StyleWords.h"
+
+#include <memory>
+
+namespace {
+
+using Work = std::function<int()>;
+
+Command listCommand(CLI::App& icns) {
+    const auto words = std::make_shared<IcnsListOptions>();
+    Command command;
+    command.app = icns.add_subcommand("list", "Print what an icns file holds, and what is odd about it");
+    command.app->add_option("FILE", words->file, "an icns file")->required();
+    command.app->add_flag("--json", words->json, "print one JSON document instead of lines");
+    command.prepare = [words]() -> Parsed<Work> {
+        if (words->file.empty())
+            return UsageError{"FILE is empty"};
+        return [words] { return runIcnsList(*words); };
+    };
+    return command;
+}
+
+struct ExtractWords {
+    std::string file;
+    std::string out;
+};
+
+Command extractCommand(CLI::App& icns) {
+    const auto words = std::make_shared<ExtractWords>();
+    Command command;
+    command.app = icns.add_subcommand("extract", "Write each picture of an icns file as a PNG file");
+    command.app->add_option("FILE", words->file, "an icns file")->required();
+    command.app
+        ->add_option("--out", words->out,
+                     "the folder that the files go into, named TYPE_WxH.png; it is made where it is missing")
+        ->required()
+        ->type_name("DIR");
+    command.prepare = [words]() -> Parsed<Work> {
+        IcnsExtractOptions options;
+        options.file = words->file;
+        std::optional<UsageError> error;
+        if (options.file.empty())
+            return UsageError{"FILE is empty"};
+        if (!take(OptionText::decoded(words->out, "--out"), options.out, error))
+            return *error;
+        return [options] { return runIcnsExtract(options); };
+    };
+    return command;
+}
+
+struct MakeWords {
+    std::string picture;
+    std::string out;
+    StyleWords style;
+};
+
+Command makeCommand(CLI::App& icns) {
+    const auto words = std::make_shared<MakeWords>();
+    Command command;
+    command.app = icns.add_subcommand("make", "Write an icns file of one picture, in seven sizes");
+    command.app->add_option("PICTURE", words->picture, "PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG")
+        ->required();
+    command.app->add_option("--out", words->out, "the file to write")->required()->type_name("FILE.icns");
+    words->style.addTo(*command.app);
+    command.prepare = [words, app = command.app]() -> Parsed<Work> {
+        IcnsMakeOptions options;
+        options.picture = words->picture;
+        std::optional<UsageError> error;
+        if (options.picture.empty())
+            return UsageError{"PICTURE is empty"};
+        if (!take(OptionText::decoded(words->out, "--out"), options.out, error) ||
+            !take(words->style.style(*app), options.style, error))
+            return *error;
+        return [options] { return runIcnsMake(options); };
+    };
+    return command;
+}
+
+} // namespace
+
+std::vector<Command> icnsCommands(CLI::App& app) {
+    CLI::App* icns = app.add_subcommand("icns", "List, extract and make icns files");
+    icns->require_subcommand(0, 1);
+    return {listCommand(*icns), extractCommand(*icns), makeCommand(*icns)};
+}

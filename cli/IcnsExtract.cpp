@@ -1,0 +1,74 @@
+#include "cli/IcnsCommands.h"
+#include "cli/InputFile.h"
+#include "cli/Terminal.h"
+#include "platform/AtomicFile.h"
+#include "platform/FilePath.h"
+#include "platform/Folder.h"
+#include "platform/PngWriter.h"
+#include "platform/icns/IcnsEncoding.h"
+#include "platform/icns/IcnsReader.h"
+
+#include <QFile>
+
+namespace {
+
+struct Extracted {
+    QByteArray png;
+    QSize size;
+};
+
+/// The picture of an element as a PNG file: a file of that kind as it is, everything else encoded anew with
+/// the colours that are stored.
+Result<Extracted> extracted(const IcnsReader& reader, const IcnsElement& element) {
+    // Decoded in any case, so that nothing broken is written.
+    const Result<DecodedPicture> picture = reader.picture(element);
+    if (!picture)
+        return picture.error();
+    const IcnsPictureInfo info = icnsPictureInfo(*icnsElementType(element.type), element.data);
+    if (info.encoding == IcnsEncoding::Png)
+        return Extracted{element.data.toByteArray(), picture->raster.size()};
+    const Result<QImage> samples = reader.samples(element);
+    Extracted result{encodePng(samples ? *samples : picture->raster), picture->raster.size()};
+    if (result.png.isEmpty())
+        return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory")};
+    return result;
+}
+
+} // namespace
+
+int runIcnsExtract(const IcnsExtractOptions& options) {
+    const std::optional<QByteArray> bytes = InputFile::readIcns(options.file);
+    if (!bytes)
+        return 1;
+    const Result<IcnsReader> reader = IcnsReader::open(*bytes);
+    if (!reader)
+        return InputFile::fail(options.file, reader.error());
+    const std::vector<IcnsElement> elements = reader->pictureElements();
+    if (elements.empty())
+        return InputFile::fail(
+            options.file, {ErrorCode::Unsupported, QStringLiteral("it has no picture that is known here")});
+    if (const Result<Done> made = Folder::create(options.out); !made) {
+        Terminal::error(made.error().sentence);
+        return 1;
+    }
+    int status = 0;
+    for (const IcnsElement& element : elements) {
+        const Result<Extracted> picture = extracted(*reader, element);
+        if (!picture) {
+            status = InputFile::fail(options.file, picture.error());
+            continue;
+        }
+        const QString name = QStringLiteral("%1_%2x%3.png")
+                                 .arg(element.type.text())
+                                 .arg(picture->size.width())
+                                 .arg(picture->size.height());
+        const QString path = appendingPathComponent(options.out, name);
+        if (const Result<Done> written = AtomicFile::write(path, picture->png); !written) {
+            Terminal::error(QStringLiteral("%1: %2").arg(path, written.error().sentence));
+            status = 1;
+        } else if (!Terminal::print(Terminal::escaped(path))) {
+            return Terminal::outputFailure();
+        }
+    }
+    return status;
+}

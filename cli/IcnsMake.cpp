@@ -1,0 +1,44 @@
+#include "cli/IcnsCommands.h"
+#include "cli/InputFile.h"
+#include "cli/PictureWarnings.h"
+#include "cli/Terminal.h"
+#include "cli/UnscaledScreen.h"
+#include "generation/IconContainer.h"
+#include "platform/ImageSource.h"
+
+namespace {
+
+/// The style, for a renderer that asks for nothing else.
+class StyleInput final : public GenerationInput {
+  public:
+    explicit StyleInput(const IcnsMakeOptions& options) : m_options(options) {}
+
+    Image sourceImage() const override { return {}; }
+    int platformIndex() const override { return -1; }
+    QString outputPathString() const override { return m_options.out; }
+    IconStyle iconStyle() const override { return m_options.style; }
+
+  private:
+    const IcnsMakeOptions& m_options;
+};
+
+} // namespace
+
+int runIcnsMake(const IcnsMakeOptions& options) {
+    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture);
+    if (!picture)
+        return InputFile::fail(options.picture, picture.error());
+    constexpr double largestSide = 1024;
+    for (const QString& warning : pictureWarnings(*picture, largestSide))
+        Terminal::warning(warning);
+    const StyleInput input(options);
+    const UnscaledScreen screen;
+    const IconRenderer renderer(input, screen);
+    const Result<IconContainer::Written> written =
+        IconContainer::write(picture->image, renderer, options.out);
+    if (!written) {
+        Terminal::error(QStringLiteral("%1: %2").arg(options.out, written.error().sentence));
+        return 1;
+    }
+    return Terminal::print(Terminal::escaped(options.out)) ? 0 : Terminal::outputFailure();
+}

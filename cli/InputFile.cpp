@@ -1,0 +1,29 @@
+#include "cli/InputFile.h"
+
+#include "cli/Terminal.h"
+#include "platform/RegularFile.h"
+#include "platform/icns/IcnsReader.h"
+
+#include <QFile>
+
+#include <limits>
+
+int InputFile::fail(const std::string& path, const Error& error) {
+    Terminal::error(QStringLiteral("%1: %2").arg(QFile::decodeName(path.c_str()), error.sentence));
+    return 1;
+}
+
+std::optional<QByteArray> InputFile::readIcns(const std::string& path) {
+    // The length in an icns file's header has 32 bits.
+    constexpr qint64 largest = std::numeric_limits<quint32>::max();
+    const auto refuses = [](const QByteArray& start) -> std::optional<Error> {
+        if (IcnsReader::lengthOf(start))
+            return std::nullopt;
+        return Error{ErrorCode::UnknownFormat, QStringLiteral("not an icns file")};
+    };
+    Result<QByteArray> bytes = RegularFile::read(path, largest, refuses);
+    if (bytes)
+        return std::move(*bytes);
+    fail(path, bytes.error());
+    return std::nullopt;
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/Result.h"
+
+#include <QByteArray>
+
+#include <optional>
+#include <string>
+
+/// Files that commands read, named in the file system's own bytes, and what is said where they can't.
+namespace InputFile {
+
+/// Tells the error and returns the exit status that goes with it.
+int fail(const std::string& path, const Error& error);
+
+/// The bytes of a file that begins as an icns file. No value where it can't be read or is none, which is
+/// told.
+std::optional<QByteArray> readIcns(const std::string& path);
+
+} // namespace InputFile

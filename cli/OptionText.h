@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/Color.h"
+
+#include <QString>
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+/// What is wrong with the command line.
+struct UsageError {
+    std::string sentence;
+};
+
+/// A value, or the complaint that stands in its place.
+template <typename T>
+using Parsed = std::variant<T, UsageError>;
+
+/// Takes one parsed value; false where it is a complaint, which goes to `error`.
+template <typename T>
+bool take(const Parsed<T>& parsed, T& value, std::optional<UsageError>& error) {
+    if (const auto* found = std::get_if<UsageError>(&parsed)) {
+        error = *found;
+        return false;
+    }
+    value = std::get<T>(parsed);
+    return true;
+}
+
+/// What the words of a command line mean.
+namespace OptionText {
+
+/// A path or name as it was typed; `what` names it in the complaint.
+Parsed<QString> decoded(const std::string& text, const std::string& what);
+
+/// A number from 0 to 1.
+Parsed<float> fraction(const std::string& option, const std::string& text);
+
+Parsed<Color> color(const std::string& text);
+
+/// "; did you mean '…'?" with the nearest of `words`.
+std::string didYouMean(const std::string& word, const std::vector<std::string>& words);
+
+} // namespace OptionText

@@ -1,0 +1,29 @@
+#include "generation/IconContainer.h"
+
+#include "platform/ImageDestination.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+Result<IconContainer::Written> IconContainer::write(const Image& image, const IconRenderer& renderer,
+                                                    const QString& path) {
+    // In points: on a display of scale s they are s times as many pixels wide.
+    static constexpr std::array sizes{16, 32, 64, 128, 256, 512, 1024};
+    std::vector<QImage> rasters;
+    for (const int size : sizes) {
+        const Image render = renderer.drawImage(image, QSizeF(size, size));
+        rasters.push_back(IconRenderer::getCgiImageRef(&render));
+    }
+    // They are rendered smallest first, and stored largest first.
+    std::ranges::reverse(rasters);
+    const std::unique_ptr<ImageDestination> destination = ImageDestination::create(
+        path, QString::fromLatin1(ImageDestination::icnsType), static_cast<int>(rasters.size()));
+    if (!destination)
+        return Error{ErrorCode::NotAPath, QStringLiteral("the unescaped path is not a path")};
+    for (const QImage& raster : rasters)
+        destination->addImage(raster);
+    if (const Result<Done> written = destination->finalize(); !written)
+        return written.error();
+    return Written{destination->largestSize(), destination->bytesWritten()};
+}

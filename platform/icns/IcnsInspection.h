@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/Result.h"
+#include "platform/icns/IcnsEncoding.h"
+
+#include <QByteArray>
+#include <QStringList>
+
+#include <vector>
+
+/// What is to be told of an icns file without showing its pictures.
+struct IcnsInspection {
+    struct Element {
+        FourCharCode type;
+        QString what;         ///< of the type, for people
+        IcnsPictureInfo info; ///< Unknown, and no size, of types that hold no picture or mask
+        qsizetype bytes = 0;  ///< of the data
+        QStringList remarks;  ///< sentences about what is odd
+    };
+
+    std::vector<Element> elements; ///< in the file's order
+    QStringList remarks;           ///< about the whole file
+};
+
+/// Takes time in proportion to the number of elements: of several elements of one type only the first is
+/// looked into, and files inside are not decoded. Damaged as IcnsReader::open.
+Result<IcnsInspection> inspectIcns(const QByteArray& bytes);
+
+/// The encoding, for people.
+QString icnsEncodingName(IcnsEncoding encoding);
