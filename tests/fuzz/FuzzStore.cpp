@@ -1,19 +1,14 @@
 // Any bytes as a file of saved data. What opens is saved and opened again, and is the same.
 
 #include "platform/store/ManagedObjectContext.h"
+#include "tests/fuzz/Require.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
-
-void require(bool isTrue) {
-    if (!isTrue)
-        std::abort();
-}
 
 const ManagedObjectModel& model() {
     static const ManagedObjectModel things({{QStringLiteral("Thing"),
