@@ -21,3 +21,4 @@ struct Command {
 /// Each adds its commands to `app`.
 Command generateCommand(CLI::App& app);
 std::vector<Command> icnsCommands(CLI::App& app);
+std::vector<Command> customIconCommands(CLI::App& app);

@@ -107,6 +107,7 @@ int complain(const CLI::App& app, const UsageError& error) {
 std::vector<Command> addCommands(CLI::App& app) {
     std::vector<Command> commands{generateCommand(app)};
     std::ranges::move(icnsCommands(app), std::back_inserter(commands));
+    std::ranges::move(customIconCommands(app), std::back_inserter(commands));
     return commands;
 }
 

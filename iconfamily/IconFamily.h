@@ -3,6 +3,7 @@
 #include "platform/BitmapImageRep.h"
 #include "platform/Image.h"
 #include "platform/Pasteboard.h"
+#include "platform/Result.h"
 #include "platform/icns/IcnsTypes.h"
 
 #include <QByteArray>
@@ -104,6 +105,28 @@ class IconFamily {
     /// family's order; its size is that of the largest, in pixels. Stored colours are taken as straight, so
     /// that translucent ones show as they were. Null where there is none.
     Image imageWithAllReps() const;
+
+    // Custom icons, in the ForkStore that is in use: false, and nothing touched, where that keeps no forks.
+    // Each ends at the first step that fails, and what was done until then stays. `error`, where there is
+    // one, is filled by the steps that are told of below and left alone by all others.
+
+    /// Makes the family the custom icon of a file, which is made where it is missing, and keeps the file's
+    /// modification date. `error` tells that the date could not be read, which does not end the operation.
+    /// With compatibility the elements that old systems show are stored too; only the form with `error` does
+    /// so.
+    bool setAsCustomIconForFile(const QString& path) const;
+    bool setAsCustomIconForFile(const QString& path, bool withCompatibility) const;
+    bool setAsCustomIconForFile(const QString& path, bool withCompatibility, Error* error) const;
+    /// The same of a folder, in a new invisible file "Icon\r" in it. `error` tells that an older one could
+    /// not be removed.
+    bool setAsCustomIconForDirectory(const QString& path) const;
+    bool setAsCustomIconForDirectory(const QString& path, bool withCompatibility) const;
+    bool setAsCustomIconForDirectory(const QString& path, bool withCompatibility, Error* error) const;
+
+    /// Takes the custom icon off a file that has a resource fork; what compatibility added stays.
+    static bool removeCustomIconFromFile(const QString& path);
+    /// The same of a folder, with its file "Icon\r"; `error` tells that this could not be removed.
+    static bool removeCustomIconFromDirectory(const QString& path, Error* error = nullptr);
 
     // What `setIconFamilyElement` converts with. Each takes a bitmap of `requiredPixelSize` squared, and has
     // no value for any other size and for shapes that it does not take, which are logged. Rows are packed.

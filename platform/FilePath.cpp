@@ -65,6 +65,11 @@ QString deletingLastPathComponent(const QString& path) {
     return slash == 0 ? QStringLiteral("/") : withoutTrailingSlashes(trimmed.left(slash));
 }
 
+QString lastPathComponent(const QString& path) {
+    const QString trimmed = withoutTrailingSlashes(path);
+    return trimmed.mid(trimmed.lastIndexOf(u'/') + 1);
+}
+
 QString appendingPathComponent(const QString& path, const QString& component) {
     if (path.isEmpty())
         return component;

@@ -15,5 +15,8 @@ std::optional<QString> replacingPercentEscapes(const QString& path);
 /// `path` without its last component: "/a/b" gives "/a", "/a" gives "/", "a" gives "".
 QString deletingLastPathComponent(const QString& path);
 
+/// The last component of `path`: "b" of "/a/b" and of "/a/b/".
+QString lastPathComponent(const QString& path);
+
 /// `path` and `component` with exactly one slash where they meet.
 QString appendingPathComponent(const QString& path, const QString& component);

@@ -74,6 +74,9 @@ Result<ForkStore::Created> FileForkStore::createResourceFork(const QString& path
         if (const Result<Done> made = AtomicFile::write(path, {}); !made)
             return made.error();
     }
+    // Folders have none.
+    if (QFileInfo(path).isDir())
+        return Created::WasThere;
     const Result<QByteArray> before = resourceFork(path);
     if (!before)
         return before.error();
