@@ -20,5 +20,6 @@ struct Command {
 
 /// Each adds its commands to `app`.
 Command generateCommand(CLI::App& app);
+Command exportCommand(CLI::App& app);
 std::vector<Command> icnsCommands(CLI::App& app);
 std::vector<Command> customIconCommands(CLI::App& app);

@@ -108,6 +108,7 @@ std::vector<Command> addCommands(CLI::App& app) {
     std::vector<Command> commands{generateCommand(app)};
     std::ranges::move(icnsCommands(app), std::back_inserter(commands));
     std::ranges::move(customIconCommands(app), std::back_inserter(commands));
+    commands.push_back(exportCommand(app));
     return commands;
 }
 

@@ -1,5 +1,6 @@
 #include "mainwindow/MainWindowController.h"
 
+#include "generation/ImageExport.h"
 #include "mainwindow/MimeContents.h"
 #include "platform/GraphicsContext.h"
 #include "platform/Log.h"
@@ -272,4 +273,10 @@ Image MainWindowController::drawImage(const Image& image, const QSizeF& withSize
 
 QImage MainWindowController::getCgiImageRef(const Image* image) {
     return IconRenderer::getCgiImageRef(image);
+}
+
+void MainWindowController::saveImageInSelectedFormat(quint64 type, const QString& FilePath,
+                                                     const QImage& ImageRef) {
+    // A file that could not be written is nothing that anyone is told.
+    static_cast<void>(ImageExport::saveImageInSelectedFormat(type, FilePath, ImageRef));
 }

@@ -78,6 +78,8 @@ class MainWindowController final : public WindowController, public GenerationInp
                    const QString& idiom) const;
     Image drawImage(const Image& image, const QSizeF& withSize) const;
     static QImage getCgiImageRef(const Image* image);
+    /// Writes one picture in the format of that number; see ImageExport. Nothing calls it yet.
+    static void saveImageInSelectedFormat(quint64 type, const QString& FilePath, const QImage& ImageRef);
 
   protected:
     std::unique_ptr<QWidget> loadWindow() override;

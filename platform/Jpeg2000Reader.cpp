@@ -1,13 +1,11 @@
 #include "platform/Jpeg2000Reader.h"
 
+#include "platform/OpenJpeg.h"
 #include "platform/RowConverter.h"
-
-#include <openjpeg.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <vector>
 
 namespace {
@@ -50,17 +48,9 @@ void keepMessage(const char* text, void* user) {
         *message = QByteArray(text).trimmed();
 }
 
-template <auto destroy>
-struct Destroy {
-    template <typename T>
-    void operator()(T* object) const {
-        destroy(object);
-    }
-};
-
-using Codec = std::unique_ptr<opj_codec_t, Destroy<opj_destroy_codec>>;
-using Stream = std::unique_ptr<opj_stream_t, Destroy<opj_stream_destroy>>;
-using Picture = std::unique_ptr<opj_image_t, Destroy<opj_image_destroy>>;
+using OpenJpeg::Codec;
+using OpenJpeg::Picture;
+using OpenJpeg::Stream;
 
 /// A sample of that component as a byte.
 std::uint8_t byteOf(const opj_image_comp_t& component, std::size_t index) {

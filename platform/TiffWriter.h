@@ -3,6 +3,11 @@
 #include <QByteArray>
 #include <QImage>
 
-/// `raster` (RGBA8888_Premultiplied) as a TIFF 6.0 file: one uncompressed strip of RGBA samples, 8 bits each,
-/// with associated alpha. Empty where there are no pixels or memory is short.
-QByteArray encodeTiff(const QImage& raster);
+enum class TiffCompression {
+    None, ///< one strip of premultiplied samples ("associated alpha")
+    Lzw,  ///< with horizontal differences, of straight samples, which more programs understand
+};
+
+/// `raster` (RGBA8888_Premultiplied) as a TIFF 6.0 file of RGBA samples, 8 bits each. Empty where there are
+/// no pixels or memory is short.
+QByteArray encodeTiff(const QImage& raster, TiffCompression compression = TiffCompression::None);

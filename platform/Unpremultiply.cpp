@@ -35,3 +35,15 @@ void unpremultiply(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels
         out[i + 3] = static_cast<std::uint8_t>(a);
     }
 }
+
+QImage straightRaster(const QImage& raster) {
+    if (raster.format() == QImage::Format_RGBA8888)
+        return raster;
+    QImage straight(raster.size(), QImage::Format_RGBA8888);
+    if (straight.isNull())
+        return straight;
+    for (int y = 0; y < raster.height(); ++y)
+        unpremultiply(raster.constScanLine(y), straight.scanLine(y),
+                      static_cast<std::size_t>(raster.width()));
+    return straight;
+}

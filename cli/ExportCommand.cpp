@@ -1,0 +1,42 @@
+#include "cli/ExportCommand.h"
+
+#include "cli/InputFile.h"
+#include "cli/Terminal.h"
+#include "generation/ImageExport.h"
+#include "platform/GraphicsContext.h"
+#include "platform/ImageSource.h"
+
+#include <cmath>
+
+namespace {
+
+/// The picture stretched to the size that was asked for, or as it is.
+QImage rasterOf(const LoadedPicture& picture, const std::optional<QSize>& size) {
+    if (!size && !picture.isDrawing)
+        return picture.image.largestRaster();
+    const QSizeF own(std::ceil(picture.image.size().width()), std::ceil(picture.image.size().height()));
+    const QSizeF pixels = size ? QSizeF(*size) : own;
+    GraphicsContext context(pixels, 1);
+    context.drawImage(picture.image, QRectF(QPointF(0, 0), pixels));
+    return context.image().largestRaster();
+}
+
+} // namespace
+
+int runExport(const ExportOptions& options) {
+    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture);
+    if (!picture)
+        return InputFile::fail(options.picture, picture.error());
+    for (const QString& warning : picture->warnings)
+        Terminal::warning(warning);
+    const QImage raster = rasterOf(*picture, options.size);
+    if (raster.isNull())
+        return InputFile::fail(options.picture,
+                               {ErrorCode::TooLarge, QStringLiteral("it can't be drawn in that size")});
+    const Result<Done> written = ImageExport::saveImageInSelectedFormat(options.format, options.out, raster);
+    if (!written) {
+        Terminal::error(QStringLiteral("%1: %2").arg(options.out, written.error().sentence));
+        return 1;
+    }
+    return Terminal::print(Terminal::escaped(options.out)) ? 0 : Terminal::outputFailure();
+}

@@ -1,0 +1,91 @@
+// The command line of `export`.
+#include "cli/Command.h"
+#include "cli/ExportCommand.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+using Work = std::function<int()>;
+
+/// In the order of their numbers.
+const std::vector<std::string>& formatWords() {
+    static const std::vector<std::string> words{"jpeg", "tiff", "bmp", "gif", "png", "jpeg2000"};
+    return words;
+}
+
+struct ExportWords {
+    std::string picture;
+    std::string format;
+    std::string out;
+    std::string size;
+};
+
+Parsed<quint64> formatNumber(const std::string& word) {
+    const auto found = std::ranges::find(formatWords(), word);
+    if (found == formatWords().end())
+        return UsageError{"there is no format '" + word + "'" + OptionText::didYouMean(word, formatWords())};
+    return static_cast<quint64>(found - formatWords().begin());
+}
+
+/// "640x480".
+Parsed<QSize> size(const std::string& text) {
+    const QStringList parts = QString::fromStdString(text).split(u'x');
+    constexpr int longest = 1000000;
+    bool isWidth = false;
+    bool isHeight = false;
+    const int width = parts.first().toInt(&isWidth);
+    const int height = parts.last().toInt(&isHeight);
+    if (parts.size() != 2 || !isWidth || !isHeight || std::min(width, height) < 1 ||
+        std::max(width, height) > longest)
+        return UsageError{"--size takes a width and a height in pixels, such as 640x480, not '" + text + "'"};
+    return QSize(width, height);
+}
+
+Parsed<ExportOptions> optionsFrom(const CLI::App& app, const ExportWords& words) {
+    ExportOptions options;
+    options.picture = words.picture;
+    QSize pixels;
+    std::optional<UsageError> error;
+    if (options.picture.empty())
+        return UsageError{"PICTURE is empty"};
+    if (!take(formatNumber(words.format), options.format, error) ||
+        !take(OptionText::decoded(words.out, "--out"), options.out, error) ||
+        (app.count("--size") > 0 && !take(size(words.size), pixels, error)))
+        return *error;
+    if (pixels.isValid())
+        options.size = pixels;
+    return options;
+}
+
+} // namespace
+
+Command exportCommand(CLI::App& app) {
+    const auto words = std::make_shared<ExportWords>();
+    Command command;
+    command.app = app.add_subcommand("export", "Write a picture in one of six formats");
+    command.app->add_option("PICTURE", words->picture, "PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG")
+        ->required();
+    command.app
+        ->add_option("--format", words->format,
+                     "jpeg (over white), tiff, bmp, gif (up to 255 colours), png or jpeg2000 (lossless)")
+        ->required()
+        ->type_name("NAME");
+    command.app->add_option("--out", words->out, "the file to write; its name has no say in the format")
+        ->required()
+        ->type_name("FILE");
+    command.app
+        ->add_option("--size", words->size,
+                     "stretch the picture to that many pixels; without it, it keeps its size")
+        ->type_name("WxH");
+    command.prepare = [words, app = command.app]() -> Parsed<Work> {
+        const Parsed<ExportOptions> options = optionsFrom(*app, *words);
+        if (const auto* error = std::get_if<UsageError>(&options))
+            return *error;
+        return [options = std::get<ExportOptions>(options)] { return runExport(options); };
+    };
+    return command;
+}

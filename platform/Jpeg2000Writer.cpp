@@ -1,0 +1,119 @@
+#include "platform/Jpeg2000Writer.h"
+
+#include "platform/OpenJpeg.h"
+#include "platform/Unpremultiply.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+#include <new>
+
+namespace {
+
+using OpenJpeg::Codec;
+using OpenJpeg::Picture;
+using OpenJpeg::Stream;
+
+/// A file that is written in any order.
+struct Output {
+    QByteArray bytes;
+    qsizetype position = 0;
+
+    void reach(qsizetype end) {
+        if (end > bytes.size())
+            bytes.append(end - bytes.size(), '\0');
+    }
+};
+
+OPJ_SIZE_T writeOutput(void* in, OPJ_SIZE_T length, void* user) {
+    auto* output = static_cast<Output*>(user);
+    const auto count = static_cast<qsizetype>(length);
+    output->reach(output->position + count);
+    std::memcpy(output->bytes.data() + output->position, in, length);
+    output->position += count;
+    return length;
+}
+
+OPJ_OFF_T skipOutput(OPJ_OFF_T length, void* user) {
+    auto* output = static_cast<Output*>(user);
+    output->position += length;
+    output->reach(output->position);
+    return length;
+}
+
+OPJ_BOOL seekOutput(OPJ_OFF_T position, void* user) {
+    auto* output = static_cast<Output*>(user);
+    output->position = position;
+    output->reach(output->position);
+    return OPJ_TRUE;
+}
+
+constexpr std::size_t components = 4;
+
+Picture pictureOf(const QImage& straight) {
+    std::array<opj_image_cmptparm_t, components> parameters{};
+    for (opj_image_cmptparm_t& component : parameters) {
+        component.dx = component.dy = 1;
+        component.w = static_cast<OPJ_UINT32>(straight.width());
+        component.h = static_cast<OPJ_UINT32>(straight.height());
+        component.prec = 8;
+    }
+    Picture picture(opj_image_create(components, parameters.data(), OPJ_CLRSPC_SRGB));
+    if (!picture)
+        return picture;
+    picture->x1 = static_cast<OPJ_UINT32>(straight.width());
+    picture->y1 = static_cast<OPJ_UINT32>(straight.height());
+    picture->comps[components - 1].alpha = 1;
+    std::size_t at = 0;
+    for (int y = 0; y < straight.height(); ++y) {
+        const uchar* in = straight.constScanLine(y);
+        for (int x = 0; x < straight.width(); ++x, ++at) {
+            for (std::size_t i = 0; i < components; ++i)
+                picture->comps[i].data[at] = *in++;
+        }
+    }
+    return picture;
+}
+
+QByteArray file(const QImage& raster) {
+    const QImage straight = straightRaster(raster);
+    if (straight.isNull())
+        return {};
+    const Picture picture = pictureOf(straight);
+    const Codec codec(opj_create_compress(OPJ_CODEC_JP2));
+    const Stream stream(opj_stream_default_create(OPJ_FALSE));
+    if (!picture || !codec || !stream)
+        return {};
+    Output output;
+    opj_stream_set_user_data(stream.get(), &output, nullptr);
+    opj_stream_set_write_function(stream.get(), writeOutput);
+    opj_stream_set_skip_function(stream.get(), skipOutput);
+    opj_stream_set_seek_function(stream.get(), seekOutput);
+    opj_cparameters_t parameters;
+    opj_set_default_encoder_parameters(&parameters);
+    parameters.tcp_numlayers = 1;
+    parameters.tcp_rates[0] = 0;
+    parameters.cp_disto_alloc = 1;
+    parameters.tcp_mct = 1;
+    // No more halvings than the shorter side has.
+    const auto shorter = static_cast<unsigned>(std::min(raster.width(), raster.height()));
+    parameters.numresolution = std::min(parameters.numresolution, static_cast<int>(std::bit_width(shorter)));
+    const bool isWritten = opj_setup_encoder(codec.get(), &parameters, picture.get()) != OPJ_FALSE &&
+                           opj_start_compress(codec.get(), picture.get(), stream.get()) != OPJ_FALSE &&
+                           opj_encode(codec.get(), stream.get()) != OPJ_FALSE &&
+                           opj_end_compress(codec.get(), stream.get()) != OPJ_FALSE;
+    return isWritten ? output.bytes : QByteArray();
+}
+
+} // namespace
+
+QByteArray encodeJpeg2000(const QImage& raster) {
+    if (raster.isNull())
+        return {};
+    try {
+        return file(raster);
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
