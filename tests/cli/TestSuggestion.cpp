@@ -15,3 +15,7 @@ TEST(Suggestion, the_first_of_equals_wins) {
 TEST(Suggestion, without_words_there_is_none) {
     EXPECT_EQ(nearestWord("x", {}), "");
 }
+
+TEST(Suggestion, a_word_that_begins_so_is_nearer_than_any) {
+    EXPECT_EQ(nearestWord("--plat", {"--out", "--platform"}), "--platform");
+}

@@ -134,3 +134,27 @@ TEST_F(UsageErrors, version_is_none) {
     EXPECT_EQ(result.output.count('\n'), 1);
     EXPECT_EQ(result.errors.toStdString(), "");
 }
+
+TEST_F(UsageErrors, commands_of_commands) {
+    expectWrong({u"icns"_s},
+                {u"a command is missing: list, extract or make"_s, u"see tobrimax-cli icns --help"_s});
+    expectWrong({u"icns"_s, u"lst"_s, u"a.icns"_s}, {u"'icns lst'"_s, u"mean 'list'"_s});
+    expectWrong({u"icns"_s, u"list"_s}, {u"FILE is required"_s, u"see tobrimax-cli icns list --help"_s});
+    expectWrong({u"icns"_s, u"list"_s, QString()}, {u"FILE is empty"_s});
+    expectWrong({u"icns"_s, u"list"_s, u"a"_s, u"b"_s}, {u"'b' is one argument too many"_s});
+    expectWrong({u"icns"_s, u"extract"_s, u"a"_s}, {u"--out is required"_s});
+    expectWrong({u"icns"_s, u"extract"_s, QString(), u"--out"_s, u"b"_s}, {u"FILE is empty"_s});
+    expectWrong({u"icns"_s, u"extract"_s, u"a"_s, u"--out"_s, QString()}, {u"--out is empty"_s});
+    expectWrong({u"icns"_s, u"make"_s, QString(), u"--out"_s, u"b"_s}, {u"PICTURE is empty"_s});
+    expectWrong({u"icns"_s, u"make"_s, u"a"_s, u"--out"_s, u"b"_s, u"--round-corner"_s, u"2"_s},
+                {u"--round-corner"_s});
+    expectWrong({u"custom-icon"_s}, {u"a command is missing: set or remove"_s});
+    expectWrong({u"custom-icon"_s, u"set"_s, u"a"_s}, {u"FILE.icns is required"_s});
+    expectWrong({u"custom-icon"_s, u"remove"_s, QString()}, {u"PATH is empty"_s});
+}
+
+TEST_F(UsageErrors, an_option_before_its_command) {
+    expectWrong({u"--json"_s, u"icns"_s, u"list"_s, u"a"_s},
+                {u"'--json'"_s, u"goes behind the command 'list'"_s});
+    expectWrong({u"icns"_s, u"--out"_s}, {u"'--out' goes behind a command"_s});
+}

@@ -414,6 +414,81 @@ TEST_F(CustomIcons, the_files_beside_a_folder_are_these_bytes) {
                                     big16(0x4000) + QByteArray(22, '\0') + fork);
 }
 
+/// A file beside an item with an icon, another resource and Finder information.
+QByteArray goodSidecar() {
+    ResourceFork fork;
+    fork.addResource({"TEXT", 5, QByteArray("name"), 0x20, "text"});
+    fork.addResource({"icns", iconNumber, QByteArray(), 0, "older"});
+    AppleDouble file;
+    file.setResourceFork(*fork.data());
+    FinderInfo info;
+    info.setType("TEXT");
+    file.setFinderInfo(info);
+    return file.data();
+}
+
+/// Cut off at each byte, and with each byte of the parts that tell places and lengths set to each of three
+/// values.
+std::vector<QByteArray> hostileSidecars() {
+    const QByteArray good = goodSidecar();
+    std::vector<QByteArray> hostile;
+    for (qsizetype size = 0; size < good.size(); ++size)
+        hostile.push_back(good.first(size));
+    for (qsizetype at = 0; at < good.size(); ++at) {
+        for (const char value : {'\0', '\x7f', '\xff'}) {
+            if (good[at] == value)
+                continue;
+            hostile.push_back(good);
+            hostile.back()[at] = value;
+        }
+    }
+    return hostile;
+}
+
+/// What an item has that a custom icon is no reason to change.
+std::vector<Resource> othersOf(const QByteArray& sidecar) {
+    std::vector<Resource> others;
+    if (const Result<AppleDouble> file = AppleDouble::parse(sidecar)) {
+        if (const Result<ResourceFork> fork = ResourceFork::parse(file->resourceFork()))
+            others = fork->resources();
+    }
+    std::erase_if(others, [](const Resource& resource) {
+        return resource.type == FourCharCode("icns") && resource.number == iconNumber;
+    });
+    return others;
+}
+
+TEST_F(CustomIcons, hostile_files_beside_an_item_lose_nothing) {
+    const std::vector<QByteArray> hostile = hostileSidecars();
+    EXPECT_GE(hostile.size(), 1000U);
+    const QString path = root + QStringLiteral("/._item");
+    const auto read = [&] {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    };
+    int changedCount = 0;
+    for (const QByteArray& before : hostile) {
+        for (const bool isRemoval : {false, true}) {
+            QFile file(path);
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(before);
+            file.close();
+            const bool isDone =
+                isRemoval ? IconFamily::removeCustomIconFromFile(item) : family->setAsCustomIconForFile(item);
+            const QByteArray after = read();
+            // Refused, or there was nothing to remove.
+            if (after == before)
+                continue;
+            ++changedCount;
+            ASSERT_TRUE(isDone) << before.toHex().constData();
+            ASSERT_TRUE(AppleDouble::parse(after));
+            EXPECT_EQ(othersOf(after), othersOf(before)) << before.toHex().constData();
+        }
+    }
+    EXPECT_GT(changedCount, 100) << "some of them are whole";
+}
+
 TEST_F(CustomIcons, an_element_is_added_to_the_open_fork_whatever_becomes_of_it) {
     EXPECT_TRUE(family->addResourceType("ICN#", 5)) << "without an open fork";
     ASSERT_TRUE(store.createResourceFork(item, std::nullopt));

@@ -1,0 +1,139 @@
+#include "iconfamily/IconFamily.h"
+#include "platform/fork/AppleDoubleForkStore.h"
+#include "platform/fork/ResourceFork.h"
+#include "tests/cli/CliTest.h"
+#include "tests/support/IcnsBytes.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+using IcnsBytes::element;
+using IcnsBytes::icns;
+
+class CustomIconCommands : public CliTest {
+  protected:
+    void SetUp() override {
+        CliTest::SetUp();
+        file(u"icon.icns"_s, m_icon);
+        file(u"document"_s, "text");
+        ASSERT_TRUE(QDir(path({})).mkpath(u"folder"_s));
+    }
+
+    ProcessResult run(const QStringList& words, bool isAppleDouble = true) const {
+        const QStringList store = isAppleDouble ? QStringList{u"--apple-double"_s} : QStringList();
+        return runCli(QStringList{u"custom-icon"_s} + words + store, path({}));
+    }
+
+    void expectDone(const ProcessResult& result) const {
+        EXPECT_EQ(result.exitStatus, 0);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors.toStdString(), "");
+    }
+
+    quint16 flags(const QString& name) const {
+        return AppleDoubleForkStore().finderInfo(path(name))->flags();
+    }
+
+    QStringList types(const QString& name) const {
+        QStringList result;
+        const Result<ResourceFork> fork =
+            ResourceFork::parse(*AppleDoubleForkStore().resourceFork(path(name)));
+        EXPECT_TRUE(fork);
+        for (const Resource& resource : fork->resources())
+            result << resource.type.text();
+        return result;
+    }
+
+    QByteArray m_icon = icns(element("ICN#", QByteArray(256, 'i')) + element("ic04", QByteArray(1024, 'x')));
+};
+
+} // namespace
+
+TEST_F(CustomIconCommands, a_file_gets_an_icon_and_loses_it) {
+    expectDone(run({u"set"_s, u"document"_s, u"icon.icns"_s}));
+    EXPECT_EQ(types(u"document"_s), QStringList{u"icns"_s});
+    EXPECT_EQ(flags(u"document"_s), 0x0400);
+    EXPECT_EQ(content(path(u"document"_s)), "text");
+    expectDone(run({u"remove"_s, u"document"_s}));
+    EXPECT_EQ(types(u"document"_s), QStringList());
+    EXPECT_EQ(flags(u"document"_s), 0);
+}
+
+TEST_F(CustomIconCommands, a_folder_gets_an_icon_and_loses_it) {
+    expectDone(run({u"set"_s, u"folder"_s, u"icon.icns"_s}));
+    EXPECT_EQ(types(u"folder/Icon\r"_s), QStringList{u"icns"_s});
+    EXPECT_EQ(flags(u"folder"_s), 0x0400);
+    expectDone(run({u"remove"_s, u"folder"_s}));
+    EXPECT_EQ(flags(u"folder"_s), 0);
+    EXPECT_TRUE(QDir(path(u"folder"_s)).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    expectOneError(run({u"remove"_s, u"folder"_s}), u"No such file or directory"_s);
+}
+
+TEST_F(CustomIconCommands, compatibility_stores_old_elements_too) {
+    expectDone(run({u"set"_s, u"document"_s, u"icon.icns"_s, u"--compatibility"_s}));
+    EXPECT_EQ(types(u"document"_s), QStringList({u"icns"_s, u"ICN#"_s}));
+}
+
+TEST_F(CustomIconCommands, a_missing_file_is_made_with_a_warning) {
+    const ProcessResult result = run({u"set"_s, u"new"_s, u"icon.icns"_s});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_TRUE(result.errors.startsWith("tobrimax-cli: warning: new: "));
+    EXPECT_EQ(QFileInfo(path(u"new"_s)).size(), 0);
+    EXPECT_EQ(types(u"new"_s), QStringList{u"icns"_s});
+}
+
+#ifndef Q_OS_MACOS
+TEST_F(CustomIconCommands, without_a_place_for_forks_the_option_is_named) {
+    const auto before = tree(path({}));
+    expectOneError(run({u"set"_s, u"document"_s, u"icon.icns"_s}, false), u"--apple-double"_s);
+    expectOneError(run({u"set"_s, u"folder"_s, u"icon.icns"_s}, false), u"--apple-double"_s);
+    expectOneError(run({u"remove"_s, u"document"_s}, false), u"--apple-double"_s);
+    expectOneError(run({u"remove"_s, u"folder"_s}, false), u"--apple-double"_s);
+    EXPECT_EQ(tree(path({})), before);
+}
+#endif
+
+TEST_F(CustomIconCommands, what_fails_is_told) {
+    expectOneError(run({u"set"_s, u"document"_s, u"missing.icns"_s}), u"missing.icns: No such file"_s);
+    expectOneError(run({u"set"_s, u"document"_s, u"document"_s}), u"not an icns file"_s);
+    file(u"cut.icns"_s, m_icon.chopped(1));
+    expectOneError(run({u"set"_s, u"document"_s, u"cut.icns"_s}), u"cut.icns: "_s);
+    expectOneError(run({u"remove"_s, u"document"_s}), u"it has no resource fork"_s);
+    expectOneError(run({u"remove"_s, u"missing"_s}), u"missing: No such file"_s);
+    expectOneError(run({u"set"_s, u"no/folder"_s, u"icon.icns"_s}), u"no/folder: No such file"_s);
+    file(u"._document"_s, "something else");
+    expectOneError(run({u"set"_s, u"document"_s, u"icon.icns"_s}), u"the AppleDouble file is damaged"_s);
+    EXPECT_EQ(content(path(u"._document"_s)), "something else");
+}
+
+TEST_F(CustomIconCommands, a_fork_that_is_damaged_stays_as_it_is) {
+    AppleDoubleForkStore store;
+    ASSERT_TRUE(store.setResourceFork(path(u"document"_s), "no fork at all"));
+    const QByteArray before = content(path(u"._document"_s));
+    expectOneError(run({u"set"_s, u"document"_s, u"icon.icns"_s}), u"the resource fork is damaged"_s);
+    expectOneError(run({u"remove"_s, u"document"_s}), u"the resource fork is damaged"_s);
+    EXPECT_EQ(content(path(u"._document"_s)), before);
+}
+
+TEST_F(CustomIconCommands, an_icon_survives_a_tar_archive) {
+    expectDone(run({u"set"_s, u"folder"_s, u"icon.icns"_s}));
+    EXPECT_EQ(
+        runProcess(u"tar"_s, {u"-C"_s, path({}), u"-cf"_s, path(u"a.tar"_s), u"._folder"_s, u"folder"_s})
+            .exitStatus,
+        0);
+    ASSERT_TRUE(QDir(path({})).mkpath(u"there"_s));
+    EXPECT_EQ(runProcess(u"tar"_s, {u"-C"_s, path(u"there"_s), u"-xf"_s, path(u"a.tar"_s)}).exitStatus, 0);
+    EXPECT_EQ(flags(u"there/folder"_s), 0x0400);
+    EXPECT_EQ(types(u"there/folder/Icon\r"_s), QStringList{u"icns"_s});
+    const Result<ResourceFork> fork =
+        ResourceFork::parse(*AppleDoubleForkStore().resourceFork(path(u"there/folder/Icon\r"_s)));
+    EXPECT_EQ(fork->resource("icns", -16455)->data, m_icon);
+}
+
+TEST_F(CustomIconCommands, another_program_knows_what_is_written) {
+    expectDone(run({u"set"_s, u"document"_s, u"icon.icns"_s}));
+    const ProcessResult told = runProcess(u"file"_s, {u"--brief"_s, path(u"._document"_s)});
+    EXPECT_EQ(told.output.trimmed(), "AppleDouble encoded Macintosh file");
+}

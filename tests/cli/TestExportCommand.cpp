@@ -1,0 +1,78 @@
+#include "tests/cli/CliTest.h"
+
+#include <QFileInfo>
+
+namespace {
+
+class ExportCommand : public CliTest {
+  protected:
+    ProcessResult run(const QStringList& words) const {
+        return runCli(QStringList{u"export"_s} + words, path({}));
+    }
+};
+
+} // namespace
+
+TEST_F(ExportCommand, a_picture_keeps_its_size_and_pixels) {
+    const QString picture = flatPicture(u"a.png"_s, 30, 20, QColor(10, 20, 30, 255));
+    const ProcessResult result = run({picture, u"--format"_s, u"bmp"_s, u"--out"_s, u"b"_s});
+    EXPECT_EQ(result.exitStatus, 0) << result.errors.toStdString();
+    EXPECT_EQ(result.output, "b\n");
+    EXPECT_EQ(result.errors, "");
+    const QImage read(path(u"b"_s));
+    EXPECT_EQ(read.size(), QSize(30, 20));
+    EXPECT_EQ(read.pixelColor(29, 19), QColor(10, 20, 30, 255));
+}
+
+TEST_F(ExportCommand, a_drawing_is_drawn_in_the_size_that_is_asked_for) {
+    const QString drawing =
+        file(u"a.svg"_s, "<svg xmlns='http://www.w3.org/2000/svg' width='9.5' height='4'><rect width='100%' "
+                         "height='100%' fill='#0f0'/></svg>");
+    EXPECT_EQ(run({drawing, u"--format"_s, u"png"_s, u"--out"_s, u"own.png"_s}).exitStatus, 0);
+    EXPECT_EQ(QImage(path(u"own.png"_s)).size(), QSize(10, 4));
+    EXPECT_EQ(
+        run({drawing, u"--format"_s, u"png"_s, u"--out"_s, u"b.png"_s, u"--size"_s, u"7x31"_s}).exitStatus,
+        0);
+    EXPECT_EQ(QImage(path(u"b.png"_s)).size(), QSize(7, 31));
+    EXPECT_EQ(QImage(path(u"b.png"_s)).pixelColor(6, 30), QColor(Qt::green));
+}
+
+TEST_F(ExportCommand, every_format_has_a_name) {
+    for (const QString& format : {u"jpeg"_s, u"tiff"_s, u"bmp"_s, u"gif"_s, u"png"_s, u"jpeg2000"_s}) {
+        const ProcessResult result =
+            run({sample(u"png"_s), u"--format"_s, format, u"--out"_s, format, u"--size"_s, u"8x8"_s});
+        EXPECT_EQ(result.exitStatus, 0) << result.errors.toStdString();
+        EXPECT_GT(QFileInfo(path(format)).size(), 40);
+    }
+}
+
+TEST_F(ExportCommand, wrong_usage_is_told) {
+    const auto expectWrong = [&](const QStringList& words, const QString& sentence) {
+        const ProcessResult result = run(words);
+        EXPECT_EQ(result.exitStatus, 2);
+        ASSERT_EQ(result.errorLines().size(), 1) << result.errors.toStdString();
+        EXPECT_TRUE(result.errorLines()[0].contains(sentence)) << result.errors.toStdString();
+        EXPECT_TRUE(result.errorLines()[0].endsWith(u"(see tobrimax-cli export --help)"_s));
+    };
+    expectWrong({u"a.png"_s, u"--format"_s, u"jpg"_s, u"--out"_s, u"b"_s}, u"did you mean 'jpeg'"_s);
+    expectWrong({u"a.png"_s, u"--out"_s, u"b"_s}, u"--format is required"_s);
+    expectWrong({u"a.png"_s, u"--format"_s, u"png"_s}, u"--out is required"_s);
+    expectWrong({QString(), u"--format"_s, u"png"_s, u"--out"_s, u"b"_s}, u"PICTURE is empty"_s);
+    for (const QString& size :
+         {u"16"_s, u"16x"_s, u"x16"_s, u"0x16"_s, u"16x-1"_s, u"1x2x3"_s, u"1000001x1"_s, u""_s})
+        expectWrong({u"a.png"_s, u"--format"_s, u"png"_s, u"--out"_s, u"b"_s, u"--size"_s, size},
+                    u"--size takes"_s);
+}
+
+TEST_F(ExportCommand, what_fails_is_told) {
+    expectOneError(run({u"missing.png"_s, u"--format"_s, u"png"_s, u"--out"_s, u"b"_s}), u"missing.png: "_s);
+    expectOneError(run({sample(u"png"_s), u"--format"_s, u"png"_s, u"--out"_s, u"no/folder/b"_s}),
+                   u"No such file"_s);
+    expectOneError(run({sample(u"png"_s), u"--format"_s, u"png"_s, u"--out"_s, u"b"_s, u"--size"_s,
+                        u"1000000x1000000"_s}),
+                   u"it can't be drawn in that size"_s);
+    expectOneError(
+        run({sample(u"png"_s), u"--format"_s, u"gif"_s, u"--out"_s, u"b"_s, u"--size"_s, u"70000x1"_s}),
+        u"b: "_s);
+    EXPECT_TRUE(tree(path({})).empty());
+}
