@@ -1,4 +1,5 @@
 // How long the main window's own drawing takes: a slider, and the strip of icons while a slider moves.
+#include "bench/Median.h"
 #include "mainwindow/PreviewStrip.h"
 #include "mainwindow/TetraSliderCell.h"
 #include "platform/Bundle.h"
@@ -8,30 +9,9 @@
 #include "platform/widgets/Application.h"
 
 #include <QBuffer>
-#include <QElapsedTimer>
 #include <QPainter>
 
-#include <algorithm>
-#include <cstdio>
-#include <functional>
-#include <vector>
-
 namespace {
-
-void report(const char* name, const std::function<void()>& work) {
-    constexpr int runs = 51;
-    constexpr double nanoseconds = 1e6;
-    std::vector<double> milliseconds;
-    for (int i = 0; i < runs; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        work();
-        milliseconds.push_back(static_cast<double>(timer.nsecsElapsed()) / nanoseconds);
-    }
-    std::ranges::sort(milliseconds);
-    std::printf("%-52s median %7.3f ms, slowest %7.3f ms\n", name, milliseconds[runs / 2],
-                milliseconds.back());
-}
 
 void drawSlider(int scale) {
     QImage picture(180 * scale, 22 * scale, QImage::Format_ARGB32_Premultiplied);
