@@ -4,6 +4,8 @@
 #include "tests/support/RecordingLog.h"
 
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -248,6 +250,63 @@ TEST_F(IconFamilyFiles, a_file_of_the_right_length_is_read) {
     EXPECT_EQ(IconFamily::iconFamilyWithContentsOfFile(folder.filePath(QStringLiteral("missing"))), nullptr);
     EXPECT_EQ(IconFamily::iconFamilyWithContentsOfFile(folder.path()), nullptr);
     EXPECT_EQ(IconFamily::iconFamilyWithContentsOfFile({}), nullptr);
+}
+
+TEST_F(IconFamilyFiles, what_is_stored_is_what_a_parser_of_its_own_expects) {
+    struct Type {
+        const char (&code)[5];
+        int size;
+    };
+    const Type types[] = {{"ic04", 16},  {"ic05", 32},  {"ic06", 48}, {"ic07", 128}, {"ic08", 256},
+                          {"ic09", 512}, {"ic10", 512}, {"ic11", 32}, {"ic12", 64},  {"ic13", 256},
+                          {"ic14", 512}, {"is32", 16},  {"il32", 32}, {"ih32", 48},  {"it32", 128},
+                          {"s8mk", 16},  {"l8mk", 32},  {"h8mk", 48}, {"t8mk", 128}, {"ics8", 16},
+                          {"icl8", 32},  {"ich8", 48},  {"ics#", 16}, {"ICN#", 32},  {"ich#", 48}};
+    const auto family = IconFamily::iconFamily();
+    for (const Type& type : types)
+        ASSERT_TRUE(family->setIconFamilyElement(type.code, bitmap(type.size, type.size).get())) << type.code;
+    ASSERT_TRUE(family->writeToFile(path));
+    const ProcessResult checked =
+        runProcess(QStringLiteral("/usr/bin/python3"),
+                   {QStringLiteral("-B"), QStringLiteral(PROJECT_DIR "/tests/icns/check_store.py"), path});
+    EXPECT_EQ(checked.output, "25 elements\n") << checked.errors.toStdString();
+}
+
+/// Every hostile file as the bytes of a family.
+TEST(IconFamilyHostile, any_bytes_are_kept_and_whatever_can_be_read_of_them_is_whole) {
+    const QTemporaryDir folder;
+    const ProcessResult made = runProcess(
+        QStringLiteral("/usr/bin/python3"),
+        {QStringLiteral("-B"), QStringLiteral(PROJECT_DIR "/tests/icns/hostile.py"), folder.path()});
+    ASSERT_EQ(made.exitStatus, 0) << made.errors.toStdString();
+    QFile list(folder.filePath(QStringLiteral("expected.json")));
+    ASSERT_TRUE(list.open(QIODevice::ReadOnly));
+    const QJsonObject cases = QJsonDocument::fromJson(list.readAll()).object();
+    EXPECT_GE(cases.size(), 300);
+    const char* const readable[] = {"ic04", "ic05", "ic06", "ic07", "ic08", "ic09", "ic10", "ic11",
+                                    "ic12", "ic13", "ic14", "is32", "il32", "ih32", "it32"};
+    for (auto it = cases.begin(); it != cases.end(); ++it) {
+        const std::string name = it.key().toStdString();
+        const QString file = folder.filePath(it.key() + QStringLiteral(".icns"));
+        QFile opened(file);
+        ASSERT_TRUE(opened.open(QIODevice::ReadOnly));
+        const QByteArray bytes = opened.readAll();
+        const QJsonObject expected = it.value().toObject();
+        EXPECT_EQ(IconFamily::initWithContentsOfFile(file) != nullptr,
+                  expected.value(QStringLiteral("isWhole")).toBool())
+            << name;
+        const auto family = IconFamily::initWithData(bytes);
+        EXPECT_EQ(family->data(), bytes) << name;
+        EXPECT_EQ(IconFamily::initWithPasteboardPropertyList(bytes, {})->data(), bytes) << name;
+        for (const char* type : readable) {
+            const auto decoded = family->bitmapImageRepWithAlphaForIconFamilyElement(
+                FourCharCode(qFromBigEndian<quint32>(type)));
+            EXPECT_TRUE(!decoded || decoded->bitmapData().size() ==
+                                        qsizetype{4} * decoded->pixelsWide() * decoded->pixelsHigh());
+        }
+        const auto shown = family->imageWithAllReps().representations().size();
+        EXPECT_EQ(static_cast<int>(shown), expected.value(QStringLiteral("pictures")).toInt()) << name;
+    }
 }
 
 TEST_F(IconFamilyFiles, is_written_in_place) {
