@@ -7,7 +7,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMap>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -18,71 +20,124 @@ bool hasPicture(const Element& element) {
     return element.info.encoding != IcnsEncoding::Unknown;
 }
 
-/// A table's row before its columns have their widths.
+/// Prints many lines, some at a time.
+class Lines {
+  public:
+    void add(const QString& line) {
+        constexpr qsizetype enough = 1 << 16;
+        m_text += line;
+        m_text += u'\n';
+        if (m_text.size() > enough)
+            print();
+    }
+
+    /// Prints the rest; whether all could be printed.
+    bool finish() {
+        print();
+        return m_isPrinted;
+    }
+
+  private:
+    void print() {
+        m_text.chop(1);
+        m_isPrinted = m_isPrinted && (m_text.isEmpty() || Terminal::print(m_text));
+        m_text.clear();
+    }
+
+    QString m_text;
+    bool m_isPrinted = true;
+};
+
 using Row = std::array<QString, 5>;
 
 Row rowOf(const Element& element) {
     const QSize& size = element.info.size;
-    return {Terminal::escaped(element.type.text()), element.what,
+    return {Terminal::escaped(element.type.text()), icnsTypeDescription(element.type),
             size.isValid() ? QStringLiteral("%1 × %2").arg(size.width()).arg(size.height()) : QString(),
             hasPicture(element) ? icnsEncodingName(element.info.encoding) : QString(),
             QString::number(element.bytes)};
 }
 
-QString line(const Row& row, const std::array<qsizetype, 5>& widths) {
+using Widths = std::array<qsizetype, 5>;
+
+void widen(Widths& widths, const Row& row) {
+    for (std::size_t i = 0; i < row.size(); ++i)
+        widths[i] = std::max(widths[i], row[i].size());
+}
+
+QString line(const Row& row, const Widths& widths) {
     QString text;
     for (std::size_t i = 0; i < row.size(); ++i) {
+        const QString padding(widths[i] - row[i].size(), u' ');
         // Numbers stand to the right.
-        const bool isNumber = i + 1 == row.size();
-        const qsizetype width = isNumber ? -widths[i] : widths[i];
-        const QString padding(std::abs(width) - row[i].size(), u' ');
-        text += isNumber ? padding + row[i] : row[i] + padding + QLatin1String("  ");
+        text += i + 1 == row.size() ? padding + row[i] : row[i] + padding + QLatin1String("  ");
     }
     return text;
 }
 
 bool printTable(const IcnsInspection& inspection) {
-    std::vector<Row> rows{{QStringLiteral("type"), QStringLiteral("what"), QStringLiteral("pixels"),
-                           QStringLiteral("encoding"), QStringLiteral("bytes")}};
-    for (const Element& element : inspection.elements)
-        rows.push_back(rowOf(element));
-    std::array<qsizetype, 5> widths{};
-    for (const Row& row : rows) {
-        for (std::size_t i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], row[i].size());
+    const Row title{QStringLiteral("type"), QStringLiteral("what"), QStringLiteral("pixels"),
+                    QStringLiteral("encoding"), QStringLiteral("bytes")};
+    Widths widths{};
+    widen(widths, title);
+    QMap<quint32, int> repeated;
+    for (const Element& element : inspection.elements) {
+        widen(widths, rowOf(element));
+        if (element.isRepeated)
+            ++repeated[element.type.value];
     }
-    QStringList lines;
-    for (const Row& row : rows)
-        lines << line(row, widths);
+    Lines lines;
+    lines.add(line(title, widths));
+    for (const Element& element : inspection.elements)
+        lines.add(line(rowOf(element), widths));
     for (const Element& element : inspection.elements) {
         for (const QString& remark : element.remarks)
-            lines << QStringLiteral("odd: %1: %2").arg(Terminal::escaped(element.type.text()), remark);
+            lines.add(QStringLiteral("odd: %1: %2").arg(Terminal::escaped(element.type.text()), remark));
     }
+    for (const auto& [type, count] : repeated.asKeyValueRange())
+        lines.add(
+            QStringLiteral("odd: %1: %2 more of its type follow the first, which is the one that counts")
+                .arg(Terminal::escaped(FourCharCode(type).text()))
+                .arg(count));
     for (const QString& remark : inspection.remarks)
-        lines << QStringLiteral("odd: %1").arg(remark);
-    return Terminal::print(lines.join(u'\n'));
+        lines.add(QStringLiteral("odd: %1").arg(remark));
+    return lines.finish();
 }
 
-bool printJson(const IcnsListOptions& options, const IcnsInspection& inspection, qsizetype bytes) {
-    QJsonArray elements;
-    for (const Element& element : inspection.elements) {
-        QJsonObject object{{QStringLiteral("type"), element.type.text()},
-                           {QStringLiteral("what"), element.what},
-                           {QStringLiteral("bytes"), element.bytes},
-                           {QStringLiteral("remarks"), QJsonArray::fromStringList(element.remarks)}};
-        if (hasPicture(element))
-            object.insert(QStringLiteral("encoding"), icnsEncodingName(element.info.encoding));
-        if (element.info.size.isValid()) {
-            object.insert(QStringLiteral("width"), element.info.size.width());
-            object.insert(QStringLiteral("height"), element.info.size.height());
-        }
-        elements.append(object);
+QString compact(const QJsonObject& object) {
+    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+QJsonObject jsonOf(const Element& element) {
+    QStringList remarks = element.remarks;
+    if (element.isRepeated)
+        remarks << QStringLiteral("another of its type stands before it, which is the one that counts");
+    QJsonObject object{{QStringLiteral("type"), element.type.text()},
+                       {QStringLiteral("what"), icnsTypeDescription(element.type)},
+                       {QStringLiteral("bytes"), element.bytes},
+                       {QStringLiteral("remarks"), QJsonArray::fromStringList(remarks)}};
+    if (hasPicture(element))
+        object.insert(QStringLiteral("encoding"), icnsEncodingName(element.info.encoding));
+    if (element.info.size.isValid()) {
+        object.insert(QStringLiteral("width"), element.info.size.width());
+        object.insert(QStringLiteral("height"), element.info.size.height());
     }
-    const QJsonObject document{{QStringLiteral("file"), QFile::decodeName(options.file.c_str())},
-                               {QStringLiteral("bytes"), bytes},
-                               {QStringLiteral("elements"), elements},
-                               {QStringLiteral("remarks"), QJsonArray::fromStringList(inspection.remarks)}};
-    return Terminal::print(QString::fromUtf8(QJsonDocument(document).toJson()).trimmed());
+    return object;
+}
+
+/// One document, of which no more than a part is in memory: a file may have very many elements.
+bool printJson(const IcnsListOptions& options, const IcnsInspection& inspection, qsizetype bytes) {
+    const QString head =
+        compact({{QStringLiteral("file"), QFile::decodeName(options.file.c_str())},
+                 {QStringLiteral("bytes"), bytes},
+                 {QStringLiteral("remarks"), QJsonArray::fromStringList(inspection.remarks)}});
+    Lines lines;
+    lines.add(head.chopped(1) + QStringLiteral(",\"elements\":["));
+    for (std::size_t i = 0; i < inspection.elements.size(); ++i)
+        lines.add(compact(jsonOf(inspection.elements[i])) +
+                  (i + 1 < inspection.elements.size() ? QStringLiteral(",") : QString()));
+    lines.add(QStringLiteral("]}"));
+    return lines.finish();
 }
 
 } // namespace

@@ -22,7 +22,8 @@ std::unique_ptr<IconFamily> IconFamily::iconFamily() {
 }
 
 std::unique_ptr<IconFamily> IconFamily::initWithData(const QByteArray& data) {
-    return initWithIconFamilyHandle(data);
+    // The bytes may be another's, who lets them go.
+    return initWithIconFamilyHandle(QByteArray(data.constData(), data.size()));
 }
 
 std::unique_ptr<IconFamily> IconFamily::initWithContentsOfFile(const QString& path) {
@@ -30,11 +31,14 @@ std::unique_ptr<IconFamily> IconFamily::initWithContentsOfFile(const QString& pa
     FSRef reference;
     if (!CarbonFSRefCreation::getFSRef(path, reference, false))
         return nullptr;
-    Result<QByteArray> bytes = RegularFile::read(QFile::encodeName(reference.path).toStdString(), largest);
-    if (!bytes)
-        return nullptr;
-    const std::optional<qint64> length = IcnsReader::lengthOf(*bytes);
-    if (!length || *length != bytes->size())
+    const auto refuses = [](const QByteArray& start) -> std::optional<Error> {
+        if (IcnsReader::lengthOf(start))
+            return std::nullopt;
+        return Error{ErrorCode::UnknownFormat, {}};
+    };
+    Result<QByteArray> bytes =
+        RegularFile::read(QFile::encodeName(reference.path).toStdString(), largest, refuses);
+    if (!bytes || IcnsReader::lengthOf(*bytes) != bytes->size())
         return nullptr;
     return initWithIconFamilyHandle(std::move(*bytes));
 }
@@ -110,7 +114,9 @@ Image IconFamily::imageWithAllReps() const {
         Result<DecodedPicture> picture = reader->picture(element);
         if (!picture)
             continue;
-        largest = largest.expandedTo(picture->raster.size());
+        const QSize size = picture->raster.size();
+        if (size.width() * size.height() > largest.width() * largest.height())
+            largest = size;
         representations.push_back(std::make_shared<BitmapImageRep>(std::move(picture->raster)));
     }
     if (representations.empty())

@@ -42,7 +42,7 @@ class IconFamily {
     static std::unique_ptr<IconFamily> initWithIconFamilyHandle(QByteArray handle);
 
     /// A copy of the whole block.
-    const QByteArray& data() const { return hIconFamily; }
+    QByteArray data() const { return hIconFamily; }
 
     /// Writes the block into the file of that name, in place; whether that succeeded.
     bool writeToFile(const QString& path) const;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <new>
 #include <utility>
 
 namespace {
@@ -43,6 +44,14 @@ std::optional<BitmapLayout> completed(BitmapLayout layout) {
     constexpr qsizetype longestRow = qsizetype{1} << 31;
     if (layout.bytesPerRow < needed || layout.bytesPerRow > longestRow)
         return std::nullopt;
+    // Samples of less than a byte lie within one.
+    const bool straddles =
+        layout.bitsPerSample < bitsPerByte && layout.bitsPerPixel % layout.bitsPerSample != 0;
+    // More than any memory holds.
+    constexpr qsizetype mostBytes = qsizetype{1} << 40;
+    const int planes = layout.isPlanar ? layout.samplesPerPixel : 1;
+    if (straddles || layout.pixelsHigh > mostBytes / layout.bytesPerRow / planes)
+        return std::nullopt;
     return layout;
 }
 
@@ -69,9 +78,14 @@ std::unique_ptr<BitmapImageRep> BitmapImageRep::initWithBitmapData(const BitmapL
     const qsizetype count = whole->byteCount();
     if (!samples.isEmpty() && samples.size() < count)
         return nullptr;
-    QByteArray stored = samples.isEmpty() ? QByteArray(count, '\0') : samples.first(count);
-    // The constructor is protected.
-    return std::unique_ptr<BitmapImageRep>(new BitmapImageRep(*whole, std::move(stored)));
+    try {
+        QByteArray stored =
+            samples.isEmpty() ? QByteArray(count, '\0') : QByteArray(samples.constData(), count);
+        // The constructor is protected.
+        return std::unique_ptr<BitmapImageRep>(new BitmapImageRep(*whole, std::move(stored)));
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 std::unique_ptr<BitmapImageRep> BitmapImageRep::imageRepWithData(const QByteArray& data) {
@@ -147,9 +161,10 @@ RasterImage BitmapImageRep::CGImage() const {
         image.alphaInfo = m_layout.isAlphaFirst ? AlphaInfo::NoneSkipFirst : AlphaInfo::NoneSkipLast;
     const qsizetype packed =
         (static_cast<qsizetype>(m_layout.pixelsWide) * m_layout.bitsPerPixel + bitsPerByte - 1) / bitsPerByte;
-    const int rows = m_layout.pixelsHigh * (m_layout.isPlanar ? m_layout.samplesPerPixel : 1);
+    const qsizetype rows =
+        qsizetype{m_layout.pixelsHigh} * (m_layout.isPlanar ? m_layout.samplesPerPixel : 1);
     image.bytes = QByteArray(packed * rows, Qt::Uninitialized);
-    for (int y = 0; y < rows; ++y)
+    for (qsizetype y = 0; y < rows; ++y)
         std::memcpy(image.bytes.data() + y * packed, bitmapData().data() + y * m_layout.bytesPerRow,
                     static_cast<std::size_t>(packed));
     if (m_layout.bitsPerPixel == 32 && m_layout.bitsPerSample == bitsPerByte && !m_layout.isPlanar) {

@@ -150,13 +150,14 @@ Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
     LoadedPicture result{Image(largest->raster.size()), false, std::move(largest->warnings)};
     result.image.addRepresentation(std::make_shared<BitmapImageRep>(largest->raster));
     for (const IcnsElement& element : reader->pictureElements()) {
+        if (element.type == reader->largestElement()->type)
+            continue;
         Result<DecodedPicture> picture = reader->picture(element);
-        if (!picture)
+        if (picture)
+            result.image.addRepresentation(std::make_shared<BitmapImageRep>(std::move(picture->raster)));
+        else
             result.warnings << QStringLiteral("the element %1 is passed over: %2")
                                    .arg(element.type.text(), picture.error().sentence);
-        else if (picture->raster.width() < largest->raster.width() &&
-                 picture->raster.height() < largest->raster.height())
-            result.image.addRepresentation(std::make_shared<BitmapImageRep>(std::move(picture->raster)));
     }
     if (!addReducedCopies(result.image, std::move(largest->raster)))
         return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};

@@ -92,6 +92,11 @@ Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
     if (const std::optional<Error> refused =
             PictureReader::refusedSize(picture->x1 - picture->x0, picture->y1 - picture->y0))
         return *refused;
+    // Before the memory for them is taken.
+    constexpr OPJ_UINT32 mostComponents = 4;
+    if (picture->numcomps > mostComponents)
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("a JPEG 2000 picture with %1 components").arg(picture->numcomps)};
     if (opj_decode(codec.get(), stream.get(), picture.get()) == OPJ_FALSE ||
         opj_end_decompress(codec.get(), stream.get()) == OPJ_FALSE)
         return failure();
@@ -105,8 +110,8 @@ Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
             return Error{ErrorCode::Unsupported,
                          QStringLiteral("a JPEG 2000 picture with components of different sizes")};
     }
-    if (picture->numcomps > 4 || picture->color_space == OPJ_CLRSPC_SYCC ||
-        picture->color_space == OPJ_CLRSPC_EYCC || picture->color_space == OPJ_CLRSPC_CMYK)
+    if (picture->color_space == OPJ_CLRSPC_SYCC || picture->color_space == OPJ_CLRSPC_EYCC ||
+        picture->color_space == OPJ_CLRSPC_CMYK)
         return Error{ErrorCode::Unsupported,
                      QStringLiteral("a JPEG 2000 picture that is neither grey nor RGB")};
 

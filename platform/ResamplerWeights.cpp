@@ -207,7 +207,9 @@ class TapMaker {
 
 ResamplerWeights::ResamplerWeights(const AxisMapping& mapping, bool alignedStarts) {
     const auto count = static_cast<std::size_t>(mapping.targetLength);
-    const bool symmetric = mapping.origin == 0 && mapping.length == mapping.targetLength;
+    // The nearest of two samples that are as near is the one behind, in both halves of a picture.
+    const bool symmetric = mapping.origin == 0 && mapping.length == mapping.targetLength &&
+                           mapping.filter != ResampleFilter::Nearest;
     TapMaker maker(mapping);
     // With room for a lead and for rounding up to pairs.
     const std::size_t wideRow = maker.bound() + 2;

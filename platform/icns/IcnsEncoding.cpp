@@ -1,7 +1,12 @@
 #include "platform/icns/IcnsEncoding.h"
 
+#include "platform/icns/IcnsRle.h"
+
+#include <array>
+#include <cstdint>
 #include <limits>
 #include <optional>
+#include <vector>
 
 namespace {
 
@@ -18,21 +23,56 @@ QSize sizeFrom(std::optional<quint32> width, std::optional<quint32> height) {
     return {static_cast<int>(*width), static_cast<int>(*height)};
 }
 
+constexpr QByteArrayView pngSignature("\x89PNG\r\n\x1a\n");
+
+/// Invalid unless the first chunk is IHDR.
 QSize pngSize(QByteArrayView file) {
     constexpr qsizetype widthAt = 16;
+    if (!file.sliced(pngSignature.size()).startsWith(QByteArrayView("\0\0\0\x0dIHDR", 8)))
+        return {};
     return sizeFrom(read32(file, widthAt), read32(file, widthAt + 4));
 }
 
-/// Of a codestream; what stands left of and above the picture's origin is no part of it.
+/// The tiles between `start` and `end`, of which the first begins at `origin`; too many where that can't be.
+quint64 tileCount(quint32 origin, quint32 size, quint32 end) {
+    return size == 0 || origin > end ? ~quint64{0} >> 32 : (quint64{end} - origin + size - 1) / size;
+}
+
+/// Of a codestream; what stands left of and above the picture's origin is no part of it. Invalid also for
+/// more tiles than a small picture has use for: each takes memory before anything is decoded.
 QSize codestreamSize(QByteArrayView stream) {
     constexpr qsizetype extentAt = 8;
-    const auto right = read32(stream, extentAt);
-    const auto bottom = read32(stream, extentAt + 4);
-    const auto left = read32(stream, extentAt + 8);
-    const auto top = read32(stream, extentAt + 12);
-    if (!left || !top || *left > *right || *top > *bottom)
+    std::array<quint32, 8> values{};
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const auto value = read32(stream, extentAt + 4 * static_cast<qsizetype>(i));
+        if (!value)
+            return {};
+        values[i] = *value;
+    }
+    const auto [right, bottom, left, top, tileWidth, tileHeight, tileLeft, tileTop] = values;
+    constexpr quint64 mostTiles = 1024;
+    const quint64 tiles = tileCount(tileLeft, tileWidth, right) * tileCount(tileTop, tileHeight, bottom);
+    if (left > right || top > bottom || tiles > mostTiles)
         return {};
-    return sizeFrom(*right - *left, *bottom - *top);
+    return sizeFrom(right - left, bottom - top);
+}
+
+/// Whether the length of the size marker agrees with its number of components.
+bool isCodestream(QByteArrayView stream) {
+    constexpr qsizetype lengthAt = 4;
+    constexpr qsizetype componentsAt = 40;
+    if (stream.size() < componentsAt + 2)
+        return false;
+    return qFromBigEndian<quint16>(stream.data() + lengthAt) ==
+           38 + 3 * qFromBigEndian<quint16>(stream.data() + componentsAt);
+}
+
+bool isPackedArgb(QByteArrayView data, int side) {
+    std::vector<std::uint8_t> channel(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
+    std::optional<QByteArrayView> rest = data.sliced(argbMark.size());
+    for (int i = 0; i < 4 && rest; ++i)
+        rest = IcnsRle::unpack(*rest, channel);
+    return rest.has_value();
 }
 
 constexpr char codestreamStart[] = "\xFF\x4F\xFF\x51";
@@ -72,21 +112,30 @@ QSize jp2Size(QByteArrayView file) {
     }
 }
 
-IcnsPictureInfo pictureInfo(const IcnsElementType& type, QByteArrayView data) {
-    if (data.startsWith("\x89PNG"))
-        return {IcnsEncoding::Png, pngSize(data)};
-    if (data.startsWith(QByteArrayView("\0\0\0\x0cjP  ", 8)))
-        return {IcnsEncoding::Jpeg2000, jp2Size(data)};
-    if (data.startsWith(codestreamStart))
-        return {IcnsEncoding::Jpeg2000, codestreamSize(data)};
-    if (data.startsWith(argbMark))
-        return {IcnsEncoding::PackedArgb, {type.pixelSize, type.pixelSize}};
+/// The side of plain samples of that length; 0 where it is none.
+int plainSide(const IcnsElementType& type, qsizetype length) {
     // The type of 1024 pixels is also stored with 512.
     for (const int side : {type.pixelSize, type.pixelSize / 2}) {
         const bool isAllowed = side == type.pixelSize || type.code == FourCharCode("ic10");
-        if (isAllowed && data.size() == qsizetype{4} * side * side)
-            return {IcnsEncoding::PlainArgb, {side, side}};
+        if (isAllowed && length == qsizetype{4} * side * side)
+            return side;
     }
+    return 0;
+}
+
+IcnsPictureInfo pictureInfo(const IcnsElementType& type, QByteArrayView data) {
+    // Plain samples may begin as a file does: where their length is just right, a beginning is not enough.
+    const int side = plainSide(type, data.size());
+    if (data.startsWith(pngSignature) && (side == 0 || pngSize(data).isValid()))
+        return {IcnsEncoding::Png, pngSize(data)};
+    if (data.startsWith(QByteArrayView("\0\0\0\x0cjP  ", 8)) && (side == 0 || jp2Size(data).isValid()))
+        return {IcnsEncoding::Jpeg2000, jp2Size(data)};
+    if (data.startsWith(codestreamStart) && (side == 0 || isCodestream(data)))
+        return {IcnsEncoding::Jpeg2000, codestreamSize(data)};
+    if (data.startsWith(argbMark) && (side == 0 || isPackedArgb(data, type.pixelSize)))
+        return {IcnsEncoding::PackedArgb, {type.pixelSize, type.pixelSize}};
+    if (side != 0)
+        return {IcnsEncoding::PlainArgb, {side, side}};
     return {};
 }
 

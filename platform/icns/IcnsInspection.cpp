@@ -53,23 +53,6 @@ constexpr Description descriptions[] = {
     {FourCharCode(0xfdd92fa8), "variant: dark"},
 };
 
-QString whatIs(FourCharCode code, const IcnsElementType* type) {
-    const auto* described = std::ranges::find(descriptions, code, &Description::code);
-    if (described != std::end(descriptions))
-        return QString::fromUtf8(described->what);
-    if (type == nullptr)
-        return QStringLiteral("unknown");
-    switch (type->content) {
-    case IcnsContent::Picture:
-        return QStringLiteral("picture, %1 points").arg(type->pixelSize);
-    case IcnsContent::Colors:
-        return QStringLiteral("colours, %1 points").arg(type->pixelSize);
-    case IcnsContent::Mask:
-        break;
-    }
-    return QStringLiteral("mask, %1 points").arg(type->pixelSize);
-}
-
 /// Whether a file inside an element of that type is shown wrongly in application bundles.
 bool failsInBundles(FourCharCode type) {
     constexpr FourCharCode types[] = {"ic04", "ic05", "icp4", "icp5", "icp6"};
@@ -109,6 +92,7 @@ class Inspector {
     }
 
     IcnsInspection result() {
+        m_result.elements.reserve(m_reader.elements().size());
         for (const IcnsElement& element : m_reader.elements())
             m_result.elements.push_back(inspected(element));
         return std::move(m_result);
@@ -117,14 +101,14 @@ class Inspector {
   private:
     IcnsInspection::Element inspected(const IcnsElement& element) {
         const IcnsElementType* type = icnsElementType(element.type);
-        IcnsInspection::Element result{element.type, whatIs(element.type, type), {}, element.data.size(), {}};
+        IcnsInspection::Element result;
+        result.type = element.type;
+        result.bytes = element.data.size();
         if (type != nullptr)
             result.info = icnsPictureInfo(*type, element.data);
-        if (m_seen.contains(element.type.value)) {
-            result.remarks << QStringLiteral(
-                "there is one of its type before it, which is the one that counts");
+        result.isRepeated = m_seen.contains(element.type.value);
+        if (result.isRepeated)
             return result;
-        }
         m_seen.insert(element.type.value);
         if (type != nullptr)
             result.remarks = remarks(element, *type, result.info);
@@ -160,10 +144,11 @@ class Inspector {
         QByteArrayView packed = element.data;
         if (info.encoding == IcnsEncoding::PlainArgb)
             result << QStringLiteral("it holds plain samples, which few readers know");
-        else if (type.hasLeadingZeros && !packed.startsWith(QByteArrayView("\0\0\0\0", 4)))
+        else if (type.hasLeadingZeros && !packed.startsWith(packedStart))
             result << QStringLiteral("its packed samples do not begin with four zero bytes");
         else
-            result << packedRemarks(type.hasLeadingZeros ? packed.sliced(4) : packed, type.pixelSize, 3);
+            result << packedRemarks(type.hasLeadingZeros ? packed.sliced(packedStart.size()) : packed,
+                                    type.pixelSize, 3);
         if (!m_types.contains(type.mask.value))
             result << QStringLiteral("there is no mask %1: it is opaque").arg(type.mask.text());
         return result;
@@ -219,6 +204,24 @@ Result<IcnsInspection> inspectIcns(const QByteArray& bytes) {
     if (!reader)
         return reader.error();
     return Inspector(*reader, bytes.size()).result();
+}
+
+QString icnsTypeDescription(FourCharCode type) {
+    const auto* described = std::ranges::find(descriptions, type, &Description::code);
+    if (described != std::end(descriptions))
+        return QString::fromUtf8(described->what);
+    const IcnsElementType* known = icnsElementType(type);
+    if (known == nullptr)
+        return QStringLiteral("unknown");
+    switch (known->content) {
+    case IcnsContent::Picture:
+        return QStringLiteral("picture, %1 points").arg(known->pixelSize);
+    case IcnsContent::Colors:
+        return QStringLiteral("colours, %1 points").arg(known->pixelSize);
+    case IcnsContent::Mask:
+        break;
+    }
+    return QStringLiteral("mask, %1 points").arg(known->pixelSize);
 }
 
 QString icnsEncodingName(IcnsEncoding encoding) {

@@ -12,10 +12,10 @@
 struct IcnsInspection {
     struct Element {
         FourCharCode type;
-        QString what;         ///< of the type, for people
-        IcnsPictureInfo info; ///< Unknown, and no size, of types that hold no picture or mask
-        qsizetype bytes = 0;  ///< of the data
-        QStringList remarks;  ///< sentences about what is odd
+        IcnsPictureInfo info;    ///< Unknown, and no size, of types that hold no picture or mask
+        qsizetype bytes = 0;     ///< of the data
+        bool isRepeated = false; ///< another of its type stands before it, which is the one that counts
+        QStringList remarks;     ///< sentences about what else is odd
     };
 
     std::vector<Element> elements; ///< in the file's order
@@ -25,6 +25,9 @@ struct IcnsInspection {
 /// Takes time in proportion to the number of elements: of several elements of one type only the first is
 /// looked into, and files inside are not decoded. Damaged as IcnsReader::open.
 Result<IcnsInspection> inspectIcns(const QByteArray& bytes);
+
+/// What a type stands for, for people.
+QString icnsTypeDescription(FourCharCode type);
 
 /// The encoding, for people.
 QString icnsEncodingName(IcnsEncoding encoding);

@@ -64,9 +64,9 @@ Result<QImage> colors(const IcnsElementType& type, QByteArrayView data, const Ic
     Result<QImage> image = plainArgb(data, side);
     if (icnsPictureInfo(type, data).encoding == IcnsEncoding::PackedColors) {
         if (type.hasLeadingZeros) {
-            if (data.size() < 4)
-                return damaged(QStringLiteral("packed samples break off"));
-            data = data.sliced(4);
+            if (!data.startsWith(packedStart))
+                return damaged(QStringLiteral("packed samples do not begin with four zero bytes"));
+            data = data.sliced(packedStart.size());
         }
         image = unpackedPlanes(data, side, {0, 1, 2});
         if (!image)
@@ -159,6 +159,8 @@ Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
     // What is small in the file could else become very large in memory, once for each element.
     if (const std::optional<Error> refused = refusedSize(*type, info.size))
         return *refused;
+    if (info.encoding != IcnsEncoding::Unknown && !info.size.isValid())
+        return damaged(QStringLiteral("the picture in the element %1 tells no size").arg(type->code.text()));
     const QByteArray bytes = QByteArray::fromRawData(element.data.data(), element.data.size());
     if (info.encoding == IcnsEncoding::Png)
         return readPng(bytes);
@@ -186,13 +188,29 @@ std::vector<IcnsElement> IcnsReader::pictureElements() const {
     return found;
 }
 
-Result<DecodedPicture> IcnsReader::largestPicture() const {
-    // The table lists types with more pixels first.
+const IcnsElement* IcnsReader::largestElement() const {
+    const IcnsElement* largest = nullptr;
+    int most = -1;
+    // The table lists types with more pixels first: they win a tie.
     for (const IcnsElementType& type : icnsElementTypes()) {
-        if (type.content == IcnsContent::Mask)
+        const IcnsElement* found = type.content == IcnsContent::Mask ? nullptr : element(type.code);
+        if (found == nullptr)
             continue;
-        if (const IcnsElement* found = element(type.code))
-            return picture(*found);
+        const QSize told = icnsPictureInfo(type, found->data).size;
+        const QSize size = told.isValid() ? told : QSize(type.pixelSize, type.pixelSize);
+        const int side = std::max(size.width(), size.height());
+        if (side > most) {
+            most = side;
+            largest = found;
+        }
     }
-    return Error{ErrorCode::Unsupported, QStringLiteral("the icns file holds no picture that is known here")};
+    return largest;
+}
+
+Result<DecodedPicture> IcnsReader::largestPicture() const {
+    const IcnsElement* largest = largestElement();
+    if (largest == nullptr)
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("the icns file holds no picture that is known here")};
+    return picture(*largest);
 }

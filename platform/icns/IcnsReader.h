@@ -45,7 +45,10 @@ class IcnsReader {
     /// files inside and for types that hold no picture, Damaged as `picture`.
     Result<QImage> samples(const IcnsElement& element) const;
 
-    /// The picture of the element with the most pixels. Unsupported where the file has no picture.
+    /// The element whose picture is the largest, as its header tells it; null where there is none.
+    const IcnsElement* largestElement() const;
+
+    /// The picture of that element. Unsupported where the file has no picture.
     Result<DecodedPicture> largestPicture() const;
 
   private:

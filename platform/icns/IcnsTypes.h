@@ -17,6 +17,9 @@ static_assert(sizeof(IcnsHeader) == 8);
 
 inline constexpr FourCharCode icnsMagic("icns");
 
+/// What stands before packed colours of 128 pixels.
+inline constexpr QByteArrayView packedStart("\0\0\0\0", 4);
+
 /// What packed ARGB samples begin with.
 inline constexpr QByteArrayView argbMark("ARGB");
 

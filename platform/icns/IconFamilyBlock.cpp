@@ -21,11 +21,10 @@ QByteArray header(FourCharCode code, qsizetype length) {
 
 /// Plain samples from packed red, green and blue.
 std::optional<QByteArray> unpacked(const IcnsElementType& type, QByteArrayView packed) {
-    constexpr qsizetype zeros = 4;
     if (type.hasLeadingZeros) {
-        if (packed.size() < zeros)
+        if (!packed.startsWith(packedStart))
             return std::nullopt;
-        packed = packed.sliced(zeros);
+        packed = packed.sliced(packedStart.size());
     }
     const qsizetype pixels = qsizetype{type.pixelSize} * type.pixelSize;
     QByteArray samples(4 * pixels, '\0');
@@ -78,7 +77,15 @@ std::optional<QByteArray> IconFamilyBlock::getIconFamilyData(const QByteArray& b
     if (element == nullptr)
         return std::nullopt;
     const IcnsElementType* known = icnsElementType(type);
-    const bool isPacked = known != nullptr && known->content == IcnsContent::Colors &&
-                          element->data.size() < qsizetype{4} * known->pixelSize * known->pixelSize;
-    return isPacked ? unpacked(*known, element->data) : std::optional(element->data.toByteArray());
+    const QByteArray plain = element->data.toByteArray();
+    if (known == nullptr || known->content != IcnsContent::Colors)
+        return plain;
+    // As the reader has it: what is just as long as plain samples is plain, all else packed. What is longer,
+    // and nothing packed, is plain too, with something behind it.
+    const qsizetype exact = qsizetype{4} * known->pixelSize * known->pixelSize;
+    if (plain.size() == exact)
+        return plain;
+    if (std::optional<QByteArray> samples = unpacked(*known, element->data))
+        return samples;
+    return plain.size() > exact ? std::optional(plain) : std::nullopt;
 }

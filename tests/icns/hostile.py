@@ -10,7 +10,7 @@ import pathlib
 import struct
 import sys
 
-from icns_format import COLORS, PICTURES, element, icns, literals, packed, png, png_of_size, runs
+from icns_format import COLORS, PICTURES, chunk, element, icns, literals, packed, png, png_of_size, runs
 
 
 @dataclasses.dataclass
@@ -87,15 +87,15 @@ def nests():
         yield broken(f"nested-{name}", icns(nested), "no picture")
     yield broken("many-empty-unknown", icns(element("abcd", b"") * 300000), "no picture")
     yield broken("many-empty-pictures", icns(element("ic10", b"") * 300000), "no known picture")
-    yield broken("many-empty-colours", icns(element("it32", b"") * 300000), "break off")
+    yield broken("many-empty-colours", icns(element("it32", b"") * 300000), "four zero bytes")
     yield broken("many-empty-masks", icns(element("t8mk", b"") * 300000), "no picture")
     yield odd("many-after-a-picture", icns(element("is32", packed(16, 1, 2, 3)), element("is32", b"") * 200000), 1)
     every = b"".join(element(code, b"") for code in PICTURES) + b"".join(element(code, b"") for code in COLORS)
     yield broken("every-type-empty", icns(every * 1000), "no known picture")
     small = element("is32", packed(16, 1, 2, 3))
-    yield odd("duplicate", icns(small, small), 1, "one of its type before it")
+    yield odd("duplicate", icns(small, small), 1, "more of its type follow the first")
     yield broken("first-of-three-is-broken", icns(element("is32", b"\x05"), small, small), "break off",
-                 "one of its type before it")
+                 "more of its type follow the first")
     toc = struct.pack(">4sI", b"is32", len(small))
     yield odd("contents-right", icns(element("TOC ", toc), small), 1)
     for name, wrong in {"empty": b"", "short": toc[:5], "long": toc + toc, "other": b"il32" + toc[4:],
@@ -113,7 +113,12 @@ def pictures():
         plain = bytes([255, 1, 2, 3]) * (side * side)
         yield broken(f"{code}-empty", one(b""), "no known picture", "no picture that is known")
         yield broken(f"{code}-noise", one(bytes(range(1, 100))), "no known picture", "no picture that is known")
-        yield broken(f"{code}-png-start", one(b"\x89PNG"), "damaged", "breaks off")
+        yield broken(f"{code}-png-start", one(b"\x89PNG"), "no known picture", "no picture that is known")
+        yield broken(f"{code}-png-signature", one(b"\x89PNG\r\n\x1a\n"), "tells no size", "breaks off")
+        # A chunk before the header that looks like a small one.
+        hidden = png_of_size(4096, 4096)
+        hidden = hidden[:8] + chunk(b"prVt", struct.pack(">II", 16, 16)) + hidden[8:]
+        yield broken(f"{code}-png-hidden-size", one(hidden), "tells no size", "breaks off")
         yield broken(f"{code}-png-cut", one(png(side, side)[:-20]), "damaged")
         yield broken(f"{code}-png-crc", one(png(side, side)[:-5] + b"xxxxx"), "damaged")
         for width, height in ((65535, 65535), (0x7fffffff, 0x7fffffff), (1025, 1), (1, 1025), (16384, 16384)):
@@ -123,6 +128,11 @@ def pictures():
         yield odd(f"{code}-png-7x5", one(png(7, 5)), 1, "it holds 7 × 5 pixels")
         yield broken(f"{code}-jp2-start", one(b"\0\0\0\x0cjP  \r\n\x87\n"), "damaged", "breaks off")
         yield broken(f"{code}-codestream-start", one(b"\xff\x4f\xff\x51"), "damaged", "breaks off")
+        # Very many tiles, and very many components.
+        tiles = b"\xff\x4f\xff\x51" + struct.pack(">HHIIIIIIIIH", 50, 0, 1020, 1020, 0, 0, 4, 4, 0, 0, 4)
+        yield broken(f"{code}-codestream-tiles", one(tiles + b"\7\1\1" * 4 + bytes(100)), "tells no size", "breaks off")
+        parts = b"\xff\x4f\xff\x51" + struct.pack(">HHIIIIIIIIH", 38 + 3 * 120, 0, side, side, 0, 0, side, side, 0, 0, 120)
+        yield broken(f"{code}-codestream-components", one(parts + b"\7\1\1" * 120 + bytes(100)), "")
         box = b"\xff\x4f\xff\x51" + struct.pack(">HHIIIIIIIIH", 47, 0, 65535, 65535, 0, 0, 65535, 65535, 0, 0, 4)
         yield broken(f"{code}-codestream-65535", one(box + bytes(100)), "damaged", "its type stands for")
         jp2 = b"\0\0\0\x0cjP  \r\n\x87\n"
@@ -139,6 +149,10 @@ def pictures():
         yield odd(f"{code}-argb-followed", one(b"ARGB" + packed(side, 255, 1, 2, 3) + b"xy"), 1,
                   "2 bytes follow its samples")
         yield odd(f"{code}-plain", one(plain), 1, "plain samples")
+        # Samples that begin as something else does.
+        for name, start in {"png": b"\x89PNG", "png-signature": b"\x89PNG\r\n\x1a\n", "codestream": b"\xff\x4f\xff\x51",
+                            "argb": b"ARGB", "jp2": b"\0\0\0\x0cjP  "}.items():
+            yield odd(f"{code}-plain-as-{name}", one((start * (side * side))[:4 * side * side]), 1, "plain samples")
         yield broken(f"{code}-plain-short", one(plain[:-1]), "no known picture", "no picture that is known")
         yield broken(f"{code}-plain-long", one(plain + b"x"), "no known picture", "no picture that is known")
 
@@ -151,7 +165,7 @@ def colors():
 
         def one(data, *more):
             return icns(element(code, zeros + data), *more)
-        yield broken(f"{code}-empty", icns(element(code, b"")), "break off")
+        yield broken(f"{code}-empty", icns(element(code, b"")), "four zero bytes" if zeros else "break off")
         yield broken(f"{code}-two-channels", one(packed(side, 1, 2)), "break off", "break off")
         yield broken(f"{code}-cut", one(packed(side, 1, 2, 3)[:-1]), "break off", "break off")
         yield broken(f"{code}-run-without-value", one(b"\xff"), "break off", "break off")
@@ -169,9 +183,11 @@ def colors():
         yield odd(f"{code}-long-mask", icns(element(code, good), element(mask, bytes(count + 1))), 1,
                   f"{count + 1} bytes instead of {count}")
         yield broken(f"{mask}-alone", icns(element(mask, bytes(count))), "no picture", "whose mask it would be")
-    yield broken("it32-without-zeros", icns(element("it32", packed(128, 1, 2, 3))), "break off",
+    yield broken("it32-without-zeros", icns(element("it32", packed(128, 1, 2, 3))), "four zero bytes",
                  "do not begin with four zero bytes")
-    yield broken("it32-three-bytes", icns(element("it32", b"\0\0\0")), "break off")
+    yield broken("it32-other-bytes", icns(element("it32", b"\xfd\1" + packed(128, 1, 2, 3) + b"\xfd\0")), "four zero bytes",
+                 "do not begin with four zero bytes")
+    yield broken("it32-three-bytes", icns(element("it32", b"\0\0\0")), "four zero bytes")
 
 
 GROUPS = {"containers": containers, "nests": nests, "pictures": pictures, "colors": colors}
