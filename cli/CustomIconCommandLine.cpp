@@ -28,7 +28,9 @@ Parsed<CustomIconOptions> optionsFrom(const CustomIconWords& words) {
 
 Command command(CLI::App* app, const std::shared_ptr<CustomIconWords>& words,
                 int (*run)(const CustomIconOptions&)) {
-    const auto prepare = [words, run]() -> Parsed<Work> {
+    const auto prepare = [words, run, app]() -> Parsed<Work> {
+        if (app->get_option_no_throw("FILE.icns") != nullptr && words->options.file.empty())
+            return UsageError{"FILE.icns is empty"};
         const Parsed<CustomIconOptions> options = optionsFrom(*words);
         if (const auto* error = std::get_if<UsageError>(&options))
             return *error;

@@ -3,6 +3,7 @@
 #include "cli/InputFile.h"
 #include "cli/Terminal.h"
 #include "iconfamily/IconFamily.h"
+#include "platform/FilePath.h"
 #include "platform/fork/AppleDoubleForkStore.h"
 #include "platform/fork/ResourceFile.h"
 #include "platform/icns/IcnsReader.h"
@@ -23,10 +24,14 @@ QString causeOf(const QString& path) {
     const ForkStore& store = ForkStore::current();
     if (const Result<FinderInfo> info = store.finderInfo(path); !info)
         return info.error().sentence;
-    if (!QFileInfo(path).isDir()) {
-        const Result<std::unique_ptr<ResourceFile>> file = ResourceFile::open(path);
+    const bool isFolder = QFileInfo(path).isDir();
+    const QString withFork = isFolder ? appendingPathComponent(path, QStringLiteral("Icon\r")) : path;
+    if (!isFolder || QFileInfo::exists(withFork)) {
+        const Result<std::unique_ptr<ResourceFile>> file = ResourceFile::open(withFork);
         if (!file)
             return file.error().sentence;
+        if ((*file)->fork().isReadOnly())
+            return QStringLiteral("%1: its resource fork is read-only").arg(path);
     }
     return QStringLiteral("%1: something in its folder could not be written").arg(path);
 }
@@ -70,7 +75,9 @@ int runCustomIconSet(const CustomIconOptions& options) {
         const bool isSet =
             isFolder ? family->setAsCustomIconForDirectory(options.path, options.compatibility, &error)
                      : family->setAsCustomIconForFile(options.path, options.compatibility, &error);
-        told = error.sentence;
+        // That a file which is made has no date yet is no cause.
+        if (isFolder)
+            told = error.sentence;
         if (isSet && isNew)
             Terminal::warning(
                 QStringLiteral("%1: there was no such file; an empty one was made").arg(options.path));

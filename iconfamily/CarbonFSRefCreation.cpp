@@ -10,6 +10,7 @@ bool CarbonFSRefCreation::getFSRef(const QString& path, FSRef& reference, bool c
         return false;
     if (!QFileInfo::exists(path) && (!createFileIfNecessary || !AtomicFile::write(path, {})))
         return false;
-    reference.path = QFileInfo(path).absoluteFilePath();
-    return true;
+    // The item itself, whatever links lead to it.
+    reference.path = QFileInfo(path).canonicalFilePath();
+    return !reference.path.isEmpty();
 }

@@ -4,7 +4,7 @@
 
 /// A reference to an item that exists.
 struct FSRef {
-    QString path; ///< absolute
+    QString path; ///< absolute, without links
 };
 
 /// What paths are asked for besides what a text can.

@@ -52,13 +52,23 @@ bool tell(const Result<T>& result, Error* error) {
     return result.operator bool();
 }
 
+/// Takes the icon out of a fork, if it has one; false where it may not be.
+bool removeIcon(ResourceFork& fork) {
+    const Resource* icon = fork.resource(familyResource, customIconNumber);
+    if (fork.isReadOnly() || (icon != nullptr && (icon->attributes & Resource::isProtected) != 0))
+        return false;
+    fork.removeResource(familyResource, customIconNumber);
+    return true;
+}
+
 /// Puts the family into the resource fork of that item.
 bool addToFork(const IconFamily& family, const QString& path, bool withCompatibility) {
     const Result<std::unique_ptr<ResourceFile>> file = ResourceFile::open(path);
     if (!file)
         return false;
     ResourceFork& fork = (*file)->fork();
-    fork.removeResource(familyResource, customIconNumber);
+    if (!removeIcon(fork))
+        return false;
     fork.addResource({familyResource, customIconNumber, QByteArray(), 0, family.data()});
     if (withCompatibility) {
         for (const FourCharCode type : compatibilityTypes)
@@ -90,7 +100,10 @@ bool IconFamily::setAsCustomIconForFile(const QString& path, bool withCompatibil
     FSRef parent;
     if (!getFSRef(folder, parent, false))
         return false;
-    FSRef file{appendingPathComponent(parent.path, lastPathComponent(path))};
+    // A link leads to the file that gets the icon.
+    FSRef file;
+    if (!getFSRef(path, file, false))
+        file.path = appendingPathComponent(parent.path, lastPathComponent(path));
     const Result<ForkStore::Created> created = store.createResourceFork(file.path, std::nullopt);
     if (!created || (*created == ForkStore::Created::WasThere && !getFSRef(path, file, false)))
         return false;
@@ -119,7 +132,7 @@ bool IconFamily::setAsCustomIconForDirectory(const QString& path, bool withCompa
     if (QFileInfo::exists(iconPath) && !tell(store.removeItem(iconPath), error))
         return false;
     FSRef icon;
-    if (!getFSRef(iconPath, icon, true))
+    if (!store.removeRemains(iconPath) || !getFSRef(iconPath, icon, true))
         return false;
     Result<FinderInfo> info = store.finderInfo(icon.path);
     if (!info)
@@ -142,8 +155,7 @@ bool IconFamily::removeCustomIconFromFile(const QString& path) {
     const Result<std::unique_ptr<ResourceFile>> file = ResourceFile::open(item.path);
     if (!file)
         return false;
-    (*file)->fork().removeResource(familyResource, customIconNumber);
-    if (!(*file)->close() || !unmarkCustomIcon(item.path))
+    if (!removeIcon((*file)->fork()) || !(*file)->close() || !unmarkCustomIcon(item.path))
         return false;
     return store.notifyChanged(deletingLastPathComponent(item.path)).operator bool();
 }

@@ -2,10 +2,12 @@
 
 #include "platform/Unpremultiply.h"
 
+#include <QHash>
+
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <map>
-#include <numeric>
 #include <optional>
 
 namespace {
@@ -42,6 +44,7 @@ std::optional<std::vector<Rgb>> fewColors(const QImage& straight) {
     if (seen.size() > largestTable)
         return std::nullopt;
     std::vector<Rgb> colors;
+    colors.reserve(seen.size());
     for (const auto& [color, isSeen] : seen)
         colors.push_back(color);
     return colors;
@@ -53,26 +56,45 @@ struct Cell {
     double count = 0;
 };
 
-/// The cells that have pixels, with 5 bits a channel.
-std::vector<Cell> histogram(const QImage& straight) {
-    constexpr int dropped = 3;
-    constexpr int bits = 5;
-    std::vector<Cell> grid(std::size_t{1} << (3 * bits));
+/// The cells that have pixels, of a grid with that many bits a channel; no value where there are too many.
+std::optional<std::vector<Cell>> cellsOf(const QImage& straight, int bits, std::size_t most) {
+    const int dropped = 8 - bits;
+    QHash<quint32, std::size_t> places;
+    std::vector<Cell> cells;
     forEachPixel(straight, [&](const uchar* pixel) {
-        if (!isOpaque(pixel))
+        if (!isOpaque(pixel) || cells.size() > most)
             return;
-        Cell& cell = grid[static_cast<std::size_t>((pixel[0] >> dropped) << (2 * bits) |
-                                                   (pixel[1] >> dropped) << bits | pixel[2] >> dropped)];
+        const auto at = static_cast<quint32>((pixel[0] >> dropped) << (2 * bits) |
+                                             (pixel[1] >> dropped) << bits | pixel[2] >> dropped);
+        const auto known = places.constFind(at);
+        const std::size_t place = known != places.constEnd() ? *known : cells.size();
+        if (known == places.constEnd()) {
+            places.insert(at, place);
+            cells.emplace_back();
+        }
+        Cell& cell = cells[place];
         ++cell.count;
         for (std::size_t channel = 0; channel < 3; ++channel)
             cell.mean[channel] += pixel[channel];
     });
-    std::erase_if(grid, [](const Cell& cell) { return cell.count == 0; });
-    for (Cell& cell : grid) {
+    if (cells.size() > most)
+        return std::nullopt;
+    for (Cell& cell : cells) {
         for (double& channel : cell.mean)
             channel /= cell.count;
     }
-    return grid;
+    return cells;
+}
+
+/// The finest grid with a number of cells that can be handled: a picture of few colours keeps them apart.
+std::vector<Cell> histogram(const QImage& straight) {
+    constexpr std::size_t most = 1 << 15;
+    constexpr int coarsest = 5;
+    for (int bits = 8; bits > coarsest; --bits) {
+        if (std::optional<std::vector<Cell>> cells = cellsOf(straight, bits, most))
+            return std::move(*cells);
+    }
+    return *cellsOf(straight, coarsest, most);
 }
 
 /// A range of cells that one colour stands for.
@@ -178,7 +200,7 @@ std::vector<Rgb> bestColors(const QImage& straight) {
     for (const Mean& mean : table) {
         Rgb color{};
         for (std::size_t channel = 0; channel < 3; ++channel)
-            color[channel] = static_cast<std::uint8_t>(mean[channel] + 0.5);
+            color[channel] = static_cast<std::uint8_t>(std::lround(mean[channel]));
         colors.push_back(color);
     }
     return colors;

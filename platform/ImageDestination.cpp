@@ -10,31 +10,37 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 namespace {
 
 /// A type that holds one picture.
 struct Encoder {
     const char* type;
+    int longestSide; ///< that the format can hold
     QByteArray (*encode)(const QImage& image, const ImageProperties& properties);
 };
 
 constexpr qint32 lzw = 5;
+constexpr int unlimited = std::numeric_limits<int>::max();
 
 constexpr Encoder encoders[] = {
-    {ImageDestination::jpegType,
+    {ImageDestination::jpegType, 65500,
      [](const QImage& image, const ImageProperties& properties) {
          return encodeJpeg(image, static_cast<double>(properties.lossyCompressionQuality.value_or(1)));
      }},
-    {ImageDestination::tiffType,
+    {ImageDestination::tiffType, unlimited,
      [](const QImage& image, const ImageProperties& properties) {
          return encodeTiff(image,
                            properties.tiffCompression == lzw ? TiffCompression::Lzw : TiffCompression::None);
      }},
-    {ImageDestination::bmpType, [](const QImage& image, const ImageProperties&) { return encodeBmp(image); }},
-    {ImageDestination::gifType, [](const QImage& image, const ImageProperties&) { return encodeGif(image); }},
-    {ImageDestination::pngType, [](const QImage& image, const ImageProperties&) { return encodePng(image); }},
-    {ImageDestination::jpeg2000Type,
+    {ImageDestination::bmpType, unlimited,
+     [](const QImage& image, const ImageProperties&) { return encodeBmp(image); }},
+    {ImageDestination::gifType, 65535,
+     [](const QImage& image, const ImageProperties&) { return encodeGif(image); }},
+    {ImageDestination::pngType, unlimited,
+     [](const QImage& image, const ImageProperties&) { return encodePng(image); }},
+    {ImageDestination::jpeg2000Type, unlimited,
      [](const QImage& image, const ImageProperties&) { return encodeJpeg2000(image); }},
 };
 
@@ -55,11 +61,18 @@ std::unique_ptr<ImageDestination> ImageDestination::create(const QString& path, 
     return std::unique_ptr<ImageDestination>(new ImageDestination(path, type, count));
 }
 
-void ImageDestination::addImage(const QImage& image, const ImageProperties& properties) {
+void ImageDestination::addImage(const QImage& picture, const ImageProperties& properties) {
     --m_missing;
+    const bool isOurs = picture.format() == QImage::Format_RGBA8888_Premultiplied;
+    const QImage image = isOurs ? picture : picture.convertedTo(QImage::Format_RGBA8888_Premultiplied);
     if (const Encoder* encoder = encoderOf(m_type)) {
+        if (std::max(image.width(), image.height()) > encoder->longestSide) {
+            m_error = {ErrorCode::TooLarge,
+                       QStringLiteral("this format holds no more than %1 pixels in a row or column")
+                           .arg(encoder->longestSide)};
+            return;
+        }
         m_file = encoder->encode(image, properties);
-        m_hasFailed = m_hasFailed || m_file.isEmpty();
         m_largestSize = image.size();
         return;
     }
@@ -73,7 +86,7 @@ Result<Done> ImageDestination::finalize() {
     if (!m_icns.isEmpty())
         m_file = m_icns.data();
     if (m_missing != 0 || m_hasFailed || m_file.isEmpty())
-        return Error{ErrorCode::Malformed, QStringLiteral("one of its pictures can't be made")};
+        return m_error;
     Result<Done> written = AtomicFile::write(m_path, m_file);
     if (written)
         m_bytesWritten = m_file.size();

@@ -34,11 +34,11 @@ class ImageDestination {
     /// so many (all but icns hold one), or the path is none. Nothing is written before `finalize`.
     static std::unique_ptr<ImageDestination> create(const QString& path, const QString& type, int count);
 
-    /// Adds a picture. In an icon container a size without an element is left out.
-    void addImage(const QImage& image, const ImageProperties& properties = {});
+    /// Adds a picture of any format. In an icon container a size without an element is left out.
+    void addImage(const QImage& picture, const ImageProperties& properties = {});
 
     /// Writes the file, whole or not at all. Malformed where not all pictures were added, one could
-    /// not be encoded, or none could be kept.
+    /// not be encoded, or none could be kept; TooLarge where one is longer than the format can tell.
     Result<Done> finalize();
 
     /// The file's size after `finalize`.
@@ -57,6 +57,7 @@ class ImageDestination {
     IcnsWriter m_icns;
     QByteArray m_file; ///< of the types that hold one picture
     bool m_hasFailed = false;
+    Error m_error{ErrorCode::Malformed, QStringLiteral("one of its pictures can't be made")};
     QSize m_largestSize;
     qint64 m_bytesWritten = 0;
 };

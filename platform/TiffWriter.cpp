@@ -17,6 +17,11 @@ void describe(TIFF* tiff, const QImage& raster, std::uint16_t alphaKind) {
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
     TIFFSetField(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
+    // Every RGB file has a resolution; nobody knows one of these pixels.
+    constexpr double pixelsPerInch = 72;
+    TIFFSetField(tiff, TIFFTAG_XRESOLUTION, pixelsPerInch);
+    TIFFSetField(tiff, TIFFTAG_YRESOLUTION, pixelsPerInch);
+    TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
 }
 
 bool writePlain(TIFF* tiff, const QImage& raster) {

@@ -107,6 +107,10 @@ Result<AppleDouble> AppleDouble::parse(const QByteArray& bytes) {
         return damaged("it does not begin as one");
     if (header.version != version2)
         return Error{ErrorCode::Unsupported, QStringLiteral("the AppleDouble file is of an unknown version")};
+    constexpr int mostEntries = 256;
+    if (header.entryCount > mostEntries)
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("the AppleDouble file has %1 entries").arg(header.entryCount)};
     AppleDouble result;
     result.m_filler = QByteArray(header.filler, sizeof header.filler);
     qsizetype total = 0;
@@ -129,9 +133,16 @@ Result<AppleDouble> AppleDouble::parse(const QByteArray& bytes) {
 }
 
 QByteArray AppleDouble::data() const {
+    const Entry emptyInfo{finderInfoEntry, QByteArray(FinderInfo::size, '\0'), 0};
+    const Entry emptyFork{resourceForkEntry, {}, 0};
     std::vector<const Entry*> ordered;
+    ordered.reserve(m_entries.size() + 2);
     for (const Entry& entry : m_entries)
         ordered.push_back(&entry);
+    if (find(finderInfoEntry) == nullptr)
+        ordered.push_back(&emptyInfo);
+    if (find(resourceForkEntry) == nullptr)
+        ordered.push_back(&emptyFork);
     const auto rank = [](const Entry* entry) {
         return entry->identifier == finderInfoEntry ? 0 : entry->identifier == resourceForkEntry ? 2 : 1;
     };

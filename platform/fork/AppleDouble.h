@@ -11,13 +11,15 @@
 /// file's. A value. Entries that are not asked for here stay as they are. Source: RFC 1740, appendix B.
 class AppleDouble {
   public:
-    /// One without any entry.
+    /// One with nothing in it.
     AppleDouble() = default;
 
-    /// Damaged where `bytes` are no whole AppleDouble file, Unsupported for another version.
+    /// Damaged where `bytes` are no whole AppleDouble file, Unsupported for another version and for more
+    /// entries than anybody writes.
     static Result<AppleDouble> parse(const QByteArray& bytes);
 
-    /// The file. Finder information comes first and the resource fork last, as macOS wants them.
+    /// The file. Finder information comes first and the resource fork last, and both are there even where
+    /// they are empty: macOS reads no other.
     QByteArray data() const;
 
     /// Empty without one.

@@ -1,11 +1,14 @@
 #include "platform/fork/AppleDoubleForkStore.h"
 
 #include "platform/AtomicFile.h"
+#include "platform/FilePath.h"
 #include "platform/RegularFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <limits>
@@ -35,18 +38,52 @@ Result<AppleDouble> contentsOf(const QString& path, const QString& sidecar) {
     return parsed;
 }
 
+/// The name of an item in the folder that it stands in, where links on the way to it are followed.
+QString ownPath(const QString& path) {
+    const QString absolute = QDir::current().absoluteFilePath(path);
+    const QString folder = QFileInfo(deletingLastPathComponent(absolute)).canonicalFilePath();
+    return folder.isEmpty() ? absolute : appendingPathComponent(folder, lastPathComponent(absolute));
+}
+
+QString beside(const QString& path) {
+    return appendingPathComponent(deletingLastPathComponent(path),
+                                  QLatin1String("._") + lastPathComponent(path));
+}
+
+/// Replaces an AppleDouble file.
+Result<Done> writeSidecar(const QString& sidecar, const QString& item, const AppleDouble& contents) {
+    struct stat status {};
+    const auto has = [&](const QString& path) {
+        return stat(QFile::encodeName(path).constData(), &status) == 0;
+    };
+    const bool hasMode = has(sidecar) || has(item);
+    if (const Result<Done> written = AtomicFile::write(sidecar, contents.data()); !written)
+        return written.error();
+    constexpr mode_t readAndWrite = 0666;
+    if (hasMode && chmod(QFile::encodeName(sidecar).constData(), status.st_mode & readAndWrite) != 0)
+        return Error{ErrorCode::NotWritable,
+                     QStringLiteral("%1: %2").arg(sidecar, AtomicFile::systemSentence(errno))};
+    return Done{};
+}
+
 } // namespace
 
 QString AppleDoubleForkStore::sidecarPath(const QString& path) {
-    const QString absolute = QDir::cleanPath(QDir::current().absoluteFilePath(path));
-    const qsizetype slash = absolute.lastIndexOf(u'/');
-    return absolute.left(slash + 1) + QLatin1String("._") + absolute.mid(slash + 1);
+    // The file system's own names: ".." behind a link is not what it seems.
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    return beside(canonical.isEmpty() ? ownPath(path) : canonical);
 }
 
 Result<Done> AppleDoubleForkStore::removeItem(const QString& path) {
+    // Of a link its own: what it leads to stays.
+    const QString own = ownPath(path);
     if (const Result<Done> removed = FileForkStore::removeItem(path); !removed)
         return removed.error();
-    const QString sidecar = sidecarPath(path);
+    return removeRemains(own);
+}
+
+Result<Done> AppleDoubleForkStore::removeRemains(const QString& path) {
+    const QString sidecar = beside(ownPath(path));
     const QFileInfo info(sidecar);
     return info.exists() || info.isSymLink() ? FileForkStore::removeItem(sidecar) : Result<Done>(Done{});
 }
@@ -64,7 +101,7 @@ Result<Done> AppleDoubleForkStore::setResourceFork(const QString& path, const QB
     if (!contents)
         return contents.error();
     contents->setResourceFork(fork);
-    return AtomicFile::write(sidecar, contents->data());
+    return writeSidecar(sidecar, path, *contents);
 }
 
 Result<FinderInfo> AppleDoubleForkStore::finderInfo(const QString& path) const {
@@ -79,6 +116,9 @@ Result<Done> AppleDoubleForkStore::setFinderInfo(const QString& path, const Find
     Result<AppleDouble> contents = contentsOf(path, sidecar);
     if (!contents)
         return contents.error();
+    // What is as it should be needs no file.
+    if (contents->finderInfo() == info)
+        return Done{};
     contents->setFinderInfo(info);
-    return AtomicFile::write(sidecar, contents->data());
+    return writeSidecar(sidecar, path, *contents);
 }

@@ -21,6 +21,8 @@ ssize_t getAttribute(const char* path, const char* name, void* value, std::size_
 }
 
 int setAttribute(const char* path, const char* name, const void* value, std::size_t size) {
+    // A resource fork is written over, not replaced: what is left of a longer one would stay.
+    removexattr(path, name, 0);
     return setxattr(path, name, value, size, 0, 0);
 }
 #else

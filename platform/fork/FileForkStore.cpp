@@ -42,6 +42,10 @@ Result<Done> FileForkStore::removeItem(const QString& path) {
                    isThere ? file.errorString() : AtomicFile::systemSentence(ENOENT));
 }
 
+Result<Done> FileForkStore::removeRemains(const QString& /*path*/) {
+    return Done{};
+}
+
 Result<ForkStore::FileTime> FileForkStore::modificationDate(const QString& path) const {
     struct stat status {};
     if (!isPath(path))
@@ -69,14 +73,16 @@ Result<Done> FileForkStore::setModificationDate(const QString& path, const FileT
 
 Result<ForkStore::Created> FileForkStore::createResourceFork(const QString& path,
                                                              const std::optional<FinderInfo>& info) {
-    const bool wasThere = isPath(path) && QFileInfo::exists(path);
+    const QFileInfo item(path);
+    const bool wasThere = isPath(path) && (item.exists() || item.isSymLink());
+    if (wasThere && (item.isDir() || !item.exists()))
+        return Created::WasThere;
     if (!wasThere) {
+        if (const Result<Done> removed = removeRemains(path); !removed)
+            return removed.error();
         if (const Result<Done> made = AtomicFile::write(path, {}); !made)
             return made.error();
     }
-    // Folders have none.
-    if (QFileInfo(path).isDir())
-        return Created::WasThere;
     const Result<QByteArray> before = resourceFork(path);
     if (!before)
         return before.error();

@@ -7,6 +7,8 @@ class FileForkStore : public ForkStore {
   public:
     bool isAvailable() const override { return true; }
     Result<Done> removeItem(const QString& path) override;
+    /// Nothing: what belongs to an item goes with it.
+    Result<Done> removeRemains(const QString& path) override;
     Result<FileTime> modificationDate(const QString& path) const override;
     Result<Done> setModificationDate(const QString& path, const FileTime& date) override;
     Result<Created> createResourceFork(const QString& path, const std::optional<FinderInfo>& info) override;

@@ -5,8 +5,8 @@
 #include <QByteArray>
 #include <QtEndian>
 
+#include <algorithm>
 #include <array>
-#include <cstring>
 
 /// The 32 bytes that the file browser of macOS keeps of a file or folder, big-endian. Of a file the first
 /// four are its type and the next four its creator; the flags stand in the same place for both. Source:
@@ -24,7 +24,7 @@ class FinderInfo {
     FinderInfo() = default;
     /// The first 32 of `bytes`; what is missing is zero.
     explicit FinderInfo(QByteArrayView bytes) {
-        std::memcpy(m_bytes.data(), bytes.data(), static_cast<std::size_t>(std::min(size, bytes.size())));
+        std::copy_n(bytes.begin(), std::min(size, bytes.size()), m_bytes.begin());
     }
 
     QByteArray bytes() const { return {m_bytes.data(), size}; }

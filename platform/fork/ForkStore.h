@@ -35,16 +35,18 @@ class ForkStore {
 
     /// Removes a file, or a folder with all that it holds, and what the store keeps of it.
     virtual Result<Done> removeItem(const QString& path) = 0;
+    /// Removes what the store may still keep of an item that is gone, before a new one of its name is made.
+    virtual Result<Done> removeRemains(const QString& path) = 0;
 
     virtual Result<FileTime> modificationDate(const QString& path) const = 0;
     virtual Result<Done> setModificationDate(const QString& path, const FileTime& date) = 0;
 
     /// The fork's bytes; empty for an item without one.
     virtual Result<QByteArray> resourceFork(const QString& path) const = 0;
-    /// Whole or not at all.
+    /// As whole as the store's place writes it.
     virtual Result<Done> setResourceFork(const QString& path, const QByteArray& fork) = 0;
-    /// Makes a fork without resources: of a new file where there is none of that name, else of the one that
-    /// is there unless it has one already.
+    /// Makes a fork without resources: of a new file where there is nothing of that name, else of the file
+    /// that is there unless it has one already. Folders, and links that lead nowhere, are left alone.
     virtual Result<Created> createResourceFork(const QString& path,
                                                const std::optional<FinderInfo>& info) = 0;
 

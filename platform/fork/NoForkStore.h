@@ -7,6 +7,7 @@ class NoForkStore final : public ForkStore {
   public:
     bool isAvailable() const override { return false; }
     Result<Done> removeItem(const QString& /*path*/) override { return refusal(); }
+    Result<Done> removeRemains(const QString& /*path*/) override { return refusal(); }
     Result<FileTime> modificationDate(const QString& /*path*/) const override { return refusal(); }
     Result<Done> setModificationDate(const QString& /*path*/, const FileTime& /*date*/) override {
         return refusal();

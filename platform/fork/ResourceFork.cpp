@@ -305,6 +305,11 @@ const Resource* ResourceFork::resource(FourCharCode type, qint16 number) const {
     return found != m_resources.end() ? &*found : nullptr;
 }
 
+bool ResourceFork::isReadOnly() const {
+    constexpr quint16 mapReadOnly = 0x80;
+    return (m_attributes & mapReadOnly) != 0;
+}
+
 void ResourceFork::addResource(Resource resource) {
     m_resources.push_back(std::move(resource));
 }

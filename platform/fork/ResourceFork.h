@@ -10,6 +10,9 @@
 
 /// One resource of a fork.
 struct Resource {
+    /// The attribute of a resource that may be neither changed nor removed.
+    static constexpr quint8 isProtected = 0x08;
+
     FourCharCode type;
     qint16 number = 0;
     std::optional<QByteArray> name; ///< at most 255 bytes, in the classic text encoding
@@ -41,6 +44,9 @@ class ResourceFork {
 
     /// Puts the resource behind the others, even where there is one of its type and number.
     void addResource(Resource resource);
+
+    /// Whether the whole fork is meant to stay as it is.
+    bool isReadOnly() const;
 
     /// Takes the first resource of that type and number out; whether there was one.
     bool removeResource(FourCharCode type, qint16 number);

@@ -237,3 +237,32 @@ TEST_F(ImageExportTest, a_destination_holds_what_its_type_can) {
     EXPECT_EQ(second->largestSize(), QSize(4, 2));
     EXPECT_EQ(second->bytesWritten(), QFileInfo(path()).size());
 }
+
+TEST_F(ImageExportTest, gif_of_a_narrow_range_keeps_its_colours_apart) {
+    const QImage grey = Pictures::raster(256, 4, [](int x, int) { return QColor(x, x, x); });
+    EXPECT_LE(largestDifference(roundTrip(Gif, grey), grey), 2);
+    const QImage narrow =
+        Pictures::raster(32, 32, [](int x, int y) { return QColor(100 + x, 100 + y, 90 + (x + y) / 4); });
+    EXPECT_GT(indexedPicture(narrow).colors.size(), 200U);
+    EXPECT_LE(largestDifference(roundTrip(Gif, narrow), narrow), 6);
+}
+
+TEST_F(ImageExportTest, a_format_that_cannot_tell_so_many_pixels_says_so) {
+    const Result<Done> saved =
+        ImageExport::saveImageInSelectedFormat(Gif, path(), Pictures::flat(65536, 1, Qt::red));
+    ASSERT_FALSE(saved);
+    EXPECT_EQ(saved.error().code, ErrorCode::TooLarge);
+    EXPECT_TRUE(saved.error().sentence.contains(QStringLiteral("65535")));
+}
+
+TEST_F(ImageExportTest, pictures_of_any_format_are_taken) {
+    QImage grey(40, 30, QImage::Format_Grayscale8);
+    grey.fill(77);
+    QImage straight(40, 30, QImage::Format_RGBA8888);
+    straight.fill(QColor(200, 100, 50, 0));
+    for (quint64 number = 0; number < 6; ++number) {
+        EXPECT_EQ(roundTrip(number, grey).pixelColor(39, 29), QColor(77, 77, 77)) << number;
+        const QColor clear = roundTrip(number, straight).pixelColor(39, 29);
+        EXPECT_EQ(clear, number == Jpeg ? QColor(Qt::white) : QColor(0, 0, 0, 0)) << number;
+    }
+}

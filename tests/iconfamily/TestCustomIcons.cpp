@@ -30,7 +30,13 @@ class FailingStore final : public FileForkStore {
         return false;
     };
     QStringList changed;
+    bool changesDates = false;
 
+    Result<Done> removeRemains(const QString& path) override {
+        if (fails(QStringLiteral("remains"), path))
+            return refusal();
+        return m_store.removeRemains(path);
+    }
     Result<Done> removeItem(const QString& path) override {
         if (fails(QStringLiteral("remove"), path))
             return refusal();
@@ -68,6 +74,9 @@ class FailingStore final : public FileForkStore {
     }
     Result<Done> setFinderInfo(const QString& path, const FinderInfo& info) override {
         if (fails(QStringLiteral("set info"), path))
+            return refusal();
+        // A store may touch the item itself.
+        if (changesDates && !m_store.setModificationDate(path, {5, 5}))
             return refusal();
         return m_store.setFinderInfo(path, info);
     }
@@ -157,13 +166,74 @@ TEST_F(CustomIcons, a_file_gets_the_family_as_a_resource_and_the_flag) {
     EXPECT_EQ(file.readAll(), "data");
 }
 
-TEST_F(CustomIcons, a_file_keeps_its_modification_date) {
+TEST_F(CustomIcons, a_file_keeps_its_modification_date_and_a_folder_does_not) {
     const ForkStore::FileTime date{1000000000, 7};
+    store.changesDates = true;
     ASSERT_TRUE(store.setModificationDate(item, date));
     ASSERT_TRUE(family->setAsCustomIconForFile(item));
     EXPECT_EQ(*store.modificationDate(item), date);
+    ASSERT_TRUE(store.setModificationDate(folder, date));
+    ASSERT_TRUE(family->setAsCustomIconForDirectory(folder));
+    EXPECT_NE(*store.modificationDate(folder), date);
     failAt(QStringLiteral("set date"));
     EXPECT_TRUE(family->setAsCustomIconForFile(item)) << "whatever becomes of it";
+    failAt(QStringLiteral("date"));
+    EXPECT_TRUE(family->setAsCustomIconForFile(item)) << "without one";
+}
+
+TEST_F(CustomIcons, a_link_leads_to_what_gets_the_icon) {
+    const QString link = root + QStringLiteral("/link");
+    ASSERT_TRUE(QFile::link(item, link));
+    EXPECT_TRUE(family->setAsCustomIconForFile(link));
+    EXPECT_EQ(iconOf(item), family->data());
+    const QString folderLink = root + QStringLiteral("/folder link");
+    ASSERT_TRUE(QFile::link(folder, folderLink));
+    EXPECT_TRUE(family->setAsCustomIconForDirectory(folderLink));
+    EXPECT_EQ(flags(folder), 0x0400);
+    const QString nowhere = root + QStringLiteral("/nowhere");
+    ASSERT_TRUE(QFile::link(root + QStringLiteral("/missing"), nowhere));
+    EXPECT_FALSE(family->setAsCustomIconForFile(nowhere));
+    EXPECT_TRUE(QFileInfo(nowhere).isSymLink());
+}
+
+TEST_F(CustomIcons, a_protected_icon_or_fork_stays_as_it_is) {
+    ResourceFork fork;
+    fork.addResource({"icns", iconNumber, QByteArray(), Resource::isProtected, "older"});
+    QByteArray bytes = *fork.data();
+    ASSERT_TRUE(store.setResourceFork(item, bytes));
+    EXPECT_FALSE(family->setAsCustomIconForFile(item));
+    EXPECT_FALSE(IconFamily::removeCustomIconFromFile(item));
+    EXPECT_EQ(iconOf(item), "older");
+    bytes = *ResourceFork().data();
+    // The attributes of the map.
+    bytes[256 + 23] = '\x80';
+    ASSERT_TRUE(store.setResourceFork(item, bytes));
+    EXPECT_FALSE(family->setAsCustomIconForFile(item));
+    EXPECT_EQ(types(item), QStringList());
+}
+
+TEST_F(CustomIcons, what_an_older_icon_file_left_is_no_part_of_a_new_one) {
+    ASSERT_TRUE(family->setAsCustomIconForDirectory(folder, true, nullptr));
+    ASSERT_TRUE(QFile::remove(icon));
+    ASSERT_TRUE(family->setAsCustomIconForDirectory(folder));
+    EXPECT_EQ(types(icon), QStringList{QStringLiteral("icns")});
+    ASSERT_TRUE(QFile::remove(icon));
+    failAt(QStringLiteral("remains"));
+    EXPECT_FALSE(family->setAsCustomIconForDirectory(folder));
+}
+
+TEST_F(CustomIcons, all_four_old_elements_are_added_in_their_order) {
+    const auto full = IconFamily::initWithData(
+        icns(element("ics#", "1") + element("ics8", "2") + element("ICN#", "3") + element("icl8", "4")));
+    const QStringList all{QStringLiteral("icns"), QStringLiteral("icl8"), QStringLiteral("ICN#"),
+                          QStringLiteral("ics8"), QStringLiteral("ics#")};
+    ASSERT_TRUE(full->setAsCustomIconForFile(item, true, nullptr));
+    EXPECT_EQ(types(item), all);
+    ASSERT_TRUE(full->setAsCustomIconForDirectory(folder, true, nullptr));
+    EXPECT_EQ(types(icon), all);
+    // Added again, since only the icon itself is replaced.
+    ASSERT_TRUE(full->setAsCustomIconForFile(item, true, nullptr));
+    EXPECT_EQ(types(item).size(), 9);
 }
 
 TEST_F(CustomIcons, only_the_form_with_an_error_adds_compatibility) {
@@ -400,8 +470,9 @@ TEST_F(CustomIcons, the_files_beside_a_folder_are_these_bytes) {
     QFile ofFolder(root + QStringLiteral("/._folder"));
     ASSERT_TRUE(ofFolder.open(QIODevice::ReadOnly));
     const QByteArray start = number(0x00051607) + number(0x00020000) + "Mac OS X        ";
-    EXPECT_EQ(ofFolder.readAll(), start + big16(1) + number(9) + number(38) + number(32) +
-                                      QByteArray(8, '\0') + big16(0x0400) + QByteArray(22, '\0'));
+    EXPECT_EQ(ofFolder.readAll(), start + big16(2) + number(9) + number(50) + number(32) + number(2) +
+                                      number(82) + number(0) + QByteArray(8, '\0') + big16(0x0400) +
+                                      QByteArray(22, '\0'));
     const QByteArray header = number(256) + number(256 + 7) + number(7) + number(28 + 10 + 12 + 1);
     const QByteArray fork = header + QByteArray(240, '\0') + number(3) + "abc" + header +
                             QByteArray(6, '\0') + big16(0) + big16(28) + big16(28 + 10 + 12) + big16(0) +

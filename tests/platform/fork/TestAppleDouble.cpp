@@ -71,18 +71,21 @@ TEST(AppleDouble, what_is_not_there_is_empty) {
     const AppleDouble file;
     EXPECT_EQ(file.resourceFork(), QByteArray());
     EXPECT_EQ(file.finderInfo(), FinderInfo());
-    EXPECT_EQ(file.data(), start + big<quint16>(0));
+    // Both entries are there all the same: macOS reads no other file.
+    EXPECT_EQ(file.data(),
+              start + big<quint16>(2) + entry(9, 50, 32) + entry(2, 82, 0) + QByteArray(32, '\0'));
 }
 
 TEST(AppleDouble, other_entries_and_the_filler_are_kept) {
     const QByteArray other = big<quint32>(0x00051607) + big<quint32>(0x00020000) + "0123456789abcdef";
-    const QByteArray bytes = other + big<quint16>(2) + entry(3, 50, 4) + entry(8, 54, 3) + "name" + "day";
+    const QByteArray bytes = other + big<quint16>(4) + entry(9, 74, 32) + entry(3, 106, 4) +
+                             entry(8, 110, 3) + entry(2, 113, 0) + finderBytes() + "name" + "day";
     Result<AppleDouble> file = AppleDouble::parse(bytes);
     ASSERT_TRUE(file);
     EXPECT_EQ(file->data(), bytes);
     file->setResourceFork("fork");
-    EXPECT_EQ(file->data(), other + big<quint16>(3) + entry(3, 62, 4) + entry(8, 66, 3) + entry(2, 69, 4) +
-                                "name" + "day" + "fork");
+    EXPECT_EQ(file->data(), other + big<quint16>(4) + entry(9, 74, 32) + entry(3, 106, 4) + entry(8, 110, 3) +
+                                entry(2, 113, 4) + finderBytes() + "name" + "day" + "fork");
 }
 
 TEST(AppleDouble, what_follows_the_finder_information_is_kept) {
@@ -101,7 +104,8 @@ TEST(AppleDouble, extended_attributes_move_with_their_entry) {
     const auto size = static_cast<quint32>(attributes.size());
     Result<AppleDouble> file = AppleDouble::parse(start + big<quint16>(1) + entry(9, 38, size) + attributes);
     ASSERT_TRUE(file);
-    EXPECT_EQ(file->data(), start + big<quint16>(1) + entry(9, 38, size) + attributes);
+    EXPECT_EQ(file->data(), start + big<quint16>(2) + entry(9, 50, size) + entry(2, 50 + size, 0) +
+                                finderBytesWithAttributes(50));
     file->setResourceFork("fork");
     EXPECT_EQ(file->data(), start + big<quint16>(2) + entry(9, 50, size) + entry(2, 50 + size, 4) +
                                 finderBytesWithAttributes(50) + "fork");
@@ -135,4 +139,12 @@ TEST(AppleDouble, anything_else_is_refused) {
     expectError(start + big<quint16>(2) + entry(2, 50, 0) + entry(2, 50, 0), ErrorCode::Damaged);
     // Entries that share bytes.
     expectError(start + big<quint16>(2) + entry(2, 0, 50) + entry(3, 0, 50), ErrorCode::Damaged);
+}
+
+TEST(AppleDouble, more_entries_than_anybody_writes_are_refused) {
+    QByteArray entries;
+    for (quint32 i = 0; i < 257; ++i)
+        entries += entry(100 + i, 26, 0);
+    expectError(start + big<quint16>(257) + entries, ErrorCode::Unsupported);
+    EXPECT_TRUE(AppleDouble::parse(start + big<quint16>(256) + entries));
 }

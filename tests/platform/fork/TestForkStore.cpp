@@ -158,12 +158,68 @@ TEST_P(FileForkStoreTest, only_folders_change) {
 
 TEST_F(ForkStoreTest, apple_double_files_stand_beside_their_items) {
     AppleDoubleForkStore store;
-    ASSERT_TRUE(store.setFinderInfo(file(QStringLiteral("Icon\r")), {}));
+    ASSERT_TRUE(store.setFinderInfo(file(QStringLiteral("Icon\r")), customIcon()));
     EXPECT_EQ(names(), (QStringList{QStringLiteral("._Icon\r"), QStringLiteral("Icon\r")}));
     EXPECT_EQ(AppleDoubleForkStore::sidecarPath(QStringLiteral("/a/b/")), QStringLiteral("/a/._b"));
-    EXPECT_EQ(AppleDoubleForkStore::sidecarPath(QStringLiteral("/a/b/.")), QStringLiteral("/a/._b"));
     EXPECT_EQ(AppleDoubleForkStore::sidecarPath(QStringLiteral("b")),
               QDir::currentPath() + QStringLiteral("/._b"));
+}
+
+TEST_F(ForkStoreTest, what_is_as_it_should_be_makes_no_file) {
+    AppleDoubleForkStore store;
+    ASSERT_TRUE(store.setFinderInfo(file(QStringLiteral("item")), {}));
+    EXPECT_EQ(names(), QStringList{QStringLiteral("item")});
+}
+
+TEST_F(ForkStoreTest, links_are_followed_to_the_item) {
+    AppleDoubleForkStore store;
+    ASSERT_TRUE(QDir(m_folder.path()).mkpath(QStringLiteral("there/inner")));
+    file(QStringLiteral("there/item"));
+    ASSERT_TRUE(QFile::link(path(QStringLiteral("there/inner")), path(QStringLiteral("link"))));
+    ASSERT_TRUE(store.setFinderInfo(path(QStringLiteral("link/../item")), customIcon()));
+    EXPECT_TRUE(QFileInfo::exists(path(QStringLiteral("there/._item"))));
+    ASSERT_TRUE(store.setFinderInfo(path(QStringLiteral("link")), customIcon()));
+    EXPECT_TRUE(QFileInfo::exists(path(QStringLiteral("there/._inner"))));
+    ASSERT_TRUE(store.removeItem(path(QStringLiteral("link"))));
+    EXPECT_TRUE(QFileInfo::exists(path(QStringLiteral("there/._inner")))) << "what it leads to stays";
+    EXPECT_EQ(names(), QStringList{QStringLiteral("there")});
+}
+
+TEST_F(ForkStoreTest, a_link_that_leads_nowhere_is_left_alone) {
+    AppleDoubleForkStore store;
+    ASSERT_TRUE(QFile::link(QStringLiteral("/nowhere"), path(QStringLiteral("link"))));
+    const Result<ForkStore::Created> created =
+        store.createResourceFork(path(QStringLiteral("link")), std::nullopt);
+    ASSERT_TRUE(created);
+    EXPECT_EQ(*created, ForkStore::Created::WasThere);
+    EXPECT_TRUE(QFileInfo(path(QStringLiteral("link"))).isSymLink());
+}
+
+TEST_F(ForkStoreTest, an_apple_double_file_can_be_read_by_whom_the_item_can_be) {
+    AppleDoubleForkStore store;
+    const QString item = file(QStringLiteral("item"));
+    const auto modeOf = [&](const QString& name) {
+        struct stat status {};
+        EXPECT_EQ(stat(QFile::encodeName(path(name)).constData(), &status), 0);
+        return status.st_mode & 0777;
+    };
+    ASSERT_EQ(chmod(QFile::encodeName(item).constData(), 0750), 0);
+    ASSERT_TRUE(store.setFinderInfo(item, customIcon()));
+    EXPECT_EQ(modeOf(QStringLiteral("._item")), mode_t{0640});
+    ASSERT_EQ(chmod(QFile::encodeName(path(QStringLiteral("._item"))).constData(), 0600), 0);
+    ASSERT_TRUE(store.setResourceFork(item, "fork"));
+    EXPECT_EQ(modeOf(QStringLiteral("._item")), mode_t{0600});
+}
+
+TEST_F(ForkStoreTest, a_new_item_has_nothing_of_an_older_one) {
+    AppleDoubleForkStore store;
+    const QString item = file(QStringLiteral("item"));
+    ASSERT_TRUE(store.setFinderInfo(item, customIcon()));
+    ASSERT_TRUE(store.setResourceFork(item, "older"));
+    ASSERT_TRUE(QFile::remove(item));
+    ASSERT_TRUE(store.createResourceFork(item, std::nullopt));
+    EXPECT_EQ(*store.finderInfo(item), FinderInfo());
+    EXPECT_EQ(*store.resourceFork(item), *ResourceFork().data());
 }
 
 TEST_F(ForkStoreTest, an_apple_double_file_that_cannot_be_read_stays_as_it_is) {
