@@ -5,6 +5,7 @@
 #include "tests/support/IcnsBytes.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace {
@@ -108,6 +109,18 @@ TEST_F(CustomIconCommands, what_fails_is_told) {
     EXPECT_EQ(content(path(u"._document"_s)), "something else");
 }
 
+TEST_F(CustomIconCommands, removing_from_a_folder_that_has_no_icon_leaves_nothing) {
+    EXPECT_EQ(run({u"remove"_s, u"folder"_s}).exitStatus, 1);
+    EXPECT_FALSE(QFileInfo::exists(path(u"._folder"_s)));
+}
+
+TEST_F(CustomIconCommands, a_damaged_file_beside_the_icon_is_named) {
+    file(u"folder/Icon\r"_s, "");
+    ASSERT_TRUE(QDir(path({})).mkpath(u"folder/._Icon\r/in the way"_s));
+    expectDone(run({u"set"_s, u"folder"_s, u"icon.icns"_s}));
+    EXPECT_EQ(types(u"folder/Icon\r"_s), QStringList{u"icns"_s});
+}
+
 TEST_F(CustomIconCommands, a_fork_that_is_damaged_stays_as_it_is) {
     AppleDoubleForkStore store;
     ASSERT_TRUE(store.setResourceFork(path(u"document"_s), "no fork at all"));
@@ -117,19 +130,50 @@ TEST_F(CustomIconCommands, a_fork_that_is_damaged_stays_as_it_is) {
     EXPECT_EQ(content(path(u"._document"_s)), before);
 }
 
-TEST_F(CustomIconCommands, an_icon_survives_a_tar_archive) {
+TEST_F(CustomIconCommands, an_icon_survives_the_archives_that_are_told_of) {
+    file(u"folder/b"_s, "b");
+    file(u"folder/lib._x.dat"_s, "no AppleDouble file");
     expectDone(run({u"set"_s, u"folder"_s, u"icon.icns"_s}));
+    expectDone(run({u"set"_s, u"folder/b"_s, u"icon.icns"_s}));
+    // What the README has, with another name.
+    QFile readme(QStringLiteral(PROJECT_DIR "/README.md"));
+    ASSERT_TRUE(readme.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(readme.readAll());
+    const qsizetype start = text.indexOf(u"find \"My App\" ! -name"_s);
+    const qsizetype end = text.indexOf(u"```"_s, start);
+    ASSERT_GT(end, start);
+    const QString recipe = text.sliced(start, end - start).replace(u"My App"_s, u"folder"_s);
+    const ProcessResult packed = runProcess(u"/bin/bash"_s, {u"-ec"_s, recipe}, path({}));
+    ASSERT_EQ(packed.exitStatus, 0) << packed.errors.toStdString();
+
+    const QStringList listed =
+        QString::fromUtf8(runProcess(u"tar"_s, {u"-tzf"_s, path(u"app.tar.gz"_s)}).output)
+            .split(u'\n', Qt::SkipEmptyParts);
+    EXPECT_EQ(listed.size(), 7);
+    for (const auto& [sidecar, item] :
+         {std::pair(u"./._folder"_s, u"folder/"_s), std::pair(u"folder/._b"_s, u"folder/b"_s),
+          std::pair(u"folder/._Icon\\r"_s, u"folder/Icon\\r"_s)})
+        EXPECT_EQ(listed.indexOf(sidecar) + 1, listed.indexOf(item)) << item.toStdString();
+
+    ASSERT_TRUE(QDir(path({})).mkpath(u"from tar"_s));
     EXPECT_EQ(
-        runProcess(u"tar"_s, {u"-C"_s, path({}), u"-cf"_s, path(u"a.tar"_s), u"._folder"_s, u"folder"_s})
-            .exitStatus,
-        0);
-    ASSERT_TRUE(QDir(path({})).mkpath(u"there"_s));
-    EXPECT_EQ(runProcess(u"tar"_s, {u"-C"_s, path(u"there"_s), u"-xf"_s, path(u"a.tar"_s)}).exitStatus, 0);
-    EXPECT_EQ(flags(u"there/folder"_s), 0x0400);
-    EXPECT_EQ(types(u"there/folder/Icon\r"_s), QStringList{u"icns"_s});
-    const Result<ResourceFork> fork =
-        ResourceFork::parse(*AppleDoubleForkStore().resourceFork(path(u"there/folder/Icon\r"_s)));
-    EXPECT_EQ(fork->resource("icns", -16455)->data, m_icon);
+        runProcess(u"tar"_s, {u"-C"_s, path(u"from tar"_s), u"-xzf"_s, path(u"app.tar.gz"_s)}).exitStatus, 0);
+    ASSERT_TRUE(QDir(path({})).mkpath(u"from zip"_s));
+    EXPECT_EQ(runProcess(u"/usr/bin/python3"_s,
+                         {u"-m"_s, u"zipfile"_s, u"-e"_s, path(u"app.zip"_s), path(u"from zip"_s)})
+                  .exitStatus,
+              0);
+    EXPECT_EQ(flags(u"from tar/folder"_s), 0x0400);
+    EXPECT_EQ(content(path(u"from zip/folder/lib._x.dat"_s)), "no AppleDouble file");
+    EXPECT_FALSE(QFileInfo::exists(path(u"from zip/folder/._b"_s)));
+    for (const QString& sidecar : {u"from tar/folder/._Icon\r"_s, u"from zip/__MACOSX/folder/._Icon\r"_s,
+                                   u"from zip/__MACOSX/folder/._b"_s}) {
+        const Result<AppleDouble> file = AppleDouble::parse(content(path(sidecar)));
+        ASSERT_TRUE(file) << sidecar.toStdString();
+        const Result<ResourceFork> fork = ResourceFork::parse(file->resourceFork());
+        ASSERT_TRUE(fork) << sidecar.toStdString();
+        EXPECT_EQ(fork->resource("icns", -16455)->data, m_icon);
+    }
 }
 
 TEST_F(CustomIconCommands, another_program_knows_what_is_written) {

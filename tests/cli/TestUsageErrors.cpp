@@ -151,6 +151,7 @@ TEST_F(UsageErrors, commands_of_commands) {
     expectWrong({u"custom-icon"_s}, {u"a command is missing: set or remove"_s});
     expectWrong({u"custom-icon"_s, u"set"_s, u"a"_s}, {u"FILE.icns is required"_s});
     expectWrong({u"custom-icon"_s, u"remove"_s, QString()}, {u"PATH is empty"_s});
+    expectWrong({u"custom-icon"_s, u"set"_s, u"a"_s, QString()}, {u"FILE.icns is empty"_s});
 }
 
 TEST_F(UsageErrors, an_option_before_its_command) {

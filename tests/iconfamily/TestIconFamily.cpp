@@ -1,4 +1,5 @@
 #include "iconfamily/IconFamily.h"
+#include "platform/icns/IconFamilyBlock.h"
 #include "tests/support/IcnsBytes.h"
 #include "tests/support/Process.h"
 #include "tests/support/RecordingLog.h"
@@ -222,6 +223,127 @@ TEST(IconFamily, packed_colours_of_other_writers_are_unpacked) {
     EXPECT_EQ(IconFamily::initWithData(icns(element("it32", "abc")))
                   ->bitmapImageRepWithAlphaForIconFamilyElement("it32"),
               nullptr);
+}
+
+TEST(IconFamily, each_type_is_read_in_its_size_and_with_its_mask) {
+    struct Type {
+        const char* code;
+        int size;
+        const char* mask;
+    };
+    const Type types[] = {{"ic04", 16, nullptr},   {"ic05", 32, nullptr},  {"ic06", 48, nullptr},
+                          {"ic07", 128, nullptr},  {"ic08", 256, nullptr}, {"ic09", 512, nullptr},
+                          {"ic10", 1024, nullptr}, {"ic11", 32, nullptr},  {"ic12", 64, nullptr},
+                          {"ic13", 256, nullptr},  {"ic14", 512, nullptr}, {"is32", 16, "s8mk"},
+                          {"il32", 32, "l8mk"},    {"ih32", 48, "h8mk"},   {"it32", 128, "t8mk"}};
+    for (const Type& type : types) {
+        QByteArray samples(4 * type.size * type.size, Qt::Uninitialized);
+        for (qsizetype i = 0; i < samples.size(); ++i)
+            samples[i] = static_cast<char>(i % 4 == 0 ? 0 : i % 251);
+        QByteArray elements = element(type.code, samples);
+        QByteArray expected = samples;
+        if (type.mask != nullptr) {
+            // A mask of another type must not count.
+            for (const char* mask : {"s8mk", "l8mk", "h8mk", "t8mk"})
+                elements +=
+                    element(mask, QByteArray(128 * 128, std::string(mask) == type.mask ? '\x42' : '\x18'));
+            for (qsizetype i = 0; i < expected.size(); i += 4)
+                expected[i] = '\x42';
+        }
+        const auto decoded = IconFamily::initWithData(icns(elements))
+                                 ->bitmapImageRepWithAlphaForIconFamilyElement(
+                                     FourCharCode(qFromBigEndian<quint32>(type.code)));
+        ASSERT_NE(decoded, nullptr) << type.code;
+        EXPECT_EQ(decoded->pixelSize(), QSize(type.size, type.size)) << type.code;
+        EXPECT_TRUE(decoded->bitmapData() == expected) << type.code;
+    }
+}
+
+TEST(IconFamily, a_1024_type_that_was_stored_with_512_is_shown_and_not_decoded) {
+    const auto family = IconFamily::iconFamily();
+    ASSERT_TRUE(family->setIconFamilyElement("ic10", bitmap(512).get()));
+    EXPECT_EQ(family->bitmapImageRepWithAlphaForIconFamilyElement("ic10"), nullptr);
+    const Image shown = family->imageWithAllReps();
+    ASSERT_EQ(shown.representations().size(), 1U);
+    EXPECT_EQ(shown.size(), QSizeF(512, 512));
+}
+
+TEST(IconFamily, translucent_samples_are_shown_as_straight_and_decoded_as_they_are) {
+    const QByteArray samples = QByteArray("\x80\xc8\x64\x32", 4).repeated(256);
+    const auto family = IconFamily::initWithData(icns(element("ic04", samples)));
+    const Image image = family->imageWithAllReps();
+    const auto* shown = dynamic_cast<const BitmapImageRep*>(image.representations().front().get());
+    ASSERT_NE(shown, nullptr);
+    EXPECT_EQ(shown->bitmapData().first(4).toByteArray(), QByteArray("\x64\x32\x19\x80", 4));
+    const auto decoded = family->bitmapImageRepWithAlphaForIconFamilyElement("ic04");
+    EXPECT_EQ(decoded->bitmapData().first(4).toByteArray(), QByteArray("\x80\xc8\x64\x32", 4));
+    EXPECT_TRUE(decoded->layout().isPremultiplied);
+}
+
+TEST(IconFamily, packed_colours_of_128_pixels_are_unpacked_behind_their_four_bytes) {
+    QByteArray packed(4, '\0');
+    for (const char value : {'\x0a', '\x14', '\x1e'}) {
+        // 126 runs of 130 and one of 4 make 16384.
+        for (int i = 0; i < 126; ++i)
+            packed += QByteArray("\xff", 1) + value;
+        packed += QByteArray("\x81", 1) + value;
+    }
+    const auto decoded = IconFamily::initWithData(icns(element("it32", packed)))
+                             ->bitmapImageRepWithAlphaForIconFamilyElement("it32");
+    ASSERT_NE(decoded, nullptr);
+    EXPECT_EQ(decoded->bitmapData().toByteArray(), QByteArray("\xff\x0a\x14\x1e", 4).repeated(128 * 128));
+    packed[3] = '\1';
+    EXPECT_EQ(IconFamily::initWithData(icns(element("it32", packed)))
+                  ->bitmapImageRepWithAlphaForIconFamilyElement("it32"),
+              nullptr);
+}
+
+TEST(IconFamily, packed_colours_may_be_longer_than_plain_ones) {
+    const QByteArray channel = QByteArray("\0\x0a", 2).repeated(256);
+    const QByteArray packed =
+        channel + QByteArray("\0\x14", 2).repeated(256) + QByteArray("\0\x1e", 2).repeated(256);
+    const auto family = IconFamily::initWithData(icns(element("is32", packed)));
+    EXPECT_EQ(
+        family->bitmapImageRepWithAlphaForIconFamilyElement("is32")->bitmapData().first(4).toByteArray(),
+        QByteArray("\xff\x0a\x14\x1e", 4));
+    EXPECT_EQ(family->imageWithAllReps().representations().size(), 1U);
+}
+
+TEST(IconFamily, an_element_of_another_length_is_replaced_among_the_others) {
+    for (const QByteArray& older : {QByteArray("short"), QByteArray(5000, 'l'), QByteArray()}) {
+        const auto family = IconFamily::initWithData(
+            icns(element("abcd", "before") + element("ic04", older) + element("efgh", "after")));
+        ASSERT_TRUE(family->setIconFamilyElement("ic04", bitmap(16).get()));
+        const QByteArray data = family->data();
+        const QByteArray stored = data.sliced(8 + 14 + 8, 1024);
+        EXPECT_EQ(data, icns(element("abcd", "before") + element("ic04", stored) + element("efgh", "after")));
+    }
+}
+
+TEST(IconFamily, a_handle_is_taken_unchecked_and_without_a_word) {
+    const RecordingLog log;
+    EXPECT_EQ(IconFamily::iconFamilyWithIconFamilyHandle("no icns")->data(), "no icns");
+    EXPECT_EQ(IconFamily::initWithIconFamilyHandle({})->data(), QByteArray());
+    EXPECT_EQ(IconFamily::initWithContentsOfFile(QStringLiteral("/nowhere")), nullptr);
+    EXPECT_TRUE(log.lines().isEmpty());
+}
+
+TEST(IconFamily, its_bytes_are_its_own) {
+    char bytes[] = "bytes of another";
+    const auto family = IconFamily::initWithData(QByteArray::fromRawData(bytes, 5));
+    const QByteArray before = family->data();
+    bytes[0] = 'x';
+    EXPECT_EQ(family->data(), "bytes");
+    EXPECT_EQ(before, "bytes");
+}
+
+TEST(IconFamilyBlock, a_block_never_grows_beyond_what_its_length_can_tell) {
+    const QByteArray before = icns(element("abcd", "x"));
+    QByteArray block = before;
+    // Of this length, but never read.
+    const QByteArrayView huge(before.constData(), qsizetype{0xffffffff});
+    EXPECT_EQ(IconFamilyBlock::setIconFamilyData(block, "efgh", huge), IconFamilyBlock::Status::MemoryFull);
+    EXPECT_EQ(block, before);
 }
 
 class IconFamilyFiles : public testing::Test {

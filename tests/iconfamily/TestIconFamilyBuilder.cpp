@@ -44,6 +44,53 @@ TEST(IconFamilyBuilder, fits_a_tall_picture_by_its_height) {
     EXPECT_NEAR(odd.pixelColor(10, 8).alpha(), 128, 1);
 }
 
+TEST(IconFamilyBuilder, the_other_edge_is_rounded_half_up) {
+    // 200 × 16 ÷ 300 = 10.67 gives 11, two and a half pixels from the left.
+    EXPECT_EQ(drawnRect(resampled(Pictures::loadedImage(Pictures::flat(200, 300, Qt::red)), 16)),
+              QRect(2, 0, 12, 16));
+    // 50 × 16 ÷ 320 = 2.5 gives 3.
+    EXPECT_EQ(drawnRect(resampled(Pictures::loadedImage(Pictures::flat(320, 50, Qt::red)), 16)).height(), 4);
+    EXPECT_EQ(drawnRect(resampled(Pictures::loadedImage(Pictures::flat(320, 59, Qt::red)), 16)).height(), 4);
+    // 59 × 16 ÷ 320 = 2.95; 40 × 16 ÷ 320 = 2 lies on whole pixels.
+    EXPECT_EQ(drawnRect(resampled(Pictures::loadedImage(Pictures::flat(320, 40, Qt::red)), 16)).height(), 2);
+}
+
+TEST(IconFamilyBuilder, without_another_wish_the_filter_is_the_high_one) {
+    const RecordingLog log;
+    const Image image = Pictures::loadedImage(Pictures::noise(200, 200, 4));
+    const auto data = [&](Interpolation interpolation) {
+        return IconFamily::initWithThumbnailsOfImage(image, interpolation)->data();
+    };
+    const QByteArray plain = IconFamily::initWithThumbnailsOfImage(image)->data();
+    EXPECT_EQ(plain, data(Interpolation::High));
+    EXPECT_EQ(plain, data(Interpolation::Default));
+    EXPECT_NE(plain, data(Interpolation::Low));
+    EXPECT_NE(plain, data(Interpolation::Medium));
+    EXPECT_NE(data(Interpolation::Medium), data(Interpolation::Low));
+    EXPECT_EQ(static_cast<int>(Interpolation::High), 3);
+    EXPECT_EQ(static_cast<int>(Interpolation::Medium), 4);
+}
+
+TEST(IconFamilyBuilder, nearest_samples_are_taken_from_one_side_throughout) {
+    const Image stripes = Pictures::image(Pictures::raster(
+        64, 64, [](int x, int) { return x % 2 == 0 ? QColor(Qt::black) : QColor(Qt::white); }));
+    const QImage halved = resampled(stripes, 32, Interpolation::None);
+    for (int x = 0; x < 32; ++x)
+        EXPECT_EQ(halved.pixelColor(x, 16), halved.pixelColor(0, 16)) << x;
+}
+
+TEST(IconFamilyBuilder, a_drawing_is_drawn_in_each_size) {
+    const RecordingLog log;
+    const Result<LoadedPicture> drawing =
+        ImageSource::load("<svg xmlns='http://www.w3.org/2000/svg' width='20' height='10'>"
+                          "<rect width='20' height='10' fill='#00f'/></svg>");
+    ASSERT_TRUE(drawing);
+    EXPECT_EQ(drawnRect(resampled(drawing->image, 64)), QRect(0, 16, 64, 32));
+    const auto family = IconFamily::initWithThumbnailsOfImage(drawing->image);
+    ASSERT_NE(family, nullptr);
+    EXPECT_EQ(family->imageWithAllReps().representations().size(), 6U);
+}
+
 TEST(IconFamilyBuilder, a_square_picture_fills_the_square) {
     EXPECT_TRUE(Pictures::same(resampled(Pictures::loadedImage(Pictures::flat(77, 77, Qt::red)), 48),
                                Pictures::flat(48, 48, Qt::red)));

@@ -57,6 +57,32 @@ TEST(SampleConversion, another_size_has_no_result_and_no_word_before_any_other_c
     EXPECT_TRUE(log.lines().isEmpty());
 }
 
+TEST(SampleConversion, wide_and_high_must_both_be_right) {
+    const RecordingLog log;
+    const auto low = shaped([](BitmapLayout& layout) { layout.pixelsHigh = 15; });
+    const auto narrow = shaped([](BitmapLayout& layout) { layout.pixelsWide = 15; });
+    for (const Conversion convert : {data32, data8, mask8, mask1}) {
+        for (const int size : {15, 16}) {
+            EXPECT_FALSE(convert(*low, size));
+            EXPECT_FALSE(convert(*narrow, size));
+        }
+    }
+    EXPECT_TRUE(log.lines().isEmpty());
+}
+
+TEST(SampleConversion, pixels_of_24_bits_come_out_as_green_red_255_blue_in_rows_of_any_length) {
+    const std::optional<QByteArray> converted = data32(*bitmap(16, 3, 24, 5), 16);
+    ASSERT_TRUE(converted);
+    QByteArray expected;
+    for (int y = 0; y < 16; ++y) {
+        for (int x = 0; x < 16; ++x) {
+            const auto byteAt = [&](int i) { return static_cast<char>((7 * x + 13 * y + 50 * i) % 256); };
+            expected += QByteArray{}.append(byteAt(1)).append(byteAt(0)).append('\xff').append(byteAt(2));
+        }
+    }
+    EXPECT_EQ(*converted, expected);
+}
+
 TEST(SampleConversion, refusals_say_why_in_these_words) {
     const RecordingLog log;
     // Planar comes before the depth, the depth before the shape.

@@ -128,6 +128,15 @@ TEST_F(GenerateAction, the_methods_of_the_generation_are_the_controllers) {
     EXPECT_EQ(drawn.size(), QSizeF(7, 5));
     EXPECT_EQ(MainWindowController::getCgiImageRef(&drawn).size(), QSize(7, 5));
     EXPECT_TRUE(MainWindowController::getCgiImageRef(nullptr).isNull());
+    const QString exported = out.filePath(QStringLiteral("exported.png"));
+    MainWindowController::saveImageInSelectedFormat(2, exported,
+                                                    MainWindowController::getCgiImageRef(&drawn));
+    QFile file(exported);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.read(2), "BM");
+    EXPECT_EQ(QImage(exported).size(), QSize(7, 5));
+    MainWindowController::saveImageInSelectedFormat(6, out.filePath(QStringLiteral("none")), {});
+    EXPECT_FALSE(QFileInfo::exists(out.filePath(QStringLiteral("none"))));
     const QVariantMap entry{{QStringLiteral("Dimensions"), QStringLiteral("{3, 4}")},
                             {QStringLiteral("Name"), QStringLiteral("three")}};
     controller->outputImage(image, {{QStringLiteral("k"), entry}}, {QStringLiteral("k")},
