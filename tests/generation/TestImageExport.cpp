@@ -266,3 +266,9 @@ TEST_F(ImageExportTest, pictures_of_any_format_are_taken) {
         EXPECT_EQ(clear, number == Jpeg ? QColor(Qt::white) : QColor(0, 0, 0, 0)) << number;
     }
 }
+
+TEST_F(ImageExportTest, a_long_jpeg_file_is_whole) {
+    const QImage raster = Pictures::noise(600, 500, 8);
+    EXPECT_EQ(roundTrip(Jpeg, raster).size(), raster.size());
+    EXPECT_GT(QFileInfo(path()).size(), 2 * 65536);
+}
