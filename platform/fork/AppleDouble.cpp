@@ -107,10 +107,11 @@ Result<AppleDouble> AppleDouble::parse(const QByteArray& bytes) {
         return damaged("it does not begin as one");
     if (header.version != version2)
         return Error{ErrorCode::Unsupported, QStringLiteral("the AppleDouble file is of an unknown version")};
-    constexpr int mostEntries = 256;
+    constexpr qsizetype mostEntries = 256;
+    const Error tooMany{ErrorCode::Unsupported,
+                        QStringLiteral("the AppleDouble file has %1 entries").arg(header.entryCount)};
     if (header.entryCount > mostEntries)
-        return Error{ErrorCode::Unsupported,
-                     QStringLiteral("the AppleDouble file has %1 entries").arg(header.entryCount)};
+        return tooMany;
     AppleDouble result;
     result.m_filler = QByteArray(header.filler, sizeof header.filler);
     qsizetype total = 0;
@@ -129,6 +130,11 @@ Result<AppleDouble> AppleDouble::parse(const QByteArray& bytes) {
             return damaged("an entry is there twice");
         result.m_entries.push_back({entry.identifier, bytes.mid(offset, length), offset});
     }
+    // The two that are always written count even where they are not there yet.
+    const bool hasInfo = result.find(finderInfoEntry) != nullptr;
+    const bool hasFork = result.find(resourceForkEntry) != nullptr;
+    if (header.entryCount + (hasInfo ? 0 : 1) + (hasFork ? 0 : 1) > mostEntries)
+        return tooMany;
     return result;
 }
 

@@ -142,9 +142,15 @@ TEST(AppleDouble, anything_else_is_refused) {
 }
 
 TEST(AppleDouble, more_entries_than_anybody_writes_are_refused) {
-    QByteArray entries;
-    for (quint32 i = 0; i < 257; ++i)
-        entries += entry(100 + i, 26, 0);
-    expectError(start + big<quint16>(257) + entries, ErrorCode::Unsupported);
-    EXPECT_TRUE(AppleDouble::parse(start + big<quint16>(256) + entries));
+    const auto fileOf = [](quint16 count) {
+        QByteArray entries;
+        for (quint32 i = 0; i < count; ++i)
+            entries += entry(100 + i, 26, 0);
+        return start + big(count) + entries;
+    };
+    const Result<AppleDouble> most = AppleDouble::parse(fileOf(254));
+    ASSERT_TRUE(most);
+    EXPECT_TRUE(AppleDouble::parse(most->data())) << "with the two that are always written";
+    for (const quint16 count : {quint16{255}, quint16{257}, quint16{2000}})
+        expectError(fileOf(count), ErrorCode::Unsupported);
 }
