@@ -6,7 +6,6 @@
 #include "platform/FilePath.h"
 #include "platform/fork/AppleDoubleForkStore.h"
 #include "platform/fork/ResourceFile.h"
-#include "platform/icns/IcnsReader.h"
 
 #include <QFileInfo>
 
@@ -61,13 +60,10 @@ int run(const CustomIconOptions& options, const QString& what,
 } // namespace
 
 int runCustomIconSet(const CustomIconOptions& options) {
-    const std::optional<QByteArray> bytes = InputFile::readIcns(options.file);
-    if (!bytes)
+    const std::optional<InputFile::IcnsFile> file = InputFile::openIcns(options.file);
+    if (!file)
         return 1;
-    const Result<IcnsReader> reader = IcnsReader::open(*bytes);
-    if (!reader)
-        return InputFile::fail(options.file, reader.error());
-    const auto family = IconFamily::initWithData(bytes->first(reader->length()));
+    const auto family = IconFamily::initWithData(file->bytes.first(file->reader.length()));
     return run(options, QStringLiteral("the icon could not be set"), [&](QString& told) {
         const bool isFolder = QFileInfo(options.path).isDir();
         const bool isNew = !QFileInfo::exists(options.path);

@@ -6,7 +6,6 @@
 #include "platform/Folder.h"
 #include "platform/PngWriter.h"
 #include "platform/icns/IcnsEncoding.h"
-#include "platform/icns/IcnsReader.h"
 
 #include <QFile>
 
@@ -37,13 +36,10 @@ Result<Extracted> extracted(const IcnsReader& reader, const IcnsElement& element
 } // namespace
 
 int runIcnsExtract(const IcnsExtractOptions& options) {
-    const std::optional<QByteArray> bytes = InputFile::readIcns(options.file);
-    if (!bytes)
+    const std::optional<InputFile::IcnsFile> file = InputFile::openIcns(options.file);
+    if (!file)
         return 1;
-    const Result<IcnsReader> reader = IcnsReader::open(*bytes);
-    if (!reader)
-        return InputFile::fail(options.file, reader.error());
-    const std::vector<IcnsElement> elements = reader->pictureElements();
+    const std::vector<IcnsElement> elements = file->reader.pictureElements();
     if (elements.empty())
         return InputFile::fail(
             options.file, {ErrorCode::Unsupported, QStringLiteral("it has no picture that is known here")});
@@ -53,7 +49,7 @@ int runIcnsExtract(const IcnsExtractOptions& options) {
     }
     int status = 0;
     for (const IcnsElement& element : elements) {
-        const Result<Extracted> picture = extracted(*reader, element);
+        const Result<Extracted> picture = extracted(file->reader, element);
         if (!picture) {
             status = InputFile::fail(options.file, picture.error());
             continue;

@@ -2,7 +2,6 @@
 
 #include "cli/Terminal.h"
 #include "platform/RegularFile.h"
-#include "platform/icns/IcnsReader.h"
 
 #include <QFile>
 
@@ -25,5 +24,16 @@ std::optional<QByteArray> InputFile::readIcns(const std::string& path) {
     if (bytes)
         return std::move(*bytes);
     fail(path, bytes.error());
+    return std::nullopt;
+}
+
+std::optional<InputFile::IcnsFile> InputFile::openIcns(const std::string& path) {
+    std::optional<QByteArray> bytes = readIcns(path);
+    if (!bytes)
+        return std::nullopt;
+    Result<IcnsReader> reader = IcnsReader::open(*bytes);
+    if (reader)
+        return IcnsFile{std::move(*bytes), std::move(*reader)};
+    fail(path, reader.error());
     return std::nullopt;
 }

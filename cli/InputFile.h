@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Result.h"
+#include "platform/icns/IcnsReader.h"
 
 #include <QByteArray>
 
@@ -12,6 +13,15 @@ namespace InputFile {
 
 /// Tells the error and returns the exit status that goes with it.
 int fail(const std::string& path, const Error& error);
+
+/// An icns file and the reader of its bytes.
+struct IcnsFile {
+    QByteArray bytes;
+    IcnsReader reader;
+};
+
+/// A whole icns file. No value where it can't be read or is none, which is told.
+std::optional<IcnsFile> openIcns(const std::string& path);
 
 /// The bytes of a file that begins as an icns file. No value where it can't be read or is none, which is
 /// told.

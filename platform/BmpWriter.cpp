@@ -1,11 +1,11 @@
 #include "platform/BmpWriter.h"
 
+#include "platform/EncodedPicture.h"
 #include "platform/Unpremultiply.h"
 
 #include <QtEndian>
 
 #include <limits>
-#include <new>
 
 namespace {
 
@@ -87,11 +87,5 @@ QByteArray file(const QImage& raster) {
 } // namespace
 
 QByteArray encodeBmp(const QImage& raster) {
-    if (raster.isNull())
-        return {};
-    try {
-        return file(raster);
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
+    return encodedPicture(raster, [&] { return file(raster); });
 }

@@ -1,11 +1,11 @@
 #include "platform/GifWriter.h"
 
 #include "platform/ColorTable.h"
+#include "platform/EncodedPicture.h"
 
 #include <gif_lib.h>
 
 #include <memory>
-#include <new>
 
 namespace {
 
@@ -59,11 +59,7 @@ QByteArray file(const QImage& raster) {
 } // namespace
 
 QByteArray encodeGif(const QImage& raster) {
-    if (raster.isNull() || raster.width() > largestSide || raster.height() > largestSide)
+    if (raster.width() > largestSide || raster.height() > largestSide)
         return {};
-    try {
-        return file(raster);
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
+    return encodedPicture(raster, [&] { return file(raster); });
 }

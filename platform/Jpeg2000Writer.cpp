@@ -1,5 +1,6 @@
 #include "platform/Jpeg2000Writer.h"
 
+#include "platform/EncodedPicture.h"
 #include "platform/OpenJpeg.h"
 #include "platform/Unpremultiply.h"
 
@@ -7,7 +8,6 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <new>
 
 namespace {
 
@@ -109,11 +109,5 @@ QByteArray file(const QImage& raster) {
 } // namespace
 
 QByteArray encodeJpeg2000(const QImage& raster) {
-    if (raster.isNull())
-        return {};
-    try {
-        return file(raster);
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
+    return encodedPicture(raster, [&] { return file(raster); });
 }

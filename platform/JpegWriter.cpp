@@ -1,11 +1,12 @@
 #include "platform/JpegWriter.h"
 
+#include "platform/EncodedPicture.h"
+
 #include <algorithm>
 #include <cmath>
 #include <csetjmp>
 #include <cstdint>
 #include <cstdio>
-#include <new>
 #include <vector>
 // after <cstdio>
 #include <jpeglib.h>
@@ -102,13 +103,7 @@ class JpegEncoder {
 } // namespace
 
 QByteArray encodeJpeg(const QImage& raster, double quality) {
-    if (raster.isNull())
-        return {};
     constexpr double percent = 100;
     const auto whole = static_cast<int>(std::lround(percent * std::clamp(quality, 0.0, 1.0)));
-    try {
-        return JpegEncoder(raster).encode(whole);
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
+    return encodedPicture(raster, [&] { return JpegEncoder(raster).encode(whole); });
 }

@@ -1,5 +1,6 @@
 #include "platform/PngWriter.h"
 
+#include "platform/EncodedPicture.h"
 #include "platform/PngFilter.h"
 #include "platform/Unpremultiply.h"
 
@@ -11,7 +12,6 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <new>
 #include <vector>
 
 namespace {
@@ -139,11 +139,5 @@ QByteArray file(const QImage& raster, const PngOptions& options) {
 } // namespace
 
 QByteArray encodePng(const QImage& raster, const PngOptions& options) {
-    if (raster.isNull())
-        return {};
-    try {
-        return file(raster, options);
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
+    return encodedPicture(raster, [&] { return file(raster, options); });
 }

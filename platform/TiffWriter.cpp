@@ -1,10 +1,10 @@
 #include "platform/TiffWriter.h"
 
+#include "platform/EncodedPicture.h"
 #include "platform/TiffStream.h"
 #include "platform/Unpremultiply.h"
 
 #include <cstdint>
-#include <new>
 
 namespace {
 
@@ -63,11 +63,5 @@ QByteArray file(const QImage& raster, TiffCompression compression) {
 } // namespace
 
 QByteArray encodeTiff(const QImage& raster, TiffCompression compression) {
-    if (raster.isNull())
-        return {};
-    try {
-        return file(raster, compression);
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
+    return encodedPicture(raster, [&] { return file(raster, compression); });
 }
