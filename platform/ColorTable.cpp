@@ -225,9 +225,16 @@ class Diffusion {
         // The first place is left of the row.
         const auto at = static_cast<std::size_t>(x) + 1;
         Mean wanted{};
-        for (std::size_t channel = 0; channel < 3; ++channel)
-            wanted[channel] = std::clamp(pixel[channel] + m_row[at][channel], 0.0, 255.0);
-        const std::size_t chosen = nearest(m_table, wanted);
+        std::size_t key = 0;
+        for (std::size_t channel = 0; channel < 3; ++channel) {
+            const auto whole = std::lround(std::clamp(pixel[channel] + m_row[at][channel], 0.0, 255.0));
+            wanted[channel] = static_cast<double>(whole);
+            key = key << 8U | static_cast<std::size_t>(whole);
+        }
+        std::uint16_t& known = m_known[key];
+        if (known == unknown)
+            known = static_cast<std::uint16_t>(nearest(m_table, wanted));
+        const std::size_t chosen = known;
         for (std::size_t channel = 0; channel < 3; ++channel) {
             const double lost = (wanted[channel] - m_table[chosen][channel]) / 16;
             m_row[at + 1][channel] += 7 * lost;
@@ -239,7 +246,11 @@ class Diffusion {
     }
 
   private:
+    static constexpr std::uint16_t unknown = 0xffff;
+
     std::vector<Mean> m_table;
+    /// The nearest of the table to each colour, as far as it was asked for.
+    std::vector<std::uint16_t> m_known = std::vector<std::uint16_t>(std::size_t{1} << 24U, unknown);
     std::vector<Mean> m_below;
     std::vector<Mean> m_row;
 };
@@ -261,17 +272,20 @@ IndexedPicture indexedPicture(const QImage& raster) {
     picture.colors.insert(picture.colors.end(), colors.begin(), colors.end());
     picture.indexes.reserve(static_cast<std::size_t>(raster.width()) *
                             static_cast<std::size_t>(raster.height()));
-    Diffusion diffusion(colors, raster.width());
+    std::optional<Diffusion> diffusion;
+    if (!few)
+        diffusion.emplace(colors, raster.width());
     for (int y = 0; y < straight.height(); ++y) {
-        diffusion.beginRow();
+        if (diffusion)
+            diffusion->beginRow();
         const uchar* pixel = straight.constScanLine(y);
         for (int x = 0; x < straight.width(); ++x, pixel += 4) {
             std::size_t index = 0;
-            if (isOpaque(pixel) && few)
+            if (isOpaque(pixel) && !diffusion)
                 index = first + static_cast<std::size_t>(std::ranges::lower_bound(colors, colorOf(pixel)) -
                                                          colors.begin());
             else if (isOpaque(pixel))
-                index = first + diffusion.choose(pixel, x);
+                index = first + diffusion->choose(pixel, x);
             picture.indexes.push_back(static_cast<std::uint8_t>(index));
         }
     }
