@@ -70,6 +70,35 @@ TEST(SampleConversion, wide_and_high_must_both_be_right) {
     EXPECT_TRUE(log.lines().isEmpty());
 }
 
+TEST(SampleConversion, shapes_that_are_nearly_right_are_refused) {
+    struct Shape {
+        int bitsPerPixel;
+        int samples;
+        int depth;
+    };
+    const Shape shapes[] = {{8, 1, 4},  {8, 2, 4},  {24, 3, 4}, {24, 4, 4}, {32, 4, 4}, {32, 3, 8},
+                            {40, 4, 8}, {16, 1, 8}, {32, 1, 8}, {8, 1, 1},  {24, 1, 8}, {16, 2, 8}};
+    const RecordingLog log;
+    for (const Shape& shape : shapes) {
+        const auto refused = shaped([&](BitmapLayout& layout) {
+            layout.bitsPerPixel = shape.bitsPerPixel;
+            layout.samplesPerPixel = shape.samples;
+            layout.bitsPerSample = shape.depth;
+            layout.hasAlpha = false;
+        });
+        ASSERT_NE(refused, nullptr);
+        for (const Conversion convert : {data32, data8, mask8, mask1})
+            EXPECT_FALSE(convert(*refused, 16));
+        EXPECT_EQ(log.lines().last(),
+                  QStringLiteral("get1BitMaskFromBitmapImageRep:requiredPixelSize: returning NULL due to "
+                                 "bitsPerPixel == %1, samplesPerPixel== %2, bitsPerSample == %3")
+                      .arg(shape.bitsPerPixel)
+                      .arg(shape.samples)
+                      .arg(shape.depth));
+    }
+    EXPECT_EQ(log.lines().size(), 4 * 12);
+}
+
 TEST(SampleConversion, pixels_of_24_bits_come_out_as_green_red_255_blue_in_rows_of_any_length) {
     const std::optional<QByteArray> converted = data32(*bitmap(16, 3, 24, 5), 16);
     ASSERT_TRUE(converted);
