@@ -204,7 +204,7 @@ TEST_F(ImageExportTest, gif_of_many_colours_is_near_and_right_on_average) {
     // 6 × 6 × 6 colours spread evenly would be off by 15 without diffusion.
     EXPECT_LT(std::sqrt(squares / (3 * 128 * 128)), 13);
     for (const double sum : sums)
-        EXPECT_LT(std::abs(sum / (128 * 128)), 0.7);
+        EXPECT_LT(std::abs(sum / (128 * 128)), 0.05);
 }
 
 TEST_F(ImageExportTest, a_table_of_few_colours_is_theirs) {
