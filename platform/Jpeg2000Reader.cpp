@@ -1,5 +1,6 @@
 #include "platform/Jpeg2000Reader.h"
 
+#include "platform/Jpeg2000Codestream.h"
 #include "platform/OpenJpeg.h"
 #include "platform/RowConverter.h"
 
@@ -52,18 +53,6 @@ using OpenJpeg::Codec;
 using OpenJpeg::Picture;
 using OpenJpeg::Stream;
 
-/// Whether every tile of a decoded picture was there: the library passes missing ones over.
-bool hasAllTiles(opj_codec_t* codec) {
-    opj_codestream_index_t* index = opj_get_cstr_index(codec);
-    if (index == nullptr)
-        return false;
-    bool isWhole = true;
-    for (OPJ_UINT32 i = 0; i < index->nb_of_tiles; ++i)
-        isWhole = isWhole && index->tile_index != nullptr && index->tile_index[i].tp_index != nullptr;
-    opj_destroy_cstr_index(&index);
-    return isWhole;
-}
-
 /// A sample of that component as a byte.
 std::uint8_t byteOf(const opj_image_comp_t& component, std::size_t index) {
     const std::int64_t maximum = (std::int64_t{1} << component.prec) - 1;
@@ -110,8 +99,12 @@ Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
         return Error{ErrorCode::Unsupported,
                      QStringLiteral("a JPEG 2000 picture with %1 components").arg(picture->numcomps)};
     if (opj_decode(codec.get(), stream.get(), picture.get()) == OPJ_FALSE ||
-        opj_end_decompress(codec.get(), stream.get()) == OPJ_FALSE || !hasAllTiles(codec.get()))
+        opj_end_decompress(codec.get(), stream.get()) == OPJ_FALSE)
         return failure();
+    // The library passes missing tiles over.
+    const auto codestream = Jpeg2000Codestream::find(bytes);
+    if (!codestream || !Jpeg2000Codestream::hasAllTiles(*codestream))
+        return PictureReader::damaged(name, QStringLiteral("a tile is missing"));
 
     const opj_image_comp_t& first = picture->comps[0];
     const bool isGrey = picture->numcomps <= 2;

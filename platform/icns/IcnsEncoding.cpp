@@ -1,8 +1,8 @@
 #include "platform/icns/IcnsEncoding.h"
 
+#include "platform/Jpeg2000Codestream.h"
 #include "platform/icns/IcnsRle.h"
 
-#include <array>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -33,38 +33,13 @@ QSize pngSize(QByteArrayView file) {
     return sizeFrom(read32(file, widthAt), read32(file, widthAt + 4));
 }
 
-/// The tiles between `start` and `end`, of which the first begins at `origin`; too many where that can't be.
-quint64 tileCount(quint32 origin, quint32 size, quint32 end) {
-    return size == 0 || origin > end ? ~quint64{0} >> 32 : (quint64{end} - origin + size - 1) / size;
-}
-
-/// Of a codestream; what stands left of and above the picture's origin is no part of it. Invalid also for
-/// more tiles than a small picture has use for: each takes memory before anything is decoded.
-QSize codestreamSize(QByteArrayView stream) {
-    constexpr qsizetype extentAt = 8;
-    std::array<quint32, 8> values{};
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const auto value = read32(stream, extentAt + 4 * static_cast<qsizetype>(i));
-        if (!value)
-            return {};
-        values[i] = *value;
-    }
-    const auto [right, bottom, left, top, tileWidth, tileHeight, tileLeft, tileTop] = values;
+/// Invalid also for more tiles than a small picture has use for: each takes memory before anything is
+/// decoded.
+QSize jpeg2000Size(QByteArrayView file) {
     constexpr quint64 mostTiles = 1024;
-    const quint64 tiles = tileCount(tileLeft, tileWidth, right) * tileCount(tileTop, tileHeight, bottom);
-    if (left > right || top > bottom || tiles > mostTiles)
-        return {};
-    return sizeFrom(right - left, bottom - top);
-}
-
-/// Whether the length of the size marker agrees with its number of components.
-bool isCodestream(QByteArrayView stream) {
-    constexpr qsizetype lengthAt = 4;
-    constexpr qsizetype componentsAt = 40;
-    if (stream.size() < componentsAt + 2)
-        return false;
-    return qFromBigEndian<quint16>(stream.data() + lengthAt) ==
-           38 + 3 * qFromBigEndian<quint16>(stream.data() + componentsAt);
+    const auto codestream = Jpeg2000Codestream::find(file);
+    const auto told = codestream ? Jpeg2000Codestream::size(*codestream) : std::nullopt;
+    return told && told->tiles <= mostTiles ? told->pixels : QSize();
 }
 
 bool isPackedArgb(QByteArrayView data, int side) {
@@ -73,43 +48,6 @@ bool isPackedArgb(QByteArrayView data, int side) {
     for (int i = 0; i < 4 && rest; ++i)
         rest = IcnsRle::unpack(*rest, channel);
     return rest.has_value();
-}
-
-constexpr char codestreamStart[] = "\xFF\x4F\xFF\x51";
-
-/// Of the first codestream in a JP2 file: that is the one that is shown.
-QSize jp2Size(QByteArrayView file) {
-    constexpr quint32 codestreamBox = 0x6a703263;
-    qsizetype at = 0;
-    for (;;) {
-        const auto length = read32(file, at);
-        const auto box = read32(file, at + 4);
-        if (!length || !box)
-            return {};
-        qsizetype header = 8;
-        quint64 size = *length;
-        if (*length == 1) {
-            const auto high = read32(file, at + 8);
-            const auto low = read32(file, at + 12);
-            if (!high || !low)
-                return {};
-            size = quint64{*high} << 32 | *low;
-            header = 16;
-        }
-        const qsizetype rest = file.size() - at;
-        // A box of length 0 reaches to the end.
-        if (*length == 0)
-            size = static_cast<quint64>(rest);
-        if (size < static_cast<quint64>(header))
-            return {};
-        if (*box == codestreamBox) {
-            const QByteArrayView stream = file.sliced(at + header);
-            return stream.startsWith(codestreamStart) ? codestreamSize(stream) : QSize();
-        }
-        if (size >= static_cast<quint64>(rest))
-            return {};
-        at += static_cast<qsizetype>(size);
-    }
 }
 
 /// The side of plain samples of that length; 0 where it is none.
@@ -128,10 +66,10 @@ IcnsPictureInfo pictureInfo(const IcnsElementType& type, QByteArrayView data) {
     const int side = plainSide(type, data.size());
     if (data.startsWith(pngSignature) && (side == 0 || pngSize(data).isValid()))
         return {IcnsEncoding::Png, pngSize(data)};
-    if (data.startsWith(QByteArrayView("\0\0\0\x0cjP  ", 8)) && (side == 0 || jp2Size(data).isValid()))
-        return {IcnsEncoding::Jpeg2000, jp2Size(data)};
-    if (data.startsWith(codestreamStart) && (side == 0 || isCodestream(data)))
-        return {IcnsEncoding::Jpeg2000, codestreamSize(data)};
+    if (data.startsWith(QByteArrayView("\0\0\0\x0cjP  ", 8)) && (side == 0 || jpeg2000Size(data).isValid()))
+        return {IcnsEncoding::Jpeg2000, jpeg2000Size(data)};
+    if (data.startsWith(Jpeg2000Codestream::start) && (side == 0 || Jpeg2000Codestream::isWellFormed(data)))
+        return {IcnsEncoding::Jpeg2000, jpeg2000Size(data)};
     if (data.startsWith(argbMark) && (side == 0 || isPackedArgb(data, type.pixelSize)))
         return {IcnsEncoding::PackedArgb, {type.pixelSize, type.pixelSize}};
     if (side != 0)

@@ -1,3 +1,4 @@
+#include "platform/Jpeg2000Codestream.h"
 #include "platform/PngWriter.h"
 #include "platform/icns/IcnsEncoding.h"
 #include "platform/icns/IcnsInspection.h"
@@ -150,4 +151,22 @@ TEST(IcnsEncoding, every_encoding_has_a_name) {
               QStringList({QStringLiteral("unknown"), QStringLiteral("PNG"), QStringLiteral("JPEG 2000"),
                            QStringLiteral("packed ARGB"), QStringLiteral("packed RGB"),
                            QStringLiteral("plain ARGB"), QStringLiteral("mask")}));
+}
+
+TEST(IcnsEncoding, every_tile_of_a_codestream_must_be_there) {
+    // Two tiles of 16 × 16; a header's own marker; parts without data, each 12 bytes long.
+    const QByteArray header = codestream({32, 16, 0, 0, 16, 16, 0, 0}) + QByteArray("\xff\x64\0\4ab", 6);
+    const auto part = [](char tile, quint32 length = 12) {
+        return QByteArray("\xff\x90\0\x0a\0", 5) + tile + number(length) + QByteArray("\0\1", 2);
+    };
+    using Jpeg2000Codestream::hasAllTiles;
+    EXPECT_TRUE(hasAllTiles(header + part(0) + part(1) + QByteArray("\xff\xd9", 2)));
+    EXPECT_TRUE(hasAllTiles(header + part(1) + part(1) + part(0, 0)));
+    EXPECT_FALSE(hasAllTiles(header + part(0) + part(0)));
+    EXPECT_FALSE(hasAllTiles(header + part(0, 0) + part(1)));
+    EXPECT_FALSE(hasAllTiles(header + part(0) + part(2)));
+    EXPECT_FALSE(hasAllTiles(header));
+    const QByteArray whole = header + part(0) + part(1);
+    for (qsizetype length = 0; length < whole.size() - 2; ++length)
+        EXPECT_FALSE(hasAllTiles(whole.first(length))) << length;
 }
