@@ -85,7 +85,13 @@ Result<Done> AppleDoubleForkStore::removeItem(const QString& path) {
 Result<Done> AppleDoubleForkStore::removeRemains(const QString& path) {
     const QString sidecar = beside(ownPath(path));
     const QFileInfo info(sidecar);
-    return info.exists() || info.isSymLink() ? FileForkStore::removeItem(sidecar) : Result<Done>(Done{});
+    if (!info.exists() && !info.isSymLink())
+        return Done{};
+    // A folder of that name is somebody's own, with all that is in it.
+    if (info.isDir() && !info.isSymLink())
+        return Error{ErrorCode::NotWritable,
+                     QStringLiteral("%1: %2").arg(sidecar, AtomicFile::systemSentence(EISDIR))};
+    return FileForkStore::removeItem(sidecar);
 }
 
 Result<QByteArray> AppleDoubleForkStore::resourceFork(const QString& path) const {

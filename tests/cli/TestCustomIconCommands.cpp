@@ -114,11 +114,13 @@ TEST_F(CustomIconCommands, removing_from_a_folder_that_has_no_icon_leaves_nothin
     EXPECT_FALSE(QFileInfo::exists(path(u"._folder"_s)));
 }
 
-TEST_F(CustomIconCommands, a_damaged_file_beside_the_icon_is_named) {
-    file(u"folder/Icon\r"_s, "");
-    ASSERT_TRUE(QDir(path({})).mkpath(u"folder/._Icon\r/in the way"_s));
-    expectDone(run({u"set"_s, u"folder"_s, u"icon.icns"_s}));
-    EXPECT_EQ(types(u"folder/Icon\r"_s), QStringList{u"icns"_s});
+TEST_F(CustomIconCommands, a_folder_in_the_place_of_an_apple_double_file_stays) {
+    ASSERT_TRUE(QDir(path({})).mkpath(u"folder/._Icon\r/somebody's own"_s));
+    ASSERT_TRUE(QDir(path({})).mkpath(u"._new/somebody's own"_s));
+    EXPECT_EQ(run({u"set"_s, u"folder"_s, u"icon.icns"_s}).exitStatus, 1);
+    EXPECT_EQ(run({u"set"_s, u"new"_s, u"icon.icns"_s}).exitStatus, 1);
+    EXPECT_TRUE(QFileInfo::exists(path(u"folder/._Icon\r/somebody's own"_s)));
+    EXPECT_TRUE(QFileInfo::exists(path(u"._new/somebody's own"_s)));
 }
 
 TEST_F(CustomIconCommands, a_fork_that_is_damaged_stays_as_it_is) {
