@@ -8,6 +8,7 @@
 #include "platform/AtomicFile.h"
 #include "platform/Folder.h"
 #include "platform/ImageSource.h"
+#include "platform/StageTimes.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -119,6 +120,8 @@ void openFolder(const QString& out, GenerateReport& report) {
 } // namespace
 
 int runGenerate(const GenerateOptions& options) {
+    if (options.timings)
+        StageTimes::begin();
     Terminal::showDiagnosticLog(options.verbose);
     GenerateReport report(options);
     const CatalogueBundle bundle(options.catalogue);

@@ -18,6 +18,7 @@ struct GenerateOptions {
     bool quiet = false;
     bool verbose = false;
     bool json = false;
+    bool timings = false;
 };
 
 /// Writes the icon sets and reports. Returns the exit status: 0 where all was written, 1 otherwise.

@@ -29,6 +29,7 @@ struct GenerateWords {
     bool quiet = false;
     bool verbose = false;
     bool json = false;
+    bool timings = false;
 };
 
 CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
@@ -56,6 +57,7 @@ CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
     generate->add_flag("--quiet", words.quiet, "print nothing but warnings and errors");
     generate->add_flag("--verbose", words.verbose, "list every file, and show the diagnostic log");
     generate->add_flag("--json", words.json, "print one JSON document instead of lines");
+    generate->add_flag("--timings", words.timings, "tell how long each stage of the work took");
     return generate;
 }
 
@@ -101,6 +103,7 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
     options.quiet = words.quiet;
     options.verbose = words.verbose;
     options.json = words.json;
+    options.timings = words.timings;
     return options;
 }
 

@@ -1,5 +1,7 @@
 #include "cli/GenerateReport.h"
 
+#include "platform/StageTimes.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -8,6 +10,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -17,6 +20,21 @@ QString byteText(qint64 bytes) {
 
 QString counted(qsizetype count, const QString& one, const QString& many) {
     return QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many);
+}
+
+/// Each stage's milliseconds, those that belong to none, and all together.
+std::vector<std::pair<QString, double>> stageTimes() {
+    std::vector<std::pair<QString, double>> times;
+    const double total = StageTimes::total();
+    double rest = total;
+    const auto milliseconds = StageTimes::milliseconds();
+    for (std::size_t i = 0; i < milliseconds.size(); ++i) {
+        times.emplace_back(QString::fromLatin1(StageTimes::names[i]), milliseconds[i]);
+        rest -= milliseconds[i];
+    }
+    times.emplace_back(QStringLiteral("other"), rest);
+    times.emplace_back(QStringLiteral("total"), total);
+    return times;
 }
 
 } // namespace
@@ -117,6 +135,14 @@ bool GenerateReport::printSummary() const {
            isPrinted;
 }
 
+bool GenerateReport::printTimings() const {
+    bool isPrinted = true;
+    for (const auto& [name, milliseconds] : stageTimes())
+        isPrinted = Terminal::print(QStringLiteral("%1 %2 ms").arg(name, -9).arg(milliseconds, 10, 'f', 1)) &&
+                    isPrinted;
+    return isPrinted;
+}
+
 bool GenerateReport::printJson() const {
     QJsonArray files;
     for (const File& file : m_files)
@@ -125,11 +151,17 @@ bool GenerateReport::printJson() const {
                                  {QStringLiteral("width"), file.pixelSize.width()},
                                  {QStringLiteral("height"), file.pixelSize.height()},
                                  {QStringLiteral("bytes"), file.bytes}});
-    const QJsonObject document{{QStringLiteral("picture"), QString::fromLocal8Bit(m_options.picture.c_str())},
-                               {QStringLiteral("out"), m_options.out},
-                               {QStringLiteral("files"), files},
-                               {QStringLiteral("warnings"), QJsonArray::fromStringList(m_warnings)},
-                               {QStringLiteral("errors"), QJsonArray::fromStringList(m_errors)}};
+    QJsonObject document{{QStringLiteral("picture"), QString::fromLocal8Bit(m_options.picture.c_str())},
+                         {QStringLiteral("out"), m_options.out},
+                         {QStringLiteral("files"), files},
+                         {QStringLiteral("warnings"), QJsonArray::fromStringList(m_warnings)},
+                         {QStringLiteral("errors"), QJsonArray::fromStringList(m_errors)}};
+    if (m_options.timings) {
+        QJsonObject timings;
+        for (const auto& [name, milliseconds] : stageTimes())
+            timings.insert(name, milliseconds);
+        document.insert(QStringLiteral("timings"), timings);
+    }
     return Terminal::print(QString::fromUtf8(QJsonDocument(document).toJson()).trimmed());
 }
 
@@ -140,6 +172,8 @@ int GenerateReport::finish() {
         isPrinted = printJson();
     else if (!m_options.quiet && !m_files.empty())
         isPrinted = printSummary();
+    if (m_options.timings && !m_options.json)
+        isPrinted = printTimings() && isPrinted;
     if (!isPrinted)
         return Terminal::outputFailure();
     return m_errors.isEmpty() ? 0 : 1;

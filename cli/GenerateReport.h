@@ -34,6 +34,7 @@ class GenerateReport final : public GenerationObserver {
 
     void printFailures() const;
     bool printSummary() const;
+    bool printTimings() const;
     bool printJson() const;
     QString fileLine(const File& file) const;
     QString shortPath(const QString& path) const;

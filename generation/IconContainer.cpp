@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 #include <vector>
 
 Result<IconContainer::Written> IconContainer::write(const Image& image, const IconRenderer& renderer,
@@ -21,8 +22,8 @@ Result<IconContainer::Written> IconContainer::write(const Image& image, const Ic
         path, QString::fromLatin1(ImageDestination::icnsType), static_cast<int>(rasters.size()));
     if (!destination)
         return Error{ErrorCode::NotAPath, QStringLiteral("the unescaped path is not a path")};
-    for (const QImage& raster : rasters)
-        destination->addImage(raster);
+    for (QImage& raster : rasters)
+        destination->addImage(std::exchange(raster, {}));
     if (const Result<Done> written = destination->finalize(); !written)
         return written.error();
     return Written{destination->largestSize(), destination->bytesWritten()};

@@ -2,6 +2,7 @@
 
 #include "platform/GraphicsContext.h"
 #include "platform/ImageSource.h"
+#include "platform/StageTimes.h"
 
 namespace {
 
@@ -17,6 +18,7 @@ Path outline(const IconStyle& style, const QRectF& bounds) {
 } // namespace
 
 Image IconRenderer::drawImage(const Image& image, const QSizeF& withSize) const {
+    const StageTimes::Timer timer(Stage::Decorate);
     const QRectF bounds(QPointF(0, 0), withSize);
     Path path = outline(m_input.iconStyle(), bounds);
     GraphicsContext context(withSize, m_screen.scale());
@@ -34,6 +36,7 @@ Image IconRenderer::drawImage(const Image& image, const QSizeF& withSize) const 
 QImage IconRenderer::getCgiImageRef(const Image* image) {
     if (image == nullptr)
         return {};
+    const StageTimes::Timer timer(Stage::Tiff);
     Result<DecodedPicture> picture = ImageSource::decode(image->TIFFRepresentation());
     return picture ? picture->raster : QImage();
 }

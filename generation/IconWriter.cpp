@@ -6,8 +6,11 @@
 #include "platform/Folder.h"
 #include "platform/GraphicsContext.h"
 #include "platform/Log.h"
+#include "platform/StageTimes.h"
 
 #include <QLocale>
+
+#include <utility>
 
 namespace {
 
@@ -18,10 +21,16 @@ struct EncodedIcon {
 };
 
 /// By way of a TIFF encoding and a bitmap made from it, so that the file holds exactly the render's pixels
-/// and alpha.
-EncodedIcon encoded(const Image& render) {
-    const std::unique_ptr<BitmapImageRep> bitmap =
-        BitmapImageRep::imageRepWithData(render.TIFFRepresentation());
+/// and alpha. Neither the render nor the encoding is kept longer than it is needed.
+std::unique_ptr<BitmapImageRep> throughTiff(Image render) {
+    const StageTimes::Timer timer(Stage::Tiff);
+    const QByteArray tiff = render.TIFFRepresentation();
+    render = Image();
+    return BitmapImageRep::imageRepWithData(tiff);
+}
+
+EncodedIcon encoded(Image render) {
+    const std::unique_ptr<BitmapImageRep> bitmap = throughTiff(std::move(render));
     if (!bitmap)
         return {};
     return {bitmap->representationUsingType(BitmapImageRep::FileType::PNG), bitmap->pixelSize()};
@@ -61,8 +70,10 @@ void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QSt
         error = unmade(withSize);
     } else if (!path) {
         error = Error{ErrorCode::NotAPath, QStringLiteral("not a path inside the output folder")};
-    } else if (const Result<Done> written = AtomicFile::write(*path, icon.png); !written) {
-        error = folder ? written.error() : folder.error();
+    } else {
+        const StageTimes::Timer timer(Stage::Write);
+        if (const Result<Done> written = AtomicFile::write(*path, icon.png); !written)
+            error = folder ? written.error() : folder.error();
     }
     if (m_observer == nullptr)
         return;

@@ -16,8 +16,4 @@ void permute(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels, cons
 /// Pixels of three bytes as 255 and those three. The buffers do not overlap.
 void expandRgb(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels);
 
-/// Divides the colours of A, R, G, B pixels by their alpha: (c × 255 + a ÷ 2) ÷ a in whole numbers, at most
-/// 255; alpha 0 gives 0.
-void unpremultiplyArgb(std::uint8_t* pixelBytes, std::size_t pixels);
-
 } // namespace PixelBuffers

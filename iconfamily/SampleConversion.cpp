@@ -2,6 +2,7 @@
 #include "iconfamily/IconFamily.h"
 #include "iconfamily/PixelBuffers.h"
 #include "platform/Log.h"
+#include "platform/Premultiplication.h"
 
 #include <algorithm>
 #include <cstring>
@@ -77,7 +78,7 @@ std::optional<QByteArray> IconFamily::get32BitDataFromBitmapImageRep(const Bitma
                               isAlphaFirst ? PixelBuffers::Map{3, 2, 1, 0} : PixelBuffers::Map{0, 3, 2, 1});
         if (image.alphaInfo == AlphaInfo::PremultipliedLast ||
             image.alphaInfo == AlphaInfo::PremultipliedFirst)
-            PixelBuffers::unpremultiplyArgb(to, pixels);
+            unpremultiplyArgb(to, to, pixels);
     } else {
         PixelBuffers::expandRgb(from, to, pixels);
         // So that G, R and 255 come first, and B stays last.

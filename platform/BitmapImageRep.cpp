@@ -2,7 +2,7 @@
 
 #include "platform/ImageSource.h"
 #include "platform/PngWriter.h"
-#include "platform/RowConverter.h"
+#include "platform/Premultiplication.h"
 
 #include <algorithm>
 #include <array>
@@ -139,8 +139,9 @@ QImage BitmapImageRep::raster() const {
         }
     }
     if (m_layout.hasAlpha && !m_layout.isPremultiplied)
-        premultiply(image.bits(), static_cast<std::size_t>(m_layout.pixelsWide) *
-                                      static_cast<std::size_t>(m_layout.pixelsHigh));
+        premultiply(image.constBits(), image.bits(),
+                    static_cast<std::size_t>(m_layout.pixelsWide) *
+                        static_cast<std::size_t>(m_layout.pixelsHigh));
     return image;
 }
 

@@ -1,7 +1,7 @@
 #include "platform/BmpWriter.h"
 
 #include "platform/EncodedPicture.h"
-#include "platform/Unpremultiply.h"
+#include "platform/Premultiplication.h"
 
 #include <QtEndian>
 

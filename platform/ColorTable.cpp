@@ -1,6 +1,6 @@
 #include "platform/ColorTable.h"
 
-#include "platform/Unpremultiply.h"
+#include "platform/Premultiplication.h"
 
 #include <QHash>
 

@@ -1,6 +1,7 @@
 #include "platform/GraphicsContext.h"
 
 #include "platform/BitmapImageRep.h"
+#include "platform/StageTimes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -152,7 +153,11 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
     AxisMapping x = device.x.mapping();
     AxisMapping y = device.y.mapping();
     x.filter = y.filter = m_imageInterpolation;
-    QImage layer = representation->rendered(x, y);
+    QImage layer;
+    {
+        const StageTimes::Timer timer(Stage::Reduce);
+        layer = representation->rendered(x, y);
+    }
     if (layer.isNull()) {
         m_raster = QImage(); // half a picture is none
         return;

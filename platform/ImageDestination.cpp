@@ -6,6 +6,7 @@
 #include "platform/Jpeg2000Writer.h"
 #include "platform/JpegWriter.h"
 #include "platform/PngWriter.h"
+#include "platform/StageTimes.h"
 #include "platform/TiffWriter.h"
 
 #include <algorithm>
@@ -87,6 +88,7 @@ Result<Done> ImageDestination::finalize() {
         m_file = m_icns.data();
     if (m_missing != 0 || m_hasFailed || m_file.isEmpty())
         return m_error;
+    const StageTimes::Timer timer(Stage::Write);
     Result<Done> written = AtomicFile::write(m_path, m_file);
     if (written)
         m_bytesWritten = m_file.size();

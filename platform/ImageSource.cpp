@@ -7,6 +7,7 @@
 #include "platform/QtPictureReader.h"
 #include "platform/RegularFile.h"
 #include "platform/Resampler.h"
+#include "platform/StageTimes.h"
 #include "platform/SvgDocument.h"
 #include "platform/TiffReader.h"
 #include "platform/icns/IcnsReader.h"
@@ -123,6 +124,7 @@ namespace {
 /// Adds reduced copies of `raster`, each side half as long as in the one before. None is made in the size of
 /// a representation that is there already. False where memory is short.
 bool addReducedCopies(Image& image, QImage raster) {
+    const StageTimes::Timer timer(Stage::Reduce);
     const auto has = [&](const QSize& size) {
         return std::ranges::any_of(image.representations(), [&](const auto& representation) {
             return representation->pixelSize() == size;
@@ -167,6 +169,7 @@ Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
 } // namespace
 
 Result<LoadedPicture> ImageSource::load(const QByteArray& bytes) {
+    const StageTimes::Timer timer(Stage::Decode);
     if (const std::optional<Error> refused = refusedStart(bytes))
         return *refused;
     if (bitmapReader(bytes) == readIcns)
@@ -192,6 +195,7 @@ Result<LoadedPicture> ImageSource::load(const QByteArray& bytes) {
 }
 
 Result<LoadedPicture> ImageSource::loadFile(const std::string& path) {
+    const StageTimes::Timer timer(Stage::Decode);
     const Result<QByteArray> bytes = RegularFile::read(path, maximumFile, refusedStart);
     if (!bytes)
         return bytes.error();

@@ -2,7 +2,7 @@
 
 #include "platform/EncodedPicture.h"
 #include "platform/OpenJpeg.h"
-#include "platform/Unpremultiply.h"
+#include "platform/Premultiplication.h"
 
 #include <algorithm>
 #include <array>

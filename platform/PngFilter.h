@@ -1,23 +1,31 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-/// The filters of PNG rows of four bytes a pixel (ISO/IEC 15948, chapter 9).
+/// The filters of PNG rows of four bytes a pixel (ISO/IEC 15948, chapter 9). Takes one row after the other:
+///
+///     fill(filter.nextRow());
+///     filter.adaptive(out);
 class PngFilter {
   public:
     explicit PngFilter(std::size_t rowBytes);
 
-    /// Writes the filter byte and `row` to `out` (1 + row bytes).
-    static void none(const std::uint8_t* row, std::size_t rowBytes, std::uint8_t* out);
+    /// Where the next row's bytes are to be put. The row that was there before becomes the one above; above
+    /// the first there are zeros.
+    std::uint8_t* nextRow();
 
-    /// Writes the filter byte and the filtered `row` to `out`, with the filter whose bytes, taken as signed,
-    /// have the least sum of magnitudes. `above` is the row before, null for the first.
-    void adaptive(const std::uint8_t* row, const std::uint8_t* above, std::uint8_t* out);
+    /// Writes a filter byte and the filtered row (1 + row bytes), with the filter whose bytes, taken as
+    /// signed, have the least sum of magnitudes; of equals the one with the lowest number.
+    void adaptive(std::uint8_t* out) const;
+
+    /// The filter byte of rows that are left as they are.
+    static constexpr std::uint8_t noneType = 0;
 
   private:
     std::size_t m_rowBytes;
-    std::vector<std::uint8_t> m_zeros;
-    std::vector<std::uint8_t> m_candidate;
+    std::array<std::vector<std::uint8_t>, 2> m_rows; ///< each behind a pixel of zeros
+    std::size_t m_current = 0;
 };

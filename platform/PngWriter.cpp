@@ -2,7 +2,8 @@
 
 #include "platform/EncodedPicture.h"
 #include "platform/PngFilter.h"
-#include "platform/Unpremultiply.h"
+#include "platform/Premultiplication.h"
+#include "platform/StageTimes.h"
 
 #include <QtEndian>
 
@@ -12,116 +13,158 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <vector>
 
 namespace {
 
 constexpr qsizetype maximumChunk = 0x7fffffff;
-
-struct FreeCompressor {
-    void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
-};
-using Compressor = std::unique_ptr<libdeflate_compressor, FreeCompressor>;
 
 void append32(QByteArray& file, quint32 value) {
     const quint32 big = qToBigEndian(value);
     file.append(reinterpret_cast<const char*>(&big), sizeof big);
 }
 
-void appendChunk(QByteArray& file, const char* type, const char* data, qsizetype length) {
-    append32(file, static_cast<quint32>(length));
-    const qsizetype start = file.size();
+/// Starts a chunk, whose data are to be appended before it is finished.
+qsizetype beginChunk(QByteArray& file, const char* type) {
+    append32(file, 0);
     file.append(type, 4);
-    file.append(data, length);
+    return file.size();
+}
+
+/// Writes the length and the checksum of the chunk whose data begin at `start`.
+void finishChunk(QByteArray& file, qsizetype start) {
+    qToBigEndian(static_cast<quint32>(file.size() - start), file.data() + start - 8);
+    const qsizetype type = start - 4;
     append32(file,
-             libdeflate_crc32(0, file.constData() + start, static_cast<std::size_t>(file.size() - start)));
+             libdeflate_crc32(0, file.constData() + type, static_cast<std::size_t>(file.size() - type)));
 }
 
-/// A row's straight colours.
-void straightRow(const QImage& raster, int y, std::uint8_t* out) {
-    const auto pixels = static_cast<std::size_t>(raster.width());
-    if (raster.format() == QImage::Format_RGBA8888)
-        std::memcpy(out, raster.constScanLine(y), 4 * pixels);
-    else
-        unpremultiply(raster.constScanLine(y), out, pixels);
+void appendChunk(QByteArray& file, const char* type, const char* data, qsizetype length) {
+    const qsizetype start = beginChunk(file, type);
+    file.append(data, length);
+    finishChunk(file, start);
 }
 
-/// The rows [first, first + count) of a raster as the bytes that go into the compressor. A row's predecessor
-/// counts even where it is not among them.
-std::vector<std::uint8_t> filteredRows(const QImage& raster, int first, int count,
-                                       PngFilterStrategy strategy) {
-    const std::size_t rowBytes = 4 * static_cast<std::size_t>(raster.width());
-    std::vector<std::uint8_t> bytes((rowBytes + 1) * static_cast<std::size_t>(count));
-    std::vector<std::uint8_t> row(rowBytes);
-    std::vector<std::uint8_t> above(rowBytes);
-    PngFilter filter(rowBytes);
-    if (first > 0 && strategy == PngFilterStrategy::Adaptive)
-        straightRow(raster, first - 1, above.data());
-    std::uint8_t* out = bytes.data();
-    for (int y = first; y < first + count; ++y, out += rowBytes + 1) {
-        straightRow(raster, y, row.data());
-        if (strategy == PngFilterStrategy::Adaptive)
-            filter.adaptive(row.data(), y > 0 ? above.data() : nullptr, out);
+/// Bytes without a value until one is written.
+struct Buffer {
+    explicit Buffer(std::size_t capacity) : bytes(std::make_unique_for_overwrite<std::uint8_t[]>(capacity)) {}
+
+    std::span<const std::uint8_t> filled() const { return {bytes.get(), size}; }
+
+    std::unique_ptr<std::uint8_t[]> bytes;
+    std::size_t size = 0;
+};
+
+/// A picture's rows as the bytes that are compressed.
+class FilteredRows {
+  public:
+    explicit FilteredRows(const QImage& raster)
+        : m_raster(raster), m_rowBytes(4 * static_cast<std::size_t>(raster.width())) {}
+
+    /// The bytes of `rows` rows.
+    std::size_t size(int rows) const { return (1 + m_rowBytes) * static_cast<std::size_t>(rows); }
+
+    /// Appends the rows [first, first + count). A row's predecessor counts even where it is not among them.
+    void append(Buffer& buffer, int first, int count, PngFilterStrategy strategy) const {
+        std::uint8_t* out = buffer.bytes.get() + buffer.size;
+        buffer.size += size(count);
+        if (strategy == PngFilterStrategy::None) {
+            for (int y = first; y < first + count; ++y, out += 1 + m_rowBytes) {
+                out[0] = PngFilter::noneType;
+                straightRow(y, out + 1);
+            }
+            return;
+        }
+        PngFilter filter(m_rowBytes);
+        if (first > 0)
+            straightRow(first - 1, filter.nextRow());
+        for (int y = first; y < first + count; ++y, out += 1 + m_rowBytes) {
+            straightRow(y, filter.nextRow());
+            filter.adaptive(out);
+        }
+    }
+
+    Buffer all(PngFilterStrategy strategy) const {
+        Buffer buffer(size(m_raster.height()));
+        append(buffer, 0, m_raster.height(), strategy);
+        return buffer;
+    }
+
+    /// Bands of rows that lie evenly spread over the picture; all of a small picture.
+    Buffer sample(PngFilterStrategy strategy) const {
+        constexpr int bands = 6;
+        constexpr int bandRows = 6;
+        if (m_raster.height() <= 2 * bands * bandRows)
+            return all(strategy);
+        Buffer buffer(size(bands * bandRows));
+        for (int band = 0; band < bands; ++band)
+            append(buffer, (m_raster.height() - bandRows) * band / (bands - 1), bandRows, strategy);
+        return buffer;
+    }
+
+  private:
+    void straightRow(int y, std::uint8_t* out) const {
+        if (m_raster.format() == QImage::Format_RGBA8888)
+            std::memcpy(out, m_raster.constScanLine(y), m_rowBytes);
         else
-            PngFilter::none(row.data(), rowBytes, out);
-        row.swap(above);
+            unpremultiply(m_raster.constScanLine(y), out, m_rowBytes / 4);
     }
-    return bytes;
-}
 
-/// `rows` as a zlib stream; empty where memory is short.
-std::vector<std::uint8_t> compressed(const std::vector<std::uint8_t>& rows, int level) {
-    const Compressor compressor(libdeflate_alloc_compressor(level));
-    if (!compressor)
-        return {};
-    std::vector<std::uint8_t> stream(libdeflate_zlib_compress_bound(compressor.get(), rows.size()));
-    stream.resize(
-        libdeflate_zlib_compress(compressor.get(), rows.data(), rows.size(), stream.data(), stream.size()));
-    return stream;
-}
+    const QImage& m_raster;
+    std::size_t m_rowBytes;
+};
 
-/// Compares the strategies on bands of rows spread evenly over the picture.
-PngFilterStrategy betterOnSample(const QImage& raster) {
-    constexpr int bands = 6;
-    constexpr int bandRows = 16;
-    constexpr int quickLevel = 3;
-    if (raster.height() < bands * bandRows)
-        return PngFilterStrategy::Adaptive;
-    std::size_t none = 0;
-    std::size_t adaptive = 0;
-    for (int band = 0; band < bands; ++band) {
-        const int first = (raster.height() - bandRows) * band / (bands - 1);
-        none += compressed(filteredRows(raster, first, bandRows, PngFilterStrategy::None), quickLevel).size();
-        adaptive +=
-            compressed(filteredRows(raster, first, bandRows, PngFilterStrategy::Adaptive), quickLevel).size();
-    }
-    return adaptive < none ? PngFilterStrategy::Adaptive : PngFilterStrategy::None;
-}
-
-/// The picture's rows, filtered and compressed.
-std::vector<std::uint8_t> pixelStream(const QImage& raster, const PngOptions& options) {
-    const auto withFilter = [&](PngFilterStrategy filter) {
-        return compressed(filteredRows(raster, 0, raster.height(), filter), options.level);
+/// Chooses what is left open, by what the quick method makes of a sample.
+void choose(const FilteredRows& rows, PngOptions& options) {
+    if (options.filter && options.method)
+        return;
+    const StageTimes::Timer timer(Stage::Choose);
+    const auto partLeft = [&](PngFilterStrategy strategy) {
+        const Buffer sample = rows.sample(strategy);
+        const std::size_t length = Deflate::length(sample.filled(), Deflate::Method::Quick);
+        return static_cast<double>(length) / static_cast<double>(sample.size);
     };
-    if (options.filter != PngFilterStrategy::Choose)
-        return withFilter(options.filter);
-    // A small picture takes less time to try than to sample.
-    constexpr qsizetype smallRaster = 256 << 10;
-    if (raster.sizeInBytes() > smallRaster)
-        return withFilter(betterOnSample(raster));
-    std::vector<std::uint8_t> none = withFilter(PngFilterStrategy::None);
-    std::vector<std::uint8_t> adaptive = withFilter(PngFilterStrategy::Adaptive);
-    return adaptive.size() < none.size() ? adaptive : none;
+    double left = 0;
+    if (options.filter) {
+        left = partLeft(*options.filter);
+    } else {
+        const double plain = partLeft(PngFilterStrategy::None);
+        const double adaptive = partLeft(PngFilterStrategy::Adaptive);
+        options.filter = adaptive < plain ? PngFilterStrategy::Adaptive : PngFilterStrategy::None;
+        left = std::min(plain, adaptive);
+    }
+    // Where much is left there are few repetitions to be found.
+    constexpr double dense = 0.3;
+    if (!options.method)
+        options.method = left > dense ? Deflate::Method::Quick : Deflate::Method::Thorough;
+}
+
+/// The picture's rows as a zlib stream in one chunk, or in several where they do not fit into one.
+bool appendPixels(QByteArray& png, const QImage& raster, PngOptions options) {
+    const FilteredRows rows(raster);
+    const Buffer filtered = [&] {
+        const StageTimes::Timer timer(Stage::Filter);
+        choose(rows, options);
+        return rows.all(*options.filter);
+    }();
+    const qsizetype start = beginChunk(png, "IDAT");
+    {
+        const StageTimes::Timer timer(Stage::Compress);
+        if (!Deflate::append(png, filtered.filled(), *options.method))
+            return false;
+    }
+    if (png.size() - start <= maximumChunk) {
+        finishChunk(png, start);
+        return true;
+    }
+    const QByteArray stream = png.sliced(start);
+    png.truncate(start - 8);
+    for (qsizetype at = 0; at < stream.size(); at += maximumChunk)
+        appendChunk(png, "IDAT", stream.constData() + at, std::min(maximumChunk, stream.size() - at));
+    return true;
 }
 
 QByteArray file(const QImage& raster, const PngOptions& options) {
-    const std::vector<std::uint8_t> stream = pixelStream(raster, options);
-    if (stream.empty())
-        return {};
-    const auto* data = reinterpret_cast<const char*>(stream.data());
-    const auto length = static_cast<qsizetype>(stream.size());
     QByteArray png;
-    png.reserve(length + 128);
     png.append("\x89PNG\r\n\x1a\n", 8);
     QByteArray header;
     append32(header, static_cast<quint32>(raster.width()));
@@ -130,8 +173,8 @@ QByteArray file(const QImage& raster, const PngOptions& options) {
     header.append("\x08\x06\x00\x00\x00", 5);
     appendChunk(png, "IHDR", header.constData(), header.size());
     appendChunk(png, "sRGB", "\0", 1);
-    for (qsizetype start = 0; start < length; start += maximumChunk)
-        appendChunk(png, "IDAT", data + start, std::min(maximumChunk, length - start));
+    if (!appendPixels(png, raster, options))
+        return {};
     appendChunk(png, "IEND", nullptr, 0);
     return png;
 }

@@ -1,18 +1,22 @@
 #pragma once
 
+#include "platform/Deflate.h"
+
 #include <QByteArray>
 #include <QImage>
 
+#include <optional>
+
 /// How a PNG's rows are filtered before compression.
 enum class PngFilterStrategy {
-    Choose,   ///< None or Adaptive, whichever compresses better; of a large picture only a sample is tried
     None,     ///< no filter: best for flat graphics
     Adaptive, ///< for each row the filter with the least sum of absolute differences: best for photographs
 };
 
+/// What is not said is chosen for the picture, by a sample of its rows; of a small one by all of them.
 struct PngOptions {
-    PngFilterStrategy filter = PngFilterStrategy::Choose;
-    int level = 6; ///< of libdeflate, 1 to 12
+    std::optional<PngFilterStrategy> filter;
+    std::optional<Deflate::Method> method;
 };
 
 /// `raster` (RGBA8888_Premultiplied, or RGBA8888 with straight colours) as a PNG file (ISO/IEC 15948): 8-bit

@@ -76,33 +76,39 @@ void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int cou
 /// two pointers a pair.
 void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights, int pairs, std::size_t count,
                    std::int16_t* out) {
-    const hn::ScalableTag<std::int32_t> d32;
-    const hn::Rebind<std::uint8_t, decltype(d32)> d8;
-    const hn::Repartition<std::int16_t, decltype(d32)> d16;
-    const hn::Rebind<std::int16_t, decltype(d32)> dHalf16;
-    const std::size_t lanes = hn::Lanes(d32);
+    // Per block of 16 bytes, which is the order that interleaving and narrowing undo for each other.
+    const hn::ScalableTag<std::int16_t> d16;
+    const hn::Rebind<std::uint8_t, decltype(d16)> d8;
+    const hn::RepartitionToWide<decltype(d16)> d32;
+    const std::size_t lanes = hn::Lanes(d16);
     const auto round = hn::Set(d32, 1 << (columnShift - 1));
 
-    const auto sum = [&](std::size_t i, auto load) HWY_ATTR {
-        auto sum0 = hn::Zero(d32);
-        auto sum1 = hn::Zero(d32);
+    const auto filtered = [&](std::size_t i, auto load) HWY_ATTR {
+        auto lower0 = hn::Zero(d32);
+        auto lower1 = hn::Zero(d32);
+        auto upper0 = hn::Zero(d32);
+        auto upper1 = hn::Zero(d32);
         for (int pair = 0; pair < pairs; ++pair) {
-            const auto a = hn::PromoteTo(d32, load(rows[2 * pair] + i));
-            const auto b = hn::PromoteTo(d32, load(rows[2 * pair + 1] + i));
-            const auto samples = hn::BitCast(d16, hn::Or(a, hn::ShiftLeft<16>(b)));
+            const auto a = hn::PromoteTo(d16, load(rows[2 * pair] + i));
+            const auto b = hn::PromoteTo(d16, load(rows[2 * pair + 1] + i));
             std::int32_t both = 0;
             std::memcpy(&both, weights + 2 * pair, sizeof both);
             const auto factors = hn::BitCast(d16, hn::Set(d32, both));
-            sum0 = hn::ReorderWidenMulAccumulate(d32, samples, factors, sum0, sum1);
+            lower0 =
+                hn::ReorderWidenMulAccumulate(d32, hn::InterleaveLower(d16, a, b), factors, lower0, lower1);
+            upper0 =
+                hn::ReorderWidenMulAccumulate(d32, hn::InterleaveUpper(d16, a, b), factors, upper0, upper1);
         }
-        return hn::ShiftRight<columnShift>(hn::Add(hn::RearrangeToOddPlusEven(sum0, sum1), round));
+        const auto shifted = [&](auto sum0, auto sum1) HWY_ATTR {
+            return hn::ShiftRight<columnShift>(hn::Add(hn::RearrangeToOddPlusEven(sum0, sum1), round));
+        };
+        return hn::ReorderDemote2To(d16, shifted(lower0, lower1), shifted(upper0, upper1));
     };
 
     std::size_t i = 0;
     for (; i + lanes <= count; i += lanes)
-        hn::StoreU(
-            hn::DemoteTo(dHalf16, sum(i, [&](const std::uint8_t* p) HWY_ATTR { return hn::LoadU(d8, p); })),
-            dHalf16, out + i);
+        hn::StoreU(filtered(i, [&](const std::uint8_t* p) HWY_ATTR { return hn::LoadU(d8, p); }), d16,
+                   out + i);
     if (i == count)
         return;
     // The last few samples go through buffers of a whole vector.
@@ -113,7 +119,7 @@ void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights,
         std::memcpy(samples, p, rest);
         return hn::Load(d8, samples);
     };
-    hn::Store(hn::DemoteTo(dHalf16, sum(i, loadRest)), dHalf16, results);
+    hn::Store(filtered(i, loadRest), d16, results);
     std::memcpy(out + i, results, rest * sizeof *out);
 }
 
@@ -130,28 +136,43 @@ void pairUpPixels(std::int16_t* row, std::size_t pixelPairs) {
     }
 }
 
-/// One row of pixels from a row between the passes. Samples are clamped to what a premultiplied pixel may
-/// hold.
-void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int count, std::uint8_t* out) {
-    const hn::FixedTag<std::int16_t, 8> d16;
-    const hn::FixedTag<std::int32_t, 4> d32;
-    const hn::FixedTag<std::uint8_t, 4> d8;
-    const auto round = hn::Set(d32, 1 << (rowShift - 1));
-    for (int x = 0; x < count; ++x) {
-        const std::int16_t* taps = row + 4 * static_cast<std::ptrdiff_t>(weights.start(x));
-        const std::int16_t* factors = weights.weights(x);
-        auto sum0 = hn::Zero(d32);
-        auto sum1 = hn::Zero(d32);
-        for (int pair = 0; pair < weights.pairs(); ++pair) {
-            std::int32_t both = 0;
-            std::memcpy(&both, factors + 2 * pair, sizeof both);
-            sum0 = hn::ReorderWidenMulAccumulate(d32, hn::Load(d16, taps + 8 * pair),
-                                                 hn::BitCast(d16, hn::Set(d32, both)), sum0, sum1);
-        }
-        const auto pixel = hn::ShiftRight<rowShift>(hn::Add(hn::RearrangeToOddPlusEven(sum0, sum1), round));
-        const auto inRange = hn::Min(pixel, hn::Broadcast<3>(pixel));
-        hn::StoreU(hn::DemoteTo(d8, inRange), d8, out + 4 * static_cast<std::ptrdiff_t>(x));
+/// As many pixels as `d32` holds, from the taps of the first of them; each next one's taps lie one pair of
+/// pixels further and have the same weights. Samples are clamped to what a premultiplied pixel may hold.
+template <class D>
+HWY_INLINE void filterPixels(D d32, const std::int16_t* taps, const std::int16_t* factors, int pairs,
+                             std::uint8_t* out) {
+    const hn::Repartition<std::int16_t, D> d16;
+    const hn::Rebind<std::uint8_t, D> d8;
+    auto sum0 = hn::Zero(d32);
+    auto sum1 = hn::Zero(d32);
+    for (int pair = 0; pair < pairs; ++pair) {
+        std::int32_t both = 0;
+        std::memcpy(&both, factors + 2 * pair, sizeof both);
+        sum0 = hn::ReorderWidenMulAccumulate(d32, hn::LoadU(d16, taps + 8 * pair),
+                                             hn::BitCast(d16, hn::Set(d32, both)), sum0, sum1);
     }
+    const auto round = hn::Set(d32, 1 << (rowShift - 1));
+    const auto pixels = hn::ShiftRight<rowShift>(hn::Add(hn::RearrangeToOddPlusEven(sum0, sum1), round));
+    const auto inRange = hn::Min(pixels, hn::Broadcast<3>(pixels));
+    hn::StoreU(hn::DemoteTo(d8, inRange), d8, out);
+}
+
+/// One row of pixels from a row between the passes.
+void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int count, std::uint8_t* out) {
+    const hn::FixedTag<std::int32_t, 4> one;
+    const hn::ScalableTag<std::int32_t> several;
+    const int step = static_cast<int>(hn::Lanes(several) / 4);
+    const auto filter = [&](auto d, int x) HWY_ATTR {
+        filterPixels(d, row + 4 * static_cast<std::ptrdiff_t>(weights.start(x)), weights.weights(x),
+                     weights.pairs(), out + 4 * static_cast<std::ptrdiff_t>(x));
+    };
+    int x = 0;
+    for (; x < weights.uniformBegin(); ++x)
+        filter(one, x);
+    for (; x + step <= weights.uniformEnd(); x += step)
+        filter(several, x);
+    for (; x < count; ++x)
+        filter(one, x);
 }
 
 #endif

@@ -247,4 +247,20 @@ ResamplerWeights::ResamplerWeights(const AxisMapping& mapping, bool alignedStart
     m_weights.resize(count * row);
     for (std::size_t i = 0; i < count; ++i)
         m_starts[i] -= lead(i);
+    findUniform();
+}
+
+void ResamplerWeights::findUniform() {
+    const int count = static_cast<int>(m_starts.size());
+    const int middle = count / 2;
+    const auto isLikeMiddle = [&](int i) {
+        return start(i) - start(middle) == 2 * (i - middle) &&
+               std::equal(weights(i), weights(i) + 2 * m_pairs, weights(middle));
+    };
+    m_uniformBegin = middle;
+    while (m_uniformBegin > 0 && isLikeMiddle(m_uniformBegin - 1))
+        --m_uniformBegin;
+    m_uniformEnd = middle;
+    while (m_uniformEnd < count && isLikeMiddle(m_uniformEnd))
+        ++m_uniformEnd;
 }

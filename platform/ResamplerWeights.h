@@ -23,8 +23,17 @@ class ResamplerWeights {
         return m_weights.data() + static_cast<std::size_t>(target) * static_cast<std::size_t>(2 * m_pairs);
     }
 
+    /// Where the target pixels [begin, end) all have the same weights, each two samples behind the one
+    /// before, as most have in a reduction by two. Empty where there are none.
+    int uniformBegin() const { return m_uniformBegin; }
+    int uniformEnd() const { return m_uniformEnd; }
+
   private:
+    void findUniform();
+
     int m_pairs = 0;
+    int m_uniformBegin = 0;
+    int m_uniformEnd = 0;
     std::vector<int> m_starts;
     std::vector<std::int16_t> m_weights;
 };

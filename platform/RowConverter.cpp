@@ -1,5 +1,7 @@
 #include "platform/RowConverter.h"
 
+#include "platform/Premultiplication.h"
+
 #include <lcms2.h>
 
 #include <algorithm>
@@ -14,12 +16,6 @@ namespace {
 using Alpha = SampleLayout::Alpha;
 using Colors = SampleLayout::Colors;
 
-/// c × a ÷ 255, rounded, for bytes.
-unsigned multiplied(unsigned c, unsigned a) {
-    const unsigned product = c * a + 128;
-    return (product + (product >> 8)) >> 8;
-}
-
 std::uint8_t toByte(std::uint16_t sample) {
     return static_cast<std::uint8_t>((static_cast<unsigned>(sample) * 255 + 32767) / 65535);
 }
@@ -30,17 +26,7 @@ std::uint8_t multipliedToByte(std::uint16_t c, std::uint16_t a) {
     return static_cast<std::uint8_t>((static_cast<std::uint64_t>(c) * a * 255 + scale / 2) / scale);
 }
 
-void premultiplyTo(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels) {
-    for (std::size_t i = 0; i < 4 * pixels; i += 4) {
-        const unsigned a = in[i + 3];
-        out[i] = static_cast<std::uint8_t>(multiplied(in[i], a));
-        out[i + 1] = static_cast<std::uint8_t>(multiplied(in[i + 1], a));
-        out[i + 2] = static_cast<std::uint8_t>(multiplied(in[i + 2], a));
-        out[i + 3] = static_cast<std::uint8_t>(a);
-    }
-}
-
-void premultiplyTo(const std::uint16_t* in, std::uint8_t* out, std::size_t pixels) {
+void premultiply(const std::uint16_t* in, std::uint8_t* out, std::size_t pixels) {
     for (std::size_t i = 0; i < 4 * pixels; i += 4) {
         const std::uint16_t a = in[i + 3];
         for (std::size_t channel = 0; channel < 3; ++channel)
@@ -91,16 +77,7 @@ void unpremultiply(const SampleLayout& layout, const Sample* in, Sample* out, st
 }
 
 /// Premultiplied samples that decoders pass on as they find them: no colour may exceed its alpha.
-void copyPremultiplied(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels) {
-    for (std::size_t i = 0; i < 4 * pixels; i += 4) {
-        const std::uint8_t a = in[i + 3];
-        for (std::size_t n = 0; n < 3; ++n)
-            out[i + n] = std::min(in[i + n], a);
-        out[i + 3] = a;
-    }
-}
-
-void copyPremultiplied(const std::uint16_t* in, std::uint8_t* out, std::size_t pixels) {
+void clampToAlpha(const std::uint16_t* in, std::uint8_t* out, std::size_t pixels) {
     for (std::size_t i = 0; i < 4 * pixels; i += 4) {
         const std::uint8_t a = toByte(in[i + 3]);
         for (std::size_t n = 0; n < 3; ++n)
@@ -119,10 +96,6 @@ cmsUInt32Number inputFormat(const SampleLayout& layout) {
 }
 
 } // namespace
-
-void premultiply(std::uint8_t* rgba, std::size_t pixels) {
-    premultiplyTo(rgba, rgba, pixels);
-}
 
 RowConverter::RowConverter(const SampleLayout& layout, const ColorProfile& profile) : m_layout(layout) {
     if (profile)
@@ -189,9 +162,9 @@ void RowConverter::convertSamples(const Sample* in, std::uint8_t* out, std::size
     const bool isRgba = m_layout.colors == Colors::RGB && m_layout.alpha != Alpha::None;
     if (!m_transform && isRgba) {
         if (isPremultiplied)
-            copyPremultiplied(in, out, pixels);
+            clampToAlpha(in, out, pixels);
         else
-            premultiplyTo(in, out, pixels);
+            premultiply(in, out, pixels);
         return;
     }
     m_straight.resize(4 * pixels);
@@ -209,7 +182,7 @@ void RowConverter::convertSamples(const Sample* in, std::uint8_t* out, std::size
     } else {
         expand(m_layout, in, straight, pixels);
     }
-    premultiplyTo(straight, out, pixels);
+    premultiply(straight, out, pixels);
 }
 
 void RowConverter::convert(const std::uint8_t* in, std::uint8_t* out, int pixels) {

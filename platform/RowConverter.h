@@ -50,7 +50,3 @@ class RowConverter {
     std::vector<std::uint16_t> m_straight;
     std::vector<std::uint16_t> m_unpremultiplied;
 };
-
-/// Multiplies the colours of `pixels` straight RGBA pixels with their alpha, in place: (c × a) ÷ 255,
-/// rounded.
-void premultiply(std::uint8_t* rgba, std::size_t pixels);

@@ -1,8 +1,8 @@
 #include "platform/TiffWriter.h"
 
 #include "platform/EncodedPicture.h"
+#include "platform/Premultiplication.h"
 #include "platform/TiffStream.h"
-#include "platform/Unpremultiply.h"
 
 #include <cstdint>
 

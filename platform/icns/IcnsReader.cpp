@@ -2,7 +2,7 @@
 
 #include "platform/Jpeg2000Reader.h"
 #include "platform/PngReader.h"
-#include "platform/RowConverter.h"
+#include "platform/Premultiplication.h"
 #include "platform/icns/IcnsEncoding.h"
 #include "platform/icns/IcnsRle.h"
 
@@ -169,7 +169,7 @@ Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
     Result<QImage> image = samples(element);
     if (!image)
         return image.error();
-    premultiply(image->bits(),
+    premultiply(image->constBits(), image->bits(),
                 static_cast<std::size_t>(image->width()) * static_cast<std::size_t>(image->height()));
     image->reinterpretAsFormat(QImage::Format_RGBA8888_Premultiplied);
     return DecodedPicture{std::move(*image), {}};

@@ -1,12 +1,14 @@
 #include "platform/icns/IcnsWriter.h"
 
 #include "platform/PngWriter.h"
-#include "platform/Unpremultiply.h"
+#include "platform/Premultiplication.h"
 #include "platform/icns/IcnsRle.h"
 #include "platform/icns/IcnsTypes.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace {
@@ -24,12 +26,9 @@ constexpr Row rows[] = {
     {64, "ic12", none},   {32, "il32", "l8mk"}, {16, "is32", "s8mk"},
 };
 
-void append(QByteArray& file, FourCharCode code, const QByteArray& data) {
-    const IcnsHeader header{
-        quint32_be(code.value),
-        quint32_be(static_cast<quint32>(sizeof(IcnsHeader) + static_cast<std::size_t>(data.size())))};
+void appendHeader(QByteArray& file, FourCharCode code, std::size_t length) {
+    const IcnsHeader header{quint32_be(code.value), quint32_be(static_cast<quint32>(length))};
     file.append(reinterpret_cast<const char*>(&header), sizeof header);
-    file.append(data);
 }
 
 /// Every fourth byte of `pixels`, from `position` on.
@@ -53,7 +52,7 @@ IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
         const QByteArray png = encodePng(raster);
         if (png.isEmpty())
             return Added::Failed;
-        append(m_elements, row->code, png);
+        append(row->code, png);
         return Added::Yes;
     }
     const auto count = static_cast<std::size_t>(raster.width()) * static_cast<std::size_t>(raster.height());
@@ -64,14 +63,17 @@ IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
     for (std::size_t position = 0; position <= lastColor; ++position)
         IcnsRle::pack(channel(pixels, position), colors, position == lastColor);
     const std::vector<std::uint8_t> alpha = channel(pixels, 3);
-    append(m_elements, row->code, colors);
-    append(m_elements, row->mask,
+    append(row->code, colors);
+    append(row->mask,
            QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size())));
     return Added::Yes;
 }
 
-QByteArray IcnsWriter::data() const {
-    QByteArray file;
-    append(file, icnsMagic, m_elements);
-    return file;
+void IcnsWriter::append(FourCharCode code, const QByteArray& data) {
+    if (m_file.isEmpty())
+        appendHeader(m_file, icnsMagic, 0);
+    appendHeader(m_file, code, sizeof(IcnsHeader) + static_cast<std::size_t>(data.size()));
+    m_file.append(data);
+    const quint32_be total(static_cast<quint32>(m_file.size()));
+    std::memcpy(m_file.data() + offsetof(IcnsHeader, length), &total, sizeof total);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FourCharCode.h"
+
 #include <QByteArray>
 #include <QImage>
 
@@ -16,11 +18,13 @@ class IcnsWriter {
     /// Appends the element or elements of `raster` (RGBA8888_Premultiplied).
     Added addImage(const QImage& raster);
 
-    bool isEmpty() const { return m_elements.isEmpty(); }
+    bool isEmpty() const { return m_file.isEmpty(); }
 
-    /// The file.
-    QByteArray data() const;
+    /// The file; empty without elements.
+    const QByteArray& data() const { return m_file; }
 
   private:
-    QByteArray m_elements;
+    void append(FourCharCode code, const QByteArray& data);
+
+    QByteArray m_file;
 };

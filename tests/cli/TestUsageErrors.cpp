@@ -121,8 +121,9 @@ TEST_F(UsageErrors, help_is_none) {
 
 TEST_F(UsageErrors, help_of_the_command_names_every_option) {
     const QByteArray help = runCli({u"generate"_s, u"--help"_s}).output;
-    for (const char* option : {"PICTURE", "--out", "--platform", "--round-corner", "--border",
-                               "--border-color", "--catalogue", "--open", "--quiet", "--verbose", "--json"})
+    for (const char* option :
+         {"PICTURE", "--out", "--platform", "--round-corner", "--border", "--border-color", "--catalogue",
+          "--open", "--quiet", "--verbose", "--json", "--timings"})
         EXPECT_TRUE(help.contains(option)) << option;
 }
 

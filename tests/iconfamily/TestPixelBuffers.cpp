@@ -58,41 +58,4 @@ TEST(PixelBuffers, expand_is_a_plain_loop) {
     }
 }
 
-Bytes plainlyUnpremultiplied(Bytes bytes) {
-    for (std::size_t i = 0; i < bytes.size(); i += 4) {
-        for (std::size_t c = 1; c < 4; ++c) {
-            const unsigned a = bytes[i];
-            bytes[i + c] = a == 0
-                               ? std::uint8_t{0}
-                               : static_cast<std::uint8_t>(std::min(255U, (bytes[i + c] * 255U + a / 2) / a));
-        }
-    }
-    return bytes;
-}
-
-TEST(PixelBuffers, unpremultiply_is_a_plain_loop_for_every_alpha_and_colour) {
-    Bytes all;
-    for (unsigned a = 0; a < 256; ++a) {
-        for (unsigned c = 0; c < 256; ++c) {
-            for (const unsigned byte : {a, c, 255 - c, c ^ a})
-                all.push_back(static_cast<std::uint8_t>(byte));
-        }
-    }
-    Bytes out = all;
-    PixelBuffers::unpremultiplyArgb(out.data(), out.size() / 4);
-    EXPECT_EQ(out, plainlyUnpremultiplied(all));
-}
-
-TEST(PixelBuffers, unpremultiply_is_a_plain_loop_for_every_length) {
-    for (const std::size_t pixels : lengths) {
-        const Bytes in = noise(4 * pixels, 2);
-        Bytes out = in;
-        out.push_back(0xee);
-        PixelBuffers::unpremultiplyArgb(out.data(), pixels);
-        ASSERT_EQ(out.back(), 0xee);
-        out.pop_back();
-        ASSERT_EQ(out, plainlyUnpremultiplied(in)) << pixels;
-    }
-}
-
 } // namespace

@@ -3,7 +3,7 @@
 #include "platform/BitmapImageRep.h"
 #include "platform/ImageSource.h"
 #include "platform/PngWriter.h"
-#include "platform/RowConverter.h"
+#include "platform/Premultiplication.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -28,7 +28,7 @@ QImage Pictures::raster(int width, int height, const std::function<QColor(int x,
             const uchar rgba[4] = {static_cast<uchar>(c.red()), static_cast<uchar>(c.green()),
                                    static_cast<uchar>(c.blue()), static_cast<uchar>(c.alpha())};
             std::memcpy(out, rgba, 4);
-            premultiply(out, 1);
+            premultiply(out, out, 1);
         }
     }
     return image;

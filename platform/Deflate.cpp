@@ -1,0 +1,83 @@
+#include "platform/Deflate.h"
+
+#include <isa-l/igzip_lib.h>
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <new>
+
+namespace {
+
+struct FreeCompressor {
+    void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
+};
+
+bool appendThorough(QByteArray& stream, std::span<const std::uint8_t> bytes) {
+    constexpr int level = 6;
+    const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
+        libdeflate_alloc_compressor(level));
+    if (!compressor)
+        return false;
+    const qsizetype start = stream.size();
+    const std::size_t room = libdeflate_zlib_compress_bound(compressor.get(), bytes.size());
+    stream.resize(start + static_cast<qsizetype>(room));
+    const std::size_t length =
+        libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), stream.data() + start, room);
+    stream.resize(start + static_cast<qsizetype>(length));
+    return length > 0;
+}
+
+/// The compressor's state and its tables, which it fills itself.
+struct QuickState {
+    isal_zstream stream;
+    std::uint8_t tables[ISAL_DEF_LVL1_DEFAULT];
+};
+
+bool appendQuick(QByteArray& stream, std::span<const std::uint8_t> bytes) {
+    const std::unique_ptr<QuickState> state(new (std::nothrow) QuickState);
+    if (!state)
+        return false;
+    isal_zstream& zlib = state->stream;
+    isal_deflate_init(&zlib);
+    zlib.level = 1;
+    zlib.level_buf = state->tables;
+    zlib.level_buf_size = sizeof state->tables;
+    zlib.gzip_flag = IGZIP_ZLIB;
+    // It counts in 32 bits.
+    constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max() / 2;
+    const qsizetype start = stream.size();
+    qsizetype end = start;
+    stream.resize(start + static_cast<qsizetype>(bytes.size() + bytes.size() / 64 + 512));
+    const std::uint8_t* const last = bytes.data() + bytes.size();
+    zlib.next_in = const_cast<std::uint8_t*>(bytes.data()); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    do {
+        if (end == stream.size())
+            stream.resize(stream.size() + stream.size() / 2);
+        const auto in = std::min(most, static_cast<std::size_t>(last - zlib.next_in));
+        const auto room = std::min(most, static_cast<std::size_t>(stream.size() - end));
+        zlib.avail_in = static_cast<std::uint32_t>(in);
+        zlib.end_of_stream = zlib.next_in + in == last ? 1 : 0;
+        zlib.next_out = reinterpret_cast<std::uint8_t*>(stream.data()) + end;
+        zlib.avail_out = static_cast<std::uint32_t>(room);
+        if (isal_deflate(&zlib) != COMP_OK) {
+            stream.resize(start);
+            return false;
+        }
+        end += static_cast<qsizetype>(room - zlib.avail_out);
+    } while (zlib.internal_state.state != ZSTATE_END);
+    stream.resize(end);
+    return true;
+}
+
+} // namespace
+
+bool Deflate::append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method) {
+    return method == Method::Quick ? appendQuick(stream, bytes) : appendThorough(stream, bytes);
+}
+
+std::size_t Deflate::length(std::span<const std::uint8_t> bytes, Method method) {
+    QByteArray stream;
+    return append(stream, bytes, method) ? static_cast<std::size_t>(stream.size()) : 0;
+}
