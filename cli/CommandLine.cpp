@@ -96,12 +96,11 @@ std::string listed(const std::vector<const CLI::App*>& commands) {
     return text;
 }
 
-int complain(const CLI::App& app, const UsageError& error) {
+ParsedCommandLine complaint(const CLI::App& app, const UsageError& error) {
     std::string help = "tobrimax-cli ";
     for (const CLI::App* command : namedCommands(app))
         help += command->get_name() + " ";
-    Terminal::error(shown(error.sentence + " (see " + help + "--help)"));
-    return wrongUsage;
+    return {nullptr, {}, error.sentence + " (see " + help + "--help)"};
 }
 
 std::vector<Command> addCommands(CLI::App& app) {
@@ -123,8 +122,7 @@ int run(const std::function<int()>& work) {
 
 } // namespace
 
-int runCommandLine(int argc, char** argv) {
-    Terminal::showDiagnosticLog(false);
+ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
     CLI::App app(
         "Turns one picture into the icon sets that iPhone, iPad, Apple Watch, Mac and Android apps need.",
         "tobrimax-cli");
@@ -142,20 +140,32 @@ int runCommandLine(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::Success& request) {
         std::ostringstream text;
-        const int status = app.exit(request, text, text);
-        return Terminal::print(shown(text.str()).trimmed()) ? status : 1;
+        app.exit(request, text, text);
+        return {nullptr, text.str(), {}};
     } catch (const CLI::ParseError& error) {
-        return complain(app, unknownWord(app, commands).value_or(reworded(error)));
+        return complaint(app, unknownWord(app, commands).value_or(reworded(error)));
     }
     if (const std::optional<UsageError> unknown = unknownWord(app, commands))
-        return complain(app, *unknown);
+        return complaint(app, *unknown);
     const std::vector<const CLI::App*> named = namedCommands(app);
     const CLI::App& last = named.empty() ? app : *named.back();
     const auto command = std::ranges::find(commands, &last, &Command::app);
     if (command == commands.end())
-        return complain(app, {"a command is missing: " + listed(last.get_subcommands({}))});
+        return complaint(app, {"a command is missing: " + listed(last.get_subcommands({}))});
     const Parsed<std::function<int()>> work = command->prepare();
     if (const auto* error = std::get_if<UsageError>(&work))
-        return complain(app, *error);
-    return run(std::get<std::function<int()>>(work));
+        return complaint(app, *error);
+    return {std::get<std::function<int()>>(work), {}, {}};
+}
+
+int runCommandLine(int argc, const char* const* argv) {
+    Terminal::showDiagnosticLog(false);
+    const ParsedCommandLine parsed = parseCommandLine(argc, argv);
+    if (parsed.work)
+        return run(parsed.work);
+    if (!parsed.complaint.empty()) {
+        Terminal::error(shown(parsed.complaint));
+        return wrongUsage;
+    }
+    return Terminal::print(shown(parsed.text).trimmed()) ? 0 : 1;
 }

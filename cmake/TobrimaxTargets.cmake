@@ -19,6 +19,22 @@ target_compile_options(
             # The same rounding on every processor: no fused multiply-add behind our back.
             -ffp-contract=off)
 
+# Hardening of what people run: checked bounds and formats, guarded stacks, branch targets, and an address space that is
+# laid out anew each time and whose tables are read-only.
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+target_compile_options(
+  tobrimax_options INTERFACE $<$<CONFIG:Release>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -D_GLIBCXX_ASSERTIONS
+                             -fstack-protector-strong>)
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  target_compile_options(tobrimax_options INTERFACE $<$<CONFIG:Release>:-fstack-clash-protection>)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+    target_compile_options(tobrimax_options INTERFACE $<$<CONFIG:Release>:-fcf-protection>)
+  endif()
+  target_link_options(tobrimax_options INTERFACE $<$<CONFIG:Release>:LINKER:-z,relro,-z,now,-z,noexecstack>)
+endif()
+
 # tobrimax_library(NAME SOURCES… ): a static library of one folder.
 function(tobrimax_library name)
   add_library(${name} STATIC ${ARGN})

@@ -1,13 +1,23 @@
-// Any bytes as a property list, and as a size string.
+// Any bytes as a size catalogue. What is one has a size and a name for each of its icons.
 
 #include "generation/IconSizeCatalogue.h"
 #include "platform/PropertyList.h"
+#include "tests/fuzz/Require.h"
 
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-    (void)PropertyList::parse(bytes);
-    (void)sizeFromString(QString::fromUtf8(bytes));
+    const Result<QVariant> list = PropertyList::parse(bytes);
+    if (!list) {
+        require(!list.error().sentence.isEmpty());
+        return 0;
+    }
+    for (const QVariant& platform : list->toList()) {
+        for (const QVariant& entry : platform.toMap()) {
+            (void)IconSizeCatalogue::dimensions(entry.toMap());
+            (void)IconSizeCatalogue::name(entry.toMap());
+        }
+    }
     return 0;
 }

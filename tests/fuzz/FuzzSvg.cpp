@@ -1,0 +1,20 @@
+// Any bytes as an SVG document: drawn at the size of an icon, or refused with a sentence.
+
+#include "platform/SvgDocument.h"
+#include "tests/fuzz/Require.h"
+
+#include <cstdint>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
+    if (!document) {
+        require(!document.error().sentence.isEmpty());
+        return 0;
+    }
+    require((*document)->size().width() > 0 && (*document)->size().height() > 0);
+    constexpr int side = 20;
+    const QImage icon = (*document)->rendered({0, 0, side, side}, {0, 0, side, side});
+    require(icon.isNull() || icon.size() == QSize(side, side));
+    return 0;
+}
