@@ -1,21 +1,10 @@
-// Makes the pictures that the comparisons start from, the same at each run and, at each side, of the same
-// scene:
-//   bench_pictures logo|photo SIDE FILE.png|FILE.jpg
-// A row at a time, so that the largest sides need no memory.
-#include <png.h>
+#include "bench/SourcePicture.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
-#include <string_view>
-#include <vector>
-
-// after cstdio
-#include <jpeglib.h>
+#include <tuple>
 
 namespace {
 
@@ -131,8 +120,8 @@ double octaves(double x, double y, int count, std::uint32_t seed) {
     return sum;
 }
 
-constexpr std::size_t ridgeCount = 4;
-using Ridges = std::array<double, ridgeCount>;
+using Ridges = SourcePicture::Ridges;
+constexpr std::size_t ridgeCount = std::tuple_size_v<Ridges>;
 
 std::uint32_t ridgeSeed(std::size_t i) {
     return static_cast<std::uint32_t>(100 * (i + 1));
@@ -196,106 +185,30 @@ std::uint8_t sample(double value) {
     return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 255.0)));
 }
 
-class SourcePicture {
-  public:
-    SourcePicture(bool isLogo, int side) : m_isLogo(isLogo), m_side(side) {
-        for (int x = 0; x < side && !isLogo; ++x)
-            m_ridges.push_back(ridgesAt(place(x), side / 2.0));
-    }
-
-    int side() const { return m_side; }
-    bool hasAlpha() const { return m_isLogo; }
-
-    /// RGBA or, without alpha, RGB.
-    void row(int y, std::uint8_t* out) const {
-        const double pixels = m_side / 2.0;
-        for (int x = 0; x < m_side; ++x) {
-            const Rgba color =
-                m_isLogo ? logo(place(x), place(y), pixels)
-                         : photo(place(x), place(y), pixels, x, y, m_ridges[static_cast<std::size_t>(x)]);
-            *out++ = sample(color.r);
-            *out++ = sample(color.g);
-            *out++ = sample(color.b);
-            if (m_isLogo)
-                *out++ = sample(255 * color.a);
-        }
-    }
-
-  private:
-    /// A pixel's middle, from -1 to 1.
-    double place(int pixel) const { return (2 * pixel + 1.0) / m_side - 1; }
-
-    bool m_isLogo;
-    int m_side;
-    std::vector<Ridges> m_ridges;
-};
-
-// Both libraries end the program themselves where something fails.
-
-void writePng(const SourcePicture& picture, std::FILE* file) {
-    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-    png_infop info = png_create_info_struct(png);
-    png_init_io(png, file);
-    const auto side = static_cast<png_uint_32>(picture.side());
-    png_set_IHDR(png, info, side, side, 8, picture.hasAlpha() ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB,
-                 PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    png_write_info(png, info);
-    std::vector<std::uint8_t> row(4 * static_cast<std::size_t>(picture.side()));
-    for (int y = 0; y < picture.side(); ++y) {
-        picture.row(y, row.data());
-        png_write_row(png, row.data());
-    }
-    png_write_end(png, info);
-    png_destroy_write_struct(&png, &info);
-}
-
-void writeJpeg(const SourcePicture& picture, std::FILE* file) {
-    constexpr int quality = 90;
-    jpeg_compress_struct jpeg{};
-    jpeg_error_mgr errors{};
-    jpeg.err = jpeg_std_error(&errors);
-    jpeg_create_compress(&jpeg);
-    jpeg_stdio_dest(&jpeg, file);
-    jpeg.image_width = static_cast<JDIMENSION>(picture.side());
-    jpeg.image_height = jpeg.image_width;
-    jpeg.input_components = 3;
-    jpeg.in_color_space = JCS_RGB;
-    jpeg_set_defaults(&jpeg);
-    jpeg_set_quality(&jpeg, quality, TRUE);
-    jpeg_start_compress(&jpeg, TRUE);
-    std::vector<std::uint8_t> row(3 * static_cast<std::size_t>(picture.side()));
-    for (int y = 0; y < picture.side(); ++y) {
-        picture.row(y, row.data());
-        JSAMPROW rows = row.data();
-        jpeg_write_scanlines(&jpeg, &rows, 1);
-    }
-    jpeg_finish_compress(&jpeg);
-    jpeg_destroy_compress(&jpeg);
-}
-
 } // namespace
 
-int main(int argc, char** argv) {
-    const std::string_view kind = argc == 4 ? argv[1] : "";
-    const int side = argc == 4 ? std::atoi(argv[2]) : 0;
-    const std::string_view name = argc == 4 ? argv[3] : "";
-    const bool isJpeg = name.ends_with(".jpg");
-    if ((kind != "logo" && kind != "photo") || side <= 0 || (!isJpeg && !name.ends_with(".png")) ||
-        (isJpeg && kind == "logo")) {
-        std::fputs("usage: bench_pictures logo|photo SIDE FILE.png|FILE.jpg (JPEG for the photo only)\n",
-                   stderr);
-        return 2;
+SourcePicture::SourcePicture(Kind kind, int width, int height)
+    : m_kind(kind), m_width(width), m_height(height) {
+    for (int x = 0; x < width && kind == Kind::Photo; ++x)
+        m_ridges.push_back(ridgesAt(place(x, width), width / 2.0));
+}
+
+double SourcePicture::place(int pixel, int side) {
+    return (2 * pixel + 1.0) / side - 1;
+}
+
+void SourcePicture::row(int y, std::uint8_t* out) const {
+    const double pixels = m_width / 2.0;
+    const double top = place(y, m_height);
+    for (int x = 0; x < m_width; ++x) {
+        const double left = place(x, m_width);
+        const Rgba color = m_kind == Kind::Logo
+                               ? logo(left, top, pixels)
+                               : photo(left, top, pixels, x, y, m_ridges[static_cast<std::size_t>(x)]);
+        *out++ = sample(color.r);
+        *out++ = sample(color.g);
+        *out++ = sample(color.b);
+        if (hasAlpha())
+            *out++ = sample(255 * color.a);
     }
-    std::FILE* file = std::fopen(argv[3], "wb");
-    if (file == nullptr) {
-        std::perror(argv[3]);
-        return 1;
-    }
-    const SourcePicture picture(kind == "logo", side);
-    (isJpeg ? writeJpeg : writePng)(picture, file);
-    if (std::fclose(file) != 0) {
-        std::perror(argv[3]);
-        return 1;
-    }
-    return 0;
 }
