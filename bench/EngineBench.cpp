@@ -58,7 +58,7 @@ bool hasFailed(benchmark::State& state, bool isDone) {
 
 template <typename Decode>
 void decode(benchmark::State& state, const QImage& raster, const QByteArray& file, const Decode& read) {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         auto decoded = read(file);
         if (hasFailed(state, static_cast<bool>(decoded)))
             return;
@@ -81,7 +81,7 @@ void decodeJpeg(benchmark::State& state) {
 template <typename Convert>
 void convertInPlace(benchmark::State& state, const Convert& convert) {
     QImage raster = picture(state, Kind::Logo).copy();
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         for (int y = 0; y < raster.height(); ++y)
             convert(raster.scanLine(y), static_cast<std::size_t>(raster.width()));
         benchmark::ClobberMemory();
@@ -103,7 +103,7 @@ void resample(benchmark::State& state) {
     const QImage& raster = picture(state, Kind::Logo);
     const QSize size(static_cast<int>(state.range(2)), static_cast<int>(state.range(3)));
     QImage result;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         result = stretched(raster, size);
         if (hasFailed(state, !result.isNull()))
             return;
@@ -120,7 +120,7 @@ void decorate(benchmark::State& state, bool isDecorated) {
     Path path =
         Path::bezierPathWithRoundedRect(QRectF(QPointF(), size), 0.22 * size.width(), 0.22 * size.height());
     path.setLineWidth(0.05 * size.width());
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         GraphicsContext context(size, 1);
         if (isDecorated)
             context.addClip(path);
@@ -137,7 +137,7 @@ void decorate(benchmark::State& state, bool isDecorated) {
 template <typename Encode>
 void encode(benchmark::State& state, const QImage& raster, const Encode& write) {
     QByteArray file;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         file = write(raster);
         if (hasFailed(state, !file.isEmpty()))
             return;
@@ -161,7 +161,7 @@ void encodeWholePng(benchmark::State& state, Kind kind) {
 
 /// The bytes that go into the compressor.
 QByteArray filtered(const QImage& straight, bool isAdaptive) {
-    const auto rowBytes = static_cast<std::size_t>(4 * straight.width());
+    const auto rowBytes = 4 * static_cast<std::size_t>(straight.width());
     QByteArray rows(static_cast<qsizetype>(rowBytes + 1) * straight.height(), Qt::Uninitialized);
     auto* out = reinterpret_cast<std::uint8_t*>(rows.data());
     PngFilter filter(rowBytes);
@@ -176,7 +176,7 @@ QByteArray filtered(const QImage& straight, bool isAdaptive) {
 
 void filterRows(benchmark::State& state, bool isAdaptive) {
     const QImage straight = straightRaster(picture(state, Kind::Photo));
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(filtered(straight, isAdaptive));
     countPixels(state, straight);
 }
@@ -189,7 +189,7 @@ void compress(benchmark::State& state, Kind kind) {
     const auto length = static_cast<std::size_t>(rows.size());
     std::vector<std::uint8_t> stream(libdeflate_zlib_compress_bound(compressor, length));
     std::size_t written = 0;
-    for (auto _ : state)
+    while (state.KeepRunning())
         written =
             libdeflate_zlib_compress(compressor, rows.constData(), length, stream.data(), stream.size());
     libdeflate_free_compressor(compressor);
@@ -206,7 +206,7 @@ void writeIcns(benchmark::State& state) {
         pixelBytes += images.back().sizeInBytes();
     }
     QByteArray file;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         IcnsWriter writer;
         for (const QImage& image : images) {
             if (hasFailed(state, writer.addImage(image) == IcnsWriter::Added::Yes))

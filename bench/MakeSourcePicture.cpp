@@ -4,8 +4,8 @@
 
 #include <png.h>
 
+#include <charconv>
 #include <cstdio>
-#include <cstdlib>
 #include <string_view>
 #include <vector>
 
@@ -62,11 +62,14 @@ void writeJpeg(const SourcePicture& picture, std::FILE* file) {
 
 int main(int argc, char** argv) {
     const std::string_view kind = argc == 4 ? argv[1] : "";
-    const int side = argc == 4 ? std::atoi(argv[2]) : 0;
+    const std::string_view number = argc == 4 ? argv[2] : "";
     const std::string_view name = argc == 4 ? argv[3] : "";
+    int side = 0;
+    const bool isNumber = std::from_chars(number.data(), number.data() + number.size(), side).ptr ==
+                          number.data() + number.size();
     const bool isJpeg = name.ends_with(".jpg");
-    if ((kind != "logo" && kind != "photo") || side <= 0 || (!isJpeg && !name.ends_with(".png")) ||
-        (isJpeg && kind == "logo")) {
+    if ((kind != "logo" && kind != "photo") || !isNumber || side <= 0 ||
+        (!isJpeg && !name.ends_with(".png")) || (isJpeg && kind == "logo")) {
         std::fputs("usage: bench_pictures logo|photo SIDE FILE.png|FILE.jpg (JPEG for the photo only)\n",
                    stderr);
         return 2;

@@ -162,7 +162,7 @@ Rgba photo(double x, double y, double pixels, int column, int row, const Ridges&
         if (depth(i) < -1)
             continue;
         const std::uint32_t seed = ridgeSeed(i) + 20;
-        const double scale = static_cast<double>(i + 1);
+        const auto scale = static_cast<double>(i + 1);
         const double shape = octaves(x * 3 * scale, y * 5 * scale, finest(pixels), seed);
         const double toLight = octaves(x * 3 * scale + 0.02, y * 5 * scale + 0.03, finest(pixels), seed);
         const double shade = std::clamp(0.5 + 0.35 * shape + 2.2 * (toLight - shape), 0.0, 1.0);

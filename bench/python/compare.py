@@ -107,7 +107,7 @@ def musts(source, results):
     imagemagick, tauri = results[tools.IMAGEMAGICK], results[tools.TAURI]
     found = [
         at_most("wall ÷ sharp's", ours["wall"] / sharp["wall"], source.wall),
-        at_most(f"wall ÷ the cleverest script's for sharp, {cleverest.name.removeprefix('sharp').strip() or 'as above'}",
+        at_most(f"wall ÷ the fastest script's for sharp on one core, {cleverest.name}",
                 ours["wall"] / results[cleverest]["wall"], 1),
         at_most("bytes ÷ sharp's", ours["bytes"] / sharp["bytes"], 1),
         at_most("peak memory, source pixels × 5.4 bytes + 96 MB", ours["peak"] / MEGABYTE,
@@ -131,8 +131,8 @@ def limit_sentence(results, stages):
         return "This build of tobrimax-cli does not tell its stages' times (`--timings`)."
     wall, floor = results[tools.OURS]["wall"], stages["decode"] + stages["compress"]
     told = ", ".join(f"{name} {milliseconds(seconds)}" for name, seconds in stages.items())
-    return (f"To decode the source and to compress the filtered bytes takes {milliseconds(floor)} ms alone; the whole run "
-            f"takes {wall / floor:.2f} times that. Stages in ms: {told}.")
+    return (f"To decode the source and to compress the filtered bytes takes {milliseconds(floor)} ms alone; the whole "
+            f"run takes {wall / floor:.2f} times that. Stages in ms: {told}.")
 
 
 def reduced(tool, path, target):
@@ -182,26 +182,26 @@ def quality_musts(figures):
 INTRODUCTION = """# Performance
 
 Made by `bench/compare`: what it takes to make the full set of icons, {pngs} PNG files and the {icns} images of
-Application.icns, with tobrimax-cli and with the programs that people use for it. Whole processes from start to exit, each
-pinned to one core, the median of {runs} alternating runs; CPU is user and system time, peak is the largest resident memory.
-Every program's icons were opened, and have the right sizes.
+Application.icns, with tobrimax-cli and with the programs that people use for it. Whole processes from start to exit,
+each pinned to one core, the median of {runs} alternating runs; CPU is user and system time, peak is the largest
+resident memory. Every program's icons were opened, and have the right sizes.
 
 Machine: {machine}. Versions: {versions}.{load}
 
-The sources are made from fixed seeds: a logo (flat shapes, gradients, antialiased edges, transparent surround; PNG) and a
-picture as a camera takes it (PNG; at 4096 pixels JPEG of quality 90).
+The sources are made from fixed seeds: a logo (flat shapes, gradients, antialiased edges, transparent surround; PNG)
+and a picture as a camera takes it (PNG; at 4096 pixels JPEG of quality 90).
 
-- **sharp** is scripted as its users do ([script](../bench/peers/sharp-icons.mjs)): one decode to raw pixels, then one resize
-  (Lanczos 3) and one PNG with default options for each icon; `sharp.concurrency(1)`, `UV_THREADPOOL_SIZE=1`,
-  `sharp.cache(false)`. It has no icns: the {icns} images are PNG files. The other rows are what a script could do besides,
-  and tobrimax-cli does not, since each of its icons is a drawing of its own: (a) each of the {distinct} distinct sizes once,
-  copied for the others; (b) one reduction to 1024 pixels before all others; (c) the source's file opened again for each icon,
-  which lets sharp decode a JPEG at a part of its size; (d) all icons at once on all cores, with as many threads as sharp
-  takes by itself.
-- **ImageMagick** is one process for all sizes, `convert SOURCE ( +clone -resize WxH! -write FILE +delete ) … null:`, on one
-  thread, with its default filter.
-- **tauri icon** (npm's `@tauri-apps/cli`) has a file set of its own, and is compared per output pixel. It reads no JPEG, and
-  gets the same picture as a PNG file."""
+- **sharp** is scripted as its users do ([script](../bench/peers/sharp-icons.mjs)): one decode to raw pixels, then one
+  resize (Lanczos 3) and one PNG with default options for each icon; `sharp.concurrency(1)`, `UV_THREADPOOL_SIZE=1`,
+  `sharp.cache(false)`. It has no icns: the {icns} images are PNG files. The other rows are what a script could do
+  besides, and tobrimax-cli does not, since each of its icons is a drawing of its own: (a) each of the {distinct}
+  distinct sizes once, copied for the others; (b) one reduction to 1024 pixels before all others; (c) the source's file
+  opened again for each icon, which lets sharp decode a JPEG at a part of its size; (d) all icons at once on all cores,
+  with as many threads as sharp takes by itself.
+- **ImageMagick** is one process for all sizes, `convert SOURCE ( +clone -resize WxH! -write FILE +delete ) … null:`,
+  on one thread, with its default filter.
+- **tauri icon** (npm's `@tauri-apps/cli`) has a file set of its own, and is compared per output pixel. It reads no
+  JPEG, and gets the same picture as a PNG file."""
 
 
 def document(arguments, sections, figures, every, load):
@@ -228,8 +228,8 @@ def main():
     parser.add_argument("--source", action="append", choices=[source.name for source in SOURCES],
                         help="only this one; may be given several times")
     parser.add_argument("--write", type=pathlib.Path, metavar="FILE",
-                        help=f"the Markdown file; docs/{DOCUMENT.name} where everything is measured {FEWEST_RUNS} times "
-                        "or more, else none")
+                        help=f"the Markdown file; docs/{DOCUMENT.name} where everything is measured {FEWEST_RUNS} "
+                        "times or more, else none")
     arguments = parser.parse_args()
     load = measured.load()
     if load:

@@ -7,8 +7,9 @@ the border. It is known in full: cos(a + b) = cos a cos b − sin a sin b, so th
 discrete cosine transform, cut after as many coefficients as the target has pixels). The figure is the root of the mean
 square of the difference to it, in grey levels, over the pixels above the Nyquist frequency.
 
-Loss: a zone plate whose frequencies reach the target's Nyquist frequency only at the border; the root of the mean square of
-the difference to the plate itself, over the pixels below half of that frequency: a filter that blurs has no alias either.
+Loss: a zone plate whose frequencies reach the target's Nyquist frequency only at the border; the root of the mean
+square of the difference to the plate itself, over the pixels below half of that frequency: a filter that blurs has no
+alias either.
 
 Overshoot: an edge from level 64 to 192 that leans by one pixel in eight rows, so that it meets the target's pixels at
 every phase; the levels by which the result goes beyond either, at most."""

@@ -177,7 +177,7 @@ exec /bin/sh -c "$*"
             were_free = were_free or free < clear
             told.append(f"{ratio:.2f} (plain work {free:.2f})")
         if not were_free:
-            self.skipTest(f"others are using this machine's cores: with two jobs the time is {', '.join(told)} of one's")
+            self.skipTest(f"others use this machine's cores: with two jobs the time is {', '.join(told)} of one's")
         self.fail(f"with two jobs the time is {', '.join(told)} of one's")
 
     @staticmethod
