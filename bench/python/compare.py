@@ -34,7 +34,7 @@ def at_most(what, figure, limit, unit=""):
 
 
 def at_least(what, figure, limit):
-    return Must(what, f"{figure:.1f}", f"≥ {limit}", figure >= limit)
+    return Must(what, f"{figure:.2f}", f"≥ {limit}", figure >= limit)
 
 
 def milliseconds(seconds):
