@@ -1,0 +1,270 @@
+// How long each stage of the engine takes, and how many bytes of pixels it does in a second. Sizes are width
+// × height; those that are not powers of two find what a vector's last pixels cost.
+#include "bench/SourcePicture.h"
+#include "platform/BitmapImageRep.h"
+#include "platform/Deflate.h"
+#include "platform/GraphicsContext.h"
+#include "platform/JpegReader.h"
+#include "platform/JpegWriter.h"
+#include "platform/PngFilter.h"
+#include "platform/PngReader.h"
+#include "platform/PngWriter.h"
+#include "platform/Premultiplication.h"
+#include "platform/Resampler.h"
+#include "platform/TiffReader.h"
+#include "platform/TiffWriter.h"
+#include "platform/icns/IcnsWriter.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+#include <map>
+#include <memory>
+#include <tuple>
+#include <vector>
+
+namespace {
+
+using Kind = SourcePicture::Kind;
+
+/// RGBA8888_Premultiplied; made once for each kind and size.
+const QImage& picture(Kind kind, int width, int height) {
+    static std::map<std::tuple<Kind, int, int>, QImage> made;
+    QImage& found = made[{kind, width, height}];
+    if (found.isNull()) {
+        const SourcePicture source(kind, width, height);
+        QImage raster(width, height, source.hasAlpha() ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
+        for (int y = 0; y < height; ++y)
+            source.row(y, raster.scanLine(y));
+        found = raster.convertToFormat(QImage::Format_RGBA8888_Premultiplied);
+    }
+    return found;
+}
+
+const QImage& picture(const benchmark::State& state, Kind kind) {
+    return picture(kind, static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
+}
+
+void countPixels(benchmark::State& state, const QImage& raster) {
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * raster.sizeInBytes());
+}
+
+/// Ends a benchmark whose stage failed; whether it did.
+bool hasFailed(benchmark::State& state, bool isDone) {
+    if (!isDone)
+        state.SkipWithError("it failed");
+    return !isDone;
+}
+
+template <typename Decode>
+void decode(benchmark::State& state, const QImage& raster, const QByteArray& file, const Decode& read) {
+    while (state.KeepRunning()) {
+        auto decoded = read(file);
+        if (hasFailed(state, static_cast<bool>(decoded)))
+            return;
+        benchmark::DoNotOptimize(decoded);
+    }
+    countPixels(state, raster);
+}
+
+void decodePng(benchmark::State& state, Kind kind) {
+    const QImage& raster = picture(state, kind);
+    decode(state, raster, encodePng(raster), readPng);
+}
+
+void decodeJpeg(benchmark::State& state) {
+    const QImage& raster = picture(state, Kind::Photo);
+    decode(state, raster, encodeJpeg(raster, 0.9), readJpeg);
+}
+
+/// Of rows, in place. Each run begins with what the one before left, which takes no other time.
+template <typename Convert>
+void convertInPlace(benchmark::State& state, const Convert& convert) {
+    QImage raster = picture(state, Kind::Logo).copy();
+    while (state.KeepRunning()) {
+        for (int y = 0; y < raster.height(); ++y)
+            convert(raster.scanLine(y), static_cast<std::size_t>(raster.width()));
+        benchmark::ClobberMemory();
+    }
+    countPixels(state, raster);
+}
+
+void premultiplyRows(benchmark::State& state) {
+    convertInPlace(state, [](std::uint8_t* row, std::size_t pixels) { premultiply(row, row, pixels); });
+}
+
+void unpremultiplyRows(benchmark::State& state) {
+    convertInPlace(state, [](std::uint8_t* row, std::size_t pixels) { unpremultiply(row, row, pixels); });
+}
+
+/// From width × height to a third size; the bytes are the source's or the result's, of whichever there are
+/// more.
+void resample(benchmark::State& state) {
+    const QImage& raster = picture(state, Kind::Logo);
+    const QSize size(static_cast<int>(state.range(2)), static_cast<int>(state.range(3)));
+    QImage result;
+    while (state.KeepRunning()) {
+        result = stretched(raster, size);
+        if (hasFailed(state, !result.isNull()))
+            return;
+    }
+    countPixels(state, result.sizeInBytes() > raster.sizeInBytes() ? result : raster);
+}
+
+/// A picture of the icon's own size drawn plainly, or through a rounded clip and under a border.
+void decorate(benchmark::State& state, bool isDecorated) {
+    const QImage& raster = picture(state, Kind::Photo);
+    const QSizeF size = raster.size();
+    Image image(size);
+    image.addRepresentation(std::make_shared<BitmapImageRep>(raster));
+    Path path =
+        Path::bezierPathWithRoundedRect(QRectF(QPointF(), size), 0.22 * size.width(), 0.22 * size.height());
+    path.setLineWidth(0.05 * size.width());
+    while (state.KeepRunning()) {
+        GraphicsContext context(size, 1);
+        if (isDecorated)
+            context.addClip(path);
+        context.drawImage(image, QRectF(QPointF(), size));
+        if (isDecorated)
+            context.stroke(path, {0.2, 0.2, 0.2, 1});
+        if (hasFailed(state, context.hasRaster()))
+            return;
+        benchmark::DoNotOptimize(context);
+    }
+    countPixels(state, raster);
+}
+
+template <typename Encode>
+void encode(benchmark::State& state, const QImage& raster, const Encode& write) {
+    QByteArray file;
+    while (state.KeepRunning()) {
+        file = write(raster);
+        if (hasFailed(state, !file.isEmpty()))
+            return;
+    }
+    countPixels(state, raster);
+    state.counters["bytes"] = static_cast<double>(file.size());
+}
+
+void writeTiff(benchmark::State& state) {
+    encode(state, picture(state, Kind::Logo), [](const QImage& raster) { return encodeTiff(raster); });
+}
+
+void tiffAgain(benchmark::State& state) {
+    const QImage& raster = picture(state, Kind::Logo);
+    decode(state, raster, encodeTiff(raster), readTiff);
+}
+
+void encodeWholePng(benchmark::State& state, Kind kind) {
+    encode(state, picture(state, kind), [](const QImage& raster) { return encodePng(raster); });
+}
+
+/// The bytes that go into the compressor.
+QByteArray filtered(const QImage& straight, bool isAdaptive) {
+    const auto rowBytes = 4 * static_cast<std::size_t>(straight.width());
+    QByteArray rows(static_cast<qsizetype>(rowBytes + 1) * straight.height(), Qt::Uninitialized);
+    auto* out = reinterpret_cast<std::uint8_t*>(rows.data());
+    PngFilter filter(rowBytes);
+    for (int y = 0; y < straight.height(); ++y, out += rowBytes + 1) {
+        if (isAdaptive) {
+            std::memcpy(filter.nextRow(), straight.constScanLine(y), rowBytes);
+            filter.adaptive(out);
+        } else {
+            out[0] = PngFilter::noneType;
+            std::memcpy(out + 1, straight.constScanLine(y), rowBytes);
+        }
+    }
+    return rows;
+}
+
+void filterRows(benchmark::State& state, bool isAdaptive) {
+    const QImage straight = straightRaster(picture(state, Kind::Photo));
+    while (state.KeepRunning())
+        benchmark::DoNotOptimize(filtered(straight, isAdaptive));
+    countPixels(state, straight);
+}
+
+/// Without filters a logo, with them a photograph, as is mostly chosen for these.
+void compress(benchmark::State& state, Kind kind, Deflate::Method method) {
+    const QImage straight = straightRaster(picture(state, kind));
+    const QByteArray rows = filtered(straight, kind == Kind::Photo);
+    const std::span bytes(reinterpret_cast<const std::uint8_t*>(rows.constData()),
+                          static_cast<std::size_t>(rows.size()));
+    QByteArray stream;
+    while (state.KeepRunning()) {
+        stream.clear();
+        if (hasFailed(state, Deflate::append(stream, bytes, method)))
+            return;
+    }
+    countPixels(state, straight);
+    state.counters["bytes"] = static_cast<double>(stream.size());
+}
+
+/// The seven images of an Application.icns.
+void writeIcns(benchmark::State& state) {
+    std::vector<QImage> images;
+    qint64 pixelBytes = 0;
+    for (int side = 1024; side >= 16; side /= 2) {
+        images.push_back(picture(Kind::Logo, side, side));
+        pixelBytes += images.back().sizeInBytes();
+    }
+    QByteArray file;
+    while (state.KeepRunning()) {
+        IcnsWriter writer;
+        for (const QImage& image : images) {
+            if (hasFailed(state, writer.addImage(image) == IcnsWriter::Added::Yes))
+                return;
+        }
+        file = writer.data();
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * pixelBytes);
+    state.counters["bytes"] = static_cast<double>(file.size());
+}
+
+/// From an icon to a large picture.
+void sizes(benchmark::internal::Benchmark* stage) {
+    stage->Args({29, 29})->Args({180, 180})->Args({511, 257})->Args({1024, 1024})->Args({1021, 1031});
+    stage->Unit(benchmark::kMicrosecond);
+}
+
+void sourceSizes(benchmark::internal::Benchmark* stage) {
+    sizes(stage);
+    stage->Args({2048, 2048});
+}
+
+void reductions(benchmark::internal::Benchmark* stage) {
+    // By half, as for a picture's reduced copies
+    stage->Args({2048, 2048, 1024, 1024})->Args({1021, 1031, 511, 516});
+    // As for icons
+    stage->Args({1024, 1024, 512, 512})->Args({1024, 1024, 180, 180})->Args({512, 512, 167, 167});
+    stage->Args({256, 256, 87, 87})->Args({64, 64, 29, 29})->Args({511, 257, 100, 100});
+    stage->Unit(benchmark::kMicrosecond);
+}
+
+void enlargements(benchmark::internal::Benchmark* stage) {
+    stage->Args({512, 512, 1024, 1024})->Args({29, 29, 180, 180})->Args({511, 257, 1024, 1024});
+    stage->Unit(benchmark::kMicrosecond);
+}
+
+BENCHMARK_CAPTURE(decodePng, logo, Kind::Logo)->Apply(sourceSizes);
+BENCHMARK_CAPTURE(decodePng, photo, Kind::Photo)->Apply(sourceSizes);
+BENCHMARK(decodeJpeg)->Apply(sourceSizes);
+BENCHMARK(premultiplyRows)->Apply(sizes);
+BENCHMARK(resample)->Name("reduce")->Apply(reductions);
+BENCHMARK(resample)->Name("enlarge")->Apply(enlargements);
+BENCHMARK_CAPTURE(decorate, plain, false)->Apply(sizes);
+BENCHMARK_CAPTURE(decorate, clip and border, true)->Apply(sizes);
+BENCHMARK(writeTiff)->Apply(sizes);
+BENCHMARK(tiffAgain)->Name("readTiff")->Apply(sizes);
+BENCHMARK(unpremultiplyRows)->Apply(sizes);
+BENCHMARK_CAPTURE(filterRows, none, false)->Apply(sizes);
+BENCHMARK_CAPTURE(filterRows, adaptive, true)->Apply(sizes);
+BENCHMARK_CAPTURE(compress, logo thorough, Kind::Logo, Deflate::Method::Thorough)->Apply(sizes);
+BENCHMARK_CAPTURE(compress, photo quick, Kind::Photo, Deflate::Method::Quick)->Apply(sizes);
+BENCHMARK_CAPTURE(encodeWholePng, logo, Kind::Logo)->Name("encodePng/logo")->Apply(sizes);
+BENCHMARK_CAPTURE(encodeWholePng, photo, Kind::Photo)->Name("encodePng/photo")->Apply(sizes);
+BENCHMARK(writeIcns)->Unit(benchmark::kMicrosecond);
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,40 @@
+// Writes a plan's icons with sharp, as its users do:
+//   node sharp-icons.mjs SOURCE PLAN.json FOLDER [once] [first] [each] [threads]
+// The source is decoded once to raw pixels; then one resize (Lanczos 3, the default) and one PNG (default options) for
+// each icon, one after the other on one thread.
+//   once     each distinct size once, copied for the other files
+//   first    one reduction to the largest size of the plan before all others
+//   each     the source's file opened for each icon, so that sharp may decode a JPEG at a part of its size
+//   threads  as many threads as sharp takes by itself, and all icons at the same time
+import { copyFile, mkdir, readFile } from "node:fs/promises";
+import { dirname, join } from "node:path";
+import sharp from "sharp";
+
+const [source, plan, folder, ...ways] = process.argv.slice(2);
+const icons = JSON.parse(await readFile(plan, "utf8")).map((icon) => ({ ...icon, file: join(folder, icon.file) }));
+const largest = Math.max(...icons.map((icon) => icon.side));
+if (!ways.includes("threads")) sharp.concurrency(1);
+// Nothing is asked for twice.
+sharp.cache(false);
+
+let open = () => sharp(source);
+if (!ways.includes("each")) {
+    const picture = sharp(source);
+    const reduced = ways.includes("first") ? picture.resize(largest, largest, { fit: "fill" }) : picture;
+    const { data, info } = await reduced.raw().toBuffer({ resolveWithObject: true });
+    const raw = { width: info.width, height: info.height, channels: info.channels };
+    open = () => sharp(data, { raw });
+}
+
+for (const path of new Set(icons.map((icon) => dirname(icon.file)))) await mkdir(path, { recursive: true });
+const write = ({ file, side }) => open().resize(side, side, { fit: "fill" }).png().toFile(file);
+if (ways.includes("threads")) {
+    await Promise.all(icons.map(write));
+} else {
+    const written = new Map();
+    for (const icon of icons) {
+        const same = ways.includes("once") ? written.get(icon.side) : undefined;
+        await (same === undefined ? write(icon) : copyFile(same, icon.file));
+        written.set(icon.side, icon.file);
+    }
+}

@@ -1,0 +1,262 @@
+"""Runs every program on the same work, and prints and writes a table of what it took: see bench/compare."""
+
+import argparse
+import collections
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+
+from PIL import Image
+
+import catalogue
+import measured
+import quality
+import tools
+
+Source = collections.namedtuple("Source", "name kind side file wall")
+# The last column: ours may take at most so much of sharp's time.
+SOURCES = (Source("logo-1024", "logo", 1024, "logo-1024.png", 0.50),
+           Source("photo-1024", "photo", 1024, "photo-1024.png", 0.45),
+           Source("logo-4096", "logo", 4096, "logo-4096.png", 0.17),
+           Source("photo-4096", "photo", 4096, "photo-4096.jpg", 0.15))
+DOCUMENT = measured.ROOT / "docs" / "performance.md"
+FEWEST_RUNS = 5
+MEGABYTE = 1e6
+
+Must = collections.namedtuple("Must", "what figure limit is_met")
+
+
+def at_most(what, figure, limit, unit=""):
+    return Must(what, f"{figure:.2f}{unit}", f"≤ {limit:.2f}{unit}", figure <= limit)
+
+
+def at_least(what, figure, limit):
+    return Must(what, f"{figure:.2f}", f"≥ {limit}", figure >= limit)
+
+
+def milliseconds(seconds):
+    return f"{1000 * seconds:,.0f}"
+
+
+def table(head, rows):
+    lines = ["| " + " | ".join(head) + " |", "|---" + "|---:" * (len(head) - 1) + "|"]
+    return "\n".join(lines + ["| " + " | ".join(row) + " |" for row in rows])
+
+
+def stage_times(path, folder, runs):
+    """What tobrimax-cli says of its own stages, {name: seconds}; empty where this build does not tell."""
+    command = [tools.CLI, "generate", path, "--out", folder, "--json", "--timings"]
+    figures = []
+    for _ in range(runs):
+        done = subprocess.run(["taskset", "-c", str(measured.CORE), *command], stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE)
+        if done.returncode == 2:
+            return {}
+        if done.returncode != 0:
+            sys.exit(done.stderr.decode())
+        told = json.loads(done.stdout).get("timings", {})
+        figures.append({name: value / 1000 for name, value in told.items()})
+    return measured.median(figures)
+
+
+def measure(source, path, runs):
+    """{tool: {"wall", "cpu", "peak", "bytes", "pixels"}}. The tools take turns, so that what disturbs the machine for
+    a while disturbs them all."""
+    chosen = tools.all_for(source.side)
+    figures = {tool: [] for tool in chosen}
+    written = {}
+    for turn in range(runs):
+        for tool in chosen:
+            folder = measured.fresh(tools.WORK / "out")
+            command = tool.command(path, folder)
+            figures[tool].append(measured.run(command, tool.environment, tool.is_pinned))
+            if turn == 0:
+                tool.check(folder)
+                written[tool] = {
+                    "bytes": sum(file.stat().st_size for file in folder.rglob("*") if file.is_file()),
+                    "pixels": (tool.pixels(folder) if tool is tools.TAURI else
+                               sum(icon["side"] ** 2 for icon in catalogue.plan()))}
+        print(f"compare: {source.name}, run {turn + 1} of {runs}", file=sys.stderr)
+    shutil.rmtree(tools.WORK / "out")
+    return {tool: measured.median(figures[tool]) | written[tool] for tool in chosen}
+
+
+def figures_table(results):
+    ours = results[tools.OURS]
+    rows = []
+    for tool, took in results.items():
+        per_pixel = took["wall"] / took["pixels"]
+        rows.append([tool.name, milliseconds(took["wall"]), milliseconds(took["cpu"]),
+                     f"{took['peak'] / MEGABYTE:,.0f}", f"{took['bytes']:,}", f"{1000 * per_pixel * 1e6:,.1f}",
+                     f"{ours['wall'] / took['wall']:.3f}", f"{ours['cpu'] / took['cpu']:.3f}",
+                     f"{ours['peak'] / took['peak']:.2f}", f"{ours['bytes'] / took['bytes']:.2f}"])
+        if tool is tools.TAURI:
+            # Of another set of files.
+            rows[-1][6:] = [f"{ours['wall'] / ours['pixels'] / per_pixel:.3f} per pixel", "", rows[-1][8], ""]
+    return table(["", "wall ms", "CPU ms", "peak MB", "bytes written", "ms per million pixels", "ours ÷ theirs: wall",
+                  "CPU", "peak", "bytes"], rows)
+
+
+def musts(source, results):
+    ours, sharp = results[tools.OURS], results[tools.SHARP]
+    cleverest = min((tool for tool in results if isinstance(tool, tools.Sharp) and tool.is_pinned),
+                    key=lambda tool: results[tool]["wall"])
+    imagemagick, tauri = results[tools.IMAGEMAGICK], results[tools.TAURI]
+    found = [
+        at_most("wall ÷ sharp's", ours["wall"] / sharp["wall"], source.wall),
+        at_most(f"wall ÷ the fastest script's for sharp on one core, {cleverest.name}",
+                ours["wall"] / results[cleverest]["wall"], 1),
+        at_most("bytes ÷ sharp's", ours["bytes"] / sharp["bytes"], 1),
+        at_most("peak memory, source pixels × 5.4 bytes + 96 MB", ours["peak"] / MEGABYTE,
+                (source.side**2 * 5.4 + 96e6) / MEGABYTE, " MB"),
+        at_least("times as fast as tauri icon, per output pixel",
+                 tauri["wall"] / tauri["pixels"] / (ours["wall"] / ours["pixels"]), 10),
+        at_least("times as fast as ImageMagick", imagemagick["wall"] / ours["wall"], 20)]
+    if source.side <= 1024:
+        found.insert(3, at_most("peak memory ÷ sharp's", ours["peak"] / sharp["peak"], 0.6))
+    return found
+
+
+def musts_table(found):
+    return table(["must", "figure", "limit", "met"],
+                 [[must.what, must.figure, must.limit, "yes" if must.is_met else "**no**"] for must in found])
+
+
+def limit_sentence(results, stages):
+    """How far from what can't be done without."""
+    if not stages:
+        return "This build of tobrimax-cli does not tell its stages' times (`--timings`)."
+    wall, floor = results[tools.OURS]["wall"], stages["decode"] + stages["compress"]
+    told = ", ".join(f"{name} {milliseconds(seconds)}" for name, seconds in stages.items())
+    return (f"To decode the source and to compress the filtered bytes takes {milliseconds(floor)} ms alone; the whole "
+            f"run takes {wall / floor:.2f} times that. Stages in ms: {told}.")
+
+
+def reduced(tool, path, target):
+    """`path`, a picture of quality.SIDE, reduced by a tool as it makes icons."""
+    folder = measured.fresh(tools.WORK / "quality")
+    if tool is tools.TAURI:
+        command, name = [*tool.command(path, folder), "--png", str(target)], f"{target}x{target}.png"
+    else:
+        command = tool.command(path, folder)
+        name = next(icon["file"] for icon in catalogue.png_icons() if icon["side"] == target)
+    measured.run(command, tool.environment)
+    with Image.open(folder / name) as result:
+        result.load()
+    shutil.rmtree(folder)
+    return result
+
+
+def quality_figures(chosen):
+    """{tool: {target: {"alias", "loss", "overshoot"}}}"""
+    def saved(name, picture):
+        path = tools.WORK / "sources" / f"{name}.png"
+        picture.save(path)
+        return path
+
+    zone, edge = saved("zone", quality.zone_plate()), saved("edge", quality.edge())
+    slow = {target: saved(f"zone-{target}", quality.zone_plate(target)) for target in quality.TARGETS}
+    return {tool: {target: {"alias": quality.alias(reduced(tool, zone, target)),
+                            "loss": quality.loss(reduced(tool, slow[target], target)),
+                            "overshoot": quality.overshoot(reduced(tool, edge, target))} for target in quality.TARGETS}
+            for tool in chosen}
+
+
+def quality_table(figures):
+    head = [""] + [f"{name} at {target}" for target in quality.TARGETS for name in ("alias", "loss", "overshoot")]
+    rows = [[tool.name] + [f"{found[target][name]:.2f}" if name != "overshoot" else f"{found[target][name]}"
+                           for target in quality.TARGETS for name in ("alias", "loss", "overshoot")]
+            for tool, found in figures.items()]
+    return table(head, rows)
+
+
+def quality_musts(figures):
+    ours, sharp = figures[tools.OURS], figures[tools.SHARP]
+    return [at_most(f"{name} at {target}, levels, at most sharp's", ours[target][name], sharp[target][name])
+            for target in quality.TARGETS for name in ("alias", "overshoot")]
+
+
+INTRODUCTION = """# Performance
+
+Made by `bench/compare`: what it takes to make the full set of icons, {pngs} PNG files and the {icns} images of
+Application.icns, with tobrimax-cli and with the programs that people use for it. Whole processes from start to exit,
+each pinned to one core, the median of {runs} alternating runs; CPU is user and system time, peak is the largest
+resident memory. Every program's icons were opened, and have the right sizes.
+
+Machine: {machine}. Versions: {versions}.{load}
+
+The sources are made from fixed seeds: a logo (flat shapes, gradients, antialiased edges, transparent surround; PNG)
+and a picture as a camera takes it (PNG; at 4096 pixels JPEG of quality 90).
+
+- **sharp** is scripted as its users do ([script](../bench/peers/sharp-icons.mjs)): one decode to raw pixels, then one
+  resize (Lanczos 3) and one PNG with default options for each icon; `sharp.concurrency(1)`, `UV_THREADPOOL_SIZE=1`,
+  `sharp.cache(false)`. It has no icns: the {icns} images are PNG files. The other rows are what a script could do
+  besides, and tobrimax-cli does not, since each of its icons is a drawing of its own: (a) each of the {distinct}
+  distinct sizes once, copied for the others; (b) one reduction to 1024 pixels before all others; (c) the source's file
+  opened again for each icon, which lets sharp decode a JPEG at a part of its size; (d) all icons at once on all cores,
+  with as many threads as sharp takes by itself.
+- **ImageMagick** is one process for all sizes, `convert SOURCE ( +clone -resize WxH! -write FILE +delete ) … null:`,
+  on one thread, with its default filter.
+- **tauri icon** (npm's `@tauri-apps/cli`) has a file set of its own, and is compared per output pixel. It reads no
+  JPEG, and gets the same picture as a PNG file."""
+
+
+def document(arguments, sections, figures, every, load):
+    introduction = INTRODUCTION.format(
+        pngs=len(catalogue.png_icons()), icns=len(catalogue.icns_sides()), runs=arguments.runs,
+        distinct=len({icon["side"] for icon in catalogue.plan()}), machine=measured.machine(), load=load and " " + load,
+        versions=", ".join(f"{name} {version}" for name, version in tools.versions()))
+    missed = [must for must in every if not must.is_met]
+    met = f"{len(every) - len(missed)} of {len(every)} musts are met."
+    explanation = quality.__doc__.replace("\n\n", "\n\n- ")
+    return "\n\n".join([introduction, *sections, "## Quality", explanation, quality_table(figures),
+                        musts_table(quality_musts(figures)), "## In all", met]) + "\n"
+
+
+def section(source, results, stages, found):
+    pixels = f"{source.side} × {source.side}"
+    return "\n\n".join([f"## {source.kind.capitalize()}, {pixels}, {pathlib.Path(source.file).suffix[1:].upper()}",
+                        figures_table(results), limit_sentence(results, stages), musts_table(found)])
+
+
+def main():
+    parser = argparse.ArgumentParser(prog="bench/compare", description="Measures tobrimax-cli beside its peers.")
+    parser.add_argument("--runs", type=int, default=FEWEST_RUNS, help=f"of each program on each source ({FEWEST_RUNS})")
+    parser.add_argument("--source", action="append", choices=[source.name for source in SOURCES],
+                        help="only this one; may be given several times")
+    parser.add_argument("--write", type=pathlib.Path, metavar="FILE",
+                        help=f"the Markdown file; docs/{DOCUMENT.name} where everything is measured {FEWEST_RUNS} "
+                        "times or more, else none")
+    arguments = parser.parse_args()
+    load = measured.load()
+    if load:
+        print(f"compare: warning: {load}", file=sys.stderr)
+    tools.install()
+    chosen = [source for source in SOURCES if not arguments.source or source.name in arguments.source]
+    pictures = {source: measured.picture(source.kind, source.side, tools.WORK / "sources" / source.file)
+                for source in chosen}
+
+    sections, every = [], []
+    for source in chosen:
+        results = measure(source, pictures[source], arguments.runs)
+        stages = stage_times(pictures[source], measured.fresh(tools.WORK / "stages"), arguments.runs)
+        found = musts(source, results)
+        every += found
+        sections.append(section(source, results, stages, found))
+    figures = quality_figures([tools.OURS, tools.SHARP, tools.IMAGEMAGICK, tools.TAURI])
+    every += quality_musts(figures)
+    text = document(arguments, sections, figures, every, load)
+    print(text, end="")
+    is_whole = len(chosen) == len(SOURCES) and arguments.runs >= FEWEST_RUNS
+    path = arguments.write or (DOCUMENT if is_whole else None)
+    if path is not None:
+        path.write_text(text)
+        print(f"compare: written to {os.path.relpath(path)}", file=sys.stderr)
+    return 0 if all(must.is_met for must in every) else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,93 @@
+"""How well a program reduces pictures, in figures. Pictures of 1024 × 1024 pixels are reduced to 128 and 180.
+
+Alias: the zone plate z(x, y) = 127.5 (1 + cos(π (x² + y²) / 1024)), x and y in pixels from the picture's middle, has at
+(x, y) the frequencies |x| / 1024 and |y| / 1024 cycles per pixel along the two axes: all that a picture can hold.
+Where one of them lies above the target's Nyquist frequency an ideally band-limited result is flat but for the ripple at
+the border. It is known in full: cos(a + b) = cos a cos b − sin a sin b, so that it is enough to band-limit rows (their
+discrete cosine transform, cut after as many coefficients as the target has pixels). The figure is the root of the mean
+square of the difference to it, in grey levels, over the pixels above the Nyquist frequency.
+
+Loss: a zone plate whose frequencies reach the target's Nyquist frequency only at the border; the root of the mean
+square of the difference to the plate itself, over the pixels below half of that frequency: a filter that blurs has no
+alias either.
+
+Overshoot: an edge from level 64 to 192 that leans by one pixel in eight rows, so that it meets the target's pixels at
+every phase; the levels by which the result goes beyond either, at most."""
+
+import math
+
+from PIL import Image
+
+SIDE = 1024
+TARGETS = (128, 180)
+LOW, HIGH = 64, 192
+
+
+def _phases(side, reach):
+    """Of a row of a zone plate of `side` pixels whose frequencies go up to half of `reach` cycles over its width."""
+    return [math.pi * reach * ((i + 0.5) / side - 0.5) ** 2 for i in range(side)]
+
+
+def _plate(cosines, sines):
+    """The levels of a zone plate from its row's two parts."""
+    return [127.5 * (1 + cy * cx - sy * sx) for cy, sy in zip(cosines, sines) for cx, sx in zip(cosines, sines)]
+
+
+def _levels(side, reach):
+    phases = _phases(side, reach)
+    return _plate([math.cos(p) for p in phases], [math.sin(p) for p in phases])
+
+
+def zone_plate(reach=SIDE):
+    """A picture of SIDE pixels."""
+    picture = Image.new("L", (SIDE, SIDE))
+    picture.putdata([round(level) for level in _levels(SIDE, reach)])
+    return picture.convert("RGB")
+
+
+def edge():
+    picture = Image.new("L", (SIDE, SIDE), LOW)
+    picture.putdata([HIGH if x + 0.5 > SIDE / 2 + (y - SIDE / 2) / 8 else LOW for y in range(SIDE)
+                     for x in range(SIDE)])
+    return picture.convert("RGB")
+
+
+def _band_limited(samples, target):
+    """The row, without what a row of `target` samples can't hold, at that row's places."""
+    count = len(samples)
+    turn = [math.cos(math.pi * i / (2 * count)) for i in range(4 * count)]
+    coefficients = [2 / count * sum(sample * turn[(2 * i + 1) * k % (4 * count)] for i, sample in enumerate(samples))
+                    for k in range(target)]
+    coefficients[0] /= 2
+    return [sum(coefficient * math.cos(math.pi * k * (j + 0.5) / target)
+                for k, coefficient in enumerate(coefficients)) for j in range(target)]
+
+
+def _difference(result, wanted, counts):
+    """The root mean square over the pixels that count, by their distance from the middle of a side of 2."""
+    levels = result.convert("RGB").getchannel("G").getdata()
+    places = [abs(2 * (i + 0.5) / result.width - 1) for i in range(result.width)]
+    distances = [max(x, y) for y in places for x in places]
+    squares = [(level - best) ** 2 for level, best, distance in zip(levels, wanted, distances, strict=True)
+               if counts(distance)]
+    return math.sqrt(sum(squares) / len(squares))
+
+
+def alias(result):
+    """Of zone_plate()'s reduction, in grey levels."""
+    phases = _phases(SIDE, SIDE)
+    ideal = _plate(_band_limited([math.cos(p) for p in phases], result.width),
+                   _band_limited([math.sin(p) for p in phases], result.width))
+    nyquist = result.width / SIDE
+    return _difference(result, ideal, lambda distance: distance > nyquist)
+
+
+def loss(result):
+    """Of the reduction of zone_plate(result.width), in grey levels."""
+    return _difference(result, _levels(result.width, result.width), lambda distance: distance < 0.5)
+
+
+def overshoot(result):
+    """In levels."""
+    lowest, highest = result.convert("RGB").getchannel("G").getextrema()
+    return max(LOW - lowest, highest - HIGH, 0)
