@@ -12,8 +12,11 @@ namespace {
 constexpr int largestSide = 65535;
 
 int writeOutput(GifFileType* gif, const GifByteType* bytes, int length) {
-    static_cast<QByteArray*>(gif->UserData)->append(reinterpret_cast<const char*>(bytes), length);
-    return length;
+    // No exception may pass through giflib.
+    return unlessMemoryIsShort([&] {
+        static_cast<QByteArray*>(gif->UserData)->append(reinterpret_cast<const char*>(bytes), length);
+        return length;
+    });
 }
 
 struct GifClose {

@@ -1,6 +1,7 @@
 #include "platform/icns/IcnsWriter.h"
 
 #include "platform/PngWriter.h"
+#include "platform/ShortMemory.h"
 #include "platform/Unpremultiply.h"
 #include "platform/icns/IcnsRle.h"
 #include "platform/icns/IcnsTypes.h"
@@ -41,20 +42,14 @@ std::vector<std::uint8_t> channel(const std::vector<std::uint8_t>& pixels, std::
     return samples;
 }
 
-} // namespace
-
-IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
-    if (raster.isNull())
-        return Added::Failed;
-    const auto* row = std::ranges::find(rows, raster.width(), &Row::pixelSize);
-    if (row == std::end(rows) || raster.height() != raster.width())
-        return Added::NoElement;
-    if (row->mask == none) {
+/// The elements of `row` with a picture of its size; empty where memory is short.
+QByteArray elements(const Row& row, const QImage& raster) {
+    QByteArray made;
+    if (row.mask == none) {
         const QByteArray png = encodePng(raster);
-        if (png.isEmpty())
-            return Added::Failed;
-        append(m_elements, row->code, png);
-        return Added::Yes;
+        if (!png.isEmpty())
+            append(made, row.code, png);
+        return made;
     }
     const auto count = static_cast<std::size_t>(raster.width()) * static_cast<std::size_t>(raster.height());
     std::vector<std::uint8_t> pixels(4 * count);
@@ -64,10 +59,27 @@ IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
     for (std::size_t position = 0; position <= lastColor; ++position)
         IcnsRle::pack(channel(pixels, position), colors, position == lastColor);
     const std::vector<std::uint8_t> alpha = channel(pixels, 3);
-    append(m_elements, row->code, colors);
-    append(m_elements, row->mask,
+    append(made, row.code, colors);
+    append(made, row.mask,
            QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size())));
-    return Added::Yes;
+    return made;
+}
+
+} // namespace
+
+IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
+    if (raster.isNull())
+        return Added::Failed;
+    const auto* row = std::ranges::find(rows, raster.width(), &Row::pixelSize);
+    if (row == std::end(rows) || raster.height() != raster.width())
+        return Added::NoElement;
+    return unlessMemoryIsShort(
+        [&] {
+            const QByteArray made = elements(*row, raster);
+            m_elements.append(made);
+            return made.isEmpty() ? Added::Failed : Added::Yes;
+        },
+        Added::Failed);
 }
 
 QByteArray IcnsWriter::data() const {
