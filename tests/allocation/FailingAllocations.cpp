@@ -125,10 +125,11 @@ FailingAllocations::Pause::~Pause() {
     isWatching = isRunning;
 }
 
-void FailingAllocations::expectFailuresOf(const std::function<bool()>& operation, const Libraries& leftOut) {
+void FailingAllocations::expectFailuresOf(const std::function<bool()>& operation, const Libraries& leftOut,
+                                          std::size_t step) {
     ASSERT_TRUE(operation());
     std::size_t failures = 0;
-    for (std::size_t which = 0;; ++which) {
+    for (std::size_t which = 0;; which += step) {
         SCOPED_TRACE("allocation " + std::to_string(which));
         Run result = run(operation, which, leftOut);
         EXPECT_FALSE(result.hasThrown);

@@ -26,11 +26,12 @@ class Pause {
     Pause& operator=(const Pause&) = delete;
 };
 
-/// Runs `operation` often: each time the next one of its allocations fails. Expects that nothing is thrown,
-/// that nothing is kept, and that it fails at least once. `operation` returns false where it reports failure,
-/// true where it had its whole result in spite of all, and expects by itself that there is nothing between
-/// the two. It can be repeated, and lets go of what it makes.
-void expectFailuresOf(const std::function<bool()>& operation, const Libraries& leftOut = fragile);
+/// Runs `operation` often: each time the next one of its allocations fails, or that `step` further on.
+/// Expects that nothing is thrown, that nothing is kept, and that it fails at least once. `operation` returns
+/// false where it reports failure, true where it had its whole result in spite of all, and expects by itself
+/// that there is nothing between the two. It can be repeated, and lets go of what it makes.
+void expectFailuresOf(const std::function<bool()>& operation, const Libraries& leftOut = fragile,
+                      std::size_t step = 1);
 
 /// Expects that all memory that `operation` takes is taken by the fragile libraries.
 void expectNoneIn(const std::function<bool()>& operation);

@@ -56,9 +56,12 @@ TEST(PictureWriterAllocations, gif_is_whole_or_none) {
 }
 
 TEST(PictureWriterAllocations, tiff_is_whole_or_none) {
-    const QImage raster = Pictures::translucentNoise(37, 23, 1);
-    expectWholeOrNone([&] { return encodeTiff(raster, TiffCompression::Lzw); });
-    expectWholeOrNone([&] { return encodeTiff(raster, TiffCompression::None); });
+    // libtiff itself reads what it did not get when it closes a file.
+    const FailingAllocations::Libraries leftOut{"libtiff"};
+    // Of several strips.
+    const QImage raster = Pictures::translucentNoise(200, 100, 1);
+    expectWholeOrNone([&] { return encodeTiff(raster, TiffCompression::Lzw); }, leftOut);
+    expectWholeOrNone([&] { return encodeTiff(raster, TiffCompression::None); }, leftOut);
 }
 
 TEST(PictureWriterAllocations, jpeg_2000_is_whole_or_none) {
