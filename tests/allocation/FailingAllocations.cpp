@@ -143,7 +143,8 @@ void FailingAllocations::expectFailuresOf(const std::function<bool()>& operation
         if (testing::Test::HasFailure())
             return;
     }
-    EXPECT_GT(failures, 0U);
+    // Under AddressSanitizer there may be nothing to refuse.
+    EXPECT_TRUE(failures > 0 || TOBRIMAX_OWN_MALLOC == 0);
     EXPECT_TRUE(operation()) << "with memory again";
 }
 
