@@ -1,6 +1,7 @@
 #include "generation/ImageExport.h"
 #include "platform/BmpWriter.h"
 #include "platform/ColorTable.h"
+#include "platform/GifWriter.h"
 #include "platform/ImageSource.h"
 #include "platform/Jpeg2000Reader.h"
 #include "tests/support/Pictures.h"
@@ -267,6 +268,11 @@ TEST_F(ImageExportTest, a_format_that_cannot_tell_so_many_pixels_says_so) {
     ASSERT_FALSE(saved);
     EXPECT_EQ(saved.error().code, ErrorCode::TooLarge);
     EXPECT_TRUE(saved.error().sentence.contains(QStringLiteral("65535")));
+}
+
+TEST_F(ImageExportTest, gif_of_more_pixels_than_it_can_tell_is_none) {
+    EXPECT_TRUE(encodeGif(Pictures::flat(65536, 1, Qt::red)).isEmpty());
+    EXPECT_TRUE(encodeGif(Pictures::flat(1, 65536, Qt::red)).isEmpty());
 }
 
 TEST_F(ImageExportTest, pictures_of_any_format_are_taken) {
