@@ -1,6 +1,7 @@
 #include "iconfamily/CarbonFSRefCreation.h"
 
 #include "platform/AtomicFile.h"
+#include "platform/ShortMemory.h"
 
 #include <QFileInfo>
 
@@ -8,7 +9,8 @@ bool CarbonFSRefCreation::getFSRef(const QString& path, FSRef& reference, bool c
     // A NUL would end the name before its end.
     if (path.isEmpty() || path.contains(QChar::Null))
         return false;
-    if (!QFileInfo::exists(path) && (!createFileIfNecessary || !AtomicFile::write(path, {})))
+    const auto isMade = [&] { return AtomicFile::write(path, {}).operator bool(); };
+    if (!QFileInfo::exists(path) && (!createFileIfNecessary || !unlessMemoryIsShort(isMade)))
         return false;
     // The item itself, whatever links lead to it.
     reference.path = QFileInfo(path).canonicalFilePath();

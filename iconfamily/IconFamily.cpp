@@ -4,6 +4,7 @@
 #include "iconfamily/IconFamilyElements.h"
 #include "platform/Log.h"
 #include "platform/RegularFile.h"
+#include "platform/ShortMemory.h"
 #include "platform/fork/ResourceFile.h"
 #include "platform/icns/IcnsReader.h"
 #include "platform/icns/IconFamilyBlock.h"
@@ -36,8 +37,8 @@ std::unique_ptr<IconFamily> IconFamily::initWithContentsOfFile(const QString& pa
             return std::nullopt;
         return Error{ErrorCode::UnknownFormat, {}};
     };
-    Result<QByteArray> bytes =
-        RegularFile::read(QFile::encodeName(reference.path).toStdString(), largest, refuses);
+    Result<QByteArray> bytes = unlessMemoryIsShort(
+        [&] { return RegularFile::read(QFile::encodeName(reference.path).toStdString(), largest, refuses); });
     if (!bytes || IcnsReader::lengthOf(*bytes) != bytes->size())
         return nullptr;
     return initWithIconFamilyHandle(std::move(*bytes));
@@ -48,8 +49,8 @@ std::unique_ptr<IconFamily> IconFamily::iconFamilyWithContentsOfFile(const QStri
 }
 
 std::unique_ptr<IconFamily> IconFamily::initWithIconFamilyHandle(QByteArray handle) {
-    // The constructor is private.
-    return std::unique_ptr<IconFamily>(new IconFamily(std::move(handle)));
+    // The constructor is private, and so is not std::make_unique's.
+    return std::unique_ptr<IconFamily>(new (std::nothrow) IconFamily(std::move(handle)));
 }
 
 std::unique_ptr<IconFamily> IconFamily::iconFamilyWithIconFamilyHandle(QByteArray handle) {
@@ -99,13 +100,17 @@ bool IconFamily::addResourceType(FourCharCode type, qint16 asResID) const {
     std::optional<QByteArray> data = IconFamilyBlock::getIconFamilyData(hIconFamily, type);
     if (!data || data->isEmpty())
         return false;
-    if (ResourceFile* file = ResourceFile::current())
-        file->fork().addResource({type, asResID, QByteArray(), 0, std::move(*data)});
-    return true;
+    ResourceFile* file = ResourceFile::current();
+    return file == nullptr || unlessMemoryIsShort([&] {
+               file->fork().addResource({type, asResID, QByteArray(), 0, std::move(*data)});
+               return true;
+           });
 }
 
-Image IconFamily::imageWithAllReps() const {
-    const Result<IcnsReader> reader = IcnsReader::open(hIconFamily);
+namespace {
+
+Image imageOf(const QByteArray& block) {
+    const Result<IcnsReader> reader = IcnsReader::open(block);
     if (!reader)
         return {};
     std::vector<std::shared_ptr<const ImageRep>> representations;
@@ -125,6 +130,12 @@ Image IconFamily::imageWithAllReps() const {
     for (auto& representation : representations)
         image.addRepresentation(std::move(representation));
     return image;
+}
+
+} // namespace
+
+Image IconFamily::imageWithAllReps() const {
+    return unlessMemoryIsShort([&] { return imageOf(hIconFamily); });
 }
 
 std::unique_ptr<BitmapImageRep>

@@ -16,7 +16,7 @@
 /// back. It owns its block and shares it with nobody. One thread at a time.
 ///
 /// What constructs one answers null where it fails, without a message; only storing elements writes log
-/// lines.
+/// lines. Where memory is short an operation fails as it does for other causes: null, false, or no value.
 class IconFamily {
   public:
     /// An empty family: not even a header.

@@ -1,6 +1,7 @@
 // A whole family from one picture.
 #include "iconfamily/IconFamily.h"
 #include "platform/GraphicsContext.h"
+#include "platform/ShortMemory.h"
 
 #include <algorithm>
 #include <array>
@@ -41,23 +42,23 @@ float fittedEdge(double shorter, double longer, double edge) {
     return static_cast<float>(std::floor(shorter * edge / longer + 0.5));
 }
 
-/// What was drawn as a bitmap with alpha first.
-std::unique_ptr<BitmapImageRep> captured(const Image& image) {
-    const QImage raster = image.largestRaster();
-    BitmapLayout layout;
-    layout.pixelsWide = raster.width();
-    layout.pixelsHigh = raster.height();
-    layout.isAlphaFirst = true;
-    QByteArray samples(reinterpret_cast<const char*>(raster.constBits()), raster.sizeInBytes());
-    for (qsizetype i = 0; i < samples.size(); i += 4)
-        std::rotate(samples.data() + i, samples.data() + i + 3, samples.data() + i + 4);
-    return BitmapImageRep::initWithBitmapData(layout, samples);
+/// What was drawn as a bitmap with alpha first; null where nothing was, or memory is short.
+std::shared_ptr<const BitmapImageRep> captured(const Image& image) {
+    return unlessMemoryIsShort([&]() -> std::shared_ptr<const BitmapImageRep> {
+        const QImage raster = image.largestRaster();
+        BitmapLayout layout;
+        layout.pixelsWide = raster.width();
+        layout.pixelsHigh = raster.height();
+        layout.isAlphaFirst = true;
+        QByteArray samples(reinterpret_cast<const char*>(raster.constBits()), raster.sizeInBytes());
+        for (qsizetype i = 0; i < samples.size(); i += 4)
+            std::rotate(samples.data() + i, samples.data() + i + 3, samples.data() + i + 4);
+        return BitmapImageRep::initWithBitmapData(layout, samples);
+    });
 }
 
-} // namespace
-
-Image IconFamily::resampleImage(const Image& image, qint32 toIconWidth,
-                                ImageInterpolation usingImageInterpolation) {
+/// `image` fitted into a square, in its middle.
+Image fitted(const Image& image, qint32 toIconWidth, ResampleFilter filter) {
     const std::shared_ptr<const ImageRep> representation = largestRepresentation(image);
     if (representation == nullptr || toIconWidth <= 0)
         return {};
@@ -73,7 +74,7 @@ Image IconFamily::resampleImage(const Image& image, qint32 toIconWidth,
     Image drawn(size);
     drawn.addRepresentation(representation);
     GraphicsContext context(QSizeF(edge, edge), 1);
-    context.setImageInterpolation(filterOf(usingImageInterpolation));
+    context.setImageInterpolation(filter);
     const float left = (static_cast<float>(edge) - width) * 0.5F;
     const float bottom = (static_cast<float>(edge) - height) * 0.5F;
     // An edge that rounds to nothing leaves the square transparent.
@@ -83,18 +84,29 @@ Image IconFamily::resampleImage(const Image& image, qint32 toIconWidth,
     return context.hasRaster() ? context.image() : Image();
 }
 
+/// The image with that bitmap alone.
+Image imageOf(const std::shared_ptr<const BitmapImageRep>& bitmap) {
+    Image image(QSizeF(bitmap->pixelSize()));
+    image.addRepresentation(bitmap);
+    return image;
+}
+
+} // namespace
+
+Image IconFamily::resampleImage(const Image& image, qint32 toIconWidth,
+                                ImageInterpolation usingImageInterpolation) {
+    return unlessMemoryIsShort([&] { return fitted(image, toIconWidth, filterOf(usingImageInterpolation)); });
+}
+
 std::unique_ptr<IconFamily>
 IconFamily::initWithThumbnailsOfImage(const Image& image, ImageInterpolation usingImageInterpolation) {
     constexpr qint32 masterSize = 1024;
     std::unique_ptr<IconFamily> family = init();
-    const Image rendered = resampleImage(image, masterSize, usingImageInterpolation);
-    if (rendered.isNull())
+    const std::shared_ptr<const BitmapImageRep> bitmap =
+        captured(resampleImage(image, masterSize, usingImageInterpolation));
+    const Image master = bitmap != nullptr ? unlessMemoryIsShort([&] { return imageOf(bitmap); }) : Image();
+    if (family == nullptr || master.isNull())
         return nullptr;
-    std::shared_ptr<const BitmapImageRep> bitmap = captured(rendered);
-    if (bitmap == nullptr)
-        return nullptr;
-    Image master(QSizeF(masterSize, masterSize));
-    master.addRepresentation(bitmap);
     // Refused, since this type takes 512 pixels; the family has none of it.
     family->setIconFamilyElement("ic10", bitmap.get());
     struct Thumbnail {
@@ -104,11 +116,10 @@ IconFamily::initWithThumbnailsOfImage(const Image& image, ImageInterpolation usi
     static constexpr std::array thumbnails{Thumbnail{512, "ic09"}, Thumbnail{256, "ic08"},
                                            Thumbnail{128, "ic07"}, Thumbnail{48, "ic06"},
                                            Thumbnail{32, "ic05"},  Thumbnail{16, "ic04"}};
-    for (const Thumbnail& thumbnail : thumbnails) {
-        const Image smaller = resampleImage(master, thumbnail.size, usingImageInterpolation);
-        if (!smaller.isNull())
-            family->setIconFamilyElement(thumbnail.type, captured(smaller).get());
-    }
+    // One that can't be made is left out.
+    for (const Thumbnail& thumbnail : thumbnails)
+        family->setIconFamilyElement(
+            thumbnail.type, captured(resampleImage(master, thumbnail.size, usingImageInterpolation)).get());
     return family;
 }
 

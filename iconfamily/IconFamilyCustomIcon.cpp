@@ -2,6 +2,7 @@
 #include "iconfamily/CarbonFSRefCreation.h"
 #include "iconfamily/IconFamily.h"
 #include "platform/FilePath.h"
+#include "platform/ShortMemory.h"
 #include "platform/fork/ResourceFile.h"
 
 #include <QDir>
@@ -77,17 +78,7 @@ bool addToFork(const IconFamily& family, const QString& path, bool withCompatibi
     return (*file)->close().operator bool();
 }
 
-} // namespace
-
-bool IconFamily::setAsCustomIconForFile(const QString& path) const {
-    return setAsCustomIconForFile(path, false, nullptr);
-}
-
-bool IconFamily::setAsCustomIconForFile(const QString& path, bool /*withCompatibility*/) const {
-    return setAsCustomIconForFile(path, false, nullptr);
-}
-
-bool IconFamily::setAsCustomIconForFile(const QString& path, bool withCompatibility, Error* error) const {
+bool setOnFile(const IconFamily& family, const QString& path, bool withCompatibility, Error* error) {
     ForkStore& store = ForkStore::current();
     if (!store.isAvailable())
         return false;
@@ -107,23 +98,14 @@ bool IconFamily::setAsCustomIconForFile(const QString& path, bool withCompatibil
     const Result<ForkStore::Created> created = store.createResourceFork(file.path, std::nullopt);
     if (!created || (*created == ForkStore::Created::WasThere && !getFSRef(path, file, false)))
         return false;
-    if (!addToFork(*this, file.path, withCompatibility) || !markCustomIcon(file.path))
+    if (!addToFork(family, file.path, withCompatibility) || !markCustomIcon(file.path))
         return false;
     if (date)
         static_cast<void>(store.setModificationDate(file.path, *date));
     return store.notifyChanged(parent.path).operator bool();
 }
 
-bool IconFamily::setAsCustomIconForDirectory(const QString& path) const {
-    return setAsCustomIconForDirectory(path, false, nullptr);
-}
-
-bool IconFamily::setAsCustomIconForDirectory(const QString& path, bool /*withCompatibility*/) const {
-    return setAsCustomIconForDirectory(path, false, nullptr);
-}
-
-bool IconFamily::setAsCustomIconForDirectory(const QString& path, bool withCompatibility,
-                                             Error* error) const {
+bool setOnFolder(const IconFamily& family, const QString& path, bool withCompatibility, Error* error) {
     ForkStore& store = ForkStore::current();
     FSRef folder;
     if (!store.isAvailable() || !QFileInfo(path).isDir() || !getFSRef(path, folder, false))
@@ -143,11 +125,11 @@ bool IconFamily::setAsCustomIconForDirectory(const QString& path, bool withCompa
     // The file is there: that its fork can't be the first thing made of it is expected.
     if (!store.setFinderInfo(icon.path, *info) || !store.createResourceFork(icon.path, *info))
         return false;
-    return addToFork(*this, icon.path, withCompatibility) && markCustomIcon(folder.path) &&
+    return addToFork(family, icon.path, withCompatibility) && markCustomIcon(folder.path) &&
            store.notifyChanged(folder.path);
 }
 
-bool IconFamily::removeCustomIconFromFile(const QString& path) {
+bool removeFromFile(const QString& path) {
     ForkStore& store = ForkStore::current();
     FSRef item;
     if (!store.isAvailable() || !getFSRef(path, item, false))
@@ -160,7 +142,7 @@ bool IconFamily::removeCustomIconFromFile(const QString& path) {
     return store.notifyChanged(deletingLastPathComponent(item.path)).operator bool();
 }
 
-bool IconFamily::removeCustomIconFromDirectory(const QString& path, Error* error) {
+bool removeFromFolder(const QString& path, Error* error) {
     ForkStore& store = ForkStore::current();
     if (!store.isAvailable())
         return false;
@@ -169,4 +151,39 @@ bool IconFamily::removeCustomIconFromDirectory(const QString& path, Error* error
         (!unmarkCustomIcon(folder.path) || !store.notifyChanged(folder.path)))
         return false;
     return tell(store.removeItem(appendingPathComponent(path, iconFileName)), error);
+}
+
+} // namespace
+
+bool IconFamily::setAsCustomIconForFile(const QString& path) const {
+    return setAsCustomIconForFile(path, false, nullptr);
+}
+
+bool IconFamily::setAsCustomIconForFile(const QString& path, bool /*withCompatibility*/) const {
+    return setAsCustomIconForFile(path, false, nullptr);
+}
+
+bool IconFamily::setAsCustomIconForFile(const QString& path, bool withCompatibility, Error* error) const {
+    return unlessMemoryIsShort([&] { return setOnFile(*this, path, withCompatibility, error); });
+}
+
+bool IconFamily::setAsCustomIconForDirectory(const QString& path) const {
+    return setAsCustomIconForDirectory(path, false, nullptr);
+}
+
+bool IconFamily::setAsCustomIconForDirectory(const QString& path, bool /*withCompatibility*/) const {
+    return setAsCustomIconForDirectory(path, false, nullptr);
+}
+
+bool IconFamily::setAsCustomIconForDirectory(const QString& path, bool withCompatibility,
+                                             Error* error) const {
+    return unlessMemoryIsShort([&] { return setOnFolder(*this, path, withCompatibility, error); });
+}
+
+bool IconFamily::removeCustomIconFromFile(const QString& path) {
+    return unlessMemoryIsShort([&] { return removeFromFile(path); });
+}
+
+bool IconFamily::removeCustomIconFromDirectory(const QString& path, Error* error) {
+    return unlessMemoryIsShort([&] { return removeFromFolder(path, error); });
 }

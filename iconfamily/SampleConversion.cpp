@@ -3,12 +3,15 @@
 #include "iconfamily/PixelBuffers.h"
 #include "platform/Log.h"
 #include "platform/Premultiplication.h"
+#include "platform/ShortMemory.h"
 
 #include <algorithm>
 #include <cstring>
 #include <vector>
 
 namespace {
+
+constexpr int pixelsPerByte = 8;
 
 bool isOfSize(const BitmapImageRep& bitmap, qint32 size) {
     return size > 0 && bitmap.pixelsWide() == size && bitmap.pixelsHigh() == size;
@@ -42,25 +45,9 @@ const uchar* rowOf(const BitmapImageRep& bitmap, qint32 y) {
     return reinterpret_cast<const uchar*>(bitmap.bitmapData().data()) + y * bitmap.bytesPerRow();
 }
 
-/// One byte of each pixel: the one at `offset` of `stride`.
-QByteArray oneByte(const BitmapImageRep& bitmap, qint32 size, qsizetype stride, qsizetype offset) {
-    QByteArray out(qsizetype{size} * size, Qt::Uninitialized);
-    char* to = out.data();
-    for (qint32 y = 0; y < size; ++y) {
-        const uchar* from = rowOf(bitmap, y) + offset;
-        for (qint32 x = 0; x < size; ++x, from += stride)
-            *to++ = static_cast<char>(*from);
-    }
-    return out;
-}
-
-} // namespace
-
-std::optional<QByteArray> IconFamily::get32BitDataFromBitmapImageRep(const BitmapImageRep& bitmap,
-                                                                     qint32 requiredPixelSize) {
-    if (!isOfSize(bitmap, requiredPixelSize) || !hasShape(bitmap, "get32BitDataFromBitmapImageRep", false))
-        return std::nullopt;
-    const qsizetype length = 4 * qsizetype{requiredPixelSize} * requiredPixelSize;
+/// A, R, G, B of each pixel.
+QByteArray samples(const BitmapImageRep& bitmap, qint32 size) {
+    const qsizetype length = 4 * qsizetype{size} * size;
     const RasterImage image = bitmap.CGImage();
     // No more than the buffer holds, whatever the image has.
     QByteArray scratch(4 * qsizetype{image.height} * image.width, '\0');
@@ -87,6 +74,54 @@ std::optional<QByteArray> IconFamily::get32BitDataFromBitmapImageRep(const Bitma
     return out;
 }
 
+/// One byte of each pixel: the one at `offset` of `stride`.
+std::optional<QByteArray> oneByte(const BitmapImageRep& bitmap, qint32 size, qsizetype stride,
+                                  qsizetype offset) {
+    return unlessMemoryIsShort([&] {
+        std::optional<QByteArray> out(std::in_place, qsizetype{size} * size, Qt::Uninitialized);
+        char* to = out->data();
+        for (qint32 y = 0; y < size; ++y) {
+            const uchar* from = rowOf(bitmap, y) + offset;
+            for (qint32 x = 0; x < size; ++x, from += stride)
+                *to++ = static_cast<char>(*from);
+        }
+        return out;
+    });
+}
+
+/// A bit of each pixel, twice.
+QByteArray bitsTwice(const BitmapImageRep& bitmap, qint32 size) {
+    const int bits = bitmap.bitsPerPixel();
+    const qsizetype row = size / pixelsPerByte;
+    const qsizetype half = row * size;
+    QByteArray out(2 * half, '\0');
+    for (qint32 y = 0; y < size; ++y) {
+        const uchar* from = rowOf(bitmap, y);
+        auto* to = reinterpret_cast<uchar*>(out.data()) + y * row;
+        if (bits == 1) {
+            std::memcpy(to, from, static_cast<std::size_t>(row));
+        } else if (bits == 24) {
+            std::fill_n(to, row, uchar{255});
+        } else {
+            for (qint32 x = 0; x < size; ++x) {
+                const bool isSet = from[qsizetype{x} * bits / pixelsPerByte] != 0;
+                to[x / pixelsPerByte] |= static_cast<uchar>(isSet ? 128 >> (x % pixelsPerByte) : 0);
+            }
+        }
+    }
+    std::memcpy(out.data() + half, out.constData(), static_cast<std::size_t>(half));
+    return out;
+}
+
+} // namespace
+
+std::optional<QByteArray> IconFamily::get32BitDataFromBitmapImageRep(const BitmapImageRep& bitmap,
+                                                                     qint32 requiredPixelSize) {
+    if (!isOfSize(bitmap, requiredPixelSize) || !hasShape(bitmap, "get32BitDataFromBitmapImageRep", false))
+        return std::nullopt;
+    return unlessMemoryIsShort([&] { return std::optional(samples(bitmap, requiredPixelSize)); });
+}
+
 std::optional<QByteArray> IconFamily::get8BitDataFromBitmapImageRep(const BitmapImageRep& bitmap,
                                                                     qint32 requiredPixelSize) {
     if (!isOfSize(bitmap, requiredPixelSize) || !hasShape(bitmap, "get8BitDataFromBitmapImageRep", false))
@@ -105,7 +140,10 @@ std::optional<QByteArray> IconFamily::get8BitMaskFromBitmapImageRep(const Bitmap
     case 8:
         return oneByte(bitmap, requiredPixelSize, 1, 0);
     default:
-        return QByteArray(qsizetype{requiredPixelSize} * requiredPixelSize, '\xff');
+        return unlessMemoryIsShort([&] {
+            return std::optional<QByteArray>(std::in_place, qsizetype{requiredPixelSize} * requiredPixelSize,
+                                             '\xff');
+        });
     }
 }
 
@@ -131,26 +169,7 @@ std::optional<QByteArray> IconFamily::get1BitMaskFromBitmapImageRep(const Bitmap
                    .arg(depth));
         return std::nullopt;
     }
-    constexpr int pixelsPerByte = 8;
     if (requiredPixelSize % pixelsPerByte != 0)
         return std::nullopt;
-    const qsizetype row = requiredPixelSize / pixelsPerByte;
-    const qsizetype half = row * requiredPixelSize;
-    QByteArray out(2 * half, '\0');
-    for (qint32 y = 0; y < requiredPixelSize; ++y) {
-        const uchar* from = rowOf(bitmap, y);
-        auto* to = reinterpret_cast<uchar*>(out.data()) + y * row;
-        if (bits == 1) {
-            std::memcpy(to, from, static_cast<std::size_t>(row));
-        } else if (bits == 24) {
-            std::fill_n(to, row, uchar{255});
-        } else {
-            for (qint32 x = 0; x < requiredPixelSize; ++x) {
-                const bool isSet = from[qsizetype{x} * bits / pixelsPerByte] != 0;
-                to[x / pixelsPerByte] |= static_cast<uchar>(isSet ? 128 >> (x % pixelsPerByte) : 0);
-            }
-        }
-    }
-    std::memcpy(out.data() + half, out.constData(), static_cast<std::size_t>(half));
-    return out;
+    return unlessMemoryIsShort([&] { return std::optional(bitsTwice(bitmap, requiredPixelSize)); });
 }

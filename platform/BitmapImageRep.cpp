@@ -3,11 +3,11 @@
 #include "platform/ImageSource.h"
 #include "platform/PngWriter.h"
 #include "platform/Premultiplication.h"
+#include "platform/ShortMemory.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <new>
 #include <utility>
 
 namespace {
@@ -78,14 +78,12 @@ std::unique_ptr<BitmapImageRep> BitmapImageRep::initWithBitmapData(const BitmapL
     const qsizetype count = whole->byteCount();
     if (!samples.isEmpty() && samples.size() < count)
         return nullptr;
-    try {
+    return unlessMemoryIsShort([&] {
         QByteArray stored =
             samples.isEmpty() ? QByteArray(count, '\0') : QByteArray(samples.constData(), count);
         // The constructor is protected.
         return std::unique_ptr<BitmapImageRep>(new BitmapImageRep(*whole, std::move(stored)));
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
+    });
 }
 
 std::unique_ptr<BitmapImageRep> BitmapImageRep::imageRepWithData(const QByteArray& data) {

@@ -2,13 +2,12 @@
 
 #include "platform/Premultiplication.h"
 
-#include <QHash>
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <map>
 #include <optional>
+#include <unordered_map>
 
 namespace {
 
@@ -59,20 +58,19 @@ struct Cell {
 /// The cells that have pixels, of a grid with that many bits a channel; no value where there are too many.
 std::optional<std::vector<Cell>> cellsOf(const QImage& straight, int bits, std::size_t most) {
     const int dropped = 8 - bits;
-    QHash<quint32, std::size_t> places;
+    // Qt's ends the program where memory is short.
+    std::unordered_map<quint32, std::size_t> places;
+    places.reserve(most + 1);
     std::vector<Cell> cells;
     forEachPixel(straight, [&](const uchar* pixel) {
         if (!isOpaque(pixel) || cells.size() > most)
             return;
         const auto at = static_cast<quint32>((pixel[0] >> dropped) << (2 * bits) |
                                              (pixel[1] >> dropped) << bits | pixel[2] >> dropped);
-        const auto known = places.constFind(at);
-        const std::size_t place = known != places.constEnd() ? *known : cells.size();
-        if (known == places.constEnd()) {
-            places.insert(at, place);
+        const auto [place, isNew] = places.try_emplace(at, cells.size());
+        if (isNew)
             cells.emplace_back();
-        }
-        Cell& cell = cells[place];
+        Cell& cell = cells[place->second];
         ++cell.count;
         for (std::size_t channel = 0; channel < 3; ++channel)
             cell.mean[channel] += pixel[channel];
@@ -182,9 +180,7 @@ void refine(std::vector<Mean>& table, const std::vector<Cell>& cells) {
                 sum.mean[channel] += cell.count * cell.mean[channel];
         }
         for (std::size_t i = 0; i < table.size(); ++i) {
-            if (sums[i].count == 0)
-                continue;
-            for (std::size_t channel = 0; channel < 3; ++channel)
+            for (std::size_t channel = 0; channel < 3 && sums[i].count > 0; ++channel)
                 table[i][channel] = sums[i].mean[channel] / sums[i].count;
         }
     }

@@ -12,8 +12,11 @@ namespace {
 constexpr int largestSide = 65535;
 
 int writeOutput(GifFileType* gif, const GifByteType* bytes, int length) {
-    static_cast<QByteArray*>(gif->UserData)->append(reinterpret_cast<const char*>(bytes), length);
-    return length;
+    // No exception may pass through giflib.
+    return unlessMemoryIsShort([&] {
+        static_cast<QByteArray*>(gif->UserData)->append(reinterpret_cast<const char*>(bytes), length);
+        return length;
+    });
 }
 
 struct GifClose {
@@ -38,14 +41,13 @@ QByteArray file(const QImage& raster) {
         map->Colors[i] = {picture.colors[i][0], picture.colors[i][1], picture.colors[i][2]};
     EGifSetGifVersion(gif.get(), true);
     constexpr int bitsPerChannel = 8;
-    if (EGifPutScreenDesc(gif.get(), raster.width(), raster.height(), bitsPerChannel, 0, map.get()) ==
-        GIF_ERROR)
-        return {};
     GraphicsControlBlock control{};
     control.TransparentColor = picture.hasTransparency ? 0 : NO_TRANSPARENT_COLOR;
     GifByteType extension[4];
     const auto length = static_cast<int>(EGifGCBToExtension(&control, extension));
-    if (EGifPutExtension(gif.get(), GRAPHICS_EXT_FUNC_CODE, length, extension) == GIF_ERROR ||
+    if (EGifPutScreenDesc(gif.get(), raster.width(), raster.height(), bitsPerChannel, 0, map.get()) ==
+            GIF_ERROR ||
+        EGifPutExtension(gif.get(), GRAPHICS_EXT_FUNC_CODE, length, extension) == GIF_ERROR ||
         EGifPutImageDesc(gif.get(), 0, 0, raster.width(), raster.height(), false, nullptr) == GIF_ERROR)
         return {};
     GifByteType* row = picture.indexes.data();

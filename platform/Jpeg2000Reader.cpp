@@ -3,6 +3,7 @@
 #include "platform/Jpeg2000Codestream.h"
 #include "platform/OpenJpeg.h"
 #include "platform/RowConverter.h"
+#include "platform/ShortMemory.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -46,7 +47,7 @@ OPJ_BOOL seekInput(OPJ_OFF_T position, void* user) {
 void keepMessage(const char* text, void* user) {
     auto* message = static_cast<QByteArray*>(user);
     if (message->isEmpty())
-        *message = QByteArray(text).trimmed();
+        *message = unlessMemoryIsShort([&] { return QByteArray(text).trimmed(); });
 }
 
 using OpenJpeg::Codec;

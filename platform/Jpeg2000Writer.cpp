@@ -20,33 +20,33 @@ struct Output {
     QByteArray bytes;
     qsizetype position = 0;
 
-    void reach(qsizetype end) {
-        if (end > bytes.size())
-            bytes.append(end - bytes.size(), '\0');
+    /// Goes to `end`; false where there is no memory up to there. No exception may pass through the library.
+    bool goTo(qsizetype end) {
+        return unlessMemoryIsShort([&] {
+            if (end > bytes.size())
+                bytes.append(end - bytes.size(), '\0');
+            position = end;
+            return true;
+        });
     }
 };
 
 OPJ_SIZE_T writeOutput(void* in, OPJ_SIZE_T length, void* user) {
     auto* output = static_cast<Output*>(user);
-    const auto count = static_cast<qsizetype>(length);
-    output->reach(output->position + count);
-    std::memcpy(output->bytes.data() + output->position, in, length);
-    output->position += count;
+    const qsizetype start = output->position;
+    if (!output->goTo(start + static_cast<qsizetype>(length)))
+        return static_cast<OPJ_SIZE_T>(-1);
+    std::memcpy(output->bytes.data() + start, in, length);
     return length;
 }
 
 OPJ_OFF_T skipOutput(OPJ_OFF_T length, void* user) {
     auto* output = static_cast<Output*>(user);
-    output->position += length;
-    output->reach(output->position);
-    return length;
+    return output->goTo(output->position + length) ? length : -1;
 }
 
 OPJ_BOOL seekOutput(OPJ_OFF_T position, void* user) {
-    auto* output = static_cast<Output*>(user);
-    output->position = position;
-    output->reach(output->position);
-    return OPJ_TRUE;
+    return static_cast<Output*>(user)->goTo(position) ? OPJ_TRUE : OPJ_FALSE;
 }
 
 constexpr std::size_t components = 4;

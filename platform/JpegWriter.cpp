@@ -63,8 +63,14 @@ class JpegEncoder {
         encoder.append(encoder.m_buffer.size() - encoder.m_destination.free_in_buffer);
     }
 
+    /// No exception may pass through libjpeg.
     void append(std::size_t count) {
-        m_file.append(reinterpret_cast<const char*>(m_buffer.data()), static_cast<qsizetype>(count));
+        const bool isKept = unlessMemoryIsShort([&] {
+            m_file.append(reinterpret_cast<const char*>(m_buffer.data()), static_cast<qsizetype>(count));
+            return true;
+        });
+        if (!isKept)
+            onError(reinterpret_cast<j_common_ptr>(&m_jpeg));
     }
 
     void write(int percent) {

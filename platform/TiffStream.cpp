@@ -1,5 +1,7 @@
 #include "platform/TiffStream.h"
 
+#include "platform/ShortMemory.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -30,6 +32,8 @@ TiffStream::~TiffStream() {
 
 void TiffStream::open(const char* mode) {
     TIFFOpenOptions* options = TIFFOpenOptionsAlloc();
+    if (options == nullptr)
+        return;
     TIFFOpenOptionsSetMaxSingleMemAlloc(options, maximumAllocation);
     TIFFOpenOptionsSetErrorHandlerExtR(options, onError, this);
     TIFFOpenOptionsSetWarningHandlerExtR(options, onWarning, this);
@@ -57,15 +61,19 @@ tmsize_t TiffStream::read(thandle_t handle, void* out, tmsize_t length) {
 tmsize_t TiffStream::write(thandle_t handle, void* in, tmsize_t length) {
     TiffStream& stream = self(handle);
     const qsizetype end = stream.m_position + length;
-    if (stream.m_position == stream.m_bytes.size()) {
-        stream.m_bytes.append(static_cast<const char*>(in), length);
-    } else {
-        if (end > stream.m_bytes.size())
-            stream.m_bytes.resize(end);
-        std::memcpy(stream.m_bytes.data() + stream.m_position, in, static_cast<std::size_t>(length));
-    }
-    stream.m_position = end;
-    return length;
+    const auto keep = [&] {
+        if (stream.m_position == stream.m_bytes.size()) {
+            stream.m_bytes.append(static_cast<const char*>(in), length);
+        } else {
+            if (end > stream.m_bytes.size())
+                stream.m_bytes.resize(end);
+            std::memcpy(stream.m_bytes.data() + stream.m_position, in, static_cast<std::size_t>(length));
+        }
+        stream.m_position = end;
+        return length;
+    };
+    // No exception may pass through libtiff.
+    return unlessMemoryIsShort(keep, tmsize_t{-1});
 }
 
 toff_t TiffStream::seek(thandle_t handle, toff_t offset, int whence) {
@@ -101,7 +109,8 @@ int TiffStream::onError(TIFF* /*tiff*/, void* handle, const char* /*module*/, co
     if (stream.m_error.isEmpty()) {
         std::array<char, 300> text{};
         std::vsnprintf(text.data(), text.size(), format, arguments);
-        stream.m_error = QByteArray(text.data());
+        stream.m_error = unlessMemoryIsShort([&] { return QByteArray(text.data()); },
+                                             QByteArrayLiteral("not enough memory"));
     }
     return 1;
 }

@@ -15,6 +15,11 @@
 
 namespace {
 
+/// `cause` is an errno value.
+Error failure(const QString& path, ErrorCode code, int cause) {
+    return {code, QStringLiteral("%1: %2").arg(path, AtomicFile::systemSentence(cause))};
+}
+
 Error inFile(const QString& path, const Error& error) {
     return {error.code, QStringLiteral("%1: %2").arg(path, error.sentence)};
 }
@@ -22,8 +27,7 @@ Error inFile(const QString& path, const Error& error) {
 /// What the store has of an item, which must exist; nothing of one without an AppleDouble file.
 Result<AppleDouble> contentsOf(const QString& path, const QString& sidecar) {
     if (!QFileInfo::exists(path))
-        return Error{ErrorCode::NotFound,
-                     QStringLiteral("%1: %2").arg(path, AtomicFile::systemSentence(ENOENT))};
+        return failure(path, ErrorCode::NotFound, ENOENT);
     const QFileInfo info(sidecar);
     if (!info.exists() && !info.isSymLink())
         return AppleDouble();
@@ -61,8 +65,7 @@ Result<Done> writeSidecar(const QString& sidecar, const QString& item, const App
         return written.error();
     constexpr mode_t readAndWrite = 0666;
     if (hasMode && chmod(QFile::encodeName(sidecar).constData(), status.st_mode & readAndWrite) != 0)
-        return Error{ErrorCode::NotWritable,
-                     QStringLiteral("%1: %2").arg(sidecar, AtomicFile::systemSentence(errno))};
+        return failure(sidecar, ErrorCode::NotWritable, errno);
     return Done{};
 }
 
@@ -89,8 +92,7 @@ Result<Done> AppleDoubleForkStore::removeRemains(const QString& path) {
         return Done{};
     // A folder of that name is somebody's own, with all that is in it.
     if (info.isDir() && !info.isSymLink())
-        return Error{ErrorCode::NotWritable,
-                     QStringLiteral("%1: %2").arg(sidecar, AtomicFile::systemSentence(EISDIR))};
+        return failure(sidecar, ErrorCode::NotWritable, EISDIR);
     return FileForkStore::removeItem(sidecar);
 }
 

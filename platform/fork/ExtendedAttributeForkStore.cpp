@@ -47,23 +47,23 @@ Result<QByteArray> read(const QString& path, const char* name) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return failure(path, ErrorCode::NotAPath, ENOENT);
     const QByteArray file = QFile::encodeName(path);
-    // It may grow between the two calls.
-    for (;;) {
-        const ssize_t size = getAttribute(file.constData(), name, nullptr, 0);
-        if (size < 0 && errno == noSuchAttribute)
-            return QByteArray();
-        if (size < 0)
-            return failure(path, errno == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable, errno);
-        QByteArray value(size, Qt::Uninitialized);
-        const ssize_t got =
-            getAttribute(file.constData(), name, value.data(), static_cast<std::size_t>(value.size()));
-        if (got >= 0) {
-            value.truncate(got);
-            return value;
-        }
-        if (errno != ERANGE)
-            return failure(path, ErrorCode::NotReadable, errno);
+    // Asking for the length first would not save from asking again: it may grow meanwhile.
+    constexpr qsizetype usual = 2048;
+    QByteArray value(usual, Qt::Uninitialized);
+    const auto get = [&] {
+        return getAttribute(file.constData(), name, value.data(), static_cast<std::size_t>(value.size()));
+    };
+    ssize_t length = get();
+    while (length < 0 && errno == ERANGE) {
+        value.resize(2 * value.size());
+        length = get();
     }
+    if (length < 0 && errno == noSuchAttribute)
+        return QByteArray();
+    if (length < 0)
+        return failure(path, errno == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable, errno);
+    value.truncate(length);
+    return value;
 }
 
 Result<Done> write(const QString& path, const char* name, const QByteArray& value) {

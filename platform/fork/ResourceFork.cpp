@@ -1,15 +1,17 @@
 #include "platform/fork/ResourceFork.h"
 
-#include <QHash>
 #include <QtEndian>
 
 #include <algorithm>
 #include <cstring>
 #include <limits>
 #include <map>
+#include <unordered_map>
 #include <utility>
 
 namespace {
+
+// Maps are the standard library's: Qt's end the program where memory is short.
 
 // The records of a fork.
 
@@ -148,7 +150,8 @@ Result<std::vector<Reference>> readReferences(const Region& map, const MapHeader
 
 /// The data at each of the offsets that references have. Several may lead to the same data, which are kept
 /// once; but none may begin inside of others.
-Result<QHash<quint32, QByteArray>> readData(const Region& section, const std::vector<Reference>& references) {
+Result<std::unordered_map<quint32, QByteArray>> readData(const Region& section,
+                                                         const std::vector<Reference>& references) {
     std::map<quint32, QByteArrayView> views;
     for (const Reference& reference : references) {
         const auto length = section.record<quint32_be>(reference.dataOffset);
@@ -157,13 +160,13 @@ Result<QHash<quint32, QByteArray>> readData(const Region& section, const std::ve
             return damaged("the data of a resource lie outside");
         views.emplace(reference.dataOffset, *data);
     }
-    QHash<quint32, QByteArray> data;
+    std::unordered_map<quint32, QByteArray> data;
     qsizetype end = 0;
     for (const auto& [offset, view] : views) {
         if (offset < end)
             return damaged("the data of two resources overlap");
         end = offset + lengthSize + view.size();
-        data.insert(offset, view.toByteArray());
+        data.emplace(offset, view.toByteArray());
     }
     return data;
 }
@@ -176,15 +179,12 @@ struct TypeGroup {
 
 std::vector<TypeGroup> grouped(const std::vector<Resource>& resources) {
     std::vector<TypeGroup> groups;
-    QHash<quint32, std::size_t> places;
+    std::unordered_map<quint32, std::size_t> places;
     for (const Resource& resource : resources) {
-        const auto known = places.constFind(resource.type.value);
-        if (known == places.constEnd()) {
-            places.insert(resource.type.value, groups.size());
-            groups.push_back({resource.type, {&resource}});
-        } else {
-            groups[*known].resources.push_back(&resource);
-        }
+        const auto [place, isNew] = places.try_emplace(resource.type.value, groups.size());
+        if (isNew)
+            groups.push_back({resource.type, {}});
+        groups[place->second].resources.push_back(&resource);
     }
     return groups;
 }
@@ -210,14 +210,14 @@ Result<ResourceFork> ResourceFork::parse(const QByteArray& bytes) {
     Result<std::vector<Reference>> references = readReferences(map, *mapHeader, mapBytes->size());
     if (!references)
         return references.error();
-    const Result<QHash<quint32, QByteArray>> contents = readData(Region(*data), *references);
+    const Result<std::unordered_map<quint32, QByteArray>> contents = readData(Region(*data), *references);
     if (!contents)
         return contents.error();
     ResourceFork result;
     result.m_reserved = bytes.mid(sizeof(ForkHeader), start - static_cast<qsizetype>(sizeof(ForkHeader)));
     result.m_attributes = mapHeader->attributes;
     for (Reference& reference : *references) {
-        reference.resource.data = contents->value(reference.dataOffset);
+        reference.resource.data = contents->at(reference.dataOffset);
         result.addResource(std::move(reference.resource));
     }
     return result;
@@ -228,8 +228,8 @@ Result<QByteArray> ResourceFork::data() const {
     QByteArray names;
     QByteArray types;
     QByteArray references;
-    QHash<const char*, quint32> dataOffsets;
-    QHash<QByteArray, quint16> nameOffsets;
+    std::unordered_map<const char*, quint32> dataOffsets;
+    std::unordered_map<QByteArray, quint16> nameOffsets;
     const std::vector<TypeGroup> groups = grouped(m_resources);
     const qsizetype typeListSize =
         countSize + static_cast<qsizetype>(groups.size()) * static_cast<qsizetype>(sizeof(TypeEntry));
@@ -249,23 +249,23 @@ Result<QByteArray> ResourceFork::data() const {
                 if (!nameOffsets.contains(*resource->name)) {
                     if (names.size() >= noName)
                         return unsupported("too many names");
-                    nameOffsets.insert(*resource->name, static_cast<quint16>(names.size()));
+                    nameOffsets.emplace(*resource->name, static_cast<quint16>(names.size()));
                     names += static_cast<char>(resource->name->size());
                     names += *resource->name;
                 }
-                nameOffset = nameOffsets.value(*resource->name);
+                nameOffset = nameOffsets.at(*resource->name);
             }
             // Data that were shared stay shared: they are told by their place in memory.
             const char* place = resource->data.isEmpty() ? nullptr : resource->data.constData();
             if (place == nullptr || !dataOffsets.contains(place)) {
                 if (data.size() > qsizetype{largestDataOffset})
                     return unsupported("too much data");
-                dataOffsets.insert(place, static_cast<quint32>(data.size()));
+                dataOffsets.insert_or_assign(place, static_cast<quint32>(data.size()));
                 append(data, quint32_be(static_cast<quint32>(resource->data.size())));
                 data += resource->data;
             }
             append(references, ReferenceEntry{qint16_be(resource->number), quint16_be(nameOffset),
-                                              quint32_be(dataOffsets.value(place) |
+                                              quint32_be(dataOffsets.at(place) |
                                                          static_cast<quint32>(resource->attributes) << 24),
                                               quint32_be(0)});
         }

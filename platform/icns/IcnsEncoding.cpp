@@ -3,10 +3,8 @@
 #include "platform/Jpeg2000Codestream.h"
 #include "platform/icns/IcnsRle.h"
 
-#include <cstdint>
 #include <limits>
 #include <optional>
-#include <vector>
 
 namespace {
 
@@ -43,10 +41,10 @@ QSize jpeg2000Size(QByteArrayView file) {
 }
 
 bool isPackedArgb(QByteArrayView data, int side) {
-    std::vector<std::uint8_t> channel(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
+    const auto pixels = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
     std::optional<QByteArrayView> rest = data.sliced(argbMark.size());
     for (int i = 0; i < 4 && rest; ++i)
-        rest = IcnsRle::unpack(*rest, channel);
+        rest = IcnsRle::skip(*rest, pixels);
     return rest.has_value();
 }
 

@@ -1,12 +1,11 @@
 #include "platform/icns/IcnsInspection.h"
 
+#include "platform/ShortMemory.h"
 #include "platform/icns/IcnsReader.h"
 #include "platform/icns/IcnsRle.h"
 
-#include <QSet>
-
 #include <algorithm>
-#include <cstring>
+#include <unordered_set>
 
 namespace {
 
@@ -65,9 +64,9 @@ QString sizeText(const QSize& size) {
 
 /// What is odd about run-length coded channels, if anything is.
 QStringList packedRemarks(QByteArrayView packed, int side, int channels) {
-    std::vector<std::uint8_t> channel(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
+    const auto pixels = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
     for (int i = 0; i < channels; ++i) {
-        const std::optional<QByteArrayView> rest = IcnsRle::unpack(packed, channel);
+        const std::optional<QByteArrayView> rest = IcnsRle::skip(packed, pixels);
         if (!rest)
             return {QStringLiteral("its packed samples break off")};
         packed = *rest;
@@ -193,8 +192,9 @@ class Inspector {
 
     const IcnsReader& m_reader;
     IcnsInspection m_result;
-    QSet<quint32> m_types;
-    QSet<quint32> m_seen;
+    // Qt's sets end the program where memory is short.
+    std::unordered_set<quint32> m_types;
+    std::unordered_set<quint32> m_seen;
 };
 
 } // namespace
@@ -203,7 +203,8 @@ Result<IcnsInspection> inspectIcns(const QByteArray& bytes) {
     const Result<IcnsReader> reader = IcnsReader::open(bytes);
     if (!reader)
         return reader.error();
-    return Inspector(*reader, bytes.size()).result();
+    return unlessMemoryIsShort(
+        [&]() -> Result<IcnsInspection> { return Inspector(*reader, bytes.size()).result(); });
 }
 
 QString icnsTypeDescription(FourCharCode type) {

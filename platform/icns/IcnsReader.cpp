@@ -3,14 +3,14 @@
 #include "platform/Jpeg2000Reader.h"
 #include "platform/PngReader.h"
 #include "platform/Premultiplication.h"
+#include "platform/ShortMemory.h"
 #include "platform/icns/IcnsEncoding.h"
 #include "platform/icns/IcnsRle.h"
-
-#include <QSet>
 
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <unordered_set>
 
 namespace {
 
@@ -99,6 +99,10 @@ std::optional<qsizetype> IcnsReader::lengthOf(const QByteArray& bytes) {
 }
 
 Result<IcnsReader> IcnsReader::open(const QByteArray& bytes) {
+    return unlessMemoryIsShort([&] { return parsed(bytes); });
+}
+
+Result<IcnsReader> IcnsReader::parsed(const QByteArray& bytes) {
     const std::optional<qsizetype> length = lengthOf(bytes);
     if (!length)
         return damaged(QStringLiteral("it does not begin as an icns file"));
@@ -128,6 +132,10 @@ const IcnsElement* IcnsReader::element(FourCharCode type) const {
 }
 
 Result<QImage> IcnsReader::samples(const IcnsElement& element) const {
+    return unlessMemoryIsShort([&] { return storedSamples(element); });
+}
+
+Result<QImage> IcnsReader::storedSamples(const IcnsElement& element) const {
     const IcnsElementType* type = icnsElementType(element.type);
     if (type != nullptr) {
         const IcnsPictureInfo info = icnsPictureInfo(*type, element.data);
@@ -163,9 +171,9 @@ Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
         return damaged(QStringLiteral("the picture in the element %1 tells no size").arg(type->code.text()));
     const QByteArray bytes = QByteArray::fromRawData(element.data.data(), element.data.size());
     if (info.encoding == IcnsEncoding::Png)
-        return readPng(bytes);
+        return unlessMemoryIsShort([&] { return readPng(bytes); });
     if (info.encoding == IcnsEncoding::Jpeg2000)
-        return readJpeg2000(bytes);
+        return unlessMemoryIsShort([&] { return readJpeg2000(bytes); });
     Result<QImage> image = samples(element);
     if (!image)
         return image.error();
@@ -177,7 +185,8 @@ Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
 
 std::vector<IcnsElement> IcnsReader::pictureElements() const {
     std::vector<IcnsElement> found;
-    QSet<quint32> seen;
+    // Qt's ends the program where memory is short.
+    std::unordered_set<quint32> seen;
     for (const IcnsElement& element : m_elements) {
         const IcnsElementType* type = icnsElementType(element.type);
         if (type == nullptr || type->content == IcnsContent::Mask || seen.contains(element.type.value))

@@ -15,7 +15,7 @@ struct IcnsElement {
     QByteArrayView data;
 };
 
-/// Reads the icns container. The bytes must outlive the reader.
+/// Reads the icns container. The bytes must outlive the reader. TooLarge is a failure for want of memory.
 class IcnsReader {
   public:
     /// Damaged where the file's or an element's length does not agree with the bytes.
@@ -33,7 +33,8 @@ class IcnsReader {
     /// The first element of that type, or null.
     const IcnsElement* element(FourCharCode type) const;
 
-    /// The elements that hold pictures, in the file's order; of several of one type the first.
+    /// The elements that hold pictures, in the file's order; of several of one type the first. Throws
+    /// std::bad_alloc.
     std::vector<IcnsElement> pictureElements() const;
 
     /// The picture of one element: Unsupported for a type that holds none, Damaged where its data are broken
@@ -52,6 +53,9 @@ class IcnsReader {
     Result<DecodedPicture> largestPicture() const;
 
   private:
+    static Result<IcnsReader> parsed(const QByteArray& bytes);
+    Result<QImage> storedSamples(const IcnsElement& element) const;
+
     qsizetype m_length = 0;
     std::vector<IcnsElement> m_elements;
 };

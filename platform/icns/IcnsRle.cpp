@@ -29,6 +29,27 @@ void appendLiteral(std::span<const std::uint8_t> bytes, QByteArray& out) {
     }
 }
 
+/// Hands over one packet of a channel after the other: whether it is a run, its bytes, and how many it stands
+/// for. What follows the channel, or no value.
+template <typename Take>
+std::optional<QByteArrayView> forEachPacket(QByteArrayView packed, std::size_t channelSize, Take take) {
+    while (channelSize > 0) {
+        if (packed.isEmpty())
+            return std::nullopt;
+        const int control = static_cast<std::uint8_t>(packed[0]);
+        packed = packed.sliced(1);
+        const bool isRun = control >= firstRunControl;
+        const auto count = static_cast<std::size_t>(isRun ? control - firstRunControl + 3 : control + 1);
+        const auto needed = isRun ? qsizetype{1} : static_cast<qsizetype>(count);
+        if (count > channelSize || needed > packed.size())
+            return std::nullopt;
+        take(isRun, packed.first(needed), count);
+        packed = packed.sliced(needed);
+        channelSize -= count;
+    }
+    return packed;
+}
+
 } // namespace
 
 void IcnsRle::pack(std::span<const std::uint8_t> channel, QByteArray& out, bool lastAlone) {
@@ -53,22 +74,15 @@ void IcnsRle::pack(std::span<const std::uint8_t> channel, QByteArray& out, bool 
 }
 
 std::optional<QByteArrayView> IcnsRle::unpack(QByteArrayView packed, std::span<std::uint8_t> channel) {
-    qsizetype at = 0;
-    while (!channel.empty()) {
-        if (at >= packed.size())
-            return std::nullopt;
-        const int control = static_cast<std::uint8_t>(packed[at++]);
-        const bool isRun = control >= firstRunControl;
-        const auto count = static_cast<std::size_t>(isRun ? control - firstRunControl + 3 : control + 1);
-        const auto needed = isRun ? qsizetype{1} : static_cast<qsizetype>(count);
-        if (count > channel.size() || needed > packed.size() - at)
-            return std::nullopt;
+    return forEachPacket(packed, channel.size(), [&](bool isRun, QByteArrayView bytes, std::size_t count) {
         if (isRun)
-            std::memset(channel.data(), packed[at], count);
+            std::memset(channel.data(), bytes[0], count);
         else
-            std::memcpy(channel.data(), packed.data() + at, count);
-        at += needed;
+            std::memcpy(channel.data(), bytes.data(), count);
         channel = channel.subspan(count);
-    }
-    return packed.sliced(at);
+    });
+}
+
+std::optional<QByteArrayView> IcnsRle::skip(QByteArrayView packed, std::size_t channelSize) {
+    return forEachPacket(packed, channelSize, [](bool, QByteArrayView, std::size_t) {});
 }

@@ -20,4 +20,7 @@ void pack(std::span<const std::uint8_t> channel, QByteArray& out, bool lastAlone
 /// where `packed` ends before, or a run reaches past the channel's end.
 std::optional<QByteArrayView> unpack(QByteArrayView packed, std::span<std::uint8_t> channel);
 
+/// As `unpack` of a channel of that many bytes, but keeps none.
+std::optional<QByteArrayView> skip(QByteArrayView packed, std::size_t channelSize);
+
 } // namespace IcnsRle

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/FourCharCode.h"
-
 #include <QByteArray>
 #include <QImage>
 
@@ -24,7 +22,7 @@ class IcnsWriter {
     const QByteArray& data() const { return m_file; }
 
   private:
-    void append(FourCharCode code, const QByteArray& data);
+    void append(const QByteArray& elements);
 
     QByteArray m_file;
 };

@@ -1,5 +1,6 @@
 #include "platform/icns/IconFamilyBlock.h"
 
+#include "platform/ShortMemory.h"
 #include "platform/icns/IcnsReader.h"
 #include "platform/icns/IcnsRle.h"
 
@@ -43,23 +44,18 @@ std::optional<QByteArray> unpacked(const IcnsElementType& type, QByteArrayView p
     return samples;
 }
 
-} // namespace
-
-IconFamilyBlock::Status IconFamilyBlock::setIconFamilyData(QByteArray& block, FourCharCode type,
-                                                           QByteArrayView data) {
-    const QByteArray before = block.isEmpty() ? header(icnsMagic, headerSize) : block;
-    const Result<IcnsReader> reader = IcnsReader::open(before);
-    if (!reader)
-        return Status::ParameterError;
-    const IcnsElement* replaced = reader->element(type);
+/// The block with that element; none where it would become too long.
+std::optional<QByteArray> changed(const QByteArray& before, const IcnsReader& reader, FourCharCode type,
+                                  QByteArrayView data) {
+    const IcnsElement* replaced = reader.element(type);
     // What lies before and after the element's place.
-    const qsizetype end = reader->length();
+    const qsizetype end = reader.length();
     const qsizetype from =
         replaced != nullptr ? replaced->data.data() - before.constData() - headerSize : end;
     const qsizetype to = replaced != nullptr ? from + headerSize + replaced->data.size() : end;
     const qsizetype total = from + headerSize + data.size() + (end - to);
     if (total > std::numeric_limits<quint32>::max())
-        return Status::MemoryFull;
+        return std::nullopt;
     QByteArray after;
     after.reserve(total);
     after += header(icnsMagic, total);
@@ -67,11 +63,28 @@ IconFamilyBlock::Status IconFamilyBlock::setIconFamilyData(QByteArray& block, Fo
     after += header(type, headerSize + data.size());
     after += data;
     after += QByteArrayView(before).sliced(to, end - to);
-    block = std::move(after);
+    return after;
+}
+
+} // namespace
+
+IconFamilyBlock::Status IconFamilyBlock::setIconFamilyData(QByteArray& block, FourCharCode type,
+                                                           QByteArrayView data) {
+    const QByteArray before = block.isEmpty() ? header(icnsMagic, headerSize) : block;
+    const Result<IcnsReader> reader = IcnsReader::open(before);
+    if (!reader)
+        return reader.error().code == ErrorCode::TooLarge ? Status::MemoryFull : Status::ParameterError;
+    std::optional<QByteArray> after =
+        unlessMemoryIsShort([&] { return changed(before, *reader, type, data); });
+    if (!after)
+        return Status::MemoryFull;
+    block = std::move(*after);
     return Status::NoError;
 }
 
-std::optional<QByteArray> IconFamilyBlock::getIconFamilyData(const QByteArray& block, FourCharCode type) {
+namespace {
+
+std::optional<QByteArray> dataOf(const QByteArray& block, FourCharCode type) {
     const Result<IcnsReader> reader = IcnsReader::open(block);
     const IcnsElement* element = reader ? reader->element(type) : nullptr;
     if (element == nullptr)
@@ -88,4 +101,10 @@ std::optional<QByteArray> IconFamilyBlock::getIconFamilyData(const QByteArray& b
     if (std::optional<QByteArray> samples = unpacked(*known, element->data))
         return samples;
     return plain.size() > exact ? std::optional(plain) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<QByteArray> IconFamilyBlock::getIconFamilyData(const QByteArray& block, FourCharCode type) {
+    return unlessMemoryIsShort([&] { return dataOf(block, type); });
 }

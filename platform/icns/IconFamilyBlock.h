@@ -15,7 +15,7 @@ namespace IconFamilyBlock {
 enum class Status : qint16 {
     NoError = 0,
     ParameterError = -50, ///< the block is no icns data: it is left as it is
-    MemoryFull = -108,    ///< it would become longer than its length can tell
+    MemoryFull = -108,    ///< memory is short, or it would become longer than its length can tell
 };
 
 /// Puts `data` in the place of the element of that type, or after the others where there is none, and
@@ -24,7 +24,7 @@ Status setIconFamilyData(QByteArray& block, FourCharCode type, QByteArrayView da
 
 /// The data of the element of that type, without its header; packed colours ('is32', 'il32', 'ih32', 'it32'
 /// of other writers) as plain A, R, G, B samples with A = 0. No value where there is no such element, the
-/// block is no icns data, or packed colours break off.
+/// block is no icns data, packed colours break off, or memory is short.
 std::optional<QByteArray> getIconFamilyData(const QByteArray& block, FourCharCode type);
 
 } // namespace IconFamilyBlock

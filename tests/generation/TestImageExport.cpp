@@ -1,5 +1,7 @@
 #include "generation/ImageExport.h"
+#include "platform/BmpWriter.h"
 #include "platform/ColorTable.h"
+#include "platform/GifWriter.h"
 #include "platform/ImageSource.h"
 #include "platform/Jpeg2000Reader.h"
 #include "tests/support/Pictures.h"
@@ -224,6 +226,19 @@ TEST_F(ImageExportTest, a_table_of_many_colours_has_255) {
     EXPECT_GT(std::set<IndexedPicture::Rgb>(picture.colors.begin(), picture.colors.end()).size(), 250U);
 }
 
+TEST_F(ImageExportTest, a_table_is_made_of_any_number_of_colours) {
+    // Spread over more cells of all grids but the coarsest than are looked at.
+    const IndexedPicture picture = indexedPicture(Pictures::noise(400, 300, 3));
+    EXPECT_EQ(picture.colors.size(), 255U);
+    EXPECT_EQ(picture.indexes.size(), 400U * 300U);
+}
+
+TEST_F(ImageExportTest, bmp_of_more_bytes_than_it_can_tell_is_none) {
+    // Of these pixels none is looked at: there are not so many.
+    const uchar pixel[4] = {};
+    EXPECT_TRUE(encodeBmp(QImage(pixel, 32768, 16384, QImage::Format_RGBA8888_Premultiplied)).isEmpty());
+}
+
 TEST_F(ImageExportTest, a_destination_holds_what_its_type_can) {
     EXPECT_EQ(ImageDestination::create(path(), QStringLiteral("public.png"), 2), nullptr);
     EXPECT_EQ(ImageDestination::create(path(), QStringLiteral("public.png"), 0), nullptr);
@@ -253,6 +268,11 @@ TEST_F(ImageExportTest, a_format_that_cannot_tell_so_many_pixels_says_so) {
     ASSERT_FALSE(saved);
     EXPECT_EQ(saved.error().code, ErrorCode::TooLarge);
     EXPECT_TRUE(saved.error().sentence.contains(QStringLiteral("65535")));
+}
+
+TEST_F(ImageExportTest, gif_of_more_pixels_than_it_can_tell_is_none) {
+    EXPECT_TRUE(encodeGif(Pictures::flat(65536, 1, Qt::red)).isEmpty());
+    EXPECT_TRUE(encodeGif(Pictures::flat(1, 65536, Qt::red)).isEmpty());
 }
 
 TEST_F(ImageExportTest, pictures_of_any_format_are_taken) {

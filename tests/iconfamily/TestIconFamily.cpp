@@ -443,7 +443,10 @@ TEST_F(IconFamilyFiles, is_written_in_place) {
     EXPECT_EQ(after.st_ino, before.st_ino);
     EXPECT_EQ(after.st_size, 5);
     EXPECT_FALSE(family->writeToFile(folder.filePath(QStringLiteral("no/such/folder"))));
+    // A few bytes fail when they are flushed, many at once.
     EXPECT_FALSE(family->writeToFile(QStringLiteral("/dev/full")));
+    EXPECT_FALSE(
+        IconFamily::initWithData(QByteArray(1 << 20, 'b'))->writeToFile(QStringLiteral("/dev/full")));
 }
 
 } // namespace

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace {
 
 using Interpolation = IconFamily::ImageInterpolation;
@@ -89,6 +91,23 @@ TEST(IconFamilyBuilder, a_drawing_is_drawn_in_each_size) {
     const auto family = IconFamily::initWithThumbnailsOfImage(drawing->image);
     ASSERT_NE(family, nullptr);
     EXPECT_EQ(family->imageWithAllReps().representations().size(), 6U);
+}
+
+TEST(IconFamilyBuilder, a_drawing_without_a_size_gives_none) {
+    const Result<LoadedPicture> drawing =
+        ImageSource::load("<svg xmlns='http://www.w3.org/2000/svg' width='20' height='10'/>");
+    ASSERT_TRUE(drawing);
+    for (const QSizeF& size : {QSizeF(0, 5), QSizeF(5, 0), QSizeF(), QSizeF(5, qQNaN()), QSizeF(5, 5)}) {
+        Image image(size);
+        image.addRepresentation(drawing->image.representations().front());
+        EXPECT_EQ(IconFamily::resampleImage(image, 16, Interpolation::High).isNull(), size != QSizeF(5, 5));
+    }
+}
+
+TEST(IconFamilyBuilder, a_square_without_memory_gives_none) {
+    const Image picture = Pictures::loadedImage(Pictures::flat(5, 5, Qt::red));
+    EXPECT_TRUE(
+        IconFamily::resampleImage(picture, std::numeric_limits<qint32>::max(), Interpolation::High).isNull());
 }
 
 TEST(IconFamilyBuilder, a_square_picture_fills_the_square) {

@@ -1,15 +1,14 @@
 #pragma once
 
+#include "tests/support/BigEndian.h"
+
 #include <QByteArray>
-#include <QtEndian>
 
 /// Icns data, put together by hand.
 namespace IcnsBytes {
 
 inline QByteArray number(quint32 value) {
-    QByteArray bytes(4, '\0');
-    qToBigEndian(value, bytes.data());
-    return bytes;
+    return big(value);
 }
 
 inline QByteArray element(const char* type, const QByteArray& data) {

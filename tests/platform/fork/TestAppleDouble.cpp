@@ -1,17 +1,9 @@
 #include "platform/fork/AppleDouble.h"
-
-#include <QtEndian>
+#include "tests/support/BigEndian.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-template <typename T>
-QByteArray big(T value) {
-    QByteArray bytes(sizeof(T), '\0');
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
 
 const QByteArray start = big<quint32>(0x00051607) + big<quint32>(0x00020000) + "Mac OS X        ";
 

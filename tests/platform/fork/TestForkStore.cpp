@@ -151,6 +151,32 @@ TEST_P(FileForkStoreTest, what_is_removed_leaves_nothing) {
     EXPECT_EQ(names(), QStringList());
 }
 
+TEST_P(FileForkStoreTest, a_fork_of_any_length_is_read) {
+    const QString item = file(QStringLiteral("item"));
+    // Around the length that is read at once.
+    for (const qsizetype length : {0, 1, 2047, 2048, 2049, 3000}) {
+        const QByteArray fork(length, 'f');
+        ASSERT_TRUE(m_store->setResourceFork(item, fork)) << length;
+        EXPECT_EQ(*m_store->resourceFork(item), fork) << length;
+    }
+}
+
+#ifndef Q_OS_MACOS
+TEST_P(FileForkStoreTest, a_folder_that_the_system_keeps_is_not_removed) {
+    const QString kept = QStringLiteral("/proc/self/fdinfo");
+    const Result<Done> removed = m_store->removeItem(kept);
+    ASSERT_FALSE(removed);
+    EXPECT_EQ(removed.error().code, ErrorCode::NotWritable);
+}
+
+TEST_F(ForkStoreTest, attributes_that_the_file_system_does_not_have_are_not_readable) {
+    const Result<QByteArray> fork =
+        ExtendedAttributeForkStore().resourceFork(QStringLiteral("/proc/version"));
+    ASSERT_FALSE(fork);
+    EXPECT_EQ(fork.error().code, ErrorCode::NotReadable);
+}
+#endif
+
 TEST_P(FileForkStoreTest, only_folders_change) {
     EXPECT_TRUE(m_store->notifyChanged(m_folder.path()));
     EXPECT_FALSE(m_store->notifyChanged(file(QStringLiteral("item"))));
@@ -237,6 +263,41 @@ TEST_F(ForkStoreTest, an_apple_double_file_that_cannot_be_read_stays_as_it_is) {
     EXPECT_EQ(kept.readAll(), "something else");
 }
 
+TEST_F(ForkStoreTest, beside_the_longest_names_there_is_no_place) {
+    AppleDoubleForkStore store;
+    const QString item = file(QString(254, u'n'));
+    EXPECT_EQ(store.setFinderInfo(item, customIcon()).error().code, ErrorCode::NotWritable);
+    EXPECT_EQ(store.setResourceFork(item, "fork").error().code, ErrorCode::NotWritable);
+    EXPECT_EQ(store.createResourceFork(item, std::nullopt).error().code, ErrorCode::NotWritable);
+    EXPECT_EQ(names(), QStringList{QString(254, u'n')});
+}
+
+TEST_F(ForkStoreTest, a_new_fork_without_its_information_is_an_error) {
+    /// Keeps forks, and no information.
+    class Store final : public FileForkStore {
+      public:
+        Result<QByteArray> resourceFork(const QString& /*path*/) const override { return m_fork; }
+        Result<Done> setResourceFork(const QString& /*path*/, const QByteArray& fork) override {
+            m_fork = fork;
+            return Done{};
+        }
+        Result<FinderInfo> finderInfo(const QString& /*path*/) const override { return FinderInfo(); }
+        Result<Done> setFinderInfo(const QString& /*path*/, const FinderInfo& /*info*/) override {
+            return Error{ErrorCode::NotWritable, QStringLiteral("refused")};
+        }
+
+      private:
+        QByteArray m_fork;
+    };
+    Store store;
+    const Result<ForkStore::Created> created =
+        store.createResourceFork(path(QStringLiteral("new")), customIcon());
+    ASSERT_FALSE(created);
+    EXPECT_EQ(created.error().sentence, QStringLiteral("refused"));
+    EXPECT_EQ(*store.resourceFork({}), *ResourceFork().data());
+    EXPECT_TRUE(store.createResourceFork(path(QStringLiteral("other")), std::nullopt));
+}
+
 TEST_F(ForkStoreTest, a_fifo_in_the_place_of_an_apple_double_file_is_refused_at_once) {
     AppleDoubleForkStore store;
     const QString item = file(QStringLiteral("item"));
@@ -259,6 +320,7 @@ TEST_F(ForkStoreTest, without_forks_every_operation_fails_and_touches_nothing) {
     EXPECT_FALSE(store.setModificationDate(item, {}));
     EXPECT_FALSE(store.notifyChanged(m_folder.path()));
     EXPECT_FALSE(store.removeItem(item));
+    EXPECT_FALSE(store.removeRemains(item));
     EXPECT_EQ(store.removeItem(item).error().code, ErrorCode::Unsupported);
     EXPECT_EQ(names(), QStringList{QStringLiteral("item")});
 }

@@ -1,17 +1,9 @@
 #include "platform/fork/ResourceFork.h"
-
-#include <QtEndian>
+#include "tests/support/BigEndian.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-template <typename T>
-QByteArray big(T value) {
-    QByteArray bytes(sizeof(T), '\0');
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
 
 /// A fork put together by hand: two types, three resources, of which two have names and two share their data.
 struct HandMade {

@@ -1,0 +1,77 @@
+#include "platform/BmpWriter.h"
+#include "platform/GifWriter.h"
+#include "platform/Jpeg2000Writer.h"
+#include "platform/JpegWriter.h"
+#include "platform/PngReader.h"
+#include "platform/PngWriter.h"
+#include "platform/TiffWriter.h"
+#include "tests/allocation/FailingAllocations.h"
+#include "tests/support/Pictures.h"
+
+#include <gtest/gtest.h>
+
+using FailingAllocations::expectFailuresOf;
+
+namespace {
+
+template <typename Encode>
+void expectWholeOrNone(Encode encode,
+                       const FailingAllocations::Libraries& leftOut = FailingAllocations::none) {
+    const QByteArray expected = encode();
+    const auto isWhole = [&] {
+        const QByteArray file = encode();
+        EXPECT_TRUE(file.isEmpty() || file == expected);
+        return !file.isEmpty();
+    };
+    expectFailuresOf(isWhole, leftOut);
+}
+
+} // namespace
+
+TEST(PictureWriterAllocations, png_is_whole_or_none) {
+    const QImage small = Pictures::translucentNoise(7, 5, 1);
+    expectWholeOrNone([&] { return encodePng(small); });
+    // Large enough to be sampled before: a sample that there is no memory for has no say in the filter.
+    const QImage large = Pictures::translucentNoise(300, 256, 1);
+    const QImage expected = readPng(encodePng(large))->raster;
+    const auto isWhole = [&] {
+        const QByteArray file = encodePng(large);
+        const FailingAllocations::Pause pause;
+        EXPECT_TRUE(file.isEmpty() || Pictures::same(readPng(file)->raster, expected));
+        return !file.isEmpty();
+    };
+    expectFailuresOf(isWhole, FailingAllocations::none);
+}
+
+TEST(PictureWriterAllocations, jpeg_is_whole_or_none) {
+    const QImage raster = Pictures::noise(37, 23, 1);
+    expectWholeOrNone([&] { return encodeJpeg(raster, 0.7); });
+}
+
+TEST(PictureWriterAllocations, gif_is_whole_or_none) {
+    const QImage few = Pictures::flat(7, 5, Qt::red);
+    const QImage many = Pictures::translucentNoise(31, 23, 1);
+    expectWholeOrNone([&] { return encodeGif(few); });
+    expectWholeOrNone([&] { return encodeGif(many); });
+}
+
+TEST(PictureWriterAllocations, tiff_is_whole_or_none) {
+    // libtiff itself reads what it did not get when it closes a file.
+    const FailingAllocations::Libraries leftOut{"libtiff"};
+    // Of several strips.
+    const QImage raster = Pictures::translucentNoise(200, 100, 1);
+    expectWholeOrNone([&] { return encodeTiff(raster, TiffCompression::Lzw); }, leftOut);
+    expectWholeOrNone([&] { return encodeTiff(raster, TiffCompression::None); }, leftOut);
+}
+
+TEST(PictureWriterAllocations, jpeg_2000_is_whole_or_none) {
+    const QImage raster = Pictures::translucentNoise(7, 5, 1);
+    expectWholeOrNone([&] { return encodeJpeg2000(raster); }, {"libopenjp2"});
+    // Of the library's own memory the first alone, that of the picture.
+    expectFailuresOf([&] { return !encodeJpeg2000(raster).isEmpty(); }, {"libQt6"}, 1 << 30);
+}
+
+TEST(PictureWriterAllocations, bmp_is_whole_or_none) {
+    const QImage raster = Pictures::translucentNoise(7, 5, 1);
+    expectWholeOrNone([&] { return encodeBmp(raster); });
+}
