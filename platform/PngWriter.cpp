@@ -113,39 +113,47 @@ class FilteredRows {
     std::size_t m_rowBytes;
 };
 
-/// Chooses what is left open, by what the quick method makes of a sample.
-void choose(const FilteredRows& rows, PngOptions& options) {
+/// The part of a sample's bytes that the quick method leaves; none where memory is short.
+std::optional<double> partLeft(const FilteredRows& rows, PngFilterStrategy strategy) {
+    const Buffer sample = rows.sample(strategy);
+    const std::size_t length = Deflate::length(sample.filled(), Deflate::Method::Quick);
+    if (length == 0)
+        return std::nullopt;
+    return static_cast<double>(length) / static_cast<double>(sample.size);
+}
+
+/// Chooses what is left open by what is left of a sample. False where memory is short.
+bool choose(const FilteredRows& rows, PngOptions& options) {
     if (options.filter && options.method)
-        return;
+        return true;
     const StageTimes::Timer timer(Stage::Choose);
-    const auto partLeft = [&](PngFilterStrategy strategy) {
-        const Buffer sample = rows.sample(strategy);
-        const std::size_t length = Deflate::length(sample.filled(), Deflate::Method::Quick);
-        return static_cast<double>(length) / static_cast<double>(sample.size);
+    const auto leftBy = [&](PngFilterStrategy strategy) {
+        return options.filter.value_or(strategy) == strategy ? partLeft(rows, strategy) : 1;
     };
-    double left = 0;
-    if (options.filter) {
-        left = partLeft(*options.filter);
-    } else {
-        const double plain = partLeft(PngFilterStrategy::None);
-        const double adaptive = partLeft(PngFilterStrategy::Adaptive);
-        options.filter = adaptive < plain ? PngFilterStrategy::Adaptive : PngFilterStrategy::None;
-        left = std::min(plain, adaptive);
-    }
+    const std::optional<double> plain = leftBy(PngFilterStrategy::None);
+    const std::optional<double> adaptive = plain ? leftBy(PngFilterStrategy::Adaptive) : std::nullopt;
+    if (!adaptive)
+        return false;
+    if (!options.filter)
+        options.filter = *adaptive < *plain ? PngFilterStrategy::Adaptive : PngFilterStrategy::None;
     // Where much is left there are few repetitions to be found.
     constexpr double dense = 0.3;
     if (!options.method)
-        options.method = left > dense ? Deflate::Method::Quick : Deflate::Method::Thorough;
+        options.method =
+            std::min(*plain, *adaptive) > dense ? Deflate::Method::Quick : Deflate::Method::Thorough;
+    return true;
 }
 
 /// The picture's rows as a zlib stream in one chunk, or in several where they do not fit into one.
 bool appendPixels(QByteArray& png, const QImage& raster, PngOptions options) {
     const FilteredRows rows(raster);
-    const Buffer filtered = [&] {
+    if (!choose(rows, options))
+        return false;
+    const auto filter = [&] {
         const StageTimes::Timer timer(Stage::Filter);
-        choose(rows, options);
         return rows.all(*options.filter);
-    }();
+    };
+    const Buffer filtered = filter();
     const qsizetype start = beginChunk(png, "IDAT");
     {
         const StageTimes::Timer timer(Stage::Compress);

@@ -2,7 +2,6 @@
 #include "platform/GifWriter.h"
 #include "platform/Jpeg2000Writer.h"
 #include "platform/JpegWriter.h"
-#include "platform/PngReader.h"
 #include "platform/PngWriter.h"
 #include "platform/TiffWriter.h"
 #include "tests/allocation/FailingAllocations.h"
@@ -31,16 +30,8 @@ void expectWholeOrNone(Encode encode,
 TEST(PictureWriterAllocations, png_is_whole_or_none) {
     const QImage small = Pictures::translucentNoise(7, 5, 1);
     expectWholeOrNone([&] { return encodePng(small); });
-    // Large enough to be sampled before: a sample that there is no memory for has no say in the filter.
-    const QImage large = Pictures::translucentNoise(300, 256, 1);
-    const QImage expected = readPng(encodePng(large))->raster;
-    const auto isWhole = [&] {
-        const QByteArray file = encodePng(large);
-        const FailingAllocations::Pause pause;
-        EXPECT_TRUE(file.isEmpty() || Pictures::same(readPng(file)->raster, expected));
-        return !file.isEmpty();
-    };
-    expectFailuresOf(isWhole, FailingAllocations::none);
+    const QImage graphic = Pictures::flat(300, 256, Qt::red);
+    expectWholeOrNone([&] { return encodePng(graphic); });
 }
 
 TEST(PictureWriterAllocations, jpeg_is_whole_or_none) {
