@@ -102,7 +102,7 @@ class JpegDecoder {
             m_jpeg.out_color_space = m_picture.profile() ? JCS_GRAYSCALE : JCS_EXT_RGBA;
             layout = m_picture.profile()
                          ? SampleLayout{SampleLayout::Colors::Grey, SampleLayout::Alpha::None, 8, false}
-                         : SampleLayout{SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false};
+                         : SampleLayout{SampleLayout::Colors::RGB, SampleLayout::Alpha::Full, 8, false};
             break;
         case JCS_CMYK:
         case JCS_YCCK:
@@ -113,7 +113,7 @@ class JpegDecoder {
             break;
         default:
             m_jpeg.out_color_space = JCS_EXT_RGBA;
-            layout = {SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false};
+            layout = {SampleLayout::Colors::RGB, SampleLayout::Alpha::Full, 8, false};
             break;
         }
         if (!m_picture.begin(m_jpeg.image_width, m_jpeg.image_height, layout))

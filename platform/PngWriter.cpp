@@ -92,9 +92,10 @@ class FilteredRows {
     /// Bands of rows that lie evenly spread over the picture; all of a small picture.
     Buffer sample(PngFilterStrategy strategy) const {
         constexpr int bands = 6;
-        constexpr int bandRows = 6;
-        if (m_raster.height() <= 2 * bands * bandRows)
+        constexpr int smallHeight = 24;
+        if (m_raster.height() <= smallHeight)
             return all(strategy);
+        const int bandRows = std::clamp(m_raster.height() / (8 * bands), 2, 6);
         Buffer buffer(size(bands * bandRows));
         for (int band = 0; band < bands; ++band)
             append(buffer, (m_raster.height() - bandRows) * band / (bands - 1), bandRows, strategy);

@@ -161,6 +161,8 @@ void RowConverter::convertSamples(const Sample* in, std::uint8_t* out, std::size
     const bool isPremultiplied = m_layout.alpha == Alpha::Premultiplied;
     const bool isRgba = m_layout.colors == Colors::RGB && m_layout.alpha != Alpha::None;
     if (!m_transform && isRgba) {
+        if (m_layout.alpha == Alpha::Full && sizeof(Sample) == 1 && static_cast<const void*>(in) == out)
+            return; // these are the raster's bytes
         if (isPremultiplied)
             clampToAlpha(in, out, pixels);
         else

@@ -11,7 +11,12 @@
 /// processor's byte order.
 struct SampleLayout {
     enum class Colors { Grey, RGB, CMYK };
-    enum class Alpha { None, Straight, Premultiplied };
+    enum class Alpha {
+        None,
+        Straight,
+        Premultiplied,
+        Full, ///< a sample that always has its highest value
+    };
 
     Colors colors = Colors::RGB;
     Alpha alpha = Alpha::None;
