@@ -1,11 +1,11 @@
 #include "platform/RegularFile.h"
 
 #include "platform/AtomicFile.h"
+#include "platform/FileDescriptor.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -18,23 +18,6 @@ Error failure(int error) {
     return {error == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable,
             AtomicFile::systemSentence(error)};
 }
-
-/// A file descriptor that is closed at the end.
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : m_number(number) {}
-    ~Descriptor() {
-        if (m_number >= 0)
-            close(m_number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int number() const { return m_number; }
-
-  private:
-    int m_number;
-};
 
 /// Asks for large pages where much is about to be filled: else most of the time goes into small ones.
 void preferLargePages([[maybe_unused]] QByteArray& buffer) {
@@ -74,8 +57,8 @@ Result<QByteArray>
 RegularFile::read(const std::string& path, qint64 maximumBytes,
                   const std::function<std::optional<Error>(const QByteArray& start)>& refuses) {
     // Without waiting for a writer, should it be a FIFO.
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-    if (file.number() < 0)
+    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    if (!file.isOpen())
         return failure(errno);
     struct stat status = {};
     if (fstat(file.number(), &status) != 0)
