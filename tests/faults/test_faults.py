@@ -104,7 +104,7 @@ class Icons(Subject):
         catalogue = self.folder / "catalogue.plist"
         entries = {name: {"Name": name, "Dimensions": f"{{{size}, {size}}}"}
                    for name, size in (("a", 16), ("b", 24), ("c", 40))}
-        catalogue.write_bytes(plistlib.dumps([entries, {}, {}, entries, {}]))
+        catalogue.write_bytes(plistlib.dumps([entries, {}, {}, {"a": entries["a"]}, {}]))
         return (PROGRAM, "generate", self.picture, "--out", self.out, "--catalogue", catalogue, "--json",
                 "--platform", self.platform)
 
@@ -121,7 +121,7 @@ class Icons(Subject):
 
 
 class Container(Icons):
-    """The same with the Mac's container, where older files of all names are."""
+    """The Mac's container behind an icon, where older files of both names are."""
 
     platform = "mac"
 
@@ -213,7 +213,11 @@ class FaultTest(unittest.TestCase):
 
     def each_call(self, subject, kind):
         """Runs the subject with a fault at each of its calls: what came of it, call by call."""
+        subject.prepare()
+        usual = subject.run_plainly()
         for call in itertools.count(1):
+            if kind in ("short", "interrupt") and call <= len(usual) and usual[call - 1] != "write":
+                continue
             subject.prepare()
             result, calls = subject.run(kind, call)
             if call > len(calls):
