@@ -130,7 +130,8 @@ bool GenerateReport::printJson() const {
                                {QStringLiteral("files"), files},
                                {QStringLiteral("warnings"), QJsonArray::fromStringList(m_warnings)},
                                {QStringLiteral("errors"), QJsonArray::fromStringList(m_errors)}};
-    return Terminal::print(QString::fromUtf8(QJsonDocument(document).toJson()).trimmed());
+    return Terminal::print(
+        Terminal::escapedJson(QString::fromUtf8(QJsonDocument(document).toJson()).trimmed()));
 }
 
 int GenerateReport::finish() {
