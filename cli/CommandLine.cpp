@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <new>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -112,15 +111,6 @@ std::vector<Command> addCommands(CLI::App& app) {
     return commands;
 }
 
-int run(const std::function<int()>& work) {
-    try {
-        return work();
-    } catch (const std::bad_alloc&) {
-        Terminal::error(QStringLiteral("not enough memory"));
-        return 1;
-    }
-}
-
 } // namespace
 
 int runCommandLine(int argc, char** argv) {
@@ -157,5 +147,5 @@ int runCommandLine(int argc, char** argv) {
     const Parsed<std::function<int()>> work = command->prepare();
     if (const auto* error = std::get_if<UsageError>(&work))
         return complain(app, *error);
-    return run(std::get<std::function<int()>>(work));
+    return std::get<std::function<int()>>(work)();
 }

@@ -4,6 +4,7 @@
 #include "platform/Folder.h"
 #include "platform/store/ManagedObjectContext.h"
 
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -27,6 +28,7 @@ bool isSaved(ManagedObjectContext& context) {
 int main(int argc, char** argv) {
     if (argc != 3)
         return 3;
+    std::signal(SIGXFSZ, SIG_IGN);
     const QString file = QString::fromLocal8Bit(argv[1]);
     StoreError error;
     PersistentStoreCoordinator coordinator(model());

@@ -11,6 +11,7 @@ import os
 import pathlib
 import plistlib
 import re
+import resource
 import struct
 import subprocess
 import sys
@@ -31,11 +32,14 @@ def is_temporary(path):
 class Subject:
     """Something that writes files into the folder `out`: `files` are their paths below it."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, out=None, color="black"):
         self.folder = folder
-        self.out = folder / "out"
+        self.out = out or folder / "out"
+        self.out.parent.mkdir(exist_ok=True)
         self.picture = folder / "picture.png"
-        Image.radial_gradient("L").resize((24, 24)).save(self.picture)
+        picture = Image.radial_gradient("L").resize((24, 24)).convert("RGB")
+        picture.paste(color, (0, 0, 8, 8))
+        picture.save(self.picture)
         self.new = {}
         self.prepare()
         self.run_plainly()
@@ -59,16 +63,22 @@ class Subject:
     def temporaries(self):
         return [path for path in self.out.rglob("*") if is_temporary(path)]
 
-    def run(self, kind=None, call=0):
-        """Runs the command. Its result, and the calls that it made, "!" behind what failed."""
+    def run(self, kind=None, call=0, limits=None):
+        """Runs the command, within `limits` (by resource). Its result, and the calls that it made, "!" behind what
+        failed."""
         log = self.folder / "log"
         log.unlink(missing_ok=True)
         variables = dict(os.environ, LD_PRELOAD=str(LIBRARY), FAULT_FOLDER=str(self.out), FAULT_LOG=str(log),
                          FAULT_CALL=str(call), FAULT_KIND=str(kind or ""))
         # A sanitizer wants to be loaded first, but can do without.
         variables["ASAN_OPTIONS"] = variables.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"
+
+        def limit():
+            for kind_of_limit, value in (limits or {}).items():
+                resource.setrlimit(kind_of_limit, (value, value))
+
         result = subprocess.run([str(word) for word in self.command()], capture_output=True, env=variables,
-                                timeout=120)
+                                preexec_fn=limit, timeout=120)
         return result, log.read_text().split() if log.exists() else []
 
     def run_plainly(self):
