@@ -54,7 +54,7 @@ class Disk:
         subprocess.run(["umount", self.path], check=True)
 
     def change(self, options):
-        subprocess.run(["mount", "-o", f"remount,{options}", self.path], check=True)
+        subprocess.run(["mount", "-o", f"remount,bind,{options}", self.path], check=True)
 
 
 class LimitTest(unittest.TestCase):
