@@ -11,10 +11,13 @@
 #include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <climits>
+#include <set>
+#include <vector>
 
 namespace {
 
@@ -216,6 +219,45 @@ TEST(AtomicFile, what_is_only_called_like_a_temporary_stays) {
               0);
     ASSERT_TRUE(AtomicFile::write(folder.filePath(QStringLiteral("a.png")), "x"));
     EXPECT_EQ(everythingIn(folder.path()).size(), names.size() + 4);
+}
+
+TEST(AtomicFile, many_processes_may_write_the_same_files) {
+    const QTemporaryDir folder;
+    constexpr int processes = 4;
+    constexpr int turns = 100;
+    // Each is as long as its letter says.
+    const auto bytesOf = [](int process) {
+        return QByteArray(10'000 + 1'000 * process, static_cast<char>('a' + process));
+    };
+    const auto name = [&](int turn) { return folder.filePath(QString::number(turn % 3)); };
+    std::vector<pid_t> children;
+    for (int process = 0; process < processes; ++process) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            bool isWritten = true;
+            for (int turn = 0; turn < turns; ++turn)
+                isWritten = AtomicFile::write(name(turn), bytesOf(process)) && isWritten;
+            _exit(isWritten ? 0 : 1);
+        }
+        children.push_back(child);
+    }
+    std::set<QByteArray> seen;
+    std::size_t ended = 0;
+    for (int turn = 0; ended < children.size(); ++turn) {
+        if (QFile file(name(turn)); file.open(QIODevice::ReadOnly))
+            seen.insert(file.readAll());
+        int status = 0;
+        if (waitpid(children[ended], &status, WNOHANG) == 0)
+            continue;
+        EXPECT_EQ(status, 0);
+        ++ended;
+    }
+    for (int process = 0; process < processes; ++process)
+        seen.erase(bytesOf(process));
+    EXPECT_TRUE(seen.empty()) << "a file that was not whole";
+    EXPECT_EQ(everythingIn(folder.path()),
+              QStringList({QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")}));
 }
 
 TEST(AtomicFile, the_longest_name_leaves_room_for_the_temporary) {
