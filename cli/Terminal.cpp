@@ -34,13 +34,13 @@ QString hexadecimal(char32_t c, int digits) {
     return QStringLiteral("%1").arg(static_cast<uint>(c), digits, 16, QLatin1Char('0'));
 }
 
-/// `text` with what `isUnsafe` and is not `kept` replaced by what `escape` makes of it.
+/// `text` with what `isUnsafe` replaced by what `escape` makes of it.
 template <class Escape>
-QString escapedBy(const Escape& escape, const QString& text, char32_t kept = 0) {
+QString escapedBy(const Escape& escape, const QString& text) {
     QString shown;
     for (const uint code : text.toUcs4()) {
         const char32_t c = code;
-        if (isUnsafe(c) && c != kept)
+        if (isUnsafe(c))
             shown += escape(c);
         else
             shown += QStringView(QChar::fromUcs4(c));
@@ -76,14 +76,16 @@ QString Terminal::escaped(const QString& text) {
 
 QString Terminal::escapedJson(const QString& document) {
     const auto escape = [](char32_t c) {
+        // They only lay the document out: those of texts are escaped already.
+        if (c == U'\n')
+            return QString(u'\n');
         QString units;
         const auto encoded = QChar::fromUcs4(c);
         for (const QChar unit : QStringView(encoded))
             units += QStringLiteral("\\u") + hexadecimal(unit.unicode(), 4);
         return units;
     };
-    // Line feeds only lay the document out: those of texts are escaped already.
-    return escapedBy(escape, document, U'\n');
+    return escapedBy(escape, document);
 }
 
 bool Terminal::print(const QString& line) {
