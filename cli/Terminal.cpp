@@ -37,6 +37,9 @@ QString hexadecimal(char32_t c, int digits) {
 /// `text` with what `isUnsafe` replaced by what `escape` makes of it.
 template <class Escape>
 QString escapedBy(const Escape& escape, const QString& text) {
+    // As most texts are.
+    if (std::ranges::all_of(text, [](QChar c) { return c.unicode() >= 0x20 && c.unicode() < 0x7F; }))
+        return text;
     QString shown;
     for (const uint code : text.toUcs4()) {
         const char32_t c = code;
