@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <new>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -111,15 +110,6 @@ std::vector<Command> addCommands(CLI::App& app) {
     return commands;
 }
 
-int run(const std::function<int()>& work) {
-    try {
-        return work();
-    } catch (const std::bad_alloc&) {
-        Terminal::error(QStringLiteral("not enough memory"));
-        return 1;
-    }
-}
-
 } // namespace
 
 ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
@@ -162,7 +152,7 @@ int runCommandLine(int argc, const char* const* argv) {
     Terminal::showDiagnosticLog(false);
     const ParsedCommandLine parsed = parseCommandLine(argc, argv);
     if (parsed.work)
-        return run(parsed.work);
+        return parsed.work();
     if (!parsed.complaint.empty()) {
         Terminal::error(shown(parsed.complaint));
         return wrongUsage;

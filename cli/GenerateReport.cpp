@@ -162,7 +162,8 @@ bool GenerateReport::printJson() const {
             timings.insert(name, milliseconds);
         document.insert(QStringLiteral("timings"), timings);
     }
-    return Terminal::print(QString::fromUtf8(QJsonDocument(document).toJson()).trimmed());
+    return Terminal::print(
+        Terminal::escapedJson(QString::fromUtf8(QJsonDocument(document).toJson()).trimmed()));
 }
 
 int GenerateReport::finish() {

@@ -105,7 +105,7 @@ bool printTable(const IcnsInspection& inspection) {
 }
 
 QString compact(const QJsonObject& object) {
-    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    return Terminal::escapedJson(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
 }
 
 QJsonObject jsonOf(const Element& element) {

@@ -15,6 +15,42 @@ namespace {
 
 bool logIsShown = false;
 
+/// Whether a terminal may do something else with it than show it.
+bool isUnsafe(char32_t c) {
+    if (c >= 0x20 && c < 0x7F)
+        return false;
+    switch (QChar::category(c)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QString hexadecimal(char32_t c, int digits) {
+    return QStringLiteral("%1").arg(static_cast<uint>(c), digits, 16, QLatin1Char('0'));
+}
+
+/// `text` with what `isUnsafe` replaced by what `escape` makes of it.
+template <class Escape>
+QString escapedBy(const Escape& escape, const QString& text) {
+    // As most texts are.
+    if (std::ranges::all_of(text, [](QChar c) { return c.unicode() >= 0x20 && c.unicode() < 0x7F; }))
+        return text;
+    QString shown;
+    for (const uint code : text.toUcs4()) {
+        const char32_t c = code;
+        if (isUnsafe(c))
+            shown += escape(c);
+        else
+            shown += QStringView(QChar::fromUcs4(c));
+    }
+    return shown;
+}
+
 void write(std::FILE* stream, const QString& text) {
     const QByteArray bytes = text.toUtf8();
     std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
@@ -30,19 +66,29 @@ void onMessage(QtMsgType /*type*/, const QMessageLogContext& context, const QStr
 } // namespace
 
 QString Terminal::escaped(const QString& text) {
-    QString shown;
-    for (const QChar c : text) {
-        const ushort code = c.unicode();
-        if (c == u'\n')
-            shown += QLatin1String("\\n");
-        else if (c.category() == QChar::Other_Control)
-            shown += QStringLiteral("\\x%1").arg(code, 2, 16, QLatin1Char('0'));
-        else if (c.category() == QChar::Other_Format || code == 0x2028 || code == 0x2029)
-            shown += QStringLiteral("\\u%1").arg(code, 4, 16, QLatin1Char('0'));
-        else
-            shown += c;
-    }
-    return shown;
+    const auto escape = [](char32_t c) -> QString {
+        if (c == U'\n')
+            return QStringLiteral("\\n");
+        if (QChar::category(c) == QChar::Other_Control)
+            return QStringLiteral("\\x") + hexadecimal(c, 2);
+        return c <= 0xFFFF ? QStringLiteral("\\u") + hexadecimal(c, 4)
+                           : QStringLiteral("\\U") + hexadecimal(c, 8);
+    };
+    return escapedBy(escape, text);
+}
+
+QString Terminal::escapedJson(const QString& document) {
+    const auto escape = [](char32_t c) {
+        // They only lay the document out: those of texts are escaped already.
+        if (c == U'\n')
+            return QString(u'\n');
+        QString units;
+        const auto encoded = QChar::fromUcs4(c);
+        for (const QChar unit : QStringView(encoded))
+            units += QStringLiteral("\\u") + hexadecimal(unit.unicode(), 4);
+        return units;
+    };
+    return escapedBy(escape, document);
 }
 
 bool Terminal::print(const QString& line) {

@@ -5,8 +5,12 @@
 /// What is written to the standard streams, always as UTF-8.
 namespace Terminal {
 
-/// `text` as it may be shown: control characters and those that change the direction of writing are escaped.
+/// `text` as it may be shown: control characters, line separators and those that only
+/// change how others are shown (the direction of writing, for instance) are escaped.
 QString escaped(const QString& text);
+
+/// A JSON document that says the same, with such characters in its texts escaped as JSON does.
+QString escapedJson(const QString& document);
 
 /// One line on standard output, as it is. False where it could not be written.
 bool print(const QString& line);

@@ -4,6 +4,8 @@
 #include <QCoreApplication>
 
 #include <csignal>
+#include <cstdio>
+#include <new>
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
@@ -27,8 +29,14 @@ int main(int argc, char** argv) {
     // A limit on file sizes and a reader that went away are errors of the write, not the end of the program.
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
-    // Before the application, which may have something to say about the locale.
-    Terminal::showDiagnosticLog(false);
-    const QCoreApplication application(argc, argv);
-    return runCommandLine(argc, argv);
+    try {
+        // Before the application, which may have something to say about the locale.
+        Terminal::showDiagnosticLog(false);
+        const QCoreApplication application(argc, argv);
+        return runCommandLine(argc, argv);
+    } catch (const std::bad_alloc&) {
+        // In a way that needs none.
+        std::fputs("tobrimax-cli: error: not enough memory\n", stderr);
+        return 1;
+    }
 }

@@ -36,5 +36,5 @@ Result<Done> ImageExport::saveImageInSelectedFormat(quint64 number, const QStrin
     if (!destination)
         return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
     destination->addImage(imageRef, chosen->properties);
-    return destination->finalize();
+    return destination->finalize(AtomicFile::Durability::Synced);
 }

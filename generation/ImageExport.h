@@ -17,8 +17,8 @@ struct Format {
 /// The format of that number: 0 JPEG, 1 TIFF, 2 BMP, 3 GIF, 4 PNG, 5 JPEG 2000; null for any other.
 const Format* format(quint64 number);
 
-/// Logs the format's text and writes `imageRef` to exactly that path, whole or not at all. A number without a
-/// format does and logs nothing, and is no failure.
+/// Logs the format's text and writes `imageRef` to exactly that path, whole or not at all, synced to the
+/// disk. A number without a format does and logs nothing, and is no failure.
 Result<Done> saveImageInSelectedFormat(quint64 number, const QString& filePath, const QImage& imageRef);
 
 } // namespace ImageExport

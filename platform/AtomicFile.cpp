@@ -1,73 +1,153 @@
 #include "platform/AtomicFile.h"
 
+#include "platform/FileTime.h"
+#include "platform/TemporaryFile.h"
+
 #include <QFile>
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <atomic>
-#include <cerrno>
+#include <chrono>
 #include <cstdlib>
+#include <mutex>
 #include <system_error>
 
 namespace {
+
+// To work in a folder it need not be readable.
+#if defined(O_PATH)
+constexpr int searchOnly = O_PATH;
+#elif defined(O_SEARCH)
+constexpr int searchOnly = O_SEARCH;
+#else
+constexpr int searchOnly = O_RDONLY;
+#endif
+
+constexpr mode_t permissions = 0777;
 
 Error writeError(int error) {
     return {ErrorCode::NotWritable, AtomicFile::systemSentence(error)};
 }
 
-/// A new file in `folder`, opened for writing; its name goes to `name`. -1 with errno set on failure.
-int openTemporary(const QByteArray& folder, QByteArray& name) {
-    static std::atomic<unsigned> counter{0};
-    constexpr int attempts = 1000;
-    for (int attempt = 0; attempt < attempts; ++attempt) {
-        // Short and fixed, so that a target of the longest allowed name still has room beside it.
-        name = folder + ".tobrimax-" + QByteArray::number(static_cast<qint64>(getpid())) + '-' +
-               QByteArray::number(counter.fetch_add(1));
-        const int descriptor = open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (descriptor >= 0 || errno != EEXIST)
-            return descriptor;
-    }
-    errno = EEXIST;
-    return -1;
-}
+/// The file that is to be written: what it is called, and what is there.
+struct Target {
+    QByteArray path; ///< in bytes: names need not be of any encoding
+    std::optional<mode_t> mode{};
 
-/// The name of the file that a link of that name leads to, or the name itself.
-QByteArray followed(const QByteArray& name) {
-    char* resolved = realpath(name.constData(), nullptr);
-    if (resolved == nullptr)
-        return name;
-    QByteArray target(resolved);
-    std::free(resolved); // NOLINT(cppcoreguidelines-no-malloc): realpath's contract
+    QByteArray folder() const { return path.left(path.lastIndexOf('/') + 1); }
+    QByteArray name() const { return path.mid(path.lastIndexOf('/') + 1); }
+};
+
+/// What is written where `path` is to be written.
+Result<Target> targetOf(const QByteArray& path) {
+    struct stat status = {};
+    if (stat(path.constData(), &status) != 0) {
+        // A link to nowhere is replaced, as is nothing.
+        if (errno == ENOENT)
+            return Target{path};
+        return writeError(errno);
+    }
+    if (S_ISDIR(status.st_mode))
+        return writeError(EISDIR);
+    if (!S_ISREG(status.st_mode))
+        return Error{ErrorCode::NotWritable, QStringLiteral("Not a regular file")};
+    Target target{path, status.st_mode & permissions};
+    if (lstat(path.constData(), &status) == 0 && S_ISLNK(status.st_mode)) {
+        char* resolved = realpath(path.constData(), nullptr);
+        if (resolved == nullptr)
+            return writeError(errno);
+        target.path = resolved;
+        std::free(resolved); // NOLINT(cppcoreguidelines-no-malloc): realpath's contract
+    }
     return target;
 }
 
-bool writeAll(int descriptor, const QByteArray& bytes) {
-    qsizetype written = 0;
-    while (written < bytes.size()) {
-        const ssize_t n =
-            ::write(descriptor, bytes.constData() + written, static_cast<size_t>(bytes.size() - written));
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0) {
-            if (n == 0)
-                errno = EIO;
-            return false;
-        }
-        written += n;
+/// Removes what killed processes left in a folder. Not at each of many writes into one folder, which may hold
+/// very many files: it is looked through again after a second, or when somebody else has changed it.
+class AbandonedSearch {
+  public:
+    void beforeWrite(const FileDescriptor& folder) {
+        struct stat status = {};
+        if (fstat(folder.number(), &status) != 0)
+            return;
+        const std::scoped_lock lock(m_mutex);
+        const Clock::time_point now = Clock::now();
+        if (isLast(status) && isSame(m_changed, modificationTime(status)) &&
+            now - *m_time < std::chrono::seconds(1))
+            return;
+        TemporaryFile::removeAbandoned(folder);
+        m_device = status.st_dev;
+        m_number = status.st_ino;
+        m_changed = modificationTime(status);
+        m_time = now;
     }
-    return true;
+
+    /// The change of the folder was the write's own.
+    void afterWrite(const FileDescriptor& folder) {
+        struct stat status = {};
+        if (fstat(folder.number(), &status) != 0)
+            return;
+        const std::scoped_lock lock(m_mutex);
+        if (isLast(status))
+            m_changed = modificationTime(status);
+    }
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    bool isLast(const struct stat& status) const {
+        return m_time && m_device == status.st_dev && m_number == status.st_ino;
+    }
+    static bool isSame(const timespec& a, const timespec& b) {
+        return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+    }
+
+    std::mutex m_mutex;
+    std::optional<Clock::time_point> m_time; ///< when the last folder was looked through
+    dev_t m_device = 0;
+    ino_t m_number = 0;
+    timespec m_changed{};
+};
+
+/// Makes renames in a folder last. 0 or the errno of a failure; not every file system can, which is none.
+int syncFolder(const FileDescriptor& folder) {
+    if (!folder.isOpen())
+        return 0;
+    while (fsync(folder.number()) != 0) {
+        if (errno == EINVAL || errno == ENOTSUP || errno == EBADF)
+            return 0;
+        if (errno != EINTR)
+            return errno;
+    }
+    return 0;
 }
 
-/// Makes a rename in `folder` last. Not every file system can: the file itself is whole in any case.
-void syncFolder(const QByteArray& folder) {
-    const int descriptor =
-        open(folder.isEmpty() ? "." : folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return;
-    fsync(descriptor);
-    close(descriptor);
+/// Puts a new file in the target's place. 0 or the errno of a failure.
+int replace(const FileDescriptor& folder, const Target& target, const QByteArray& bytes,
+            const AtomicFile::Options& options) {
+    const bool isSynced = options.durability == AtomicFile::Durability::Synced;
+    FileDescriptor synced;
+    if (isSynced) {
+        synced = FileDescriptor(openat(folder.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!synced.isOpen() && errno != EACCES)
+            return errno;
+    }
+    const std::optional<mode_t> mode = target.mode ? target.mode : options.newMode;
+    TemporaryFile temporary(folder);
+    int failure = temporary.create();
+    // First, so that nobody reads who may not.
+    if (failure == 0 && mode)
+        failure = temporary.setMode(*mode);
+    if (failure == 0)
+        failure = temporary.write(bytes);
+    if (failure == 0 && isSynced)
+        failure = temporary.sync();
+    if (failure == 0)
+        failure = temporary.close();
+    if (failure == 0)
+        failure = temporary.moveTo(target.name());
+    return failure == 0 ? syncFolder(synced) : failure;
 }
 
 } // namespace
@@ -76,35 +156,22 @@ QString AtomicFile::systemSentence(int error) {
     return QString::fromStdString(std::generic_category().message(error));
 }
 
-Result<Done> AtomicFile::write(const QString& path, const QByteArray& bytes, Durability durability) {
+Result<Done> AtomicFile::write(const QString& path, const QByteArray& bytes, const Options& options) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
-    // The link stays. In bytes throughout: names need not be of any encoding.
-    const QByteArray target = followed(QFile::encodeName(path));
-    struct stat existing = {};
-    if (stat(target.constData(), &existing) == 0) {
-        if (S_ISDIR(existing.st_mode))
-            return writeError(EISDIR);
-        if (!S_ISREG(existing.st_mode))
-            return Error{ErrorCode::NotWritable, QStringLiteral("Not a regular file")};
-    }
-    QByteArray temporary;
-    const QByteArray folder = target.left(target.lastIndexOf('/') + 1);
-    const int descriptor = openTemporary(folder, temporary);
-    if (descriptor < 0)
+    const Result<Target> target = targetOf(QFile::encodeName(path));
+    if (!target)
+        return target.error();
+    const QByteArray folderName = target->folder();
+    const FileDescriptor folder(
+        open(folderName.isEmpty() ? "." : folderName.constData(), searchOnly | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.isOpen())
         return writeError(errno);
-    int failure = writeAll(descriptor, bytes) ? 0 : errno;
-    if (failure == 0 && durability == Durability::Synced && fsync(descriptor) != 0)
-        failure = errno;
-    if (close(descriptor) != 0 && failure == 0)
-        failure = errno;
-    if (failure == 0 && rename(temporary.constData(), target.constData()) != 0)
-        failure = errno;
-    if (failure == 0) {
-        if (durability == Durability::Synced)
-            syncFolder(folder);
-        return Done{};
-    }
-    unlink(temporary.constData());
-    return writeError(failure);
+    static AbandonedSearch search;
+    search.beforeWrite(folder);
+    const int failure = replace(folder, *target, bytes, options);
+    search.afterWrite(folder);
+    if (failure != 0)
+        return writeError(failure);
+    return Done{};
 }

@@ -1,6 +1,5 @@
 #include "platform/ImageDestination.h"
 
-#include "platform/AtomicFile.h"
 #include "platform/BmpWriter.h"
 #include "platform/GifWriter.h"
 #include "platform/Jpeg2000Writer.h"
@@ -83,13 +82,13 @@ void ImageDestination::addImage(const QImage& picture, const ImageProperties& pr
         m_largestSize = m_largestSize.expandedTo(image.size());
 }
 
-Result<Done> ImageDestination::finalize() {
+Result<Done> ImageDestination::finalize(AtomicFile::Durability durability) {
     if (!m_icns.isEmpty())
         m_file = m_icns.data();
     if (m_missing != 0 || m_hasFailed || m_file.isEmpty())
         return m_error;
     const StageTimes::Timer timer(Stage::Write);
-    Result<Done> written = AtomicFile::write(m_path, m_file);
+    Result<Done> written = AtomicFile::write(m_path, m_file, {durability});
     if (written)
         m_bytesWritten = m_file.size();
     return written;

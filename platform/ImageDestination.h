@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Result.h"
+#include "platform/AtomicFile.h"
 #include "platform/icns/IcnsWriter.h"
 
 #include <QImage>
@@ -39,7 +39,7 @@ class ImageDestination {
 
     /// Writes the file, whole or not at all. Malformed where not all pictures were added, one could
     /// not be encoded, or none could be kept; TooLarge where one is longer than the format can tell.
-    Result<Done> finalize();
+    Result<Done> finalize(AtomicFile::Durability durability = AtomicFile::Durability::Cached);
 
     /// The file's size after `finalize`.
     qint64 bytesWritten() const { return m_bytesWritten; }

@@ -1,11 +1,11 @@
 #include "platform/RegularFile.h"
 
 #include "platform/AtomicFile.h"
+#include "platform/FileDescriptor.h"
 #include "platform/LargePages.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -19,22 +19,6 @@ Error failure(int error) {
             AtomicFile::systemSentence(error)};
 }
 
-/// A file descriptor that is closed at the end.
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : m_number(number) {}
-    ~Descriptor() {
-        if (m_number >= 0)
-            close(m_number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int number() const { return m_number; }
-
-  private:
-    int m_number;
-};
 
 /// Reads on until `buffer` has `length` bytes or the file ends. The errno of a failure, 0 without one.
 int readUpTo(int descriptor, QByteArray& buffer, qsizetype length) {
@@ -62,8 +46,8 @@ Result<QByteArray>
 RegularFile::read(const std::string& path, qint64 maximumBytes,
                   const std::function<std::optional<Error>(const QByteArray& start)>& refuses) {
     // Without waiting for a writer, should it be a FIFO.
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-    if (file.number() < 0)
+    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    if (!file.isOpen())
         return failure(errno);
     struct stat status = {};
     if (fstat(file.number(), &status) != 0)

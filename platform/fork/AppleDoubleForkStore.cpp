@@ -54,19 +54,15 @@ QString beside(const QString& path) {
                                   QLatin1String("._") + lastPathComponent(path));
 }
 
-/// Replaces an AppleDouble file.
+/// Makes or replaces an AppleDouble file.
 Result<Done> writeSidecar(const QString& sidecar, const QString& item, const AppleDouble& contents) {
-    struct stat status {};
-    const auto has = [&](const QString& path) {
-        return stat(QFile::encodeName(path).constData(), &status) == 0;
-    };
-    const bool hasMode = has(sidecar) || has(item);
-    if (const Result<Done> written = AtomicFile::write(sidecar, contents.data()); !written)
-        return written.error();
     constexpr mode_t readAndWrite = 0666;
-    if (hasMode && chmod(QFile::encodeName(sidecar).constData(), status.st_mode & readAndWrite) != 0)
-        return failure(sidecar, ErrorCode::NotWritable, errno);
-    return Done{};
+    AtomicFile::Options options;
+    struct stat status {};
+    if (stat(QFile::encodeName(item).constData(), &status) == 0)
+        options.newMode = status.st_mode & readAndWrite;
+    const Result<Done> written = AtomicFile::write(sidecar, contents.data(), options);
+    return written ? written : inFile(sidecar, written.error());
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "platform/fork/FileForkStore.h"
 
 #include "platform/AtomicFile.h"
+#include "platform/FileTime.h"
 #include "platform/fork/ResourceFork.h"
 
 #include <QDir>
@@ -53,11 +54,7 @@ Result<ForkStore::FileTime> FileForkStore::modificationDate(const QString& path)
     if (stat(QFile::encodeName(path).constData(), &status) != 0)
         return failure(path, errno == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable,
                        AtomicFile::systemSentence(errno));
-#ifdef Q_OS_MACOS
-    const timespec time = status.st_mtimespec;
-#else
-    const timespec time = status.st_mtim;
-#endif
+    const timespec time = modificationTime(status);
     return FileTime{time.tv_sec, time.tv_nsec};
 }
 

@@ -1,14 +1,13 @@
 #include "platform/store/PersistentStoreCoordinator.h"
 
 #include "platform/AtomicFile.h"
+#include "platform/FileTime.h"
 #include "platform/RegularFile.h"
 #include "platform/store/AttributeText.h"
 
 #include <QFile>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
-
-#include <sys/stat.h>
 
 const QString PersistentStoreCoordinator::xmlStoreType = QStringLiteral("XML");
 
@@ -162,11 +161,7 @@ PersistentStoreCoordinator::FileState PersistentStoreCoordinator::fileState() co
     struct stat status = {};
     if (stat(QFile::encodeName(m_path).constData(), &status) != 0)
         return {};
-#ifdef Q_OS_MACOS
-    const timespec& changed = status.st_mtimespec;
-#else
-    const timespec& changed = status.st_mtim;
-#endif
+    const timespec changed = modificationTime(status);
     return {true,
             static_cast<quint64>(status.st_dev),
             static_cast<quint64>(status.st_ino),
@@ -199,10 +194,18 @@ bool PersistentStoreCoordinator::save(const StoredObjects& objects, StoreError* 
     if (fileState() != m_fileState)
         return hand(error, storeError(StoreErrorCode::NotWritable,
                                       QStringLiteral("Another program has changed the file.")));
-    const Result<Done> written =
-        AtomicFile::write(m_path, document(objects, m_model), AtomicFile::Durability::Synced);
-    if (!written)
+    const QByteArray bytes = document(objects, m_model);
+    const Result<Done> written = AtomicFile::write(m_path, bytes, {AtomicFile::Durability::Synced});
+    if (!written) {
+        // Where it is in place but perhaps not on the disk, the next save must not take it for another
+        // program's.
+        const FileState state = fileState();
+        const Result<QByteArray> found =
+            RegularFile::read(QFile::encodeName(m_path).toStdString(), largestFile);
+        if (found && *found == bytes)
+            m_fileState = state;
         return hand(error, storeError(StoreErrorCode::NotWritable, written.error().sentence));
+    }
     m_objects = objects;
     m_fileState = fileState();
     return true;

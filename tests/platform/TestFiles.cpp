@@ -1,4 +1,5 @@
 #include "platform/AtomicFile.h"
+#include "platform/FileDescriptor.h"
 #include "platform/Folder.h"
 #include "platform/RegularFile.h"
 
@@ -6,9 +7,17 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <set>
+#include <vector>
 
 namespace {
 
@@ -19,6 +28,21 @@ QByteArray contents(const QString& path) {
 
 QStringList everythingIn(const QString& folder) {
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+}
+
+mode_t modeOf(const QString& path) {
+    struct stat status = {};
+    EXPECT_EQ(stat(QFile::encodeName(path).constData(), &status), 0);
+    return status.st_mode & 0777;
+}
+
+/// A file as another process would have left it, or as it has it while it writes.
+FileDescriptor temporaryOfAnother(const QTemporaryDir& folder, const QString& name, bool isHeld) {
+    FileDescriptor file(
+        open(QFile::encodeName(folder.filePath(name)).constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+    EXPECT_TRUE(file.isOpen());
+    EXPECT_TRUE(!isHeld || flock(file.number(), LOCK_EX | LOCK_NB) == 0);
+    return file;
 }
 
 } // namespace
@@ -82,6 +106,160 @@ TEST(AtomicFile, a_link_to_a_file_is_followed) {
     EXPECT_EQ(contents(target), "new");
 }
 
+TEST(AtomicFile, a_link_in_another_folder_is_followed) {
+    const QTemporaryDir folder;
+    ASSERT_TRUE(Folder::create(folder.filePath(QStringLiteral("far/away"))));
+    const QString target = folder.filePath(QStringLiteral("far/away/target.png"));
+    const QString link = folder.filePath(QStringLiteral("link.png"));
+    ASSERT_TRUE(AtomicFile::write(target, "old"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("far/../far/away/target.png"), link));
+    ASSERT_TRUE(AtomicFile::write(link, "new"));
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+    EXPECT_EQ(contents(target), "new");
+    EXPECT_EQ(everythingIn(folder.filePath(QStringLiteral("far/away"))),
+              QStringList(QStringLiteral("target.png")));
+}
+
+TEST(AtomicFile, a_link_to_nowhere_is_replaced) {
+    const QTemporaryDir folder;
+    const QString link = folder.filePath(QStringLiteral("link.png"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("/nowhere/at/all"), link));
+    ASSERT_TRUE(AtomicFile::write(link, "new"));
+    EXPECT_FALSE(QFileInfo(link).isSymLink());
+    EXPECT_EQ(contents(link), "new");
+}
+
+TEST(AtomicFile, links_in_a_circle_are_an_error_and_stay) {
+    const QTemporaryDir folder;
+    const QString link = folder.filePath(QStringLiteral("link.png"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("link.png"), link));
+    const Result<Done> written = AtomicFile::write(link, "new");
+    ASSERT_FALSE(written);
+    EXPECT_EQ(written.error().sentence, AtomicFile::systemSentence(ELOOP));
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+}
+
+TEST(AtomicFile, a_second_name_of_a_file_keeps_the_old_bytes) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.png"));
+    const QString second = folder.filePath(QStringLiteral("b.png"));
+    ASSERT_TRUE(AtomicFile::write(path, "old"));
+    ASSERT_EQ(link(QFile::encodeName(path).constData(), QFile::encodeName(second).constData()), 0);
+    ASSERT_TRUE(AtomicFile::write(path, "new"));
+    EXPECT_EQ(contents(path), "new");
+    EXPECT_EQ(contents(second), "old");
+}
+
+TEST(AtomicFile, a_device_or_a_link_to_one_is_refused) {
+    const QTemporaryDir folder;
+    const QString link = folder.filePath(QStringLiteral("link.png"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/null"), link));
+    for (const QString& path : {QStringLiteral("/dev/null"), link}) {
+        const Result<Done> written = AtomicFile::write(path, "x");
+        ASSERT_FALSE(written);
+        EXPECT_EQ(written.error().sentence, QStringLiteral("Not a regular file"));
+    }
+    struct stat status = {};
+    ASSERT_EQ(stat("/dev/null", &status), 0);
+    EXPECT_TRUE(S_ISCHR(status.st_mode));
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+}
+
+TEST(AtomicFile, a_pipe_that_a_link_to_a_descriptor_leads_to_is_refused) {
+    const QTemporaryDir folder;
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    const FileDescriptor reading(ends[0]);
+    const FileDescriptor writing(ends[1]);
+    const QString link = folder.filePath(QStringLiteral("link.png"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/fd/%1").arg(writing.number()), link));
+    EXPECT_FALSE(AtomicFile::write(link, "x"));
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+}
+
+TEST(AtomicFile, a_name_that_ends_in_a_slash_is_no_file) {
+    const QTemporaryDir folder;
+    EXPECT_FALSE(AtomicFile::write(folder.filePath(QStringLiteral("a.png/")), "x"));
+    EXPECT_FALSE(AtomicFile::write(folder.path() + u'/', "x"));
+    EXPECT_TRUE(everythingIn(folder.path()).isEmpty());
+    ASSERT_TRUE(AtomicFile::write(folder.filePath(QStringLiteral("a.png")), "old"));
+    EXPECT_FALSE(AtomicFile::write(folder.filePath(QStringLiteral("a.png/")), "x"));
+    EXPECT_EQ(contents(folder.filePath(QStringLiteral("a.png"))), "old");
+}
+
+TEST(AtomicFile, what_a_killed_process_left_is_removed) {
+    const QTemporaryDir folder;
+    // So that the folder is not the one that was written to last, should it have the number of that one.
+    const QTemporaryDir other;
+    ASSERT_TRUE(AtomicFile::write(other.filePath(QStringLiteral("b.png")), "x"));
+    temporaryOfAnother(folder, QStringLiteral(".tobrimax-1-0"), false).close();
+    temporaryOfAnother(folder, QStringLiteral(".tobrimax-4194304-4294967295"), false).close();
+    ASSERT_TRUE(AtomicFile::write(folder.filePath(QStringLiteral("a.png")), "x"));
+    EXPECT_EQ(everythingIn(folder.path()), QStringList(QStringLiteral("a.png")));
+}
+
+TEST(AtomicFile, what_another_process_is_writing_stays) {
+    const QTemporaryDir folder;
+    const QString name = QStringLiteral(".tobrimax-1-0");
+    const FileDescriptor held = temporaryOfAnother(folder, name, true);
+    ASSERT_TRUE(AtomicFile::write(folder.filePath(QStringLiteral("a.png")), "x"));
+    EXPECT_EQ(everythingIn(folder.path()), QStringList({name, QStringLiteral("a.png")}));
+}
+
+TEST(AtomicFile, what_is_only_called_like_a_temporary_stays) {
+    const QTemporaryDir folder;
+    const QStringList names{QStringLiteral(".tobrimax-"), QStringLiteral(".tobrimax-1"),
+                            QStringLiteral(".tobrimax-1-"), QStringLiteral(".tobrimax-1-2.png"),
+                            QStringLiteral(".tobrimax-a-2")};
+    for (const QString& name : names)
+        temporaryOfAnother(folder, name, false).close();
+    ASSERT_TRUE(QFile::link(QStringLiteral(".tobrimax-1"), folder.filePath(QStringLiteral(".tobrimax-1-3"))));
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral(".tobrimax-1-4")));
+    ASSERT_EQ(mkfifo(QFile::encodeName(folder.filePath(QStringLiteral(".tobrimax-1-5"))).constData(), 0600),
+              0);
+    ASSERT_TRUE(AtomicFile::write(folder.filePath(QStringLiteral("a.png")), "x"));
+    EXPECT_EQ(everythingIn(folder.path()).size(), names.size() + 4);
+}
+
+TEST(AtomicFile, many_processes_may_write_the_same_files) {
+    const QTemporaryDir folder;
+    constexpr int processes = 4;
+    constexpr int turns = 100;
+    // Each is as long as its letter says.
+    const auto bytesOf = [](int process) {
+        return QByteArray(10'000 + 1'000 * process, static_cast<char>('a' + process));
+    };
+    const auto name = [&](int turn) { return folder.filePath(QString::number(turn % 3)); };
+    std::vector<pid_t> children;
+    for (int process = 0; process < processes; ++process) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            bool isWritten = true;
+            for (int turn = 0; turn < turns; ++turn)
+                isWritten = AtomicFile::write(name(turn), bytesOf(process)) && isWritten;
+            _exit(isWritten ? 0 : 1);
+        }
+        children.push_back(child);
+    }
+    std::set<QByteArray> seen;
+    std::size_t ended = 0;
+    for (int turn = 0; ended < children.size(); ++turn) {
+        if (QFile file(name(turn)); file.open(QIODevice::ReadOnly))
+            seen.insert(file.readAll());
+        int status = 0;
+        if (waitpid(children[ended], &status, WNOHANG) == 0)
+            continue;
+        EXPECT_EQ(status, 0);
+        ++ended;
+    }
+    for (int process = 0; process < processes; ++process)
+        seen.erase(bytesOf(process));
+    EXPECT_TRUE(seen.empty()) << "a file that was not whole";
+    EXPECT_EQ(everythingIn(folder.path()),
+              QStringList({QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")}));
+}
+
 TEST(AtomicFile, the_longest_name_leaves_room_for_the_temporary) {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QString(251, u'n') + QStringLiteral(".png"));
@@ -122,9 +300,42 @@ TEST(AtomicFile, the_processs_mask_decides_the_permissions) {
     const bool isWritten = static_cast<bool>(AtomicFile::write(path, "x"));
     umask(previous);
     ASSERT_TRUE(isWritten);
-    struct stat status = {};
-    ASSERT_EQ(stat(QFile::encodeName(path).constData(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0640U);
+    EXPECT_EQ(modeOf(path), mode_t{0640});
+}
+
+TEST(AtomicFile, an_older_files_permissions_are_kept) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.png"));
+    ASSERT_TRUE(AtomicFile::write(path, "x"));
+    for (const mode_t mode : {mode_t{0600}, mode_t{0664}, mode_t{0444}}) {
+        ASSERT_EQ(chmod(QFile::encodeName(path).constData(), mode), 0);
+        ASSERT_TRUE(AtomicFile::write(path, "y", {AtomicFile::Durability::Cached, mode_t{0640}}));
+        EXPECT_EQ(modeOf(path), mode);
+    }
+}
+
+TEST(AtomicFile, a_new_files_permissions_may_be_given) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.png"));
+    ASSERT_TRUE(AtomicFile::write(path, "x", {AtomicFile::Durability::Cached, mode_t{0604}}));
+    EXPECT_EQ(modeOf(path), mode_t{0604});
+}
+
+TEST(AtomicFile, a_path_as_long_as_the_system_takes_leaves_room_for_the_temporary) {
+    const QTemporaryDir folder;
+    QString deep = folder.path();
+    while (deep.size() + 202 < PATH_MAX - 10)
+        deep += u'/' + QString(200, u'd');
+    deep += u'/' + QString(PATH_MAX - 10 - deep.size(), u'e');
+    ASSERT_TRUE(Folder::create(deep));
+    const QString path = deep + QStringLiteral("/a.png");
+    const QString longest = path.left(path.size() - 4) + QStringLiteral("bc.png");
+    ASSERT_EQ(longest.size(), PATH_MAX - 1);
+    EXPECT_TRUE(AtomicFile::write(longest, "x"));
+    EXPECT_EQ(contents(longest), "x");
+    const Result<Done> tooLong = AtomicFile::write(longest + u'g', "x");
+    ASSERT_FALSE(tooLong);
+    EXPECT_EQ(tooLong.error().sentence, AtomicFile::systemSentence(ENAMETOOLONG));
 }
 
 TEST(Folder, makes_all_missing_folders) {

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+/// A file descriptor that is closed at the end.
+class FileDescriptor {
+  public:
+    FileDescriptor() = default;
+    /// Takes over a descriptor, or the -1 of a call that failed.
+    explicit FileDescriptor(int number) : m_number(number) {}
+    ~FileDescriptor() { close(); }
+    FileDescriptor(FileDescriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+        std::swap(m_number, other.m_number);
+        return *this;
+    }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+
+    bool isOpen() const { return m_number >= 0; }
+    int number() const { return m_number; }
+
+    /// Closes it before its end. The errno of a failure, after which it is closed all the same, or 0.
+    int close() {
+        const int number = std::exchange(m_number, -1);
+        return number >= 0 && ::close(number) != 0 ? errno : 0;
+    }
+
+  private:
+    int m_number = -1;
+};
