@@ -164,7 +164,9 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
     svg->m_size = svg->m_handle->ownSize();
     const double width = svg->m_size.width();
     const double height = svg->m_size.height();
-    if (!(width > 0) || !(height > 0) || !std::isfinite(width) || !std::isfinite(height))
+    // Of what is smaller nothing would be drawn.
+    constexpr double smallest = 1e-3;
+    if (!(width >= smallest) || !(height >= smallest) || !std::isfinite(width) || !std::isfinite(height))
         return damaged(QStringLiteral("its size is empty"));
     if (const std::optional<Error> failure = svg->drawingError())
         return *failure;

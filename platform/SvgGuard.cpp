@@ -7,13 +7,16 @@
 
 #include <QStringList>
 #include <QXmlStreamReader>
+#include <QtMath>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace {
 
@@ -48,22 +51,47 @@ bool isGeometry(const QString& name) {
     return names.contains(name);
 }
 
-/// The numbers in a text added up, without their signs.
-double total(QStringView text) {
+/// The numbers in a text, without their signs.
+std::vector<double> numbers(QStringView text) {
     const std::string characters = text.toLatin1().toStdString();
     const char* at = characters.data();
     const char* const end = at + characters.size();
-    double sum = 0;
+    std::vector<double> found;
     while (at != end) {
         double value = 0;
         const std::from_chars_result parsed = std::from_chars(at, end, value);
         if (parsed.ec == std::errc::result_out_of_range)
-            return std::numeric_limits<double>::infinity();
-        if (parsed.ec == std::errc() && std::isfinite(value))
-            sum += std::abs(value);
+            value = std::numeric_limits<double>::infinity();
+        if (parsed.ec != std::errc::invalid_argument && !std::isnan(value))
+            found.push_back(std::abs(value));
         at = parsed.ptr == at ? at + 1 : parsed.ptr;
     }
-    return sum;
+    return found;
+}
+
+double total(QStringView text) {
+    const std::vector<double> all = numbers(text);
+    return std::accumulate(all.begin(), all.end(), 0.0);
+}
+
+/// How much larger a list of transforms (SVG 1.1, 7.6) may make what it applies to.
+double scaleOf(QStringView transforms) {
+    double scale = 1;
+    for (const QStringView function : transforms.split(u')')) {
+        const qsizetype open = function.indexOf(u'(');
+        if (open < 0 || function.contains(QLatin1String("translate")) ||
+            function.contains(QLatin1String("rotate")))
+            continue;
+        std::vector<double> values = numbers(function.mid(open));
+        // The last two of a matrix only move.
+        values.resize(std::min<std::size_t>(values.size(), 4));
+        double largest = 1;
+        for (const double value : values)
+            largest = std::max(largest, value);
+        const bool isSkew = function.contains(QLatin1String("skew"));
+        scale *= isSkew ? 1 + std::abs(std::tan(qDegreesToRadians(largest))) : largest;
+    }
+    return scale;
 }
 
 class Pass {
@@ -80,7 +108,13 @@ class Pass {
                 QStringLiteral("line %1: %2").arg(m_reader.lineNumber()).arg(m_reader.errorString()));
         if (!m_error && m_longestLine / m_shortestDashes > SvgGuard::maximumDashes)
             m_error = tooLarge(QStringLiteral("has dashes that are too short for its lines"));
-        return m_error ? m_error : m_references.refused();
+        if (!m_error)
+            m_error = m_references.refused();
+        const double largest = std::max(m_fontSize, usualFontSize) * m_references.textScale() *
+                               std::pow(m_fontFactor, m_textDepth);
+        if (!m_error && m_references.textScale() > 0 && !(largest <= SvgGuard::maximumFontSize))
+            m_error = tooLarge(QStringLiteral("has text that is too large"));
+        return m_error;
     }
 
   private:
@@ -141,6 +175,12 @@ class Pass {
         if (name == QLatin1String("text"))
             m_textInOne = 0;
         m_names << name;
+        if (m_names.contains(QLatin1String("text")))
+            m_textDepth = std::max(m_textDepth, m_depth);
+        if (name == QLatin1String("feTile")) {
+            m_error = unsupported(QStringLiteral("has a filter that tiles"));
+            return;
+        }
         m_line = 0;
         for (const QXmlStreamAttribute& attribute : m_reader.attributes()) {
             takeAttribute(name, attribute.name().toString(), attribute.value());
@@ -182,6 +222,9 @@ class Pass {
             for (const SvgStyle::Declaration& declaration : rule.declarations) {
                 checkLinks(declaration);
                 takeDashes(declaration);
+                takeFont(declaration);
+                if (declaration.property == QLatin1String("transform"))
+                    m_fontFactor = std::max(m_fontFactor, scaleOf(declaration.value));
             }
         }
         m_references.addRules(sheet.rules);
@@ -196,6 +239,8 @@ class Pass {
             takeLink(element, value);
         else if (name == QLatin1String("style"))
             takeStyle(value);
+        else if (name == QLatin1String("viewBox"))
+            takeViewBox(value);
         else if (name == QLatin1String("d") || name == QLatin1String("points"))
             takePoints(value);
         else if (element.startsWith(QLatin1String("fe")))
@@ -225,6 +270,10 @@ class Pass {
     void takeDeclaration(const SvgStyle::Declaration& declaration) {
         checkLinks(declaration);
         takeDashes(declaration);
+        takeFont(declaration);
+        if (declaration.property == QLatin1String("transform") ||
+            declaration.property.compare(QLatin1String("patternTransform"), Qt::CaseInsensitive) == 0)
+            m_references.multiplyScale(scaleOf(declaration.value));
         m_references.addDeclaration(declaration);
     }
 
@@ -234,6 +283,35 @@ class Pass {
         const double length = total(declaration.value);
         if (length > 0)
             m_shortestDashes = std::min(m_shortestDashes, length);
+    }
+
+    /// A size in proportion to that around it may be so at every element down to the text.
+    void takeFont(const SvgStyle::Declaration& declaration) {
+        if (declaration.property != QLatin1String("font") &&
+            declaration.property != QLatin1String("font-size"))
+            return;
+        const QString& value = declaration.value;
+        const double number = total(value);
+        if (value.contains(u'%'))
+            m_fontFactor = std::max(m_fontFactor, number / 100);
+        else if (value.contains(QLatin1String("em"), Qt::CaseInsensitive) ||
+                 value.contains(QLatin1String("ex"), Qt::CaseInsensitive))
+            m_fontFactor = std::max(m_fontFactor, number);
+        else if (value.contains(QLatin1String("larger"), Qt::CaseInsensitive))
+            m_fontFactor = std::max(m_fontFactor, larger);
+        const bool isInInches = value.contains(QLatin1String("in"), Qt::CaseInsensitive) ||
+                                value.contains(QLatin1String("m"), Qt::CaseInsensitive) ||
+                                value.contains(QLatin1String("pc"), Qt::CaseInsensitive);
+        m_fontSize = std::max(m_fontSize, number * (isInInches ? pixelsPerInch : pixelsPerPoint));
+    }
+
+    void takeViewBox(QStringView value) {
+        const QStringList numbers = value.toString().replace(u',', u' ').simplified().split(u' ');
+        if (numbers.size() != 4)
+            return;
+        // What it is shown as large as is not known here.
+        constexpr double usualSide = 1000;
+        m_references.multiplyScale(usualSide / std::min(numbers[2].toDouble(), numbers[3].toDouble()));
     }
 
     /// The drawing library would load documents and style sheets that are embedded as data, which are not
@@ -282,6 +360,11 @@ class Pass {
                                    .arg(SvgGuard::maximumKernel));
     }
 
+    static constexpr double usualFontSize = 16;
+    static constexpr double larger = 1.2;
+    static constexpr double pixelsPerInch = 96;
+    static constexpr double pixelsPerPoint = 96.0 / 72;
+
     QXmlStreamReader m_reader;
     SvgReferences m_references;
     std::optional<Error> m_error;
@@ -292,6 +375,9 @@ class Pass {
     qsizetype m_text = 0;
     qsizetype m_textInOne = 0;
     qint64 m_pixels = 0;
+    double m_fontSize = 0;   ///< the largest, in pixels
+    double m_fontFactor = 1; ///< the largest that a size in proportion to that around it has
+    int m_textDepth = 0;
     bool m_mayHaveDashes;
     double m_line = 0; ///< how long the lines of the last element may be
     double m_longestLine = 0;

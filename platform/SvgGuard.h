@@ -20,9 +20,12 @@ inline constexpr int maximumDepth = 250;
 /// with the square of the latter.
 inline constexpr qsizetype maximumText = 20000;
 inline constexpr qsizetype maximumTextInOne = 2000;
+/// The size, in pixels, of the largest letters. The library that lays out text counts in 1024ths of a pixel.
+inline constexpr double maximumFontSize = 1e6;
 /// The dashes of the longest line, were it drawn in the shortest dashes of the document.
 inline constexpr double maximumDashes = 1e6;
-/// Beyond these, filters take minutes, or end the process.
+/// Beyond these, filters take minutes, or end the process; one that tiles does so wherever it has nothing to
+/// tile, and is refused at all.
 inline constexpr int maximumOctaves = 12;
 inline constexpr int maximumKernel = 100;
 

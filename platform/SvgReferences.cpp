@@ -110,6 +110,10 @@ void SvgReferences::setPoints(double points) {
     last().points = points;
 }
 
+void SvgReferences::multiplyScale(double scale) {
+    last().scale *= std::max(1.0, scale);
+}
+
 void SvgReferences::addLink(const QString& link) {
     last().links << link;
 }
@@ -299,6 +303,12 @@ void SvgReferences::measure(int index) {
     element.state = State::Done;
 }
 
+void SvgReferences::Cost::contain(const Cost& part) {
+    textScale = std::max(textScale, part.textScale);
+    depth = std::max(depth, part.depth);
+    layerDepth = std::max(layerDepth, part.layerDepth);
+}
+
 void SvgReferences::measureWithin(Element& element) {
     Cost& cost = element.cost;
     cost.elements = element.work;
@@ -314,8 +324,7 @@ void SvgReferences::measureWithin(Element& element) {
         cost.layers += part->layers;
         cost.shapes += part->shapes;
         cost.points += part->points;
-        cost.depth = std::max(cost.depth, part->depth);
-        cost.layerDepth = std::max(cost.layerDepth, part->layerDepth);
+        cost.contain(*part);
         if (isTarget) {
             drawn.shapes += part->shapes;
             drawn.points += part->points;
@@ -330,6 +339,9 @@ void SvgReferences::measureWithin(Element& element) {
         drawn.points += element.points;
     }
     addPaints(element, drawn);
+    if (element.name == QLatin1String("text"))
+        cost.textScale = std::max(cost.textScale, 1.0);
+    cost.textScale *= element.scale;
     cost.depth += 1;
     cost.layerDepth += element.hasLayer ? 1 : 0;
 }
@@ -348,8 +360,7 @@ void SvgReferences::addPaints(Element& element, const Cost& drawn) {
                 continue;
             element.cost.elements += times * paint->elements;
             element.cost.layers += times * paint->layers;
-            element.cost.depth = std::max(element.cost.depth, paint->depth);
-            element.cost.layerDepth = std::max(element.cost.layerDepth, paint->layerDepth);
+            element.cost.contain(*paint);
         }
     }
 }

@@ -40,6 +40,8 @@ class SvgReferences {
     void setClasses(const QStringList& classes);
     /// How many points it has that a marker may stand on.
     void setPoints(double points);
+    /// How much larger it draws what is in it.
+    void multiplyScale(double scale);
     void addLink(const QString& link);
     void addDeclaration(const SvgStyle::Declaration& declaration);
     void addWork(double work);
@@ -48,6 +50,10 @@ class SvgReferences {
 
     /// The error for a document that would draw too much. To be asked once, when all of it is there.
     std::optional<Error> refused();
+
+    /// How many times larger than its font some text of the document may be drawn; 0 without text. After
+    /// `refused`.
+    double textScale() const { return m_elements.empty() ? 0 : m_elements.front().cost.textScale; }
 
   private:
     using Indices = std::vector<int>;
@@ -62,8 +68,12 @@ class SvgReferences {
         double layers = 0;
         double shapes = 0; ///< what is filled and stroked
         double points = 0; ///< what markers stand on
+        double textScale = 0;
         int depth = 0;
         int layerDepth = 0;
+
+        /// Takes in how deep and how large something is that is drawn within.
+        void contain(const Cost& part);
     };
     enum class State { New, Open, Done };
     struct Element {
@@ -78,6 +88,7 @@ class SvgReferences {
         std::size_t paints = 0;
         double work = 1;
         double points = 0;
+        double scale = 1;
         bool hasLayer = false;
         State state = State::New;
         bool isInCircle = false;

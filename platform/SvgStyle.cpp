@@ -221,7 +221,7 @@ void addValue(SvgStyle::Declaration& declaration, Span span) {
         if (at->kind == Token::Kind::Url)
             declaration.urls << at->text;
         else
-            declaration.value += at->text;
+            declaration.value += at->kind == Token::Kind::Function ? at->text + u'(' : at->text;
     }
     declaration.value = declaration.value.trimmed();
 }

@@ -217,6 +217,34 @@ TEST(SvgGuard, filters_that_take_forever_or_end_the_process_are_refused) {
                       "convolution");
 }
 
+TEST(SvgGuard, a_filter_that_tiles_is_refused) {
+    expectRefused(svg("<filter id='f' width='0'><feFlood/><feTile/></filter><rect filter='url(#f)'/>"),
+                  "tiles");
+}
+
+TEST(SvgGuard, letters_of_a_mile_are_refused) {
+    const std::string large = "text that is too large";
+    const auto text = [](const QByteArray& attributes) {
+        return "<text " + attributes + ">a<tspan " + attributes + ">b</tspan></text>";
+    };
+    expectLetThrough(svg(text("font-size='120%'")));
+    expectLetThrough(
+        svg("<g transform='matrix(1.3 0 0 -1.3 -2000 9000) rotate(500)'>" + text("font-size='5in'") + "</g>",
+            "viewBox='0 0 24 24'"));
+    expectLetThrough(svg("<g transform='scale(1e9)'><rect width='1'/></g>"));
+    expectRefused(svg(text("font-size='1e7'")), large);
+    expectRefused(svg(text("font-size='20000in'")), large);
+    expectRefused(svg(text("style='font:bold 1e9px serif'")), large);
+    expectRefused(svg("<style>tspan{font-size:1e9px}</style>" + text("")), large);
+    expectRefused(svg(text("font-size='1000em'")), large);
+    expectRefused(svg("<g transform='scale(1000)'><g transform='scale(1000)'>" + text("") + "</g></g>"),
+                  large);
+    expectRefused(svg("<defs><g id='a' transform='scale(1000)'>" + text("") +
+                      "</g></defs><use transform='scale(1000)' href='#a'/>"),
+                  large);
+    expectRefused(svg(text(""), "viewBox='0 0 1e-9 1e-9'"), large);
+}
+
 TEST(SvgGuard, dashes_beyond_number_are_refused) {
     const auto dashed = [](const QByteArray& line, const QByteArray& dashes) {
         return svg("<path d='" + line + "' stroke='#000' stroke-dasharray='" + dashes + "'/>");
