@@ -315,7 +315,7 @@ class Pass {
     }
 
     /// The drawing library would load documents and style sheets that are embedded as data, which are not
-    /// looked through here. Fonts are left out.
+    /// looked through here. It leaves out fonts.
     void checkLinks(const SvgStyle::Declaration& declaration) {
         if (declaration.property != QLatin1String("src") &&
             std::ranges::any_of(declaration.urls, SvgEmbeddedPicture::isData))

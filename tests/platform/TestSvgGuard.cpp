@@ -282,14 +282,14 @@ TEST(SvgGuard, only_PNG_and_JPEG_pictures_may_be_embedded) {
     expectRefused(image("data:image/png;base64,!!!!"), "not encoded");
     expectRefused(image("data:image/png;base64," + png.left(60)), "in the SVG document, the PNG picture is");
     const QByteArray document = "data:image/svg+xml;base64," + svg(group("x", dot)).toBase64() + "#x";
-    expectRefused(svg("<use href='" + document + "'/>"), "another document");
-    expectRefused(svg("<rect fill='url(" + document + ")'/>"), "another document");
-    expectRefused(svg("<style>rect{fill:url(\"" + document + "\")}</style>"), "another document");
+    expectRefused(svg("<use href='" + document + "'/>"), "another document as data");
+    expectRefused(svg("<rect fill='url(" + document + ")'/>"), "another document as data");
+    expectRefused(svg("<style>rect{fill:url(\"" + document + "\")}</style>"), "another document as data");
     expectRefused(svg("<style>@import url(data:text/css,rect{});</style>"), "style sheet as data");
     expectRefused(svg("<style>@import 'data:text/css,rect{}';</style>"), "style sheet as data");
     expectRefused("<?xml-stylesheet href='data:text/css,rect{}'?>" + svg({}), "style sheet as data");
     expectRefused(svg("<i:include xmlns:i='http://www.w3.org/2001/XInclude' href='data:,x'/>"),
-                  "another document");
+                  "another document as data");
     expectLetThrough(svg("<style>@font-face{font-family:a;src:url(data:font/woff;base64,AAAA)}</style>"
                          "<a href='data:,x'/>"));
 }
