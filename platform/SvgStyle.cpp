@@ -75,7 +75,7 @@ class Tokenizer {
         while (end < m_text.size() && end < m_at + 6 && isHexDigit(m_text[end]))
             ++end;
         if (end == m_at) {
-            const QString character = m_text.mid(m_at, 1).toString();
+            QString character = m_text.mid(m_at, 1).toString();
             m_at = std::min(m_at + 1, m_text.size());
             return character;
         }
