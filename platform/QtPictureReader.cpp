@@ -62,6 +62,20 @@ Result<DecodedPicture> converted(const QImage& image, const ColorProfile& profil
     return picture;
 }
 
+/// Qt's limit for the memory of a picture, in MiB, until the end of this object.
+class QtAllocationLimit {
+  public:
+    explicit QtAllocationLimit(int limit) : m_earlier(QImageReader::allocationLimit()) {
+        QImageReader::setAllocationLimit(limit);
+    }
+    ~QtAllocationLimit() { QImageReader::setAllocationLimit(m_earlier); }
+    QtAllocationLimit(const QtAllocationLimit&) = delete;
+    QtAllocationLimit& operator=(const QtAllocationLimit&) = delete;
+
+  private:
+    int m_earlier;
+};
+
 struct PixelSize {
     qint64 width;
     qint64 height;
@@ -84,9 +98,10 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
         return unreadableHeader(name);
     if (const std::optional<Error> refused = PictureReader::refusedSize(size->width, size->height))
         return *refused;
-    // Behind the limit above Qt's own is only a backstop.
+    // Behind the limit above Qt's own is only a backstop. It is for the whole process: what Qt itself reads,
+    // as from the clipboard, keeps the lower one.
     qunsetenv("QT_IMAGEIO_MAXALLOC"); // it would stand above the next line
-    QImageReader::setAllocationLimit(4096);
+    const QtAllocationLimit limit(4096);
     WatchedDevice device(bytes);
     QImageReader reader(&device, format);
     reader.setAutoDetectImageFormat(false);

@@ -14,7 +14,14 @@
 
 namespace {
 
+Error notRegular() {
+    return {ErrorCode::NotReadable, QStringLiteral("Not a regular file")};
+}
+
 Error failure(int error) {
+    // A socket, or a device that is not there.
+    if (error == ENXIO || error == ENODEV)
+        return notRegular();
     return {error == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable,
             AtomicFile::systemSentence(error)};
 }
@@ -55,7 +62,7 @@ RegularFile::read(const std::string& path, qint64 maximumBytes,
     if (S_ISDIR(status.st_mode))
         return failure(EISDIR);
     if (!S_ISREG(status.st_mode))
-        return Error{ErrorCode::NotReadable, QStringLiteral("Not a regular file")};
+        return notRegular();
     QByteArray bytes;
     constexpr qsizetype start = 64 << 10;
     if (const int error = readUpTo(file.number(), bytes, std::min<qsizetype>(start, status.st_size));

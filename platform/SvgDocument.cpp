@@ -2,9 +2,9 @@
 
 #include "platform/LibraryMessages.h"
 #include "platform/PictureReader.h"
+#include "platform/SvgGuard.h"
 
 #include <QRectF>
-#include <QXmlStreamReader>
 
 #include <librsvg/rsvg.h>
 #include <zlib.h>
@@ -16,8 +16,6 @@
 #include <utility>
 
 namespace {
-
-constexpr qsizetype maximumDocument = 64 << 20;
 
 Error damaged(const QString& detail) {
     return PictureReader::damaged(QStringLiteral("SVG"), detail);
@@ -33,9 +31,9 @@ Result<QByteArray> gunzip(const QByteArray& bytes) {
     QByteArray block(1 << 16, Qt::Uninitialized);
     stream.next_in =
         reinterpret_cast<Bytef*>(const_cast<char*>(bytes.constData())); // NOLINT: zlib does not write there
-    stream.avail_in = static_cast<uInt>(std::min<qsizetype>(bytes.size(), maximumDocument));
+    stream.avail_in = static_cast<uInt>(std::min<qsizetype>(bytes.size(), SvgGuard::maximumBytes));
     int status = Z_OK;
-    while (status == Z_OK && out.size() <= maximumDocument) {
+    while (status == Z_OK && out.size() <= SvgGuard::maximumBytes) {
         stream.next_out = reinterpret_cast<Bytef*>(block.data());
         stream.avail_out = static_cast<uInt>(block.size());
         status = inflate(&stream, Z_NO_FLUSH);
@@ -47,31 +45,6 @@ Result<QByteArray> gunzip(const QByteArray& bytes) {
     if (status != Z_STREAM_END)
         return damaged(QStringLiteral("it can't be unpacked"));
     return out;
-}
-
-/// Whether the document's type declaration names an entity that stands outside of it.
-bool declaresExternalEntity(const QByteArray& document) {
-    QXmlStreamReader reader(document);
-    while (!reader.atEnd()) {
-        const QXmlStreamReader::TokenType token = reader.readNext();
-        if (token == QXmlStreamReader::StartElement)
-            return false;
-        if (token != QXmlStreamReader::DTD)
-            continue;
-        // The text of the declaration, since the reader's own list leaves parameter entities out.
-        const QString text = reader.text().toString();
-        qsizetype at = 0;
-        while ((at = text.indexOf(QLatin1String("<!ENTITY"), at)) >= 0) {
-            const qsizetype end = text.indexOf(u'>', at);
-            const QString declaration =
-                text.mid(at, end < 0 ? -1 : end - at).section(u'"', 0, 0).section(u'\'', 0, 0);
-            if (declaration.contains(QLatin1String("SYSTEM")) ||
-                declaration.contains(QLatin1String("PUBLIC")))
-                return true;
-            at += 8;
-        }
-    }
-    return false;
 }
 
 struct FreeError {
@@ -175,10 +148,8 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
             return unpacked.error();
         document = std::move(*unpacked);
     }
-    if (document.size() > maximumDocument)
-        return Error{ErrorCode::TooLarge, QStringLiteral("the SVG document is larger than 64 MiB")};
-    if (declaresExternalEntity(document))
-        return Error{ErrorCode::Unsupported, QStringLiteral("the SVG document declares an external entity")};
+    if (const std::optional<Error> refused = SvgGuard::refused(document))
+        return *refused;
     routeLibraryMessages();
     // In a document of another encoding the word can't be looked for.
     if (document.contains("filter") || !document.contains("svg"))
@@ -193,7 +164,9 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
     svg->m_size = svg->m_handle->ownSize();
     const double width = svg->m_size.width();
     const double height = svg->m_size.height();
-    if (!(width > 0) || !(height > 0) || !std::isfinite(width) || !std::isfinite(height))
+    // Of what is smaller nothing would be drawn.
+    constexpr double smallest = 1e-3;
+    if (!(width >= smallest) || !(height >= smallest) || !std::isfinite(width) || !std::isfinite(height))
         return damaged(QStringLiteral("its size is empty"));
     if (const std::optional<Error> failure = svg->drawingError())
         return *failure;

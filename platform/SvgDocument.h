@@ -11,7 +11,7 @@
 /// An SVG document as a representation without pixels of its own: it is drawn anew at each size.
 ///
 /// The document is drawn from its bytes alone, without a base address, so that nothing outside of it is ever
-/// opened: what it links to is left out. A document that declares an external entity is refused.
+/// opened: what it links to is left out. What SvgGuard refuses is not drawn at all.
 class SvgDocument final : public ImageRep {
   public:
     /// From an SVG document, which may be compressed with gzip.

@@ -2,8 +2,13 @@
 
 #include <QSettings>
 #include <QString>
+#include <QStringList>
+#include <QVariant>
 
-/// The few values that the program remembers from run to run, by key.
+#include <memory>
+
+/// The few values that the program remembers from run to run, by key. What stands in the place of their file
+/// and can't be theirs is left alone: then they are remembered for this run only.
 class UserDefaults {
   public:
     /// The user's own, in the place where the system keeps such values.
@@ -15,7 +20,7 @@ class UserDefaults {
     qint64 integerForKey(const QString& key) const;
     bool boolForKey(const QString& key) const;
     QString stringForKey(const QString& key) const;
-    bool hasKey(const QString& key) const { return m_settings.contains(key); }
+    bool hasKey(const QString& key) const { return allKeys().contains(key); }
 
     /// Written to the file soon after, or by `synchronize`.
     void setInteger(qint64 value, const QString& forKey);
@@ -25,8 +30,12 @@ class UserDefaults {
     /// Whether everything is in the file now.
     bool synchronize();
 
-    QStringList allKeys() const { return m_settings.allKeys(); }
+    QStringList allKeys() const;
 
   private:
-    QSettings m_settings;
+    QVariant value(const QString& key) const;
+    void setValue(const QString& key, const QVariant& value);
+
+    std::unique_ptr<QSettings> m_settings; ///< null where there can be no file
+    QVariantMap m_ofThisRun;
 };

@@ -4,6 +4,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QImageReader>
 #include <QtEndian>
 
 #include <gtest/gtest.h>
@@ -108,4 +109,10 @@ TEST(ImageSourceBmp, a_header_without_pixels_is_refused) {
     EXPECT_FALSE(ImageSource::decode(withSize("rgb-24.bmp", width, 0)));
     EXPECT_FALSE(ImageSource::decode(withSize("rgb-24.bmp", -width, height)));
     EXPECT_FALSE(ImageSource::decode(withSize("rgb-24.bmp", width, std::numeric_limits<qint32>::min())));
+}
+
+TEST(ImageSourceBmp, the_limit_of_what_Qt_itself_reads_stays_as_it_was) {
+    const int before = QImageReader::allocationLimit();
+    EXPECT_TRUE(ImageSource::decode(fixture("rgb-24.bmp")));
+    EXPECT_EQ(QImageReader::allocationLimit(), before);
 }

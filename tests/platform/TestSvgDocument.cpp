@@ -395,13 +395,6 @@ TEST(SvgDocument, an_external_entity_does_not_hide_behind_an_unusual_declaration
                                    svg("width='4' height='4'", {})));
 }
 
-TEST(SvgDocument, internal_entities_are_replaced) {
-    const QByteArray content = "<rect width='4' height='4' fill='&fill;'/>";
-    expectRedSquare("<!DOCTYPE svg [<!ENTITY fill \"#f00\">]>" + svg("width='4' height='4'", content));
-    expectRedSquare("<!DOCTYPE svg [<!ENTITY text 'SYSTEM and PUBLIC'><!ENTITY fill '#f00'>]>" +
-                    svg("width='4' height='4'", content + "<title>&text;</title>"));
-}
-
 TEST(SvgDocument, a_document_type_with_a_public_name_is_allowed) {
     expectRedSquare("<!DOCTYPE svg PUBLIC \"-//W3C//DTD SVG 1.1//EN\" "
                     "\"http://www.w3.org/Graphics/SVG/1.1/DTD/svg11.dtd\">" +
@@ -438,7 +431,7 @@ TEST(SvgDocument, entities_that_multiply_end_soon) {
     timer.start();
     EXPECT_FALSE(
         ImageSource::load("<!DOCTYPE svg [" + entities + "]>" + svg("width='4' height='4'", "&a9;")));
-    EXPECT_LT(timer.elapsed(), 10000);
+    EXPECT_LT(timer.elapsed(), 1000);
 }
 
 TEST(SvgDocument, a_picture_in_the_document_is_drawn_and_one_outside_is_not) {

@@ -1,0 +1,171 @@
+import base64
+import gzip
+import io
+
+from case import BLUE, CLEAR, RED, header, packed_zeros, chunk, refused, shown, SIGNATURE, Image
+
+XLINK = "xmlns:xlink='http://www.w3.org/1999/xlink'"
+RED_PAGE = "<rect width='100' height='100' fill='#f00'/>"
+BLUE_PAGE = "<rect width='100' height='100' fill='#00f'/>"
+DOT = "<rect width='1' height='1'/>"
+
+
+def svg(content, attributes="width='100' height='100'", before=""):
+    return f"{before}<svg xmlns='http://www.w3.org/2000/svg' {XLINK} {attributes}>{content}</svg>".encode()
+
+
+def entities():
+    root = "<rect width='100' height='100' fill='#f00'/><text>&e;</text>"
+    for name, declaration in {"file": "<!ENTITY e SYSTEM 'file:///etc/passwd'>", "relative": "<!ENTITY e SYSTEM 'plain.svg'>",
+                              "http": "<!ENTITY e SYSTEM 'http://localhost:9/e'>",
+                              "public": "<!ENTITY e PUBLIC '-//e' 'http://localhost:9/e'>",
+                              "parameter": "<!ENTITY % e SYSTEM 'file:///etc/passwd'> %e;",
+                              "device": "<!ENTITY e SYSTEM 'file:///dev/zero'>"}.items():
+        yield refused(f"entity-{name}.svg", svg(root, before=f"<!DOCTYPE svg [{declaration}]>"), "declares an external entity")
+    laughs = "<!ENTITY e0 'ha'>" + "".join(f"<!ENTITY e{i} '{f'&e{i - 1};' * 10}'>" for i in range(1, 10))
+    yield refused("billion-laughs.svg", svg("<text>&e9;</text>", before=f"<!DOCTYPE svg [{laughs}]>"), "declares entities")
+    yield refused("billion-attributes.svg", svg("<g id='&e9;'/>", before=f"<!DOCTYPE svg [{laughs}]>"), "declares entities")
+    yield refused("quadratic.svg", svg("<text>" + "&e;" * 20000 + "</text>", before=f"<!DOCTYPE svg [<!ENTITY e '{'a' * 50000}'>]>"),
+                  "declares entities")
+    yield refused("entity-of-itself.svg", svg("<text>&e;</text>", before="<!DOCTYPE svg [<!ENTITY e '&e;'>]>"), "declares entities")
+    yield refused("default-attributes.svg", svg(DOT, before="<!DOCTYPE svg [<!ATTLIST rect fill CDATA 'url(#p)'>]>"),
+                  "declares attributes")
+    yield shown("document-type.svg", svg(RED_PAGE, before="<!DOCTYPE svg PUBLIC '-//W3C//DTD SVG 1.1//EN' 'http://localhost:9/d'>"),
+                RED)
+
+
+def tenfold(levels, wrap, refer):
+    parts = [wrap("a0", DOT)] + [wrap(f"a{i}", refer(f"a{i - 1}") * 10) for i in range(1, levels)]
+    return "".join(parts) + refer(f"a{levels - 1}")
+
+
+def wrapped(tag):
+    return lambda name, content: f"<{tag} id='{name}' width='1' height='1'>{content}</{tag}>"
+
+
+def painted(attribute):
+    return lambda name: f"<path d='M0 0H9V9' {attribute}='url(#{name})'/>"
+
+
+def bombs():
+    often = "too often"
+    use = "<use href='#{}'/>".format
+    for levels in (7, 10, 30):
+        yield refused(f"use-{levels}.svg", svg("<defs>" + tenfold(levels, wrapped("g"), use) + "</defs>" + use(f"a{levels - 1}")), often)
+    yield refused("use-xlink.svg", svg(tenfold(10, wrapped("symbol"), "<use xlink:href='#{}'/>".format)), often)
+    for tag, attribute in {"pattern": "fill", "marker": "marker-mid", "mask": "mask", "clipPath": "clip-path"}.items():
+        yield refused(f"{tag}-bomb.svg", svg(tenfold(9, wrapped(tag), painted(attribute))), often)
+    yield refused("pattern-strokes.svg", svg(tenfold(9, wrapped("pattern"), painted("stroke"))), often)
+    sheet = "".join(f".a{i}{{fill:u\\72l(#a{i})}}" for i in range(9))
+    yield refused("pattern-by-style-sheet.svg", svg(f"<style>{sheet}</style>" + tenfold(
+        9, wrapped("pattern"), lambda name: f"<path d='M0 0H9V9' class='{name}'/>")), often)
+    yield refused("filter-bomb.svg", svg("".join(
+        f"<filter id='f{i}'><feImage href='#g{i}'/></filter><g id='g{i}'>" +
+        (f"<rect width='9' height='9' filter='url(#f{i - 1})'/>" * 10 if i else DOT) + "</g>" for i in range(9))), often)
+    yield refused("marker-at-many-points.svg", svg(
+        f"<marker id='m'>{DOT * 1000}</marker><path marker-mid='url(#m)' d='M0 0{'l1 1' * 50000}'/>"), often)
+    circle = "in a circle"
+    yield refused("use-of-itself.svg", svg("<use id='a' href='#a'/>"), circle)
+    yield refused("use-of-its-parent.svg", svg("<g id='a'><use href='#a'/></g>"), circle)
+    yield refused("use-in-a-circle.svg", svg("".join(
+        f"<g id='a{i}'>" + "".join(f"<use href='#a{j}'/>" for j in range(20)) + "</g>" for i in range(20))), circle)
+    yield refused("patterns-in-a-circle.svg", svg("<pattern id='p'><rect fill='url(#q)'/></pattern><pattern id='q'>"
+                                                  "<rect fill='url(#p)'/></pattern><rect fill='url(#p)'/>"), circle)
+    deeper = "are nested deeper than"
+    yield refused("chain-of-uses.svg", svg("<defs>" + DOT.replace("<rect", "<rect id='a0'") + "".join(
+        f"<use id='a{i}' href='#a{i - 1}'/>" for i in range(1, 5000)) + "</defs><use href='#a4999'/>"), deeper)
+    yield refused("50000-groups.svg", svg("<g>" * 50000 + RED_PAGE + "</g>" * 50000), "nested deeper than")
+    yield refused("200-opacities.svg", svg("<g opacity='.9'>" * 200 + RED_PAGE + "</g>" * 200), deeper)
+    yield refused("million-elements.svg", svg(DOT * 1000000), "more than 200000 elements")
+    yield refused("style-rules.svg", svg("<style>" + ".a{fill:red}" * 20000 + "</style>" + "<g class='a'/>" * 20000), "style rules")
+    yield refused("long-text.svg", svg(f"<text>{'a' * 1000000}</text>"), "of text")
+    effect = "<filter id='f'>{}</filter><rect width='100' height='100' filter='url(#f)'/>".format
+    yield refused("octaves.svg", svg(effect("<feTurbulence baseFrequency='.1' numOctaves='1000000000'/>")), "octaves")
+    yield refused("kernel.svg", svg(effect(f"<feConvolveMatrix order='50' kernelMatrix='{'1 ' * 2500}'/>")), "convolution")
+    yield refused("dashes.svg", svg("<path d='M-1e6 5L1e6 5' stroke='#000' stroke-dasharray='.0001'/>"), "dashes")
+    yield refused("unpacks-to-200-megabytes.svgz", gzip_of_spaces(), "larger than 64 MiB")
+    yield refused("svgz-in-svgz.svgz", gzip.compress(gzip.compress(svg(RED_PAGE))), "SVG picture is truncated or damaged")
+    yield refused("svgz-cut.svgz", gzip.compress(svg(RED_PAGE))[:-9], "can't be unpacked")
+
+
+def gzip_of_spaces():
+    stream = io.BytesIO()
+    with gzip.GzipFile(fileobj=stream, mode="wb", mtime=0) as file:
+        for _ in range(200):
+            file.write(b" " * (1 << 20))
+    return stream.getvalue()
+
+
+def links():
+    """Links to what is outside are not followed; the picture is drawn without."""
+    yield shown("plain.svg", svg(RED_PAGE), RED)
+    for name, link in {"file": "file:///etc/passwd", "http": "http://localhost:9/a.png", "https": "https://localhost:9/a.svg",
+                       "ftp": "ftp://localhost:9/a.png", "relative": "plain.svg", "parent": "../../../etc/passwd",
+                       "itself": "link-to-itself.svg", "absolute": "/etc/passwd", "device": "file:///dev/zero",
+                       "fifo": "a-pipe.png", "host": "//localhost:9/a", "resource": "resource:///org/gtk/a.png",
+                       "smb": "smb://localhost/a.png"}.items():
+        content = BLUE_PAGE + "".join(part.replace("LINK", link) for part in (
+            "<image width='100' height='100' href='LINK'/>", "<image width='100' height='100' xlink:href='LINK'/>",
+            "<use href='LINK#a'/>", "<style>@import url('LINK'); @import 'LINK';</style>",
+            "<style>@font-face{font-family:a;src:url('LINK')}</style><text font-family='a'> </text>",
+            "<rect width='100' height='100' fill='url(LINK#a) none'/>",
+            "<rect width='1' height='1' fill='none' filter='url(LINK#a)' mask='url(LINK#m)' cursor='url(LINK)'/>",
+            "<filter id='f'><feImage href='LINK'/></filter><rect width='0' height='0' filter='url(#f)'/>",
+            "<xi:include xmlns:xi='http://www.w3.org/2001/XInclude' href='LINK'/>",
+            "<text><tref href='LINK#a'/></text><script href='LINK'/><a href='LINK'/>"))
+        yield shown(f"link-to-{name}.svg", svg(content, before=f"<?xml-stylesheet href='{link}'?>"), BLUE)
+    yield shown("script.svg", svg(BLUE_PAGE + "<script>while (true);</script>", "width='100' height='100' onload='alert(1)'"), BLUE)
+    yield shown("foreign-object.svg", svg(BLUE_PAGE + "<foreignObject width='9' height='9'><body xmlns='http://www.w3.org/1999/xhtml'>"
+                                          "<iframe src='file:///etc/passwd'/></body></foreignObject>"), BLUE)
+    yield shown("animation.svg", svg(BLUE_PAGE.replace("/>", "><animate attributeName='fill' to='red' dur='1s'/></rect>")), BLUE)
+
+
+def embedded():
+    def image(data, kind="image/png"):
+        link = f"data:{kind};base64,{base64.b64encode(data).decode()}"
+        return svg(f"<image width='100' height='100' preserveAspectRatio='none' href='{link}'/>")
+    stream = io.BytesIO()
+    Image.new("RGB", (8, 8), RED[:3]).save(stream, "PNG")
+    yield shown("embedded.svg", image(stream.getvalue()), RED)
+    bomb = SIGNATURE + header(30000, 30000, 1, 0) + chunk(b"IDAT", packed_zeros(30000 * 3751)) + chunk(b"IEND", b"")
+    yield refused("embedded-bomb.svg", image(bomb), "have more than 33554432 pixels")
+    yield refused("embedded-cut.svg", image(stream.getvalue()[:-20]), "in the SVG document, the PNG picture is truncated")
+    yield refused("embedded-document.svg", image(svg(RED_PAGE), "image/svg+xml"), "something else than a PNG or JPEG")
+    inner = base64.b64encode(svg("<g id='a'>" + RED_PAGE + "</g>")).decode()
+    yield refused("embedded-use.svg", svg(f"<use href='data:image/svg+xml;base64,{inner}#a'/>"), "another document as data")
+    yield refused("embedded-style-sheet.svg", svg(RED_PAGE, before="<?xml-stylesheet href='data:text/css,rect{fill:blue}'?>"),
+                  "style sheet as data")
+    yield refused("embedded-import.svg", svg("<style>@import url(data:text/css,rect{fill:blue});</style>" + RED_PAGE),
+                  "style sheet as data")
+
+
+def sizes():
+    empty = "its size is empty"
+    for name, attributes in {"0": "width='0' height='0'", "view-box-0": "viewBox='0 0 0 0'",
+                             "view-box-nan": "viewBox='nan nan nan nan'", "tiny": "width='1e-6' height='1e-6'"}.items():
+        yield refused(f"size-{name}.svg", svg("" if name.startswith("view") else RED_PAGE, attributes), empty)
+    # A size in error is none, and the document as large as what it draws.
+    for name, attributes in {"nan": "width='nan' height='nan'", "negative": "width='-5' height='-5'",
+                             "huge": "width='1e9' height='1e9' viewBox='0 0 100 100'",
+                             "small": "width='.01' height='.01' viewBox='0 0 100 100'"}.items():
+        yield shown(f"size-{name}.svg", svg(RED_PAGE, attributes), RED)
+    yield shown("view-box-huge.svg", svg("<rect x='-1e9' y='-1e9' width='2e9' height='2e9' fill='#f00'/>",
+                                         "viewBox='-1e9 -1e9 2e9 2e9'"), RED)
+    # An element with an attribute in error is left out, here all of them.
+    yield shown("view-box-of-text.svg", svg(RED_PAGE, "width='100' height='100' viewBox='a b c d'"), CLEAR)
+    yield shown("nothing.svg", svg(""), CLEAR)
+    yield refused("not-closed.svg", svg(RED_PAGE)[:-6], "SVG picture is truncated or damaged")
+    yield refused("html.svg", b"<html><body>svg</body></html>", "SVG picture is truncated or damaged")
+    yield refused("nul.svg", svg("\0" + RED_PAGE), "SVG picture is truncated or damaged")
+    yield refused("no-utf-8.svg", svg(RED_PAGE) .replace(b"<rect", b"\xff\xfe<rect"), "SVG picture is truncated or damaged")
+    yield refused("font-size.svg", svg(BLUE_PAGE + "<text y='500' font-size='1e9'>a</text>"), "text that is too large")
+    yield refused("scaled-text.svg", svg("<g transform='scale(1e9)'><text>a</text></g>"), "text that is too large")
+    yield refused("tiles-of-nothing.svg", svg("<filter id='f' width='0'><feFlood/><feTile/></filter>"
+                                              "<rect width='9' height='9' filter='url(#f)'/>"), "a filter that tiles")
+    # A font that can't be had is a matter of the log.
+    yield shown("large-font.svg", svg(BLUE_PAGE + "<text y='5000000' font-size='700000'>a</text>"), BLUE)
+
+
+def cases():
+    for group in (entities, bombs, links, embedded, sizes):
+        yield from group()
