@@ -1,5 +1,9 @@
 #include "platform/Deflate.h"
 
+#include "platform/deflate/ByteCoder.h"
+
+#include <QtEndian>
+
 #include <isa-l/igzip_lib.h>
 #include <libdeflate.h>
 
@@ -27,6 +31,19 @@ bool appendThorough(QByteArray& stream, std::span<const std::uint8_t> bytes) {
         libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), stream.data() + start, room);
     stream.resize(start + static_cast<qsizetype>(length));
     return length > 0;
+}
+
+bool appendBytes(QByteArray& stream, std::span<const std::uint8_t> bytes) {
+    // Deflate with a window of 32 KiB, no dictionary, the fastest of four levels.
+    stream.append("\x78\x01", 2);
+    const qsizetype start = stream.size();
+    stream.resize(start + static_cast<qsizetype>(ByteCoder::bound(bytes.size())));
+    const std::size_t length =
+        ByteCoder::write(bytes, reinterpret_cast<std::uint8_t*>(stream.data()) + start);
+    stream.resize(start + static_cast<qsizetype>(length));
+    const quint32_be checksum(libdeflate_adler32(1, bytes.data(), bytes.size()));
+    stream.append(reinterpret_cast<const char*>(&checksum), sizeof checksum);
+    return true;
 }
 
 /// The compressor's state and its tables, which it fills itself.
@@ -74,7 +91,15 @@ bool appendQuick(QByteArray& stream, std::span<const std::uint8_t> bytes) {
 } // namespace
 
 bool Deflate::append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method) {
-    return method == Method::Quick ? appendQuick(stream, bytes) : appendThorough(stream, bytes);
+    switch (method) {
+    case Method::Bytes:
+        return appendBytes(stream, bytes);
+    case Method::Quick:
+        return appendQuick(stream, bytes);
+    case Method::Thorough:
+        break;
+    }
+    return appendThorough(stream, bytes);
 }
 
 std::size_t Deflate::length(std::span<const std::uint8_t> bytes, Method method) {

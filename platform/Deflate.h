@@ -10,13 +10,14 @@
 namespace Deflate {
 
 enum class Method {
-    Quick,    ///< ISA-L: several times as fast, and the smaller one for data with few repetitions
-    Thorough, ///< libdeflate: the smaller one for all other data
+    Bytes,    ///< ByteCoder: looks for no repetitions; the fastest by far
+    Quick,    ///< ISA-L: looks for the plainest repetitions; for data with few of them
+    Thorough, ///< libdeflate: the smallest for all other data, several times as slow
 };
 
 /// Appends `bytes` as one stream to `stream`. False where memory is short; `stream` then has the length that
 /// it had.
-bool append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method);
+[[nodiscard]] bool append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method);
 
 /// The length of such a stream; 0 where memory is short.
 std::size_t length(std::span<const std::uint8_t> bytes, Method method);

@@ -114,13 +114,48 @@ class FilteredRows {
     std::size_t m_rowBytes;
 };
 
-/// The part of a sample's bytes that the quick method leaves; none where memory is short.
-std::optional<double> partLeft(const FilteredRows& rows, PngFilterStrategy strategy) {
-    const Buffer sample = rows.sample(strategy);
+/// A sample filtered one way, and what the quick method leaves of it.
+struct Trial {
+    PngFilterStrategy filter;
+    Buffer sample;
+    std::size_t length;
+
+    double partLeft() const { return static_cast<double>(length) / static_cast<double>(sample.size); }
+};
+
+/// None where memory is short.
+std::optional<Trial> trial(const FilteredRows& rows, PngFilterStrategy filter) {
+    Buffer sample = rows.sample(filter);
     const std::size_t length = Deflate::length(sample.filled(), Deflate::Method::Quick);
     if (length == 0)
         return std::nullopt;
-    return static_cast<double>(length) / static_cast<double>(sample.size);
+    return Trial{filter, std::move(sample), length};
+}
+
+/// The filter that leaves less, unless one is given; none where memory is short.
+std::optional<Trial> betterTrial(const FilteredRows& rows, std::optional<PngFilterStrategy> filter) {
+    if (filter)
+        return trial(rows, *filter);
+    std::optional<Trial> plain = trial(rows, PngFilterStrategy::None);
+    std::optional<Trial> adaptive = trial(rows, PngFilterStrategy::Adaptive);
+    if (!plain || !adaptive)
+        return std::nullopt;
+    return adaptive->length < plain->length ? std::move(adaptive) : std::move(plain);
+}
+
+/// None where memory is short.
+std::optional<Deflate::Method> methodFor(const Trial& trial) {
+    // Where less is left there are more repetitions to be found.
+    constexpr double dense = 0.3;
+    if (trial.partLeft() <= dense)
+        return Deflate::Method::Thorough;
+    const std::size_t asBytes = Deflate::length(trial.sample.filled(), Deflate::Method::Bytes);
+    if (asBytes == 0)
+        return std::nullopt;
+    constexpr double allowedMore = 1.05;
+    return static_cast<double>(asBytes) <= allowedMore * static_cast<double>(trial.length)
+               ? Deflate::Method::Bytes
+               : Deflate::Method::Quick;
 }
 
 /// Chooses what is left open by what is left of a sample. False where memory is short.
@@ -128,21 +163,13 @@ bool choose(const FilteredRows& rows, PngOptions& options) {
     if (options.filter && options.method)
         return true;
     const StageTimes::Timer timer(Stage::Choose);
-    const auto leftBy = [&](PngFilterStrategy strategy) {
-        return options.filter.value_or(strategy) == strategy ? partLeft(rows, strategy) : 1;
-    };
-    const std::optional<double> plain = leftBy(PngFilterStrategy::None);
-    const std::optional<double> adaptive = plain ? leftBy(PngFilterStrategy::Adaptive) : std::nullopt;
-    if (!adaptive)
+    const std::optional<Trial> better = betterTrial(rows, options.filter);
+    if (!better)
         return false;
-    if (!options.filter)
-        options.filter = *adaptive < *plain ? PngFilterStrategy::Adaptive : PngFilterStrategy::None;
-    // Where much is left there are few repetitions to be found.
-    constexpr double dense = 0.3;
+    options.filter = better->filter;
     if (!options.method)
-        options.method =
-            std::min(*plain, *adaptive) > dense ? Deflate::Method::Quick : Deflate::Method::Thorough;
-    return true;
+        options.method = methodFor(*better);
+    return options.method.has_value();
 }
 
 /// The picture's rows as a zlib stream in one chunk, or in several where they do not fit into one.

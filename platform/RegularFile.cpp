@@ -26,7 +26,6 @@ Error failure(int error) {
             AtomicFile::systemSentence(error)};
 }
 
-
 /// Reads on until `buffer` has `length` bytes or the file ends. The errno of a failure, 0 without one.
 int readUpTo(int descriptor, QByteArray& buffer, qsizetype length) {
     qsizetype at = buffer.size();

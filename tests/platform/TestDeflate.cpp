@@ -10,7 +10,8 @@
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-constexpr Deflate::Method methods[] = {Deflate::Method::Quick, Deflate::Method::Thorough};
+constexpr Deflate::Method methods[] = {Deflate::Method::Bytes, Deflate::Method::Quick,
+                                       Deflate::Method::Thorough};
 
 Bytes noise(std::size_t size) {
     std::mt19937 random(3);
@@ -37,7 +38,7 @@ Bytes inflated(const QByteArray& stream, std::size_t size) {
 
 } // namespace
 
-TEST(Deflate, both_methods_give_zlib_streams) {
+TEST(Deflate, every_method_gives_zlib_streams) {
     for (const Deflate::Method method : methods) {
         for (const std::size_t size : {1UL, 2UL, 255UL, 65535UL, 65536UL, 1000000UL}) {
             for (const Bytes& bytes : {noise(size), repetitive(size)}) {
@@ -91,4 +92,6 @@ TEST(Deflate, thorough_is_smaller_where_there_are_repetitions) {
     const Bytes repeated = repetitive(200000);
     EXPECT_LT(Deflate::length(repeated, Deflate::Method::Thorough),
               Deflate::length(repeated, Deflate::Method::Quick));
+    EXPECT_LT(Deflate::length(repeated, Deflate::Method::Quick),
+              Deflate::length(repeated, Deflate::Method::Bytes));
 }

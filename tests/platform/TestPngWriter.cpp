@@ -48,7 +48,7 @@ std::vector<PngOptions> everyOption() {
     for (const auto& filter : std::initializer_list<std::optional<PngFilterStrategy>>{
              std::nullopt, PngFilterStrategy::None, PngFilterStrategy::Adaptive}) {
         for (const auto& method : std::initializer_list<std::optional<Deflate::Method>>{
-                 std::nullopt, Deflate::Method::Quick, Deflate::Method::Thorough})
+                 std::nullopt, Deflate::Method::Bytes, Deflate::Method::Quick, Deflate::Method::Thorough})
             options.push_back({filter, method});
     }
     return options;
@@ -134,7 +134,8 @@ TEST(PngWriter, what_is_said_is_done) {
             types << row.at(0);
         return types;
     };
-    for (const Deflate::Method method : {Deflate::Method::Quick, Deflate::Method::Thorough}) {
+    for (const Deflate::Method method :
+         {Deflate::Method::Bytes, Deflate::Method::Quick, Deflate::Method::Thorough}) {
         EXPECT_EQ(filterBytes(PngFilterStrategy::None, method), QSet<char>{0});
         EXPECT_FALSE(filterBytes(PngFilterStrategy::Adaptive, method).contains(0));
     }

@@ -1,0 +1,106 @@
+#include "platform/deflate/PrefixCode.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+/// A symbol, and how often it occurs; in a tree also an inner node.
+struct Node {
+    std::uint32_t count;
+    std::uint16_t symbol; ///< of a leaf
+    std::uint16_t parent;
+};
+
+constexpr unsigned longestPossible = 15;
+using LengthCounts = std::array<unsigned, longestPossible + 1>;
+
+/// How many codes of each length there are in a tree whose leaves, the first `leaves` nodes, are in rising
+/// order of their counts (Moffat and Katajainen, "In-Place Calculation of Minimum-Redundancy Codes", 1995,
+/// with nodes of their own in place of reuse). Longer codes than `longest` count as that long.
+LengthCounts lengthsOf(std::span<Node> nodes, std::size_t leaves, unsigned longest) {
+    // The two nodes of least count become one: they are the next leaves or the next inner nodes.
+    std::size_t leaf = 0;
+    std::size_t inner = leaves;
+    const std::size_t end = 2 * leaves - 1;
+    for (std::size_t made = leaves; made < end; ++made) {
+        nodes[made].count = 0;
+        for (int child = 0; child < 2; ++child) {
+            const bool takesLeaf =
+                leaf < leaves && (inner == made || nodes[leaf].count <= nodes[inner].count);
+            Node& least = nodes[takesLeaf ? leaf++ : inner++];
+            least.parent = static_cast<std::uint16_t>(made);
+            nodes[made].count += least.count;
+        }
+    }
+    // From the root down, a node's count becomes its depth.
+    LengthCounts lengths{};
+    nodes[end - 1].count = 0;
+    for (std::size_t i = end - 1; i-- > 0;) {
+        nodes[i].count = nodes[nodes[i].parent].count + 1;
+        if (i < leaves)
+            ++lengths[std::min(nodes[i].count, longest)];
+    }
+    return lengths;
+}
+
+/// Makes codes longer until all of them fit: with lengths l the sum of 2^-l must be at most one.
+void makeRoom(LengthCounts& lengths, unsigned longest) {
+    unsigned used = 0;
+    for (unsigned length = 1; length <= longest; ++length)
+        used += lengths[length] << (longest - length);
+    for (; used > 1U << longest; --used) {
+        // A code of the longest length moves beside a shorter one, which becomes a bit longer.
+        unsigned length = longest - 1;
+        while (lengths[length] == 0)
+            --length;
+        --lengths[length];
+        lengths[length + 1] += 2;
+        --lengths[longest];
+    }
+}
+
+std::uint16_t reversed(unsigned bits, unsigned length) {
+    unsigned result = 0;
+    for (; length > 0; --length, bits >>= 1U)
+        result = result << 1U | (bits & 1U);
+    return static_cast<std::uint16_t>(result);
+}
+
+} // namespace
+
+void PrefixCode::assign(std::span<const std::uint32_t> counts, unsigned longest, std::span<Code> codes) {
+    std::ranges::fill(codes, Code{});
+    std::array<Node, 2 * maximumSymbols> nodes;
+    std::size_t leaves = 0;
+    const auto addLeaf = [&](std::size_t symbol, std::uint32_t count) {
+        nodes[leaves++] = {count, static_cast<std::uint16_t>(symbol), 0};
+    };
+    for (std::size_t symbol = 0; symbol < counts.size(); ++symbol) {
+        if (counts[symbol] > 0)
+            addLeaf(symbol, counts[symbol]);
+    }
+    for (std::size_t symbol = 0; leaves < 2; ++symbol) {
+        if (counts[symbol] == 0)
+            addLeaf(symbol, 1);
+    }
+    std::ranges::sort(nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(leaves), {},
+                      [](const Node& node) { return std::pair(node.count, node.symbol); });
+    LengthCounts lengths = lengthsOf(nodes, leaves, longest);
+    makeRoom(lengths, longest);
+
+    // The rarest symbols get the longest codes.
+    std::size_t next = 0;
+    for (unsigned length = longest; length > 0; --length) {
+        for (unsigned i = 0; i < lengths[length]; ++i)
+            codes[nodes[next++].symbol].length = static_cast<std::uint16_t>(length);
+    }
+    // Codes of one length are numbered in the order of their symbols.
+    std::array<unsigned, longestPossible + 2> first{};
+    for (unsigned length = 1; length <= longest; ++length)
+        first[length + 1] = (first[length] + lengths[length]) << 1U;
+    for (Code& code : codes) {
+        if (code.length > 0)
+            code.bits = reversed(first[code.length]++, code.length);
+    }
+}
