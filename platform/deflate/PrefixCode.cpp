@@ -73,16 +73,15 @@ void PrefixCode::assign(std::span<const std::uint32_t> counts, unsigned longest,
     std::ranges::fill(codes, Code{});
     std::array<Node, 2 * maximumSymbols> nodes;
     std::size_t leaves = 0;
-    const auto addLeaf = [&](std::size_t symbol, std::uint32_t count) {
-        nodes[leaves++] = {count, static_cast<std::uint16_t>(symbol), 0};
-    };
     for (std::size_t symbol = 0; symbol < counts.size(); ++symbol) {
         if (counts[symbol] > 0)
-            addLeaf(symbol, counts[symbol]);
+            nodes[leaves++] = {counts[symbol], static_cast<std::uint16_t>(symbol), 0};
     }
-    for (std::size_t symbol = 0; leaves < 2; ++symbol) {
+    // Of two symbols that make up for missing ones the first may be there already.
+    constexpr std::size_t least = 2;
+    for (std::size_t symbol = 0; symbol < least && leaves < least; ++symbol) {
         if (counts[symbol] == 0)
-            addLeaf(symbol, 1);
+            nodes[leaves++] = {1, static_cast<std::uint16_t>(symbol), 0};
     }
     std::ranges::sort(nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(leaves), {},
                       [](const Node& node) { return std::pair(node.count, node.symbol); });

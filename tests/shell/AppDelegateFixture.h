@@ -19,11 +19,15 @@ class AppDelegateFixture : public testing::Test {
     static constexpr int notEnded = 99;
 
     /// Runs the application, does `steps` one after another once it is launched; its exit status, or
-    /// `notEnded` when nothing has ended it after that.
-    int run(std::vector<std::function<void()>> steps) {
+    /// `notEnded` when nothing has ended it after that. No step is done, and no end made, before `isReady`.
+    int run(
+        std::vector<std::function<void()>> steps,
+        const std::function<bool()>& isReady = [] { return true; }) {
         QTimer timer;
         std::size_t next = 0;
         QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+            if (!isReady())
+                return;
             if (next < steps.size())
                 steps[next++]();
             else

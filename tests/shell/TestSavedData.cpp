@@ -244,16 +244,23 @@ TEST_F(SavedDataTest, the_running_program_goes_on_or_ends_as_the_answer_says) {
     for (const bool cancels : {true, false}) {
         bool isShown = false;
         std::optional<FullDisk> disk;
-        const int status =
-            run({[&] { change(); },
-                 [&] {
-                     disk.emplace();
-                     QTimer::singleShot(20, &application, [&] {
-                         answerNextAlert(cancels ? QStringLiteral("Cancel") : QStringLiteral("Quit anyway"));
-                     });
-                     modelled.mainWindowController()->window()->close();
-                 },
-                 [&] { isShown = modelled.mainWindowController()->window()->isVisible(); }});
+        // The alert comes when the last window's closing is known.
+        QTimer answer;
+        QObject::connect(&answer, &QTimer::timeout, &application, [&] {
+            if (visible<Alert>() == nullptr)
+                return;
+            answer.stop();
+            answerNextAlert(cancels ? QStringLiteral("Cancel") : QStringLiteral("Quit anyway"));
+        });
+        const auto isAnswered = [&] { return !answer.isActive() && visible<Alert>() == nullptr; };
+        const int status = run({[&] { change(); },
+                                [&] {
+                                    disk.emplace();
+                                    answer.start(1);
+                                    modelled.mainWindowController()->window()->close();
+                                },
+                                [&] { isShown = modelled.mainWindowController()->window()->isVisible(); }},
+                               isAnswered);
         disk.reset();
         EXPECT_EQ(status, cancels ? notEnded : 0);
         EXPECT_EQ(isShown, cancels);
