@@ -35,6 +35,17 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   target_link_options(tobrimax_options INTERFACE $<$<CONFIG:Release>:LINKER:-z,relro,-z,now,-z,noexecstack>)
 endif()
 
+# What of the integer checks is left out: headers of others, and what is meant to wrap.
+set(integer_checks -fsanitize=integer -fno-sanitize-recover=integer
+                   -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/integer-checks.txt)
+
+# tobrimax_check_integers(SOURCES… ): of one library, where such a build was asked for.
+function(tobrimax_check_integers)
+  if(TOBRIMAX_INTEGER_CHECKS)
+    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "${integer_checks}")
+  endif()
+endfunction()
+
 # tobrimax_library(NAME SOURCES… ): a static library of one folder.
 function(tobrimax_library name)
   add_library(${name} STATIC ${ARGN})

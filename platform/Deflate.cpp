@@ -19,7 +19,9 @@ struct FreeCompressor {
 };
 
 bool appendThorough(QByteArray& stream, std::span<const std::uint8_t> bytes) {
-    constexpr int level = 6;
+    // Of much data the next level takes a quarter more time for some percent less.
+    constexpr std::size_t much = std::size_t{512} << 10;
+    const int level = bytes.size() > much ? 5 : 6;
     const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
         libdeflate_alloc_compressor(level));
     if (!compressor)
