@@ -1,7 +1,5 @@
 #include "platform/PictureReader.h"
 
-#include "platform/LargePages.h"
-
 #include <QtEndian>
 
 #include <cstring>
@@ -31,7 +29,6 @@ Result<QImage> PictureReader::newRaster(qint64 width, qint64 height) {
     if (raster.isNull())
         return Error{ErrorCode::TooLarge,
                      QStringLiteral("not enough memory for %1 × %2 pixels").arg(width).arg(height)};
-    preferLargePages(raster.bits(), static_cast<std::size_t>(raster.sizeInBytes()));
     return raster;
 }
 

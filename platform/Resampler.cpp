@@ -1,6 +1,5 @@
 #include "platform/Resampler.h"
 
-#include "platform/LargePages.h"
 #include "platform/ResamplerWeights.h"
 
 #include <algorithm>
@@ -224,7 +223,6 @@ QImage resampled(const QImage& source, const AxisMapping& x, const AxisMapping& 
     QImage target(x.targetLength, y.targetLength, QImage::Format_RGBA8888_Premultiplied);
     if (target.isNull())
         return target;
-    preferLargePages(target.bits(), static_cast<std::size_t>(target.sizeInBytes()));
     try {
         const ResamplerWeights columns(y, false);
         const ResamplerWeights rows(x, true);

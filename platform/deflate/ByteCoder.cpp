@@ -204,6 +204,15 @@ void writeCodes(BitWriter& writer, const Codes& codes, bool isLast) {
     }
 }
 
+/// Two codes, one behind the other.
+struct Joined {
+    Joined(const Code& a, const Code& b)
+        : bits(a.bits | std::uint64_t{b.bits} << a.length), length(unsigned{a.length} + b.length) {}
+
+    std::uint64_t bits;
+    unsigned length;
+};
+
 void writeBlock(BitWriter& writer, std::span<const std::uint8_t> bytes, bool isLast) {
     const Codes codes(countsOf(bytes));
     if (codes.bits >= storedBits(bytes.size())) {
@@ -213,8 +222,10 @@ void writeBlock(BitWriter& writer, std::span<const std::uint8_t> bytes, bool isL
     writeCodes(writer, codes, isLast);
     std::size_t i = 0;
     for (; i + 4 <= bytes.size(); i += 4) {
-        for (std::size_t n = 0; n < 4; ++n)
-            writer.put(codes.symbols[bytes[i + n]]);
+        // In pairs, neither of which waits for the other.
+        const Joined first(codes.symbols[bytes[i]], codes.symbols[bytes[i + 1]]);
+        const Joined second(codes.symbols[bytes[i + 2]], codes.symbols[bytes[i + 3]]);
+        writer.put(first.bits | second.bits << first.length, first.length + second.length);
         writer.flush();
     }
     for (; i < bytes.size(); ++i) {
