@@ -5,6 +5,7 @@
 #include "platform/SvgReferences.h"
 #include "platform/SvgStyle.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 #include <QXmlStreamReader>
 #include <QtMath>
@@ -290,19 +291,35 @@ class Pass {
         if (declaration.property != QLatin1String("font") &&
             declaration.property != QLatin1String("font-size"))
             return;
+        // A unit ends a word: families may be called anything.
+        static const QRegularExpression length(
+            QStringLiteral(
+                "([0-9]*\\.?[0-9]+(?:e[+-]?[0-9]+)?) *(%|em|ex|ch|rem|in|cm|mm|m|pc|pt|px)?(?![a-z0-9.-])"),
+            QRegularExpression::CaseInsensitiveOption);
         const QString& value = declaration.value;
-        const double number = total(value);
-        if (value.contains(u'%'))
-            m_fontFactor = std::max(m_fontFactor, number / 100);
-        else if (value.contains(QLatin1String("em"), Qt::CaseInsensitive) ||
-                 value.contains(QLatin1String("ex"), Qt::CaseInsensitive))
-            m_fontFactor = std::max(m_fontFactor, number);
-        else if (value.contains(QLatin1String("larger"), Qt::CaseInsensitive))
+        for (auto matches = length.globalMatch(value); matches.hasNext();) {
+            const QRegularExpressionMatch match = matches.next();
+            // In "font" it is a weight or a line's height.
+            if (match.capturedView(2).isEmpty() && declaration.property == QLatin1String("font"))
+                continue;
+            takeFontSize(match.capturedView(1).toDouble(), match.captured(2).toLower());
+        }
+        if (value.contains(QLatin1String("larger"), Qt::CaseInsensitive))
             m_fontFactor = std::max(m_fontFactor, larger);
-        const bool isInInches = value.contains(QLatin1String("in"), Qt::CaseInsensitive) ||
-                                value.contains(QLatin1String("m"), Qt::CaseInsensitive) ||
-                                value.contains(QLatin1String("pc"), Qt::CaseInsensitive);
-        m_fontSize = std::max(m_fontSize, number * (isInInches ? pixelsPerInch : pixelsPerPoint));
+    }
+
+    void takeFontSize(double number, const QString& unit) {
+        static const QStringList relative{QStringLiteral("em"), QStringLiteral("ex"), QStringLiteral("ch"),
+                                          QStringLiteral("rem")};
+        if (unit == QLatin1String("%"))
+            m_fontFactor = std::max(m_fontFactor, number / 100);
+        else if (relative.contains(unit))
+            m_fontFactor = std::max(m_fontFactor, number);
+        else if (unit.isEmpty() || unit.startsWith(u'p'))
+            m_fontSize =
+                std::max(m_fontSize, number * (unit == QLatin1String("pc") ? 12 : 1) * pixelsPerPoint);
+        else
+            m_fontSize = std::max(m_fontSize, number * pixelsPerInch);
     }
 
     void takeViewBox(QStringView value) {

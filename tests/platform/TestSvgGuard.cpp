@@ -228,6 +228,12 @@ TEST(SvgGuard, letters_of_a_mile_are_refused) {
         return "<text " + attributes + ">a<tspan " + attributes + ">b</tspan></text>";
     };
     expectLetThrough(svg(text("font-size='120%'")));
+    // Families are called what they are called.
+    for (const char* font :
+         {"12px system-ui, sans-serif", "600 24px/1.5 'Helvetica Neue 75'", "10pt ex-serif"})
+        expectLetThrough(svg("<g><g><g>" + text("style=\"font:" + QByteArray(font) + "\"") + "</g></g></g>"));
+    expectRefused(svg(text("style='font:1000em system-ui'")), large);
+    expectRefused(svg(text("style='font:italic 1e6REM a'")), large);
     expectLetThrough(
         svg("<g transform='matrix(1.3 0 0 -1.3 -2000 9000) rotate(500)'>" + text("font-size='5in'") + "</g>",
             "viewBox='0 0 24 24'"));
