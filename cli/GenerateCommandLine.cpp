@@ -57,7 +57,8 @@ CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
     generate->add_flag("--quiet", words.quiet, "print nothing but warnings and errors");
     generate->add_flag("--verbose", words.verbose, "list every file, and show the diagnostic log");
     generate->add_flag("--json", words.json, "print one JSON document instead of lines");
-    generate->add_flag("--timings", words.timings, "tell how long each stage of the work took");
+    generate->add_flag("--timings", words.timings,
+                       "tell how long each stage of the work took, with --quiet too");
     return generate;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/Deflate.h"
 
+#include "platform/ShortMemory.h"
 #include "platform/deflate/ByteCoder.h"
 
 #include <QtEndian>
@@ -93,15 +94,22 @@ bool appendQuick(QByteArray& stream, std::span<const std::uint8_t> bytes) {
 } // namespace
 
 bool Deflate::append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method) {
-    switch (method) {
-    case Method::Bytes:
-        return appendBytes(stream, bytes);
-    case Method::Quick:
-        return appendQuick(stream, bytes);
-    case Method::Thorough:
-        break;
-    }
-    return appendThorough(stream, bytes);
+    const qsizetype length = stream.size();
+    const auto append = [&] {
+        switch (method) {
+        case Method::Bytes:
+            return appendBytes(stream, bytes);
+        case Method::Quick:
+            return appendQuick(stream, bytes);
+        case Method::Thorough:
+            break;
+        }
+        return appendThorough(stream, bytes);
+    };
+    const bool isDone = unlessMemoryIsShort(append, false);
+    if (!isDone)
+        stream.truncate(length);
+    return isDone;
 }
 
 std::size_t Deflate::length(std::span<const std::uint8_t> bytes, Method method) {

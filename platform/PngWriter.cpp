@@ -95,7 +95,7 @@ class FilteredRows {
         constexpr int smallHeight = 24;
         if (m_raster.height() <= smallHeight)
             return all(strategy);
-        const int bandRows = std::clamp(m_raster.height() / (16 * bands), 2, 4);
+        constexpr int bandRows = 4;
         Buffer buffer(size(bands * bandRows));
         for (int band = 0; band < bands; ++band)
             append(buffer, (m_raster.height() - bandRows) * band / (bands - 1), bandRows, strategy);

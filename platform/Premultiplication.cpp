@@ -68,10 +68,12 @@ HWY_INLINE Pixels unpremultiplied(Pixels pixel) {
         return pixel;
     const Pixels half = hn::ShiftRight<1>(alpha);
     const auto divisor = hn::ConvertTo(Floats(), hn::BitCast(Integers(), alpha));
-    // The quotient's distance to the next whole number is at least 1 ÷ a, and its rounding error less.
+    // A half more keeps the quotient at least 1 ÷ 2a from the whole numbers around it: further than any
+    // rounding error reaches, that of a division that is only nearly right too.
     const auto divided = [&](Pixels color) HWY_ATTR {
         const Pixels dividend = hn::Add(hn::Sub(hn::ShiftLeft<8>(color), color), half);
-        const auto quotient = hn::Div(hn::ConvertTo(Floats(), hn::BitCast(Integers(), dividend)), divisor);
+        const auto exact = hn::ConvertTo(Floats(), hn::BitCast(Integers(), dividend));
+        const auto quotient = hn::Div(hn::Add(exact, hn::Set(Floats(), 0.5F)), divisor);
         return hn::Min(hn::BitCast(Words(), hn::ConvertTo(Integers(), quotient)), full);
     };
     constexpr int first = Alpha == 0 ? 1 : 0;

@@ -71,8 +71,16 @@ std::optional<QByteArray> contents(QStringView data, bool isBase64) {
 } // namespace
 
 bool SvgEmbeddedPicture::isData(QStringView link) {
-    constexpr qsizetype enough = 256;
-    return plain(link.left(enough)).startsWith(QLatin1String("data:"), Qt::CaseInsensitive);
+    // White space and control characters count for nothing, wherever they stand and however many there are.
+    const QLatin1String scheme("data:");
+    QString start;
+    for (const QChar c : link) {
+        if (c.unicode() > 0x20)
+            start += c;
+        if (start.size() == scheme.size())
+            break;
+    }
+    return start.compare(scheme, Qt::CaseInsensitive) == 0;
 }
 
 Result<qint64> SvgEmbeddedPicture::pixels(QStringView link) {

@@ -98,7 +98,9 @@ double scaleOf(QStringView transforms) {
 class Pass {
   public:
     explicit Pass(const QByteArray& document)
-        : m_reader(document), m_mayHaveDashes(document.contains("dash") || !document.contains("svg")) {}
+        : m_reader(document), // What stands there may be written in another way.
+          m_mayHaveDashes(document.contains("dash") || document.contains("&#") || document.contains('\\') ||
+                          !document.contains("svg")) {}
 
     std::optional<Error> refused() {
         while (!m_reader.atEnd() && !m_error)
@@ -215,8 +217,16 @@ class Pass {
     }
 
     void takeSheet() {
+        if (m_style.size() > SvgGuard::maximumStyle) {
+            m_error = tooLarge(QStringLiteral("has a style sheet that is too large"));
+            return;
+        }
         const SvgStyle::Sheet sheet = SvgStyle::sheet(m_style);
         m_style.clear();
+        if (sheet.isTooLong) {
+            m_error = tooLarge(QStringLiteral("has a style sheet that is too large"));
+            return;
+        }
         if (std::ranges::any_of(sheet.imports, SvgEmbeddedPicture::isData))
             m_error = unsupported(QStringLiteral("embeds a style sheet as data"));
         for (const SvgStyle::Rule& rule : sheet.rules) {
@@ -238,6 +248,9 @@ class Pass {
             m_references.setClasses(value.toString().simplified().split(u' ', Qt::SkipEmptyParts));
         else if (name == QLatin1String("href"))
             takeLink(element, value);
+        else if (value.size() > SvgGuard::maximumStyle && name != QLatin1String("d") &&
+                 name != QLatin1String("points"))
+            m_error = tooLarge(QStringLiteral("has a value that is too long"));
         else if (name == QLatin1String("style"))
             takeStyle(value);
         else if (name == QLatin1String("viewBox"))

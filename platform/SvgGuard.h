@@ -20,6 +20,8 @@ inline constexpr int maximumDepth = 250;
 /// with the square of the latter.
 inline constexpr qsizetype maximumText = 20000;
 inline constexpr qsizetype maximumTextInOne = 2000;
+/// The characters of one style sheet, and of one attribute that says how something is drawn.
+inline constexpr qsizetype maximumStyle = 1 << 20;
 /// The size, in pixels, of the largest letters. The library that lays out text counts in 1024ths of a pixel.
 inline constexpr double maximumFontSize = 1e6;
 /// The dashes of the longest line, were it drawn in the shortest dashes of the document.

@@ -131,8 +131,10 @@ void SvgReferences::addRules(const std::vector<SvgStyle::Rule>& rules) {
     for (const SvgStyle::Rule& rule : rules) {
         ++m_ruleCount;
         for (const SvgStyle::Declaration& declaration : rule.declarations) {
-            if (concerns(declaration))
-                m_rules[rule.key].push_back(declaration);
+            if (!concerns(declaration))
+                continue;
+            ++m_ruleCount;
+            m_rules[rule.key].push_back(declaration);
         }
     }
 }

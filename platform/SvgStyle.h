@@ -4,10 +4,13 @@
 #include <QStringList>
 #include <QStringView>
 
+#include <cstddef>
 #include <vector>
 
 /// As much of CSS as tells which of a document's elements refers to which. Source: CSS Syntax Module Level 3.
 namespace SvgStyle {
+
+inline constexpr std::size_t maximumDeclarations = 100000;
 
 /// One property with its value.
 struct Declaration {
@@ -27,6 +30,9 @@ struct Rule {
 struct Sheet {
     std::vector<Rule> rules;
     QStringList imports; ///< what its `@import` say
+    /// Whether it goes on after `maximumDeclarations`, a rule's own counted for each of its selectors.
+    bool isTooLong = false;
+    std::size_t declarationCount = 0; ///< counted so
 };
 
 /// The declarations of a `style` attribute.

@@ -1,4 +1,5 @@
 #include "tests/cli/CliTest.h"
+#include "tests/support/Slowness.h"
 
 #include <QFileInfo>
 
@@ -20,7 +21,7 @@ class HostileCatalogues : public CliTest {
         expectOneError(result, catalogue + u": not a size catalogue: "_s);
         EXPECT_TRUE(result.errors.contains(sentence)) << result.errors.constData();
         EXPECT_FALSE(QFileInfo::exists(out()));
-        EXPECT_LT(result.seconds, 2);
+        EXPECT_LT(result.seconds, 2 * slowness);
     }
 
     static QByteArray xml(const QByteArray& type, const QByteArray& root) {
@@ -182,7 +183,7 @@ TEST_F(HostileCatalogues, sizes_that_no_picture_has) {
         SCOPED_TRACE(size.left(40).constData());
         const ProcessResult result = generateBy(file(u"size.plist"_s, oneEntry("bad", size)));
         expectOneError(result, u"bad.png: "_s);
-        EXPECT_LT(result.seconds, 2);
+        EXPECT_LT(result.seconds, 2 * slowness);
         EXPECT_EQ(tree(), std::vector<std::string>{"iphone/AppIcon.appiconset/sound.png"});
     }
 }
@@ -196,7 +197,7 @@ TEST_F(HostileCatalogues, names_that_lead_elsewhere) {
           QByteArray(300, 'n')}) {
         SCOPED_TRACE(name.left(40).constData());
         const ProcessResult result = generateBy(file(u"name.plist"_s, oneEntry(name, "{9, 9}")));
-        EXPECT_LT(result.seconds, 2);
+        EXPECT_LT(result.seconds, 2 * slowness);
         EXPECT_NE(result.exitStatus, -1);
         EXPECT_EQ(result.exitStatus == 0, result.errors.isEmpty()) << result.errors.left(300).constData();
         for (const std::string& entry : tree(path(QString()))) {

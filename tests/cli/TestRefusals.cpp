@@ -1,5 +1,6 @@
 #include "platform/AtomicFile.h"
 #include "tests/cli/CliTest.h"
+#include "tests/support/Slowness.h"
 
 #include <QFileInfo>
 
@@ -17,7 +18,7 @@ class Refusals : public CliTest {
         expectOneError(result, sentence);
         EXPECT_EQ(result.output.toStdString(), "");
         EXPECT_FALSE(QFileInfo::exists(out()));
-        EXPECT_LT(result.seconds, 2);
+        EXPECT_LT(result.seconds, 2 * slowness);
     }
     void expectCatalogueRefused(const QString& catalogue, const QString& sentence) const {
         expectRefused(sample(u"svg"_s), catalogue + u": not a size catalogue: "_s,
@@ -29,7 +30,7 @@ class Refusals : public CliTest {
         expectOneError(result, sentence);
         EXPECT_EQ(result.output.toStdString(), "");
         EXPECT_FALSE(QFileInfo(folder).isDir());
-        EXPECT_LT(result.seconds, 2);
+        EXPECT_LT(result.seconds, 2 * slowness);
     }
 };
 

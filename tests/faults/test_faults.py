@@ -32,6 +32,8 @@ def is_temporary(path):
 class Subject:
     """Something that writes files into the folder `out`: `files` are their paths below it."""
 
+    is_synced = False
+
     def __init__(self, folder, out=None, color="black"):
         self.folder = folder
         self.out = out or folder / "out"
@@ -143,6 +145,8 @@ class Container(Icons):
 
 
 class Export(Subject):
+    is_synced = True
+
     def prepare(self):
         super().prepare()
         self.out.mkdir()
@@ -194,6 +198,8 @@ class Sidecar(Subject):
 
 
 class Store(Subject):
+    is_synced = True
+
     def prepare(self):
         super().prepare()
         if self.new:
@@ -257,6 +263,10 @@ class FaultTest(unittest.TestCase):
             if "unlink" not in names:
                 self.assertEqual(subject.temporaries(), [])
         self.assertLessEqual({"create", "write", "rename"}, failed)
+        # What must be on the disk when it is told is synced: the bytes, and then the name.
+        self.assertEqual("fsync" in failed, subject.is_synced)
+        if subject.is_synced:
+            self.assertRegex(" ".join(subject.run_plainly()), r"write( write)* fsync close rename fsync")
         self.assertGreater(told, 2)
 
     def check_kills(self, subject):

@@ -153,6 +153,7 @@ class LimitTest(unittest.TestCase):
         for path, content in subject.new.items():
             self.assertNotEqual(content, other.new[path])
         chance = random.Random(1)
+        hits = 0
         for turn in range(12):
             with self.subTest(turn=turn):
                 (subject if turn % 2 else super(Container, subject)).prepare()
@@ -162,7 +163,7 @@ class LimitTest(unittest.TestCase):
                                           stderr=subprocess.DEVNULL)
                 time.sleep(chance.uniform(0, 0.15))
                 killed.send_signal(signal.SIGKILL)
-                killed.wait()
+                hits += killed.wait() == -signal.SIGKILL
                 for process in both:
                     _, errors = process.communicate(timeout=120)
                     self.assertEqual(process.returncode, 0, errors)
@@ -172,6 +173,7 @@ class LimitTest(unittest.TestCase):
                     self.assertIn(content, (subject.new[path], other.new[path]), path)
                 subject.run_plainly()
                 self.assertEqual(subject.found(), subject.new)
+        self.assertGreater(hits, 0)
 
 
 if __name__ == "__main__":

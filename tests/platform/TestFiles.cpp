@@ -248,11 +248,14 @@ TEST(AtomicFile, many_processes_may_write_the_same_files) {
         if (QFile file(name(turn)); file.open(QIODevice::ReadOnly))
             seen.insert(file.readAll());
         int status = 0;
-        if (waitpid(children[ended], &status, WNOHANG) == 0)
+        const pid_t found = waitpid(children[ended], &status, WNOHANG);
+        if (found == 0)
             continue;
+        EXPECT_EQ(found, children[ended]);
         EXPECT_EQ(status, 0);
         ++ended;
     }
+    EXPECT_FALSE(seen.empty());
     for (int process = 0; process < processes; ++process)
         seen.erase(bytesOf(process));
     EXPECT_TRUE(seen.empty()) << "a file that was not whole";

@@ -336,3 +336,28 @@ TEST(SvgStyle, a_rule_has_the_key_of_its_selectors_last_part) {
     EXPECT_EQ(keys.join(u' ').toStdString(), "#d rect .e:f  .h j");
     EXPECT_EQ(sheet.imports, QStringList{QStringLiteral("i")});
 }
+
+TEST(SvgGuard, style_sheets_that_multiply_are_refused) {
+    const auto sheet = [](int selectors, int declarations) {
+        return "<style>" + QByteArray("a,").repeated(selectors - 1) + "a{" +
+               QByteArray("x:y;").repeated(declarations) + "}</style>";
+    };
+    expectLetThrough(svg(sheet(100, 100)));
+    expectRefused(svg(sheet(400, 400)), "a style sheet that is too large");
+    expectRefused(svg("<style>" + QByteArray((1 << 20) + 1, ' ') + "</style>"),
+                  "a style sheet that is too large");
+    expectRefused(svg("<rect fill='" + QByteArray(";").repeated((1 << 20) + 1) + "'/>"),
+                  "a value that is too long");
+}
+
+TEST(SvgGuard, what_is_written_in_another_way_is_seen) {
+    const QByteArray spaces = QByteArray("&#x20;").repeated(300);
+    expectRefused(svg("<image href='" + spaces + "data:image/svg+xml,x' width='1' height='1'/>"),
+                  "embeds something");
+    expectRefused(
+        svg("<image href='d" + QByteArray("&#9;").repeated(300) + "ata:text/css,x' width='1' height='1'/>"),
+        "embeds something");
+    const QByteArray line = "<path d='M0 0H1e6' stroke='#000' style='";
+    expectRefused(svg(line + "stroke-d&#97;sharray:1e-9'/>"), "dashes that are too short");
+    expectRefused(svg(line + "stroke-d\\61 sharray:1e-9'/>"), "dashes that are too short");
+}
