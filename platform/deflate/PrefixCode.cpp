@@ -7,7 +7,7 @@ namespace {
 
 /// A symbol, and how often it occurs; in a tree also an inner node.
 struct Node {
-    std::uint32_t count;
+    std::uint64_t count;
     std::uint16_t symbol; ///< of a leaf
     std::uint16_t parent;
 };
@@ -36,10 +36,11 @@ LengthCounts lengthsOf(std::span<Node> nodes, std::size_t leaves, unsigned longe
     // From the root down, a node's count becomes its depth.
     LengthCounts lengths{};
     nodes[end - 1].count = 0;
-    for (std::size_t i = end - 1; i-- > 0;) {
-        nodes[i].count = nodes[nodes[i].parent].count + 1;
-        if (i < leaves)
-            ++lengths[std::min(nodes[i].count, longest)];
+    for (std::size_t i = end - 1; i > 0; --i) {
+        Node& node = nodes[i - 1];
+        node.count = nodes[node.parent].count + 1;
+        if (i <= leaves)
+            ++lengths[std::min<std::uint64_t>(node.count, longest)];
     }
     return lengths;
 }

@@ -291,7 +291,8 @@ Result<QByteArray> ResourceFork::data() const {
     fork += m_reserved;
     fork += data;
     append(fork, mapHeader);
-    append(fork, quint16_be(static_cast<quint16>(groups.size() - 1)));
+    // One less than there are, in 16 bits: none are 0xffff.
+    append(fork, quint16_be(static_cast<quint16>(groups.size() + 0xffff)));
     fork += types;
     fork += references;
     fork += names;
