@@ -1,6 +1,8 @@
 // Compiled once for each instruction set; the best one is chosen when the program runs.
 #include "iconfamily/PixelBuffers.h"
 
+#include "platform/VectorTargets.h"
+
 #include <algorithm>
 #include <cstdint>
 

@@ -1,6 +1,8 @@
 // Compiled once for each instruction set; the best one is chosen when the program runs.
 #include "platform/Premultiplication.h"
 
+#include "platform/VectorTargets.h"
+
 #include <algorithm>
 
 #undef HWY_TARGET_INCLUDE

@@ -2,9 +2,9 @@
 
 #include "platform/AtomicFile.h"
 #include "platform/FileDescriptor.h"
-#include "platform/LargePages.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -26,11 +26,23 @@ Error failure(int error) {
             AtomicFile::systemSentence(error)};
 }
 
+/// Asks for large pages where much is about to be filled: else most of the time goes into having small ones.
+void preferLargePages([[maybe_unused]] QByteArray& buffer) {
+#ifdef MADV_HUGEPAGE
+    constexpr qsizetype page = 2 << 20;
+    char* data = buffer.data();
+    // To the first whole page.
+    const auto skipped = static_cast<qsizetype>(-reinterpret_cast<std::uintptr_t>(data) % page);
+    if (buffer.size() > skipped + page)
+        madvise(data + skipped, static_cast<std::size_t>(buffer.size() - skipped), MADV_HUGEPAGE);
+#endif
+}
+
 /// Reads on until `buffer` has `length` bytes or the file ends. The errno of a failure, 0 without one.
 int readUpTo(int descriptor, QByteArray& buffer, qsizetype length) {
     qsizetype at = buffer.size();
     buffer.resize(length);
-    preferLargePages(buffer.data(), static_cast<std::size_t>(buffer.size()));
+    preferLargePages(buffer);
     int error = 0;
     while (at < length) {
         const ssize_t n = read(descriptor, buffer.data() + at, static_cast<std::size_t>(length - at));

@@ -1,6 +1,7 @@
 #include "platform/Resampler.h"
 
 #include "platform/ResamplerWeights.h"
+#include "platform/VectorTargets.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -76,7 +77,7 @@ void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int cou
 /// two pointers a pair.
 void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights, int pairs, std::size_t count,
                    std::int16_t* out) {
-    // Per block of 16 bytes, which is the order that interleaving and narrowing undo for each other.
+    // Within blocks of 16 bytes, where interleaving and narrowing undo each other's order.
     const hn::ScalableTag<std::int16_t> d16;
     const hn::Rebind<std::uint8_t, decltype(d16)> d8;
     const hn::RepartitionToWide<decltype(d16)> d32;

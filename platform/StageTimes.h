@@ -16,8 +16,8 @@ enum class Stage {
     Write,
 };
 
-/// How long each stage took. Counts in the thread of the main job only, and only where it was asked for:
-/// a clock that nobody reads costs nothing.
+/// How long each stage took. For one thread, and only where it was asked for: a clock that nobody reads costs
+/// nothing.
 class StageTimes {
   public:
     using Clock = std::chrono::steady_clock;

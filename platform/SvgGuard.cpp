@@ -217,14 +217,12 @@ class Pass {
     }
 
     void takeSheet() {
-        if (m_style.size() > SvgGuard::maximumStyle) {
-            m_error = tooLarge(QStringLiteral("has a style sheet that is too large"));
-            return;
-        }
-        const SvgStyle::Sheet sheet = SvgStyle::sheet(m_style);
+        const bool isShort = m_style.size() <= SvgGuard::maximumStyle;
+        const SvgStyle::Sheet sheet = isShort ? SvgStyle::sheet(m_style) : SvgStyle::Sheet();
         m_style.clear();
-        if (sheet.isTooLong) {
-            m_error = tooLarge(QStringLiteral("has a style sheet that is too large"));
+        m_declarations += sheet.declarationCount;
+        if (!isShort || m_declarations > SvgStyle::maximumDeclarations) {
+            m_error = tooLarge(QStringLiteral("has style sheets that are too large"));
             return;
         }
         if (std::ranges::any_of(sheet.imports, SvgEmbeddedPicture::isData))
@@ -402,6 +400,7 @@ class Pass {
     int m_depth = 0;
     QStringList m_names; ///< of the elements that are open
     QString m_style;
+    std::size_t m_declarations = 0; ///< of all style sheets, counted as there
     qsizetype m_text = 0;
     qsizetype m_textInOne = 0;
     qint64 m_pixels = 0;

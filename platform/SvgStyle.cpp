@@ -285,10 +285,8 @@ void addRules(SvgStyle::Sheet& sheet, Span prelude, Span block) {
     const std::vector<SvgStyle::Declaration> declarations = declarationsOf(block);
     while (prelude.begin != prelude.end) {
         sheet.declarationCount += std::max<std::size_t>(1, declarations.size());
-        if (sheet.declarationCount > SvgStyle::maximumDeclarations) {
-            sheet.isTooLong = true;
+        if (sheet.declarationCount > SvgStyle::maximumDeclarations)
             return;
-        }
         const Token* end = find(prelude, u",");
         sheet.rules.push_back({keyOf({prelude.begin, end}), declarations});
         prelude.begin = end == prelude.end ? end : end + 1;

@@ -30,9 +30,9 @@ struct Rule {
 struct Sheet {
     std::vector<Rule> rules;
     QStringList imports; ///< what its `@import` say
-    /// Whether it goes on after `maximumDeclarations`, a rule's own counted for each of its selectors.
-    bool isTooLong = false;
-    std::size_t declarationCount = 0; ///< counted so
+    /// A rule's own counted for each of its selectors; a sheet that has more than `maximumDeclarations` is
+    /// read no further.
+    std::size_t declarationCount = 0;
 };
 
 /// The declarations of a `style` attribute.

@@ -47,14 +47,15 @@ Result<QByteArray> read(const QString& path, const char* name) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return failure(path, ErrorCode::NotAPath, ENOENT);
     const QByteArray file = QFile::encodeName(path);
-    // Asking for the length first would not save from asking again: it may grow meanwhile.
+    // Asking for the length first would not save from asking again: it may grow meanwhile. A value that just
+    // fills the buffer may go on: macOS gives as much of a resource fork as there is room for.
     constexpr qsizetype usual = 2048;
     QByteArray value(usual, Qt::Uninitialized);
     const auto get = [&] {
         return getAttribute(file.constData(), name, value.data(), static_cast<std::size_t>(value.size()));
     };
     ssize_t length = get();
-    while (length < 0 && errno == ERANGE) {
+    while (length == value.size() || (length < 0 && errno == ERANGE)) {
         value.resize(2 * value.size());
         length = get();
     }

@@ -343,9 +343,10 @@ TEST(SvgGuard, style_sheets_that_multiply_are_refused) {
                QByteArray("x:y;").repeated(declarations) + "}</style>";
     };
     expectLetThrough(svg(sheet(100, 100)));
-    expectRefused(svg(sheet(400, 400)), "a style sheet that is too large");
+    expectRefused(svg(sheet(400, 400)), "style sheets that are too large");
+    expectRefused(svg(sheet(100, 100).repeated(20)), "style sheets that are too large");
     expectRefused(svg("<style>" + QByteArray((1 << 20) + 1, ' ') + "</style>"),
-                  "a style sheet that is too large");
+                  "style sheets that are too large");
     expectRefused(svg("<rect fill='" + QByteArray(";").repeated((1 << 20) + 1) + "'/>"),
                   "a value that is too long");
 }
