@@ -3,8 +3,8 @@
 //   FAULT_FOLDER  the folder: calls on what is in it, or on the folder itself, are counted
 //   FAULT_CALL    the number of the call, from 1
 //   FAULT_KIND    what happens there: an errno value; "kill"; "short", a write of half the bytes;
-//   "interrupt", a
-//                 write that a signal interrupts; "full", from there on nothing has room (ENOSPC)
+//                 "interrupt", a write that a signal interrupts; "full", from there on nothing has room
+//                 (ENOSPC)
 //   FAULT_LOG     a file that the names of the counted calls go to; the one that was made to fail with a "!"
 //
 // A write that fails or is killed has written half its bytes before; a close that fails has closed. Nothing
