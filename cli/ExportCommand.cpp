@@ -24,7 +24,7 @@ QImage rasterOf(const LoadedPicture& picture, const std::optional<QSize>& size) 
 } // namespace
 
 int runExport(const ExportOptions& options) {
-    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture);
+    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {options.size});
     if (!picture)
         return InputFile::fail(options.picture, picture.error());
     for (const QString& warning : picture->warnings)

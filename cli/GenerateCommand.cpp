@@ -135,7 +135,9 @@ int runGenerate(const GenerateOptions& options) {
         report.fail(QStringLiteral("%1: %2").arg(options.out, *error));
         return report.finish();
     }
-    Result<LoadedPicture> picture = ImageSource::loadFile(options.picture);
+    const Plan plan = planOf(options, *catalogue);
+    Result<LoadedPicture> picture =
+        ImageSource::loadFile(options.picture, {QSizeF(plan.largestSide, plan.largestSide)});
     if (!picture) {
         report.fail(QStringLiteral("%1: %2").arg(QFile::decodeName(options.picture.c_str()),
                                                  picture.error().sentence));
@@ -146,7 +148,6 @@ int runGenerate(const GenerateOptions& options) {
         report.fail(made.error().sentence);
         return report.finish();
     }
-    const Plan plan = planOf(options, *catalogue);
     for (const QString& warning : pictureWarnings(*picture, plan.largestSide))
         report.warn(warning);
 

@@ -25,10 +25,11 @@ class StyleInput final : public GenerationInput {
 } // namespace
 
 int runIcnsMake(const IcnsMakeOptions& options) {
-    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture);
+    constexpr double largestSide = 1024;
+    const Result<LoadedPicture> picture =
+        ImageSource::loadFile(options.picture, {QSizeF(largestSide, largestSide)});
     if (!picture)
         return InputFile::fail(options.picture, picture.error());
-    constexpr double largestSide = 1024;
     for (const QString& warning : pictureWarnings(*picture, largestSide))
         Terminal::warning(warning);
     const StyleInput input(options);

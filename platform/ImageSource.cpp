@@ -5,6 +5,7 @@
 #include "platform/JpegReader.h"
 #include "platform/PngReader.h"
 #include "platform/QtPictureReader.h"
+#include "platform/ReducedCopies.h"
 #include "platform/RegularFile.h"
 #include "platform/Resampler.h"
 #include "platform/StageTimes.h"
@@ -19,7 +20,15 @@
 
 namespace {
 
-using Reader = Result<DecodedPicture> (*)(const QByteArray&);
+/// A reader may hand over the reduced copy that renders of that size draw from, in place of the whole
+/// picture.
+using Reader = Result<DecodedPicture> (*)(const QByteArray&, const std::optional<QSizeF>& largestRender);
+
+/// A reader that always hands over the whole picture.
+template <Result<DecodedPicture> (*read)(const QByteArray&)>
+Result<DecodedPicture> whole(const QByteArray& bytes, const std::optional<QSizeF>& /*largestRender*/) {
+    return read(bytes);
+}
 
 Result<DecodedPicture> readIcns(const QByteArray& bytes) {
     const Result<IcnsReader> reader = IcnsReader::open(bytes);
@@ -35,23 +44,18 @@ Reader bitmapReader(const QByteArray& bytes) {
         Reader reader;
     };
     static const Signature signatures[] = {
-        {QByteArray("\x89PNG\r\n\x1a\n", 8), readPng},
-        {QByteArray("\xff\xd8\xff", 3), readJpeg},
-        {QByteArray("II\x2a\0", 4), readTiff},
-        {QByteArray("MM\0\x2a", 4), readTiff},
-        {QByteArray("II\x2b\0", 4), readTiff},
-        {QByteArray("MM\0\x2b", 4), readTiff},
-        {QByteArray("GIF87a", 6), readGif},
-        {QByteArray("GIF89a", 6), readGif},
-        {QByteArray("icns", 4), readIcns},
-        {QByteArray("BM", 2), readBmp},
+        {QByteArray("\x89PNG\r\n\x1a\n", 8), readPng}, {QByteArray("\xff\xd8\xff", 3), readJpeg},
+        {QByteArray("II\x2a\0", 4), whole<readTiff>},  {QByteArray("MM\0\x2a", 4), whole<readTiff>},
+        {QByteArray("II\x2b\0", 4), whole<readTiff>},  {QByteArray("MM\0\x2b", 4), whole<readTiff>},
+        {QByteArray("GIF87a", 6), whole<readGif>},     {QByteArray("GIF89a", 6), whole<readGif>},
+        {QByteArray("icns", 4), whole<readIcns>},      {QByteArray("BM", 2), whole<readBmp>},
     };
     for (const Signature& signature : signatures) {
         if (bytes.startsWith(signature.start))
             return signature.reader;
     }
     const bool isWebP = bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP";
-    return isWebP ? readWebP : nullptr;
+    return isWebP ? whole<readWebP> : nullptr;
 }
 
 /// Whether `bytes` may be an SVG document: XML with an svg element, or such a document compressed.
@@ -85,20 +89,11 @@ std::optional<Error> refusedStart(const QByteArray& start) {
     return std::nullopt;
 }
 
-/// The sides of the next reduced copy: each is halved on its own while that leaves enough of it. Odd ones
-/// round up.
-QSize reducedSize(const QSize& size) {
-    // Below this no icon gains from a further copy.
-    constexpr int smallestSide = 32;
-    const auto reduced = [](int side) { return side >= 2 * smallestSide ? (side + 1) / 2 : side; };
-    return {reduced(size.width()), reduced(size.height())};
-}
-
 } // namespace
 
 Result<DecodedPicture> ImageSource::decode(const QByteArray& bytes) {
     if (const Reader reader = bitmapReader(bytes))
-        return reader(bytes);
+        return reader(bytes, std::nullopt);
     if (!looksLikeSvg(bytes))
         return unknownFormat();
     const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
@@ -121,6 +116,14 @@ Result<DecodedPicture> ImageSource::decode(const QByteArray& bytes) {
 
 namespace {
 
+/// `raster`'s reduced copy of that size, which may be its own. Null where memory is short.
+QImage reduced(QImage raster, const QSize& size) {
+    const StageTimes::Timer timer(Stage::Reduce);
+    while (!raster.isNull() && raster.size() != size)
+        raster = stretched(raster, ReducedCopies::nextSize(raster.size()));
+    return raster;
+}
+
 /// Adds reduced copies of `raster`, each side half as long as in the one before. None is made in the size of
 /// a representation that is there already. False where memory is short.
 bool addReducedCopies(Image& image, QImage raster) {
@@ -130,7 +133,8 @@ bool addReducedCopies(Image& image, QImage raster) {
             return representation->pixelSize() == size;
         });
     };
-    for (QSize size = reducedSize(raster.size()); size != raster.size(); size = reducedSize(size)) {
+    using ReducedCopies::nextSize;
+    for (QSize size = nextSize(raster.size()); size != raster.size(); size = nextSize(size)) {
         raster = stretched(raster, size);
         if (raster.isNull())
             return false;
@@ -168,11 +172,11 @@ Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
 
 } // namespace
 
-Result<LoadedPicture> ImageSource::load(const QByteArray& bytes) {
+Result<LoadedPicture> ImageSource::load(const QByteArray& bytes, const LoadOptions& options) {
     const StageTimes::Timer timer(Stage::Decode);
     if (const std::optional<Error> refused = refusedStart(bytes))
         return *refused;
-    if (bitmapReader(bytes) == readIcns)
+    if (bitmapReader(bytes) == whole<readIcns>)
         return loadIcns(bytes);
     if (bitmapReader(bytes) == nullptr) {
         const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
@@ -182,22 +186,28 @@ Result<LoadedPicture> ImageSource::load(const QByteArray& bytes) {
         picture.image.addRepresentation(*document);
         return picture;
     }
-    Result<DecodedPicture> decoded = decode(bytes);
+    const Error noMemory{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+    Result<DecodedPicture> decoded = bitmapReader(bytes)(bytes, options.largestRender);
     if (!decoded)
         return decoded.error();
     if (decoded->raster.isNull())
-        return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
-    LoadedPicture picture{Image(decoded->raster.size()), false, std::move(decoded->warnings)};
-    picture.image.addRepresentation(std::make_shared<BitmapImageRep>(decoded->raster));
-    if (!addReducedCopies(picture.image, std::move(decoded->raster)))
-        return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+        return noMemory;
+    const QSize size = decoded->wholeSize.isEmpty() ? decoded->raster.size() : decoded->wholeSize;
+    LoadedPicture picture{Image(size), false, std::move(decoded->warnings)};
+    QImage largest =
+        reduced(std::move(decoded->raster), ReducedCopies::largestNeeded(size, options.largestRender));
+    if (largest.isNull())
+        return noMemory;
+    picture.image.addRepresentation(std::make_shared<BitmapImageRep>(largest));
+    if (!addReducedCopies(picture.image, std::move(largest)))
+        return noMemory;
     return picture;
 }
 
-Result<LoadedPicture> ImageSource::loadFile(const std::string& path) {
+Result<LoadedPicture> ImageSource::loadFile(const std::string& path, const LoadOptions& options) {
     const StageTimes::Timer timer(Stage::Decode);
     const Result<QByteArray> bytes = RegularFile::read(path, maximumFile, refusedStart);
     if (!bytes)
         return bytes.error();
-    return load(*bytes);
+    return load(*bytes, options);
 }

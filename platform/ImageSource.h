@@ -4,8 +4,10 @@
 #include "platform/PictureReader.h"
 
 #include <QByteArray>
+#include <QSizeF>
 #include <QStringList>
 
+#include <optional>
 #include <string>
 
 /// A picture as it was loaded.
@@ -13,6 +15,13 @@ struct LoadedPicture {
     Image image;
     bool isDrawing = false; ///< drawn anew at each size (SVG)
     QStringList warnings;   ///< sentences for people, of what could not be honoured
+};
+
+/// How a picture is to be loaded.
+struct LoadOptions {
+    /// The most pixels, each way, that it will be drawn in, where that is known. Neither the whole picture
+    /// nor a reduced copy is kept that only larger renders draw from; renders up to that size are the same.
+    std::optional<QSizeF> largestRender;
 };
 
 /// Turns the bytes of a picture into an Image. The format is told by the content, never by a name: PNG, JPEG,
@@ -23,11 +32,11 @@ namespace ImageSource {
 /// An image of the picture's size in pixels. A bitmap comes with reduced copies of itself, each side half as
 /// long as in the one before, so that small renders need not read all of it; an icns file with the pictures
 /// of all its elements.
-Result<LoadedPicture> load(const QByteArray& bytes);
+Result<LoadedPicture> load(const QByteArray& bytes, const LoadOptions& options = {});
 
 /// As `load`, from the regular file of that name (in the file system's own bytes). Anything else than a
 /// regular file is refused without being read.
-Result<LoadedPicture> loadFile(const std::string& path);
+Result<LoadedPicture> loadFile(const std::string& path, const LoadOptions& options = {});
 
 /// The first picture alone, without reduced copies. An SVG document is drawn at its own size.
 Result<DecodedPicture> decode(const QByteArray& bytes);

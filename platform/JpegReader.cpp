@@ -19,7 +19,8 @@ namespace {
 /// a destructor across a call into it; what must outlive an error is a member.
 class JpegDecoder {
   public:
-    explicit JpegDecoder(const QByteArray& bytes) : m_bytes(bytes) {
+    JpegDecoder(const QByteArray& bytes, const std::optional<QSizeF>& largestRender)
+        : m_bytes(bytes), m_picture(largestRender) {
         m_jpeg.err = jpeg_std_error(&m_errors);
         m_jpeg.client_data = this;
         m_errors.error_exit = onError;
@@ -119,14 +120,12 @@ class JpegDecoder {
         if (!m_picture.begin(m_jpeg.image_width, m_jpeg.image_height, layout))
             return;
         jpeg_start_decompress(&m_jpeg);
-        m_row.resize(m_picture.rowInPlace(0) != nullptr
-                         ? 0
-                         : m_jpeg.output_width * static_cast<std::size_t>(layout.bytesPerPixel()));
+        const bool isInPlace = m_picture.isInPlace();
+        m_row.resize(isInPlace ? 0 : m_jpeg.output_width * static_cast<std::size_t>(layout.bytesPerPixel()));
         while (m_jpeg.output_scanline < m_jpeg.output_height) {
-            const JDIMENSION y = m_jpeg.output_scanline;
-            JSAMPROW row = m_row.empty() ? m_picture.rowInPlace(y) : m_row.data();
+            JSAMPROW row = isInPlace ? m_picture.nextRow() : m_row.data();
             jpeg_read_scanlines(&m_jpeg, &row, 1);
-            m_picture.addRow(y, row);
+            m_picture.addRow(row);
         }
         jpeg_finish_decompress(&m_jpeg);
     }
@@ -169,6 +168,6 @@ class JpegDecoder {
 
 } // namespace
 
-Result<DecodedPicture> readJpeg(const QByteArray& bytes) {
-    return JpegDecoder(bytes).decode();
+Result<DecodedPicture> readJpeg(const QByteArray& bytes, const std::optional<QSizeF>& largestRender) {
+    return JpegDecoder(bytes, largestRender).decode();
 }

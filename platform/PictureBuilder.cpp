@@ -1,5 +1,6 @@
 #include "platform/PictureBuilder.h"
 
+#include <new>
 #include <utility>
 
 void PictureBuilder::setProfile(const ColorProfile& profile, bool isThere) {
@@ -8,35 +9,48 @@ void PictureBuilder::setProfile(const ColorProfile& profile, bool isThere) {
 }
 
 bool PictureBuilder::begin(qint64 width, qint64 height, const SampleLayout& layout) {
-    Result<QImage> raster = PictureReader::newRaster(width, height);
+    if ((m_error = PictureReader::refusedSize(width, height)))
+        return false;
+    m_size = QSize(static_cast<int>(width), static_cast<int>(height));
+    const QSize needed = m_orientation == 1 ? ReducedCopies::largestNeeded(m_size, m_largestRender) : m_size;
+    Result<QImage> raster = PictureReader::newRaster(needed.width(), needed.height());
     if (!raster) {
         m_error = raster.error();
         return false;
     }
     m_raster = std::move(*raster);
-    m_pixels = m_raster.bits();
+    m_next = m_raster.bits();
+    if (needed != m_size) {
+        try {
+            m_stream.emplace(m_size, m_raster);
+        } catch (const std::bad_alloc&) {
+            m_error = PictureReader::noMemory(width, height);
+            return false;
+        }
+    }
     m_layout = layout;
     m_converter.emplace(layout, m_profile);
     m_profileWasRefused = m_profileWasRefused || m_converter->profileWasRefused();
     return true;
 }
 
-std::uint8_t* PictureBuilder::row(qint64 y) {
-    return m_pixels + y * m_raster.bytesPerLine();
+std::uint8_t* PictureBuilder::nextRow() {
+    return m_stream ? m_stream->nextRow() : m_next;
 }
 
-std::uint8_t* PictureBuilder::rowInPlace(qint64 y) {
-    return m_layout.bytesPerPixel() == 4 ? row(y) : nullptr;
-}
-
-void PictureBuilder::addRow(qint64 y, const std::uint8_t* samples) {
-    m_converter->convert(samples, row(y), m_raster.width());
+void PictureBuilder::addRow(const std::uint8_t* samples) {
+    m_converter->convert(samples, nextRow(), m_size.width());
+    if (m_stream)
+        m_stream->addRow();
+    else
+        m_next += m_raster.bytesPerLine();
 }
 
 Result<DecodedPicture> PictureBuilder::finish() {
     if (m_error)
         return *m_error;
-    DecodedPicture picture{PictureReader::upright(std::move(m_raster), m_orientation), {}};
+    DecodedPicture picture{
+        PictureReader::upright(std::move(m_raster), m_orientation), {}, m_stream ? m_size : QSize()};
     if (m_profileWasRefused)
         picture.warnings << PictureReader::profileWarning();
     return picture;

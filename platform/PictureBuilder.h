@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/PictureReader.h"
+#include "platform/ReducedCopies.h"
 #include "platform/RowConverter.h"
 
 #include <optional>
@@ -10,6 +11,10 @@
 /// jump out of an error.
 class PictureBuilder {
   public:
+    /// A picture that stands upright becomes the reduced copy that a render of `largestRender` pixels draws
+    /// from.
+    explicit PictureBuilder(const std::optional<QSizeF>& largestRender) : m_largestRender(largestRender) {}
+
     /// The embedded profile, if there is one; `isThere` that one was embedded, even if it could not be used.
     void setProfile(const ColorProfile& profile, bool isThere);
     const ColorProfile& profile() const { return m_profile; }
@@ -21,28 +26,36 @@ class PictureBuilder {
     /// refused.
     bool begin(qint64 width, qint64 height, const SampleLayout& layout);
 
-    /// Where the decoder may put row `y` of its samples to be converted in place, if a pixel of its layout
-    /// has the four bytes of the raster's; null otherwise.
-    std::uint8_t* rowInPlace(qint64 y);
+    /// Whether a pixel of the layout has the four bytes of the raster's, so that the decoder may put its
+    /// samples where they are converted in place.
+    bool isInPlace() const { return m_layout.bytesPerPixel() == 4; }
 
-    /// Converts one row of samples into the raster. `samples` may be what `rowInPlace` gave.
-    void addRow(qint64 y, const std::uint8_t* samples);
+    /// That place for the next row, from the top.
+    std::uint8_t* nextRow();
+
+    /// Converts the samples of the next row. `samples` may be what `nextRow` gave.
+    void addRow(const std::uint8_t* samples);
 
     void fail(const Error& error) { m_error = error; }
     const std::optional<Error>& error() const { return m_error; }
+
+    /// Whether rows were reduced before it came out that the picture does not stand upright: then it must be
+    /// read once more, as a whole.
+    bool wasReducedTooEarly() const { return m_stream && m_orientation != 1; }
 
     /// The picture, turned upright, with its warnings; or the error.
     Result<DecodedPicture> finish();
 
   private:
-    std::uint8_t* row(qint64 y);
-
+    std::optional<QSizeF> m_largestRender;
     ColorProfile m_profile;
     bool m_profileWasRefused = false;
     int m_orientation = 1;
     SampleLayout m_layout;
     std::optional<RowConverter> m_converter;
+    QSize m_size;
     QImage m_raster;
-    std::uint8_t* m_pixels = nullptr;
+    std::uint8_t* m_next = nullptr; ///< the raster's next row
+    std::optional<ReducedCopies::Stream> m_stream;
     std::optional<Error> m_error;
 };

@@ -22,13 +22,17 @@ Error PictureReader::tooLarge(qint64 width, qint64 height) {
                 .arg(height)};
 }
 
+Error PictureReader::noMemory(qint64 width, qint64 height) {
+    return {ErrorCode::TooLarge,
+            QStringLiteral("not enough memory for %1 × %2 pixels").arg(width).arg(height)};
+}
+
 Result<QImage> PictureReader::newRaster(qint64 width, qint64 height) {
     if (const std::optional<Error> refused = refusedSize(width, height))
         return *refused;
     QImage raster(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGBA8888_Premultiplied);
     if (raster.isNull())
-        return Error{ErrorCode::TooLarge,
-                     QStringLiteral("not enough memory for %1 × %2 pixels").arg(width).arg(height)};
+        return noMemory(width, height);
     return raster;
 }
 

@@ -12,6 +12,7 @@
 struct DecodedPicture {
     QImage raster;
     QStringList warnings; ///< sentences for people, of what could not be honoured
+    QSize wholeSize = {}; ///< of the picture, where the raster is a reduced copy of it; else empty
 };
 
 /// What the readers of all formats share.
@@ -29,6 +30,9 @@ std::optional<Error> refusedSize(qint64 width, qint64 height);
 
 /// The error for a picture of that many pixels.
 Error tooLarge(qint64 width, qint64 height);
+
+/// The error where memory is short for that many pixels.
+Error noMemory(qint64 width, qint64 height);
 
 /// A raster for a picture of an allowed size, or the error where memory is short.
 Result<QImage> newRaster(qint64 width, qint64 height);

@@ -18,7 +18,8 @@ namespace {
 /// destructor across a call into it; what must outlive an error is a member.
 class PngDecoder {
   public:
-    explicit PngDecoder(const QByteArray& bytes) : m_bytes(bytes) {
+    PngDecoder(const QByteArray& bytes, const std::optional<QSizeF>& largestRender)
+        : m_bytes(bytes), m_picture(largestRender) {
         m_png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, onError, onWarning);
         if (m_png != nullptr)
             m_info = png_create_info_struct(m_png);
@@ -37,6 +38,9 @@ class PngDecoder {
             readPixels();
         return m_picture.finish();
     }
+
+    /// Whether the picture was reduced and then turned out not to stand upright.
+    bool wasReducedTooEarly() const { return m_picture.wasReducedTooEarly(); }
 
   private:
     static PngDecoder* self(png_structp png) { return static_cast<PngDecoder*>(png_get_error_ptr(png)); }
@@ -96,6 +100,7 @@ class PngDecoder {
 
         const SampleLayout layout{staysGrey ? SampleLayout::Colors::Grey : SampleLayout::Colors::RGB,
                                   SampleLayout::Alpha::Straight, isWide ? 16 : 8, false};
+        readOrientation();
         if (!m_picture.begin(m_width, m_height, layout))
             return;
         const std::size_t rowBytes = png_get_rowbytes(m_png, m_info);
@@ -108,11 +113,12 @@ class PngDecoder {
     }
 
     void readSequential(std::size_t rowBytes) {
-        m_rows.resize(m_picture.rowInPlace(0) != nullptr ? 0 : rowBytes);
+        const bool isInPlace = m_picture.isInPlace();
+        m_rows.resize(isInPlace ? 0 : rowBytes);
         for (png_uint_32 y = 0; y < m_height; ++y) {
-            uchar* row = m_rows.empty() ? m_picture.rowInPlace(y) : m_rows.data();
+            uchar* row = isInPlace ? m_picture.nextRow() : m_rows.data();
             png_read_row(m_png, row, nullptr);
-            m_picture.addRow(y, row);
+            m_picture.addRow(row);
         }
     }
 
@@ -124,7 +130,7 @@ class PngDecoder {
                 png_read_row(m_png, m_rows.data() + rowBytes * y, nullptr);
         }
         for (png_uint_32 y = 0; y < m_height; ++y)
-            m_picture.addRow(y, m_rows.data() + rowBytes * y);
+            m_picture.addRow(m_rows.data() + rowBytes * y);
         m_rows = {};
     }
 
@@ -175,6 +181,9 @@ class PngDecoder {
 
 } // namespace
 
-Result<DecodedPicture> readPng(const QByteArray& bytes) {
-    return PngDecoder(bytes).decode();
+Result<DecodedPicture> readPng(const QByteArray& bytes, const std::optional<QSizeF>& largestRender) {
+    PngDecoder decoder(bytes, largestRender);
+    Result<DecodedPicture> picture = decoder.decode();
+    // The orientation may stand behind the pixels.
+    return decoder.wasReducedTooEarly() ? PngDecoder(bytes, std::nullopt).decode() : picture;
 }

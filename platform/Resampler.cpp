@@ -1,6 +1,6 @@
 #include "platform/Resampler.h"
 
-#include "platform/ResamplerWeights.h"
+#include "platform/RowResampler.h"
 #include "platform/VectorTargets.h"
 
 #include <algorithm>
@@ -178,26 +178,14 @@ void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int cou
 
 #endif
 
-void resample(const QImage& source, const ResamplerWeights& columns, const ResamplerWeights& rows,
-              QImage& target) {
-    const auto width = static_cast<std::size_t>(source.width());
-    // Taps that the padding adds read beyond the row's end: they read zeros.
-    const std::size_t padded = (width + 1) / 2 * 2 + 2 * static_cast<std::size_t>(rows.pairs());
-    hwy::AlignedFreeUniquePtr<std::int16_t[]> between = hwy::AllocateAligned<std::int16_t>(4 * padded);
-    if (!between)
-        throw std::bad_alloc();
-    std::memset(between.get(), 0, 4 * padded * sizeof(std::int16_t));
-    std::vector<const std::uint8_t*> taps(static_cast<std::size_t>(2 * columns.pairs()));
-    for (int y = 0; y < target.height(); ++y) {
-        for (int i = 0; i < 2 * columns.pairs(); ++i)
-            taps[static_cast<std::size_t>(i)] =
-                source.constScanLine(std::min(columns.start(y) + i, source.height() - 1));
-        filterColumns(taps.data(), columns.weights(y), columns.pairs(), 4 * width, between.get());
-        if (width % 2 == 1)
-            std::memset(between.get() + 4 * width, 0, 4 * sizeof(std::int16_t));
-        pairUpPixels(between.get(), (width + 1) / 2);
-        filterRow(between.get(), rows, target.width(), target.scanLine(y));
-    }
+/// One target row. `between` takes the row between the passes; `weights` are those of the rows.
+void resampleRow(const RowTaps& taps, std::int16_t* between, const ResamplerWeights& weights, int count,
+                 std::uint8_t* out) {
+    filterColumns(taps.rows, taps.weights, taps.pairs, 4 * taps.width, between);
+    if (taps.width % 2 == 1)
+        std::memset(between + 4 * taps.width, 0, 4 * sizeof(std::int16_t));
+    pairUpPixels(between, (taps.width + 1) / 2);
+    filterRow(between, weights, count, out);
 }
 
 } // namespace resampler::HWY_NAMESPACE
@@ -208,15 +196,78 @@ HWY_AFTER_NAMESPACE();
 namespace resampler {
 namespace {
 
-HWY_EXPORT(resample);
-
-void dispatch(const QImage& source, const ResamplerWeights& columns, const ResamplerWeights& rows,
-              QImage& target) {
-    HWY_DYNAMIC_DISPATCH(resample)(source, columns, rows, target);
-}
+HWY_EXPORT(resampleRow);
 
 } // namespace
 } // namespace resampler
+
+RowResampler::RowResampler(const AxisMapping& x, const AxisMapping& y)
+    : m_columns(y, false),
+      m_rows(x, true),
+      m_sourceWidth(static_cast<std::size_t>(x.sourceLength)),
+      m_sourceHeight(y.sourceLength),
+      m_targetWidth(x.targetLength),
+      m_targetHeight(y.targetLength),
+      m_taps(static_cast<std::size_t>(2 * m_columns.pairs())) {
+    // Taps that the padding adds read beyond the row's end: they read zeros.
+    const std::size_t padded = (m_sourceWidth + 1) / 2 * 2 + 2 * static_cast<std::size_t>(m_rows.pairs());
+    m_between = hwy::AllocateAligned<std::int16_t>(4 * padded);
+    if (!m_between)
+        throw std::bad_alloc();
+    std::memset(m_between.get(), 0, 4 * padded * sizeof(std::int16_t));
+}
+
+int RowResampler::rowsNeeded(int y) const {
+    return std::min(m_columns.start(y) + 2 * m_columns.pairs(), m_sourceHeight);
+}
+
+template <typename RowAt>
+void RowResampler::make(int y, const RowAt& rowAt, std::uint8_t* out) {
+    for (int i = 0; i < 2 * m_columns.pairs(); ++i)
+        m_taps[static_cast<std::size_t>(i)] = rowAt(std::min(m_columns.start(y) + i, m_sourceHeight - 1));
+    const resampler::RowTaps taps{m_taps.data(), m_columns.weights(y), m_columns.pairs(), m_sourceWidth};
+    HWY_DYNAMIC_DISPATCH(resampler::resampleRow)(taps, m_between.get(), m_rows, m_targetWidth, out);
+}
+
+void RowResampler::resample(const QImage& source, QImage& target) {
+    for (int y = 0; y < m_targetHeight; ++y)
+        make(
+            y, [&](int row) { return source.constScanLine(row); }, target.scanLine(y));
+}
+
+StreamResampler::StreamResampler(const AxisMapping& x, const AxisMapping& y)
+    : m_rows(x, y), m_sourceHeight(y.sourceLength), m_targetHeight(y.targetLength) {
+    // A result is taken as soon as the rows that it needs have come; what later ones still need is kept.
+    int come = 0;
+    std::vector<int> comeBefore;
+    for (int target = 0; target < m_targetHeight; ++target) {
+        come = std::max(come, m_rows.rowsNeeded(target));
+        comeBefore.push_back(come);
+    }
+    int kept = m_sourceHeight;
+    for (int target = m_targetHeight - 1; target >= 0; --target) {
+        kept = std::min(kept, m_rows.firstRow(target));
+        m_capacity = std::max(m_capacity, comeBefore[static_cast<std::size_t>(target)] - kept);
+    }
+    // An odd number of cache lines, so that the samples of a column do not all want the same part of a cache.
+    constexpr std::size_t line = 64;
+    const std::size_t lines = (4 * static_cast<std::size_t>(x.sourceLength) + line - 1) / line;
+    m_rowBytes = (lines | 1) * line;
+    m_ring.resize(static_cast<std::size_t>(m_capacity) * m_rowBytes);
+}
+
+std::uint8_t* StreamResampler::row(int y) {
+    return m_ring.data() + static_cast<std::size_t>(y % m_capacity) * m_rowBytes;
+}
+
+bool StreamResampler::hasResult() const {
+    return m_made < m_targetHeight && m_come >= m_rows.rowsNeeded(m_made);
+}
+
+void StreamResampler::takeResult(std::uint8_t* out) {
+    m_rows.make(
+        m_made++, [this](int y) { return row(y); }, out);
+}
 
 QImage resampled(const QImage& source, const AxisMapping& x, const AxisMapping& y) {
     if (x.isIdentity() && y.isIdentity())
@@ -225,18 +276,20 @@ QImage resampled(const QImage& source, const AxisMapping& x, const AxisMapping& 
     if (target.isNull())
         return target;
     try {
-        const ResamplerWeights columns(y, false);
-        const ResamplerWeights rows(x, true);
-        resampler::dispatch(source, columns, rows, target);
+        RowResampler(x, y).resample(source, target);
     } catch (const std::bad_alloc&) {
         return {};
     }
     return target;
 }
 
+AxisMapping fillingMapping(int sourceLength, int targetLength) {
+    return {sourceLength, 0, static_cast<double>(targetLength), targetLength};
+}
+
 QImage stretched(const QImage& source, const QSize& size) {
-    const auto fill = [](int from, int to) { return AxisMapping{from, 0, static_cast<double>(to), to}; };
-    return resampled(source, fill(source.width(), size.width()), fill(source.height(), size.height()));
+    return resampled(source, fillingMapping(source.width(), size.width()),
+                     fillingMapping(source.height(), size.height()));
 }
 
 #endif

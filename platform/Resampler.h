@@ -35,5 +35,8 @@ struct AxisMapping {
 /// to the byte; no colour sample exceeds its alpha. Null where memory is short.
 QImage resampled(const QImage& source, const AxisMapping& x, const AxisMapping& y);
 
+/// A source axis that fills the whole of a target axis.
+AxisMapping fillingMapping(int sourceLength, int targetLength);
+
 /// The whole of `source` at another size.
 QImage stretched(const QImage& source, const QSize& size);

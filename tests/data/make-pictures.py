@@ -180,8 +180,8 @@ def packed(samples, depth):
     return bytes(int(bits[i:i + 8], 2) for i in range(0, len(bits), 8))
 
 
-def png(kind, depth, pixel, chunks=(), width=WIDTH, height=HEIGHT, interlaced=False):
-    """`pixel(x, y)` is a tuple of samples; `chunks` stand before the pixels."""
+def png(kind, depth, pixel, chunks=(), width=WIDTH, height=HEIGHT, interlaced=False, trailing=()):
+    """`pixel(x, y)` is a tuple of samples; `chunks` stand before the pixels, `trailing` ones behind."""
     rows = b""
     for left, top, step_x, step_y in ADAM7 if interlaced else [(0, 0, 1, 1)]:
         for y in range(top, height, step_y):
@@ -190,7 +190,7 @@ def png(kind, depth, pixel, chunks=(), width=WIDTH, height=HEIGHT, interlaced=Fa
                 rows += b"\0" + packed(samples, depth)
     header = struct.pack(">IIBBBBB", width, height, depth, kind, 0, 0, int(interlaced))
     return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + b"".join(chunk(*c) for c in chunks)
-            + chunk(b"IDAT", zlib.compress(rows, 9)) + chunk(b"IEND", b""))
+            + chunk(b"IDAT", zlib.compress(rows, 9)) + b"".join(chunk(*c) for c in trailing) + chunk(b"IEND", b""))
 
 
 def icc_chunk(profile):
@@ -504,6 +504,43 @@ def make_webps():
          append_images=[Image.new("RGB", (WIDTH, HEIGHT), (1, 2, 3))])
 
 
+# Pictures that are large enough to have reduced copies, with sides that do not halve evenly.
+
+def make_large():
+    width, height = 203, 131
+    step = lambda x, y: color(x // 7, y // 5)
+    rgba = lambda x, y: step(x, y) + (alpha(x // 9, y // 6),)
+    large = dict(width=width, height=height)
+    save("large-rgba-8.png", png(RGB_ALPHA, 8, rgba, **large))
+    save("large-rgba-16.png", png(RGB_ALPHA, 16, lambda x, y: tuple(257 * sample for sample in rgba(x, y)), **large))
+    save("large-grey-8.png", png(GREY, 8, lambda x, y: (grey(x // 7, y // 5),), **large))
+    save("large-grey-icc.png", png(GREY, 8, lambda x, y: (grey(x // 7, y // 5),), [icc_chunk(linear_grey())], **large))
+    save("large-palette-4.png",
+         png(INDEXED, 4, lambda x, y: (index(x // 7, y // 5, 16),), [palette_chunk(16)], **large))
+    save("large-interlaced-rgba-8.png", png(RGB_ALPHA, 8, rgba, interlaced=True, **large))
+    image = Image.new("RGB", (width, height))
+    for y in range(height):
+        for x in range(width):
+            image.putpixel((x, y), step(x, y))
+    turned = stored(image, 6)
+    pixel = lambda x, y: turned.getpixel((x, y))
+    orientation = [(b"eXIf", exif(6))]
+    save("large-orientation-6.png", png(RGB, 8, pixel, orientation, turned.width, turned.height))
+    save("large-orientation-6-behind.png",
+         png(RGB, 8, pixel, (), turned.width, turned.height, trailing=orientation))
+    save("large-rgb.jpg", jpeg(image, subsampling=2))
+    save("large-progressive.jpg", jpeg(image, subsampling=0, progressive=True))
+    save("large-cmyk.jpg", jpeg(image.convert("CMYK")))
+    save("large-display-p3.jpg", jpeg(image, icc_profile=display_p3()))
+    save("large-orientation-5.jpg", jpeg(stored(image, 5), exif=b"Exif\0\0" + exif(5)))
+    out = io.BytesIO()
+    image.save(out, "GIF")
+    save("large.gif", out.getvalue())
+    out = io.BytesIO()
+    image.save(out, "WEBP", lossless=True)
+    save("large.webp", out.getvalue())
+
+
 # icns.
 
 def icns_picture(side):
@@ -554,4 +591,5 @@ if __name__ == "__main__":
     make_gifs()
     make_bmps()
     make_webps()
+    make_large()
     make_icns()

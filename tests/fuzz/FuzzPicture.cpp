@@ -1,14 +1,43 @@
-// Any bytes as a picture: decoded, or refused with a sentence.
+// Any bytes as a picture: decoded, or refused with a sentence; and the reduced copies of a picture that is
+// loaded for small renders are those that it has as a whole.
 
+#include "platform/BitmapImageRep.h"
 #include "platform/ImageSource.h"
+#include "tests/fuzz/Require.h"
 
+#include <algorithm>
 #include <cstdint>
-#include <cstdlib>
+
+namespace {
+
+void requireSameCopies(const QByteArray& bytes) {
+    const Result<LoadedPicture> whole = ImageSource::load(bytes);
+    const Result<LoadedPicture> limited = ImageSource::load(bytes, {QSizeF(16, 16)});
+    require(whole && limited && limited->image.size() == whole->image.size());
+    const auto& all = whole->image.representations();
+    for (const auto& representation : limited->image.representations()) {
+        const auto* copy = dynamic_cast<const BitmapImageRep*>(representation.get());
+        if (copy == nullptr)
+            continue;
+        require(std::ranges::any_of(all, [&](const auto& other) {
+            const auto* bitmap = dynamic_cast<const BitmapImageRep*>(other.get());
+            return bitmap != nullptr && bitmap->raster() == copy->raster();
+        }));
+    }
+}
+
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     const Result<DecodedPicture> picture = ImageSource::decode(bytes);
-    if (picture ? picture->raster.isNull() : picture.error().sentence.isEmpty())
-        std::abort();
+    if (!picture) {
+        require(!picture.error().sentence.isEmpty());
+        return 0;
+    }
+    require(!picture->raster.isNull());
+    constexpr qsizetype mostBytes = 4 << 20;
+    if (picture->raster.sizeInBytes() <= mostBytes)
+        requireSameCopies(bytes);
     return 0;
 }

@@ -16,12 +16,8 @@
 
 namespace {
 
-AxisMapping fill(int source, int target) {
-    return {source, 0, static_cast<double>(target), target};
-}
-
 QImage resampled(const QImage& source, int width, int height) {
-    return resampled(source, fill(source.width(), width), fill(source.height(), height));
+    return resampled(source, fillingMapping(source.width(), width), fillingMapping(source.height(), height));
 }
 
 /// As an icon is rendered: through the loaded picture's reduced copies.
@@ -177,7 +173,7 @@ TEST(Resampler, a_ramp_that_runs_into_the_edge_is_reduced_as_without_the_correct
 
 TEST(Resampler, weights_sum_to_one_and_mirror_each_other) {
     for (const auto& [source, ignored, target, ignoredToo] : sizes) {
-        const ResamplerWeights weights(fill(source, target), false);
+        const ResamplerWeights weights(fillingMapping(source, target), false);
         for (int i = 0; i < target; ++i) {
             int sum = 0;
             for (int tap = 0; tap < 2 * weights.pairs(); ++tap)

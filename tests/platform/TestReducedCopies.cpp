@@ -1,0 +1,145 @@
+#include "platform/BitmapImageRep.h"
+#include "platform/GraphicsContext.h"
+#include "platform/ImageSource.h"
+#include "platform/ReducedCopies.h"
+#include "tests/support/Fixtures.h"
+#include "tests/support/Pictures.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+using ReducedCopies::largestNeeded;
+using ReducedCopies::nextSize;
+
+/// The copy of `picture` that has `size`, made from rows that come one by one.
+QImage streamed(const QImage& picture, const QSize& size) {
+    QImage copy(size, picture.format());
+    ReducedCopies::Stream stream(picture.size(), copy);
+    for (int y = 0; y < picture.height(); ++y) {
+        std::copy_n(picture.constScanLine(y), 4 * picture.width(), stream.nextRow());
+        stream.addRow();
+    }
+    return copy;
+}
+
+QImage drawn(const Image& image, const QSizeF& size) {
+    GraphicsContext context(size, 1);
+    context.drawImage(image, QRectF(QPointF(0, 0), size));
+    return context.image().largestRaster();
+}
+
+qint64 pixelsOf(const Image& image) {
+    qint64 sum = 0;
+    for (const auto& representation : image.representations())
+        sum += qint64{representation->pixelSize().width()} * representation->pixelSize().height();
+    return sum;
+}
+
+/// Files of pictures of 203 × 131 pixels, some of them only when they are turned upright.
+const char* const files[] = {"large-rgba-8.png",
+                             "large-rgba-16.png",
+                             "large-grey-8.png",
+                             "large-grey-icc.png",
+                             "large-palette-4.png",
+                             "large-interlaced-rgba-8.png",
+                             "large-orientation-6.png",
+                             "large-orientation-6-behind.png",
+                             "large-rgb.jpg",
+                             "large-progressive.jpg",
+                             "large-cmyk.jpg",
+                             "large-display-p3.jpg",
+                             "large-orientation-5.jpg",
+                             "large.gif",
+                             "large.webp"};
+const QSize fileSize(203, 131);
+
+} // namespace
+
+TEST(ReducedCopies, sides_are_halved_and_rounded_up_down_to_32) {
+    EXPECT_EQ(nextSize(QSize(4096, 4096)), QSize(2048, 2048));
+    EXPECT_EQ(nextSize(QSize(203, 131)), QSize(102, 66));
+    EXPECT_EQ(nextSize(QSize(64, 65)), QSize(32, 33));
+    EXPECT_EQ(nextSize(QSize(63, 1000)), QSize(63, 500));
+    EXPECT_EQ(nextSize(QSize(63, 63)), QSize(63, 63));
+    EXPECT_EQ(nextSize(QSize(1, 1)), QSize(1, 1));
+}
+
+TEST(ReducedCopies, the_largest_needed_has_twice_the_pixels_of_the_largest_render) {
+    const QSize whole(4096, 4096);
+    EXPECT_EQ(largestNeeded(whole, std::nullopt), whole);
+    EXPECT_EQ(largestNeeded(whole, QSizeF(1024, 1024)), QSize(2048, 2048));
+    EXPECT_EQ(largestNeeded(whole, QSizeF(1024.5, 1024)), whole);
+    EXPECT_EQ(largestNeeded(whole, QSizeF(1025, 10)), whole);
+    EXPECT_EQ(largestNeeded(whole, QSizeF(512, 511)), QSize(1024, 1024));
+    EXPECT_EQ(largestNeeded(whole, QSizeF(10000, 10000)), whole);
+    EXPECT_EQ(largestNeeded(whole, QSizeF(1, 1)), QSize(32, 32));
+    EXPECT_EQ(largestNeeded(QSize(8192, 300), QSizeF(64, 64)), QSize(4096, 150));
+    EXPECT_EQ(largestNeeded(QSize(40, 8192), QSizeF(20, 20)), QSize(40, 64));
+    EXPECT_EQ(largestNeeded(QSize(40, 8192), QSizeF(21, 20)), QSize(40, 8192));
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(largestNeeded(whole, QSizeF(none, none)), whole);
+}
+
+TEST(ReducedCopies, rows_that_come_one_by_one_give_the_same_copies) {
+    for (const QSize& size : {QSize(64, 64), QSize(97, 61), QSize(203, 131), QSize(61, 409), QSize(1, 300),
+                              QSize(300, 1), QSize(511, 65), QSize(1024, 130)}) {
+        const QImage picture = Pictures::translucentNoise(size.width(), size.height(), 7);
+        QImage expected = picture;
+        for (QSize copy = nextSize(size); copy != expected.size(); copy = nextSize(copy)) {
+            expected = stretched(expected, copy);
+            EXPECT_TRUE(Pictures::same(streamed(picture, copy), expected))
+                << size.width() << " x " << size.height() << " to " << copy.width() << " x " << copy.height();
+        }
+    }
+}
+
+TEST(ReducedCopies, renders_are_the_same_whatever_is_known_of_the_largest) {
+    for (const char* name : files) {
+        SCOPED_TRACE(name);
+        const QByteArray bytes = fixture(name);
+        const Result<LoadedPicture> whole = ImageSource::load(bytes);
+        ASSERT_TRUE(whole) << whole.error().sentence.toStdString();
+        ASSERT_EQ(whole->image.size(), QSizeF(fileSize));
+        for (const QSizeF& largest : {QSizeF(1, 1), QSizeF(16, 16), QSizeF(25, 16), QSizeF(50.5, 3),
+                                      QSizeF(51, 33), QSizeF(102, 66), QSizeF(203, 131), QSizeF(500, 400)}) {
+            const Result<LoadedPicture> limited = ImageSource::load(bytes, {largest});
+            ASSERT_TRUE(limited);
+            EXPECT_EQ(limited->image.size(), whole->image.size());
+            EXPECT_EQ(limited->warnings, whole->warnings);
+            for (const QSizeF& size : {largest, QSizeF(1, 1), QSizeF(largest.width(), 1), largest / 3})
+                EXPECT_TRUE(Pictures::same(drawn(limited->image, size), drawn(whole->image, size)))
+                    << size.width() << " x " << size.height() << " of at most " << largest.width() << " x "
+                    << largest.height();
+        }
+    }
+}
+
+TEST(ReducedCopies, what_only_larger_renders_draw_from_is_not_kept) {
+    for (const char* name : files) {
+        SCOPED_TRACE(name);
+        const QByteArray bytes = fixture(name);
+        const auto pixels = [&](const LoadOptions& options) {
+            const Result<LoadedPicture> picture = ImageSource::load(bytes, options);
+            return picture ? pixelsOf(picture->image) : 0;
+        };
+        constexpr qint64 half = 102 * 66;
+        constexpr qint64 quarter = 51 * 33;
+        EXPECT_EQ(pixels({}), 203 * 131 + half + quarter);
+        EXPECT_EQ(pixels({QSizeF(51, 33)}), half + quarter);
+        EXPECT_EQ(pixels({QSizeF(25, 16)}), quarter);
+        EXPECT_EQ(pixels({QSizeF(52, 33)}), 203 * 131 + half + quarter);
+    }
+}
+
+TEST(ReducedCopies, a_file_that_breaks_off_is_an_error_in_any_size) {
+    for (const char* name : {"large-rgba-8.png", "large-interlaced-rgba-8.png", "large-rgb.jpg"}) {
+        const QByteArray whole = fixture(name);
+        for (qsizetype length = 0; length < whole.size(); length += 97)
+            EXPECT_FALSE(ImageSource::load(whole.left(length), {QSizeF(16, 16)}))
+                << name << ", " << length << " bytes";
+    }
+}
