@@ -351,7 +351,11 @@ class Pass {
     }
 
     void takeLink(const QString& element, QStringView value) {
-        if (element == QLatin1String("a"))
+        // Those that move others are not drawn, nor are the others drawn for them.
+        static const QStringList movers{QStringLiteral("animate"),       QStringLiteral("animateColor"),
+                                        QStringLiteral("animateMotion"), QStringLiteral("animateTransform"),
+                                        QStringLiteral("mpath"),         QStringLiteral("set")};
+        if (element == QLatin1String("a") || movers.contains(element))
             return;
         if (!SvgEmbeddedPicture::isData(value)) {
             m_references.addLink(value.toString());

@@ -222,6 +222,12 @@ TEST(SvgGuard, a_filter_that_tiles_is_refused) {
                   "tiles");
 }
 
+TEST(SvgGuard, what_moves_an_element_may_refer_to_it_from_within) {
+    for (const QByteArray name : {"animate", "animateColor", "animateMotion", "animateTransform", "set"})
+        expectLetThrough(svg("<circle id='a' r='1'><" + name + " href='#a'/></circle>"));
+    expectLetThrough(svg("<path id='a'><animateMotion><mpath href='#a'/></animateMotion></path>"));
+}
+
 TEST(SvgGuard, letters_of_a_mile_are_refused) {
     const std::string large = "text that is too large";
     const auto text = [](const QByteArray& attributes) {
