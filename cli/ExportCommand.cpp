@@ -24,7 +24,10 @@ QImage rasterOf(const LoadedPicture& picture, const std::optional<QSize>& size) 
 } // namespace
 
 int runExport(const ExportOptions& options) {
-    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {options.size});
+    LoadOptions use;
+    if (options.size)
+        use.renders = {QSizeF(*options.size)};
+    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, use);
     if (!picture)
         return InputFile::fail(options.picture, picture.error());
     for (const QString& warning : picture->warnings)

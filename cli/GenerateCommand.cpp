@@ -4,6 +4,7 @@
 #include "cli/GenerateReport.h"
 #include "cli/PictureWarnings.h"
 #include "cli/UnscaledScreen.h"
+#include "generation/IconContainer.h"
 #include "generation/IconSetGenerator.h"
 #include "platform/AtomicFile.h"
 #include "platform/Folder.h"
@@ -70,6 +71,7 @@ std::vector<Catalogue::Platform> platformsOf(int index) {
 struct Plan {
     int files = 0;
     double largestSide = 0;
+    std::vector<QSizeF> renders;
 };
 
 Plan planOf(const GenerateOptions& options, const Catalogue& catalogue) {
@@ -79,13 +81,15 @@ Plan planOf(const GenerateOptions& options, const Catalogue& catalogue) {
             for (const QVariant& entry : catalogue.dictionary(platform)) {
                 const QSizeF size = Catalogue::dimensions(entry.toMap());
                 ++plan.files;
+                plan.renders.push_back(size);
                 if (std::isfinite(size.width()) && std::isfinite(size.height()))
                     plan.largestSide = std::max({plan.largestSide, size.width(), size.height()});
             }
             if (platform == Catalogue::Mac) {
-                constexpr double largestInContainer = 1024;
                 ++plan.files;
-                plan.largestSide = std::max(plan.largestSide, largestInContainer);
+                for (const int side : IconContainer::sides)
+                    plan.renders.emplace_back(side, side);
+                plan.largestSide = std::max<double>(plan.largestSide, IconContainer::sides.back());
             }
         }
     }
@@ -136,8 +140,7 @@ int runGenerate(const GenerateOptions& options) {
         return report.finish();
     }
     const Plan plan = planOf(options, *catalogue);
-    Result<LoadedPicture> picture =
-        ImageSource::loadFile(options.picture, {QSizeF(plan.largestSide, plan.largestSide)});
+    Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {plan.renders});
     if (!picture) {
         report.fail(QStringLiteral("%1: %2").arg(QFile::decodeName(options.picture.c_str()),
                                                  picture.error().sentence));

@@ -6,6 +6,8 @@
 #include "generation/IconContainer.h"
 #include "platform/ImageSource.h"
 
+#include <vector>
+
 namespace {
 
 /// The style, for a renderer that asks for nothing else.
@@ -25,12 +27,13 @@ class StyleInput final : public GenerationInput {
 } // namespace
 
 int runIcnsMake(const IcnsMakeOptions& options) {
-    constexpr double largestSide = 1024;
-    const Result<LoadedPicture> picture =
-        ImageSource::loadFile(options.picture, {QSizeF(largestSide, largestSide)});
+    std::vector<QSizeF> renders;
+    for (const int side : IconContainer::sides)
+        renders.emplace_back(side, side);
+    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {renders});
     if (!picture)
         return InputFile::fail(options.picture, picture.error());
-    for (const QString& warning : pictureWarnings(*picture, largestSide))
+    for (const QString& warning : pictureWarnings(*picture, IconContainer::sides.back()))
         Terminal::warning(warning);
     const StyleInput input(options);
     const UnscaledScreen screen;

@@ -3,17 +3,14 @@
 #include "platform/ImageDestination.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 #include <vector>
 
 Result<IconContainer::Written> IconContainer::write(const Image& image, const IconRenderer& renderer,
                                                     const QString& path) {
-    // In points: on a display of scale s they are s times as many pixels wide.
-    static constexpr std::array sizes{16, 32, 64, 128, 256, 512, 1024};
     std::vector<QImage> rasters;
-    for (const int size : sizes) {
-        const Image render = renderer.drawImage(image, QSizeF(size, size));
+    for (const int side : sides) {
+        const Image render = renderer.drawImage(image, QSizeF(side, side));
         rasters.push_back(IconRenderer::getCgiImageRef(&render));
     }
     // They are rendered smallest first, and stored largest first.

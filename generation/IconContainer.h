@@ -3,15 +3,20 @@
 #include "generation/IconRenderer.h"
 #include "platform/Result.h"
 
+#include <array>
+
 /// The Mac's icon container: seven renders of one picture in one icns file.
 namespace IconContainer {
+
+/// The sides of the renders in points: on a display of scale s they are s times as many pixels wide.
+inline constexpr std::array sides{16, 32, 64, 128, 256, 512, 1024};
 
 struct Written {
     QSize largestSize; ///< of the pictures that the file holds, in pixels
     qint64 bytes = 0;
 };
 
-/// Renders `image` at 16 to 1024 points and writes what the container has elements for to the file at `path`,
+/// Renders `image` in these sizes and writes what the container has elements for to the file at `path`,
 /// whole or not at all.
 Result<Written> write(const Image& image, const IconRenderer& renderer, const QString& path);
 

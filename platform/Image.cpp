@@ -1,6 +1,7 @@
 #include "platform/Image.h"
 
 #include "platform/BitmapImageRep.h"
+#include "platform/ReducedCopies.h"
 #include "platform/TiffWriter.h"
 
 #include <utility>
@@ -19,23 +20,14 @@ void Image::addRepresentation(std::shared_ptr<const ImageRep> representation) {
 }
 
 const ImageRep* Image::bestRepresentation(const QSizeF& pixels) const {
-    QSize full;
+    std::vector<QSize> sizes;
     for (const auto& representation : m_representations) {
         if (representation->pixelSize().isEmpty())
             return representation.get();
-        full = full.expandedTo(representation->pixelSize());
+        sizes.push_back(representation->pixelSize());
     }
-    const ImageRep* best = nullptr;
-    for (const auto& representation : m_representations) {
-        const QSize size = representation->pixelSize();
-        if (QSizeF(size) == pixels)
-            return representation.get();
-        const bool isEnough = (size.width() >= 2 * pixels.width() || size.width() == full.width()) &&
-                              (size.height() >= 2 * pixels.height() || size.height() == full.height());
-        if (isEnough && (best == nullptr || area(*representation) < area(*best)))
-            best = representation.get();
-    }
-    return best;
+    const std::size_t best = ReducedCopies::bestOf(sizes, pixels);
+    return best < sizes.size() ? m_representations[best].get() : nullptr;
 }
 
 QImage Image::largestRaster() const {

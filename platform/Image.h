@@ -25,9 +25,8 @@ class Image {
     const std::vector<std::shared_ptr<const ImageRep>>& representations() const { return m_representations; }
     void addRepresentation(std::shared_ptr<const ImageRep> representation);
 
-    /// The representation to draw `pixels` from: a drawing if there is one; else the bitmap of just that
-    /// size; else the smallest bitmap of at least twice as many pixels in each direction, or as many as there
-    /// are, so that one proper reduction is left to do. Null without representations.
+    /// The representation to draw `pixels` from: a drawing if there is one, else the bitmap that
+    /// ReducedCopies::bestOf tells. Null without representations.
     const ImageRep* bestRepresentation(const QSizeF& pixels) const;
 
     /// The largest bitmap, as it is. Null without one.

@@ -20,13 +20,13 @@
 
 namespace {
 
-/// A reader may hand over the reduced copy that renders of that size draw from, in place of the whole
+/// A reader may hand over the reduced copy that the renders draw from, in place of the whole
 /// picture.
-using Reader = Result<DecodedPicture> (*)(const QByteArray&, const std::optional<QSizeF>& largestRender);
+using Reader = Result<DecodedPicture> (*)(const QByteArray&, const ReducedCopies::Renders& renders);
 
 /// A reader that always hands over the whole picture.
 template <Result<DecodedPicture> (*read)(const QByteArray&)>
-Result<DecodedPicture> whole(const QByteArray& bytes, const std::optional<QSizeF>& /*largestRender*/) {
+Result<DecodedPicture> whole(const QByteArray& bytes, const ReducedCopies::Renders& /*renders*/) {
     return read(bytes);
 }
 
@@ -187,15 +187,14 @@ Result<LoadedPicture> ImageSource::load(const QByteArray& bytes, const LoadOptio
         return picture;
     }
     const Error noMemory{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
-    Result<DecodedPicture> decoded = bitmapReader(bytes)(bytes, options.largestRender);
+    Result<DecodedPicture> decoded = bitmapReader(bytes)(bytes, options.renders);
     if (!decoded)
         return decoded.error();
     if (decoded->raster.isNull())
         return noMemory;
     const QSize size = decoded->wholeSize.isEmpty() ? decoded->raster.size() : decoded->wholeSize;
     LoadedPicture picture{Image(size), false, std::move(decoded->warnings)};
-    QImage largest =
-        reduced(std::move(decoded->raster), ReducedCopies::largestNeeded(size, options.largestRender));
+    QImage largest = reduced(std::move(decoded->raster), ReducedCopies::largestNeeded(size, options.renders));
     if (largest.isNull())
         return noMemory;
     picture.image.addRepresentation(std::make_shared<BitmapImageRep>(largest));

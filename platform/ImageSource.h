@@ -2,12 +2,11 @@
 
 #include "platform/Image.h"
 #include "platform/PictureReader.h"
+#include "platform/ReducedCopies.h"
 
 #include <QByteArray>
-#include <QSizeF>
 #include <QStringList>
 
-#include <optional>
 #include <string>
 
 /// A picture as it was loaded.
@@ -19,9 +18,9 @@ struct LoadedPicture {
 
 /// How a picture is to be loaded.
 struct LoadOptions {
-    /// The most pixels, each way, that it will be drawn in, where that is known. Neither the whole picture
-    /// nor a reduced copy is kept that only larger renders draw from; renders up to that size are the same.
-    std::optional<QSizeF> largestRender;
+    /// Every size that it will be drawn in, where that is known. Neither the whole picture nor a reduced copy
+    /// is kept that is larger than what these draw from; they are the same as of the whole.
+    ReducedCopies::Renders renders;
 };
 
 /// Turns the bytes of a picture into an Image. The format is told by the content, never by a name: PNG, JPEG,

@@ -19,8 +19,8 @@ namespace {
 /// a destructor across a call into it; what must outlive an error is a member.
 class JpegDecoder {
   public:
-    JpegDecoder(const QByteArray& bytes, const std::optional<QSizeF>& largestRender)
-        : m_bytes(bytes), m_picture(largestRender) {
+    JpegDecoder(const QByteArray& bytes, const ReducedCopies::Renders& renders)
+        : m_bytes(bytes), m_picture(renders) {
         m_jpeg.err = jpeg_std_error(&m_errors);
         m_jpeg.client_data = this;
         m_errors.error_exit = onError;
@@ -168,6 +168,6 @@ class JpegDecoder {
 
 } // namespace
 
-Result<DecodedPicture> readJpeg(const QByteArray& bytes, const std::optional<QSizeF>& largestRender) {
-    return JpegDecoder(bytes, largestRender).decode();
+Result<DecodedPicture> readJpeg(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
+    return JpegDecoder(bytes, renders).decode();
 }

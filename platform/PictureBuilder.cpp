@@ -12,7 +12,7 @@ bool PictureBuilder::begin(qint64 width, qint64 height, const SampleLayout& layo
     if ((m_error = PictureReader::refusedSize(width, height)))
         return false;
     m_size = QSize(static_cast<int>(width), static_cast<int>(height));
-    const QSize needed = m_orientation == 1 ? ReducedCopies::largestNeeded(m_size, m_largestRender) : m_size;
+    const QSize needed = m_orientation == 1 ? ReducedCopies::largestNeeded(m_size, m_renders) : m_size;
     Result<QImage> raster = PictureReader::newRaster(needed.width(), needed.height());
     if (!raster) {
         m_error = raster.error();

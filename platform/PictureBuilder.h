@@ -11,9 +11,8 @@
 /// jump out of an error.
 class PictureBuilder {
   public:
-    /// A picture that stands upright becomes the reduced copy that a render of `largestRender` pixels draws
-    /// from.
-    explicit PictureBuilder(const std::optional<QSizeF>& largestRender) : m_largestRender(largestRender) {}
+    /// A picture that stands upright becomes the largest reduced copy that one of the renders draws from.
+    explicit PictureBuilder(const ReducedCopies::Renders& renders) : m_renders(renders) {}
 
     /// The embedded profile, if there is one; `isThere` that one was embedded, even if it could not be used.
     void setProfile(const ColorProfile& profile, bool isThere);
@@ -47,7 +46,7 @@ class PictureBuilder {
     Result<DecodedPicture> finish();
 
   private:
-    std::optional<QSizeF> m_largestRender;
+    ReducedCopies::Renders m_renders;
     ColorProfile m_profile;
     bool m_profileWasRefused = false;
     int m_orientation = 1;

@@ -18,8 +18,8 @@ namespace {
 /// destructor across a call into it; what must outlive an error is a member.
 class PngDecoder {
   public:
-    PngDecoder(const QByteArray& bytes, const std::optional<QSizeF>& largestRender)
-        : m_bytes(bytes), m_picture(largestRender) {
+    PngDecoder(const QByteArray& bytes, const ReducedCopies::Renders& renders)
+        : m_bytes(bytes), m_picture(renders) {
         m_png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, onError, onWarning);
         if (m_png != nullptr)
             m_info = png_create_info_struct(m_png);
@@ -181,8 +181,8 @@ class PngDecoder {
 
 } // namespace
 
-Result<DecodedPicture> readPng(const QByteArray& bytes, const std::optional<QSizeF>& largestRender) {
-    PngDecoder decoder(bytes, largestRender);
+Result<DecodedPicture> readPng(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
+    PngDecoder decoder(bytes, renders);
     Result<DecodedPicture> picture = decoder.decode();
     // The orientation may stand behind the pixels.
     return decoder.wasReducedTooEarly() ? PngDecoder(bytes, std::nullopt).decode() : picture;

@@ -2,6 +2,8 @@
 
 #include "platform/StageTimes.h"
 
+#include <algorithm>
+
 QSize ReducedCopies::nextSize(const QSize& size) {
     // Below this no icon gains from a further copy.
     constexpr int smallestSide = 32;
@@ -9,18 +11,34 @@ QSize ReducedCopies::nextSize(const QSize& size) {
     return {reduced(size.width()), reduced(size.height())};
 }
 
-QSize ReducedCopies::largestNeeded(const QSize& size, const std::optional<QSizeF>& largestRender) {
-    QSize needed = size;
-    while (largestRender) {
-        const QSize next = nextSize(needed);
-        // Written so that a size that is not a number keeps the whole.
-        const bool isEnough =
-            next.width() >= 2 * largestRender->width() && next.height() >= 2 * largestRender->height();
-        if (next == needed || !isEnough)
-            break;
-        needed = next;
+std::size_t ReducedCopies::bestOf(std::span<const QSize> sizes, const QSizeF& pixels) {
+    const auto area = [](const QSize& size) { return qint64{size.width()} * size.height(); };
+    QSize full;
+    for (const QSize& size : sizes)
+        full = full.expandedTo(size);
+    std::size_t best = sizes.size();
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        const QSize& size = sizes[i];
+        if (QSizeF(size) == pixels)
+            return i;
+        const bool isEnough = (size.width() >= 2 * pixels.width() || size.width() == full.width()) &&
+                              (size.height() >= 2 * pixels.height() || size.height() == full.height());
+        if (isEnough && (best == sizes.size() || area(size) < area(sizes[best])))
+            best = i;
     }
-    return needed;
+    return best;
+}
+
+QSize ReducedCopies::largestNeeded(const QSize& size, const Renders& renders) {
+    if (!renders)
+        return size;
+    std::vector<QSize> sizes{size};
+    for (QSize next = nextSize(size); next != sizes.back(); next = nextSize(next))
+        sizes.push_back(next);
+    std::size_t needed = sizes.size() - 1;
+    for (const QSizeF& render : *renders)
+        needed = std::min(needed, bestOf(sizes, render));
+    return sizes[needed];
 }
 
 ReducedCopies::Stream::Stream(const QSize& size, QImage& target)

@@ -5,7 +5,9 @@
 #include <QSize>
 #include <QSizeF>
 
+#include <cstddef>
 #include <optional>
+#include <span>
 #include <vector>
 
 /// The copies of a picture in smaller sizes that renders draw from, so that small ones need not read all of
@@ -16,9 +18,17 @@ namespace ReducedCopies {
 /// `size` itself where there is no further copy.
 QSize nextSize(const QSize& size);
 
-/// Of the sizes of a picture and its copies the largest that a render of at most `largestRender` pixels draws
-/// from: the smallest that has twice as many each way. `size` itself where nothing is known of the renders.
-QSize largestNeeded(const QSize& size, const std::optional<QSizeF>& largestRender);
+/// Which of some sizes of one picture a render of `pixels` draws from: that of just as many pixels; else the
+/// smallest of at least twice as many in each direction, or as many as there are, so that one proper
+/// reduction is left to do. `sizes` must not be empty.
+std::size_t bestOf(std::span<const QSize> sizes, const QSizeF& pixels);
+
+/// Every size, in pixels, that a picture will be drawn in, where that is known.
+using Renders = std::optional<std::vector<QSizeF>>;
+
+/// The largest size, of a picture of `size` and its copies, that one of the renders draws from; `size` itself
+/// where nothing is known of them.
+QSize largestNeeded(const QSize& size, const Renders& renders);
 
 /// Makes one of the copies of a picture that comes row by row from its top, by way of those in between,
 /// without ever keeping the whole of it.

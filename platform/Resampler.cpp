@@ -37,19 +37,12 @@ constexpr int rowShift = ResamplerWeights::fractionBits + betweenBits;
 
 void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights, int pairs, std::size_t count,
                    std::int16_t* out) {
+    std::fill_n(out, (count + 7) / 8 * 8, std::int16_t{0});
     for (std::size_t i = 0; i < count; ++i) {
         std::int32_t sum = 1 << (columnShift - 1);
         for (int tap = 0; tap < 2 * pairs; ++tap)
             sum += weights[tap] * rows[tap][i];
-        out[i] = static_cast<std::int16_t>(std::clamp(sum >> columnShift, -32768, 32767));
-    }
-}
-
-void pairUpPixels(std::int16_t* row, std::size_t pixelPairs) {
-    for (std::int16_t* pair = row; pair != row + 8 * pixelPairs; pair += 8) {
-        const std::int16_t paired[8] = {pair[0], pair[4], pair[1], pair[5],
-                                        pair[2], pair[6], pair[3], pair[7]};
-        std::memcpy(pair, paired, sizeof paired);
+        out[i / 8 * 8 + i % 4 * 2 + i / 4 % 2] = static_cast<std::int16_t>(sum >> columnShift);
     }
 }
 
@@ -74,10 +67,12 @@ void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int cou
 #else
 
 /// One row between the passes: `count` samples of the column filter over `pairs` pairs of rows. `rows` holds
-/// two pointers a pair.
+/// two pointers a pair. The samples of each two neighbouring pixels come out side by side, r0 r1 g0 g1 b0 b1
+/// a0 a1, so that one multiplication takes a pair of taps; the second of a pair that is cut off is zero.
 void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights, int pairs, std::size_t count,
                    std::int16_t* out) {
-    // Within blocks of 16 bytes, where interleaving and narrowing undo each other's order.
+    // Interleaving stays within blocks of 16 bytes: the lower sums of a block are those of its first pixel,
+    // the upper ones those of its second.
     const hn::ScalableTag<std::int16_t> d16;
     const hn::Rebind<std::uint8_t, decltype(d16)> d8;
     const hn::RepartitionToWide<decltype(d16)> d32;
@@ -100,10 +95,11 @@ void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights,
             upper0 =
                 hn::ReorderWidenMulAccumulate(d32, hn::InterleaveUpper(d16, a, b), factors, upper0, upper1);
         }
-        const auto shifted = [&](auto sum0, auto sum1) HWY_ATTR {
-            return hn::ShiftRight<columnShift>(hn::Add(hn::RearrangeToOddPlusEven(sum0, sum1), round));
-        };
-        return hn::ReorderDemote2To(d16, shifted(lower0, lower1), shifted(upper0, upper1));
+        const auto first = hn::Add(hn::RearrangeToOddPlusEven(lower0, lower1), round);
+        const auto second = hn::Add(hn::RearrangeToOddPlusEven(upper0, upper1), round);
+        // Both have 16 bits once they are shifted.
+        return hn::OddEven(hn::BitCast(d16, hn::ShiftLeft<16 - columnShift>(second)),
+                           hn::BitCast(d16, hn::ShiftRight<columnShift>(first)));
     };
 
     std::size_t i = 0;
@@ -121,20 +117,7 @@ void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights,
         return hn::Load(d8, samples);
     };
     hn::Store(filtered(i, loadRest), d16, results);
-    std::memcpy(out + i, results, rest * sizeof *out);
-}
-
-/// Puts the samples of each two neighbouring pixels side by side: r0 g0 b0 a0 r1 g1 b1 a1 becomes
-/// r0 r1 g0 g1 b0 b1 a0 a1, so that one multiplication takes a pair of taps.
-void pairUpPixels(std::int16_t* row, std::size_t pixelPairs) {
-    const hn::FixedTag<std::int16_t, 8> d;
-    const hn::Half<decltype(d)> half;
-    for (std::size_t i = 0; i < pixelPairs; ++i) {
-        const auto pixels = hn::Load(d, row + 8 * i);
-        const auto first = hn::LowerHalf(half, pixels);
-        const auto second = hn::UpperHalf(half, pixels);
-        hn::StoreInterleaved2(first, second, half, row + 8 * i);
-    }
+    std::memcpy(out + i, results, (rest + 7) / 8 * 8 * sizeof *out);
 }
 
 /// As many pixels as `d32` holds, from the taps of the first of them; each next one's taps lie one pair of
@@ -182,9 +165,6 @@ void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int cou
 void resampleRow(const RowTaps& taps, std::int16_t* between, const ResamplerWeights& weights, int count,
                  std::uint8_t* out) {
     filterColumns(taps.rows, taps.weights, taps.pairs, 4 * taps.width, between);
-    if (taps.width % 2 == 1)
-        std::memset(between + 4 * taps.width, 0, 4 * sizeof(std::int16_t));
-    pairUpPixels(between, (taps.width + 1) / 2);
     filterRow(between, weights, count, out);
 }
 

@@ -12,7 +12,7 @@ namespace {
 
 void requireSameCopies(const QByteArray& bytes) {
     const Result<LoadedPicture> whole = ImageSource::load(bytes);
-    const Result<LoadedPicture> limited = ImageSource::load(bytes, {QSizeF(16, 16)});
+    const Result<LoadedPicture> limited = ImageSource::load(bytes, {std::vector{QSizeF(16, 16)}});
     require(whole && limited && limited->image.size() == whole->image.size());
     const auto& all = whole->image.representations();
     for (const auto& representation : limited->image.representations()) {

@@ -1,4 +1,5 @@
 #include "iconfamily/PixelBuffers.h"
+#include "tests/support/EachVectorTarget.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,7 @@ Bytes noise(std::size_t size, unsigned seed) {
 const std::vector<std::size_t> lengths{0,  1,  2,  3,  7,  8,  9,   15,  16,  17,
                                        31, 32, 33, 63, 64, 65, 127, 128, 129, 1000};
 
-TEST(PixelBuffers, permute_is_a_plain_loop_for_every_map) {
+void expectPermutePlain() {
     for (unsigned code = 0; code < 256; ++code) {
         const PixelBuffers::Map map{
             static_cast<std::uint8_t>(code & 3U), static_cast<std::uint8_t>(code >> 2 & 3U),
@@ -45,7 +46,7 @@ TEST(PixelBuffers, permute_is_a_plain_loop_for_every_map) {
     }
 }
 
-TEST(PixelBuffers, expand_is_a_plain_loop) {
+void expectExpandPlain() {
     for (const std::size_t pixels : lengths) {
         const Bytes in = noise(3 * pixels, 1);
         Bytes out(4 * pixels + 1, 0xee);
@@ -59,3 +60,11 @@ TEST(PixelBuffers, expand_is_a_plain_loop) {
 }
 
 } // namespace
+
+TEST(PixelBuffers, permute_is_a_plain_loop_for_every_map) {
+    EXPECT_GE(forEachVectorTarget(expectPermutePlain), 1);
+}
+
+TEST(PixelBuffers, expand_is_a_plain_loop) {
+    EXPECT_GE(forEachVectorTarget(expectExpandPlain), 1);
+}

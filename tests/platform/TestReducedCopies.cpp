@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <vector>
 
 namespace {
 
@@ -30,6 +31,11 @@ QImage drawn(const Image& image, const QSizeF& size) {
     GraphicsContext context(size, 1);
     context.drawImage(image, QRectF(QPointF(0, 0), size));
     return context.image().largestRaster();
+}
+
+/// For one render of that size.
+LoadOptions drawnAs(const QSizeF& size) {
+    return {std::vector{size}};
 }
 
 qint64 pixelsOf(const Image& image) {
@@ -68,20 +74,40 @@ TEST(ReducedCopies, sides_are_halved_and_rounded_up_down_to_32) {
     EXPECT_EQ(nextSize(QSize(1, 1)), QSize(1, 1));
 }
 
-TEST(ReducedCopies, the_largest_needed_has_twice_the_pixels_of_the_largest_render) {
+TEST(ReducedCopies, a_render_draws_from_its_own_size_or_from_twice_its_pixels) {
+    const std::vector<QSize> sizes{{4096, 4096}, {2048, 2048}, {1024, 1024}, {512, 512}};
+    const auto best = [&](double width, double height) {
+        return sizes.at(ReducedCopies::bestOf(sizes, QSizeF(width, height))).width();
+    };
+    EXPECT_EQ(best(1024, 1024), 1024);
+    EXPECT_EQ(best(1000, 1000), 2048);
+    EXPECT_EQ(best(1024, 1000), 2048);
+    EXPECT_EQ(best(1024.5, 1024.5), 4096);
+    EXPECT_EQ(best(512, 511), 1024);
+    EXPECT_EQ(best(1, 1), 512);
+    EXPECT_EQ(best(10000, 1), 4096);
+    EXPECT_EQ(ReducedCopies::bestOf({}, QSizeF(1, 1)), 0U);
+}
+
+TEST(ReducedCopies, the_largest_needed_is_what_one_of_the_renders_draws_from) {
+    const auto needed = [](const QSize& size, const std::vector<QSizeF>& renders) {
+        return largestNeeded(size, renders);
+    };
     const QSize whole(4096, 4096);
     EXPECT_EQ(largestNeeded(whole, std::nullopt), whole);
-    EXPECT_EQ(largestNeeded(whole, QSizeF(1024, 1024)), QSize(2048, 2048));
-    EXPECT_EQ(largestNeeded(whole, QSizeF(1024.5, 1024)), whole);
-    EXPECT_EQ(largestNeeded(whole, QSizeF(1025, 10)), whole);
-    EXPECT_EQ(largestNeeded(whole, QSizeF(512, 511)), QSize(1024, 1024));
-    EXPECT_EQ(largestNeeded(whole, QSizeF(10000, 10000)), whole);
-    EXPECT_EQ(largestNeeded(whole, QSizeF(1, 1)), QSize(32, 32));
-    EXPECT_EQ(largestNeeded(QSize(8192, 300), QSizeF(64, 64)), QSize(4096, 150));
-    EXPECT_EQ(largestNeeded(QSize(40, 8192), QSizeF(20, 20)), QSize(40, 64));
-    EXPECT_EQ(largestNeeded(QSize(40, 8192), QSizeF(21, 20)), QSize(40, 8192));
+    EXPECT_EQ(needed(whole, {{1024, 1024}, {512, 512}, {180, 180}}), QSize(1024, 1024));
+    EXPECT_EQ(needed(whole, {{1024, 1024}, {513, 16}}), QSize(2048, 2048));
+    EXPECT_EQ(needed(whole, {{16, 16}, {1025, 10}}), whole);
+    EXPECT_EQ(needed(whole, {{1000, 1000}}), QSize(2048, 2048));
+    EXPECT_EQ(needed(whole, {{10000, 10000}}), whole);
+    EXPECT_EQ(needed(whole, {{1, 1}}), QSize(32, 32));
+    EXPECT_EQ(needed(whole, {}), QSize(32, 32));
+    EXPECT_EQ(needed(QSize(8192, 300), {{64, 64}}), QSize(4096, 150));
+    EXPECT_EQ(needed(QSize(40, 8192), {{20, 20}}), QSize(40, 64));
+    EXPECT_EQ(needed(QSize(40, 8192), {{40, 20}}), QSize(40, 64));
+    EXPECT_EQ(needed(QSize(40, 8192), {{20, 4097}}), QSize(40, 8192));
     const double none = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_EQ(largestNeeded(whole, QSizeF(none, none)), whole);
+    EXPECT_EQ(needed(whole, {{none, none}}), whole);
 }
 
 TEST(ReducedCopies, rows_that_come_one_by_one_give_the_same_copies) {
@@ -97,7 +123,7 @@ TEST(ReducedCopies, rows_that_come_one_by_one_give_the_same_copies) {
     }
 }
 
-TEST(ReducedCopies, renders_are_the_same_whatever_is_known_of_the_largest) {
+TEST(ReducedCopies, renders_are_the_same_whatever_is_known_of_them) {
     for (const char* name : files) {
         SCOPED_TRACE(name);
         const QByteArray bytes = fixture(name);
@@ -106,11 +132,12 @@ TEST(ReducedCopies, renders_are_the_same_whatever_is_known_of_the_largest) {
         ASSERT_EQ(whole->image.size(), QSizeF(fileSize));
         for (const QSizeF& largest : {QSizeF(1, 1), QSizeF(16, 16), QSizeF(25, 16), QSizeF(50.5, 3),
                                       QSizeF(51, 33), QSizeF(102, 66), QSizeF(203, 131), QSizeF(500, 400)}) {
-            const Result<LoadedPicture> limited = ImageSource::load(bytes, {largest});
+            const std::vector<QSizeF> renders{largest, QSizeF(1, 1), QSizeF(largest.width(), 1), largest / 3};
+            const Result<LoadedPicture> limited = ImageSource::load(bytes, {renders});
             ASSERT_TRUE(limited);
             EXPECT_EQ(limited->image.size(), whole->image.size());
             EXPECT_EQ(limited->warnings, whole->warnings);
-            for (const QSizeF& size : {largest, QSizeF(1, 1), QSizeF(largest.width(), 1), largest / 3})
+            for (const QSizeF& size : renders)
                 EXPECT_TRUE(Pictures::same(drawn(limited->image, size), drawn(whole->image, size)))
                     << size.width() << " x " << size.height() << " of at most " << largest.width() << " x "
                     << largest.height();
@@ -118,7 +145,7 @@ TEST(ReducedCopies, renders_are_the_same_whatever_is_known_of_the_largest) {
     }
 }
 
-TEST(ReducedCopies, what_only_larger_renders_draw_from_is_not_kept) {
+TEST(ReducedCopies, what_no_render_draws_from_is_not_kept) {
     for (const char* name : files) {
         SCOPED_TRACE(name);
         const QByteArray bytes = fixture(name);
@@ -129,9 +156,11 @@ TEST(ReducedCopies, what_only_larger_renders_draw_from_is_not_kept) {
         constexpr qint64 half = 102 * 66;
         constexpr qint64 quarter = 51 * 33;
         EXPECT_EQ(pixels({}), 203 * 131 + half + quarter);
-        EXPECT_EQ(pixels({QSizeF(51, 33)}), half + quarter);
-        EXPECT_EQ(pixels({QSizeF(25, 16)}), quarter);
-        EXPECT_EQ(pixels({QSizeF(52, 33)}), 203 * 131 + half + quarter);
+        EXPECT_EQ(pixels(drawnAs({52, 33})), 203 * 131 + half + quarter);
+        EXPECT_EQ(pixels(drawnAs({50, 33})), half + quarter);
+        EXPECT_EQ(pixels(drawnAs({102, 66})), half + quarter);
+        EXPECT_EQ(pixels(drawnAs({51, 33})), quarter);
+        EXPECT_EQ(pixels(drawnAs({25, 16})), quarter);
     }
 }
 
@@ -139,7 +168,7 @@ TEST(ReducedCopies, a_file_that_breaks_off_is_an_error_in_any_size) {
     for (const char* name : {"large-rgba-8.png", "large-interlaced-rgba-8.png", "large-rgb.jpg"}) {
         const QByteArray whole = fixture(name);
         for (qsizetype length = 0; length < whole.size(); length += 97)
-            EXPECT_FALSE(ImageSource::load(whole.left(length), {QSizeF(16, 16)}))
+            EXPECT_FALSE(ImageSource::load(whole.left(length), drawnAs({16, 16})))
                 << name << ", " << length << " bytes";
     }
 }

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <numbers>
 #include <numeric>
 #include <vector>
@@ -169,6 +170,34 @@ TEST(Resampler, a_ramp_that_runs_into_the_edge_is_reduced_as_without_the_correct
     EXPECT_NEAR(Pictures::pixel(result, 0, 16).red, 2.0, 1.5);
     EXPECT_NEAR(Pictures::pixel(result, 1, 16).red, 10.0, 1.5);
     EXPECT_NEAR(Pictures::pixel(result, 31, 16).red, 250.0, 1.5);
+}
+
+TEST(Resampler, sums_between_the_two_filters_fit_in_16_bits) {
+    // With 6 fractional bits a sample of 255 leaves room for weights of either sign that sum to twice their
+    // sum.
+    static constexpr int most = 2 * ResamplerWeights::one;
+    const auto expectFit = [](const AxisMapping& mapping) {
+        const ResamplerWeights weights(mapping, false);
+        for (int x = 0; x < mapping.targetLength; ++x) {
+            const std::int16_t* row = weights.weights(x);
+            int sum = 0;
+            for (int i = 0; i < 2 * weights.pairs(); ++i)
+                sum += std::abs(row[i]);
+            EXPECT_LT(sum, most) << mapping.sourceLength << " to " << mapping.targetLength;
+        }
+    };
+    for (const ResampleFilter filter :
+         {ResampleFilter::Lanczos3, ResampleFilter::Cubic, ResampleFilter::Linear}) {
+        for (int source = 1; source < 300; source += source < 20 ? 1 : 13) {
+            for (int target = 1; target < 200; target += target < 20 ? 1 : 11) {
+                const double length = target;
+                expectFit({source, 0, length, target, filter});
+                expectFit({source, -0.3 * length, 1.7 * length, target, filter});
+                expectFit({source, 0.37, 0.61 * length, target, filter});
+                expectFit({source, -7.77, length + 3.3, target, filter});
+            }
+        }
+    }
 }
 
 TEST(Resampler, weights_sum_to_one_and_mirror_each_other) {
