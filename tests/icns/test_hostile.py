@@ -59,16 +59,16 @@ class HostileTest(unittest.TestCase):
                     self.check_case(case, pathlib.Path(folder))
 
     def test_containers(self):
-        self.check_group("containers", 340)
+        self.check_group("containers", 345)
 
     def test_nests(self):
-        self.check_group("nests", 25)
+        self.check_group("nests", 32)
 
     def test_pictures(self):
-        self.check_group("pictures", 150)
+        self.check_group("pictures", 220)
 
     def test_colors(self):
-        self.check_group("colors", 55)
+        self.check_group("colors", 58)
 
 
 if __name__ == "__main__":
