@@ -19,7 +19,7 @@ struct LoadedPicture {
 /// How a picture is to be loaded.
 struct LoadOptions {
     /// Every size that it will be drawn in, where that is known. Neither the whole picture nor a reduced copy
-    /// is kept that is larger than what these draw from; they are the same as of the whole.
+    /// is kept that is larger than what these draw from; what is drawn is the same.
     ReducedCopies::Renders renders;
 };
 

@@ -20,7 +20,7 @@ QSize nextSize(const QSize& size);
 
 /// Which of some sizes of one picture a render of `pixels` draws from: that of just as many pixels; else the
 /// smallest of at least twice as many in each direction, or as many as there are, so that one proper
-/// reduction is left to do. `sizes` must not be empty.
+/// reduction is left to do. 0 where there are none.
 std::size_t bestOf(std::span<const QSize> sizes, const QSizeF& pixels);
 
 /// Every size, in pixels, that a picture will be drawn in, where that is known.

@@ -216,7 +216,7 @@ void RowResampler::resample(const QImage& source, QImage& target) {
 }
 
 StreamResampler::StreamResampler(const AxisMapping& x, const AxisMapping& y)
-    : m_rows(x, y), m_sourceHeight(y.sourceLength), m_targetHeight(y.targetLength) {
+    : m_rows(x, y), m_targetHeight(y.targetLength) {
     // A result is taken as soon as the rows that it needs have come; what later ones still need is kept.
     int come = 0;
     std::vector<int> comeBefore;
@@ -224,7 +224,7 @@ StreamResampler::StreamResampler(const AxisMapping& x, const AxisMapping& y)
         come = std::max(come, m_rows.rowsNeeded(target));
         comeBefore.push_back(come);
     }
-    int kept = m_sourceHeight;
+    int kept = y.sourceLength;
     for (int target = m_targetHeight - 1; target >= 0; --target) {
         kept = std::min(kept, m_rows.firstRow(target));
         m_capacity = std::max(m_capacity, comeBefore[static_cast<std::size_t>(target)] - kept);

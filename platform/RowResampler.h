@@ -66,7 +66,6 @@ class StreamResampler {
     std::uint8_t* row(int y);
 
     RowResampler m_rows;
-    int m_sourceHeight;
     int m_targetHeight;
     int m_come = 0;
     int m_made = 0;
