@@ -24,10 +24,10 @@ QImage rasterOf(const LoadedPicture& picture, const std::optional<QSize>& size) 
 } // namespace
 
 int runExport(const ExportOptions& options) {
-    LoadOptions use;
+    LoadOptions loading;
     if (options.size)
-        use.renders = {QSizeF(*options.size)};
-    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, use);
+        loading.renders = {QSizeF(*options.size)};
+    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, loading);
     if (!picture)
         return InputFile::fail(options.picture, picture.error());
     for (const QString& warning : picture->warnings)

@@ -67,7 +67,7 @@ std::vector<Catalogue::Platform> platformsOf(int index) {
     }
 }
 
-/// What is to be made, to warn and to count by.
+/// What is to be made: to warn, to count and to load the picture by.
 struct Plan {
     int files = 0;
     double largestSide = 0;
@@ -87,8 +87,8 @@ Plan planOf(const GenerateOptions& options, const Catalogue& catalogue) {
             }
             if (platform == Catalogue::Mac) {
                 ++plan.files;
-                for (const int side : IconContainer::sides)
-                    plan.renders.emplace_back(side, side);
+                const std::vector<QSizeF> contained = IconContainer::renders();
+                plan.renders.insert(plan.renders.end(), contained.begin(), contained.end());
                 plan.largestSide = std::max<double>(plan.largestSide, IconContainer::sides.back());
             }
         }

@@ -6,8 +6,6 @@
 #include "generation/IconContainer.h"
 #include "platform/ImageSource.h"
 
-#include <vector>
-
 namespace {
 
 /// The style, for a renderer that asks for nothing else.
@@ -27,10 +25,7 @@ class StyleInput final : public GenerationInput {
 } // namespace
 
 int runIcnsMake(const IcnsMakeOptions& options) {
-    std::vector<QSizeF> renders;
-    for (const int side : IconContainer::sides)
-        renders.emplace_back(side, side);
-    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {renders});
+    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {IconContainer::renders()});
     if (!picture)
         return InputFile::fail(options.picture, picture.error());
     for (const QString& warning : pictureWarnings(*picture, IconContainer::sides.back()))

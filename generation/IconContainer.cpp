@@ -6,11 +6,18 @@
 #include <utility>
 #include <vector>
 
+std::vector<QSizeF> IconContainer::renders() {
+    std::vector<QSizeF> sizes;
+    for (const int side : sides)
+        sizes.emplace_back(side, side);
+    return sizes;
+}
+
 Result<IconContainer::Written> IconContainer::write(const Image& image, const IconRenderer& renderer,
                                                     const QString& path) {
     std::vector<QImage> rasters;
-    for (const int side : sides) {
-        const Image render = renderer.drawImage(image, QSizeF(side, side));
+    for (const QSizeF& size : renders()) {
+        const Image render = renderer.drawImage(image, size);
         rasters.push_back(IconRenderer::getCgiImageRef(&render));
     }
     // They are rendered smallest first, and stored largest first.

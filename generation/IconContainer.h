@@ -4,12 +4,16 @@
 #include "platform/Result.h"
 
 #include <array>
+#include <vector>
 
 /// The Mac's icon container: seven renders of one picture in one icns file.
 namespace IconContainer {
 
 /// The sides of the renders in points: on a display of scale s they are s times as many pixels wide.
 inline constexpr std::array sides{16, 32, 64, 128, 256, 512, 1024};
+
+/// The same as sizes in pixels, at scale 1.
+std::vector<QSizeF> renders();
 
 struct Written {
     QSize largestSize; ///< of the pictures that the file holds, in pixels

@@ -73,6 +73,10 @@ bool looksLikeSvg(const QByteArray& bytes) {
     return view.trimmed().startsWith(u'<') && (isUtf16 || view.contains(QLatin1String("svg")));
 }
 
+Error noMemory() {
+    return {ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+}
+
 Error unknownFormat() {
     return {ErrorCode::UnknownFormat,
             QStringLiteral("not a picture (of PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG)")};
@@ -166,7 +170,7 @@ Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
                                    .arg(element.type.text(), picture.error().sentence);
     }
     if (!addReducedCopies(result.image, std::move(largest->raster)))
-        return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+        return noMemory();
     return result;
 }
 
@@ -186,20 +190,19 @@ Result<LoadedPicture> ImageSource::load(const QByteArray& bytes, const LoadOptio
         picture.image.addRepresentation(*document);
         return picture;
     }
-    const Error noMemory{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
     Result<DecodedPicture> decoded = bitmapReader(bytes)(bytes, options.renders);
     if (!decoded)
         return decoded.error();
     if (decoded->raster.isNull())
-        return noMemory;
+        return noMemory();
     const QSize size = decoded->wholeSize.isEmpty() ? decoded->raster.size() : decoded->wholeSize;
     LoadedPicture picture{Image(size), false, std::move(decoded->warnings)};
     QImage largest = reduced(std::move(decoded->raster), ReducedCopies::largestNeeded(size, options.renders));
     if (largest.isNull())
-        return noMemory;
+        return noMemory();
     picture.image.addRepresentation(std::make_shared<BitmapImageRep>(largest));
     if (!addReducedCopies(picture.image, std::move(largest)))
-        return noMemory;
+        return noMemory();
     return picture;
 }
 

@@ -19,7 +19,8 @@ struct LoadedPicture {
 /// How a picture is to be loaded.
 struct LoadOptions {
     /// Every size that it will be drawn in, where that is known. Neither the whole picture nor a reduced copy
-    /// is kept that is larger than what these draw from; what is drawn is the same.
+    /// is kept that is larger than what these draw from; what is drawn is the same. An icns file keeps its
+    /// own pictures.
     ReducedCopies::Renders renders;
 };
 

@@ -12,22 +12,20 @@ bool PictureBuilder::begin(qint64 width, qint64 height, const SampleLayout& layo
     if ((m_error = PictureReader::refusedSize(width, height)))
         return false;
     m_size = QSize(static_cast<int>(width), static_cast<int>(height));
-    const QSize needed = m_orientation == 1 ? ReducedCopies::largestNeeded(m_size, m_renders) : m_size;
-    Result<QImage> raster = PictureReader::newRaster(needed.width(), needed.height());
-    if (!raster) {
-        m_error = raster.error();
+    try {
+        const bool isUpright = PictureReader::isUpright(m_orientation);
+        const QSize needed = isUpright ? ReducedCopies::largestNeeded(m_size, m_renders) : m_size;
+        m_raster = QImage(needed, QImage::Format_RGBA8888_Premultiplied);
+        if (!m_raster.isNull() && needed != m_size)
+            m_stream.emplace(m_size, m_raster);
+    } catch (const std::bad_alloc&) {
+        m_raster = QImage();
+    }
+    if (m_raster.isNull()) {
+        m_error = PictureReader::noMemory(width, height);
         return false;
     }
-    m_raster = std::move(*raster);
     m_next = m_raster.bits();
-    if (needed != m_size) {
-        try {
-            m_stream.emplace(m_size, m_raster);
-        } catch (const std::bad_alloc&) {
-            m_error = PictureReader::noMemory(width, height);
-            return false;
-        }
-    }
     m_layout = layout;
     m_converter.emplace(layout, m_profile);
     m_profileWasRefused = m_profileWasRefused || m_converter->profileWasRefused();

@@ -2,6 +2,7 @@
 
 #include "platform/PictureReader.h"
 #include "platform/ReducedCopies.h"
+#include "platform/ReducingStream.h"
 #include "platform/RowConverter.h"
 
 #include <optional>
@@ -40,7 +41,7 @@ class PictureBuilder {
 
     /// Whether rows were reduced before it came out that the picture does not stand upright: then it must be
     /// read once more, as a whole.
-    bool wasReducedTooEarly() const { return m_stream && m_orientation != 1; }
+    bool wasReducedTooEarly() const { return m_stream && !PictureReader::isUpright(m_orientation); }
 
     /// The picture, turned upright, with its warnings; or the error.
     Result<DecodedPicture> finish();
@@ -55,6 +56,6 @@ class PictureBuilder {
     QSize m_size;
     QImage m_raster;
     std::uint8_t* m_next = nullptr; ///< the raster's next row
-    std::optional<ReducedCopies::Stream> m_stream;
+    std::optional<ReducingStream> m_stream;
     std::optional<Error> m_error;
 };

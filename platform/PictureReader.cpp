@@ -36,8 +36,12 @@ Result<QImage> PictureReader::newRaster(qint64 width, qint64 height) {
     return raster;
 }
 
+bool PictureReader::isUpright(int orientation) {
+    return orientation <= 1 || orientation > 8;
+}
+
 QImage PictureReader::upright(QImage raster, int orientation) {
-    if (orientation <= 1 || orientation > 8)
+    if (isUpright(orientation))
         return raster;
     const int width = raster.width();
     const int height = raster.height();

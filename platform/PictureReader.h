@@ -37,6 +37,9 @@ Error noMemory(qint64 width, qint64 height);
 /// A raster for a picture of an allowed size, or the error where memory is short.
 Result<QImage> newRaster(qint64 width, qint64 height);
 
+/// Whether an EXIF orientation leaves the picture as it is.
+bool isUpright(int orientation);
+
 /// `raster` turned upright. `orientation` is the value of the EXIF tag 0x0112: 1 is upright already, as is
 /// any value outside 1 to 8.
 QImage upright(QImage raster, int orientation);

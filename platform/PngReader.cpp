@@ -131,7 +131,7 @@ class PngDecoder {
         }
         for (png_uint_32 y = 0; y < m_height; ++y)
             m_picture.addRow(m_rows.data() + rowBytes * y);
-        m_rows = {};
+        std::vector<uchar>().swap(m_rows);
     }
 
     /// In the order of precedence that the format gives: iCCP, sRGB, then gAMA and cHRM.
@@ -182,8 +182,12 @@ class PngDecoder {
 } // namespace
 
 Result<DecodedPicture> readPng(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
-    PngDecoder decoder(bytes, renders);
-    Result<DecodedPicture> picture = decoder.decode();
-    // The orientation may stand behind the pixels.
-    return decoder.wasReducedTooEarly() ? PngDecoder(bytes, std::nullopt).decode() : picture;
+    {
+        PngDecoder decoder(bytes, renders);
+        Result<DecodedPicture> picture = decoder.decode();
+        // The orientation may stand behind the pixels.
+        if (!decoder.wasReducedTooEarly())
+            return picture;
+    }
+    return PngDecoder(bytes, std::nullopt).decode();
 }

@@ -1,7 +1,5 @@
 #include "platform/ReducedCopies.h"
 
-#include "platform/StageTimes.h"
-
 #include <algorithm>
 
 QSize ReducedCopies::nextSize(const QSize& size) {
@@ -39,27 +37,4 @@ QSize ReducedCopies::largestNeeded(const QSize& size, const Renders& renders) {
     for (const QSizeF& render : *renders)
         needed = std::min(needed, bestOf(sizes, render));
     return sizes[needed];
-}
-
-ReducedCopies::Stream::Stream(const QSize& size, QImage& target)
-    : m_out(target.bits()), m_rowBytes(target.bytesPerLine()) {
-    for (QSize from = size; from != target.size();) {
-        const QSize to = nextSize(from);
-        m_steps.emplace_back(fillingMapping(from.width(), to.width()),
-                             fillingMapping(from.height(), to.height()));
-        from = to;
-    }
-}
-
-void ReducedCopies::Stream::addRow(std::size_t step) {
-    const StageTimes::Timer timer(Stage::Reduce);
-    m_steps[step].addRow();
-    while (m_steps[step].hasResult()) {
-        const bool isLast = step + 1 == m_steps.size();
-        m_steps[step].takeResult(isLast ? m_out : m_steps[step + 1].nextRow());
-        if (isLast)
-            m_out += m_rowBytes;
-        else
-            addRow(step + 1);
-    }
 }

@@ -178,6 +178,12 @@ namespace {
 
 HWY_EXPORT(resampleRow);
 
+/// From within the namespace: with a single instruction set the name is a plain one of that set.
+void dispatch(const RowTaps& taps, std::int16_t* between, const ResamplerWeights& weights, int count,
+              std::uint8_t* out) {
+    HWY_DYNAMIC_DISPATCH(resampleRow)(taps, between, weights, count, out);
+}
+
 } // namespace
 } // namespace resampler
 
@@ -206,7 +212,7 @@ void RowResampler::make(int y, const RowAt& rowAt, std::uint8_t* out) {
     for (int i = 0; i < 2 * m_columns.pairs(); ++i)
         m_taps[static_cast<std::size_t>(i)] = rowAt(std::min(m_columns.start(y) + i, m_sourceHeight - 1));
     const resampler::RowTaps taps{m_taps.data(), m_columns.weights(y), m_columns.pairs(), m_sourceWidth};
-    HWY_DYNAMIC_DISPATCH(resampler::resampleRow)(taps, m_between.get(), m_rows, m_targetWidth, out);
+    resampler::dispatch(taps, m_between.get(), m_rows, m_targetWidth, out);
 }
 
 void RowResampler::resample(const QImage& source, QImage& target) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "platform/ResamplerWeights.h"
+#include "platform/VectorTargets.h"
 
+// after VectorTargets.h
 #include <hwy/aligned_allocator.h>
 
 #include <cstddef>

@@ -11,10 +11,17 @@
 namespace {
 
 void requireSameCopies(const QByteArray& bytes) {
+    constexpr int largestSide = 64;
+    const int side = 1 + static_cast<std::uint8_t>(bytes.back()) % largestSide;
+    const ReducedCopies::Renders renders{{QSizeF(side, side)}};
     const Result<LoadedPicture> whole = ImageSource::load(bytes);
-    const Result<LoadedPicture> limited = ImageSource::load(bytes, {std::vector{QSizeF(16, 16)}});
+    const Result<LoadedPicture> limited = ImageSource::load(bytes, {renders});
     require(whole && limited && limited->image.size() == whole->image.size());
     const auto& all = whole->image.representations();
+    if (!whole->isDrawing && !bytes.startsWith("icns")) {
+        const QSize expected = ReducedCopies::largestNeeded(all.front()->pixelSize(), renders);
+        require(limited->image.representations().front()->pixelSize() == expected);
+    }
     for (const auto& representation : limited->image.representations()) {
         const auto* copy = dynamic_cast<const BitmapImageRep*>(representation.get());
         if (copy == nullptr)

@@ -1,7 +1,10 @@
 #include "platform/BitmapImageRep.h"
 #include "platform/GraphicsContext.h"
 #include "platform/ImageSource.h"
+#include "platform/JpegReader.h"
+#include "platform/PngReader.h"
 #include "platform/ReducedCopies.h"
+#include "platform/ReducingStream.h"
 #include "tests/support/Fixtures.h"
 #include "tests/support/Pictures.h"
 
@@ -19,7 +22,7 @@ using ReducedCopies::nextSize;
 /// The copy of `picture` that has `size`, made from rows that come one by one.
 QImage streamed(const QImage& picture, const QSize& size) {
     QImage copy(size, picture.format());
-    ReducedCopies::Stream stream(picture.size(), copy);
+    ReducingStream stream(picture.size(), copy);
     for (int y = 0; y < picture.height(); ++y) {
         std::copy_n(picture.constScanLine(y), 4 * picture.width(), stream.nextRow());
         stream.addRow();
@@ -162,6 +165,33 @@ TEST(ReducedCopies, what_no_render_draws_from_is_not_kept) {
         EXPECT_EQ(pixels(drawnAs({51, 33})), quarter);
         EXPECT_EQ(pixels(drawnAs({25, 16})), quarter);
     }
+}
+
+TEST(ReducedCopies, png_and_jpeg_are_reduced_while_they_are_read) {
+    const ReducedCopies::Renders renders{{QSizeF(50, 33)}};
+    for (const char* name : files) {
+        SCOPED_TRACE(name);
+        const QByteArray bytes = fixture(name);
+        const QByteArray file(name);
+        if (!file.endsWith(".png") && !file.endsWith(".jpg"))
+            continue;
+        const Result<DecodedPicture> picture =
+            file.endsWith(".png") ? readPng(bytes, renders) : readJpeg(bytes, renders);
+        ASSERT_TRUE(picture);
+        // One that must be turned is turned as a whole.
+        const bool isUpright = !file.contains("orientation");
+        EXPECT_EQ(picture->raster.size(), isUpright ? QSize(102, 66) : fileSize);
+        EXPECT_EQ(picture->wholeSize, isUpright ? fileSize : QSize());
+    }
+}
+
+TEST(ReducedCopies, an_icns_file_keeps_its_own_pictures) {
+    const QByteArray bytes = fixture("packed.icns");
+    const Result<LoadedPicture> whole = ImageSource::load(bytes);
+    const Result<LoadedPicture> limited = ImageSource::load(bytes, drawnAs({16, 16}));
+    ASSERT_TRUE(whole && limited);
+    EXPECT_EQ(pixelsOf(limited->image), pixelsOf(whole->image));
+    EXPECT_TRUE(Pictures::same(drawn(limited->image, {16, 16}), drawn(whole->image, {16, 16})));
 }
 
 TEST(ReducedCopies, a_file_that_breaks_off_is_an_error_in_any_size) {

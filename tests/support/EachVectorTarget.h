@@ -1,12 +1,13 @@
 #pragma once
 
 #include "platform/VectorTargets.h"
-// after VectorTargets.h
+
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
 
 #include <cstdint>
 #include <functional>
+// after VectorTargets.h
+#include <hwy/targets.h>
 
 /// Calls `test` once for each instruction set that this program was compiled for and that the processor has,
 /// with the vector code of just that one in use. Returns how many these were.
