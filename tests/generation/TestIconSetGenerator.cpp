@@ -442,7 +442,8 @@ TEST(IconSetGenerator, the_size_told_of_the_container_is_that_of_its_largest_pic
 
 TEST(IconSetGenerator, the_thread_count_sees_a_conversion_that_starts_threads) {
     const qsizetype before = threadCount();
-    const QImage large(2048, 2048, QImage::Format_ARGB32);
+    QImage large(2048, 2048, QImage::Format_ARGB32);
+    large.fill(Qt::red);
     const QImage converted = large.convertToFormat(QImage::Format_RGBA8888_Premultiplied);
     ASSERT_FALSE(converted.isNull());
     EXPECT_GT(threadCount(), before);
