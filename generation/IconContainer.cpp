@@ -8,6 +8,7 @@
 
 std::vector<QSizeF> IconContainer::renders() {
     std::vector<QSizeF> sizes;
+    sizes.reserve(sides.size());
     for (const int side : sides)
         sizes.emplace_back(side, side);
     return sizes;

@@ -6,6 +6,7 @@
 #include "platform/RowConverter.h"
 
 #include <optional>
+#include <utility>
 
 /// What decoders that work row by row have in common: they learn of a profile, an orientation and a size,
 /// then hand over rows of samples, and a finished picture comes out. Keeps all that must outlive a decoder's
@@ -13,7 +14,7 @@
 class PictureBuilder {
   public:
     /// A picture that stands upright becomes the largest reduced copy that one of the renders draws from.
-    explicit PictureBuilder(const ReducedCopies::Renders& renders) : m_renders(renders) {}
+    explicit PictureBuilder(ReducedCopies::Renders renders) : m_renders(std::move(renders)) {}
 
     /// The embedded profile, if there is one; `isThere` that one was embedded, even if it could not be used.
     void setProfile(const ColorProfile& profile, bool isThere);
