@@ -20,9 +20,14 @@ SECONDS = 10 if IS_INSTRUMENTED else 2
 
 class HostileTest(unittest.TestCase):
     def run_cli(self, *words):
-        start = time.monotonic()
-        result = subprocess.run([PROGRAM, "icns", *words], capture_output=True, timeout=60, check=False)
-        self.assertLess(time.monotonic() - start, SECONDS)
+        # A machine that has much else to do may take long for little.
+        for _ in range(3):
+            start = time.monotonic()
+            result = subprocess.run([PROGRAM, "icns", *words], capture_output=True, timeout=60, check=False)
+            seconds = time.monotonic() - start
+            if seconds < SECONDS:
+                break
+        self.assertLess(seconds, SECONDS)
         return result.returncode, result.stdout.decode(), result.stderr.decode()
 
     def check_errors(self, status, errors, sentence):
