@@ -12,7 +12,7 @@ namespace IconContainer {
 /// The sides of the renders in points: on a display of scale s they are s times as many pixels wide.
 inline constexpr std::array sides{16, 32, 64, 128, 256, 512, 1024};
 
-/// The same as sizes in pixels, at scale 1.
+/// The same as sizes, which are pixels at scale 1.
 std::vector<QSizeF> renders();
 
 struct Written {

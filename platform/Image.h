@@ -26,7 +26,7 @@ class Image {
     void addRepresentation(std::shared_ptr<const ImageRep> representation);
 
     /// The representation to draw `pixels` from: a drawing if there is one, else the bitmap that
-    /// ReducedCopies::bestOf tells. Null without representations.
+    /// ReducedCopies::bestOf tells. Null where none is enough.
     const ImageRep* bestRepresentation(const QSizeF& pixels) const;
 
     /// The largest bitmap, as it is. Null without one.

@@ -62,7 +62,7 @@ class HostileTest(unittest.TestCase):
         self.assertLessEqual(run.seconds, SECONDS)
         self.assertLessEqual(run.processor_seconds, 2 * SECONDS)
         if MEMORY:
-            # The picture, and its reduced copies: a quarter, a sixteenth, and so on.
+            # At most the picture and its reduced copies: a quarter, a sixteenth, and so on.
             self.assertLessEqual(run.bytes, MEMORY + 4 * pixels * 4 // 3)
         return run
 
