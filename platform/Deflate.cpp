@@ -1,7 +1,6 @@
 #include "platform/Deflate.h"
 
 #include "platform/ShortMemory.h"
-#include "platform/deflate/ByteCoder.h"
 
 #include <QtEndian>
 
@@ -9,6 +8,7 @@
 #include <libdeflate.h>
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <memory>
 #include <new>
@@ -36,16 +36,19 @@ bool appendThorough(QByteArray& stream, std::span<const std::uint8_t> bytes) {
     return length > 0;
 }
 
-bool appendBytes(QByteArray& stream, std::span<const std::uint8_t> bytes) {
-    // Deflate with a window of 32 KiB, no dictionary, the fastest of four levels.
-    stream.append("\x78\x01", 2);
-    const qsizetype start = stream.size();
-    stream.resize(start + static_cast<qsizetype>(ByteCoder::bound(bytes.size())));
-    const std::size_t length =
-        ByteCoder::write(bytes, reinterpret_cast<std::uint8_t*>(stream.data()) + start);
-    stream.resize(start + static_cast<qsizetype>(length));
-    const quint32_be checksum(libdeflate_adler32(1, bytes.data(), bytes.size()));
-    stream.append(reinterpret_cast<const char*>(&checksum), sizeof checksum);
+/// Deflate with a window of 32 KiB, no dictionary, the fastest of four levels.
+constexpr std::array<char, 2> runsHeader{'\x78', '\x01'};
+
+bool appendRuns(QByteArray& stream, std::span<const std::uint8_t> bytes) {
+    constexpr std::size_t largestPart = std::size_t{64} << 10;
+    Deflate::RunStream runs(stream, bytes.size(), largestPart);
+    while (!bytes.empty()) {
+        const std::span<const std::uint8_t> part = bytes.first(std::min(bytes.size(), largestPart));
+        std::ranges::copy(part, runs.nextPart());
+        runs.addPart(part.size());
+        bytes = bytes.subspan(part.size());
+    }
+    runs.finish();
     return true;
 }
 
@@ -97,8 +100,8 @@ bool Deflate::append(QByteArray& stream, std::span<const std::uint8_t> bytes, Me
     const qsizetype length = stream.size();
     const auto append = [&] {
         switch (method) {
-        case Method::Bytes:
-            return appendBytes(stream, bytes);
+        case Method::Runs:
+            return appendRuns(stream, bytes);
         case Method::Quick:
             return appendQuick(stream, bytes);
         case Method::Thorough:
@@ -112,7 +115,34 @@ bool Deflate::append(QByteArray& stream, std::span<const std::uint8_t> bytes, Me
     return isDone;
 }
 
+Deflate::RunStream::RunStream(QByteArray& stream, std::size_t length, std::size_t largestPart)
+    : m_stream(stream.append(runsHeader.data(), runsHeader.size())),
+      m_end(stream.size()),
+      m_coder(length, largestPart) {}
+
+/// Where the next bytes are written, which come from `size` further ones.
+std::uint8_t* Deflate::RunStream::room(std::size_t size) {
+    // Not as much as the whole stream could need, which mostly is many times what it does.
+    const std::size_t most = RunCoder::bound(RunBlock::mostBytes + size);
+    m_stream.resize(m_end + static_cast<qsizetype>(most));
+    return reinterpret_cast<std::uint8_t*>(m_stream.data()) + m_end;
+}
+
+void Deflate::RunStream::addPart(std::size_t size) {
+    m_checksum = libdeflate_adler32(m_checksum, m_coder.nextPart(), size);
+    m_end += static_cast<qsizetype>(m_coder.addPart(size, room(size)));
+}
+
+void Deflate::RunStream::finish() {
+    m_end += static_cast<qsizetype>(m_coder.finish(room(0)));
+    m_stream.resize(m_end);
+    const quint32_be checksum(m_checksum);
+    m_stream.append(reinterpret_cast<const char*>(&checksum), sizeof checksum);
+}
+
 std::size_t Deflate::length(std::span<const std::uint8_t> bytes, Method method) {
+    if (method == Method::Runs)
+        return runsHeader.size() + RunCoder::length(bytes) + sizeof(std::uint32_t);
     QByteArray stream;
     return append(stream, bytes, method) ? static_cast<std::size_t>(stream.size()) : 0;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/deflate/RunCoder.h"
+
 #include <QByteArray>
 
 #include <cstddef>
@@ -10,8 +12,8 @@
 namespace Deflate {
 
 enum class Method {
-    Bytes,    ///< ByteCoder: looks for no repetitions; the fastest by far
-    Quick,    ///< ISA-L: looks for the plainest repetitions; for data with few of them
+    Runs,     ///< RunCoder: of repetitions only runs of bytes and pixels; for gradients and photographs
+    Quick,    ///< ISA-L: looks for the plainest repetitions; for dense data with some of them
     Thorough, ///< libdeflate: the smallest for all other data, several times as slow
 };
 
@@ -19,7 +21,31 @@ enum class Method {
 /// it had.
 [[nodiscard]] bool append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method);
 
-/// The length of such a stream; 0 where memory is short.
+/// The length of such a stream, without writing it where that is faster; 0 where memory is short.
 std::size_t length(std::span<const std::uint8_t> bytes, Method method);
+
+/// What `append` appends by Method::Runs, from bytes that come in parts. The memory of one block is enough
+/// for it.
+class RunStream {
+  public:
+    /// For `length` bytes in parts of at most `largestPart`. Keeps `stream` by reference. May throw
+    /// std::bad_alloc.
+    RunStream(QByteArray& stream, std::size_t length, std::size_t largestPart);
+
+    /// Where the next part is to be put.
+    std::uint8_t* nextPart() { return m_coder.nextPart(); }
+    /// Takes the `size` bytes that are there now.
+    void addPart(std::size_t size);
+    /// To be called behind the last part.
+    void finish();
+
+  private:
+    std::uint8_t* room(std::size_t size);
+
+    QByteArray& m_stream;
+    qsizetype m_end;
+    std::uint32_t m_checksum = 1;
+    RunCoder m_coder;
+};
 
 } // namespace Deflate

@@ -69,30 +69,44 @@ GraphicsContext::GraphicsContext(const QSizeF& size, int scale) : m_size(size), 
     const bool fits = width >= 1 && height >= 1 && width * height <= static_cast<double>(maximumPixels);
     if (!fits)
         return;
-    m_raster =
-        QImage(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGBA8888_Premultiplied);
-    if (m_raster.isNull())
-        return;
-    m_raster.fill(0);
+    m_pixelSize = QSize(static_cast<int>(width), static_cast<int>(height));
     const QRectF bounds(QPointF(0, 0), size);
     if (!deviceRect(bounds).isWhole())
         addClip(Path::bezierPathWithRect(bounds));
 }
 
+/// Sees to it that there are pixels, transparent ones at first. False where memory is short.
+bool GraphicsContext::makeRaster() {
+    if (!m_raster.isNull())
+        return true;
+    m_raster = QImage(m_pixelSize, QImage::Format_RGBA8888_Premultiplied);
+    if (m_raster.isNull())
+        loseRaster();
+    else
+        m_raster.fill(0);
+    return hasRaster();
+}
+
+/// Half a picture is none.
+void GraphicsContext::loseRaster() {
+    m_raster = QImage();
+    m_pixelSize = QSize();
+}
+
 GraphicsContext::DeviceRect GraphicsContext::deviceRect(const QRectF& rect) const {
-    const double bottom = m_raster.height() - rect.top() * m_scale;
-    return {spanOf(rect.left() * m_scale, rect.right() * m_scale, m_raster.width()),
-            spanOf(bottom - rect.height() * m_scale, bottom, m_raster.height())};
+    const double bottom = m_pixelSize.height() - rect.top() * m_scale;
+    return {spanOf(rect.left() * m_scale, rect.right() * m_scale, m_pixelSize.width()),
+            spanOf(bottom - rect.height() * m_scale, bottom, m_pixelSize.height())};
 }
 
 CoverageMask GraphicsContext::coverage(const Path& path, double offset) const {
     const DeviceRect device = deviceRect(path.bounds());
     const QRectF bounds(QPointF(device.x.from, device.y.from), QPointF(device.x.to, device.y.to));
-    const bool symmetric =
-        device.x.from + device.x.to == m_raster.width() && device.y.from + device.y.to == m_raster.height();
+    const bool symmetric = device.x.from + device.x.to == m_pixelSize.width() &&
+                           device.y.from + device.y.to == m_pixelSize.height();
     const std::vector<QPointF> outline =
         offsetOutline(bounds, path.xRadius() * m_scale, path.yRadius() * m_scale, offset * m_scale);
-    return CoverageMask::ofConvexPolygon(outline, m_raster.width(), m_raster.height(), symmetric);
+    return CoverageMask::ofConvexPolygon(outline, m_pixelSize.width(), m_pixelSize.height(), symmetric);
 }
 
 void GraphicsContext::addClip(const Path& path) {
@@ -159,7 +173,7 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
         layer = representation->rendered(x, y);
     }
     if (layer.isNull()) {
-        m_raster = QImage(); // half a picture is none
+        loseRaster();
         return;
     }
     // Where the rectangle contains the clip, the clip's edge is the edge of both.
@@ -168,23 +182,21 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
         applyEdges(layer, device);
     if (m_clip)
         applyClip(layer, device.x.begin, device.y.begin);
-    if (m_isBlank && layer.size() == m_raster.size())
+    if (m_raster.isNull() && layer.size() == m_pixelSize)
         m_raster = std::move(layer); // source over nothing
-    else
+    else if (makeRaster())
         compositeOver(layer, device.x.begin, device.y.begin);
-    m_isBlank = false;
 }
 
 void GraphicsContext::stroke(const Path& path, const Color& color) {
-    if (!hasRaster() || !(path.lineWidth() > 0) || !(color.alpha > 0))
+    if (!hasRaster() || !(path.lineWidth() > 0) || !(color.alpha > 0) || !makeRaster())
         return;
-    m_isBlank = false;
     // The stroke of a convex outline lies between the outlines at half its width outside and inside.
     const CoverageMask outer = coverage(path, path.lineWidth() / 2);
     const CoverageMask inner = coverage(path, -path.lineWidth() / 2);
     const double alpha = std::min(color.alpha, 1.0);
     const double source[4] = {255 * color.red, 255 * color.green, 255 * color.blue, 255};
-    for (int y = 0; y < m_raster.height(); ++y) {
+    for (int y = 0; y < m_pixelSize.height(); ++y) {
         const CoverageMask::Row& outerRow = outer.row(y);
         const CoverageMask::Row& innerRow = inner.row(y);
         std::uint8_t* pixels = m_raster.scanLine(y);
@@ -204,9 +216,9 @@ void GraphicsContext::stroke(const Path& path, const Color& color) {
     }
 }
 
-Image GraphicsContext::image() const {
+Image GraphicsContext::image() {
     Image image(m_size);
-    if (hasRaster())
+    if (hasRaster() && makeRaster())
         image.addRepresentation(std::make_shared<BitmapImageRep>(m_raster));
     return image;
 }

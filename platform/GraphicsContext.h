@@ -27,7 +27,7 @@ class GraphicsContext {
 
     /// Without a raster nothing is drawn: the size is empty, not a number, has more pixels than the limit, or
     /// memory is short. It is lost where a picture can't be drawn.
-    bool hasRaster() const { return !m_raster.isNull(); }
+    bool hasRaster() const { return !m_pixelSize.isEmpty(); }
 
     /// What pictures are resampled with from here on.
     ResampleFilter imageInterpolation() const { return m_imageInterpolation; }
@@ -45,7 +45,7 @@ class GraphicsContext {
     void stroke(const Path& path, const Color& color);
 
     /// What was drawn: an image of the context's size with the raster as its one representation, or none.
-    Image image() const;
+    Image image();
 
   private:
     struct DeviceRect;
@@ -54,12 +54,14 @@ class GraphicsContext {
     void applyClip(QImage& layer, int left, int top) const;
     static void applyEdges(QImage& layer, const DeviceRect& device);
     void compositeOver(const QImage& layer, int left, int top);
+    bool makeRaster();
+    void loseRaster();
 
     QSizeF m_size;
     int m_scale;
-    QImage m_raster;
+    QSize m_pixelSize; ///< empty where there is no raster
+    QImage m_raster;   ///< null as long as nothing is drawn
     ResampleFilter m_imageInterpolation = ResampleFilter::Lanczos3;
-    bool m_isBlank = true;
     std::optional<CoverageMask> m_clip; ///< none where all pixels are drawn on in full
     QRectF m_clipBounds;
 };

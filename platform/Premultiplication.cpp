@@ -151,6 +151,24 @@ void clampToAlpha(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels)
     }
 }
 
+bool isClampedToAlpha(const std::uint8_t* in, std::size_t pixels) {
+    std::size_t done = 0;
+#if HWY_TARGET != HWY_SCALAR
+    const std::size_t step = hn::Lanes(Words());
+    for (; done + step <= pixels; done += step) {
+        const Pixels pixel = hn::BitCast(Words(), hn::LoadU(Bytes(), in + 4 * done));
+        if (!hn::AllTrue(Words(), hn::Eq(pixel, clamped(pixel))))
+            return false;
+    }
+#endif
+    for (; done < pixels; ++done) {
+        const std::uint8_t* pixel = in + 4 * done;
+        if (std::max({pixel[0], pixel[1], pixel[2]}) > pixel[3])
+            return false;
+    }
+    return true;
+}
+
 } // namespace premultiplication::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -162,6 +180,7 @@ HWY_EXPORT(premultiply);
 HWY_EXPORT(unpremultiply);
 HWY_EXPORT(unpremultiplyArgb);
 HWY_EXPORT(clampToAlpha);
+HWY_EXPORT(isClampedToAlpha);
 
 } // namespace premultiplication
 
@@ -183,6 +202,11 @@ void unpremultiplyArgb(const std::uint8_t* in, std::uint8_t* out, std::size_t pi
 void clampToAlpha(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels) {
     using namespace premultiplication;
     HWY_DYNAMIC_DISPATCH(clampToAlpha)(in, out, pixels);
+}
+
+bool isClampedToAlpha(const std::uint8_t* in, std::size_t pixels) {
+    using namespace premultiplication;
+    return HWY_DYNAMIC_DISPATCH(isClampedToAlpha)(in, pixels);
 }
 
 QImage straightRaster(const QImage& raster) {

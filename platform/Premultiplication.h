@@ -21,5 +21,8 @@ void unpremultiplyArgb(const std::uint8_t* in, std::uint8_t* out, std::size_t pi
 /// `pixels` premultiplied pixels of unknown origin, with colours that exceed their alpha lowered to it.
 void clampToAlpha(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels);
 
+/// Whether no colour of `pixels` premultiplied pixels exceeds its alpha.
+bool isClampedToAlpha(const std::uint8_t* in, std::size_t pixels);
+
 /// `raster` (RGBA8888_Premultiplied or RGBA8888) with straight colours, RGBA8888; null where memory is short.
 QImage straightRaster(const QImage& raster);

@@ -188,8 +188,8 @@ void dispatch(const RowTaps& taps, std::int16_t* between, const ResamplerWeights
 } // namespace resampler
 
 RowResampler::RowResampler(const AxisMapping& x, const AxisMapping& y)
-    : m_columns(y, false),
-      m_rows(x, true),
+    : m_columns(y),
+      m_rows(x == y ? m_columns.withEvenStarts() : ResamplerWeights(x).withEvenStarts()),
       m_sourceWidth(static_cast<std::size_t>(x.sourceLength)),
       m_sourceHeight(y.sourceLength),
       m_targetWidth(x.targetLength),
@@ -257,7 +257,7 @@ void StreamResampler::takeResult(std::uint8_t* out) {
 
 QImage resampled(const QImage& source, const AxisMapping& x, const AxisMapping& y) {
     if (x.isIdentity() && y.isIdentity())
-        return source.copy();
+        return source;
     QImage target(x.targetLength, y.targetLength, QImage::Format_RGBA8888_Premultiplied);
     if (target.isNull())
         return target;

@@ -23,6 +23,7 @@ struct AxisMapping {
 
     /// Source samples per target pixel.
     double ratio() const { return sourceLength / length; }
+    bool operator==(const AxisMapping&) const = default;
     bool isIdentity() const { return origin == 0 && length == sourceLength && targetLength == sourceLength; }
 };
 
@@ -32,7 +33,8 @@ struct AxisMapping {
 ///
 /// Taps beyond the source's edges are left out and the others make up for them, so edges keep their full
 /// value; equal samples give exactly their value; a mapping that fills the target mirrors a mirrored source
-/// to the byte; no colour sample exceeds its alpha. Null where memory is short.
+/// to the byte; no colour sample exceeds its alpha. Null where memory is short. Mappings that leave all as it
+/// is give `source` itself, whose pixels are shared until one of the two is changed.
 QImage resampled(const QImage& source, const AxisMapping& x, const AxisMapping& y);
 
 /// A source axis that fills the whole of a target axis.

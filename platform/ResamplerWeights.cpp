@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <numbers>
 
 namespace {
@@ -28,7 +27,9 @@ double lanczos3(double x) {
     if (std::abs(x) >= lobes)
         return 0;
     const double angle = std::numbers::pi * x;
-    return lobes * std::sin(angle) * std::sin(angle / lobes) / (angle * angle);
+    // The sine of three times an angle is s (3 - 4 s s).
+    const double s = std::sin(angle / lobes);
+    return lobes * s * s * (3 - 4 * s * s) / (angle * angle);
 }
 
 double cubic(double distance) {
@@ -205,22 +206,21 @@ class TapMaker {
 
 } // namespace
 
-ResamplerWeights::ResamplerWeights(const AxisMapping& mapping, bool alignedStarts) {
+ResamplerWeights::ResamplerWeights(const AxisMapping& mapping) {
     const auto count = static_cast<std::size_t>(mapping.targetLength);
     // The nearest of two samples that are as near is the one behind, in both halves of a picture.
     const bool symmetric = mapping.origin == 0 && mapping.length == mapping.targetLength &&
                            mapping.filter != ResampleFilter::Nearest;
     TapMaker maker(mapping);
-    // With room for a lead and for rounding up to pairs.
-    const std::size_t wideRow = maker.bound() + 2;
+    const std::size_t wideRow = maker.bound();
     m_starts.resize(count);
-    m_weights.resize(count * wideRow);
+    std::vector<std::int16_t> rows(count * wideRow);
     std::vector<int> lengths(count);
     for (std::size_t i = 0; i < count; ++i) {
-        std::int16_t* row = m_weights.data() + i * wideRow;
+        std::int16_t* row = rows.data() + i * wideRow;
         const std::size_t mirror = count - 1 - i;
         if (symmetric && i > mirror) {
-            const std::int16_t* other = m_weights.data() + mirror * wideRow;
+            const std::int16_t* other = rows.data() + mirror * wideRow;
             std::reverse_copy(other, other + lengths[mirror], row);
             lengths[i] = lengths[mirror];
             m_starts[i] = mapping.sourceLength - m_starts[mirror] - lengths[mirror];
@@ -232,21 +232,37 @@ ResamplerWeights::ResamplerWeights(const AxisMapping& mapping, bool alignedStart
         lengths[i] = static_cast<int>(taps.weights.size());
         m_starts[i] = taps.start;
     }
-    // Moved together to what the longest row needs, each behind the zero that an even start may take.
-    const auto lead = [&](std::size_t i) { return alignedStarts ? m_starts[i] % 2 : 0; };
-    for (std::size_t i = 0; i < count; ++i)
-        m_pairs = std::max(m_pairs, (lead(i) + lengths[i] + 1) / 2);
+    layOut(rows.data(), wideRow, lengths, std::vector<int>(count));
+}
+
+ResamplerWeights ResamplerWeights::withEvenStarts() const {
+    ResamplerWeights even;
+    even.m_starts = m_starts;
     const std::size_t row = 2 * static_cast<std::size_t>(m_pairs);
-    for (std::size_t i = 0; i < count; ++i) {
-        std::int16_t* to = m_weights.data() + i * row;
-        const auto length = static_cast<std::size_t>(lengths[i]);
-        std::memmove(to + lead(i), m_weights.data() + i * wideRow, length * sizeof *to);
-        std::fill(to, to + lead(i), std::int16_t{0});
-        std::fill(to + lead(i) + length, to + row, std::int16_t{0});
+    std::vector<int> lengths;
+    std::vector<int> leads;
+    for (std::size_t i = 0; i < m_starts.size(); ++i) {
+        std::size_t length = row;
+        while (length > 0 && m_weights[i * row + length - 1] == 0)
+            --length;
+        lengths.push_back(static_cast<int>(length));
+        leads.push_back(m_starts[i] % 2);
+        even.m_starts[i] -= leads[i];
     }
-    m_weights.resize(count * row);
-    for (std::size_t i = 0; i < count; ++i)
-        m_starts[i] -= lead(i);
+    even.layOut(m_weights.data(), row, lengths, leads);
+    return even;
+}
+
+void ResamplerWeights::layOut(const std::int16_t* from, std::size_t fromRow, const std::vector<int>& lengths,
+                              const std::vector<int>& leads) {
+    for (std::size_t i = 0; i < lengths.size(); ++i)
+        m_pairs = std::max(m_pairs, (leads[i] + lengths[i] + 1) / 2);
+    const std::size_t row = 2 * static_cast<std::size_t>(m_pairs);
+    m_weights.resize(lengths.size() * row);
+    for (std::size_t i = 0; i < lengths.size(); ++i) {
+        const std::int16_t* const weights = from + i * fromRow;
+        std::copy(weights, weights + lengths[i], m_weights.data() + i * row + leads[i]);
+    }
     findUniform();
 }
 

@@ -13,8 +13,10 @@ class ResamplerWeights {
     static constexpr int fractionBits = 14;
     static constexpr int one = 1 << fractionBits;
 
-    /// `alignedStarts` moves each first sample down to an even index.
-    ResamplerWeights(const AxisMapping& mapping, bool alignedStarts);
+    explicit ResamplerWeights(const AxisMapping& mapping);
+
+    /// The same with each first sample at an even index, if need be behind a weight of zero.
+    ResamplerWeights withEvenStarts() const;
 
     int pairs() const { return m_pairs; }
     int start(int target) const { return m_starts[static_cast<std::size_t>(target)]; }
@@ -29,6 +31,12 @@ class ResamplerWeights {
     int uniformEnd() const { return m_uniformEnd; }
 
   private:
+    ResamplerWeights() = default;
+
+    /// Lays the rows of `from`, of that many weights, out as far apart as the longest needs, each behind as
+    /// many zeros as `leads` says.
+    void layOut(const std::int16_t* from, std::size_t fromRow, const std::vector<int>& lengths,
+                const std::vector<int>& leads);
     void findUniform();
 
     int m_pairs = 0;

@@ -1,12 +1,11 @@
 #include "platform/SvgDocument.h"
 
-#include "platform/LibraryMessages.h"
+#include "platform/LibRsvg.h"
 #include "platform/PictureReader.h"
 #include "platform/SvgGuard.h"
 
 #include <QRectF>
 
-#include <librsvg/rsvg.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -47,8 +46,13 @@ Result<QByteArray> gunzip(const QByteArray& bytes) {
     return out;
 }
 
+/// There is one before any of these functions is called.
+const LibRsvg& rsvg() {
+    return *LibRsvg::loaded();
+}
+
 struct FreeError {
-    void operator()(GError* error) const { g_error_free(error); }
+    void operator()(GError* error) const { rsvg().freeError(error); }
 };
 using GErrorPointer = std::unique_ptr<GError, FreeError>;
 
@@ -58,10 +62,10 @@ QString text(const GError* error) {
 }
 
 struct DestroySurface {
-    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+    void operator()(cairo_surface_t* surface) const { rsvg().destroySurface(surface); }
 };
 struct DestroyCairo {
-    void operator()(cairo_t* cairo) const { cairo_destroy(cairo); }
+    void operator()(cairo_t* cairo) const { rsvg().destroyContext(cairo); }
 };
 
 /// librsvg draws filters on a pool of threads of its own, which it starts at the first filter that it draws.
@@ -74,17 +78,17 @@ void startFilterThreads() {
         "<svg xmlns='http://www.w3.org/2000/svg' width='96' height='96'><filter id='b'>"
         "<feGaussianBlur stdDeviation='9'/></filter>"
         "<rect x='20' y='20' width='50' height='50' filter='url(#b)'/></svg>";
-    RsvgHandle* rsvg =
-        rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(blurred), sizeof blurred - 1, nullptr);
-    if (rsvg == nullptr)
+    RsvgHandle* handle =
+        rsvg().newFromData(reinterpret_cast<const guint8*>(blurred), sizeof blurred - 1, nullptr);
+    if (handle == nullptr)
         return;
     constexpr int side = 96;
     const std::unique_ptr<cairo_surface_t, DestroySurface> surface(
-        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, side, side));
-    const std::unique_ptr<cairo_t, DestroyCairo> cairo(cairo_create(surface.get()));
+        rsvg().createSurface(CAIRO_FORMAT_ARGB32, side, side));
+    const std::unique_ptr<cairo_t, DestroyCairo> cairo(rsvg().createContext(surface.get()));
     const RsvgRectangle page{0, 0, side, side};
-    rsvg_handle_render_document(rsvg, cairo.get(), &page, nullptr);
-    g_object_unref(rsvg);
+    rsvg().renderDocument(handle, cairo.get(), &page, nullptr);
+    rsvg().unref(handle);
 }
 
 /// Cairo's pixels are words of alpha, red, green and blue, ours bytes of red, green, blue and alpha.
@@ -105,11 +109,11 @@ void toRgba(QImage& image) {
 } // namespace
 
 struct SvgDocument::Handle {
-    explicit Handle(RsvgHandle* rsvgHandle) : rsvg(rsvgHandle) {
+    explicit Handle(RsvgHandle* owned) : handle(owned) {
         constexpr double cssPixelsPerInch = 96;
-        rsvg_handle_set_dpi(rsvg, cssPixelsPerInch);
+        rsvg().setDpi(handle, cssPixelsPerInch);
     }
-    ~Handle() { g_object_unref(rsvg); }
+    ~Handle() { rsvg().unref(handle); }
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
 
@@ -117,27 +121,26 @@ struct SvgDocument::Handle {
     QSizeF ownSize() const {
         gdouble width = 0;
         gdouble height = 0;
-        if (rsvg_handle_get_intrinsic_size_in_pixels(rsvg, &width, &height) != FALSE)
+        if (rsvg().sizeInPixels(handle, &width, &height) != FALSE)
             return {width, height};
         gboolean hasWidth = FALSE;
         gboolean hasHeight = FALSE;
         gboolean hasViewBox = FALSE;
         RsvgLength ignored{};
         RsvgRectangle viewBox{};
-        rsvg_handle_get_intrinsic_dimensions(rsvg, &hasWidth, &ignored, &hasHeight, &ignored, &hasViewBox,
-                                             &viewBox);
+        rsvg().dimensions(handle, &hasWidth, &ignored, &hasHeight, &ignored, &hasViewBox, &viewBox);
         if (hasViewBox != FALSE)
             return {viewBox.width, viewBox.height};
         // What a page of a usual size would show of it.
         const RsvgRectangle page{0, 0, 512, 512};
         RsvgRectangle ink{};
         RsvgRectangle logical{};
-        if (rsvg_handle_get_geometry_for_layer(rsvg, nullptr, &page, &ink, &logical, nullptr) != FALSE)
+        if (rsvg().geometryForLayer(handle, nullptr, &page, &ink, &logical, nullptr) != FALSE)
             return {ink.x + ink.width, ink.y + ink.height};
         return {};
     }
 
-    RsvgHandle* rsvg;
+    RsvgHandle* handle;
 };
 
 Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArray& bytes) {
@@ -150,17 +153,19 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
     }
     if (const std::optional<Error> refused = SvgGuard::refused(document))
         return *refused;
-    routeLibraryMessages();
+    if (LibRsvg::loaded() == nullptr)
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("the SVG document can't be drawn, since librsvg is missing")};
     // In a document of another encoding the word can't be looked for.
     if (document.contains("filter") || !document.contains("svg"))
         startFilterThreads();
     GError* rawError = nullptr;
-    RsvgHandle* rsvg = rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(document.constData()),
-                                                 static_cast<gsize>(document.size()), &rawError);
+    RsvgHandle* handle = rsvg().newFromData(reinterpret_cast<const guint8*>(document.constData()),
+                                            static_cast<gsize>(document.size()), &rawError);
     const GErrorPointer error(rawError);
-    if (rsvg == nullptr)
+    if (handle == nullptr)
         return damaged(text(error.get()));
-    std::shared_ptr<SvgDocument> svg(new SvgDocument(std::make_shared<Handle>(rsvg)));
+    std::shared_ptr<SvgDocument> svg(new SvgDocument(std::make_shared<Handle>(handle)));
     svg->m_size = svg->m_handle->ownSize();
     const double width = svg->m_size.width();
     const double height = svg->m_size.height();
@@ -176,17 +181,17 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
 std::optional<Error> SvgDocument::draw(QImage& target, const QRectF& viewport) const {
     target.fill(0);
     const std::unique_ptr<cairo_surface_t, DestroySurface> surface(
-        cairo_image_surface_create_for_data(target.bits(), CAIRO_FORMAT_ARGB32, target.width(),
-                                            target.height(), static_cast<int>(target.bytesPerLine())));
-    const std::unique_ptr<cairo_t, DestroyCairo> cairo(cairo_create(surface.get()));
+        rsvg().createSurfaceForData(target.bits(), CAIRO_FORMAT_ARGB32, target.width(), target.height(),
+                                    static_cast<int>(target.bytesPerLine())));
+    const std::unique_ptr<cairo_t, DestroyCairo> cairo(rsvg().createContext(surface.get()));
     // The document at its own size, stretched as a whole: its aspect ratio is not kept.
-    cairo_translate(cairo.get(), viewport.x(), viewport.y());
-    cairo_scale(cairo.get(), viewport.width() / m_size.width(), viewport.height() / m_size.height());
+    rsvg().translate(cairo.get(), viewport.x(), viewport.y());
+    rsvg().scale(cairo.get(), viewport.width() / m_size.width(), viewport.height() / m_size.height());
     const RsvgRectangle page{0, 0, m_size.width(), m_size.height()};
     GError* rawError = nullptr;
-    const gboolean isDrawn = rsvg_handle_render_document(m_handle->rsvg, cairo.get(), &page, &rawError);
+    const gboolean isDrawn = rsvg().renderDocument(m_handle->handle, cairo.get(), &page, &rawError);
     const GErrorPointer error(rawError);
-    cairo_surface_finish(surface.get());
+    rsvg().finishSurface(surface.get());
     if (isDrawn == FALSE)
         return damaged(text(error.get()));
     toRgba(target);

@@ -1,5 +1,6 @@
 #include "platform/TiffReader.h"
 
+#include "platform/Premultiplication.h"
 #include "platform/RowConverter.h"
 #include "platform/TiffStream.h"
 
@@ -91,6 +92,38 @@ bool hasAllBlocks(TIFF* tiff) {
             return false;
     }
     return count > 0;
+}
+
+/// The raster where its bytes are the file's own: premultiplied RGBA of 8 bits, not compressed, one strip
+/// behind the other. It shares `bytes`. Null where the samples lie in any other way.
+QImage sharedRaster(TIFF* tiff, const PlainKind& kind, const QByteArray& bytes, int width, int height) {
+    const bool isLikeRaster = kind.layout.colors == SampleLayout::Colors::RGB &&
+                              kind.layout.alpha == SampleLayout::Alpha::Premultiplied &&
+                              kind.layout.bitsPerSample == 8 && !kind.isTiled && !kind.hasPlanes;
+    const bool isAsStored =
+        field<std::uint16_t>(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE) == COMPRESSION_NONE &&
+        field<std::uint16_t>(tiff, TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_MSB2LSB;
+    if (!isLikeRaster || !isAsStored)
+        return {};
+    const std::uint64_t begin = TIFFGetStrileOffset(tiff, 0);
+    std::uint64_t end = begin;
+    for (std::uint32_t strip = 0; strip < TIFFNumberOfStrips(tiff); ++strip) {
+        if (TIFFGetStrileOffset(tiff, strip) != end || end > static_cast<std::uint64_t>(bytes.size()))
+            return {};
+        end += TIFFGetStrileByteCount(tiff, strip);
+    }
+    const qsizetype row = 4 * qsizetype{width};
+    if (end > static_cast<std::uint64_t>(bytes.size()) ||
+        end - begin != static_cast<std::uint64_t>(row * height))
+        return {};
+    const auto* samples = reinterpret_cast<const std::uint8_t*>(bytes.constData()) + begin;
+    constexpr std::uintptr_t alignment = 4;
+    if (reinterpret_cast<std::uintptr_t>(samples) % alignment != 0 ||
+        !isClampedToAlpha(samples, static_cast<std::size_t>(row / 4 * height)))
+        return {};
+    const auto release = [](void* shared) { delete static_cast<QByteArray*>(shared); };
+    return {
+        samples, width, height, row, QImage::Format_RGBA8888_Premultiplied, release, new QByteArray(bytes)};
 }
 
 /// Reads plain samples block by block: a block is a strip or a tile.
@@ -215,9 +248,8 @@ Result<DecodedPicture> readTiff(const QByteArray& bytes) {
         return failure(stream);
     const auto width = field<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0);
     const auto height = field<std::uint32_t>(tiff, TIFFTAG_IMAGELENGTH, 0);
-    Result<QImage> raster = PictureReader::newRaster(width, height);
-    if (!raster)
-        return raster.error();
+    if (const std::optional<Error> refused = PictureReader::refusedSize(width, height))
+        return *refused;
     bool profileWasRefused = false;
     const ColorProfile profile = profileOf(tiff, profileWasRefused);
     const std::optional<PlainKind> plain = plainKind(tiff);
@@ -226,11 +258,18 @@ Result<DecodedPicture> readTiff(const QByteArray& bytes) {
     if (!hasAllBlocks(tiff) || !stream.error().isEmpty())
         return failure(stream);
     stream.beginPixels();
-    Result<QImage> picture = std::move(*raster);
-    if (!plain)
-        picture = readAsRgba(stream, converter, std::move(*picture));
-    else if (!BlockReader(tiff, *plain, *picture).read(converter) || !stream.error().isEmpty())
-        picture = failure(stream);
+    Result<QImage> picture = plain && !profile ? sharedRaster(tiff, *plain, bytes, static_cast<int>(width),
+                                                              static_cast<int>(height))
+                                               : QImage();
+    if (picture->isNull()) {
+        picture = PictureReader::newRaster(width, height);
+        if (!picture)
+            return picture.error();
+        if (!plain)
+            picture = readAsRgba(stream, converter, std::move(*picture));
+        else if (!BlockReader(tiff, *plain, *picture).read(converter) || !stream.error().isEmpty())
+            picture = failure(stream);
+    }
     if (!picture)
         return picture.error();
     const auto orientation = field<std::uint16_t>(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);

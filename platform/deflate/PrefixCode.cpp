@@ -15,6 +15,18 @@ struct Node {
 constexpr unsigned longestPossible = 15;
 using LengthCounts = std::array<unsigned, longestPossible + 1>;
 
+/// Sorts leaves by their counts, those of one count by their symbols.
+void sortByCount(std::span<Node> leaves) {
+    // As one number for both, which is faster to compare.
+    constexpr unsigned symbolBits = 16;
+    std::array<std::uint64_t, PrefixCode::maximumSymbols> keys;
+    for (std::size_t i = 0; i < leaves.size(); ++i)
+        keys[i] = leaves[i].count << symbolBits | leaves[i].symbol;
+    std::sort(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(leaves.size()));
+    for (std::size_t i = 0; i < leaves.size(); ++i)
+        leaves[i] = {keys[i] >> symbolBits, static_cast<std::uint16_t>(keys[i] & 0xffffU), 0};
+}
+
 /// How many codes of each length there are in a tree whose leaves, the first `leaves` nodes, are in rising
 /// order of their counts (Moffat and Katajainen, "In-Place Calculation of Minimum-Redundancy Codes", 1995,
 /// with nodes of their own in place of reuse). Longer codes than `longest` count as that long.
@@ -61,11 +73,13 @@ void makeRoom(LengthCounts& lengths, unsigned longest) {
     }
 }
 
+/// The lowest `length` bits in the reverse order.
 std::uint16_t reversed(unsigned bits, unsigned length) {
-    unsigned result = 0;
-    for (; length > 0; --length, bits >>= 1U)
-        result = result << 1U | (bits & 1U);
-    return static_cast<std::uint16_t>(result);
+    bits = (bits & 0x5555U) << 1U | (bits >> 1U & 0x5555U);
+    bits = (bits & 0x3333U) << 2U | (bits >> 2U & 0x3333U);
+    bits = (bits & 0x0f0fU) << 4U | (bits >> 4U & 0x0f0fU);
+    bits = (bits & 0x00ffU) << 8U | (bits >> 8U & 0x00ffU);
+    return static_cast<std::uint16_t>(bits >> (16 - length));
 }
 
 } // namespace
@@ -84,8 +98,7 @@ void PrefixCode::assign(std::span<const std::uint32_t> counts, unsigned longest,
         if (counts[symbol] == 0)
             nodes[leaves++] = {1, static_cast<std::uint16_t>(symbol), 0};
     }
-    std::ranges::sort(nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(leaves), {},
-                      [](const Node& node) { return std::pair(node.count, node.symbol); });
+    sortByCount(std::span(nodes).first(leaves));
     LengthCounts lengths = lengthsOf(nodes, leaves, longest);
     makeRoom(lengths, longest);
 

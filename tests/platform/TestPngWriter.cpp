@@ -48,7 +48,7 @@ std::vector<PngOptions> everyOption() {
     for (const auto& filter : std::initializer_list<std::optional<PngFilterStrategy>>{
              std::nullopt, PngFilterStrategy::None, PngFilterStrategy::Adaptive}) {
         for (const auto& method : std::initializer_list<std::optional<Deflate::Method>>{
-                 std::nullopt, Deflate::Method::Bytes, Deflate::Method::Quick, Deflate::Method::Thorough})
+                 std::nullopt, Deflate::Method::Runs, Deflate::Method::Quick, Deflate::Method::Thorough})
             options.push_back({filter, method});
     }
     return options;
@@ -135,7 +135,7 @@ TEST(PngWriter, what_is_said_is_done) {
         return types;
     };
     for (const Deflate::Method method :
-         {Deflate::Method::Bytes, Deflate::Method::Quick, Deflate::Method::Thorough}) {
+         {Deflate::Method::Runs, Deflate::Method::Quick, Deflate::Method::Thorough}) {
         EXPECT_EQ(filterBytes(PngFilterStrategy::None, method), QSet<char>{0});
         EXPECT_FALSE(filterBytes(PngFilterStrategy::Adaptive, method).contains(0));
     }

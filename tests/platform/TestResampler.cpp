@@ -11,6 +11,7 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <map>
 #include <numbers>
 #include <numeric>
 #include <vector>
@@ -177,7 +178,7 @@ TEST(Resampler, sums_between_the_two_filters_fit_in_16_bits) {
     // sum.
     static constexpr int most = 2 * ResamplerWeights::one;
     const auto expectFit = [](const AxisMapping& mapping) {
-        const ResamplerWeights weights(mapping, false);
+        const ResamplerWeights weights(mapping);
         for (int x = 0; x < mapping.targetLength; ++x) {
             const std::int16_t* row = weights.weights(x);
             int sum = 0;
@@ -202,7 +203,7 @@ TEST(Resampler, sums_between_the_two_filters_fit_in_16_bits) {
 
 TEST(Resampler, weights_sum_to_one_and_mirror_each_other) {
     for (const auto& [source, ignored, target, ignoredToo] : sizes) {
-        const ResamplerWeights weights(fillingMapping(source, target), false);
+        const ResamplerWeights weights(fillingMapping(source, target));
         for (int i = 0; i < target; ++i) {
             int sum = 0;
             for (int tap = 0; tap < 2 * weights.pairs(); ++tap)
@@ -313,5 +314,24 @@ TEST(Resampler, a_pixel_that_the_picture_hardly_reaches_takes_the_nearest_sample
         const QImage result = resampled(Pictures::flat(source, source, QColor(9, 80, 200)), axis, axis);
         EXPECT_TRUE(Pictures::same(result, Pictures::flat(target, target, QColor(9, 80, 200))))
             << source << " " << length;
+    }
+}
+
+TEST(Resampler, even_starts_change_no_weight) {
+    for (const auto& [source, ignored, target, ignoredToo] : sizes) {
+        const ResamplerWeights weights(fillingMapping(source, target));
+        const ResamplerWeights even = weights.withEvenStarts();
+        const auto taps = [](const ResamplerWeights& of, int i) {
+            std::map<int, int> found;
+            for (int tap = 0; tap < 2 * of.pairs(); ++tap) {
+                if (of.weights(i)[tap] != 0)
+                    found[of.start(i) + tap] = of.weights(i)[tap];
+            }
+            return found;
+        };
+        for (int i = 0; i < target; ++i) {
+            EXPECT_EQ(even.start(i) % 2, 0);
+            EXPECT_EQ(taps(even, i), taps(weights, i));
+        }
     }
 }

@@ -41,8 +41,13 @@ std::vector<QByteArray> results() {
         all.push_back(pixels);
         unpremultiplyArgb(picture.constBits(), out, count);
         all.push_back(pixels);
-        all.push_back(encodePng(picture, {PngFilterStrategy::Adaptive, Deflate::Method::Bytes}));
+        all.push_back(encodePng(picture, {PngFilterStrategy::Adaptive, Deflate::Method::Runs}));
         all.push_back(encodePng(picture));
+        // Runs, which noise has none of.
+        const QImage flat = stretched(stretched(picture, QSize(3, 3)), QSize(width, 2 * height));
+        all.push_back(encodePng(flat, {PngFilterStrategy::Adaptive, Deflate::Method::Runs}));
+        all.push_back(QByteArray(1, isClampedToAlpha(straight.constBits(), count) ? 'y' : 'n'));
+        all.push_back(QByteArray(1, isClampedToAlpha(picture.constBits(), count) ? 'y' : 'n'));
     }
     return all;
 }
