@@ -2,7 +2,7 @@
 
 #include "platform/EncodedPicture.h"
 #include "platform/FilteredRows.h"
-#include "platform/PngTrial.h"
+#include "platform/PngChoice.h"
 #include "platform/StageTimes.h"
 
 #include <QtEndian>
@@ -43,11 +43,14 @@ void appendChunk(QByteArray& file, const char* type, const char* data, qsizetype
 }
 
 /// Filters and compresses part by part, each as long as it is in the processor's caches.
-void appendInParts(QByteArray& png, const FilteredRows& rows, int height, PngFilterStrategy filter) {
+void appendInParts(QByteArray& png, const FilteredRows& rows, int height, const PngChoice& choice) {
     constexpr std::size_t usualPart = std::size_t{64} << 10;
     const int rowsOfPart = std::max(1, static_cast<int>(usualPart / rows.size(1)));
+    // Growing by doubling would touch three times the memory that is needed.
+    const std::size_t expected = choice.expectedBytes + choice.expectedBytes / 8 + 4 * usualPart;
+    png.reserve(png.size() + static_cast<qsizetype>(std::min(expected, RunCoder::bound(rows.size(height)))));
     Deflate::RunStream stream(png, rows.size(height), rows.size(rowsOfPart));
-    FilteredRows::Sequence sequence(rows, filter, 0);
+    FilteredRows::Sequence sequence(rows, choice.filter, 0);
     for (int y = 0; y < height; y += rowsOfPart) {
         const int count = std::min(rowsOfPart, height - y);
         {
@@ -63,25 +66,26 @@ void appendInParts(QByteArray& png, const FilteredRows& rows, int height, PngFil
 }
 
 /// False where memory is short.
-bool appendAtOnce(QByteArray& png, const FilteredRows& rows, const PngOptions& options) {
+bool appendAtOnce(QByteArray& png, const FilteredRows& rows, const PngChoice& choice) {
     const auto filter = [&] {
         const StageTimes::Timer timer(Stage::Filter);
-        return rows.all(*options.filter);
+        return rows.all(choice.filter);
     };
     const FilteredRows::Buffer filtered = filter();
     const StageTimes::Timer timer(Stage::Compress);
-    return Deflate::append(png, filtered.filled(), *options.method);
+    return Deflate::append(png, filtered.filled(), choice.method);
 }
 
 /// The picture's rows as a zlib stream in one chunk, or in several where they do not fit into one.
-bool appendPixels(QByteArray& png, const QImage& raster, PngOptions options) {
+bool appendPixels(QByteArray& png, const QImage& raster, const PngOptions& options) {
     const FilteredRows rows(raster);
-    if (!chooseByTrial(rows, options))
+    const std::optional<PngChoice> choice = PngChoice::of(rows, raster.height(), options);
+    if (!choice)
         return false;
     const qsizetype start = beginChunk(png, "IDAT");
-    if (options.method == Deflate::Method::Runs)
-        appendInParts(png, rows, raster.height(), *options.filter);
-    else if (!appendAtOnce(png, rows, options))
+    if (choice->method == Deflate::Method::Runs)
+        appendInParts(png, rows, raster.height(), *choice);
+    else if (!appendAtOnce(png, rows, *choice))
         return false;
     if (png.size() - start <= maximumChunk) {
         finishChunk(png, start);

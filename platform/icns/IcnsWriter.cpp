@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -32,10 +33,12 @@ void appendHeader(QByteArray& file, FourCharCode code, std::size_t length) {
     file.append(reinterpret_cast<const char*>(&header), sizeof header);
 }
 
-void appendElement(QByteArray& elements, FourCharCode code, const QByteArray& data) {
-    appendHeader(elements, code, sizeof(IcnsHeader) + static_cast<std::size_t>(data.size()));
-    elements.append(data);
-}
+struct Element {
+    FourCharCode code;
+    QByteArray data;
+
+    qsizetype length() const { return static_cast<qsizetype>(sizeof(IcnsHeader)) + data.size(); }
+};
 
 /// Every fourth byte of `pixels`, from `position` on.
 std::vector<std::uint8_t> channel(const std::vector<std::uint8_t>& pixels, std::size_t position) {
@@ -46,14 +49,11 @@ std::vector<std::uint8_t> channel(const std::vector<std::uint8_t>& pixels, std::
     return samples;
 }
 
-/// The elements of `row` with a picture of its size; empty where memory is short.
-QByteArray elements(const Row& row, const QImage& raster) {
-    QByteArray made;
+/// The elements of `row` with a picture of its size; none where memory is short.
+std::vector<Element> elements(const Row& row, const QImage& raster) {
     if (row.mask == none) {
-        const QByteArray png = encodePng(raster);
-        if (!png.isEmpty())
-            appendElement(made, row.code, png);
-        return made;
+        QByteArray png = encodePng(raster);
+        return png.isEmpty() ? std::vector<Element>() : std::vector<Element>{{row.code, std::move(png)}};
     }
     const auto count = static_cast<std::size_t>(raster.width()) * static_cast<std::size_t>(raster.height());
     std::vector<std::uint8_t> pixels(4 * count);
@@ -63,11 +63,9 @@ QByteArray elements(const Row& row, const QImage& raster) {
     for (std::size_t position = 0; position <= lastColor; ++position)
         IcnsRle::pack(channel(pixels, position), colors, position == lastColor);
     const std::vector<std::uint8_t> alpha = channel(pixels, 3);
-    appendElement(made, row.code, colors);
-    appendElement(
-        made, row.mask,
-        QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size())));
-    return made;
+    return {{row.code, colors},
+            {row.mask,
+             QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size()))}};
 }
 
 } // namespace
@@ -80,21 +78,23 @@ IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
         return Added::NoElement;
     return unlessMemoryIsShort(
         [&] {
-            const QByteArray made = elements(*row, raster);
-            if (made.isEmpty())
+            const std::vector<Element> made = elements(*row, raster);
+            if (made.empty())
                 return Added::Failed;
-            append(made);
+            // All or nothing, should memory be short.
+            qsizetype length = std::max<qsizetype>(m_file.size(), sizeof(IcnsHeader));
+            for (const Element& element : made)
+                length += element.length();
+            m_file.reserve(length);
+            if (m_file.isEmpty())
+                appendHeader(m_file, icnsMagic, 0);
+            for (const Element& element : made) {
+                appendHeader(m_file, element.code, static_cast<std::size_t>(element.length()));
+                m_file.append(element.data);
+            }
+            const quint32_be total(static_cast<quint32>(m_file.size()));
+            std::memcpy(m_file.data() + offsetof(IcnsHeader, length), &total, sizeof total);
             return Added::Yes;
         },
         Added::Failed);
-}
-
-void IcnsWriter::append(const QByteArray& elements) {
-    // All or nothing, should memory be short.
-    m_file.reserve(std::max<qsizetype>(m_file.size(), sizeof(IcnsHeader)) + elements.size());
-    if (m_file.isEmpty())
-        appendHeader(m_file, icnsMagic, 0);
-    m_file.append(elements);
-    const quint32_be total(static_cast<quint32>(m_file.size()));
-    std::memcpy(m_file.data() + offsetof(IcnsHeader, length), &total, sizeof total);
 }

@@ -22,7 +22,5 @@ class IcnsWriter {
     const QByteArray& data() const { return m_file; }
 
   private:
-    void append(const QByteArray& elements);
-
     QByteArray m_file;
 };

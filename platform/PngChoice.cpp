@@ -1,4 +1,4 @@
-#include "platform/PngTrial.h"
+#include "platform/PngChoice.h"
 
 #include "platform/StageTimes.h"
 
@@ -65,13 +65,15 @@ std::optional<Method> methodFor(Trial& trial) {
 
 } // namespace
 
-bool chooseByTrial(const FilteredRows& rows, PngOptions& options) {
+std::optional<PngChoice> PngChoice::of(const FilteredRows& rows, int height, const PngOptions& options) {
     if (options.filter && options.method)
-        return true;
+        return PngChoice{*options.filter, *options.method, 0};
     const StageTimes::Timer timer(Stage::Choose);
     Trial trial = options.filter ? Trial(rows, *options.filter) : betterTrial(rows);
-    options.filter = trial.filter();
-    if (!options.method)
-        options.method = methodFor(trial);
-    return options.method.has_value();
+    const std::optional<Method> method = options.method ? options.method : methodFor(trial);
+    if (!method)
+        return std::nullopt;
+    const double left = trial.left(*method == Method::Runs ? Method::Runs : Method::Quick);
+    return PngChoice{trial.filter(), *method,
+                     static_cast<std::size_t>(left * static_cast<double>(rows.size(height)))};
 }

@@ -1,0 +1,69 @@
+// Any bytes, and what they tell to repeat, compressed by runs; another library must read the same bytes back.
+
+#include "platform/Deflate.h"
+#include "tests/fuzz/Require.h"
+
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// Every two bytes say what comes next: a byte, or up to 32 KiB that repeat what stands 1 to 15 bytes before.
+Bytes told(const std::uint8_t* data, std::size_t size) {
+    constexpr std::size_t most = 400000;
+    Bytes bytes;
+    for (std::size_t i = 0; i + 1 < size && bytes.size() < most; i += 2) {
+        const std::size_t distance = data[i] % 16U;
+        if (distance == 0 || distance > bytes.size()) {
+            bytes.push_back(data[i + 1]);
+            continue;
+        }
+        const std::size_t length = (data[i + 1] % 16U + 1) << (data[i] / 16U % 12U);
+        for (std::size_t n = 0; n < length; ++n)
+            bytes.push_back(bytes[bytes.size() - distance]);
+    }
+    return bytes;
+}
+
+QByteArray inParts(const Bytes& bytes, std::size_t part) {
+    QByteArray stream;
+    Deflate::RunStream runs(stream, bytes.size(), part);
+    for (std::size_t at = 0; at < bytes.size(); at += part) {
+        const std::size_t size = std::min(part, bytes.size() - at);
+        std::copy_n(bytes.data() + at, size, runs.nextPart());
+        runs.addPart(size);
+    }
+    runs.finish();
+    return stream;
+}
+
+void check(const Bytes& bytes, std::size_t part) {
+    QByteArray stream;
+    require(Deflate::append(stream, bytes, Deflate::Method::Runs));
+    require(static_cast<std::size_t>(stream.size()) == Deflate::length(bytes, Deflate::Method::Runs));
+    require(inParts(bytes, part) == stream);
+    const std::unique_ptr<libdeflate_decompressor, void (*)(libdeflate_decompressor*)> decompressor(
+        libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
+    Bytes back(bytes.size() + 1);
+    std::size_t length = 0;
+    require(libdeflate_zlib_decompress(decompressor.get(), stream.constData(),
+                                       static_cast<std::size_t>(stream.size()), back.data(), back.size(),
+                                       &length) == LIBDEFLATE_SUCCESS);
+    back.resize(length);
+    require(back == bytes);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::size_t part = size > 0 ? 1 + std::size_t{97} * data[0] : 1;
+    check(Bytes(data, data + size), part);
+    check(told(data, size), part);
+    return 0;
+}
