@@ -27,8 +27,12 @@ std::optional<LibRsvg> resolved() {
     // The version of its binary interface, which belongs to the headers that this is compiled with.
     constexpr int version = 2;
     QLibrary library(QStringLiteral("rsvg-2"), version);
-    if (!library.load())
-        return std::nullopt;
+    if (!library.load()) {
+        // Where it was at build time, should the system not look there by itself.
+        library.setFileNameAndVersion(QStringLiteral(LIBRSVG_FOLDER "/librsvg-2"), version);
+        if (!library.load())
+            return std::nullopt;
+    }
     LibRsvg rsvg;
     bool isComplete = true;
     // Those of the libraries that librsvg is linked with are found through it.

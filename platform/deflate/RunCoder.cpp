@@ -232,7 +232,7 @@ class RunBits {
         std::uint32_t bits;
         std::uint32_t count;
     };
-    std::array<std::array<Bits, RunSymbols::longest + 1>, distances.size()> m_runs;
+    std::array<std::array<Bits, RunSymbols::longest + 1>, distances.size()> m_runs{};
 };
 
 /// The codes of whole fours of `size` bytes; returns how many bytes are left.

@@ -56,13 +56,13 @@ inline constexpr std::size_t leastRun = 10;
 
 struct Distance {
     std::size_t bytes;
-    std::size_t leastRun;
+    std::size_t leastRun; ///< at that distance
     Extra extra;
 };
 
 inline constexpr std::size_t distanceSymbolCount = 7;
 inline constexpr std::array<Distance, 4> distances{
-    {{1, 10, {0, 0, 0}}, {4, 10, {3, 0, 0}}, {8, 14, {5, 1, 1}}, {12, 14, {6, 3, 2}}}};
+    {{1, leastRun, {0, 0, 0}}, {4, leastRun, {3, 0, 0}}, {8, 14, {5, 1, 1}}, {12, 14, {6, 3, 2}}}};
 inline constexpr std::size_t farthest = distances.back().bytes;
 
 } // namespace RunSymbols

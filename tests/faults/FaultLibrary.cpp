@@ -5,10 +5,12 @@
 //   FAULT_KIND    what happens there: an errno value; "kill"; "short", a write of half the bytes;
 //                 "interrupt", a write that a signal interrupts; "full", from there on nothing has room
 //                 (ENOSPC)
+//   FAULT_LIBRARY a library whose file's name has this in it can't be loaded when the program asks for it
 //   FAULT_LOG     a file that the names of the counted calls go to; the one that was made to fail with a "!"
 //
 // A write that fails or is killed has written half its bytes before; a close that fails has closed. Nothing
 // here uses the C library's own functions of the same names, nor needs it to be set up.
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -250,6 +252,13 @@ int unlinkat(int folder, const char* path, int flags) noexcept {
 
 int unlink(const char* path) noexcept {
     return unlinkat(AT_FDCWD, path, 0);
+}
+
+void* dlopen(const char* path, int flags) noexcept {
+    static auto* const real = reinterpret_cast<void* (*)(const char*, int)>(dlsym(RTLD_NEXT, "dlopen"));
+    const char* const missing = std::getenv("FAULT_LIBRARY");
+    const bool isMissing = missing != nullptr && path != nullptr && std::strstr(path, missing) != nullptr;
+    return isMissing ? nullptr : real(path, flags);
 }
 }
 // NOLINTEND(cert-dcl50-cpp,cppcoreguidelines-pro-type-vararg)

@@ -292,6 +292,26 @@ class FaultTest(unittest.TestCase):
             self.assertGreater(count, 0)
 
 
+    def test_missing_library(self):
+        """Without librsvg no SVG picture can be drawn, and all others can."""
+        svg = self.folder / "picture.svg"
+        svg.write_text('<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"><rect width="9" height="9"/></svg>')
+        png = self.folder / "picture.png"
+        Image.new("RGB", (1024, 1024), "red").save(png)
+
+        def status(picture, library):
+            variables = dict(os.environ, LD_PRELOAD=str(LIBRARY), FAULT_LIBRARY=library)
+            variables["ASAN_OPTIONS"] = variables.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"
+            result = subprocess.run([PROGRAM, "generate", picture, "--out", self.folder / "out", "--platform", "iphone"],
+                                    capture_output=True, env=variables, timeout=120)
+            return result.returncode, result.stderr.decode()
+
+        self.assertEqual(status(svg, "librsvg"),
+                         (1, f"tobrimax-cli: error: {svg}: the SVG document can't be drawn, since librsvg is missing\n"))
+        self.assertEqual(status(png, "librsvg"), (0, ""))
+        self.assertEqual(status(svg, "another"), (0, ""))
+
+
 def add_tests():
     def test(subject, check, *arguments):
         return lambda self: check(self, subject(self.folder), *arguments)
