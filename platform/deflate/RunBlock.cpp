@@ -101,13 +101,13 @@ HWY_INLINE Found firstRun(const std::uint8_t* at, std::uint64_t wanted) {
         return {0, 0, 0};
     const auto offset = static_cast<std::size_t>(std::countr_zero(anyBegins));
     Found found{offset, 0, 0};
-    for (std::uint16_t i = 0; i < distances.size(); ++i) {
+    for (std::size_t i = 0; i < distances.size(); ++i) {
         if ((begins[i] >> offset & 1U) == 0)
             continue;
         // A farther distance takes more bits.
         const auto length = static_cast<std::size_t>(std::countr_one(masks[i] >> offset));
         if (length > found.length + (found.length > 0 ? distances[i].extra.count : 0))
-            found = {offset, length, i};
+            found = {offset, length, static_cast<std::uint16_t>(i)};
     }
     return found;
 }

@@ -46,8 +46,8 @@ std::vector<QByteArray> results() {
         // Runs, which noise has none of.
         const QImage flat = stretched(stretched(picture, QSize(3, 3)), QSize(width, 2 * height));
         all.push_back(encodePng(flat, {PngFilterStrategy::Adaptive, Deflate::Method::Runs}));
-        all.push_back(QByteArray(1, isClampedToAlpha(straight.constBits(), count) ? 'y' : 'n'));
-        all.push_back(QByteArray(1, isClampedToAlpha(picture.constBits(), count) ? 'y' : 'n'));
+        all.emplace_back(1, isClampedToAlpha(straight.constBits(), count) ? 'y' : 'n');
+        all.emplace_back(1, isClampedToAlpha(picture.constBits(), count) ? 'y' : 'n');
     }
     return all;
 }
