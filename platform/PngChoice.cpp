@@ -2,9 +2,12 @@
 
 #include "platform/StageTimes.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <span>
 #include <utility>
 
 namespace {
@@ -23,19 +26,27 @@ class Trial {
     double left(Method method) {
         std::optional<double>& left = m_left[static_cast<std::size_t>(method)];
         if (!left)
-            left = static_cast<double>(Deflate::length(m_sample.filled(), method)) /
-                   static_cast<double>(m_sample.size);
+            left = partLeft(m_sample.filled(), method);
         return *left;
     }
 
+    /// The same of its middle third.
+    double leftOfMiddle(Method method) const {
+        const std::size_t third = m_sample.size / 3;
+        return partLeft(m_sample.filled().subspan(third, std::max<std::size_t>(third, 1)), method);
+    }
+
   private:
+    static double partLeft(std::span<const std::uint8_t> bytes, Method method) {
+        return static_cast<double>(Deflate::length(bytes, method)) / static_cast<double>(bytes.size());
+    }
+
     PngFilterStrategy m_filter;
     FilteredRows::Buffer m_sample;
     std::array<std::optional<double>, 3> m_left;
 };
 
-/// From here on a sample is called dense: where less is left there are more repetitions to be found.
-constexpr double denseRuns = 0.35;
+/// Where more than that is left there are few repetitions to be found but runs.
 constexpr double dense = 0.3;
 
 /// The filter that leaves less.
@@ -43,7 +54,7 @@ Trial betterTrial(const FilteredRows& rows) {
     Trial adaptive(rows, PngFilterStrategy::Adaptive);
     Trial plain(rows, PngFilterStrategy::None);
     // In dense rows runs are as good a guide, and a faster one.
-    const Method guide = adaptive.left(Method::Runs) > denseRuns && plain.left(Method::Runs) > denseRuns
+    const Method guide = adaptive.left(Method::Runs) > dense && plain.left(Method::Runs) > dense
                              ? Method::Runs
                              : Method::Quick;
     return adaptive.left(guide) < plain.left(guide) ? std::move(adaptive) : std::move(plain);
@@ -51,16 +62,17 @@ Trial betterTrial(const FilteredRows& rows) {
 
 /// None where memory is short.
 std::optional<Method> methodFor(Trial& trial) {
-    const double quick = trial.left(Method::Quick);
+    const bool isDense = trial.left(Method::Runs) > dense;
+    // In dense rows the fast method may cost a little, and a part of the sample tells.
+    const double quick = isDense ? trial.leftOfMiddle(Method::Quick) : trial.left(Method::Quick);
     if (quick == 0)
         return std::nullopt;
-    // In dense rows the fast method may cost a little. Elsewhere the thorough one finds more than the quick
-    // one shows.
-    const bool isDense = quick > dense;
-    const double allowed = isDense ? 1.05 : 0.92;
-    if (trial.left(Method::Runs) <= allowed * quick)
+    if (isDense && trial.leftOfMiddle(Method::Runs) <= 1.05 * quick)
         return Method::Runs;
-    return isDense ? Method::Quick : Method::Thorough;
+    // Elsewhere the thorough method finds more than the quick one shows.
+    if (!isDense && trial.left(Method::Runs) <= 0.92 * quick)
+        return Method::Runs;
+    return quick > dense ? Method::Quick : Method::Thorough;
 }
 
 } // namespace
@@ -73,7 +85,7 @@ std::optional<PngChoice> PngChoice::of(const FilteredRows& rows, int height, con
     const std::optional<Method> method = options.method ? options.method : methodFor(trial);
     if (!method)
         return std::nullopt;
-    const double left = trial.left(*method == Method::Runs ? Method::Runs : Method::Quick);
-    return PngChoice{trial.filter(), *method,
-                     static_cast<std::size_t>(left * static_cast<double>(rows.size(height)))};
+    return PngChoice{
+        trial.filter(), *method,
+        static_cast<std::size_t>(trial.left(Method::Runs) * static_cast<double>(rows.size(height)))};
 }

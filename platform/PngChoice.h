@@ -10,7 +10,8 @@
 struct PngChoice {
     PngFilterStrategy filter;
     Deflate::Method method;
-    std::size_t expectedBytes; ///< about as many as the compressed rows will have; 0 where nobody tried
+    std::size_t
+        expectedBytes; ///< about as many as the compressed rows will have, by runs; 0 where nobody tried
 
     /// What `options` leave open is chosen by what becomes of a sample of the rows. None where memory is
     /// short.
