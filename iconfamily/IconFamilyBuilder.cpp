@@ -81,7 +81,8 @@ Image fitted(const Image& image, qint32 toIconWidth, ResampleFilter filter) {
     if (width > 0 && height > 0)
         context.drawImage(drawn, QRectF(static_cast<double>(left), static_cast<double>(bottom),
                                         static_cast<double>(width), static_cast<double>(height)));
-    return context.hasRaster() ? context.image() : Image();
+    Image picture = context.image();
+    return context.hasRaster() ? picture : Image();
 }
 
 /// The image with that bitmap alone.

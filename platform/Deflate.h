@@ -24,8 +24,8 @@ enum class Method {
 /// The length of such a stream, without writing it where that is faster; 0 where memory is short.
 std::size_t length(std::span<const std::uint8_t> bytes, Method method);
 
-/// What `append` appends by Method::Runs, from bytes that come in parts. The memory of one block is enough
-/// for it.
+/// What `append` appends by Method::Runs, from bytes that come in parts. It takes the memory of a block and a
+/// part. Any of its functions may throw std::bad_alloc; what was appended is of no use then.
 class RunStream {
   public:
     /// For `length` bytes in parts of at most `largestPart`. Keeps `stream` by reference. May throw

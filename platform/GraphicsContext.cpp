@@ -22,6 +22,11 @@ std::uint8_t toByte(double value) {
     return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 255.0)));
 }
 
+/// Copies pixels that are shared. False where memory is short.
+bool makeOwn(QImage& raster) {
+    return raster.bits() != nullptr;
+}
+
 void scalePixel(std::uint8_t* pixel, double factor) {
     for (int i = 0; i < 4; ++i)
         pixel[i] = toByte(pixel[i] * factor);
@@ -75,14 +80,15 @@ GraphicsContext::GraphicsContext(const QSizeF& size, int scale) : m_size(size), 
         addClip(Path::bezierPathWithRect(bounds));
 }
 
-/// Sees to it that there are pixels, transparent ones at first. False where memory is short.
+/// Sees to it that there are pixels that may be changed, transparent ones at first. False where memory is
+/// short.
 bool GraphicsContext::makeRaster() {
-    if (!m_raster.isNull())
-        return true;
-    m_raster = QImage(m_pixelSize, QImage::Format_RGBA8888_Premultiplied);
-    if (m_raster.isNull())
+    const bool isBlank = m_raster.isNull();
+    if (isBlank)
+        m_raster = QImage(m_pixelSize, QImage::Format_RGBA8888_Premultiplied);
+    if (!makeOwn(m_raster))
         loseRaster();
-    else
+    else if (isBlank)
         m_raster.fill(0);
     return hasRaster();
 }
@@ -178,7 +184,12 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
     }
     // Where the rectangle contains the clip, the clip's edge is the edge of both.
     const bool clipDecides = m_clip && rect.contains(m_clipBounds);
-    if (!clipDecides && !device.isWhole())
+    const bool cutsPixels = !clipDecides && !device.isWhole();
+    if ((cutsPixels || m_clip) && !makeOwn(layer)) {
+        loseRaster();
+        return;
+    }
+    if (cutsPixels)
         applyEdges(layer, device);
     if (m_clip)
         applyClip(layer, device.x.begin, device.y.begin);
@@ -218,7 +229,7 @@ void GraphicsContext::stroke(const Path& path, const Color& color) {
 
 Image GraphicsContext::image() {
     Image image(m_size);
-    if (hasRaster() && makeRaster())
+    if (hasRaster() && (!m_raster.isNull() || makeRaster()))
         image.addRepresentation(std::make_shared<BitmapImageRep>(m_raster));
     return image;
 }

@@ -25,8 +25,8 @@ class GraphicsContext {
 
     GraphicsContext(const QSizeF& size, int scale);
 
-    /// Without a raster nothing is drawn: the size is empty, not a number, has more pixels than the limit, or
-    /// memory is short. It is lost where a picture can't be drawn.
+    /// Without a raster nothing is drawn: the size is empty, not a number, or has more pixels than the limit.
+    /// It is lost where memory is short or a picture can't be drawn.
     bool hasRaster() const { return !m_pixelSize.isEmpty(); }
 
     /// What pictures are resampled with from here on.

@@ -49,14 +49,16 @@ class Trial {
 /// Where more than that is left there are few repetitions to be found but runs.
 constexpr double dense = 0.3;
 
-/// The filter that leaves less.
-Trial betterTrial(const FilteredRows& rows) {
+/// The filter that leaves less. None where memory is short.
+std::optional<Trial> betterTrial(const FilteredRows& rows) {
     Trial adaptive(rows, PngFilterStrategy::Adaptive);
     Trial plain(rows, PngFilterStrategy::None);
     // In dense rows runs are as good a guide, and a faster one.
     const Method guide = adaptive.left(Method::Runs) > dense && plain.left(Method::Runs) > dense
                              ? Method::Runs
                              : Method::Quick;
+    if (adaptive.left(guide) == 0 || plain.left(guide) == 0)
+        return std::nullopt;
     return adaptive.left(guide) < plain.left(guide) ? std::move(adaptive) : std::move(plain);
 }
 
@@ -81,11 +83,13 @@ std::optional<PngChoice> PngChoice::of(const FilteredRows& rows, int height, con
     if (options.filter && options.method)
         return PngChoice{*options.filter, *options.method, 0};
     const StageTimes::Timer timer(Stage::Choose);
-    Trial trial = options.filter ? Trial(rows, *options.filter) : betterTrial(rows);
-    const std::optional<Method> method = options.method ? options.method : methodFor(trial);
+    std::optional<Trial> trial = options.filter ? Trial(rows, *options.filter) : betterTrial(rows);
+    if (!trial)
+        return std::nullopt;
+    const std::optional<Method> method = options.method ? options.method : methodFor(*trial);
     if (!method)
         return std::nullopt;
     return PngChoice{
-        trial.filter(), *method,
-        static_cast<std::size_t>(trial.left(Method::Runs) * static_cast<double>(rows.size(height)))};
+        trial->filter(), *method,
+        static_cast<std::size_t>(trial->left(Method::Runs) * static_cast<double>(rows.size(height)))};
 }

@@ -47,8 +47,9 @@ void appendInParts(QByteArray& png, const FilteredRows& rows, int height, const 
     constexpr std::size_t usualPart = std::size_t{64} << 10;
     const int rowsOfPart = std::max(1, static_cast<int>(usualPart / rows.size(1)));
     // Growing by doubling would touch three times the memory that is needed.
-    const std::size_t expected = choice.expectedBytes + choice.expectedBytes / 8 + 4 * usualPart;
-    png.reserve(png.size() + static_cast<qsizetype>(std::min(expected, RunCoder::bound(rows.size(height)))));
+    const std::size_t expected = choice.expectedBytes + choice.expectedBytes / 8;
+    const std::size_t room = RunCoder::bound(RunBlock::mostBytes + rows.size(rowsOfPart));
+    png.reserve(png.size() + static_cast<qsizetype>(std::min(expected, rows.size(height)) + room));
     Deflate::RunStream stream(png, rows.size(height), rows.size(rowsOfPart));
     FilteredRows::Sequence sequence(rows, choice.filter, 0);
     for (int y = 0; y < height; y += rowsOfPart) {

@@ -27,7 +27,7 @@ struct AxisMapping {
     bool isIdentity() const { return origin == 0 && length == sourceLength && targetLength == sourceLength; }
 };
 
-/// Resamples `source` into a new raster of x.targetLength × y.targetLength pixels with the filters of both
+/// Resamples `source` into a raster of x.targetLength × y.targetLength pixels with the filters of both
 /// axes, one after the other. Both rasters are RGBA8888_Premultiplied; the mappings' source lengths are the
 /// source's size.
 ///

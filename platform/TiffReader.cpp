@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -105,25 +106,36 @@ QImage sharedRaster(TIFF* tiff, const PlainKind& kind, const QByteArray& bytes, 
         field<std::uint16_t>(tiff, TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_MSB2LSB;
     if (!isLikeRaster || !isAsStored)
         return {};
+    const qsizetype row = 4 * qsizetype{width};
+    const auto rowsOfStrip = static_cast<int>(std::min(
+        field<std::uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP, 0xffffffff), static_cast<std::uint32_t>(height)));
     const std::uint64_t begin = TIFFGetStrileOffset(tiff, 0);
     std::uint64_t end = begin;
-    for (std::uint32_t strip = 0; strip < TIFFNumberOfStrips(tiff); ++strip) {
-        if (TIFFGetStrileOffset(tiff, strip) != end || end > static_cast<std::uint64_t>(bytes.size()))
+    int y = 0;
+    for (std::uint32_t strip = 0; strip < TIFFNumberOfStrips(tiff) && y < height; ++strip) {
+        const int rows = std::min(rowsOfStrip, height - y);
+        const auto size = static_cast<std::uint64_t>(row * rows);
+        if (rows == 0 || TIFFGetStrileOffset(tiff, strip) != end ||
+            TIFFGetStrileByteCount(tiff, strip) != size ||
+            end + size > static_cast<std::uint64_t>(bytes.size()))
             return {};
-        end += TIFFGetStrileByteCount(tiff, strip);
+        end += size;
+        y += rows;
     }
-    const qsizetype row = 4 * qsizetype{width};
-    if (end > static_cast<std::uint64_t>(bytes.size()) ||
-        end - begin != static_cast<std::uint64_t>(row * height))
+    // A small part of a file is not worth it to keep the whole.
+    if (y < height || end - begin < static_cast<std::uint64_t>(bytes.size()) / 2)
         return {};
     const auto* samples = reinterpret_cast<const std::uint8_t*>(bytes.constData()) + begin;
     constexpr std::uintptr_t alignment = 4;
     if (reinterpret_cast<std::uintptr_t>(samples) % alignment != 0 ||
         !isClampedToAlpha(samples, static_cast<std::size_t>(row / 4 * height)))
         return {};
-    const auto release = [](void* shared) { delete static_cast<QByteArray*>(shared); };
-    return {
-        samples, width, height, row, QImage::Format_RGBA8888_Premultiplied, release, new QByteArray(bytes)};
+    auto shared = std::make_unique<QByteArray>(bytes);
+    const auto release = [](void* array) { delete static_cast<QByteArray*>(array); };
+    QImage raster(samples, width, height, row, QImage::Format_RGBA8888_Premultiplied, release, shared.get());
+    if (!raster.isNull())
+        (void)shared.release(); // by the raster from here on
+    return raster;
 }
 
 /// Reads plain samples block by block: a block is a strip or a tile.
