@@ -259,6 +259,8 @@ BENCHMARK(tiffAgain)->Name("readTiff")->Apply(sizes);
 BENCHMARK(unpremultiplyRows)->Apply(sizes);
 BENCHMARK_CAPTURE(filterRows, none, false)->Apply(sizes);
 BENCHMARK_CAPTURE(filterRows, adaptive, true)->Apply(sizes);
+BENCHMARK_CAPTURE(compress, logo runs, Kind::Logo, Deflate::Method::Runs)->Apply(sizes);
+BENCHMARK_CAPTURE(compress, photo runs, Kind::Photo, Deflate::Method::Runs)->Apply(sizes);
 BENCHMARK_CAPTURE(compress, logo thorough, Kind::Logo, Deflate::Method::Thorough)->Apply(sizes);
 BENCHMARK_CAPTURE(compress, photo quick, Kind::Photo, Deflate::Method::Quick)->Apply(sizes);
 BENCHMARK_CAPTURE(encodeWholePng, logo, Kind::Logo)->Name("encodePng/logo")->Apply(sizes);
