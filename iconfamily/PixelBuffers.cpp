@@ -1,7 +1,7 @@
 // Compiled once for each instruction set; the best one is chosen when the program runs.
 #include "iconfamily/PixelBuffers.h"
 
-#include "platform/VectorTargets.h"
+#include "platform/VectorDispatch.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -63,19 +63,19 @@ HWY_AFTER_NAMESPACE();
 
 namespace pixelbuffers {
 
-HWY_EXPORT(permute);
-HWY_EXPORT(expandRgb);
+VECTOR_EXPORT(permute);
+VECTOR_EXPORT(expandRgb);
 
 } // namespace pixelbuffers
 
 void PixelBuffers::permute(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels, const Map& map) {
     using namespace pixelbuffers;
-    HWY_DYNAMIC_DISPATCH(permute)(in, out, pixels, map);
+    VECTOR_DISPATCH(permute)(in, out, pixels, map);
 }
 
 void PixelBuffers::expandRgb(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels) {
     using namespace pixelbuffers;
-    HWY_DYNAMIC_DISPATCH(expandRgb)(in, out, pixels);
+    VECTOR_DISPATCH(expandRgb)(in, out, pixels);
 }
 
 #endif

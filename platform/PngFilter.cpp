@@ -1,7 +1,7 @@
 // Compiled once for each instruction set; the best one is chosen when the program runs.
 #include "platform/PngFilter.h"
 
-#include "platform/VectorTargets.h"
+#include "platform/VectorDispatch.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -209,7 +209,7 @@ HWY_AFTER_NAMESPACE();
 namespace pngfilter {
 namespace {
 
-HWY_EXPORT(adaptive);
+VECTOR_EXPORT(adaptive);
 
 constexpr std::size_t leadingBytes = 4;
 
@@ -228,7 +228,7 @@ std::uint8_t* PngFilter::nextRow() {
 
 void PngFilter::adaptive(std::uint8_t* out) const {
     using namespace pngfilter;
-    HWY_DYNAMIC_DISPATCH(adaptive)
+    VECTOR_DISPATCH(adaptive)
     (m_rows[m_current].data() + leadingBytes, m_rows[1 - m_current].data() + leadingBytes, m_rowBytes, out);
 }
 

@@ -1,7 +1,7 @@
 // Compiled once for each instruction set; the best one is chosen when the program runs.
 #include "platform/Premultiplication.h"
 
-#include "platform/VectorTargets.h"
+#include "platform/VectorDispatch.h"
 
 #include <algorithm>
 
@@ -176,37 +176,37 @@ HWY_AFTER_NAMESPACE();
 
 namespace premultiplication {
 
-HWY_EXPORT(premultiply);
-HWY_EXPORT(unpremultiply);
-HWY_EXPORT(unpremultiplyArgb);
-HWY_EXPORT(clampToAlpha);
-HWY_EXPORT(isClampedToAlpha);
+VECTOR_EXPORT(premultiply);
+VECTOR_EXPORT(unpremultiply);
+VECTOR_EXPORT(unpremultiplyArgb);
+VECTOR_EXPORT(clampToAlpha);
+VECTOR_EXPORT(isClampedToAlpha);
 
 } // namespace premultiplication
 
 void premultiply(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels) {
     using namespace premultiplication;
-    HWY_DYNAMIC_DISPATCH(premultiply)(in, out, pixels);
+    VECTOR_DISPATCH(premultiply)(in, out, pixels);
 }
 
 void unpremultiply(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels) {
     using namespace premultiplication;
-    HWY_DYNAMIC_DISPATCH(unpremultiply)(in, out, pixels);
+    VECTOR_DISPATCH(unpremultiply)(in, out, pixels);
 }
 
 void unpremultiplyArgb(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels) {
     using namespace premultiplication;
-    HWY_DYNAMIC_DISPATCH(unpremultiplyArgb)(in, out, pixels);
+    VECTOR_DISPATCH(unpremultiplyArgb)(in, out, pixels);
 }
 
 void clampToAlpha(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels) {
     using namespace premultiplication;
-    HWY_DYNAMIC_DISPATCH(clampToAlpha)(in, out, pixels);
+    VECTOR_DISPATCH(clampToAlpha)(in, out, pixels);
 }
 
 bool isClampedToAlpha(const std::uint8_t* in, std::size_t pixels) {
     using namespace premultiplication;
-    return HWY_DYNAMIC_DISPATCH(isClampedToAlpha)(in, pixels);
+    return VECTOR_DISPATCH(isClampedToAlpha)(in, pixels);
 }
 
 QImage straightRaster(const QImage& raster) {

@@ -1,7 +1,7 @@
 #include "platform/Resampler.h"
 
 #include "platform/RowResampler.h"
-#include "platform/VectorTargets.h"
+#include "platform/VectorDispatch.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -13,7 +13,6 @@
 #define HWY_TARGET_INCLUDE "platform/Resampler.cpp"
 #include <hwy/foreach_target.h>
 // after foreach_target
-#include <hwy/aligned_allocator.h>
 #include <hwy/highway.h>
 
 // The arithmetic is in whole numbers throughout: sums don't depend on their order, so that every processor
@@ -176,12 +175,12 @@ HWY_AFTER_NAMESPACE();
 namespace resampler {
 namespace {
 
-HWY_EXPORT(resampleRow);
+VECTOR_EXPORT(resampleRow);
 
 /// From within the namespace: with a single instruction set the name is a plain one of that set.
 void dispatch(const RowTaps& taps, std::int16_t* between, const ResamplerWeights& weights, int count,
               std::uint8_t* out) {
-    HWY_DYNAMIC_DISPATCH(resampleRow)(taps, between, weights, count, out);
+    VECTOR_DISPATCH(resampleRow)(taps, between, weights, count, out);
 }
 
 } // namespace
@@ -197,10 +196,9 @@ RowResampler::RowResampler(const AxisMapping& x, const AxisMapping& y)
       m_taps(static_cast<std::size_t>(2 * m_columns.pairs())) {
     // Taps that the padding adds read beyond the row's end: they read zeros.
     const std::size_t padded = (m_sourceWidth + 1) / 2 * 2 + 2 * static_cast<std::size_t>(m_rows.pairs());
-    m_between = hwy::AllocateAligned<std::int16_t>(4 * padded);
-    if (!m_between)
-        throw std::bad_alloc();
-    std::memset(m_between.get(), 0, 4 * padded * sizeof(std::int16_t));
+    const std::size_t size = 4 * padded * sizeof(std::int16_t);
+    m_between.reset(static_cast<std::int16_t*>(::operator new(size, alignment)));
+    std::memset(m_between.get(), 0, size);
 }
 
 int RowResampler::rowsNeeded(int y) const {

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "platform/ResamplerWeights.h"
-#include "platform/VectorTargets.h"
-
-// after VectorTargets.h
-#include <hwy/aligned_allocator.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <new>
 #include <vector>
 
 namespace resampler {
@@ -39,6 +37,12 @@ class RowResampler {
     void resample(const QImage& source, QImage& target);
 
   private:
+    /// That of the longest vectors: none is then divided between two lines of the cache.
+    static constexpr std::align_val_t alignment{64};
+    struct FreeAligned {
+        void operator()(std::int16_t* samples) const { ::operator delete(samples, alignment); }
+    };
+
     ResamplerWeights m_columns;
     ResamplerWeights m_rows;
     std::size_t m_sourceWidth;
@@ -46,7 +50,7 @@ class RowResampler {
     int m_targetWidth;
     int m_targetHeight;
     std::vector<const std::uint8_t*> m_taps;
-    hwy::AlignedFreeUniquePtr<std::int16_t[]> m_between; ///< a row between the two filters
+    std::unique_ptr<std::int16_t[], FreeAligned> m_between; ///< a row between the two filters
 };
 
 /// The same bytes from a source that comes row by row from its top, and of which only the rows that later

@@ -1,7 +1,7 @@
 // Compiled once for each instruction set; the best one is chosen when the program runs.
 #include "platform/deflate/RunBlock.h"
 
-#include "platform/VectorTargets.h"
+#include "platform/VectorDispatch.h"
 
 #include <algorithm>
 #include <bit>
@@ -165,7 +165,7 @@ HWY_AFTER_NAMESPACE();
 namespace runblock {
 namespace {
 
-HWY_EXPORT(divide);
+VECTOR_EXPORT(divide);
 
 } // namespace
 } // namespace runblock
@@ -177,7 +177,7 @@ void RunBlock::take(std::span<const std::uint8_t> all, std::size_t begin) {
     m_parts.lengths = {};
     m_parts.distances = {};
     m_parts.runCount = 0;
-    HWY_DYNAMIC_DISPATCH(divide)
+    VECTOR_DISPATCH(divide)
     (all.data(), m_bytes.data(), m_bytes.data() + m_bytes.size(), all.data() + all.size(), m_parts);
 }
 

@@ -1,6 +1,7 @@
 #include "platform/deflate/RunCoder.h"
 
 #include "platform/deflate/BitWriter.h"
+#include "platform/deflate/ByteCodes.h"
 #include "platform/deflate/PrefixCode.h"
 #include "platform/deflate/RunBlock.h"
 #include "platform/deflate/RunSymbols.h"
@@ -86,13 +87,11 @@ struct Codes {
     explicit Codes(const RunBlock& block) {
         const auto counts = block.symbolCounts();
         const auto distanceCounts = block.distanceCounts();
-        // Four codes fit between two flushes.
-        constexpr unsigned longest = 14;
-        PrefixCode::assign(counts, longest, symbols);
+        PrefixCode::assign(counts, ByteCodes::longest, symbols);
         while (symbols[symbolsTold - 1].length == 0)
             --symbolsTold;
         if (!block.runs().empty()) {
-            PrefixCode::assign(distanceCounts, longest, distances);
+            PrefixCode::assign(distanceCounts, ByteCodes::longest, distances);
             distancesTold = distanceSymbolCount;
             while (distances[distancesTold - 1].length == 0)
                 --distancesTold;
@@ -195,12 +194,6 @@ struct Joined {
     void add(const Code& code) { add(code.bits, code.length); }
 };
 
-Joined joined(const Code& a, const Code& b) {
-    Joined both{a.bits, a.length};
-    both.add(b);
-    return both;
-}
-
 /// The bits of every run: the length's code and the distance's, each with what follows it.
 class RunBits {
   public:
@@ -235,18 +228,8 @@ class RunBits {
     std::array<std::array<Bits, RunSymbols::longest + 1>, distances.size()> m_runs{};
 };
 
-/// The codes of whole fours of `size` bytes; returns how many bytes are left.
-std::size_t writeFours(BitWriter& writer, const Codes& codes, const std::uint8_t* bytes, std::size_t size) {
-    for (; size >= 4; size -= 4, bytes += 4) {
-        // In pairs, neither of which waits for the other.
-        const Joined first = joined(codes.symbols[bytes[0]], codes.symbols[bytes[1]]);
-        const Joined second = joined(codes.symbols[bytes[2]], codes.symbols[bytes[3]]);
-        writer.put(first.bits | second.bits << first.length, first.length + second.length);
-        writer.flush();
-    }
-    return size;
-}
-
+/// Returns the writer behind the block. A writer that is kept elsewhere would be read anew for each code: the
+/// bytes written could be its own, as far as a compiler knows.
 void write(BitWriter& writer, const RunBlock& block, bool isLast) {
     const Codes codes(block);
     if (isStored(codes, block)) {
@@ -255,10 +238,12 @@ void write(BitWriter& writer, const RunBlock& block, bool isLast) {
     }
     writeCodes(writer, codes, isLast);
     const RunBits runBits(codes);
+    const ByteCodes byteCodes(std::span(codes.symbols).first<ByteCodes::byteCount>());
     constexpr Code nothing;
     const std::uint8_t* at = block.bytes().data();
     for (const Run& run : block.runs()) {
-        const std::size_t left = writeFours(writer, codes, at, run.bytesBefore);
+        byteCodes.write(writer, at, run.bytesBefore);
+        const std::size_t left = run.bytesBefore % 4;
         at += run.bytesBefore - left;
         // Without a branch for each of them; a run's own bytes stand behind these.
         writer.put(left > 0 ? codes.symbols[at[0]] : nothing);
@@ -270,7 +255,9 @@ void write(BitWriter& writer, const RunBlock& block, bool isLast) {
         at += left + run.length;
     }
     const std::uint8_t* const end = block.bytes().data() + block.bytes().size();
-    for (at = end - writeFours(writer, codes, at, static_cast<std::size_t>(end - at)); at < end; ++at) {
+    const auto behind = static_cast<std::size_t>(end - at);
+    byteCodes.write(writer, at, behind);
+    for (at = end - behind % 4; at < end; ++at) {
         writer.put(codes.symbols[*at]);
         writer.flush();
     }
