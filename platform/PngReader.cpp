@@ -1,5 +1,6 @@
 #include "platform/PngReader.h"
 
+#include "platform/InflatedPng.h"
 #include "platform/PictureBuilder.h"
 
 #include <QSysInfo>
@@ -9,6 +10,7 @@
 #include <cmath>
 #include <csetjmp>
 #include <cstring>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -18,8 +20,14 @@ namespace {
 /// destructor across a call into it; what must outlive an error is a member.
 class PngDecoder {
   public:
-    PngDecoder(const QByteArray& bytes, const ReducedCopies::Renders& renders)
-        : m_bytes(bytes), m_picture(renders) {
+    /// What decompresses the pixels' data: InflatedPng, or libpng by zlib, which tells what is wrong with
+    /// them.
+    enum class Inflater { Quick, Telling };
+
+    PngDecoder(const QByteArray& bytes, const ReducedCopies::Renders& renders, Inflater inflater)
+        : m_bytes(bytes),
+          m_inflated(inflater == Inflater::Quick ? std::make_unique<InflatedPng>(bytes) : nullptr),
+          m_picture(renders) {
         m_png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, onError, onWarning);
         if (m_png != nullptr)
             m_info = png_create_info_struct(m_png);
@@ -42,6 +50,9 @@ class PngDecoder {
     /// Whether the picture was reduced and then turned out not to stand upright.
     bool wasReducedTooEarly() const { return m_picture.wasReducedTooEarly(); }
 
+    /// Whether it was the quick inflater that failed.
+    bool failedToInflate() const { return m_inflated && m_inflated->isDamaged(); }
+
   private:
     static PngDecoder* self(png_structp png) { return static_cast<PngDecoder*>(png_get_error_ptr(png)); }
 
@@ -61,16 +72,26 @@ class PngDecoder {
     }
 
     static void onRead(png_structp png, png_bytep out, size_t length) {
-        auto* decoder = static_cast<PngDecoder*>(png_get_io_ptr(png));
-        const auto rest = static_cast<size_t>(decoder->m_bytes.size()) - decoder->m_position;
-        if (length > rest)
+        if (!static_cast<PngDecoder*>(png_get_io_ptr(png))->read(out, length))
             png_error(png, "it ends too early");
-        std::memcpy(out, decoder->m_bytes.constData() + decoder->m_position, length);
-        decoder->m_position += length;
+    }
+
+    bool read(png_bytep out, size_t length) {
+        if (m_inflated)
+            return m_inflated->read(out, length);
+        if (length > static_cast<size_t>(m_bytes.size()) - m_position)
+            return false;
+        std::memcpy(out, m_bytes.constData() + m_position, length);
+        m_position += length;
+        return true;
     }
 
     void readHeader() {
         png_set_read_fn(m_png, this, onRead);
+        if (m_inflated) {
+            png_set_crc_action(m_png, PNG_CRC_QUIET_USE, PNG_CRC_DEFAULT);
+            png_set_option(m_png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
+        }
         // Our own limit answers, with its own sentence.
         png_set_user_limits(m_png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
         // Texts are of no use here, and small ones can become very large.
@@ -108,6 +129,8 @@ class PngDecoder {
             readSequential(rowBytes);
         else
             readInterlaced(rowBytes, passes);
+        if (m_inflated && !m_inflated->endPixels())
+            png_error(m_png, "damaged data");
         png_read_end(m_png, m_info);
         readOrientation();
     }
@@ -169,6 +192,7 @@ class PngDecoder {
 
     const QByteArray& m_bytes;
     std::size_t m_position = 0;
+    std::unique_ptr<InflatedPng> m_inflated;
     png_structp m_png = nullptr;
     png_infop m_info = nullptr;
     png_uint_32 m_width = 0;
@@ -182,12 +206,17 @@ class PngDecoder {
 } // namespace
 
 Result<DecodedPicture> readPng(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
-    {
-        PngDecoder decoder(bytes, renders);
+    static const ReducedCopies::Renders none;
+    const ReducedCopies::Renders* wanted = &renders;
+    auto inflater = PngDecoder::Inflater::Quick;
+    for (;;) {
+        PngDecoder decoder(bytes, *wanted, inflater);
         Result<DecodedPicture> picture = decoder.decode();
-        // The orientation may stand behind the pixels.
-        if (!decoder.wasReducedTooEarly())
+        if (decoder.failedToInflate())
+            inflater = PngDecoder::Inflater::Telling;
+        else if (decoder.wasReducedTooEarly()) // the orientation may stand behind the pixels
+            wanted = &none;
+        else
             return picture;
     }
-    return PngDecoder(bytes, std::nullopt).decode();
 }
