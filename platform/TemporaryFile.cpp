@@ -89,10 +89,13 @@ int TemporaryFile::setMode(mode_t mode) {
 }
 
 int TemporaryFile::write(const QByteArray& bytes) {
+    // For a long piece Linux looks for as much memory in one place, which a virtual machine mostly has to ask
+    // for anew: that takes several times as long as the copy.
+    constexpr qsizetype longest = qsizetype{64} << 10;
     qsizetype written = 0;
     while (written < bytes.size()) {
         const ssize_t n = ::write(m_file.number(), bytes.constData() + written,
-                                  static_cast<std::size_t>(bytes.size() - written));
+                                  static_cast<std::size_t>(std::min(bytes.size() - written, longest)));
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0)
