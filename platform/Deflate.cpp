@@ -58,7 +58,16 @@ struct QuickState {
     std::uint8_t tables[ISAL_DEF_LVL1_DEFAULT];
 };
 
+/// ISA-L looks so far ahead of the place that it compresses.
+constexpr std::size_t lookAhead = ISAL_LOOK_AHEAD;
+
 bool appendQuick(QByteArray& stream, std::span<const std::uint8_t> bytes) {
+    // While ISA-L 2.30 goes on from a stream's first place it takes the state's own address for bytes: into
+    // its table of what stands where comes an entry that another run of the program has elsewhere. With just
+    // enough bytes for that first place it stops behind it, and reads the next ones properly.
+    constexpr std::size_t forOnePlace = lookAhead + 1;
+    if (bytes.size() <= forOnePlace)
+        return appendThorough(stream, bytes);
     const std::unique_ptr<QuickState> state(new (std::nothrow) QuickState);
     if (!state)
         return false;
@@ -78,7 +87,9 @@ bool appendQuick(QByteArray& stream, std::span<const std::uint8_t> bytes) {
     do {
         if (end == stream.size())
             stream.resize(stream.size() + stream.size() / 2);
-        const auto in = std::min(most, static_cast<std::size_t>(last - zlib.next_in));
+        const auto in = zlib.next_in == bytes.data()
+                            ? forOnePlace
+                            : std::min(most, static_cast<std::size_t>(last - zlib.next_in));
         const auto room = std::min(most, static_cast<std::size_t>(stream.size() - end));
         zlib.avail_in = static_cast<std::uint32_t>(in);
         zlib.end_of_stream = zlib.next_in + in == last ? 1 : 0;
