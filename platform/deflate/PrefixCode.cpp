@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 namespace {
 
@@ -15,14 +16,42 @@ struct Node {
 constexpr unsigned longestPossible = 15;
 using LengthCounts = std::array<unsigned, longestPossible + 1>;
 
-/// Sorts leaves by their counts, those of one count by their symbols.
+/// A count and its symbol as one number, which is faster to compare and to move.
+constexpr unsigned symbolBits = 16;
+using Keys = std::array<std::uint64_t, PrefixCode::maximumSymbols>;
+
+/// Sorts keys by their counts digit by digit, the least significant one first; those of one count stay in
+/// their order.
+void sortByDigits(Keys& keys, std::size_t size, std::uint64_t largest) {
+    constexpr unsigned digitBits = 9;
+    constexpr std::size_t digits = std::size_t{1} << digitBits;
+    Keys sorted;
+    for (unsigned shift = symbolBits; largest >> shift > 0; shift += digitBits) {
+        std::array<std::uint16_t, digits + 1> begins{};
+        const auto digit = [shift](std::uint64_t key) { return key >> shift & (digits - 1); };
+        for (std::size_t i = 0; i < size; ++i)
+            ++begins[digit(keys[i]) + 1];
+        std::partial_sum(begins.begin(), begins.end(), begins.begin());
+        for (std::size_t i = 0; i < size; ++i)
+            sorted[begins[digit(keys[i])]++] = keys[i];
+        std::copy_n(sorted.begin(), size, keys.begin());
+    }
+}
+
+/// Sorts leaves, which stand in the order of their symbols, by their counts, those of one count by their
+/// symbols.
 void sortByCount(std::span<Node> leaves) {
-    // As one number for both, which is faster to compare.
-    constexpr unsigned symbolBits = 16;
-    std::array<std::uint64_t, PrefixCode::maximumSymbols> keys;
-    for (std::size_t i = 0; i < leaves.size(); ++i)
+    Keys keys;
+    std::uint64_t largest = 0;
+    for (std::size_t i = 0; i < leaves.size(); ++i) {
         keys[i] = leaves[i].count << symbolBits | leaves[i].symbol;
-    std::sort(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(leaves.size()));
+        largest = std::max(largest, keys[i]);
+    }
+    constexpr std::size_t few = 48;
+    if (leaves.size() > few)
+        sortByDigits(keys, leaves.size(), largest);
+    else
+        std::sort(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(leaves.size()));
     for (std::size_t i = 0; i < leaves.size(); ++i)
         leaves[i] = {keys[i] >> symbolBits, static_cast<std::uint16_t>(keys[i] & 0xffffU), 0};
 }
