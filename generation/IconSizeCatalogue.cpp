@@ -55,7 +55,21 @@ Result<IconSizeCatalogue> IconSizeCatalogue::load(const Bundle& bundle) {
     const Result<QByteArray> bytes = resourceBytes(path);
     if (!bytes)
         return Error{ErrorCode::NotReadable, bytes.error().sentence};
-    const Result<QVariant> root = PropertyList::parse(*bytes);
+    // It is read for each platform, and the same bytes are the same catalogue.
+    static QByteArray lastBytes;
+    static IconSizeCatalogue lastCatalogue;
+    if (lastBytes.isEmpty() || lastBytes != *bytes) {
+        Result<IconSizeCatalogue> catalogue = parsed(*bytes);
+        if (!catalogue)
+            return catalogue;
+        lastBytes = *bytes;
+        lastCatalogue = *std::move(catalogue);
+    }
+    return lastCatalogue;
+}
+
+Result<IconSizeCatalogue> IconSizeCatalogue::parsed(const QByteArray& bytes) {
+    const Result<QVariant> root = PropertyList::parse(bytes);
     if (!root)
         return Error{ErrorCode::NotReadable, root.error().sentence};
     if (root->typeId() != QMetaType::QVariantList)

@@ -2,6 +2,7 @@
 
 #include "platform/Result.h"
 
+#include <QByteArray>
 #include <QSizeF>
 #include <QString>
 #include <QStringList>
@@ -27,6 +28,8 @@ class IconSizeCatalogue {
     /// array that does not hold what a catalogue must: fewer than five elements, or something of another type
     /// in a dictionary's or string's place.
     static Result<IconSizeCatalogue> load(const Bundle& bundle);
+    /// The same of a file with these bytes.
+    static Result<IconSizeCatalogue> parsed(const QByteArray& bytes);
 
     const QVariantMap& dictionary(Platform platform) const { return m_dictionaries[platform]; }
     QStringList keys(Platform platform) const { return m_dictionaries[platform].keys(); }

@@ -57,6 +57,27 @@ TEST(IconSizeCatalogue, the_built_in_one_has_53_icons) {
     EXPECT_EQ(catalogue->keys(IconSizeCatalogue::Android).size(), 7);
 }
 
+TEST(IconSizeCatalogue, each_time_is_as_the_file_is_then) {
+    const auto iphoneKeys = [](const GeneratorFixture& fixture) -> std::optional<QStringList> {
+        const Result<IconSizeCatalogue> catalogue = IconSizeCatalogue::load(fixture.bundle);
+        return catalogue ? std::optional(catalogue->keys(IconSizeCatalogue::Iphone)) : std::nullopt;
+    };
+    GeneratorFixture fixture;
+    const auto useKey = [&](const char* key) {
+        fixture.useCatalogue(
+            text("<dict><key>%1</key><dict/></dict><dict/><dict/><dict/><dict/>").arg(text(key)));
+    };
+    useKey("first");
+    EXPECT_EQ(iphoneKeys(fixture), QStringList(text("first")));
+    EXPECT_EQ(iphoneKeys(fixture), QStringList(text("first")));
+    useKey("second");
+    EXPECT_EQ(iphoneKeys(fixture), QStringList(text("second")));
+    fixture.useCatalogue(text("<string/>"));
+    EXPECT_EQ(iphoneKeys(fixture), std::nullopt);
+    useKey("first");
+    EXPECT_EQ(iphoneKeys(fixture), QStringList(text("first")));
+}
+
 TEST(IconSizeCatalogue, elements_are_iphone_ipad_watch_mac_and_android) {
     GeneratorFixture fixture;
     QString array;
