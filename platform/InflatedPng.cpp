@@ -24,8 +24,28 @@ std::uint8_t* put(std::uint8_t* to, const std::array<std::uint8_t, Length>& byte
 
 } // namespace
 
+bool InflatedPng::Chunk::isCritical() const {
+    return (typeAndData[0] & ancillaryBit) == 0;
+}
+
+bool InflatedPng::Chunk::isPixels() const {
+    return std::ranges::equal(typeAndData.first(typeLength), pixelsType);
+}
+
+bool InflatedPng::Chunk::isIntact() const {
+    return libdeflate_crc32(0, typeAndData.data(), typeAndData.size()) ==
+           qFromBigEndian<std::uint32_t>(typeAndData.data() + typeAndData.size());
+}
+
+std::span<const std::uint8_t> InflatedPng::Chunk::data() const {
+    return typeAndData.subspan(typeLength);
+}
+
+std::size_t InflatedPng::Chunk::length() const {
+    return data().size() + frameLength;
+}
+
 // The state and the part are filled when they are needed.
-// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
 InflatedPng::InflatedPng(const QByteArray& bytes) : m_bytes(bytes) {
     m_ready = left().first(std::min(signatureLength, left().size()));
     m_position = m_ready.size();
@@ -71,12 +91,7 @@ std::optional<InflatedPng::Chunk> InflatedPng::nextChunk() const {
     const std::size_t length = qFromBigEndian<std::uint32_t>(rest.data());
     if (length > rest.size() - frameLength)
         return std::nullopt;
-    const std::span<const std::uint8_t> checked = rest.subspan(4, typeLength + length);
-    const bool isCritical = (checked[0] & ancillaryBit) == 0;
-    return Chunk{checked.subspan(typeLength), isCritical,
-                 std::ranges::equal(checked.first(typeLength), pixelsType),
-                 isCritical && libdeflate_crc32(0, checked.data(), checked.size()) ==
-                                   qFromBigEndian<std::uint32_t>(checked.data() + checked.size())};
+    return Chunk{rest.subspan(4, typeLength + length)};
 }
 
 bool InflatedPng::damaged() {
@@ -93,13 +108,13 @@ bool InflatedPng::advance() {
         return true;
     }
     const std::optional<Chunk> chunk = nextChunk();
-    if (chunk && chunk->isPixels && m_place == Place::BeforePixels) {
+    if (chunk && chunk->isPixels() && m_place == Place::BeforePixels) {
         m_place = Place::InPixels;
         return takePixels();
     }
-    if (chunk && chunk->isCritical && !chunk->isIntact)
+    if (chunk && chunk->isCritical() && !chunk->isIntact())
         return damaged();
-    m_ready = chunk ? left().first(chunk->data.size() + frameLength) : left();
+    m_ready = chunk ? left().first(chunk->length()) : left();
     m_position += m_ready.size();
     return !m_ready.empty();
 }
@@ -112,12 +127,13 @@ bool InflatedPng::inflate(std::span<std::uint8_t> out) {
         // It may keep some bytes until there is room for them.
         if (m_inflater.avail_in == 0 && m_inflater.block_state != ISAL_BLOCK_INPUT_DONE) {
             const std::optional<Chunk> chunk = nextChunk();
-            if (!chunk || !chunk->isPixels || !chunk->isIntact)
+            if (!chunk || !chunk->isPixels() || !chunk->isIntact())
                 return damaged();
-            m_position += chunk->data.size() + frameLength;
-            m_inflater.next_in = const_cast<std::uint8_t*>(chunk->data.data()); // it only reads them
-            m_inflater.avail_in = static_cast<std::uint32_t>(chunk->data.size());
-            if (chunk->data.empty())
+            m_position += chunk->length();
+            const std::span<const std::uint8_t> data = chunk->data();
+            m_inflater.next_in = const_cast<std::uint8_t*>(data.data()); // it only reads them
+            m_inflater.avail_in = static_cast<std::uint32_t>(data.size());
+            if (data.empty())
                 continue;
         }
         const int result = isal_inflate(&m_inflater);
@@ -145,11 +161,11 @@ bool InflatedPng::takePixels() {
 bool InflatedPng::skipPixels() {
     for (;;) {
         const std::optional<Chunk> chunk = nextChunk();
-        if (!chunk || !chunk->isPixels)
+        if (!chunk || !chunk->isPixels())
             return true;
-        if (!chunk->isIntact)
+        if (!chunk->isIntact())
             return damaged();
-        m_position += chunk->data.size() + frameLength;
+        m_position += chunk->length();
     }
 }
 

@@ -34,11 +34,16 @@ class InflatedPng {
 
   private:
     enum class Place { BeforePixels, InPixels, AtPixelsEnd, BehindPixels };
+    /// Of the file, whole.
     struct Chunk {
-        std::span<const std::uint8_t> data;
-        bool isCritical;
-        bool isPixels;
-        bool isIntact; ///< told only of critical ones
+        std::span<const std::uint8_t> typeAndData; ///< with the checksum of both behind them
+
+        bool isCritical() const;
+        bool isPixels() const;
+        bool isIntact() const;
+        std::span<const std::uint8_t> data() const;
+        /// With all that is around the data.
+        std::size_t length() const;
     };
 
     static constexpr std::size_t partLength = std::size_t{32} << 10;

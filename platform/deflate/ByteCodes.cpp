@@ -29,7 +29,6 @@ bool hasVectors() {
 } // namespace
 
 // The tables are only filled where they are needed.
-// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
 ByteCodes::ByteCodes(std::span<const PrefixCode::Code, byteCount> codes)
     : m_codes(codes), m_hasVectors(hasVectors()) {
     if (!m_hasVectors)
