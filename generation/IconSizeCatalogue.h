@@ -28,8 +28,6 @@ class IconSizeCatalogue {
     /// array that does not hold what a catalogue must: fewer than five elements, or something of another type
     /// in a dictionary's or string's place.
     static Result<IconSizeCatalogue> load(const Bundle& bundle);
-    /// The same of a file with these bytes.
-    static Result<IconSizeCatalogue> parsed(const QByteArray& bytes);
 
     const QVariantMap& dictionary(Platform platform) const { return m_dictionaries[platform]; }
     QStringList keys(Platform platform) const { return m_dictionaries[platform].keys(); }
@@ -43,6 +41,8 @@ class IconSizeCatalogue {
     static QString name(const QVariantMap& entry);
 
   private:
+    static Result<IconSizeCatalogue> parsed(const QByteArray& bytes);
+
     std::array<QVariantMap, platformCount> m_dictionaries;
 };
 

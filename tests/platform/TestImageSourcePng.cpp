@@ -246,6 +246,10 @@ TEST(ImageSourcePng, a_wrong_check_sum_of_the_pixels_is_an_error) {
     const qsizetype end = chunkStart(png, "IEND");
     png[end - 1] = static_cast<char>(png[end - 1] ^ 1);
     expectRefused(png, ErrorCode::Damaged);
+    const Result<DecodedPicture> picture = ImageSource::decode(png);
+    ASSERT_FALSE(picture);
+    EXPECT_TRUE(picture.error().sentence.contains(u"IDAT: CRC error"))
+        << picture.error().sentence.toStdString();
 }
 
 TEST(ImageSourcePng, any_flipped_bit_in_the_pixels_is_an_error) {

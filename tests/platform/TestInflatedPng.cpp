@@ -95,7 +95,7 @@ QByteArray compressed(const QByteArray& bytes) {
 }
 
 const Chunk header{"IHDR", QByteArray(13, 1)};
-const Chunk text{"tEXt", "a\0b"};
+const Chunk text{"tEXt", QByteArray("a\0b", 3)};
 const Chunk end{"IEND", {}};
 
 QByteArray someBytes(qsizetype size) {
