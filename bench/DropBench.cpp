@@ -1,10 +1,10 @@
 // How long the main window takes from a dropped picture to its preview on the screen: bench_drop PICTURE
 // LIMIT [RUNS] LIMIT is in milliseconds; the exit status is 1 where the median is above it.
 #include "mainwindow/PreviewStrip.h"
-#include "platform/Bundle.h"
-#include "platform/NotificationCenter.h"
-#include "platform/Screen.h"
-#include "platform/Workspace.h"
+#include "platform/services/Bundle.h"
+#include "platform/services/NotificationCenter.h"
+#include "platform/services/Screen.h"
+#include "platform/services/Workspace.h"
 #include "platform/widgets/Application.h"
 
 #include <QDropEvent>

@@ -1,19 +1,19 @@
 // How long each stage of the engine takes, and how many bytes of pixels it does in a second. Sizes are width
 // × height; those that are not powers of two find what a vector's last pixels cost.
 #include "bench/SourcePicture.h"
-#include "platform/BitmapImageRep.h"
-#include "platform/Deflate.h"
-#include "platform/GraphicsContext.h"
-#include "platform/JpegReader.h"
-#include "platform/JpegWriter.h"
-#include "platform/PngFilter.h"
-#include "platform/PngReader.h"
-#include "platform/PngWriter.h"
-#include "platform/Premultiplication.h"
-#include "platform/Resampler.h"
-#include "platform/TiffReader.h"
-#include "platform/TiffWriter.h"
-#include "platform/icns/IcnsWriter.h"
+#include "imaging/deflate/Deflate.h"
+#include "imaging/drawing/GraphicsContext.h"
+#include "imaging/formats/JpegReader.h"
+#include "imaging/formats/JpegWriter.h"
+#include "imaging/formats/TiffReader.h"
+#include "imaging/formats/TiffWriter.h"
+#include "imaging/icns/IcnsWriter.h"
+#include "imaging/image/BitmapImageRep.h"
+#include "imaging/pixels/Premultiplication.h"
+#include "imaging/pixels/Resampler.h"
+#include "imaging/png/PngFilter.h"
+#include "imaging/png/PngReader.h"
+#include "imaging/png/PngWriter.h"
 
 #include <benchmark/benchmark.h>
 

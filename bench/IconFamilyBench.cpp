@@ -1,11 +1,11 @@
 // How long whole buffers of 1024 × 1024 pixels take, beside memcpy and a plain loop; and how long a family
 // takes.
+#include "base/Log.h"
 #include "bench/Median.h"
 #include "iconfamily/IconFamily.h"
 #include "iconfamily/PixelBuffers.h"
-#include "platform/ImageSource.h"
-#include "platform/Log.h"
-#include "platform/Premultiplication.h"
+#include "imaging/io/ImageSource.h"
+#include "imaging/pixels/Premultiplication.h"
 
 #include <QFile>
 #include <QGuiApplication>

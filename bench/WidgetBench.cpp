@@ -2,10 +2,10 @@
 #include "bench/Median.h"
 #include "mainwindow/PreviewStrip.h"
 #include "mainwindow/TetraSliderCell.h"
-#include "platform/Bundle.h"
-#include "platform/NotificationCenter.h"
-#include "platform/Screen.h"
-#include "platform/Workspace.h"
+#include "platform/services/Bundle.h"
+#include "platform/services/NotificationCenter.h"
+#include "platform/services/Screen.h"
+#include "platform/services/Workspace.h"
 #include "platform/widgets/Application.h"
 
 #include <QBuffer>

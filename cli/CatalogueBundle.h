@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Bundle.h"
+#include "platform/services/Bundle.h"
 
 /// The program's resources with a size catalogue of the user's own in place of the built-in one.
 class CatalogueBundle final : public Bundle {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Color.h"
+#include "base/Color.h"
 
 #include <optional>
 #include <string>

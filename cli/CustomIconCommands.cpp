@@ -2,10 +2,11 @@
 
 #include "cli/InputFile.h"
 #include "cli/Terminal.h"
+#include "files/FilePath.h"
 #include "iconfamily/IconFamily.h"
-#include "platform/FilePath.h"
-#include "platform/fork/AppleDoubleForkStore.h"
-#include "platform/fork/ResourceFile.h"
+#include "platform/forks/AppleDoubleForkStore.h"
+#include "platform/forks/CurrentForkStore.h"
+#include "platform/forks/ResourceFile.h"
 
 #include <QFileInfo>
 
@@ -20,7 +21,7 @@ int fail(const QString& sentence) {
 
 /// Why an operation on that item failed, as far as it can be seen afterwards.
 QString causeOf(const QString& path) {
-    const ForkStore& store = ForkStore::current();
+    const ForkStore& store = currentForkStore();
     if (const Result<FinderInfo> info = store.finderInfo(path); !info)
         return info.error().sentence;
     const bool isFolder = QFileInfo(path).isDir();
@@ -50,7 +51,7 @@ int run(const CustomIconOptions& options, const QString& what,
         const ForkStoreInUse inUse(store);
         return work();
     }
-    if (!ForkStore::current().isAvailable())
+    if (!currentForkStore().isAvailable())
         return fail(
             QStringLiteral("files have no resource forks on this system; with --apple-double they are "
                            "kept in files beside the items, which a Mac reads from archives"));

@@ -3,8 +3,8 @@
 #include "cli/InputFile.h"
 #include "cli/Terminal.h"
 #include "generation/ImageExport.h"
-#include "platform/GraphicsContext.h"
-#include "platform/ImageSource.h"
+#include "imaging/drawing/GraphicsContext.h"
+#include "imaging/io/ImageSource.h"
 
 #include <cmath>
 

@@ -1,15 +1,15 @@
 #include "cli/GenerateCommand.h"
 
+#include "base/StageTimes.h"
 #include "cli/CatalogueBundle.h"
 #include "cli/GenerateReport.h"
 #include "cli/PictureWarnings.h"
 #include "cli/UnscaledScreen.h"
+#include "files/AtomicFile.h"
+#include "files/Folder.h"
 #include "generation/IconContainer.h"
 #include "generation/IconSetGenerator.h"
-#include "platform/AtomicFile.h"
-#include "platform/Folder.h"
-#include "platform/ImageSource.h"
-#include "platform/StageTimes.h"
+#include "imaging/io/ImageSource.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "cli/GenerateReport.h"
 
-#include "platform/StageTimes.h"
+#include "base/StageTimes.h"
 
 #include <QDir>
 #include <QFileInfo>

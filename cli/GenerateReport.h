@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/GenerateCommand.h"
+#include "cli/GenerateOptions.h"
 #include "cli/Terminal.h"
 #include "generation/GenerationObserver.h"
 

@@ -1,11 +1,11 @@
 #include "cli/IcnsCommands.h"
 #include "cli/InputFile.h"
 #include "cli/Terminal.h"
-#include "platform/AtomicFile.h"
-#include "platform/FilePath.h"
-#include "platform/Folder.h"
-#include "platform/PngWriter.h"
-#include "platform/icns/IcnsEncoding.h"
+#include "files/AtomicFile.h"
+#include "files/FilePath.h"
+#include "files/Folder.h"
+#include "imaging/icns/IcnsEncoding.h"
+#include "imaging/png/PngWriter.h"
 
 #include <QFile>
 

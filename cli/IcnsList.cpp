@@ -1,7 +1,7 @@
 #include "cli/IcnsCommands.h"
 #include "cli/InputFile.h"
 #include "cli/Terminal.h"
-#include "platform/icns/IcnsInspection.h"
+#include "imaging/icns/IcnsInspection.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -4,7 +4,7 @@
 #include "cli/Terminal.h"
 #include "cli/UnscaledScreen.h"
 #include "generation/IconContainer.h"
-#include "platform/ImageSource.h"
+#include "imaging/io/ImageSource.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "cli/InputFile.h"
 
 #include "cli/Terminal.h"
-#include "platform/RegularFile.h"
+#include "files/RegularFile.h"
 
 #include <QFile>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Result.h"
-#include "platform/icns/IcnsReader.h"
+#include "base/Result.h"
+#include "imaging/icns/IcnsReader.h"
 
 #include <QByteArray>
 

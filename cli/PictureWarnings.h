@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ImageSource.h"
+#include "imaging/io/ImageSource.h"
 
 #include <QStringList>
 

@@ -1,6 +1,6 @@
 #include "cli/Terminal.h"
 
-#include "platform/Log.h"
+#include "base/Log.h"
 
 #include <QChar>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Screen.h"
+#include "platform/services/Screen.h"
 
 /// A display that never scales: points are pixels, wherever the program runs.
 class UnscaledScreen final : public Screen {

@@ -48,8 +48,35 @@ function(tobrimax_check_integers)
   endif()
 endfunction()
 
-# tobrimax_library(NAME SOURCES… ): a static library of one folder.
-function(tobrimax_library name)
-  add_library(${name} STATIC ${ARGN})
-  target_link_libraries(${name} PUBLIC tobrimax_options)
+# tobrimax_room(NAME SOURCES … [ROOMS …] [QT …] [PACKAGES …]): the static library of one folder. ROOMS are the folders that
+# it includes, with _ for /; QT is the highest of Qt's libraries that it knows; PACKAGES are foreign libraries, which it
+# keeps to itself. scripts/layers compares ROOMS with what is included.
+function(tobrimax_room name)
+  cmake_parse_arguments(PARSE_ARGV 1 ROOM "" "QT" "SOURCES;ROOMS;PACKAGES")
+  add_library(${name} STATIC ${ROOM_SOURCES})
+  target_link_libraries(${name} PUBLIC tobrimax_options ${ROOM_ROOMS})
+  if(ROOM_QT)
+    target_link_libraries(${name} PUBLIC Qt6::${ROOM_QT})
+  endif()
+  target_link_libraries(${name} PRIVATE ${ROOM_PACKAGES})
+  tobrimax_headers_alone(${name})
+endfunction()
+
+# headers_alone, built by scripts/layers, compiles each header of each room as if a source included nothing else.
+add_custom_target(headers_alone)
+function(tobrimax_headers_alone name)
+  file(
+    GLOB headers
+    CONFIGURE_DEPENDS
+    RELATIVE ${PROJECT_SOURCE_DIR}
+    ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  set(sources)
+  foreach(header ${headers})
+    set(source ${PROJECT_BINARY_DIR}/headers_alone/${header}.cpp)
+    file(CONFIGURE OUTPUT ${source} CONTENT "#include \"${header}\"\n")
+    list(APPEND sources ${source})
+  endforeach()
+  add_library(${name}_headers OBJECT EXCLUDE_FROM_ALL ${sources})
+  target_link_libraries(${name}_headers PRIVATE ${name} ${ROOM_PACKAGES})
+  add_dependencies(headers_alone ${name}_headers)
 endfunction()

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "generation/IconStyle.h"
-#include "platform/Image.h"
+#include "imaging/image/Image.h"
 
 #include <QString>
 

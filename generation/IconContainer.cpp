@@ -1,6 +1,6 @@
 #include "generation/IconContainer.h"
 
-#include "platform/ImageDestination.h"
+#include "imaging/io/ImageDestination.h"
 
 #include <algorithm>
 #include <utility>

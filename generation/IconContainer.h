@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Result.h"
 #include "generation/IconRenderer.h"
-#include "platform/Result.h"
 
 #include <array>
 #include <vector>

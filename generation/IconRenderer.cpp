@@ -1,8 +1,9 @@
 #include "generation/IconRenderer.h"
 
-#include "platform/GraphicsContext.h"
-#include "platform/ImageSource.h"
-#include "platform/StageTimes.h"
+#include "base/StageTimes.h"
+#include "imaging/drawing/GraphicsContext.h"
+#include "imaging/io/ImageSource.h"
+#include "imaging/io/Representations.h"
 
 namespace {
 
@@ -37,6 +38,6 @@ QImage IconRenderer::getCgiImageRef(const Image* image) {
     if (image == nullptr)
         return {};
     const StageTimes::Timer timer(Stage::Tiff);
-    Result<DecodedPicture> picture = ImageSource::decode(image->TIFFRepresentation());
+    Result<DecodedPicture> picture = ImageSource::decode(TIFFRepresentation(*image));
     return picture ? picture->raster : QImage();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "generation/GenerationInput.h"
-#include "platform/Screen.h"
+#include "platform/services/Screen.h"
 
 #include <QImage>
 #include <QSizeF>

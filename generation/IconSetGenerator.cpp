@@ -1,9 +1,9 @@
 #include "generation/IconSetGenerator.h"
 
+#include "base/Log.h"
+#include "files/FilePath.h"
 #include "generation/IconContainer.h"
 #include "generation/OutputFolder.h"
-#include "platform/FilePath.h"
-#include "platform/Log.h"
 
 #include <QUrl>
 

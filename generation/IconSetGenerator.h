@@ -5,9 +5,9 @@
 #include "generation/IconRenderer.h"
 #include "generation/IconSizeCatalogue.h"
 #include "generation/IconWriter.h"
-#include "platform/Bundle.h"
-#include "platform/Screen.h"
-#include "platform/Workspace.h"
+#include "platform/services/Bundle.h"
+#include "platform/services/Screen.h"
+#include "platform/services/Workspace.h"
 
 /// Turns one picture into the icon files of the chosen platform, synchronously and on the calling thread.
 /// Failures are logged or told to the observer; none ends a generation but a malformed catalogue.

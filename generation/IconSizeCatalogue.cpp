@@ -1,8 +1,8 @@
 #include "generation/IconSizeCatalogue.h"
 
-#include "platform/Bundle.h"
-#include "platform/PropertyList.h"
-#include "platform/RegularFile.h"
+#include "files/RegularFile.h"
+#include "platform/services/Bundle.h"
+#include "platform/services/PropertyList.h"
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Color.h"
+#include "base/Color.h"
 
 /// The decoration of every icon of a set.
 struct IconStyle {

@@ -1,12 +1,12 @@
 #include "generation/IconWriter.h"
 
+#include "base/Log.h"
+#include "base/StageTimes.h"
+#include "files/AtomicFile.h"
+#include "files/Folder.h"
 #include "generation/OutputFolder.h"
-#include "platform/AtomicFile.h"
-#include "platform/BitmapImageRep.h"
-#include "platform/Folder.h"
-#include "platform/GraphicsContext.h"
-#include "platform/Log.h"
-#include "platform/StageTimes.h"
+#include "imaging/drawing/GraphicsContext.h"
+#include "imaging/io/Representations.h"
 
 #include <QLocale>
 
@@ -24,16 +24,16 @@ struct EncodedIcon {
 /// and alpha. Neither the render nor the encoding is kept longer than it is needed.
 std::unique_ptr<BitmapImageRep> throughTiff(Image render) {
     const StageTimes::Timer timer(Stage::Tiff);
-    const QByteArray tiff = render.TIFFRepresentation();
+    const QByteArray tiff = TIFFRepresentation(render);
     render = Image();
-    return BitmapImageRep::imageRepWithData(tiff);
+    return imageRepWithData(tiff);
 }
 
 EncodedIcon encoded(Image render) {
     const std::unique_ptr<BitmapImageRep> bitmap = throughTiff(std::move(render));
     if (!bitmap)
         return {};
-    return {bitmap->representationUsingType(BitmapImageRep::FileType::PNG), bitmap->pixelSize()};
+    return {representationUsingType(*bitmap, BitmapFileType::PNG), bitmap->pixelSize()};
 }
 
 /// Why there is no icon of that size.

@@ -1,6 +1,6 @@
 #include "generation/ImageExport.h"
 
-#include "platform/Log.h"
+#include "base/Log.h"
 
 #include <iterator>
 

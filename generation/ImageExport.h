@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ImageDestination.h"
+#include "imaging/io/ImageDestination.h"
 
 #include <QImage>
 #include <QString>

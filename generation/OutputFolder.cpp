@@ -1,6 +1,6 @@
 #include "generation/OutputFolder.h"
 
-#include "platform/FilePath.h"
+#include "files/FilePath.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 #include "iconfamily/CarbonFSRefCreation.h"
 
-#include "platform/AtomicFile.h"
-#include "platform/ShortMemory.h"
+#include "base/ShortMemory.h"
+#include "files/AtomicFile.h"
 
 #include <QFileInfo>
 

@@ -1,13 +1,13 @@
 #include "iconfamily/IconFamily.h"
 
+#include "base/Log.h"
+#include "base/ShortMemory.h"
+#include "files/RegularFile.h"
 #include "iconfamily/CarbonFSRefCreation.h"
 #include "iconfamily/IconFamilyElements.h"
-#include "platform/Log.h"
-#include "platform/RegularFile.h"
-#include "platform/ShortMemory.h"
-#include "platform/fork/ResourceFile.h"
-#include "platform/icns/IcnsReader.h"
-#include "platform/icns/IconFamilyBlock.h"
+#include "imaging/icns/IcnsReader.h"
+#include "imaging/icns/IconFamilyBlock.h"
+#include "platform/forks/ResourceFile.h"
 
 #include <QFile>
 
@@ -79,16 +79,35 @@ bool IconFamily::writeToFile(const QString& path) const {
            file.write(hIconFamily) == hIconFamily.size() && file.flush();
 }
 
+namespace {
+
+/// The samples of `bitmap` as `element` keeps them. No value where it has another size or memory is short.
+std::optional<QByteArray> converted(const BitmapImageRep& bitmap, const WritableElement& element) {
+    switch (element.content) {
+    case ElementContent::Colors:
+        return IconFamily::get32BitDataFromBitmapImageRep(bitmap, element.pixelSize);
+    case ElementContent::Channel:
+        return IconFamily::get8BitDataFromBitmapImageRep(bitmap, element.pixelSize);
+    case ElementContent::Coverage:
+        return IconFamily::get8BitMaskFromBitmapImageRep(bitmap, element.pixelSize);
+    case ElementContent::Bits:
+        return IconFamily::get1BitMaskFromBitmapImageRep(bitmap, element.pixelSize);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
 bool IconFamily::setIconFamilyElement(FourCharCode type, const BitmapImageRep* fromBitmapImageRep) {
     const WritableElement* element = writableElement(type);
     if (fromBitmapImageRep == nullptr || element == nullptr)
         return false;
-    const std::optional<QByteArray> converted = element->convert(*fromBitmapImageRep, element->pixelSize);
-    if (!converted) {
+    const std::optional<QByteArray> samples = converted(*fromBitmapImageRep, *element);
+    if (!samples) {
         logLine(QStringLiteral("Null data returned to setIconFamilyElement:fromBitmapImageRep:"));
         return false;
     }
-    const IconFamilyBlock::Status status = IconFamilyBlock::setIconFamilyData(hIconFamily, type, *converted);
+    const IconFamilyBlock::Status status = IconFamilyBlock::setIconFamilyData(hIconFamily, type, *samples);
     if (status != IconFamilyBlock::Status::NoError) {
         logLine(QStringLiteral("SetIconFamilyData() returned error %1").arg(static_cast<qint16>(status)));
         return false;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/BitmapImageRep.h"
-#include "platform/Image.h"
-#include "platform/Pasteboard.h"
-#include "platform/Result.h"
-#include "platform/icns/IcnsTypes.h"
+#include "base/Result.h"
+#include "imaging/icns/IcnsTypes.h"
+#include "imaging/image/BitmapImageRep.h"
+#include "imaging/image/Image.h"
+#include "platform/services/Pasteboard.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,7 +1,7 @@
 // A whole family from one picture.
+#include "base/ShortMemory.h"
 #include "iconfamily/IconFamily.h"
-#include "platform/GraphicsContext.h"
-#include "platform/ShortMemory.h"
+#include "imaging/drawing/GraphicsContext.h"
 
 #include <algorithm>
 #include <array>

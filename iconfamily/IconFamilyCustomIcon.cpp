@@ -1,9 +1,10 @@
 // Icon families as the custom icons of files and folders.
+#include "base/ShortMemory.h"
+#include "files/FilePath.h"
 #include "iconfamily/CarbonFSRefCreation.h"
 #include "iconfamily/IconFamily.h"
-#include "platform/FilePath.h"
-#include "platform/ShortMemory.h"
-#include "platform/fork/ResourceFile.h"
+#include "platform/forks/CurrentForkStore.h"
+#include "platform/forks/ResourceFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -26,7 +27,7 @@ const QString iconFileName = QStringLiteral("Icon\r");
 /// Changes the Finder flags of an item; whether that succeeded.
 template <typename Change>
 bool changeFlags(const QString& path, Change change) {
-    ForkStore& store = ForkStore::current();
+    ForkStore& store = currentForkStore();
     Result<FinderInfo> info = store.finderInfo(path);
     if (!info)
         return false;
@@ -79,7 +80,7 @@ bool addToFork(const IconFamily& family, const QString& path, bool withCompatibi
 }
 
 bool setOnFile(const IconFamily& family, const QString& path, bool withCompatibility, Error* error) {
-    ForkStore& store = ForkStore::current();
+    ForkStore& store = currentForkStore();
     if (!store.isAvailable())
         return false;
     // A file that is not there yet has none; that is told, and no obstacle.
@@ -106,7 +107,7 @@ bool setOnFile(const IconFamily& family, const QString& path, bool withCompatibi
 }
 
 bool setOnFolder(const IconFamily& family, const QString& path, bool withCompatibility, Error* error) {
-    ForkStore& store = ForkStore::current();
+    ForkStore& store = currentForkStore();
     FSRef folder;
     if (!store.isAvailable() || !QFileInfo(path).isDir() || !getFSRef(path, folder, false))
         return false;
@@ -130,7 +131,7 @@ bool setOnFolder(const IconFamily& family, const QString& path, bool withCompati
 }
 
 bool removeFromFile(const QString& path) {
-    ForkStore& store = ForkStore::current();
+    ForkStore& store = currentForkStore();
     FSRef item;
     if (!store.isAvailable() || !getFSRef(path, item, false))
         return false;
@@ -143,7 +144,7 @@ bool removeFromFile(const QString& path) {
 }
 
 bool removeFromFolder(const QString& path, Error* error) {
-    ForkStore& store = ForkStore::current();
+    ForkStore& store = currentForkStore();
     if (!store.isAvailable())
         return false;
     FSRef folder;

@@ -1,13 +1,14 @@
 #include "iconfamily/IconFamilyElements.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
-constexpr auto colors = &IconFamily::get32BitDataFromBitmapImageRep;
-constexpr auto channel = &IconFamily::get8BitDataFromBitmapImageRep;
-constexpr auto mask = &IconFamily::get8BitMaskFromBitmapImageRep;
-constexpr auto bits = &IconFamily::get1BitMaskFromBitmapImageRep;
+constexpr auto colors = ElementContent::Colors;
+constexpr auto channel = ElementContent::Channel;
+constexpr auto mask = ElementContent::Coverage;
+constexpr auto bits = ElementContent::Bits;
 
 constexpr WritableElement writable[] = {
     {"ic04", 16, colors},  {"ic05", 32, colors},  {"ic06", 48, colors},  {"ic07", 128, colors},

@@ -1,12 +1,20 @@
 #pragma once
 
-#include "iconfamily/IconFamily.h"
+#include "base/FourCharCode.h"
+
+/// What an element keeps of a bitmap.
+enum class ElementContent {
+    Colors,   ///< A, R, G, B samples
+    Channel,  ///< a byte of one channel
+    Coverage, ///< a byte of coverage
+    Bits,     ///< a bit, twice
+};
 
 /// An element type that a bitmap can be stored as.
 struct WritableElement {
     FourCharCode code;
     int pixelSize; ///< that the bitmap must have
-    std::optional<QByteArray> (*convert)(const BitmapImageRep& bitmap, qint32 requiredPixelSize);
+    ElementContent content;
 };
 
 /// Null for any other type.

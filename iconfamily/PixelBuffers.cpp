@@ -1,7 +1,7 @@
 // Compiled once for each instruction set; the best one is chosen when the program runs.
 #include "iconfamily/PixelBuffers.h"
 
-#include "platform/VectorDispatch.h"
+#include "imaging/simd/VectorDispatch.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,9 +1,9 @@
 // The four conversions of a bitmap into the bytes of an element.
+#include "base/Log.h"
+#include "base/ShortMemory.h"
 #include "iconfamily/IconFamily.h"
 #include "iconfamily/PixelBuffers.h"
-#include "platform/Log.h"
-#include "platform/Premultiplication.h"
-#include "platform/ShortMemory.h"
+#include "imaging/pixels/Premultiplication.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,8 +1,8 @@
 #include "mainwindow/BorderImageView.h"
 
+#include "imaging/io/ImageSource.h"
 #include "mainwindow/MimeContents.h"
-#include "platform/ImageSource.h"
-#include "platform/NotificationCenter.h"
+#include "platform/services/NotificationCenter.h"
 #include "platform/widgets/QtColor.h"
 
 #include <QDragEnterEvent>

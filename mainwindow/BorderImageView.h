@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Path.h"
+#include "imaging/drawing/Path.h"
 #include "platform/widgets/Accessibility.h"
 #include "platform/widgets/ImageView.h"
 

@@ -1,10 +1,10 @@
 #include "mainwindow/MainWindowController.h"
 
+#include "base/Log.h"
 #include "generation/ImageExport.h"
+#include "imaging/drawing/GraphicsContext.h"
 #include "mainwindow/MimeContents.h"
-#include "platform/GraphicsContext.h"
-#include "platform/Log.h"
-#include "platform/NotificationCenter.h"
+#include "platform/services/NotificationCenter.h"
 #include "platform/widgets/Alert.h"
 #include "platform/widgets/EnabledFollower.h"
 #include "ui_MainWindowController.h"
@@ -62,7 +62,7 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
     }
     HighlightedButton::awakeAll(*window);
     connectActions();
-    layout.previewStrip->observe(*this);
+    connectPreview(*layout.previewStrip);
     return window;
 }
 
@@ -78,6 +78,17 @@ void MainWindowController::connectActions() {
     connect(colorPicker, &ColorWell::action, this, [this] { colorPickerAction(colorPicker); });
     connect(generateBtn, &QPushButton::clicked, this, [this] { actionGenerateIcons(generateBtn); });
     connect(imgViewIcon, &BorderImageView::pressed, this, &MainWindowController::openPicture);
+}
+
+void MainWindowController::connectPreview(PreviewStrip& strip) {
+    connect(roundedCheckButton, &QCheckBox::toggled, &strip, &PreviewStrip::render);
+    connect(borderCheckButton, &QCheckBox::toggled, &strip, &PreviewStrip::render);
+    connect(sliderCornerRadius, &FloatSlider::valueTextChanged, &strip, &PreviewStrip::render);
+    connect(sliderBorderWidth, &FloatSlider::valueTextChanged, &strip, &PreviewStrip::render);
+    connect(colorPicker, &ColorWell::colorChanged, &strip, &PreviewStrip::render);
+    NotificationCenter::defaultCenter().addObserver(&strip, BorderImageView::imageAdded,
+                                                    [&strip](const Notification&) { strip.render(); });
+    strip.setInput(*this);
 }
 
 void MainWindowController::windowDidLoad() {

@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QPointer>
 
+class PreviewStrip;
 class QFileDialog;
 
 /// The main window: a picture, its decoration, a platform, and the button that generates. The controls are
@@ -89,6 +90,7 @@ class MainWindowController final : public WindowController, public GenerationInp
     MainWindowController(const QString& windowNibName, const Surroundings& surroundings);
 
     void connectActions();
+    void connectPreview(PreviewStrip& strip);
     double previewWidth() const;
     void setPreviewLayerRadius(double radius);
 

@@ -1,9 +1,9 @@
 #include "mainwindow/PreviewStrip.h"
 
-#include "platform/NotificationCenter.h"
 #include "platform/widgets/QtColor.h"
 
 #include <QPainter>
+#include <QStyle>
 
 #include <cmath>
 #include <numeric>
@@ -21,22 +21,14 @@ PreviewStrip::PreviewStrip(QWidget* parent) : QWidget(parent) {
     setAccessibleName(tr("Icons as they will be written, at 16, 32, 64 and 128 pixels"));
 }
 
-void PreviewStrip::observe(const MainWindowController& controller) {
-    m_controller = &controller;
-    m_renderer = std::make_unique<IconRenderer>(controller, m_screen);
-    const auto again = [this] { render(); };
-    connect(controller.roundedCheckButton, &QCheckBox::toggled, this, again);
-    connect(controller.borderCheckButton, &QCheckBox::toggled, this, again);
-    connect(controller.sliderCornerRadius, &FloatSlider::valueTextChanged, this, again);
-    connect(controller.sliderBorderWidth, &FloatSlider::valueTextChanged, this, again);
-    connect(controller.colorPicker, &ColorWell::colorChanged, this, again);
-    NotificationCenter::defaultCenter().addObserver(this, BorderImageView::imageAdded,
-                                                    [this](const Notification&) { render(); });
+void PreviewStrip::setInput(const GenerationInput& input) {
+    m_input = &input;
+    m_renderer = std::make_unique<IconRenderer>(input, m_screen);
     render();
 }
 
 void PreviewStrip::render() {
-    const Image picture = m_controller != nullptr ? m_controller->sourceImage() : Image();
+    const Image picture = m_input != nullptr ? m_input->sourceImage() : Image();
     for (std::size_t i = 0; i < sizes.size(); ++i)
         m_icons.at(i) =
             picture.isNull()

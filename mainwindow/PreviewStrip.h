@@ -1,10 +1,9 @@
 #pragma once
 
+#include "generation/GenerationInput.h"
 #include "generation/IconRenderer.h"
-#include "mainwindow/MainWindowController.h"
-#include "platform/Screen.h"
+#include "platform/services/Screen.h"
 
-#include <QPointer>
 #include <QWidget>
 
 #include <array>
@@ -19,11 +18,10 @@ class PreviewStrip final : public QWidget {
 
     explicit PreviewStrip(QWidget* parent = nullptr);
 
-    /// From now on follows the controls of `controller`, which must live as long as the strip, and every
-    /// picture that arrives.
-    void observe(const MainWindowController& controller);
+    /// Shows the picture of `input`, with its style, from now on; `input` must outlive the strip.
+    void setInput(const GenerationInput& input);
 
-    /// Renders the four icons anew.
+    /// Renders the four icons anew. Connect it to whatever changes what `input` answers.
     void render();
 
     /// The icon of that index in `sizes` as it is shown; null without a picture.
@@ -45,7 +43,7 @@ class PreviewStrip final : public QWidget {
         int scale() const override { return 1; }
     };
 
-    QPointer<const MainWindowController> m_controller;
+    const GenerationInput* m_input = nullptr;
     PixelScreen m_screen;
     std::unique_ptr<IconRenderer> m_renderer;
     std::array<QImage, sizes.size()> m_icons;

@@ -1,6 +1,6 @@
 #include "mainwindow/TetraSliderCell.h"
 
-#include "platform/Shadow.h"
+#include "imaging/drawing/Shadow.h"
 #include "platform/widgets/QtColor.h"
 #include "platform/widgets/SliderCellStyle.h"
 

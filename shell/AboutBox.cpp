@@ -37,23 +37,15 @@ constexpr std::array libraries{
     Library{"Highway", "portable SIMD", "Apache 2.0 or BSD 3-clause"},
 };
 
-} // namespace
+constexpr int gap = 8;
 
-AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
-    setWindowTitle(tr("About Tobrimax"));
-    setAttribute(Qt::WA_DeleteOnClose);
-    constexpr int margin = 24;
-    constexpr int gap = 8;
+/// The program's icon, its name and its version.
+QLayout* makeHeading(double devicePixelRatio) {
     constexpr int iconSize = 64;
-
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin, margin, margin);
-    layout->setSpacing(gap);
-
     auto* heading = new QHBoxLayout;
     heading->setSpacing(2 * gap);
     auto* icon = new QLabel;
-    icon->setPixmap(QGuiApplication::windowIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    icon->setPixmap(QGuiApplication::windowIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatio));
     heading->addWidget(icon);
     auto* words = new QVBoxLayout;
     words->setSpacing(gap / 2);
@@ -63,21 +55,16 @@ AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
     name->setFont(scaledFont(large, 1.8));
     words->addStretch();
     words->addWidget(name);
-    words->addWidget(new QLabel(tr("Version %1").arg(QCoreApplication::applicationVersion())));
+    words->addWidget(new QLabel(AboutBox::tr("Version %1").arg(QCoreApplication::applicationVersion())));
     words->addStretch();
     heading->addLayout(words, 1);
-    layout->addLayout(heading);
-    layout->addSpacing(gap);
+    return heading;
+}
 
-    auto* about =
-        new QLabel(tr("One picture in, the app icons of every platform out. Free software under the "
-                      "MIT licence. It is made with these libraries:"));
-    about->setWordWrap(true);
-    layout->addWidget(about);
-
+QWidget* makeLibraryTable() {
     auto* table = new QTreeWidget;
-    table->setAccessibleName(tr("Libraries"));
-    table->setHeaderLabels({tr("Library"), tr("For"), tr("Licence")});
+    table->setAccessibleName(AboutBox::tr("Libraries"));
+    table->setHeaderLabels({AboutBox::tr("Library"), AboutBox::tr("For"), AboutBox::tr("Licence")});
     table->setRootIsDecorated(false);
     table->setSelectionMode(QAbstractItemView::NoSelection);
     for (const Library& library : libraries) {
@@ -95,7 +82,26 @@ AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
     }
     const int rows = table->topLevelItemCount() + 2;
     table->setMinimumSize(width, (table->fontMetrics().height() + 2) * rows);
-    layout->addWidget(table, 1);
+    return table;
+}
+
+} // namespace
+
+AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
+    setWindowTitle(tr("About Tobrimax"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    constexpr int margin = 24;
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->setSpacing(gap);
+    layout->addLayout(makeHeading(devicePixelRatioF()));
+    layout->addSpacing(gap);
+    auto* about =
+        new QLabel(tr("One picture in, the app icons of every platform out. Free software under the "
+                      "MIT licence. It is made with these libraries:"));
+    about->setWordWrap(true);
+    layout->addWidget(about);
+    layout->addWidget(makeLibraryTable(), 1);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::close);

@@ -1,6 +1,6 @@
 #include "shell/AppDelegate.h"
 
-#include "platform/Log.h"
+#include "base/Log.h"
 #include "platform/widgets/BackgroundMover.h"
 #include "shell/MainMenu.h"
 #include "shell/PromotionWindow.h"
@@ -19,7 +19,9 @@ constexpr auto helpAddress = "http://www.varnholt.example/tobrimax/help";
 } // namespace
 
 AppDelegate::AppDelegate(Surroundings surroundings)
-    : _surroundings(std::move(surroundings)), _promotion(std::make_unique<PromotionWindow>(*this)) {
+    : _surroundings(std::move(surroundings)), _promotion(std::make_unique<PromotionWindow>()) {
+    connect(_promotion.get(), &PromotionWindow::openClicked, this, &AppDelegate::btnOpenSuggestedAppTapped);
+    connect(_promotion.get(), &PromotionWindow::quitClicked, this, &AppDelegate::btnQuitApp);
     _windowPromotion = _promotion->window();
     _imgViewAppLogo = _promotion->imgViewAppLogo;
     _lblAppName = _promotion->lblAppName;
@@ -47,7 +49,11 @@ void AppDelegate::setupInitialController() {
         windowController = MainWindowController::initWithWindowNibName(QStringLiteral("MainWindowController"),
                                                                        _surroundings.mainWindow);
         _window = windowController->window();
-        new MainMenu(*this, *qobject_cast<QMainWindow*>(_window));
+        auto* menu = new MainMenu(*windowController, *qobject_cast<QMainWindow*>(_window),
+                                  [this] { return windowWillReturnUndoManager(_window); });
+        connect(menu, &MainMenu::saveAsked, this, &AppDelegate::saveAction);
+        connect(menu, &MainMenu::helpAsked, this, &AppDelegate::showHelpUrl);
+        connect(menu, &MainMenu::suggestionsAsked, this, &AppDelegate::showPromotionWindow);
     }
     windowController->showWindow(this);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mainwindow/MainWindowController.h"
-#include "platform/UserDefaults.h"
+#include "platform/services/UserDefaults.h"
 #include "platform/store/ManagedObjectContext.h"
 #include "platform/widgets/Application.h"
 #include "shell/BFPageControl.h"

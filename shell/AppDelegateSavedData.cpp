@@ -1,5 +1,5 @@
-#include "platform/Folder.h"
-#include "platform/Log.h"
+#include "base/Log.h"
+#include "files/Folder.h"
 #include "platform/widgets/Alert.h"
 #include "shell/AppDelegate.h"
 

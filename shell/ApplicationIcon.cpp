@@ -1,7 +1,7 @@
 #include "shell/ApplicationIcon.h"
 
-#include "platform/GraphicsContext.h"
-#include "platform/ImageSource.h"
+#include "imaging/drawing/GraphicsContext.h"
+#include "imaging/io/ImageSource.h"
 
 #include <QFile>
 #include <QPixmap>

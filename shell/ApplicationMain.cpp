@@ -1,6 +1,6 @@
 #include "shell/ApplicationMain.h"
 
-#include "platform/Workspace.h"
+#include "platform/services/Workspace.h"
 #include "shell/AppDelegate.h"
 #include "shell/Appearance.h"
 #include "shell/ApplicationIcon.h"

@@ -1,11 +1,13 @@
 #include "shell/MainMenu.h"
 
+#include "mainwindow/MainWindowController.h"
+#include "platform/widgets/Application.h"
 #include "platform/widgets/ColorWell.h"
 #include "platform/widgets/EnabledFollower.h"
 #include "shell/AboutBox.h"
-#include "shell/AppDelegate.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
@@ -13,6 +15,8 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QUndoStack>
+
+#include <utility>
 
 namespace {
 
@@ -27,8 +31,9 @@ void followControl(QAction* action, QWidget* control) {
 
 } // namespace
 
-MainMenu::MainMenu(AppDelegate& delegate, QMainWindow& window)
-    : QObject(&window), m_delegate(delegate), m_window(window) {
+MainMenu::MainMenu(MainWindowController& controller, QMainWindow& window,
+                   std::function<QUndoStack*()> undoManager)
+    : QObject(&window), m_controller(controller), m_window(window), m_undoManager(std::move(undoManager)) {
     QMenuBar& bar = *window.menuBar();
     addApplicationMenu(bar);
     addFileMenu(bar);
@@ -54,7 +59,7 @@ void MainMenu::addApplicationMenu(QMenuBar& bar) {
 }
 
 void MainMenu::addFileMenu(QMenuBar& bar) {
-    MainWindowController* controller = m_delegate.mainWindowController();
+    MainWindowController* controller = &m_controller;
     QMenu* menu = bar.addMenu(tr("&File"));
     menu->addAction(tr("&Open Picture…"), QKeySequence(QKeySequence::Open), controller,
                     &MainWindowController::openPicture);
@@ -63,7 +68,7 @@ void MainMenu::addFileMenu(QMenuBar& bar) {
     followControl(generate, controller->generateBtn);
     menu->addSeparator();
     QAction* save = menu->addAction(tr("&Save"), QKeySequence(QKeySequence::Save), this,
-                                    [this] { m_delegate.saveAction(this); });
+                                    [this] { Q_EMIT saveAsked(this); });
     save->setShortcutContext(Qt::ApplicationShortcut);
     QAction* close =
         menu->addAction(tr("&Close"), QKeySequence(QKeySequence::Close), this, closeActiveWindow);
@@ -71,12 +76,12 @@ void MainMenu::addFileMenu(QMenuBar& bar) {
 }
 
 void MainMenu::addEditMenu(QMenuBar& bar) {
-    MainWindowController* controller = m_delegate.mainWindowController();
+    MainWindowController* controller = &m_controller;
     QMenu* menu = bar.addMenu(tr("&Edit"));
     m_undo = menu->addAction(tr("&Undo"), QKeySequence(QKeySequence::Undo), this,
-                             [this] { m_delegate.windowWillReturnUndoManager(&m_window)->undo(); });
+                             [this] { m_undoManager()->undo(); });
     m_redo = menu->addAction(tr("&Redo"), QKeySequence(QKeySequence::Redo), this,
-                             [this] { m_delegate.windowWillReturnUndoManager(&m_window)->redo(); });
+                             [this] { m_undoManager()->redo(); });
     // They are for all windows.
     m_undo->setShortcutContext(Qt::ApplicationShortcut);
     m_redo->setShortcutContext(Qt::ApplicationShortcut);
@@ -96,15 +101,15 @@ void MainMenu::addEditMenu(QMenuBar& bar) {
 /// Only while the menu is open: what can be undone comes with the saved data, and another program may take
 /// its time to tell what is on the clipboard.
 void MainMenu::validateEdit() {
-    const QUndoStack* undoManager = m_delegate.windowWillReturnUndoManager(&m_window);
+    const QUndoStack* undoManager = m_undoManager();
     m_undo->setEnabled(undoManager->canUndo());
     m_redo->setEnabled(undoManager->canRedo());
-    m_copy->setEnabled(!m_delegate.mainWindowController()->sourceImage().isNull());
+    m_copy->setEnabled(!m_controller.sourceImage().isNull());
     m_paste->setEnabled(MainWindowController::canPaste(QGuiApplication::clipboard()->mimeData()));
 }
 
 void MainMenu::addViewMenu(QMenuBar& bar) {
-    MainWindowController* controller = m_delegate.mainWindowController();
+    MainWindowController* controller = &m_controller;
     QMenu* menu = bar.addMenu(tr("&View"));
     // Each is the control that it names, and does what a click on that does.
     const auto addSwitch = [&](const QString& text, QCheckBox* control) {
@@ -126,14 +131,13 @@ void MainMenu::addWindowMenu(QMenuBar& bar) {
     QMenu* menu = bar.addMenu(tr("&Window"));
     menu->addAction(tr("&Minimise"), QKeySequence(Qt::CTRL | Qt::Key_M), &m_window, &QWidget::showMinimized);
     menu->addSeparator();
-    menu->addAction(QStringLiteral("Tobrimax"), this,
-                    [this] { m_delegate.mainWindowController()->showWindow(this); });
+    menu->addAction(QStringLiteral("Tobrimax"), this, [this] { m_controller.showWindow(this); });
 }
 
 void MainMenu::addHelpMenu(QMenuBar& bar) {
     QMenu* menu = bar.addMenu(tr("&Help"));
     menu->addAction(tr("Tobrimax &Help"), QKeySequence(QKeySequence::HelpContents), this,
-                    [this] { m_delegate.showHelpUrl(this); });
+                    [this] { Q_EMIT helpAsked(this); });
     menu->addSeparator();
-    menu->addAction(tr("&More from Varnholt…"), &m_delegate, &AppDelegate::showPromotionWindow);
+    menu->addAction(tr("&More from Varnholt…"), this, &MainMenu::suggestionsAsked);
 }

@@ -2,19 +2,28 @@
 
 #include <QObject>
 
-class AppDelegate;
+#include <functional>
+
+class MainWindowController;
 class QAction;
 class QMainWindow;
 class QMenu;
 class QMenuBar;
+class QUndoStack;
 
 /// The application's menus, in the main window or where the desktop has its menus.
 class MainMenu final : public QObject {
     Q_OBJECT
 
   public:
-    /// Gives `window` its menu bar. Both must live as long as the menu.
-    MainMenu(AppDelegate& delegate, QMainWindow& window);
+    /// Gives `window`, the controller's, its menu bar. Both must live as long as the menu. `undoManager` is
+    /// asked when Undo and Redo are used, or shown; it never answers null.
+    MainMenu(MainWindowController& controller, QMainWindow& window, std::function<QUndoStack*()> undoManager);
+
+  Q_SIGNALS:
+    void saveAsked(QObject* sender);
+    void helpAsked(QObject* sender);
+    void suggestionsAsked();
 
   private:
     void addApplicationMenu(QMenuBar& bar);
@@ -25,8 +34,9 @@ class MainMenu final : public QObject {
     void addHelpMenu(QMenuBar& bar);
     void validateEdit();
 
-    AppDelegate& m_delegate;
+    MainWindowController& m_controller;
     QMainWindow& m_window;
+    std::function<QUndoStack*()> m_undoManager;
     QAction* m_undo = nullptr;
     QAction* m_redo = nullptr;
     QAction* m_copy = nullptr;

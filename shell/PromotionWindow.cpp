@@ -2,7 +2,7 @@
 
 #include "platform/widgets/BackgroundMover.h"
 #include "platform/widgets/ScaledFont.h"
-#include "shell/AppDelegate.h"
+#include "shell/BFPageControl.h"
 #include "ui_PromotionWindow.h"
 
 #include <QLayout>
@@ -19,7 +19,7 @@ QPoint onScreen(const QRect& wanted, const QRect& screen) {
 
 } // namespace
 
-PromotionWindow::PromotionWindow(AppDelegate& delegate) : m_window(std::make_unique<ELGRoundWindow>()) {
+PromotionWindow::PromotionWindow() : m_window(std::make_unique<ELGRoundWindow>()) {
     Ui::PromotionWindow layout;
     layout.setupUi(m_window.get());
     // A card that stands off from the window behind it.
@@ -47,10 +47,9 @@ PromotionWindow::PromotionWindow(AppDelegate& delegate) : m_window(std::make_uni
     layout.contentView->resize(m_window->size());
 
     ELGRoundWindow* shown = m_window.get();
-    connect(m_open, &QPushButton::clicked, this,
-            [this, &delegate] { delegate.btnOpenSuggestedAppTapped(m_open); });
+    connect(m_open, &QPushButton::clicked, this, [this] { Q_EMIT openClicked(m_open); });
     connect(layout.btnQuitApp, &QPushButton::clicked, this,
-            [&delegate, button = layout.btnQuitApp] { delegate.btnQuitApp(button); });
+            [this, button = layout.btnQuitApp] { Q_EMIT quitClicked(button); });
     connect(layout.btnBack, &QPushButton::clicked, shown, &QWidget::hide);
     auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), shown);
     connect(escape, &QShortcut::activated, shown, &QWidget::hide);

@@ -8,17 +8,16 @@
 #include <QPointer>
 #include <QPushButton>
 
-class AppDelegate;
 class BFPageControl;
 
-/// The window that suggests other applications of the same maker, from its layout. Its buttons are the
-/// delegate's actions; Back and Escape hide it.
+/// The window that suggests other applications of the same maker, from its layout. Two of its buttons send
+/// signals; Back and Escape hide it.
 class PromotionWindow final : public QObject {
     Q_OBJECT
 
   public:
-    /// Loads the layout; the window is not shown. `delegate` must live as long as this.
-    explicit PromotionWindow(AppDelegate& delegate);
+    /// Loads the layout; the window is not shown.
+    PromotionWindow();
     ~PromotionWindow() override;
 
     QWidget* window() const { return m_window.get(); }
@@ -38,6 +37,11 @@ class PromotionWindow final : public QObject {
 
     /// In front of the others, over the middle of `other`.
     void show(const QWidget* other);
+
+  Q_SIGNALS:
+    /// A click on the button that opens the suggestion, and on the one that quits.
+    void openClicked(QPushButton* sender);
+    void quitClicked(QPushButton* sender);
 
   private:
     std::unique_ptr<ELGRoundWindow> m_window;

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/store/ManagedObjectModel.h"
-
 #include <QString>
 #include <QVariant>
 
 #include <optional>
+
+enum class AttributeType { String, Integer, Double, Boolean, Date, Data };
 
 /// How the store's file writes attributes: names of types, and values as text that XML can hold. Numbers and
 /// dates read back as the very same value.

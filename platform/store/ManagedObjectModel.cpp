@@ -1,7 +1,6 @@
 #include "platform/store/ManagedObjectModel.h"
 
-#include "platform/PropertyList.h"
-#include "platform/store/AttributeText.h"
+#include "platform/services/PropertyList.h"
 
 #include <QFile>
 

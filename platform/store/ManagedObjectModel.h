@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/store/AttributeText.h"
+
 #include <QString>
 #include <QVariant>
 
 #include <memory>
 #include <vector>
-
-enum class AttributeType { String, Integer, Double, Boolean, Date, Data };
 
 struct AttributeDescription {
     QString name;

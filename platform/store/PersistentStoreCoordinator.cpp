@@ -1,8 +1,8 @@
 #include "platform/store/PersistentStoreCoordinator.h"
 
-#include "platform/AtomicFile.h"
-#include "platform/FileTime.h"
-#include "platform/RegularFile.h"
+#include "files/AtomicFile.h"
+#include "files/FileTime.h"
+#include "files/RegularFile.h"
 #include "platform/store/AttributeText.h"
 
 #include <QFile>

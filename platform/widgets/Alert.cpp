@@ -1,6 +1,6 @@
 #include "platform/widgets/Alert.h"
 
-#include "platform/Bundle.h"
+#include "platform/services/Bundle.h"
 
 #include <QAbstractButton>
 #include <QCloseEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/NotificationCenter.h"
+#include "platform/services/NotificationCenter.h"
 
 #include <QApplication>
 

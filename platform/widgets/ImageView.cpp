@@ -1,6 +1,6 @@
 #include "platform/widgets/ImageView.h"
 
-#include "platform/GraphicsContext.h"
+#include "imaging/drawing/GraphicsContext.h"
 #include "platform/widgets/QtColor.h"
 
 #include <QFocusEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Image.h"
+#include "imaging/image/Image.h"
 #include "platform/widgets/Layer.h"
 
 #include <QImage>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Jpeg2000Writer.h"
-#include "platform/PngWriter.h"
+#include "imaging/formats/Jpeg2000Writer.h"
+#include "imaging/png/PngWriter.h"
 #include "tests/support/IcnsBytes.h"
 #include "tests/support/Pictures.h"
 

@@ -1,5 +1,5 @@
-#include "platform/BitmapImageRep.h"
-#include "platform/GraphicsContext.h"
+#include "imaging/drawing/GraphicsContext.h"
+#include "imaging/image/BitmapImageRep.h"
 #include "tests/allocation/FailingAllocations.h"
 #include "tests/support/Pictures.h"
 

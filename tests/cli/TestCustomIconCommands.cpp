@@ -1,6 +1,6 @@
 #include "iconfamily/IconFamily.h"
-#include "platform/fork/AppleDoubleForkStore.h"
-#include "platform/fork/ResourceFork.h"
+#include "platform/forks/AppleDoubleForkStore.h"
+#include "platform/forks/ResourceFork.h"
 #include "tests/cli/CliTest.h"
 #include "tests/support/IcnsBytes.h"
 

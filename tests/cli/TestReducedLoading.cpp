@@ -1,6 +1,6 @@
-#include "platform/GraphicsContext.h"
-#include "platform/ImageSource.h"
-#include "platform/icns/IcnsReader.h"
+#include "imaging/drawing/GraphicsContext.h"
+#include "imaging/icns/IcnsReader.h"
+#include "imaging/io/ImageSource.h"
 #include "tests/cli/CliTest.h"
 #include "tests/support/Pictures.h"
 

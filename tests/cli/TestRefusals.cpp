@@ -1,4 +1,4 @@
-#include "platform/AtomicFile.h"
+#include "files/AtomicFile.h"
 #include "tests/cli/CliTest.h"
 #include "tests/support/Slowness.h"
 

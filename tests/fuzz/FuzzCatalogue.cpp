@@ -1,7 +1,7 @@
 // Any bytes as a size catalogue. What is one has a size and a name for each of its icons.
 
 #include "generation/IconSizeCatalogue.h"
-#include "platform/PropertyList.h"
+#include "platform/services/PropertyList.h"
 #include "tests/fuzz/Require.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // Any bytes, and what they tell to repeat, compressed by runs; another library must read the same bytes back.
 
-#include "platform/Deflate.h"
+#include "imaging/deflate/Deflate.h"
 #include "tests/fuzz/Require.h"
 
 #include <libdeflate.h>

@@ -1,7 +1,7 @@
 // Any bytes as a resource fork and as an AppleDouble file; what is read is written and read again.
 
-#include "platform/fork/AppleDouble.h"
-#include "platform/fork/ResourceFork.h"
+#include "platform/forks/AppleDouble.h"
+#include "platform/forks/ResourceFork.h"
 #include "tests/fuzz/Require.h"
 
 #include <cstdint>

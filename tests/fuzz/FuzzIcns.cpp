@@ -1,7 +1,7 @@
 // Any bytes as an icns file: read, inspected, every picture shown.
 
-#include "platform/icns/IcnsInspection.h"
-#include "platform/icns/IcnsReader.h"
+#include "imaging/icns/IcnsInspection.h"
+#include "imaging/icns/IcnsReader.h"
 #include "tests/fuzz/Require.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Any bytes as a block of icns data, into which elements are stored and fetched back.
 
-#include "platform/icns/IcnsReader.h"
-#include "platform/icns/IconFamilyBlock.h"
+#include "imaging/icns/IcnsReader.h"
+#include "imaging/icns/IconFamilyBlock.h"
 #include "tests/fuzz/Require.h"
 
 #include <cstdint>

@@ -1,8 +1,8 @@
 // Any bytes as a picture: decoded, or refused with a sentence; and the reduced copies of a picture that is
 // loaded for small renders are those that it has as a whole.
 
-#include "platform/BitmapImageRep.h"
-#include "platform/ImageSource.h"
+#include "imaging/image/BitmapImageRep.h"
+#include "imaging/io/ImageSource.h"
 #include "tests/fuzz/Require.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // allowed, or a sentence.
 
 #include HEADER
-#include "platform/PictureReader.h"
+#include "imaging/image/PictureReader.h"
 #include "tests/fuzz/Require.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // Any bytes as a channel, packed and unpacked; and as a packed channel.
 
-#include "platform/icns/IcnsRle.h"
+#include "imaging/icns/IcnsRle.h"
 #include "tests/fuzz/Require.h"
 
 #include <QByteArray>

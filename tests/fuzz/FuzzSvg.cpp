@@ -1,6 +1,6 @@
 // Any bytes as an SVG document: drawn at the size of an icon, or refused with a sentence.
 
-#include "platform/SvgDocument.h"
+#include "imaging/svg/SvgDocument.h"
 #include "tests/fuzz/Require.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "generation/IconRenderer.h"
-#include "platform/GraphicsContext.h"
-#include "platform/ImageSource.h"
+#include "imaging/drawing/GraphicsContext.h"
+#include "imaging/io/ImageSource.h"
 #include "tests/generation/FakeSurroundings.h"
 
 #include <gtest/gtest.h>

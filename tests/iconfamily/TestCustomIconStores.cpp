@@ -1,7 +1,8 @@
 #include "iconfamily/IconFamily.h"
-#include "platform/fork/AppleDoubleForkStore.h"
-#include "platform/fork/ExtendedAttributeForkStore.h"
-#include "platform/fork/ResourceFork.h"
+#include "platform/forks/AppleDoubleForkStore.h"
+#include "platform/forks/CurrentForkStore.h"
+#include "platform/forks/ExtendedAttributeForkStore.h"
+#include "platform/forks/ResourceFork.h"
 #include "tests/support/IcnsBytes.h"
 
 #include <QDir>

@@ -1,8 +1,9 @@
 #include "iconfamily/CarbonFSRefCreation.h"
 #include "iconfamily/IconFamily.h"
-#include "platform/fork/AppleDoubleForkStore.h"
-#include "platform/fork/NoForkStore.h"
-#include "platform/fork/ResourceFile.h"
+#include "platform/forks/AppleDoubleForkStore.h"
+#include "platform/forks/CurrentForkStore.h"
+#include "platform/forks/NoForkStore.h"
+#include "platform/forks/ResourceFile.h"
 #include "tests/support/IcnsBytes.h"
 
 #include <QDir>

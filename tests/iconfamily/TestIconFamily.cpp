@@ -1,5 +1,5 @@
 #include "iconfamily/IconFamily.h"
-#include "platform/icns/IconFamilyBlock.h"
+#include "imaging/icns/IconFamilyBlock.h"
 #include "tests/support/IcnsBytes.h"
 #include "tests/support/Process.h"
 #include "tests/support/RecordingLog.h"
@@ -390,7 +390,7 @@ TEST_F(IconFamilyFiles, what_is_stored_is_what_a_parser_of_its_own_expects) {
     ASSERT_TRUE(family->writeToFile(path));
     const ProcessResult checked =
         runProcess(QStringLiteral("/usr/bin/python3"),
-                   {QStringLiteral("-B"), QStringLiteral(PROJECT_DIR "/tests/icns/check_store.py"), path});
+                   {QStringLiteral("-B"), QStringLiteral(PROJECT_DIR "/tests/imaging/icns/check_store.py"), path});
     EXPECT_EQ(checked.output, "25 elements\n") << checked.errors.toStdString();
 }
 
@@ -399,7 +399,7 @@ TEST(IconFamilyHostile, any_bytes_are_kept_and_whatever_can_be_read_of_them_is_w
     const QTemporaryDir folder;
     const ProcessResult made = runProcess(
         QStringLiteral("/usr/bin/python3"),
-        {QStringLiteral("-B"), QStringLiteral(PROJECT_DIR "/tests/icns/hostile.py"), folder.path()});
+        {QStringLiteral("-B"), QStringLiteral(PROJECT_DIR "/tests/imaging/icns/hostile.py"), folder.path()});
     ASSERT_EQ(made.exitStatus, 0) << made.errors.toStdString();
     QFile list(folder.filePath(QStringLiteral("expected.json")));
     ASSERT_TRUE(list.open(QIODevice::ReadOnly));

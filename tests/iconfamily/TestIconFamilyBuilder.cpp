@@ -1,6 +1,6 @@
 #include "iconfamily/IconFamily.h"
-#include "platform/ImageSource.h"
-#include "platform/icns/IcnsReader.h"
+#include "imaging/icns/IcnsReader.h"
+#include "imaging/io/ImageSource.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/RecordingLog.h"
 

@@ -1,5 +1,5 @@
 #include "mainwindow/BorderImageView.h"
-#include "platform/NotificationCenter.h"
+#include "platform/services/NotificationCenter.h"
 #include "tests/support/Events.h"
 #include "tests/support/Pictures.h"
 

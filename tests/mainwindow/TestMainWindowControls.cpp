@@ -1,4 +1,4 @@
-#include "platform/NotificationCenter.h"
+#include "platform/services/NotificationCenter.h"
 #include "tests/mainwindow/MainWindowFixture.h"
 #include "tests/support/EventRecorder.h"
 

@@ -1,5 +1,5 @@
+#include "imaging/drawing/Shadow.h"
 #include "mainwindow/TetraSliderCell.h"
-#include "platform/Shadow.h"
 #include "platform/widgets/QtColor.h"
 #include "tests/support/Events.h"
 #include "tests/support/Pictures.h"

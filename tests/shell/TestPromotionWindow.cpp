@@ -1,4 +1,4 @@
-#include "platform/Path.h"
+#include "imaging/drawing/Path.h"
 #include "tests/shell/AppDelegateFixture.h"
 
 #include <QDialog>

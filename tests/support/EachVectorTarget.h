@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/VectorDispatch.h"
+#include "imaging/simd/VectorDispatch.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "tests/support/Fixtures.h"
 
-#include "platform/ImageSource.h"
+#include "imaging/io/ImageSource.h"
 #include "tests/support/Pictures.h"
 
 #include <QFile>

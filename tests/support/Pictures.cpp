@@ -1,9 +1,9 @@
 #include "tests/support/Pictures.h"
 
-#include "platform/BitmapImageRep.h"
-#include "platform/ImageSource.h"
-#include "platform/PngWriter.h"
-#include "platform/Premultiplication.h"
+#include "imaging/image/BitmapImageRep.h"
+#include "imaging/io/ImageSource.h"
+#include "imaging/pixels/Premultiplication.h"
+#include "imaging/png/PngWriter.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "tests/support/RecordingLog.h"
 
-#include "platform/Log.h"
+#include "base/Log.h"
 
 #include <cstring>
 

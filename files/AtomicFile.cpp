@@ -1,0 +1,177 @@
+#include "files/AtomicFile.h"
+
+#include "files/FileTime.h"
+#include "files/TemporaryFile.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <mutex>
+#include <system_error>
+
+namespace {
+
+// To work in a folder it need not be readable.
+#if defined(O_PATH)
+constexpr int searchOnly = O_PATH;
+#elif defined(O_SEARCH)
+constexpr int searchOnly = O_SEARCH;
+#else
+constexpr int searchOnly = O_RDONLY;
+#endif
+
+constexpr mode_t permissions = 0777;
+
+Error writeError(int error) {
+    return {ErrorCode::NotWritable, AtomicFile::systemSentence(error)};
+}
+
+/// The file that is to be written: what it is called, and what is there.
+struct Target {
+    QByteArray path; ///< in bytes: names need not be of any encoding
+    std::optional<mode_t> mode{};
+
+    QByteArray folder() const { return path.left(path.lastIndexOf('/') + 1); }
+    QByteArray name() const { return path.mid(path.lastIndexOf('/') + 1); }
+};
+
+/// What is written where `path` is to be written.
+Result<Target> targetOf(const QByteArray& path) {
+    struct stat status = {};
+    if (stat(path.constData(), &status) != 0) {
+        // A link to nowhere is replaced, as is nothing.
+        if (errno == ENOENT)
+            return Target{path};
+        return writeError(errno);
+    }
+    if (S_ISDIR(status.st_mode))
+        return writeError(EISDIR);
+    if (!S_ISREG(status.st_mode))
+        return Error{ErrorCode::NotWritable, QStringLiteral("Not a regular file")};
+    Target target{path, status.st_mode & permissions};
+    if (lstat(path.constData(), &status) == 0 && S_ISLNK(status.st_mode)) {
+        char* resolved = realpath(path.constData(), nullptr);
+        if (resolved == nullptr)
+            return writeError(errno);
+        target.path = resolved;
+        std::free(resolved); // NOLINT(cppcoreguidelines-no-malloc): realpath's contract
+    }
+    return target;
+}
+
+/// Removes what killed processes left in a folder. Not at each of many writes into one folder, which may hold
+/// very many files: it is looked through again after a second, or when somebody else has changed it.
+class AbandonedSearch {
+  public:
+    void beforeWrite(const FileDescriptor& folder) {
+        struct stat status = {};
+        if (fstat(folder.number(), &status) != 0)
+            return;
+        const std::scoped_lock lock(m_mutex);
+        const Clock::time_point now = Clock::now();
+        if (isLast(status) && isSame(m_changed, modificationTime(status)) &&
+            now - *m_time < std::chrono::seconds(1))
+            return;
+        TemporaryFile::removeAbandoned(folder);
+        m_device = status.st_dev;
+        m_number = status.st_ino;
+        m_changed = modificationTime(status);
+        m_time = now;
+    }
+
+    /// The change of the folder was the write's own.
+    void afterWrite(const FileDescriptor& folder) {
+        struct stat status = {};
+        if (fstat(folder.number(), &status) != 0)
+            return;
+        const std::scoped_lock lock(m_mutex);
+        if (isLast(status))
+            m_changed = modificationTime(status);
+    }
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    bool isLast(const struct stat& status) const {
+        return m_time && m_device == status.st_dev && m_number == status.st_ino;
+    }
+    static bool isSame(const timespec& a, const timespec& b) {
+        return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+    }
+
+    std::mutex m_mutex;
+    std::optional<Clock::time_point> m_time; ///< when the last folder was looked through
+    dev_t m_device = 0;
+    ino_t m_number = 0;
+    timespec m_changed{};
+};
+
+/// Makes renames in a folder last. 0 or the errno of a failure; not every file system can, which is none.
+int syncFolder(const FileDescriptor& folder) {
+    if (!folder.isOpen())
+        return 0;
+    while (fsync(folder.number()) != 0) {
+        if (errno == EINVAL || errno == ENOTSUP || errno == EBADF)
+            return 0;
+        if (errno != EINTR)
+            return errno;
+    }
+    return 0;
+}
+
+/// Puts a new file in the target's place. 0 or the errno of a failure.
+int replace(const FileDescriptor& folder, const Target& target, const QByteArray& bytes,
+            const AtomicFile::Options& options) {
+    const bool isSynced = options.durability == AtomicFile::Durability::Synced;
+    FileDescriptor synced;
+    if (isSynced) {
+        synced = FileDescriptor(openat(folder.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!synced.isOpen() && errno != EACCES)
+            return errno;
+    }
+    const std::optional<mode_t> mode = target.mode ? target.mode : options.newMode;
+    TemporaryFile temporary(folder);
+    int failure = temporary.create();
+    // First, so that nobody reads who may not.
+    if (failure == 0 && mode)
+        failure = temporary.setMode(*mode);
+    if (failure == 0)
+        failure = temporary.write(bytes);
+    if (failure == 0 && isSynced)
+        failure = temporary.sync();
+    if (failure == 0)
+        failure = temporary.close();
+    if (failure == 0)
+        failure = temporary.moveTo(target.name());
+    return failure == 0 ? syncFolder(synced) : failure;
+}
+
+} // namespace
+
+QString AtomicFile::systemSentence(int error) {
+    return QString::fromStdString(std::generic_category().message(error));
+}
+
+Result<Done> AtomicFile::write(const QString& path, const QByteArray& bytes, const Options& options) {
+    if (path.isEmpty() || path.contains(QChar::Null))
+        return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
+    const Result<Target> target = targetOf(QFile::encodeName(path));
+    if (!target)
+        return target.error();
+    const QByteArray folderName = target->folder();
+    const FileDescriptor folder(
+        open(folderName.isEmpty() ? "." : folderName.constData(), searchOnly | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.isOpen())
+        return writeError(errno);
+    static AbandonedSearch search;
+    search.beforeWrite(folder);
+    const int failure = replace(folder, *target, bytes, options);
+    search.afterWrite(folder);
+    if (failure != 0)
+        return writeError(failure);
+    return Done{};
+}

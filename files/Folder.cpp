@@ -1,0 +1,42 @@
+#include "files/Folder.h"
+
+#include "files/AtomicFile.h"
+
+#include <QFile>
+
+#include <sys/stat.h>
+
+#include <cerrno>
+
+namespace {
+
+bool isFolder(const QByteArray& path) {
+    struct stat status = {};
+    return stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+} // namespace
+
+Result<Done> Folder::create(const QString& path) {
+    if (path.isEmpty() || path.contains(QChar::Null))
+        return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
+    const QByteArray name = QFile::encodeName(path);
+    if (isFolder(name))
+        return Done{};
+    constexpr mode_t everybody = 0777; // less what the process's mask takes away
+    for (qsizetype end = 1; end <= name.size(); ++end) {
+        if (end < name.size() && name[end] != '/')
+            continue;
+        const QByteArray part = name.left(end);
+        if (mkdir(part.constData(), everybody) == 0)
+            continue;
+        const int error = errno;
+        if (!isFolder(part)) {
+            const int cause = error == EEXIST ? ENOTDIR : error;
+            return Error{
+                ErrorCode::NotWritable,
+                QStringLiteral("%1: %2").arg(QFile::decodeName(part), AtomicFile::systemSentence(cause))};
+        }
+    }
+    return Done{};
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "imaging/deflate/RunCoder.h"
+
+#include <QByteArray>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+/// Compresses into zlib streams (RFC 1950, RFC 1951). The same bytes give the same stream.
+namespace Deflate {
+
+enum class Method {
+    Runs,  ///< RunCoder: of repetitions only runs of bytes and pixels; for gradients and photographs
+    Quick, ///< ISA-L: looks for the plainest repetitions; for dense data with some of them. Next to none go
+           ///< to libdeflate
+    Thorough, ///< libdeflate: the smallest for all other data, several times as slow
+};
+
+/// Appends `bytes` as one stream to `stream`. False where memory is short; `stream` then has the length that
+/// it had.
+[[nodiscard]] bool append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method);
+
+/// The length of such a stream, without writing it where that is faster; 0 where memory is short.
+std::size_t length(std::span<const std::uint8_t> bytes, Method method);
+
+/// What `append` appends by Method::Runs, from bytes that come in parts. It takes the memory of a block and a
+/// part. Any of its functions may throw std::bad_alloc; what was appended is of no use then.
+class RunStream {
+  public:
+    /// For `length` bytes in parts of at most `largestPart`. Keeps `stream` by reference. May throw
+    /// std::bad_alloc.
+    RunStream(QByteArray& stream, std::size_t length, std::size_t largestPart);
+
+    /// Where the next part is to be put.
+    std::uint8_t* nextPart() { return m_coder.nextPart(); }
+    /// Takes the `size` bytes that are there now.
+    void addPart(std::size_t size);
+    /// To be called behind the last part.
+    void finish();
+
+  private:
+    std::uint8_t* room(std::size_t size);
+
+    QByteArray& m_stream;
+    qsizetype m_end;
+    std::uint32_t m_checksum = 1;
+    RunCoder m_coder;
+};
+
+} // namespace Deflate

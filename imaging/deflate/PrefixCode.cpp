@@ -1,0 +1,148 @@
+#include "imaging/deflate/PrefixCode.h"
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+
+namespace {
+
+/// A symbol, and how often it occurs; in a tree also an inner node.
+struct Node {
+    std::uint64_t count;
+    std::uint16_t symbol; ///< of a leaf
+    std::uint16_t parent;
+};
+
+constexpr unsigned longestPossible = 15;
+using LengthCounts = std::array<unsigned, longestPossible + 1>;
+
+/// A count and its symbol as one number, which is faster to compare and to move.
+constexpr unsigned symbolBits = 16;
+using Keys = std::array<std::uint64_t, PrefixCode::maximumSymbols>;
+
+/// Sorts keys by their counts digit by digit, the least significant one first; those of one count stay in
+/// their order.
+void sortByDigits(Keys& keys, std::size_t size, std::uint64_t largest) {
+    constexpr unsigned digitBits = 9;
+    constexpr std::size_t digits = std::size_t{1} << digitBits;
+    Keys sorted;
+    for (unsigned shift = symbolBits; largest >> shift > 0; shift += digitBits) {
+        std::array<std::uint16_t, digits + 1> begins{};
+        const auto digit = [shift](std::uint64_t key) { return key >> shift & (digits - 1); };
+        for (std::size_t i = 0; i < size; ++i)
+            ++begins[digit(keys[i]) + 1];
+        std::partial_sum(begins.begin(), begins.end(), begins.begin());
+        for (std::size_t i = 0; i < size; ++i)
+            sorted[begins[digit(keys[i])]++] = keys[i];
+        std::copy_n(sorted.begin(), size, keys.begin());
+    }
+}
+
+/// Sorts leaves, which stand in the order of their symbols, by their counts, those of one count by their
+/// symbols.
+void sortByCount(std::span<Node> leaves) {
+    Keys keys;
+    std::uint64_t largest = 0;
+    for (std::size_t i = 0; i < leaves.size(); ++i) {
+        keys[i] = leaves[i].count << symbolBits | leaves[i].symbol;
+        largest = std::max(largest, keys[i]);
+    }
+    constexpr std::size_t few = 48;
+    if (leaves.size() > few)
+        sortByDigits(keys, leaves.size(), largest);
+    else
+        std::sort(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(leaves.size()));
+    for (std::size_t i = 0; i < leaves.size(); ++i)
+        leaves[i] = {keys[i] >> symbolBits, static_cast<std::uint16_t>(keys[i] & 0xffffU), 0};
+}
+
+/// How many codes of each length there are in a tree whose leaves, the first `leaves` nodes, are in rising
+/// order of their counts (Moffat and Katajainen, "In-Place Calculation of Minimum-Redundancy Codes", 1995,
+/// with nodes of their own in place of reuse). Longer codes than `longest` count as that long.
+LengthCounts lengthsOf(std::span<Node> nodes, std::size_t leaves, unsigned longest) {
+    // The two nodes of least count become one: they are the next leaves or the next inner nodes.
+    std::size_t leaf = 0;
+    std::size_t inner = leaves;
+    const std::size_t end = 2 * leaves - 1;
+    for (std::size_t made = leaves; made < end; ++made) {
+        nodes[made].count = 0;
+        for (int child = 0; child < 2; ++child) {
+            const bool takesLeaf =
+                leaf < leaves && (inner == made || nodes[leaf].count <= nodes[inner].count);
+            Node& least = nodes[takesLeaf ? leaf++ : inner++];
+            least.parent = static_cast<std::uint16_t>(made);
+            nodes[made].count += least.count;
+        }
+    }
+    // From the root down, a node's count becomes its depth.
+    LengthCounts lengths{};
+    nodes[end - 1].count = 0;
+    for (std::size_t i = end - 1; i > 0; --i) {
+        Node& node = nodes[i - 1];
+        node.count = nodes[node.parent].count + 1;
+        if (i <= leaves)
+            ++lengths[std::min<std::uint64_t>(node.count, longest)];
+    }
+    return lengths;
+}
+
+/// Makes codes longer until all of them fit: with lengths l the sum of 2^-l must be at most one.
+void makeRoom(LengthCounts& lengths, unsigned longest) {
+    unsigned used = 0;
+    for (unsigned length = 1; length <= longest; ++length)
+        used += lengths[length] << (longest - length);
+    for (; used > 1U << longest; --used) {
+        // A code of the longest length moves beside a shorter one, which becomes a bit longer.
+        unsigned length = longest - 1;
+        while (lengths[length] == 0)
+            --length;
+        --lengths[length];
+        lengths[length + 1] += 2;
+        --lengths[longest];
+    }
+}
+
+/// The lowest `length` bits in the reverse order.
+std::uint16_t reversed(unsigned bits, unsigned length) {
+    bits = (bits & 0x5555U) << 1U | (bits >> 1U & 0x5555U);
+    bits = (bits & 0x3333U) << 2U | (bits >> 2U & 0x3333U);
+    bits = (bits & 0x0f0fU) << 4U | (bits >> 4U & 0x0f0fU);
+    bits = (bits & 0x00ffU) << 8U | (bits >> 8U & 0x00ffU);
+    return static_cast<std::uint16_t>(bits >> (16 - length));
+}
+
+} // namespace
+
+void PrefixCode::assign(std::span<const std::uint32_t> counts, unsigned longest, std::span<Code> codes) {
+    std::ranges::fill(codes, Code{});
+    std::array<Node, 2 * maximumSymbols> nodes;
+    std::size_t leaves = 0;
+    for (std::size_t symbol = 0; symbol < counts.size(); ++symbol) {
+        if (counts[symbol] > 0)
+            nodes[leaves++] = {counts[symbol], static_cast<std::uint16_t>(symbol), 0};
+    }
+    // Of two symbols that make up for missing ones the first may be there already.
+    constexpr std::size_t least = 2;
+    for (std::size_t symbol = 0; symbol < least && leaves < least; ++symbol) {
+        if (counts[symbol] == 0)
+            nodes[leaves++] = {1, static_cast<std::uint16_t>(symbol), 0};
+    }
+    sortByCount(std::span(nodes).first(leaves));
+    LengthCounts lengths = lengthsOf(nodes, leaves, longest);
+    makeRoom(lengths, longest);
+
+    // The rarest symbols get the longest codes.
+    std::size_t next = 0;
+    for (unsigned length = longest; length > 0; --length) {
+        for (unsigned i = 0; i < lengths[length]; ++i)
+            codes[nodes[next++].symbol].length = static_cast<std::uint16_t>(length);
+    }
+    // Codes of one length are numbered in the order of their symbols.
+    std::array<unsigned, longestPossible + 2> first{};
+    for (unsigned length = 1; length <= longest; ++length)
+        first[length + 1] = (first[length] + lengths[length]) << 1U;
+    for (Code& code : codes) {
+        if (code.length > 0)
+            code.bits = reversed(first[code.length]++, code.length);
+    }
+}

@@ -1,0 +1,125 @@
+#include "imaging/formats/GifReader.h"
+
+#include <gif_lib.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+namespace {
+
+struct GifInput {
+    const QByteArray& bytes;
+    qsizetype position = 0;
+};
+
+int readInput(GifFileType* gif, GifByteType* out, int length) {
+    auto* input = static_cast<GifInput*>(gif->UserData);
+    const qsizetype count = std::min<qsizetype>(length, input->bytes.size() - input->position);
+    std::memcpy(out, input->bytes.constData() + input->position, static_cast<std::size_t>(count));
+    input->position += count;
+    return static_cast<int>(count);
+}
+
+struct GifClose {
+    void operator()(GifFileType* gif) const { DGifCloseFile(gif, nullptr); }
+};
+
+Error failure(int code) {
+    const char* text = GifErrorString(code);
+    return PictureReader::damaged(QStringLiteral("GIF"), text != nullptr
+                                                             ? QString::fromLatin1(text)
+                                                             : QStringLiteral("error %1").arg(code));
+}
+
+/// Reads the file's records up to the first frame's descriptor; `transparent` becomes the index that its
+/// control block names, -1 where none does. False with the library's error set.
+bool findFirstFrame(GifFileType* gif, int& transparent) {
+    for (;;) {
+        GifRecordType type = UNDEFINED_RECORD_TYPE;
+        if (DGifGetRecordType(gif, &type) == GIF_ERROR)
+            return false;
+        if (type == IMAGE_DESC_RECORD_TYPE)
+            return DGifGetImageDesc(gif) != GIF_ERROR;
+        if (type != EXTENSION_RECORD_TYPE) {
+            gif->Error = D_GIF_ERR_NO_IMAG_DSCR;
+            return false;
+        }
+        int code = 0;
+        GifByteType* block = nullptr;
+        if (DGifGetExtension(gif, &code, &block) == GIF_ERROR)
+            return false;
+        while (block != nullptr) {
+            GraphicsControlBlock control{};
+            if (code == GRAPHICS_EXT_FUNC_CODE && DGifExtensionToGCB(block[0], block + 1, &control) == GIF_OK)
+                transparent = control.TransparentColor;
+            if (DGifGetExtensionNext(gif, &block) == GIF_ERROR)
+                return false;
+        }
+    }
+}
+
+/// The rows of a frame in the order in which the file has them.
+std::vector<int> rowOrder(int height, bool isInterlaced) {
+    std::vector<int> rows;
+    rows.reserve(static_cast<std::size_t>(height));
+    struct Pass {
+        int first;
+        int step;
+    };
+    static constexpr Pass interlaced[] = {{0, 8}, {4, 8}, {2, 4}, {1, 2}};
+    static constexpr Pass plain[] = {{0, 1}};
+    const auto add = [&](const Pass& pass) {
+        for (int y = pass.first; y < height; y += pass.step)
+            rows.push_back(y);
+    };
+    if (isInterlaced)
+        std::ranges::for_each(interlaced, add);
+    else
+        std::ranges::for_each(plain, add);
+    return rows;
+}
+
+} // namespace
+
+Result<DecodedPicture> readGif(const QByteArray& bytes) {
+    GifInput input{bytes};
+    int code = 0;
+    const std::unique_ptr<GifFileType, GifClose> gif(DGifOpen(&input, readInput, &code));
+    if (!gif)
+        return failure(code);
+    int transparent = NO_TRANSPARENT_COLOR;
+    if (!findFirstFrame(gif.get(), transparent))
+        return failure(gif->Error);
+    const GifImageDesc& frame = gif->Image;
+    const ColorMapObject* colors = frame.ColorMap != nullptr ? frame.ColorMap : gif->SColorMap;
+    if (colors == nullptr)
+        return PictureReader::damaged(QStringLiteral("GIF"), QStringLiteral("it has no colours"));
+    // A canvas without a size, or one that the frame does not fit on, is the frame's.
+    const int canvasWidth = std::max(gif->SWidth, frame.Left + frame.Width);
+    const int canvasHeight = std::max(gif->SHeight, frame.Top + frame.Height);
+    if (const std::optional<Error> refused = PictureReader::refusedSize(frame.Width, frame.Height))
+        return *refused;
+    Result<QImage> raster = PictureReader::newRaster(canvasWidth, canvasHeight);
+    if (!raster)
+        return raster.error();
+    raster->fill(0);
+    std::vector<GifPixelType> line(static_cast<std::size_t>(frame.Width));
+    for (const int y : rowOrder(frame.Height, frame.Interlace)) {
+        if (DGifGetLine(gif.get(), line.data(), frame.Width) == GIF_ERROR)
+            return failure(gif->Error);
+        uchar* out = raster->scanLine(frame.Top + y) + 4 * static_cast<std::ptrdiff_t>(frame.Left);
+        for (const GifPixelType index : line) {
+            if (index != transparent && index >= colors->ColorCount)
+                return PictureReader::damaged(QStringLiteral("GIF"), QStringLiteral("a colour is missing"));
+            if (index != transparent) {
+                const GifColorType& color = colors->Colors[index];
+                const uchar pixel[4] = {color.Red, color.Green, color.Blue, 255};
+                std::memcpy(out, pixel, 4);
+            }
+            out += 4;
+        }
+    }
+    return DecodedPicture{std::move(*raster), {}};
+}

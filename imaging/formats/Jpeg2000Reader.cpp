@@ -1,0 +1,158 @@
+#include "imaging/formats/Jpeg2000Reader.h"
+
+#include "base/ShortMemory.h"
+#include "imaging/formats/Jpeg2000Codestream.h"
+#include "imaging/formats/OpenJpeg.h"
+#include "imaging/pixels/RowConverter.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+namespace {
+
+struct Input {
+    const QByteArray& bytes;
+    qsizetype position = 0;
+};
+
+OPJ_SIZE_T readInput(void* out, OPJ_SIZE_T length, void* user) {
+    auto* input = static_cast<Input*>(user);
+    const qsizetype count =
+        std::min<qsizetype>(static_cast<qsizetype>(length), input->bytes.size() - input->position);
+    if (count <= 0)
+        return static_cast<OPJ_SIZE_T>(-1);
+    std::memcpy(out, input->bytes.constData() + input->position, static_cast<std::size_t>(count));
+    input->position += count;
+    return static_cast<OPJ_SIZE_T>(count);
+}
+
+OPJ_OFF_T skipInput(OPJ_OFF_T length, void* user) {
+    auto* input = static_cast<Input*>(user);
+    if (length < 0 || length > input->bytes.size() - input->position)
+        return -1;
+    input->position += length;
+    return length;
+}
+
+OPJ_BOOL seekInput(OPJ_OFF_T position, void* user) {
+    auto* input = static_cast<Input*>(user);
+    if (position < 0 || position > input->bytes.size())
+        return OPJ_FALSE;
+    input->position = position;
+    return OPJ_TRUE;
+}
+
+void keepMessage(const char* text, void* user) {
+    auto* message = static_cast<QByteArray*>(user);
+    if (message->isEmpty())
+        *message = unlessMemoryIsShort([&] { return QByteArray(text).trimmed(); });
+}
+
+using OpenJpeg::Codec;
+using OpenJpeg::Picture;
+using OpenJpeg::Stream;
+
+/// A sample of that component as a byte.
+std::uint8_t byteOf(const opj_image_comp_t& component, std::size_t index) {
+    const std::int64_t maximum = (std::int64_t{1} << component.prec) - 1;
+    const std::int64_t offset = component.sgnd != 0 ? std::int64_t{1} << (component.prec - 1) : 0;
+    const std::int64_t value = std::clamp<std::int64_t>(component.data[index] + offset, 0, maximum);
+    return static_cast<std::uint8_t>((value * 255 + maximum / 2) / maximum);
+}
+
+/// Where the picture is of no kind that is read here.
+std::optional<Error> refusedKind(const opj_image_t& picture) {
+    const opj_image_comp_t& first = picture.comps[0];
+    for (OPJ_UINT32 i = 0; i < picture.numcomps; ++i) {
+        const opj_image_comp_t& component = picture.comps[i];
+        if (component.data == nullptr || component.prec == 0 || component.prec > 31 ||
+            component.w != first.w || component.h != first.h)
+            return Error{ErrorCode::Unsupported,
+                         QStringLiteral("a JPEG 2000 picture with components of different sizes")};
+    }
+    if (picture.color_space == OPJ_CLRSPC_SYCC || picture.color_space == OPJ_CLRSPC_EYCC ||
+        picture.color_space == OPJ_CLRSPC_CMYK)
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("a JPEG 2000 picture that is neither grey nor RGB")};
+    return std::nullopt;
+}
+
+/// The samples of a decoded picture as a raster.
+Result<DecodedPicture> converted(const opj_image_t& picture) {
+    const opj_image_comp_t& first = picture.comps[0];
+    const bool isGrey = picture.numcomps <= 2;
+    const bool hasAlpha = picture.numcomps % 2 == 0;
+    const SampleLayout layout{isGrey ? SampleLayout::Colors::Grey : SampleLayout::Colors::RGB,
+                              hasAlpha ? SampleLayout::Alpha::Straight : SampleLayout::Alpha::None, 8, false};
+    const ColorProfile profile = ColorProfile::fromIcc(
+        QByteArray(reinterpret_cast<const char*>(picture.icc_profile_buf), picture.icc_profile_len));
+    RowConverter converter(layout, profile);
+    Result<QImage> raster = PictureReader::newRaster(first.w, first.h);
+    if (!raster)
+        return raster.error();
+    std::vector<std::uint8_t> row(static_cast<std::size_t>(first.w) * picture.numcomps);
+    for (OPJ_UINT32 y = 0; y < first.h; ++y) {
+        std::uint8_t* out = row.data();
+        for (OPJ_UINT32 x = 0; x < first.w; ++x) {
+            for (OPJ_UINT32 i = 0; i < picture.numcomps; ++i)
+                *out++ = byteOf(picture.comps[i], static_cast<std::size_t>(y) * first.w + x);
+        }
+        converter.convert(row.data(), raster->scanLine(static_cast<int>(y)), static_cast<int>(first.w));
+    }
+    DecodedPicture decoded{std::move(*raster), {}};
+    if (converter.profileWasRefused() || (picture.icc_profile_len > 0 && !profile))
+        decoded.warnings << PictureReader::profileWarning();
+    return decoded;
+}
+
+} // namespace
+
+Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
+    const QString name = QStringLiteral("JPEG 2000");
+    const bool isBare = bytes.startsWith("\xFF\x4F\xFF\x51");
+    const Codec codec(opj_create_decompress(isBare ? OPJ_CODEC_J2K : OPJ_CODEC_JP2));
+    const Stream stream(opj_stream_default_create(OPJ_TRUE));
+    if (!codec || !stream)
+        return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+    QByteArray message;
+    opj_set_error_handler(codec.get(), keepMessage, &message);
+    const auto failure = [&] { return PictureReader::damaged(name, QString::fromUtf8(message)); };
+
+    Input input{bytes};
+    opj_stream_set_user_data(stream.get(), &input, nullptr);
+    opj_stream_set_user_data_length(stream.get(), static_cast<OPJ_UINT64>(bytes.size()));
+    opj_stream_set_read_function(stream.get(), readInput);
+    opj_stream_set_skip_function(stream.get(), skipInput);
+    opj_stream_set_seek_function(stream.get(), seekInput);
+    opj_dparameters_t parameters;
+    opj_set_default_decoder_parameters(&parameters);
+    opj_image_t* rawPicture = nullptr;
+    if (opj_setup_decoder(codec.get(), &parameters) == OPJ_FALSE ||
+        opj_decoder_set_strict_mode(codec.get(), OPJ_TRUE) == OPJ_FALSE ||
+        opj_read_header(stream.get(), codec.get(), &rawPicture) == OPJ_FALSE)
+        return failure();
+    const Picture picture(rawPicture);
+    if (picture->numcomps == 0 || picture->x1 < picture->x0 || picture->y1 < picture->y0)
+        return failure();
+    if (const std::optional<Error> refused =
+            PictureReader::refusedSize(picture->x1 - picture->x0, picture->y1 - picture->y0))
+        return *refused;
+    // Before the memory for them is taken.
+    constexpr OPJ_UINT32 mostComponents = 4;
+    if (picture->numcomps > mostComponents)
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("a JPEG 2000 picture with %1 components").arg(picture->numcomps)};
+    if (opj_decode(codec.get(), stream.get(), picture.get()) == OPJ_FALSE ||
+        opj_end_decompress(codec.get(), stream.get()) == OPJ_FALSE)
+        return failure();
+    // The library passes missing tiles over.
+    const auto codestream = Jpeg2000Codestream::find(bytes);
+    if (!codestream || !Jpeg2000Codestream::hasAllTiles(*codestream))
+        return PictureReader::damaged(name, QStringLiteral("a tile is missing"));
+
+    if (const std::optional<Error> refused = refusedKind(*picture))
+        return *refused;
+    return converted(*picture);
+}

@@ -1,0 +1,173 @@
+#include "imaging/formats/JpegReader.h"
+
+#include "imaging/image/PictureBuilder.h"
+
+#include <array>
+#include <csetjmp>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <vector>
+// after <cstdio>
+#include <jpeglib.h>
+// after jpeglib.h
+#include <jerror.h>
+
+namespace {
+
+/// libjpeg reports errors by longjmp to `decode`. No function between there and libjpeg keeps an object with
+/// a destructor across a call into it; what must outlive an error is a member.
+class JpegDecoder {
+  public:
+    JpegDecoder(const QByteArray& bytes, const ReducedCopies::Renders& renders)
+        : m_bytes(bytes), m_picture(renders) {
+        m_jpeg.err = jpeg_std_error(&m_errors);
+        m_jpeg.client_data = this;
+        m_errors.error_exit = onError;
+        m_errors.emit_message = onMessage;
+        m_errors.output_message = [](j_common_ptr) {};
+        m_progress.progress_monitor = onProgress;
+    }
+    ~JpegDecoder() { jpeg_destroy_decompress(&m_jpeg); }
+    JpegDecoder(const JpegDecoder&) = delete;
+    JpegDecoder& operator=(const JpegDecoder&) = delete;
+
+    Result<DecodedPicture> decode() {
+        if (setjmp(m_jump) != 0) { // NOLINT(cert-err52-cpp): libjpeg's only way to report errors
+            // The library's own limit of 65500 comes before ours.
+            if (m_errors.msg_code == JERR_IMAGE_TOO_BIG)
+                return PictureReader::tooLarge(m_jpeg.image_width, m_jpeg.image_height);
+            return PictureReader::damaged(QStringLiteral("JPEG"), QString::fromLatin1(m_message.data()));
+        }
+        readHeader();
+        if (!m_picture.error())
+            readPixels();
+        return m_picture.finish();
+    }
+
+  private:
+    static JpegDecoder* self(j_common_ptr jpeg) { return static_cast<JpegDecoder*>(jpeg->client_data); }
+
+    [[noreturn]] static void onError(j_common_ptr jpeg) {
+        std::array<char, JMSG_LENGTH_MAX> text{};
+        jpeg->err->format_message(jpeg, text.data());
+        self(jpeg)->m_message = text;
+        longjmp(self(jpeg)->m_jump, 1); // NOLINT(cert-err52-cpp)
+    }
+
+    /// The library fills a picture that breaks off with grey and calls that a warning; here it is an error.
+    static void onMessage(j_common_ptr jpeg, int level) {
+        if (level >= 0)
+            return;
+        switch (jpeg->err->msg_code) {
+        case JWRN_ADOBE_XFORM:
+        case JWRN_JFIF_MAJOR:
+        case JWRN_EXTRANEOUS_DATA:
+        case JWRN_TOO_MUCH_DATA:
+            return;
+        case JWRN_BOGUS_ICC:
+            self(jpeg)->m_hasOddProfile = true;
+            return;
+        default:
+            onError(jpeg);
+        }
+    }
+
+    /// A progressive picture takes time for each of its scans, and a small file may have any number of them.
+    static void onProgress(j_common_ptr jpeg) {
+        constexpr int maximumScans = 500;
+        if (self(jpeg)->m_jpeg.input_scan_number > maximumScans) {
+            self(jpeg)->m_message = {"it has too many scans"};
+            longjmp(self(jpeg)->m_jump, 1); // NOLINT(cert-err52-cpp)
+        }
+    }
+
+    void readHeader() {
+        jpeg_create_decompress(&m_jpeg);
+        m_jpeg.progress = &m_progress;
+        jpeg_mem_src(&m_jpeg, reinterpret_cast<const unsigned char*>(m_bytes.constData()),
+                     static_cast<unsigned long>(m_bytes.size()));
+        jpeg_save_markers(&m_jpeg, JPEG_APP0 + 1, 0xffff);
+        jpeg_save_markers(&m_jpeg, JPEG_APP0 + 2, 0xffff);
+        jpeg_read_header(&m_jpeg, TRUE);
+        if (const std::optional<Error> refused =
+                PictureReader::refusedSize(m_jpeg.image_width, m_jpeg.image_height))
+            m_picture.fail(*refused);
+    }
+
+    void readPixels() {
+        readMarkers();
+        SampleLayout layout;
+        switch (m_jpeg.jpeg_color_space) {
+        case JCS_GRAYSCALE:
+            m_jpeg.out_color_space = m_picture.profile() ? JCS_GRAYSCALE : JCS_EXT_RGBA;
+            layout = m_picture.profile()
+                         ? SampleLayout{SampleLayout::Colors::Grey, SampleLayout::Alpha::None, 8, false}
+                         : SampleLayout{SampleLayout::Colors::RGB, SampleLayout::Alpha::Full, 8, false};
+            break;
+        case JCS_CMYK:
+        case JCS_YCCK:
+            m_jpeg.out_color_space = JCS_CMYK;
+            // The program that writes an Adobe marker stores ink inverted.
+            layout = {SampleLayout::Colors::CMYK, SampleLayout::Alpha::None, 8,
+                      m_jpeg.saw_Adobe_marker != FALSE};
+            break;
+        default:
+            m_jpeg.out_color_space = JCS_EXT_RGBA;
+            layout = {SampleLayout::Colors::RGB, SampleLayout::Alpha::Full, 8, false};
+            break;
+        }
+        if (!m_picture.begin(m_jpeg.image_width, m_jpeg.image_height, layout))
+            return;
+        jpeg_start_decompress(&m_jpeg);
+        const bool isInPlace = m_picture.isInPlace();
+        m_row.resize(isInPlace ? 0 : m_jpeg.output_width * static_cast<std::size_t>(layout.bytesPerPixel()));
+        while (m_jpeg.output_scanline < m_jpeg.output_height) {
+            JSAMPROW row = isInPlace ? m_picture.nextRow() : m_row.data();
+            jpeg_read_scanlines(&m_jpeg, &row, 1);
+            m_picture.addRow(row);
+        }
+        jpeg_finish_decompress(&m_jpeg);
+    }
+
+    void readMarkers() {
+        for (jpeg_saved_marker_ptr marker = m_jpeg.marker_list; marker != nullptr; marker = marker->next) {
+            if (marker->marker == JPEG_APP0 + 1)
+                readExif(marker->data, marker->data_length);
+        }
+        JOCTET* icc = nullptr;
+        unsigned int length = 0;
+        if (jpeg_read_icc_profile(&m_jpeg, &icc, &length) != FALSE)
+            readProfile(icc, length);
+        else if (m_hasOddProfile)
+            m_picture.setProfile({}, true);
+    }
+
+    void readExif(const JOCTET* data, unsigned int length) {
+        const QByteArray exif = QByteArray::fromRawData(reinterpret_cast<const char*>(data), length);
+        if (exif.startsWith("Exif"))
+            m_picture.setOrientation(PictureReader::exifOrientation(exif));
+    }
+
+    void readProfile(JOCTET* icc, unsigned int length) {
+        m_picture.setProfile(ColorProfile::fromIcc(QByteArray(reinterpret_cast<const char*>(icc), length)),
+                             true);
+        std::free(icc); // NOLINT(cppcoreguidelines-no-malloc): libjpeg's contract
+    }
+
+    const QByteArray& m_bytes;
+    jpeg_decompress_struct m_jpeg{};
+    jpeg_error_mgr m_errors{};
+    jpeg_progress_mgr m_progress{};
+    std::jmp_buf m_jump{};
+    std::array<char, JMSG_LENGTH_MAX> m_message{};
+    bool m_hasOddProfile = false;
+    PictureBuilder m_picture;
+    std::vector<uchar> m_row;
+};
+
+} // namespace
+
+Result<DecodedPicture> readJpeg(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
+    return JpegDecoder(bytes, renders).decode();
+}

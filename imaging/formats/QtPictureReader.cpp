@@ -1,0 +1,197 @@
+#include "imaging/formats/QtPictureReader.h"
+
+#include "imaging/pixels/RowConverter.h"
+
+#include <QIODevice>
+#include <QImageReader>
+#include <QtEndian>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+
+namespace {
+
+/// Bytes in memory as a device that remembers whether a reader asked for more than there are. Some of Qt's
+/// readers report success for a picture that breaks off.
+class WatchedDevice final : public QIODevice {
+  public:
+    explicit WatchedDevice(const QByteArray& bytes) : m_bytes(bytes) { open(ReadOnly | Unbuffered); }
+
+    bool ranShort() const { return m_ranShort; }
+    qint64 size() const override { return m_bytes.size(); }
+
+  protected:
+    qint64 readData(char* data, qint64 maximum) override {
+        const qint64 rest = std::max<qint64>(0, m_bytes.size() - pos());
+        const qint64 count = std::min(maximum, rest);
+        m_ranShort = m_ranShort || count < maximum;
+        std::memcpy(data, m_bytes.constData() + std::min<qint64>(pos(), m_bytes.size()),
+                    static_cast<std::size_t>(count));
+        return count;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+  private:
+    const QByteArray& m_bytes;
+    bool m_ranShort = false;
+};
+
+/// Straight RGBA or its like, converted in bands that are small enough for Qt to stay on this thread.
+Result<DecodedPicture> converted(const QImage& image, const ColorProfile& profile) {
+    Result<QImage> raster = PictureReader::newRaster(image.width(), image.height());
+    if (!raster)
+        return raster.error();
+    constexpr int bandPixels = 60000;
+    const int band = std::max(1, bandPixels / image.width());
+    RowConverter converter({SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false}, profile);
+    for (int y = 0; y < image.height(); y += band) {
+        const int rows = std::min(band, image.height() - y);
+        QImage part(image.constScanLine(y), image.width(), rows, image.bytesPerLine(), image.format());
+        part.setColorTable(image.colorTable());
+        const QImage straight = part.convertToFormat(QImage::Format_RGBA8888);
+        if (straight.isNull())
+            return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+        for (int i = 0; i < rows; ++i)
+            converter.convert(straight.constScanLine(i), raster->scanLine(y + i), image.width());
+    }
+    DecodedPicture picture{std::move(*raster), {}};
+    if (converter.profileWasRefused())
+        picture.warnings << PictureReader::profileWarning();
+    return picture;
+}
+
+/// Qt's limit for the memory of a picture, in MiB, until the end of this object.
+class QtAllocationLimit {
+  public:
+    explicit QtAllocationLimit(int limit) : m_earlier(QImageReader::allocationLimit()) {
+        QImageReader::setAllocationLimit(limit);
+    }
+    ~QtAllocationLimit() { QImageReader::setAllocationLimit(m_earlier); }
+    QtAllocationLimit(const QtAllocationLimit&) = delete;
+    QtAllocationLimit& operator=(const QtAllocationLimit&) = delete;
+
+  private:
+    int m_earlier;
+};
+
+struct PixelSize {
+    qint64 width;
+    qint64 height;
+};
+
+struct QtPicture {
+    QImage image;
+    bool ranShort = false;
+};
+
+Error unreadableHeader(const QString& name) {
+    return PictureReader::damaged(name, QStringLiteral("its header can't be read"));
+}
+
+/// `size` comes from the file's header, read here: to ask Qt's readers for it may already take memory for
+/// pixels.
+Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const QString& name,
+                       const std::optional<PixelSize>& size) {
+    if (!size)
+        return unreadableHeader(name);
+    if (const std::optional<Error> refused = PictureReader::refusedSize(size->width, size->height))
+        return *refused;
+    // Behind the limit above Qt's own is only a backstop. It is for the whole process: what Qt itself reads,
+    // as from the clipboard, keeps the lower one.
+    qunsetenv("QT_IMAGEIO_MAXALLOC"); // it would stand above the next line
+    const QtAllocationLimit limit(4096);
+    WatchedDevice device(bytes);
+    QImageReader reader(&device, format);
+    reader.setAutoDetectImageFormat(false);
+    reader.setAutoTransform(false);
+    QtPicture picture;
+    if (!reader.read(&picture.image))
+        return PictureReader::damaged(name, reader.errorString());
+    picture.ranShort = device.ranShort();
+    return picture;
+}
+
+quint32 read16(const QByteArray& bytes, qsizetype at) {
+    return qFromLittleEndian<quint16>(bytes.constData() + at);
+}
+quint32 read32(const QByteArray& bytes, qsizetype at) {
+    return qFromLittleEndian<quint32>(bytes.constData() + at);
+}
+
+/// The size in a BMP file's header; a negative height, of a picture stored from the top, without its sign.
+std::optional<PixelSize> bmpSize(const QByteArray& bytes) {
+    constexpr qsizetype infoHeader = 14;
+    constexpr quint32 coreHeaderSize = 12;
+    if (bytes.size() < infoHeader + 12)
+        return std::nullopt;
+    if (read32(bytes, infoHeader) == coreHeaderSize)
+        return PixelSize{read16(bytes, infoHeader + 4), read16(bytes, infoHeader + 6)};
+    const auto width = static_cast<qint32>(read32(bytes, infoHeader + 4));
+    const auto height = static_cast<qint32>(read32(bytes, infoHeader + 8));
+    return PixelSize{width, std::abs(static_cast<qint64>(height))};
+}
+
+/// The canvas size in a WebP file's first chunk (RFC 9649).
+std::optional<PixelSize> webPSize(const QByteArray& bytes) {
+    constexpr qsizetype data = 20; // behind the RIFF header and the chunk's own
+    if (bytes.size() < data + 10)
+        return std::nullopt;
+    const QByteArray type = bytes.mid(12, 4);
+    constexpr quint32 low14 = 0x3fff;
+    if (type == "VP8X") {
+        constexpr quint32 low24 = 0xffffff;
+        return PixelSize{qint64{read32(bytes, data + 4) & low24} + 1,
+                         qint64{read32(bytes, data + 6) >> 8} + 1};
+    }
+    if (type == "VP8L") {
+        const quint32 bits = read32(bytes, data + 1);
+        return PixelSize{qint64{bits & low14} + 1, qint64{(bits >> 14) & low14} + 1};
+    }
+    if (type == "VP8 ")
+        return PixelSize{read16(bytes, data + 6) & low14, read16(bytes, data + 8) & low14};
+    return std::nullopt;
+}
+
+/// The contents of the first chunk of that type in a RIFF file; empty where there is none.
+QByteArray riffChunk(const QByteArray& bytes, const QByteArray& type) {
+    qsizetype at = 12;
+    while (at + 8 <= bytes.size()) {
+        const qsizetype length = read32(bytes, at + 4);
+        if (length > bytes.size() - at - 8)
+            return {};
+        if (bytes.mid(at, 4) == type)
+            return bytes.mid(at + 8, length);
+        at += 8 + length + length % 2;
+    }
+    return {};
+}
+
+} // namespace
+
+Result<DecodedPicture> readBmp(const QByteArray& bytes) {
+    const QString name = QStringLiteral("BMP");
+    const Result<QtPicture> picture = read(bytes, "bmp", name, bmpSize(bytes));
+    if (!picture)
+        return picture.error();
+    if (picture->ranShort)
+        return PictureReader::damaged(name, QStringLiteral("it ends too early"));
+    return converted(picture->image, {});
+}
+
+Result<DecodedPicture> readWebP(const QByteArray& bytes) {
+    const Result<QtPicture> picture = read(bytes, "webp", QStringLiteral("WebP"), webPSize(bytes));
+    if (!picture)
+        return picture.error();
+    const QByteArray icc = riffChunk(bytes, "ICCP");
+    const ColorProfile profile = ColorProfile::fromIcc(icc);
+    Result<DecodedPicture> result = converted(picture->image, profile);
+    if (!result)
+        return result;
+    if (!icc.isEmpty() && !profile)
+        result->warnings << PictureReader::profileWarning();
+    result->raster = PictureReader::upright(std::move(result->raster),
+                                            PictureReader::exifOrientation(riffChunk(bytes, "EXIF")));
+    return result;
+}

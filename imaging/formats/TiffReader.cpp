@@ -1,0 +1,292 @@
+#include "imaging/formats/TiffReader.h"
+
+#include "imaging/formats/TiffStream.h"
+#include "imaging/pixels/Premultiplication.h"
+#include "imaging/pixels/RowConverter.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace {
+
+Error failure(const TiffStream& stream) {
+    const QString cause =
+        stream.error().isEmpty() ? QStringLiteral("it can't be decoded") : QString::fromUtf8(stream.error());
+    return PictureReader::damaged(QStringLiteral("TIFF"), cause);
+}
+
+template <typename T>
+T field(TIFF* tiff, std::uint32_t tag, T fallback) {
+    T value = fallback;
+    return TIFFGetFieldDefaulted(tiff, tag, &value) != 0 ? value : fallback;
+}
+
+ColorProfile profileOf(TIFF* tiff, bool& wasRefused) {
+    std::uint32_t length = 0;
+    void* icc = nullptr;
+    if (TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &length, &icc) == 0 || icc == nullptr)
+        return {};
+    ColorProfile profile = ColorProfile::fromIcc(QByteArray(static_cast<const char*>(icc), length));
+    wasRefused = !profile;
+    return profile;
+}
+
+/// How a file keeps its samples, where they are grey, RGB or CMYK of 8 or 16 bits; none for all other kinds.
+struct PlainKind {
+    SampleLayout layout;
+    bool isTiled = false;
+    bool hasPlanes = false; ///< one block for each sample of its pixels, instead of one for all
+};
+
+std::optional<PlainKind> plainKind(TIFF* tiff) {
+    const auto bits = field<std::uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE, 1);
+    const auto samples = field<std::uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL, 1);
+    const auto format = field<std::uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
+    const auto photometric = field<std::uint16_t>(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
+    const auto compression = field<std::uint16_t>(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
+    if ((bits != 8 && bits != 16) || format != SAMPLEFORMAT_UINT || compression == COMPRESSION_OJPEG)
+        return std::nullopt;
+    PlainKind kind;
+    kind.isTiled = TIFFIsTiled(tiff) != 0;
+    kind.hasPlanes = samples > 1 && field<std::uint16_t>(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) !=
+                                        PLANARCONFIG_CONTIG;
+    SampleLayout& layout = kind.layout;
+    layout.bitsPerSample = bits;
+    if (photometric == PHOTOMETRIC_MINISBLACK || photometric == PHOTOMETRIC_MINISWHITE) {
+        layout.colors = SampleLayout::Colors::Grey;
+        layout.inverted = photometric == PHOTOMETRIC_MINISWHITE;
+    } else if (photometric == PHOTOMETRIC_RGB) {
+        layout.colors = SampleLayout::Colors::RGB;
+    } else if (photometric == PHOTOMETRIC_YCBCR && compression == COMPRESSION_JPEG && !kind.hasPlanes) {
+        // The JPEG decoder hands over RGB when asked to.
+        layout.colors = SampleLayout::Colors::RGB;
+        if (TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB) == 0)
+            return std::nullopt;
+    } else if (photometric == PHOTOMETRIC_SEPARATED &&
+               field<std::uint16_t>(tiff, TIFFTAG_INKSET, INKSET_CMYK) == INKSET_CMYK) {
+        layout.colors = SampleLayout::Colors::CMYK;
+    } else {
+        return std::nullopt;
+    }
+    if (samples == layout.colorCount())
+        return kind;
+    std::uint16_t extraCount = 0;
+    std::uint16_t* extra = nullptr;
+    TIFFGetFieldDefaulted(tiff, TIFFTAG_EXTRASAMPLES, &extraCount, &extra);
+    // Alpha of a negative would be ambiguous.
+    if (samples != layout.colorCount() + 1 || extraCount != 1 || extra == nullptr || layout.inverted)
+        return std::nullopt;
+    layout.alpha = extra[0] == EXTRASAMPLE_ASSOCALPHA ? SampleLayout::Alpha::Premultiplied
+                                                      : SampleLayout::Alpha::Straight;
+    return kind;
+}
+
+/// Whether every strip or tile lies somewhere: libtiff would read one without a place from the file's start.
+bool hasAllBlocks(TIFF* tiff) {
+    const std::uint32_t count = TIFFIsTiled(tiff) != 0 ? TIFFNumberOfTiles(tiff) : TIFFNumberOfStrips(tiff);
+    for (std::uint32_t block = 0; block < count; ++block) {
+        if (TIFFGetStrileOffset(tiff, block) == 0 || TIFFGetStrileByteCount(tiff, block) == 0)
+            return false;
+    }
+    return count > 0;
+}
+
+/// The raster where its bytes are the file's own: premultiplied RGBA of 8 bits, not compressed, one strip
+/// behind the other. It shares `bytes`. Null where the samples lie in any other way.
+QImage sharedRaster(TIFF* tiff, const PlainKind& kind, const QByteArray& bytes, int width, int height) {
+    const bool isLikeRaster = kind.layout.colors == SampleLayout::Colors::RGB &&
+                              kind.layout.alpha == SampleLayout::Alpha::Premultiplied &&
+                              kind.layout.bitsPerSample == 8 && !kind.isTiled && !kind.hasPlanes;
+    const bool isAsStored =
+        field<std::uint16_t>(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE) == COMPRESSION_NONE &&
+        field<std::uint16_t>(tiff, TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_MSB2LSB;
+    if (!isLikeRaster || !isAsStored)
+        return {};
+    const qsizetype row = 4 * qsizetype{width};
+    const auto rowsOfStrip = static_cast<int>(std::min(
+        field<std::uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP, 0xffffffff), static_cast<std::uint32_t>(height)));
+    const std::uint64_t begin = TIFFGetStrileOffset(tiff, 0);
+    std::uint64_t end = begin;
+    int y = 0;
+    for (std::uint32_t strip = 0; strip < TIFFNumberOfStrips(tiff) && y < height; ++strip) {
+        const int rows = std::min(rowsOfStrip, height - y);
+        const auto size = static_cast<std::uint64_t>(row * rows);
+        if (rows == 0 || TIFFGetStrileOffset(tiff, strip) != end ||
+            TIFFGetStrileByteCount(tiff, strip) != size ||
+            end + size > static_cast<std::uint64_t>(bytes.size()))
+            return {};
+        end += size;
+        y += rows;
+    }
+    // A small part of a file is not worth it to keep the whole.
+    if (y < height || end - begin < static_cast<std::uint64_t>(bytes.size()) / 2)
+        return {};
+    const auto* samples = reinterpret_cast<const std::uint8_t*>(bytes.constData()) + begin;
+    constexpr std::uintptr_t alignment = 4;
+    if (reinterpret_cast<std::uintptr_t>(samples) % alignment != 0 ||
+        !isClampedToAlpha(samples, static_cast<std::size_t>(row / 4 * height)))
+        return {};
+    auto shared = std::make_unique<QByteArray>(bytes);
+    const auto release = [](void* array) { delete static_cast<QByteArray*>(array); };
+    QImage raster(samples, width, height, row, QImage::Format_RGBA8888_Premultiplied, release, shared.get());
+    if (!raster.isNull())
+        (void)shared.release(); // by the raster from here on
+    return raster;
+}
+
+/// Reads plain samples block by block: a block is a strip or a tile.
+class BlockReader {
+  public:
+    BlockReader(TIFF* tiff, const PlainKind& kind, QImage& raster)
+        : m_tiff(tiff),
+          m_kind(kind),
+          m_raster(raster),
+          m_width(kind.isTiled ? tileSide(TIFFTAG_TILEWIDTH, raster.width()) : raster.width()),
+          m_height(kind.isTiled ? tileSide(TIFFTAG_TILELENGTH, raster.height()) : rowsPerStrip()),
+          m_rowBytes(tmsize_t{m_width} * kind.layout.bytesPerPixel()) {}
+
+    /// False where a block can't be read in full.
+    bool read(RowConverter& converter) {
+        const tmsize_t libraryRow = m_kind.isTiled ? TIFFTileRowSize(m_tiff) : TIFFScanlineSize(m_tiff);
+        const tmsize_t planes = m_kind.hasPlanes ? m_kind.layout.samplesPerPixel() : 1;
+        if (m_width <= 0 || m_height <= 0 || libraryRow * planes != m_rowBytes)
+            return false;
+        // Samples that lie as the raster's do are read to where they belong.
+        const bool inPlace = !m_kind.isTiled && !m_kind.hasPlanes && m_kind.layout.bytesPerPixel() == 4;
+        if (!inPlace)
+            m_block.resize(static_cast<std::size_t>(m_rowBytes) * static_cast<std::size_t>(m_height));
+        if (m_kind.hasPlanes)
+            m_plane.resize(m_block.size() / static_cast<std::size_t>(planes));
+        for (int top = 0; top < m_raster.height(); top += m_height) {
+            for (int left = 0; left < m_raster.width(); left += m_width) {
+                const int rows = std::min(m_height, m_raster.height() - top);
+                const int columns = std::min(m_width, m_raster.width() - left);
+                std::uint8_t* block = inPlace ? m_raster.scanLine(top) : m_block.data();
+                if (!readBlock(left, top, rows, block))
+                    return false;
+                for (int row = 0; row < rows; ++row)
+                    converter.convert(block + row * m_rowBytes,
+                                      m_raster.scanLine(top + row) + 4 * tmsize_t{left}, columns);
+            }
+        }
+        return true;
+    }
+
+  private:
+    /// 0 for a tile that is far larger than the picture: only a hostile file has those.
+    int tileSide(std::uint32_t tag, int pictureSide) const {
+        const int largest = std::max(pictureSide + 16, 1024);
+        const auto side = field<std::uint32_t>(m_tiff, tag, 0);
+        return side <= static_cast<std::uint32_t>(largest) ? static_cast<int>(side) : 0;
+    }
+
+    int rowsPerStrip() const {
+        const auto rows = field<std::uint32_t>(m_tiff, TIFFTAG_ROWSPERSTRIP, 0xffffffff);
+        return static_cast<int>(std::min(rows, static_cast<std::uint32_t>(m_raster.height())));
+    }
+
+    bool readBlock(int left, int top, int rows, std::uint8_t* out) {
+        if (!m_kind.hasPlanes)
+            return readSamples(left, top, rows, 0, out, m_rowBytes);
+        const auto planes = static_cast<std::size_t>(m_kind.layout.samplesPerPixel());
+        const auto sampleBytes = static_cast<std::size_t>(m_kind.layout.bitsPerSample / 8);
+        const tmsize_t planeRow = m_rowBytes / static_cast<tmsize_t>(planes);
+        for (std::size_t plane = 0; plane < planes; ++plane) {
+            if (!readSamples(left, top, rows, static_cast<std::uint16_t>(plane), m_plane.data(), planeRow))
+                return false;
+            for (std::size_t i = 0; i < m_plane.size(); i += sampleBytes)
+                std::memcpy(out + i * planes + plane * sampleBytes, m_plane.data() + i, sampleBytes);
+        }
+        return true;
+    }
+
+    bool readSamples(int left, int top, int rows, std::uint16_t plane, std::uint8_t* out,
+                     tmsize_t rowBytes) const {
+        const auto x = static_cast<std::uint32_t>(left);
+        const auto y = static_cast<std::uint32_t>(top);
+        if (m_kind.isTiled) {
+            const tmsize_t bytes = rowBytes * m_height;
+            return TIFFReadEncodedTile(m_tiff, TIFFComputeTile(m_tiff, x, y, 0, plane), out, bytes) == bytes;
+        }
+        const tmsize_t bytes = rowBytes * rows;
+        return TIFFReadEncodedStrip(m_tiff, TIFFComputeStrip(m_tiff, y, plane), out, bytes) == bytes;
+    }
+
+    TIFF* m_tiff;
+    const PlainKind& m_kind;
+    QImage& m_raster;
+    int m_width;
+    int m_height;
+    tmsize_t m_rowBytes;
+    std::vector<std::uint8_t> m_block;
+    std::vector<std::uint8_t> m_plane;
+};
+
+/// Every other kind, as the library's own RGBA: associated alpha, the first row of the file first.
+Result<QImage> readAsRgba(TiffStream& stream, RowConverter& converter, QImage raster) {
+    TIFF* tiff = stream.handle();
+    char cause[1024] = {};
+    TIFFRGBAImage decoder{};
+    if (TIFFRGBAImageOK(tiff, cause) == 0)
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("a TIFF picture of a kind that is not read here (%1)")
+                         .arg(QString::fromUtf8(cause))};
+    if (TIFFRGBAImageBegin(&decoder, tiff, 1, cause) == 0)
+        return PictureReader::damaged(QStringLiteral("TIFF"), QString::fromUtf8(cause));
+    // Rows as the file has them: it is turned upright afterwards, like any other picture.
+    decoder.req_orientation = decoder.orientation;
+    const bool isWhole = TIFFRGBAImageGet(&decoder, reinterpret_cast<std::uint32_t*>(raster.bits()),
+                                          decoder.width, decoder.height) != 0;
+    TIFFRGBAImageEnd(&decoder);
+    if (!isWhole || !stream.error().isEmpty())
+        return failure(stream);
+    for (int y = 0; y < raster.height(); ++y) {
+        std::uint8_t* row = raster.scanLine(y);
+        converter.convert(row, row, raster.width());
+    }
+    return raster;
+}
+
+} // namespace
+
+Result<DecodedPicture> readTiff(const QByteArray& bytes) {
+    TiffStream stream(bytes);
+    TIFF* tiff = stream.handle();
+    if (tiff == nullptr)
+        return failure(stream);
+    const auto width = field<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0);
+    const auto height = field<std::uint32_t>(tiff, TIFFTAG_IMAGELENGTH, 0);
+    if (const std::optional<Error> refused = PictureReader::refusedSize(width, height))
+        return *refused;
+    bool profileWasRefused = false;
+    const ColorProfile profile = profileOf(tiff, profileWasRefused);
+    const std::optional<PlainKind> plain = plainKind(tiff);
+    const SampleLayout asRgba{SampleLayout::Colors::RGB, SampleLayout::Alpha::Premultiplied, 8, false};
+    RowConverter converter(plain ? plain->layout : asRgba, profile);
+    if (!hasAllBlocks(tiff) || !stream.error().isEmpty())
+        return failure(stream);
+    stream.beginPixels();
+    Result<QImage> picture = plain && !profile ? sharedRaster(tiff, *plain, bytes, static_cast<int>(width),
+                                                              static_cast<int>(height))
+                                               : QImage();
+    if (picture->isNull()) {
+        picture = PictureReader::newRaster(width, height);
+        if (!picture)
+            return picture.error();
+        if (!plain)
+            picture = readAsRgba(stream, converter, std::move(*picture));
+        else if (!BlockReader(tiff, *plain, *picture).read(converter) || !stream.error().isEmpty())
+            picture = failure(stream);
+    }
+    if (!picture)
+        return picture.error();
+    const auto orientation = field<std::uint16_t>(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
+    DecodedPicture decoded{PictureReader::upright(std::move(*picture), orientation), {}};
+    if (profileWasRefused || converter.profileWasRefused())
+        decoded.warnings << PictureReader::profileWarning();
+    return decoded;
+}

@@ -1,0 +1,116 @@
+#include "imaging/formats/TiffStream.h"
+
+#include "base/ShortMemory.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+namespace {
+
+/// A picture's directory must not make libtiff ask for more memory than the largest picture needs.
+constexpr tmsize_t maximumAllocation = tmsize_t{1} << 31;
+
+} // namespace
+
+TiffStream::TiffStream(QByteArray bytes) : m_bytes(std::move(bytes)) {
+    open("rm");
+}
+
+TiffStream::TiffStream(qsizetype expectedSize) {
+    m_bytes.reserve(expectedSize);
+    open("w");
+}
+
+TiffStream::~TiffStream() {
+    if (m_tiff != nullptr)
+        TIFFClose(m_tiff);
+}
+
+void TiffStream::open(const char* mode) {
+    TIFFOpenOptions* options = TIFFOpenOptionsAlloc();
+    if (options == nullptr)
+        return;
+    TIFFOpenOptionsSetMaxSingleMemAlloc(options, maximumAllocation);
+    TIFFOpenOptionsSetErrorHandlerExtR(options, onError, this);
+    TIFFOpenOptionsSetWarningHandlerExtR(options, onWarning, this);
+    m_tiff = TIFFClientOpenExt(
+        "memory", mode, this, read, write, seek, [](thandle_t) { return 0; }, size, nullptr, nullptr,
+        options);
+    TIFFOpenOptionsFree(options);
+}
+
+QByteArray TiffStream::close() {
+    if (m_tiff != nullptr)
+        TIFFClose(std::exchange(m_tiff, nullptr));
+    return std::move(m_bytes);
+}
+
+tmsize_t TiffStream::read(thandle_t handle, void* out, tmsize_t length) {
+    TiffStream& stream = self(handle);
+    const qsizetype count = std::clamp<qsizetype>(stream.m_bytes.size() - stream.m_position, 0, length);
+    std::memcpy(out, stream.m_bytes.constData() + std::min(stream.m_position, stream.m_bytes.size()),
+                static_cast<std::size_t>(count));
+    stream.m_position += count;
+    return count;
+}
+
+tmsize_t TiffStream::write(thandle_t handle, void* in, tmsize_t length) {
+    TiffStream& stream = self(handle);
+    const qsizetype end = stream.m_position + length;
+    const auto keep = [&] {
+        if (stream.m_position == stream.m_bytes.size()) {
+            stream.m_bytes.append(static_cast<const char*>(in), length);
+        } else {
+            if (end > stream.m_bytes.size())
+                stream.m_bytes.resize(end);
+            std::memcpy(stream.m_bytes.data() + stream.m_position, in, static_cast<std::size_t>(length));
+        }
+        stream.m_position = end;
+        return length;
+    };
+    // No exception may pass through libtiff.
+    return unlessMemoryIsShort(keep, tmsize_t{-1});
+}
+
+toff_t TiffStream::seek(thandle_t handle, toff_t offset, int whence) {
+    TiffStream& stream = self(handle);
+    const qsizetype base = whence == SEEK_SET   ? 0
+                           : whence == SEEK_CUR ? stream.m_position
+                                                : stream.m_bytes.size();
+    // Far beyond any file, where an addition could wrap.
+    constexpr qsizetype farthest = qsizetype{1} << 40;
+    const auto distance = static_cast<std::int64_t>(offset);
+    if (distance < -farthest || distance > farthest || base + distance < 0)
+        return static_cast<toff_t>(-1);
+    stream.m_position = base + distance;
+    return static_cast<toff_t>(stream.m_position);
+}
+
+toff_t TiffStream::size(thandle_t handle) {
+    return static_cast<toff_t>(self(handle).m_bytes.size());
+}
+
+int TiffStream::onWarning(TIFF* tiff, void* handle, const char* module, const char* format,
+                          va_list arguments) {
+    // Of a directory's data that break off only a warning tells.
+    const bool breaksOff = std::strstr(format, "IO error during reading") != nullptr;
+    if (breaksOff || static_cast<TiffStream*>(handle)->m_warningsCount)
+        onError(tiff, handle, module, format, arguments);
+    return 1;
+}
+
+int TiffStream::onError(TIFF* /*tiff*/, void* handle, const char* /*module*/, const char* format,
+                        va_list arguments) {
+    auto& stream = *static_cast<TiffStream*>(handle);
+    if (stream.m_error.isEmpty()) {
+        std::array<char, 300> text{};
+        std::vsnprintf(text.data(), text.size(), format, arguments);
+        stream.m_error = unlessMemoryIsShort([&] { return QByteArray(text.data()); },
+                                             QByteArrayLiteral("not enough memory"));
+    }
+    return 1;
+}

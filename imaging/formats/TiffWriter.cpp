@@ -1,0 +1,67 @@
+#include "imaging/formats/TiffWriter.h"
+
+#include "imaging/formats/TiffStream.h"
+#include "imaging/image/EncodedPicture.h"
+#include "imaging/pixels/Premultiplication.h"
+
+#include <cstdint>
+
+namespace {
+
+void describe(TIFF* tiff, const QImage& raster, std::uint16_t alphaKind) {
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, static_cast<std::uint32_t>(raster.width()));
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, static_cast<std::uint32_t>(raster.height()));
+    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
+    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 4);
+    TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &alphaKind);
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
+    TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+    TIFFSetField(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
+    // Every RGB file has a resolution; nobody knows one of these pixels.
+    constexpr double pixelsPerInch = 72;
+    TIFFSetField(tiff, TIFFTAG_XRESOLUTION, pixelsPerInch);
+    TIFFSetField(tiff, TIFFTAG_YRESOLUTION, pixelsPerInch);
+    TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+}
+
+bool writePlain(TIFF* tiff, const QImage& raster) {
+    describe(tiff, raster, EXTRASAMPLE_ASSOCALPHA);
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(raster.height()));
+    // Nothing to encode: the strip goes in as it is. Rows of 4-byte pixels have no padding. libtiff does not
+    // write to it.
+    void* samples = const_cast<uchar*>(raster.constBits()); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    return TIFFWriteRawStrip(tiff, 0, samples, raster.sizeInBytes()) == raster.sizeInBytes();
+}
+
+bool writeCompressed(TIFF* tiff, const QImage& raster) {
+    QImage straight = straightRaster(raster);
+    if (straight.isNull())
+        return false;
+    describe(tiff, raster, EXTRASAMPLE_UNASSALPHA);
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_LZW);
+    TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff, 0));
+    for (int y = 0; y < raster.height(); ++y) {
+        if (TIFFWriteScanline(tiff, straight.scanLine(y), static_cast<std::uint32_t>(y), 0) != 1)
+            return false;
+    }
+    return true;
+}
+
+QByteArray file(const QImage& raster, TiffCompression compression) {
+    constexpr qsizetype directoryBytes = 1024;
+    const bool isPlain = compression == TiffCompression::None;
+    TiffStream stream(isPlain ? raster.sizeInBytes() + directoryBytes : directoryBytes);
+    TIFF* tiff = stream.handle();
+    if (tiff == nullptr || !(isPlain ? writePlain(tiff, raster) : writeCompressed(tiff, raster)))
+        return {};
+    QByteArray tiffFile = stream.close();
+    return stream.error().isEmpty() ? tiffFile : QByteArray();
+}
+
+} // namespace
+
+QByteArray encodeTiff(const QImage& raster, TiffCompression compression) {
+    return encodedPicture(raster, [&] { return file(raster, compression); });
+}

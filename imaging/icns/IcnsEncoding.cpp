@@ -1,0 +1,93 @@
+#include "imaging/icns/IcnsEncoding.h"
+
+#include "imaging/formats/Jpeg2000Codestream.h"
+#include "imaging/icns/IcnsRle.h"
+
+#include <limits>
+#include <optional>
+
+namespace {
+
+std::optional<quint32> read32(QByteArrayView bytes, qsizetype at) {
+    if (bytes.size() - at < static_cast<qsizetype>(sizeof(quint32)))
+        return std::nullopt;
+    return qFromBigEndian<quint32>(bytes.data() + at);
+}
+
+QSize sizeFrom(std::optional<quint32> width, std::optional<quint32> height) {
+    constexpr quint32 largest = std::numeric_limits<int>::max();
+    if (!width || !height || *width > largest || *height > largest)
+        return {};
+    return {static_cast<int>(*width), static_cast<int>(*height)};
+}
+
+constexpr QByteArrayView pngSignature("\x89PNG\r\n\x1a\n");
+
+/// Invalid unless the first chunk is IHDR.
+QSize pngSize(QByteArrayView file) {
+    constexpr qsizetype widthAt = 16;
+    if (!file.sliced(pngSignature.size()).startsWith(QByteArrayView("\0\0\0\x0dIHDR", 8)))
+        return {};
+    return sizeFrom(read32(file, widthAt), read32(file, widthAt + 4));
+}
+
+/// Invalid also for more tiles than a small picture has use for: each takes memory before anything is
+/// decoded.
+QSize jpeg2000Size(QByteArrayView file) {
+    constexpr quint64 mostTiles = 1024;
+    const auto codestream = Jpeg2000Codestream::find(file);
+    const auto told = codestream ? Jpeg2000Codestream::size(*codestream) : std::nullopt;
+    return told && told->tiles <= mostTiles ? told->pixels : QSize();
+}
+
+bool isPackedArgb(QByteArrayView data, int side) {
+    const auto pixels = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
+    std::optional<QByteArrayView> rest = data.sliced(argbMark.size());
+    for (int i = 0; i < 4 && rest; ++i)
+        rest = IcnsRle::skip(*rest, pixels);
+    return rest.has_value();
+}
+
+/// The side of plain samples of that length; 0 where it is none.
+int plainSide(const IcnsElementType& type, qsizetype length) {
+    // The type of 1024 pixels is also stored with 512.
+    for (const int side : {type.pixelSize, type.pixelSize / 2}) {
+        const bool isAllowed = side == type.pixelSize || type.code == FourCharCode("ic10");
+        if (isAllowed && length == qsizetype{4} * side * side)
+            return side;
+    }
+    return 0;
+}
+
+IcnsPictureInfo pictureInfo(const IcnsElementType& type, QByteArrayView data) {
+    // Plain samples may begin as a file does: where their length is just right, a beginning is not enough.
+    const int side = plainSide(type, data.size());
+    if (data.startsWith(pngSignature) && (side == 0 || pngSize(data).isValid()))
+        return {IcnsEncoding::Png, pngSize(data)};
+    if (data.startsWith(QByteArrayView("\0\0\0\x0cjP  ", 8)) && (side == 0 || jpeg2000Size(data).isValid()))
+        return {IcnsEncoding::Jpeg2000, jpeg2000Size(data)};
+    if (data.startsWith(Jpeg2000Codestream::start) && (side == 0 || Jpeg2000Codestream::isWellFormed(data)))
+        return {IcnsEncoding::Jpeg2000, jpeg2000Size(data)};
+    if (data.startsWith(argbMark) && (side == 0 || isPackedArgb(data, type.pixelSize)))
+        return {IcnsEncoding::PackedArgb, {type.pixelSize, type.pixelSize}};
+    if (side != 0)
+        return {IcnsEncoding::PlainArgb, {side, side}};
+    return {};
+}
+
+} // namespace
+
+IcnsPictureInfo icnsPictureInfo(const IcnsElementType& type, QByteArrayView data) {
+    const QSize square(type.pixelSize, type.pixelSize);
+    switch (type.content) {
+    case IcnsContent::Picture:
+        return pictureInfo(type, data);
+    case IcnsContent::Colors:
+        return {data.size() == qsizetype{4} * type.pixelSize * type.pixelSize ? IcnsEncoding::PlainArgb
+                                                                              : IcnsEncoding::PackedColors,
+                square};
+    case IcnsContent::Mask:
+        break;
+    }
+    return {IcnsEncoding::Mask, square};
+}

@@ -1,0 +1,225 @@
+#include "imaging/icns/IcnsReader.h"
+
+#include "base/ShortMemory.h"
+#include "imaging/formats/Jpeg2000Reader.h"
+#include "imaging/icns/IcnsEncoding.h"
+#include "imaging/icns/IcnsRle.h"
+#include "imaging/pixels/Premultiplication.h"
+#include "imaging/png/PngReader.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <unordered_set>
+
+namespace {
+
+constexpr qsizetype headerSize = sizeof(IcnsHeader);
+
+Error damaged(const QString& detail) {
+    return PictureReader::damaged(QStringLiteral("icns"), detail);
+}
+
+IcnsHeader headerAt(const QByteArray& bytes, qsizetype at) {
+    IcnsHeader header{};
+    std::memcpy(&header, bytes.constData() + at, sizeof header);
+    return header;
+}
+
+/// Planes of one byte a pixel, in the order of `positions` (their places in an RGBA pixel), from run-length
+/// coded data.
+Result<QImage> unpackedPlanes(QByteArrayView packed, int side, std::initializer_list<int> positions) {
+    QImage image(side, side, QImage::Format_RGBA8888);
+    image.fill(Qt::white);
+    std::vector<std::uint8_t> plane(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
+    for (const int position : positions) {
+        const std::optional<QByteArrayView> rest = IcnsRle::unpack(packed, plane);
+        if (!rest)
+            return damaged(QStringLiteral("packed samples break off"));
+        packed = *rest;
+        uchar* out = image.bits() + position;
+        for (const std::uint8_t sample : plane) {
+            *out = sample;
+            out += 4;
+        }
+    }
+    return image;
+}
+
+/// Plain samples A, R, G, B.
+QImage plainArgb(QByteArrayView data, int side) {
+    QImage image(side, side, QImage::Format_RGBA8888);
+    uchar* out = image.bits();
+    for (qsizetype i = 0; i + 3 < data.size() && i < image.sizeInBytes(); i += 4, out += 4) {
+        const std::array<char, 4> rgba{data[i + 1], data[i + 2], data[i + 3], data[i]};
+        std::memcpy(out, rgba.data(), rgba.size());
+    }
+    return image;
+}
+
+/// Red, green and blue with the alpha of their mask.
+Result<QImage> colors(const IcnsElementType& type, QByteArrayView data, const IcnsElement* mask) {
+    const int side = type.pixelSize;
+    const qsizetype pixels = qsizetype{side} * side;
+    Result<QImage> image = plainArgb(data, side);
+    if (icnsPictureInfo(type, data).encoding == IcnsEncoding::PackedColors) {
+        if (type.hasLeadingZeros) {
+            if (!data.startsWith(packedStart))
+                return damaged(QStringLiteral("packed samples do not begin with four zero bytes"));
+            data = data.sliced(packedStart.size());
+        }
+        image = unpackedPlanes(data, side, {0, 1, 2});
+        if (!image)
+            return image.error();
+    }
+    uchar* alpha = image->bits() + 3;
+    for (qsizetype i = 0; i < pixels; ++i, alpha += 4)
+        *alpha = mask != nullptr && mask->data.size() >= pixels ? static_cast<uchar>(mask->data[i]) : 255;
+    return image;
+}
+
+/// No element is meant to hold more.
+constexpr int largestSide = 1024;
+
+std::optional<Error> refusedSize(const IcnsElementType& type, const QSize& size) {
+    if (std::max(size.width(), size.height()) <= largestSide)
+        return std::nullopt;
+    return damaged(QStringLiteral("the element %1 holds a picture of %2 × %3 pixels")
+                       .arg(type.code.text())
+                       .arg(size.width())
+                       .arg(size.height()));
+}
+
+} // namespace
+
+std::optional<qsizetype> IcnsReader::lengthOf(const QByteArray& bytes) {
+    if (bytes.size() < headerSize || headerAt(bytes, 0).code != icnsMagic.value)
+        return std::nullopt;
+    return headerAt(bytes, 0).length;
+}
+
+Result<IcnsReader> IcnsReader::open(const QByteArray& bytes) {
+    return unlessMemoryIsShort([&] { return parsed(bytes); });
+}
+
+Result<IcnsReader> IcnsReader::parsed(const QByteArray& bytes) {
+    const std::optional<qsizetype> length = lengthOf(bytes);
+    if (!length)
+        return damaged(QStringLiteral("it does not begin as an icns file"));
+    const qsizetype total = *length;
+    if (total < headerSize || total > bytes.size())
+        return damaged(QStringLiteral("its length does not agree with the file"));
+    IcnsReader reader;
+    reader.m_length = total;
+    qsizetype at = headerSize;
+    while (at < total) {
+        if (total - at < headerSize)
+            return damaged(QStringLiteral("an element breaks off"));
+        const IcnsHeader header = headerAt(bytes, at);
+        const qsizetype size = header.length;
+        if (size < headerSize || size > total - at)
+            return damaged(QStringLiteral("an element's length does not agree with the file"));
+        reader.m_elements.push_back({FourCharCode(header.code),
+                                     QByteArrayView(bytes.constData() + at + headerSize, size - headerSize)});
+        at += size;
+    }
+    return reader;
+}
+
+const IcnsElement* IcnsReader::element(FourCharCode type) const {
+    const auto found = std::ranges::find(m_elements, type, &IcnsElement::type);
+    return found != m_elements.end() ? &*found : nullptr;
+}
+
+Result<QImage> IcnsReader::samples(const IcnsElement& element) const {
+    return unlessMemoryIsShort([&] { return storedSamples(element); });
+}
+
+Result<QImage> IcnsReader::storedSamples(const IcnsElement& element) const {
+    const IcnsElementType* type = icnsElementType(element.type);
+    if (type != nullptr) {
+        const IcnsPictureInfo info = icnsPictureInfo(*type, element.data);
+        switch (info.encoding) {
+        case IcnsEncoding::PackedColors:
+            return colors(*type, element.data, this->element(type->mask));
+        case IcnsEncoding::PackedArgb:
+            return unpackedPlanes(element.data.sliced(argbMark.size()), type->pixelSize, {3, 0, 1, 2});
+        case IcnsEncoding::PlainArgb:
+            if (type->content == IcnsContent::Colors)
+                return colors(*type, element.data, this->element(type->mask));
+            return plainArgb(element.data, info.size.width());
+        case IcnsEncoding::Unknown:
+            return damaged(QStringLiteral("the element %1 holds no known picture").arg(type->code.text()));
+        default:
+            break;
+        }
+    }
+    return Error{ErrorCode::Unsupported,
+                 QStringLiteral("the element %1 holds no samples").arg(element.type.text())};
+}
+
+Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
+    const IcnsElementType* type = icnsElementType(element.type);
+    if (type == nullptr || type->content == IcnsContent::Mask)
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("the element %1 holds no picture").arg(element.type.text())};
+    const IcnsPictureInfo info = icnsPictureInfo(*type, element.data);
+    // What is small in the file could else become very large in memory, once for each element.
+    if (const std::optional<Error> refused = refusedSize(*type, info.size))
+        return *refused;
+    if (info.encoding != IcnsEncoding::Unknown && !info.size.isValid())
+        return damaged(QStringLiteral("the picture in the element %1 tells no size").arg(type->code.text()));
+    const QByteArray bytes = QByteArray::fromRawData(element.data.data(), element.data.size());
+    if (info.encoding == IcnsEncoding::Png)
+        return unlessMemoryIsShort([&] { return readPng(bytes); });
+    if (info.encoding == IcnsEncoding::Jpeg2000)
+        return unlessMemoryIsShort([&] { return readJpeg2000(bytes); });
+    Result<QImage> image = samples(element);
+    if (!image)
+        return image.error();
+    premultiply(image->constBits(), image->bits(),
+                static_cast<std::size_t>(image->width()) * static_cast<std::size_t>(image->height()));
+    image->reinterpretAsFormat(QImage::Format_RGBA8888_Premultiplied);
+    return DecodedPicture{std::move(*image), {}};
+}
+
+std::vector<IcnsElement> IcnsReader::pictureElements() const {
+    std::vector<IcnsElement> found;
+    // Qt's ends the program where memory is short.
+    std::unordered_set<quint32> seen;
+    for (const IcnsElement& element : m_elements) {
+        const IcnsElementType* type = icnsElementType(element.type);
+        if (type == nullptr || type->content == IcnsContent::Mask || seen.contains(element.type.value))
+            continue;
+        seen.insert(element.type.value);
+        found.push_back(element);
+    }
+    return found;
+}
+
+const IcnsElement* IcnsReader::largestElement() const {
+    const IcnsElement* largest = nullptr;
+    int most = -1;
+    // The table lists types with more pixels first: they win a tie.
+    for (const IcnsElementType& type : icnsElementTypes()) {
+        const IcnsElement* found = type.content == IcnsContent::Mask ? nullptr : element(type.code);
+        if (found == nullptr)
+            continue;
+        const QSize told = icnsPictureInfo(type, found->data).size;
+        const QSize size = told.isValid() ? told : QSize(type.pixelSize, type.pixelSize);
+        const int side = std::max(size.width(), size.height());
+        if (side > most) {
+            most = side;
+            largest = found;
+        }
+    }
+    return largest;
+}
+
+Result<DecodedPicture> IcnsReader::largestPicture() const {
+    const IcnsElement* largest = largestElement();
+    if (largest == nullptr)
+        return Error{ErrorCode::Unsupported,
+                     QStringLiteral("the icns file holds no picture that is known here")};
+    return picture(*largest);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "base/FourCharCode.h"
+
+#include <QByteArrayView>
+#include <QtEndian>
+
+#include <span>
+
+/// What stands before the elements of an icns file, and before each element: a code and the length of what it
+/// begins, these eight bytes included. Big-endian.
+struct IcnsHeader {
+    quint32_be code;
+    quint32_be length;
+};
+static_assert(sizeof(IcnsHeader) == 8);
+
+inline constexpr FourCharCode icnsMagic("icns");
+
+/// What stands before packed colours of 128 pixels.
+inline constexpr QByteArrayView packedStart("\0\0\0\0", 4);
+
+/// What packed ARGB samples begin with.
+inline constexpr QByteArrayView argbMark("ARGB");
+
+/// What an element type holds.
+enum class IcnsContent {
+    Picture, ///< a PNG or JPEG 2000 file, packed ARGB, or plain ARGB samples
+    Colors,  ///< red, green and blue packed one after another, or plain ARGB samples
+    Mask,    ///< one byte of alpha a pixel
+};
+
+/// A known element type.
+struct IcnsElementType {
+    FourCharCode code;
+    IcnsContent content;
+    int pixelSize;                ///< of its square picture
+    FourCharCode mask;            ///< the type of the element with the alpha of Colors
+    bool hasLeadingZeros = false; ///< four zero bytes stand before the packed samples
+};
+
+/// The types that hold a picture or a part of one, most pixels first.
+std::span<const IcnsElementType> icnsElementTypes();
+
+/// The known type of that code, or null.
+const IcnsElementType* icnsElementType(FourCharCode code);

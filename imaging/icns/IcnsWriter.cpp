@@ -1,0 +1,100 @@
+#include "imaging/icns/IcnsWriter.h"
+
+#include "base/ShortMemory.h"
+#include "imaging/icns/IcnsRle.h"
+#include "imaging/icns/IcnsTypes.h"
+#include "imaging/pixels/Premultiplication.h"
+#include "imaging/png/PngWriter.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+namespace {
+
+struct Row {
+    int pixelSize;
+    FourCharCode code;
+    FourCharCode mask; ///< set where the element is packed colours; PNG otherwise
+};
+
+constexpr FourCharCode none;
+
+constexpr Row rows[] = {
+    {1024, "ic10", none}, {512, "ic09", none},  {256, "ic08", none},  {128, "ic07", none},
+    {64, "ic12", none},   {32, "il32", "l8mk"}, {16, "is32", "s8mk"},
+};
+
+void appendHeader(QByteArray& file, FourCharCode code, std::size_t length) {
+    const IcnsHeader header{quint32_be(code.value), quint32_be(static_cast<quint32>(length))};
+    file.append(reinterpret_cast<const char*>(&header), sizeof header);
+}
+
+struct Element {
+    FourCharCode code;
+    QByteArray data;
+
+    qsizetype length() const { return static_cast<qsizetype>(sizeof(IcnsHeader)) + data.size(); }
+};
+
+/// Every fourth byte of `pixels`, from `position` on.
+std::vector<std::uint8_t> channel(const std::vector<std::uint8_t>& pixels, std::size_t position) {
+    std::vector<std::uint8_t> samples;
+    samples.reserve(pixels.size() / 4);
+    for (std::size_t i = position; i < pixels.size(); i += 4)
+        samples.push_back(pixels[i]);
+    return samples;
+}
+
+/// The elements of `row` with a picture of its size; none where memory is short.
+std::vector<Element> elements(const Row& row, const QImage& raster) {
+    if (row.mask == none) {
+        QByteArray png = encodePng(raster);
+        return png.isEmpty() ? std::vector<Element>() : std::vector<Element>{{row.code, std::move(png)}};
+    }
+    const auto count = static_cast<std::size_t>(raster.width()) * static_cast<std::size_t>(raster.height());
+    std::vector<std::uint8_t> pixels(4 * count);
+    unpremultiply(raster.constBits(), pixels.data(), count);
+    QByteArray colors;
+    constexpr std::size_t lastColor = 2;
+    for (std::size_t position = 0; position <= lastColor; ++position)
+        IcnsRle::pack(channel(pixels, position), colors, position == lastColor);
+    const std::vector<std::uint8_t> alpha = channel(pixels, 3);
+    return {{row.code, colors},
+            {row.mask,
+             QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size()))}};
+}
+
+} // namespace
+
+IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
+    if (raster.isNull())
+        return Added::Failed;
+    const auto* row = std::ranges::find(rows, raster.width(), &Row::pixelSize);
+    if (row == std::end(rows) || raster.height() != raster.width())
+        return Added::NoElement;
+    return unlessMemoryIsShort(
+        [&] {
+            const std::vector<Element> made = elements(*row, raster);
+            if (made.empty())
+                return Added::Failed;
+            // All or nothing, should memory be short.
+            qsizetype length = std::max<qsizetype>(m_file.size(), sizeof(IcnsHeader));
+            for (const Element& element : made)
+                length += element.length();
+            m_file.reserve(length);
+            if (m_file.isEmpty())
+                appendHeader(m_file, icnsMagic, 0);
+            for (const Element& element : made) {
+                appendHeader(m_file, element.code, static_cast<std::size_t>(element.length()));
+                m_file.append(element.data);
+            }
+            const quint32_be total(static_cast<quint32>(m_file.size()));
+            std::memcpy(m_file.data() + offsetof(IcnsHeader, length), &total, sizeof total);
+            return Added::Yes;
+        },
+        Added::Failed);
+}

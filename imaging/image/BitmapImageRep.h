@@ -1,0 +1,70 @@
+#pragma once
+
+#include "imaging/image/ImageRep.h"
+#include "imaging/image/RasterImage.h"
+
+#include <QByteArray>
+
+#include <memory>
+
+/// The shape of a bitmap's samples. Rows stand from the top.
+struct BitmapLayout {
+    int pixelsWide = 0;
+    int pixelsHigh = 0;
+    int bitsPerSample = 8;   ///< 1, 2, 4, 8 or 16
+    int samplesPerPixel = 4; ///< 1 grey, 2 grey and alpha, 3 RGB, 4 RGB and another
+    bool hasAlpha = true;    ///< whether the last (or first) sample is alpha
+    bool isPlanar = false;   ///< each sample in a plane of its own, one plane after another
+    bool isAlphaFirst = false;
+    bool isPremultiplied = true;
+    qsizetype bytesPerRow = 0; ///< 0: as many as the pixels need
+    int bitsPerPixel = 0;      ///< 0: as many as the samples need; of one sample in a planar bitmap
+
+    /// The bytes of all rows and planes.
+    qsizetype byteCount() const;
+};
+
+/// A bitmap: samples of any shape. Those that pictures are drawn from are RGBA, 8 bits per sample,
+/// premultiplied, sRGB.
+class BitmapImageRep : public ImageRep {
+  public:
+    /// Holds `raster`, converted to RGBA8888_Premultiplied where it is anything else.
+    explicit BitmapImageRep(QImage raster);
+
+    /// A bitmap of that shape with a copy of `samples`, which are taken as they are; all zero without them.
+    /// Null where the shape is none (a size that is not positive, rows too short for their pixels), where
+    /// there are fewer bytes than it needs, or memory is short.
+    static std::unique_ptr<BitmapImageRep> initWithBitmapData(const BitmapLayout& layout,
+                                                              const QByteArray& samples = {});
+
+    QSize pixelSize() const override { return {m_layout.pixelsWide, m_layout.pixelsHigh}; }
+    QImage rendered(AxisMapping x, AxisMapping y) const override;
+
+    /// RGBA8888_Premultiplied; null where memory is short.
+    QImage raster() const;
+
+    const BitmapLayout& layout() const { return m_layout; }
+    int pixelsWide() const { return m_layout.pixelsWide; }
+    int pixelsHigh() const { return m_layout.pixelsHigh; }
+    int bitsPerSample() const { return m_layout.bitsPerSample; }
+    int samplesPerPixel() const { return m_layout.samplesPerPixel; }
+    int bitsPerPixel() const { return m_layout.bitsPerPixel; }
+    bool isPlanar() const { return m_layout.isPlanar; }
+    qsizetype bytesPerRow() const { return m_layout.bytesPerRow; }
+
+    /// The samples as they are stored.
+    QByteArrayView bitmapData() const;
+
+    /// The bitmap as drawing has it.
+    virtual RasterImage CGImage() const;
+
+  protected:
+    BitmapImageRep(const BitmapLayout& layout, QByteArray samples);
+
+  private:
+    int sample(int x, int y, int index) const;
+
+    BitmapLayout m_layout;
+    QByteArray m_samples; ///< of a bitmap that is not `m_raster`
+    QImage m_raster;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "imaging/image/ImageRep.h"
+
+#include <QSizeF>
+
+#include <memory>
+#include <vector>
+
+/// A picture: a size in points and one or more representations of it. A value; copies share the
+/// representations.
+class Image {
+  public:
+    /// No picture.
+    Image() = default;
+    /// A picture of that size without any representation yet.
+    explicit Image(const QSizeF& size) : m_size(size) {}
+
+    bool isNull() const { return !m_size.isValid() && m_representations.empty(); }
+
+    /// In points.
+    const QSizeF& size() const { return m_size; }
+
+    const std::vector<std::shared_ptr<const ImageRep>>& representations() const { return m_representations; }
+    void addRepresentation(std::shared_ptr<const ImageRep> representation);
+
+    /// The representation to draw `pixels` from: a drawing if there is one, else the bitmap that
+    /// ReducedCopies::bestOf tells. Null where none is enough.
+    const ImageRep* bestRepresentation(const QSizeF& pixels) const;
+
+    /// The largest bitmap, as it is. Null without one.
+    QImage largestRaster() const;
+
+  private:
+    QSizeF m_size;
+    std::vector<std::shared_ptr<const ImageRep>> m_representations;
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "imaging/pixels/AxisMapping.h"
+
+#include <QImage>
+#include <QSize>
+
+/// One form of a picture: samples of some size, or a drawing without one. Immutable once it is part of an
+/// Image.
+class ImageRep {
+  public:
+    virtual ~ImageRep() = default;
+
+    /// The pixels that it holds; empty for a drawing, which has as many as are asked for.
+    virtual QSize pixelSize() const = 0;
+
+    /// The whole picture on a new raster of x.targetLength × y.targetLength pixels, stretched as the two
+    /// mappings say (their source lengths are set here). RGBA8888_Premultiplied; null where memory is short.
+    virtual QImage rendered(AxisMapping x, AxisMapping y) const = 0;
+
+  protected:
+    ImageRep() = default;
+    ImageRep(const ImageRep&) = default;
+    ImageRep& operator=(const ImageRep&) = default;
+};

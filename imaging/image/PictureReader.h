@@ -1,0 +1,57 @@
+#pragma once
+
+#include "base/Result.h"
+
+#include <QImage>
+#include <QSize>
+#include <QStringList>
+
+#include <optional>
+
+/// A decoded picture: upright, RGBA8888_Premultiplied, sRGB.
+struct DecodedPicture {
+    QImage raster;
+    QStringList warnings; ///< sentences for people, of what could not be honoured
+    QSize wholeSize = {}; ///< of the picture, where the raster is a reduced copy of it; else empty
+};
+
+/// What the readers of all formats share.
+namespace PictureReader {
+
+/// The most pixels that a picture may have: 16384 × 16384, 1 GiB of raster.
+inline constexpr qint64 maximumPixels = 16384LL * 16384LL;
+
+/// The longest side that a picture may have.
+inline constexpr qint64 maximumSide = 1000000;
+
+/// The error for a picture of that many pixels, if it has none or too many of them. To be asked before any
+/// memory for pixels is taken.
+std::optional<Error> refusedSize(qint64 width, qint64 height);
+
+/// The error for a picture of that many pixels.
+Error tooLarge(qint64 width, qint64 height);
+
+/// The error where memory is short for that many pixels.
+Error noMemory(qint64 width, qint64 height);
+
+/// A raster for a picture of an allowed size, or the error where memory is short.
+Result<QImage> newRaster(qint64 width, qint64 height);
+
+/// Whether an EXIF orientation leaves the picture as it is.
+bool isUpright(int orientation);
+
+/// `raster` turned upright. `orientation` is the value of the EXIF tag 0x0112: 1 is upright already, as is
+/// any value outside 1 to 8.
+QImage upright(QImage raster, int orientation);
+
+/// The orientation that an EXIF block asks for, 1 where it holds none. `exif` starts at its TIFF header; the
+/// six bytes "Exif\0\0" may stand before it. Source: CIPA DC-008, TIFF 6.0.
+int exifOrientation(const QByteArray& exif);
+
+/// The warning for a colour profile that can't be used.
+QString profileWarning();
+
+/// The error for a picture that breaks off or is otherwise broken; `format` is its name, `detail` the cause.
+Error damaged(const QString& format, const QString& detail);
+
+} // namespace PictureReader

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "files/AtomicFile.h"
+#include "imaging/icns/IcnsWriter.h"
+
+#include <QImage>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+/// What an encoder is told of one picture. A format that has no use for a property passes it over.
+struct ImageProperties {
+    std::optional<float> lossyCompressionQuality; ///< from 0 to 1; without one it is 1
+    std::optional<qint32> tiffCompression;        ///< the value of TIFF's own tag 259; 5 is LZW
+
+    bool operator==(const ImageProperties&) const = default;
+};
+
+/// Writes one or more pictures to one file of a type that is named by its identifier. The file's name has no
+/// say.
+class ImageDestination {
+  public:
+    // The types.
+    static constexpr char icnsType[] = "com.apple.icns";
+    static constexpr char jpegType[] = "public.jpeg";
+    static constexpr char tiffType[] = "public.tiff";
+    static constexpr char bmpType[] = "com.microsoft.bmp";
+    static constexpr char gifType[] = "com.compuserve.gif";
+    static constexpr char pngType[] = "public.png";
+    static constexpr char jpeg2000Type[] = "public.jpeg-2000";
+
+    /// A destination for `count` pictures at `path`, or null where the type is not written here, can't hold
+    /// so many (all but icns hold one), or the path is none. Nothing is written before `finalize`.
+    static std::unique_ptr<ImageDestination> create(const QString& path, const QString& type, int count);
+
+    /// Adds a picture of any format. In an icon container a size without an element is left out.
+    void addImage(const QImage& picture, const ImageProperties& properties = {});
+
+    /// Writes the file, whole or not at all. Malformed where not all pictures were added, one could
+    /// not be encoded, or none could be kept; TooLarge where one is longer than the format can tell.
+    Result<Done> finalize(AtomicFile::Durability durability = AtomicFile::Durability::Cached);
+
+    /// The file's size after `finalize`.
+    qint64 bytesWritten() const { return m_bytesWritten; }
+
+    /// The largest picture that was kept.
+    const QSize& largestSize() const { return m_largestSize; }
+
+  private:
+    ImageDestination(QString path, QString type, int count)
+        : m_path(std::move(path)), m_type(std::move(type)), m_missing(count) {}
+
+    QString m_path;
+    QString m_type;
+    int m_missing;
+    IcnsWriter m_icns;
+    QByteArray m_file; ///< of the types that hold one picture
+    bool m_hasFailed = false;
+    Error m_error{ErrorCode::Malformed, QStringLiteral("one of its pictures can't be made")};
+    QSize m_largestSize;
+    qint64 m_bytesWritten = 0;
+};

@@ -1,0 +1,40 @@
+#include "imaging/pixels/ReducedCopies.h"
+
+#include <algorithm>
+
+QSize ReducedCopies::nextSize(const QSize& size) {
+    // Below this no icon gains from a further copy.
+    constexpr int smallestSide = 32;
+    const auto reduced = [](int side) { return side >= 2 * smallestSide ? (side + 1) / 2 : side; };
+    return {reduced(size.width()), reduced(size.height())};
+}
+
+std::size_t ReducedCopies::bestOf(std::span<const QSize> sizes, const QSizeF& pixels) {
+    const auto area = [](const QSize& size) { return qint64{size.width()} * size.height(); };
+    QSize full;
+    for (const QSize& size : sizes)
+        full = full.expandedTo(size);
+    std::size_t best = sizes.size();
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        const QSize& size = sizes[i];
+        if (QSizeF(size) == pixels)
+            return i;
+        const bool isEnough = (size.width() >= 2 * pixels.width() || size.width() == full.width()) &&
+                              (size.height() >= 2 * pixels.height() || size.height() == full.height());
+        if (isEnough && (best == sizes.size() || area(size) < area(sizes[best])))
+            best = i;
+    }
+    return best;
+}
+
+QSize ReducedCopies::largestNeeded(const QSize& size, const Renders& renders) {
+    if (!renders)
+        return size;
+    std::vector<QSize> sizes{size};
+    for (QSize next = nextSize(size); next != sizes.back(); next = nextSize(next))
+        sizes.push_back(next);
+    std::size_t needed = sizes.size() - 1;
+    for (const QSizeF& render : *renders)
+        needed = std::min(needed, bestOf(sizes, render));
+    return sizes[needed];
+}

@@ -1,0 +1,55 @@
+#include "imaging/png/FilteredRows.h"
+
+#include "imaging/pixels/Premultiplication.h"
+
+#include <cstring>
+
+FilteredRows::Buffer FilteredRows::all(PngFilterStrategy strategy) const {
+    Buffer buffer(size(m_raster.height()));
+    append(buffer, 0, m_raster.height(), strategy);
+    return buffer;
+}
+
+FilteredRows::Buffer FilteredRows::sample(PngFilterStrategy strategy) const {
+    constexpr int bands = 6;
+    constexpr int smallHeight = 24;
+    if (m_raster.height() <= smallHeight)
+        return all(strategy);
+    constexpr int bandRows = 4;
+    Buffer buffer(size(bands * bandRows));
+    for (int band = 0; band < bands; ++band)
+        append(buffer, (m_raster.height() - bandRows) * band / (bands - 1), bandRows, strategy);
+    return buffer;
+}
+
+/// Appends the rows [first, first + count).
+void FilteredRows::append(Buffer& buffer, int first, int count, PngFilterStrategy strategy) const {
+    std::uint8_t* out = buffer.bytes.get() + buffer.size;
+    buffer.size += size(count);
+    Sequence rows(*this, strategy, first);
+    for (int i = 0; i < count; ++i, out += size(1))
+        rows.next(out);
+}
+
+void FilteredRows::straightRow(int y, std::uint8_t* out) const {
+    if (m_raster.format() == QImage::Format_RGBA8888)
+        std::memcpy(out, m_raster.constScanLine(y), m_rowBytes);
+    else
+        unpremultiply(m_raster.constScanLine(y), out, m_rowBytes / 4);
+}
+
+FilteredRows::Sequence::Sequence(const FilteredRows& rows, PngFilterStrategy strategy, int first)
+    : m_rows(rows), m_strategy(strategy), m_filter(rows.m_rowBytes), m_y(first) {
+    if (first > 0 && strategy == PngFilterStrategy::Adaptive)
+        rows.straightRow(first - 1, m_filter.nextRow());
+}
+
+void FilteredRows::Sequence::next(std::uint8_t* out) {
+    if (m_strategy == PngFilterStrategy::None) {
+        out[0] = PngFilter::noneType;
+        m_rows.straightRow(m_y++, out + 1);
+        return;
+    }
+    m_rows.straightRow(m_y++, m_filter.nextRow());
+    m_filter.adaptive(out);
+}

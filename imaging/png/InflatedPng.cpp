@@ -1,0 +1,195 @@
+#include "imaging/png/InflatedPng.h"
+
+#include <QtEndian>
+
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t signatureLength = 8;
+constexpr std::size_t typeLength = 4;
+/// Length and type in front of a chunk's data, a checksum behind them.
+constexpr std::size_t frameLength = 4 + typeLength + 4;
+constexpr std::array<std::uint8_t, typeLength> pixelsType{'I', 'D', 'A', 'T'};
+/// Of a type's first letter: set in a chunk that a reader may do without.
+constexpr std::uint8_t ancillaryBit = 0x20;
+
+template <std::size_t Length>
+std::uint8_t* put(std::uint8_t* to, const std::array<std::uint8_t, Length>& bytes) {
+    return std::ranges::copy(bytes, to).out;
+}
+
+} // namespace
+
+bool InflatedPng::Chunk::isCritical() const {
+    return (typeAndData[0] & ancillaryBit) == 0;
+}
+
+bool InflatedPng::Chunk::isPixels() const {
+    return std::ranges::equal(typeAndData.first(typeLength), pixelsType);
+}
+
+bool InflatedPng::Chunk::isIntact() const {
+    return libdeflate_crc32(0, typeAndData.data(), typeAndData.size()) ==
+           qFromBigEndian<std::uint32_t>(typeAndData.data() + typeAndData.size());
+}
+
+std::span<const std::uint8_t> InflatedPng::Chunk::data() const {
+    return typeAndData.subspan(typeLength);
+}
+
+std::size_t InflatedPng::Chunk::length() const {
+    return data().size() + frameLength;
+}
+
+// The state and the part are filled when they are needed.
+InflatedPng::InflatedPng(const QByteArray& bytes) : m_bytes(bytes) {
+    m_ready = left().first(std::min(signatureLength, left().size()));
+    m_position = m_ready.size();
+    isal_inflate_init(&m_inflater);
+    m_inflater.crc_flag = ISAL_ZLIB;
+}
+
+bool InflatedPng::read(std::uint8_t* out, std::size_t length) {
+    while (length > 0) {
+        if (m_ready.empty() && !advance())
+            return false;
+        const std::size_t part = std::min(length, m_ready.size());
+        std::memcpy(out, m_ready.data(), part);
+        out += part;
+        length -= part;
+        m_ready = m_ready.subspan(part);
+    }
+    return true;
+}
+
+bool InflatedPng::endPixels() {
+    if (m_place != Place::InPixels)
+        return true;
+    // The stream may end here, or go on with more than there are pixels.
+    std::array<std::uint8_t, 1024> surplus;
+    if (!inflate(surplus) || !skipPixels())
+        return false;
+    m_place = Place::AtPixelsEnd;
+    return true;
+}
+
+std::span<const std::uint8_t> InflatedPng::left() const {
+    return std::span(reinterpret_cast<const std::uint8_t*>(m_bytes.constData()),
+                     static_cast<std::size_t>(m_bytes.size()))
+        .subspan(m_position);
+}
+
+/// None where the file ends within it.
+std::optional<InflatedPng::Chunk> InflatedPng::nextChunk() const {
+    const std::span<const std::uint8_t> rest = left();
+    if (rest.size() < frameLength)
+        return std::nullopt;
+    const std::size_t length = qFromBigEndian<std::uint32_t>(rest.data());
+    if (length > rest.size() - frameLength)
+        return std::nullopt;
+    return Chunk{rest.subspan(4, typeLength + length)};
+}
+
+bool InflatedPng::damaged() {
+    m_isDamaged = true;
+    return false;
+}
+
+bool InflatedPng::advance() {
+    if (m_place == Place::InPixels)
+        return takePixels();
+    if (m_place == Place::AtPixelsEnd) {
+        wrapPart(0, true);
+        m_place = Place::BehindPixels;
+        return true;
+    }
+    const std::optional<Chunk> chunk = nextChunk();
+    if (chunk && chunk->isPixels() && m_place == Place::BeforePixels) {
+        m_place = Place::InPixels;
+        return takePixels();
+    }
+    if (chunk && chunk->isCritical() && !chunk->isIntact())
+        return damaged();
+    m_ready = chunk ? left().first(chunk->length()) : left();
+    m_position += m_ready.size();
+    return !m_ready.empty();
+}
+
+/// Fills `out`, or a part of it where the stream ends.
+bool InflatedPng::inflate(std::span<std::uint8_t> out) {
+    m_inflater.next_out = out.data();
+    m_inflater.avail_out = static_cast<std::uint32_t>(out.size());
+    while (m_inflater.avail_out > 0 && m_inflater.block_state != ISAL_BLOCK_FINISH) {
+        // It may keep some bytes until there is room for them.
+        if (m_inflater.avail_in == 0 && m_inflater.block_state != ISAL_BLOCK_INPUT_DONE) {
+            const std::optional<Chunk> chunk = nextChunk();
+            if (!chunk || !chunk->isPixels() || !chunk->isIntact())
+                return damaged();
+            m_position += chunk->length();
+            const std::span<const std::uint8_t> data = chunk->data();
+            m_inflater.next_in = const_cast<std::uint8_t*>(data.data()); // it only reads them
+            m_inflater.avail_in = static_cast<std::uint32_t>(data.size());
+            if (data.empty())
+                continue;
+        }
+        const int result = isal_inflate(&m_inflater);
+        if (result != ISAL_DECOMP_OK && result != ISAL_END_INPUT && result != ISAL_OUT_OVERFLOW)
+            return damaged();
+    }
+    return true;
+}
+
+bool InflatedPng::takePixels() {
+    const std::span<std::uint8_t> part = std::span(m_part).subspan(leading, partLength);
+    if (!inflate(part))
+        return false;
+    const bool isLast = m_inflater.block_state == ISAL_BLOCK_FINISH;
+    if (isLast) {
+        if (!skipPixels())
+            return false;
+        m_place = Place::BehindPixels;
+    }
+    wrapPart(partLength - m_inflater.avail_out, isLast);
+    return true;
+}
+
+/// Passes over the chunks of pixels' data that are left.
+bool InflatedPng::skipPixels() {
+    for (;;) {
+        const std::optional<Chunk> chunk = nextChunk();
+        if (!chunk || !chunk->isPixels())
+            return true;
+        if (!chunk->isIntact())
+            return damaged();
+        m_position += chunk->length();
+    }
+}
+
+/// Makes a chunk of the part's bytes.
+void InflatedPng::wrapPart(std::size_t length, bool isLast) {
+    constexpr std::array<std::uint8_t, 2> streamHeader{0x78, 0x01};
+    constexpr std::array<std::uint8_t, 5> lastBlock{1, 0, 0, 0xff, 0xff};
+    constexpr std::array<std::uint8_t, 4> noChecksum{};
+    const std::size_t start = m_isFirstPart ? 0 : streamHeader.size();
+    std::uint8_t* const begin = m_part.data() + start;
+    std::uint8_t* const bytes = m_part.data() + leading;
+    std::uint8_t* end = bytes + length;
+    if (isLast)
+        end = put(put(end, lastBlock), noChecksum);
+
+    qToBigEndian(static_cast<std::uint32_t>(end - begin) - 8, begin);
+    std::uint8_t* header = put(begin + 4, pixelsType);
+    if (m_isFirstPart)
+        header = put(header, streamHeader);
+    const auto blockLength = static_cast<std::uint16_t>(length);
+    *header = 0;
+    qToLittleEndian(blockLength, header + 1);
+    qToLittleEndian(static_cast<std::uint16_t>(~blockLength), header + 3);
+    end = put(end, noChecksum);
+    m_ready = {begin, end};
+    m_isFirstPart = false;
+}

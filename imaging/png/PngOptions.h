@@ -1,0 +1,17 @@
+#pragma once
+
+#include "imaging/deflate/Deflate.h"
+
+#include <optional>
+
+/// How a PNG's rows are filtered before compression.
+enum class PngFilterStrategy {
+    None,     ///< no filter: best for flat graphics
+    Adaptive, ///< for each row the filter with the least sum of absolute differences: best for photographs
+};
+
+/// What is not said is chosen for the picture, by a sample of its rows; of a small one by all of them.
+struct PngOptions {
+    std::optional<PngFilterStrategy> filter;
+    std::optional<Deflate::Method> method;
+};

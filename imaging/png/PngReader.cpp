@@ -1,0 +1,223 @@
+#include "imaging/png/PngReader.h"
+
+#include "imaging/image/PictureBuilder.h"
+#include "imaging/png/InflatedPng.h"
+
+#include <QSysInfo>
+
+#include <png.h>
+
+#include <cmath>
+#include <csetjmp>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace {
+
+/// libpng reports errors by longjmp to `decode`. No function between there and libpng keeps an object with a
+/// destructor across a call into it; what must outlive an error is a member.
+class PngDecoder {
+  public:
+    /// What decompresses the pixels' data: InflatedPng, or libpng by zlib, which tells what is wrong with
+    /// them.
+    enum class Inflater { Quick, Telling };
+
+    PngDecoder(const QByteArray& bytes, const ReducedCopies::Renders& renders, Inflater inflater)
+        : m_bytes(bytes),
+          m_inflated(inflater == Inflater::Quick ? std::make_unique<InflatedPng>(bytes) : nullptr),
+          m_picture(renders) {
+        m_png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, onError, onWarning);
+        if (m_png != nullptr)
+            m_info = png_create_info_struct(m_png);
+    }
+    ~PngDecoder() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
+    PngDecoder(const PngDecoder&) = delete;
+    PngDecoder& operator=(const PngDecoder&) = delete;
+
+    Result<DecodedPicture> decode() {
+        if (m_info == nullptr)
+            return PictureReader::damaged(QStringLiteral("PNG"), QStringLiteral("out of memory"));
+        if (setjmp(png_jmpbuf(m_png)) != 0) // NOLINT(cert-err52-cpp): libpng's only way to report errors
+            return PictureReader::damaged(QStringLiteral("PNG"), QString::fromLatin1(m_message.data()));
+        readHeader();
+        if (!m_picture.error())
+            readPixels();
+        return m_picture.finish();
+    }
+
+    /// Whether the picture was reduced and then turned out not to stand upright.
+    bool wasReducedTooEarly() const { return m_picture.wasReducedTooEarly(); }
+
+    /// Whether it was the quick inflater that failed.
+    bool failedToInflate() const { return m_inflated && m_inflated->isDamaged(); }
+
+  private:
+    static PngDecoder* self(png_structp png) { return static_cast<PngDecoder*>(png_get_error_ptr(png)); }
+
+    [[noreturn]] static void onError(png_structp png, png_const_charp message) {
+        std::strncpy(self(png)->m_message.data(), message, self(png)->m_message.size() - 1);
+        png_longjmp(png, 1);
+    }
+
+    static void onWarning(png_structp png, png_const_charp message) {
+        // Damage in the pixel data that libpng itself would let pass; more data than pixels is none.
+        const bool isSurplus = std::strstr(message, "Too much image data") != nullptr ||
+                               std::strstr(message, "Extra compressed data") != nullptr;
+        if (std::strncmp(message, "IDAT:", 5) == 0 && !isSurplus)
+            onError(png, message);
+        if (std::strstr(message, "iCCP") != nullptr)
+            self(png)->m_hasOddProfile = true;
+    }
+
+    static void onRead(png_structp png, png_bytep out, size_t length) {
+        if (!static_cast<PngDecoder*>(png_get_io_ptr(png))->read(out, length))
+            png_error(png, "it ends too early");
+    }
+
+    bool read(png_bytep out, size_t length) {
+        if (m_inflated)
+            return m_inflated->read(out, length);
+        if (length > static_cast<size_t>(m_bytes.size()) - m_position)
+            return false;
+        std::memcpy(out, m_bytes.constData() + m_position, length);
+        m_position += length;
+        return true;
+    }
+
+    void readHeader() {
+        png_set_read_fn(m_png, this, onRead);
+        if (m_inflated)
+            png_set_crc_action(m_png, PNG_CRC_QUIET_USE, PNG_CRC_DEFAULT);
+        // Our own limit answers, with its own sentence.
+        png_set_user_limits(m_png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
+        // Texts are of no use here, and small ones can become very large.
+        static constexpr png_byte texts[] = "tEXt\0zTXt\0iTXt";
+        png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, texts, 3);
+        png_read_info(m_png, m_info);
+        // From here on: a profile's checksum is looked at.
+        if (m_inflated)
+            png_set_option(m_png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
+        m_width = png_get_image_width(m_png, m_info);
+        m_height = png_get_image_height(m_png, m_info);
+        if (const std::optional<Error> refused = PictureReader::refusedSize(m_width, m_height))
+            m_picture.fail(*refused);
+    }
+
+    void readPixels() {
+        const int colorType = png_get_color_type(m_png, m_info);
+        const bool isWide = png_get_bit_depth(m_png, m_info) == 16;
+        const bool isGrey = (colorType & PNG_COLOR_MASK_COLOR) == 0;
+        readProfile(isGrey);
+        const bool staysGrey = isGrey && m_picture.profile();
+        png_set_expand(m_png);
+        if (isGrey && !staysGrey)
+            png_set_gray_to_rgb(m_png);
+        if (isWide && QSysInfo::ByteOrder == QSysInfo::LittleEndian)
+            png_set_swap(m_png);
+        png_set_add_alpha(m_png, 0xffff, PNG_FILLER_AFTER);
+        const int passes = png_set_interlace_handling(m_png);
+        png_read_update_info(m_png, m_info);
+
+        const SampleLayout layout{staysGrey ? SampleLayout::Colors::Grey : SampleLayout::Colors::RGB,
+                                  SampleLayout::Alpha::Straight, isWide ? 16 : 8, false};
+        readOrientation();
+        if (!m_picture.begin(m_width, m_height, layout))
+            return;
+        const std::size_t rowBytes = png_get_rowbytes(m_png, m_info);
+        if (passes == 1)
+            readSequential(rowBytes);
+        else
+            readInterlaced(rowBytes, passes);
+        if (m_inflated && !m_inflated->endPixels())
+            png_error(m_png, "damaged data");
+        png_read_end(m_png, m_info);
+        readOrientation();
+    }
+
+    void readSequential(std::size_t rowBytes) {
+        const bool isInPlace = m_picture.isInPlace();
+        m_rows.resize(isInPlace ? 0 : rowBytes);
+        for (png_uint_32 y = 0; y < m_height; ++y) {
+            uchar* row = isInPlace ? m_picture.nextRow() : m_rows.data();
+            png_read_row(m_png, row, nullptr);
+            m_picture.addRow(row);
+        }
+    }
+
+    /// Interlaced rows come several times: they are all kept as the file has them until the last pass.
+    void readInterlaced(std::size_t rowBytes, int passes) {
+        m_rows.resize(rowBytes * m_height);
+        for (int pass = 0; pass < passes; ++pass) {
+            for (png_uint_32 y = 0; y < m_height; ++y)
+                png_read_row(m_png, m_rows.data() + rowBytes * y, nullptr);
+        }
+        for (png_uint_32 y = 0; y < m_height; ++y)
+            m_picture.addRow(m_rows.data() + rowBytes * y);
+        std::vector<uchar>().swap(m_rows);
+    }
+
+    /// In the order of precedence that the format gives: iCCP, sRGB, then gAMA and cHRM.
+    void readProfile(bool isGrey) {
+        png_charp name = nullptr;
+        png_bytep icc = nullptr;
+        png_uint_32 iccLength = 0;
+        int method = 0;
+        int intent = 0;
+        if (png_get_iCCP(m_png, m_info, &name, &method, &icc, &iccLength) != 0) {
+            m_picture.setProfile(
+                ColorProfile::fromIcc(QByteArray(reinterpret_cast<const char*>(icc), iccLength)), true);
+            return;
+        }
+        if (png_get_sRGB(m_png, m_info, &intent) != 0)
+            return;
+        if (m_hasOddProfile)
+            m_picture.setProfile({}, true); // there was one, and libpng left it out
+        double gamma = 0.45455;
+        ColorProfile::Chromaticities c = ColorProfile::srgbChromaticities;
+        const bool hasGamma = png_get_gAMA(m_png, m_info, &gamma) != 0;
+        const bool hasChromaticities = png_get_cHRM(m_png, m_info, &c[0][0], &c[0][1], &c[1][0], &c[1][1],
+                                                    &c[2][0], &c[2][1], &c[3][0], &c[3][1]) != 0;
+        if (!m_hasOddProfile && (hasGamma || hasChromaticities))
+            m_picture.setProfile(ColorProfile::fromGamma(gamma, c, isGrey), false);
+    }
+
+    void readOrientation() {
+        png_bytep exif = nullptr;
+        png_uint_32 length = 0;
+        if (png_get_eXIf_1(m_png, m_info, &length, &exif) != 0)
+            m_picture.setOrientation(PictureReader::exifOrientation(
+                QByteArray::fromRawData(reinterpret_cast<const char*>(exif), length)));
+    }
+
+    const QByteArray& m_bytes;
+    std::size_t m_position = 0;
+    std::unique_ptr<InflatedPng> m_inflated;
+    png_structp m_png = nullptr;
+    png_infop m_info = nullptr;
+    png_uint_32 m_width = 0;
+    png_uint_32 m_height = 0;
+    std::array<char, 200> m_message{};
+    bool m_hasOddProfile = false;
+    PictureBuilder m_picture;
+    std::vector<uchar> m_rows;
+};
+
+} // namespace
+
+Result<DecodedPicture> readPng(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
+    static const ReducedCopies::Renders none;
+    const ReducedCopies::Renders* wanted = &renders;
+    auto inflater = PngDecoder::Inflater::Quick;
+    for (;;) {
+        PngDecoder decoder(bytes, *wanted, inflater);
+        Result<DecodedPicture> picture = decoder.decode();
+        if (decoder.failedToInflate())
+            inflater = PngDecoder::Inflater::Telling;
+        else if (decoder.wasReducedTooEarly()) // the orientation may stand behind the pixels
+            wanted = &none;
+        else
+            return picture;
+    }
+}

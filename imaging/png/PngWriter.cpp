@@ -1,0 +1,122 @@
+#include "imaging/png/PngWriter.h"
+
+#include "base/StageTimes.h"
+#include "imaging/image/EncodedPicture.h"
+#include "imaging/png/FilteredRows.h"
+#include "imaging/png/PngChoice.h"
+
+#include <QtEndian>
+
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace {
+
+constexpr qsizetype maximumChunk = 0x7fffffff;
+
+void append32(QByteArray& file, quint32 value) {
+    const quint32 big = qToBigEndian(value);
+    file.append(reinterpret_cast<const char*>(&big), sizeof big);
+}
+
+/// Starts a chunk, whose data are to be appended before it is finished.
+qsizetype beginChunk(QByteArray& file, const char* type) {
+    append32(file, 0);
+    file.append(type, 4);
+    return file.size();
+}
+
+/// Writes the length and the checksum of the chunk whose data begin at `start`.
+void finishChunk(QByteArray& file, qsizetype start) {
+    qToBigEndian(static_cast<quint32>(file.size() - start), file.data() + start - 8);
+    const qsizetype type = start - 4;
+    append32(file,
+             libdeflate_crc32(0, file.constData() + type, static_cast<std::size_t>(file.size() - type)));
+}
+
+void appendChunk(QByteArray& file, const char* type, const char* data, qsizetype length) {
+    const qsizetype start = beginChunk(file, type);
+    file.append(data, length);
+    finishChunk(file, start);
+}
+
+/// Filters and compresses part by part, each as long as it is in the processor's caches.
+void appendInParts(QByteArray& png, const FilteredRows& rows, int height, const PngChoice& choice) {
+    constexpr std::size_t usualPart = std::size_t{64} << 10;
+    const int rowsOfPart = std::max(1, static_cast<int>(usualPart / rows.size(1)));
+    // Growing by doubling would touch three times the memory that is needed.
+    const std::size_t expected = choice.expectedBytes + choice.expectedBytes / 8;
+    const std::size_t room = RunCoder::bound(RunBlock::mostBytes + rows.size(rowsOfPart));
+    png.reserve(png.size() + static_cast<qsizetype>(std::min(expected, rows.size(height)) + room));
+    Deflate::RunStream stream(png, rows.size(height), rows.size(rowsOfPart));
+    FilteredRows::Sequence sequence(rows, choice.filter, 0);
+    for (int y = 0; y < height; y += rowsOfPart) {
+        const int count = std::min(rowsOfPart, height - y);
+        {
+            const StageTimes::Timer timer(Stage::Filter);
+            for (int i = 0; i < count; ++i)
+                sequence.next(stream.nextPart() + rows.size(i));
+        }
+        const StageTimes::Timer timer(Stage::Compress);
+        stream.addPart(rows.size(count));
+    }
+    const StageTimes::Timer timer(Stage::Compress);
+    stream.finish();
+}
+
+/// False where memory is short.
+bool appendAtOnce(QByteArray& png, const FilteredRows& rows, const PngChoice& choice) {
+    const auto filter = [&] {
+        const StageTimes::Timer timer(Stage::Filter);
+        return rows.all(choice.filter);
+    };
+    const FilteredRows::Buffer filtered = filter();
+    const StageTimes::Timer timer(Stage::Compress);
+    return Deflate::append(png, filtered.filled(), choice.method);
+}
+
+/// The picture's rows as a zlib stream in one chunk, or in several where they do not fit into one.
+bool appendPixels(QByteArray& png, const QImage& raster, const PngOptions& options) {
+    const FilteredRows rows(raster);
+    const std::optional<PngChoice> choice = PngChoice::of(rows, raster.height(), options);
+    if (!choice)
+        return false;
+    const qsizetype start = beginChunk(png, "IDAT");
+    if (choice->method == Deflate::Method::Runs)
+        appendInParts(png, rows, raster.height(), *choice);
+    else if (!appendAtOnce(png, rows, *choice))
+        return false;
+    if (png.size() - start <= maximumChunk) {
+        finishChunk(png, start);
+        return true;
+    }
+    const QByteArray stream = png.sliced(start);
+    png.truncate(start - 8);
+    for (qsizetype at = 0; at < stream.size(); at += maximumChunk)
+        appendChunk(png, "IDAT", stream.constData() + at, std::min(maximumChunk, stream.size() - at));
+    return true;
+}
+
+QByteArray file(const QImage& raster, const PngOptions& options) {
+    QByteArray png;
+    png.append("\x89PNG\r\n\x1a\n", 8);
+    QByteArray header;
+    append32(header, static_cast<quint32>(raster.width()));
+    append32(header, static_cast<quint32>(raster.height()));
+    // 8 bits, RGBA, deflate, the five filters, not interlaced
+    header.append("\x08\x06\x00\x00\x00", 5);
+    appendChunk(png, "IHDR", header.constData(), header.size());
+    appendChunk(png, "sRGB", "\0", 1);
+    if (!appendPixels(png, raster, options))
+        return {};
+    appendChunk(png, "IEND", nullptr, 0);
+    return png;
+}
+
+} // namespace
+
+QByteArray encodePng(const QImage& raster, const PngOptions& options) {
+    return encodedPicture(raster, [&] { return file(raster, options); });
+}

@@ -1,0 +1,79 @@
+#include "imaging/svg/LibRsvg.h"
+
+#include <QLibrary>
+#include <QLoggingCategory>
+
+#include <optional>
+#include <type_traits>
+
+namespace {
+
+Q_LOGGING_CATEGORY(glibLog, "glib")
+
+void toQt(const gchar* domain, GLogLevelFlags /*level*/, const gchar* message, gpointer /*data*/) {
+    qCDebug(glibLog) << domain << message;
+}
+
+/// Some libraries log in fields instead.
+GLogWriterOutput fieldsToQt(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer /*data*/) {
+    const LibRsvg* const rsvg = LibRsvg::loaded();
+    gchar* text = rsvg->formatLogFields(level, fields, count, FALSE);
+    qCDebug(glibLog) << text;
+    rsvg->free(text);
+    return G_LOG_WRITER_HANDLED;
+}
+
+std::optional<LibRsvg> resolved() {
+    // The version of its binary interface, which belongs to the headers that this is compiled with.
+    constexpr int version = 2;
+    QLibrary library(QStringLiteral("rsvg-2"), version);
+    if (!library.load()) {
+        // Where it was at build time, should the system not look there by itself.
+        library.setFileNameAndVersion(QStringLiteral(LIBRSVG_FOLDER "/librsvg-2"), version);
+        if (!library.load())
+            return std::nullopt;
+    }
+    LibRsvg rsvg;
+    bool isComplete = true;
+    // Those of the libraries that librsvg is linked with are found through it.
+    const auto resolve = [&](auto& function, const char* name) {
+        function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(library.resolve(name));
+        isComplete = isComplete && function != nullptr;
+    };
+    resolve(rsvg.newFromData, "rsvg_handle_new_from_data");
+    resolve(rsvg.setDpi, "rsvg_handle_set_dpi");
+    resolve(rsvg.sizeInPixels, "rsvg_handle_get_intrinsic_size_in_pixels");
+    resolve(rsvg.dimensions, "rsvg_handle_get_intrinsic_dimensions");
+    resolve(rsvg.geometryForLayer, "rsvg_handle_get_geometry_for_layer");
+    resolve(rsvg.renderDocument, "rsvg_handle_render_document");
+    resolve(rsvg.unref, "g_object_unref");
+    resolve(rsvg.createSurface, "cairo_image_surface_create");
+    resolve(rsvg.createSurfaceForData, "cairo_image_surface_create_for_data");
+    resolve(rsvg.finishSurface, "cairo_surface_finish");
+    resolve(rsvg.destroySurface, "cairo_surface_destroy");
+    resolve(rsvg.createContext, "cairo_create");
+    resolve(rsvg.destroyContext, "cairo_destroy");
+    resolve(rsvg.translate, "cairo_translate");
+    resolve(rsvg.scale, "cairo_scale");
+    resolve(rsvg.freeError, "g_error_free");
+    resolve(rsvg.free, "g_free");
+    resolve(rsvg.setLogHandler, "g_log_set_default_handler");
+    resolve(rsvg.setLogWriter, "g_log_set_writer_func");
+    resolve(rsvg.formatLogFields, "g_log_writer_format_fields");
+    return isComplete ? std::optional(rsvg) : std::nullopt;
+}
+
+} // namespace
+
+const LibRsvg* LibRsvg::loaded() {
+    static const std::optional<LibRsvg> library = [] {
+        std::optional<LibRsvg> found = resolved();
+        // A writer may be set only once.
+        if (found) {
+            found->setLogHandler(toQt, nullptr);
+            found->setLogWriter(fieldsToQt, nullptr, nullptr);
+        }
+        return found;
+    }();
+    return library ? &*library : nullptr;
+}

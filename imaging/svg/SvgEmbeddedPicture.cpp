@@ -1,0 +1,117 @@
+#include "imaging/svg/SvgEmbeddedPicture.h"
+
+#include "imaging/formats/JpegReader.h"
+#include "imaging/png/PngReader.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QtEndian>
+
+#include <optional>
+
+namespace {
+
+/// As `link`, without what is passed over in a URI.
+QString plain(QStringView link) {
+    QString text;
+    text.reserve(link.size());
+    for (const QChar c : link) {
+        if (c.unicode() > 0x20)
+            text += c;
+    }
+    return text;
+}
+
+Error unsupported() {
+    return {ErrorCode::Unsupported,
+            QStringLiteral("the SVG document embeds something else than a PNG or JPEG picture")};
+}
+
+quint64 read16(const QByteArray& bytes, qsizetype at) {
+    return qFromBigEndian<quint16>(bytes.constData() + at);
+}
+
+/// The pixels that the PNG header tells, without a value where there is none.
+std::optional<quint64> pngPixels(const QByteArray& bytes) {
+    constexpr qsizetype size = 16;
+    if (bytes.size() < size + 8)
+        return std::nullopt;
+    return quint64{qFromBigEndian<quint32>(bytes.constData() + size)} *
+           qFromBigEndian<quint32>(bytes.constData() + size + 4);
+}
+
+/// Those of the first frame header of a JPEG file (ITU-T T.81, B.2.2).
+std::optional<quint64> jpegPixels(const QByteArray& bytes) {
+    qsizetype at = 2;
+    while (at + 9 < bytes.size()) {
+        if (bytes[at] != '\xff')
+            return std::nullopt;
+        const auto marker = static_cast<quint8>(bytes[at + 1]);
+        const bool isFrame =
+            marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8 && marker != 0xcc;
+        if (isFrame)
+            return read16(bytes, at + 5) * read16(bytes, at + 7);
+        // A fill byte before a marker.
+        at += marker == 0xff ? 1 : 2 + static_cast<qsizetype>(read16(bytes, at + 2));
+    }
+    return std::nullopt;
+}
+
+/// The contents of the URI; without a value where its encoding is broken.
+std::optional<QByteArray> contents(QStringView data, bool isBase64) {
+    const QByteArray bytes = QByteArray::fromPercentEncoding(data.toUtf8());
+    if (!isBase64)
+        return bytes;
+    auto decoded = QByteArray::fromBase64Encoding(bytes, QByteArray::AbortOnBase64DecodingErrors);
+    if (!decoded)
+        return std::nullopt;
+    return std::move(*decoded);
+}
+
+} // namespace
+
+bool SvgEmbeddedPicture::isData(QStringView link) {
+    // White space and control characters count for nothing, wherever they stand and however many there are.
+    const QLatin1String scheme("data:");
+    QString start;
+    for (const QChar c : link) {
+        if (c.unicode() > 0x20)
+            start += c;
+        if (start.size() == scheme.size())
+            break;
+    }
+    return start.compare(scheme, Qt::CaseInsensitive) == 0;
+}
+
+Result<qint64> SvgEmbeddedPicture::pixels(QStringView link) {
+    const QString uri = plain(link);
+    const qsizetype comma = uri.indexOf(u',');
+    const qsizetype start = 5; // behind "data:"
+    if (comma < start)
+        return unsupported();
+    const QString type = uri.mid(start, comma - start).toLower();
+    const QString media = type.section(u';', 0, 0);
+    if (!media.isEmpty() && media != QLatin1String("image/png") && media != QLatin1String("image/jpeg") &&
+        media != QLatin1String("image/jpg"))
+        return unsupported();
+    const std::optional<QByteArray> bytes =
+        contents(QStringView(uri).mid(comma + 1), type.endsWith(QLatin1String(";base64")));
+    if (!bytes)
+        return Error{ErrorCode::Damaged,
+                     QStringLiteral("a picture in the SVG document is not encoded as it should be")};
+    const bool isPng = bytes->startsWith("\x89PNG\r\n\x1a\n");
+    if (!isPng && !bytes->startsWith("\xff\xd8\xff"))
+        return unsupported();
+    const std::optional<quint64> told = isPng ? pngPixels(*bytes) : jpegPixels(*bytes);
+    if (told && *told > static_cast<quint64>(maximumPixels))
+        return Error{
+            ErrorCode::TooLarge,
+            QStringLiteral("the pictures in the SVG document have more than %1 pixels").arg(maximumPixels)};
+    const Result<DecodedPicture> picture =
+        told ? (isPng ? readPng(*bytes) : readJpeg(*bytes))
+             : PictureReader::damaged(QStringLiteral("embedded"), QStringLiteral("it tells no size"));
+    if (!picture)
+        return Error{picture.error().code,
+                     QStringLiteral("in the SVG document, %1").arg(picture.error().sentence)};
+    return static_cast<qint64>(*told);
+}

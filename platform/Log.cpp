@@ -1,7 +1,0 @@
-#include "platform/Log.h"
-
-Q_LOGGING_CATEGORY(tobrimaxLog, "tobrimax")
-
-void logLine(const QString& text) {
-    qCInfo(tobrimaxLog).noquote() << text;
-}

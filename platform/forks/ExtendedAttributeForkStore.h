@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/forks/FileForkStore.h"
+
+/// Keeps forks in the extended attributes "com.apple.ResourceFork" and "com.apple.FinderInfo", as macOS does.
+/// On other systems the names stand in the namespace "user.", and what fits into an attribute is the file
+/// system's matter.
+class ExtendedAttributeForkStore final : public FileForkStore {
+  public:
+    Result<QByteArray> resourceFork(const QString& path) const override;
+    Result<Done> setResourceFork(const QString& path, const QByteArray& fork) override;
+    Result<FinderInfo> finderInfo(const QString& path) const override;
+    Result<Done> setFinderInfo(const QString& path, const FinderInfo& info) override;
+};

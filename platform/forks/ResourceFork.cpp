@@ -1,0 +1,355 @@
+#include "platform/forks/ResourceFork.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <map>
+#include <unordered_map>
+#include <utility>
+
+namespace {
+
+// Maps are the standard library's: Qt's end the program where memory is short.
+
+// The records of a fork.
+
+struct ForkHeader {
+    quint32_be dataOffset;
+    quint32_be mapOffset;
+    quint32_be dataLength;
+    quint32_be mapLength;
+};
+static_assert(sizeof(ForkHeader) == 16);
+
+/// What stands before the data for the system and for applications.
+constexpr qsizetype reservedSize = 112 + 128;
+
+struct MapHeader {
+    ForkHeader copy;
+    quint32_be nextMap;
+    quint16_be file;
+    quint16_be attributes;
+    quint16_be typeListOffset; ///< from the map's start
+    quint16_be nameListOffset; ///< from the map's start
+};
+static_assert(sizeof(MapHeader) == 28);
+
+struct TypeEntry {
+    quint32_be type;
+    quint16_be lastIndex;       ///< the number of references less one
+    quint16_be referenceOffset; ///< from the type list's start
+};
+static_assert(sizeof(TypeEntry) == 8);
+
+struct ReferenceEntry {
+    qint16_be number;
+    quint16_be nameOffset; ///< from the name list's start
+    quint32_be dataOffset; ///< the attributes in the upper 8 bits; from the data's start
+    quint32_be handle;
+};
+static_assert(sizeof(ReferenceEntry) == 12);
+
+constexpr quint16 noName = 0xffff;
+constexpr quint32 largestDataOffset = 0xffffff;
+constexpr qsizetype largestName = 255;
+constexpr qsizetype countSize = sizeof(quint16_be);
+constexpr qsizetype lengthSize = sizeof(quint32_be);
+
+Error damaged(const char* detail) {
+    return {ErrorCode::Damaged,
+            QStringLiteral("the resource fork is damaged (%1)").arg(QLatin1String(detail))};
+}
+
+Error unsupported(const char* detail) {
+    return {ErrorCode::Unsupported,
+            QStringLiteral("the resources do not fit into a resource fork (%1)").arg(QLatin1String(detail))};
+}
+
+/// Bytes that are read with a check of each reach.
+class Region {
+  public:
+    explicit Region(QByteArrayView bytes) : m_bytes(bytes) {}
+
+    template <typename Record>
+    std::optional<Record> record(qsizetype at) const {
+        if (at > m_bytes.size() || m_bytes.size() - at < static_cast<qsizetype>(sizeof(Record)))
+            return std::nullopt;
+        Record result{};
+        std::memcpy(&result, m_bytes.data() + at, sizeof result);
+        return result;
+    }
+
+    std::optional<QByteArrayView> slice(qsizetype at, qsizetype length) const {
+        if (at > m_bytes.size() || length > m_bytes.size() - at)
+            return std::nullopt;
+        return m_bytes.sliced(at, length);
+    }
+
+  private:
+    QByteArrayView m_bytes;
+};
+
+template <typename Record>
+void append(QByteArray& bytes, const Record& record) {
+    bytes.append(reinterpret_cast<const char*>(&record), sizeof record);
+}
+
+/// A resource whose data are not read yet.
+struct Reference {
+    Resource resource;
+    quint32 dataOffset = 0;
+};
+
+/// What the references of a map lead to.
+Result<std::vector<Reference>> readReferences(const Region& map, const MapHeader& header,
+                                              qsizetype mapLength) {
+    const qsizetype typeList = header.typeListOffset;
+    const qsizetype nameList = header.nameListOffset;
+    const auto lastType = map.record<quint16_be>(typeList);
+    if (!lastType)
+        return damaged("the list of types lies outside");
+    // 0xFFFF stands for none.
+    const auto typeCount = static_cast<quint16>(*lastType + 1);
+    std::vector<Reference> references;
+    qsizetype referenceBytes = 0;
+    for (qsizetype i = 0; i < typeCount; ++i) {
+        const auto type =
+            map.record<TypeEntry>(typeList + countSize + i * static_cast<qsizetype>(sizeof(TypeEntry)));
+        if (!type)
+            return damaged("the list of types breaks off");
+        const auto count = static_cast<quint16>(type->lastIndex + 1);
+        // Lists that share bytes could stand for far more resources than there are bytes.
+        referenceBytes += count * static_cast<qsizetype>(sizeof(ReferenceEntry));
+        if (referenceBytes > mapLength)
+            return damaged("there are more references than its map has room for");
+        for (qsizetype j = 0; j < count; ++j) {
+            const auto entry = map.record<ReferenceEntry>(typeList + type->referenceOffset +
+                                                          j * static_cast<qsizetype>(sizeof(ReferenceEntry)));
+            if (!entry)
+                return damaged("a list of references breaks off");
+            Reference reference;
+            reference.resource.type = FourCharCode(type->type);
+            reference.resource.number = entry->number;
+            reference.resource.attributes = static_cast<quint8>(entry->dataOffset >> 24);
+            reference.dataOffset = entry->dataOffset & largestDataOffset;
+            if (entry->nameOffset != noName) {
+                const qsizetype at = nameList + entry->nameOffset;
+                const auto length = map.record<quint8>(at);
+                const auto name = length ? map.slice(at + 1, *length) : std::nullopt;
+                if (!name)
+                    return damaged("a name lies outside");
+                reference.resource.name = name->toByteArray();
+            }
+            references.push_back(std::move(reference));
+        }
+    }
+    return references;
+}
+
+/// The data at each of the offsets that references have. Several may lead to the same data, which are kept
+/// once; but none may begin inside of others.
+Result<std::unordered_map<quint32, QByteArray>> readData(const Region& section,
+                                                         const std::vector<Reference>& references) {
+    std::map<quint32, QByteArrayView> views;
+    for (const Reference& reference : references) {
+        const auto length = section.record<quint32_be>(reference.dataOffset);
+        const auto data = length ? section.slice(reference.dataOffset + lengthSize, *length) : std::nullopt;
+        if (!data)
+            return damaged("the data of a resource lie outside");
+        views.emplace(reference.dataOffset, *data);
+    }
+    std::unordered_map<quint32, QByteArray> data;
+    qsizetype end = 0;
+    for (const auto& [offset, view] : views) {
+        if (offset < end)
+            return damaged("the data of two resources overlap");
+        end = offset + lengthSize + view.size();
+        data.emplace(offset, view.toByteArray());
+    }
+    return data;
+}
+
+/// Resources of one type, by their places in the fork.
+struct TypeGroup {
+    FourCharCode type;
+    std::vector<const Resource*> resources;
+};
+
+std::vector<TypeGroup> grouped(const std::vector<Resource>& resources) {
+    std::vector<TypeGroup> groups;
+    std::unordered_map<quint32, std::size_t> places;
+    for (const Resource& resource : resources) {
+        const auto [place, isNew] = places.try_emplace(resource.type.value, groups.size());
+        if (isNew)
+            groups.push_back({resource.type, {}});
+        groups[place->second].resources.push_back(&resource);
+    }
+    return groups;
+}
+
+} // namespace
+
+ResourceFork::ResourceFork() : m_reserved(reservedSize, '\0') {}
+
+Result<ResourceFork> ResourceFork::parse(const QByteArray& bytes) {
+    const Region fork(bytes);
+    const auto header = fork.record<ForkHeader>(0);
+    if (!header)
+        return damaged("it has no header");
+    const auto data = fork.slice(header->dataOffset, header->dataLength);
+    const auto mapBytes = fork.slice(header->mapOffset, header->mapLength);
+    const qsizetype start = std::min<qsizetype>(header->dataOffset, header->mapOffset);
+    if (!data || !mapBytes || start < static_cast<qsizetype>(sizeof(ForkHeader)))
+        return damaged("its parts lie outside");
+    const Region map(*mapBytes);
+    const auto mapHeader = map.record<MapHeader>(0);
+    if (!mapHeader)
+        return damaged("its map breaks off");
+    Result<std::vector<Reference>> references = readReferences(map, *mapHeader, mapBytes->size());
+    if (!references)
+        return references.error();
+    const Result<std::unordered_map<quint32, QByteArray>> contents = readData(Region(*data), *references);
+    if (!contents)
+        return contents.error();
+    ResourceFork result;
+    result.m_reserved = bytes.mid(sizeof(ForkHeader), start - static_cast<qsizetype>(sizeof(ForkHeader)));
+    result.m_attributes = mapHeader->attributes;
+    for (Reference& reference : *references) {
+        reference.resource.data = contents->at(reference.dataOffset);
+        result.addResource(std::move(reference.resource));
+    }
+    return result;
+}
+
+namespace {
+
+constexpr qsizetype largestMapOffset = std::numeric_limits<quint16>::max();
+
+/// The parts of a fork while resource after resource is added to them. What was shared stays shared.
+class ForkParts {
+  public:
+    QByteArray data;
+    QByteArray names;
+    QByteArray types;
+    QByteArray references;
+
+    Result<Done> add(const TypeGroup& group, qsizetype typeListSize) {
+        const qsizetype referenceOffset = typeListSize + references.size();
+        if (referenceOffset > largestMapOffset || group.resources.size() > std::size_t{largestMapOffset})
+            return unsupported("too many resources");
+        append(types, TypeEntry{quint32_be(group.type.value),
+                                quint16_be(static_cast<quint16>(group.resources.size() - 1)),
+                                quint16_be(static_cast<quint16>(referenceOffset))});
+        for (const Resource* resource : group.resources) {
+            const Result<quint16> name = nameOffset(resource->name);
+            if (!name)
+                return name.error();
+            const Result<quint32> place = dataOffset(resource->data);
+            if (!place)
+                return place.error();
+            const quint32 attributes = static_cast<quint32>(resource->attributes) << 24;
+            append(references, ReferenceEntry{qint16_be(resource->number), quint16_be(*name),
+                                              quint32_be(*place | attributes), quint32_be(0)});
+        }
+        return Done{};
+    }
+
+  private:
+    Result<quint16> nameOffset(const std::optional<QByteArray>& name) {
+        if (!name)
+            return quint16{noName};
+        if (name->size() > largestName)
+            return unsupported("a name is too long");
+        if (!m_nameOffsets.contains(*name)) {
+            if (names.size() >= noName)
+                return unsupported("too many names");
+            m_nameOffsets.emplace(*name, static_cast<quint16>(names.size()));
+            names += static_cast<char>(name->size());
+            names += *name;
+        }
+        return m_nameOffsets.at(*name);
+    }
+
+    Result<quint32> dataOffset(const QByteArray& bytes) {
+        // Shared data are told by their place in memory.
+        const char* place = bytes.isEmpty() ? nullptr : bytes.constData();
+        if (place == nullptr || !m_dataOffsets.contains(place)) {
+            if (data.size() > qsizetype{largestDataOffset})
+                return unsupported("too much data");
+            m_dataOffsets.insert_or_assign(place, static_cast<quint32>(data.size()));
+            append(data, quint32_be(static_cast<quint32>(bytes.size())));
+            data += bytes;
+        }
+        return m_dataOffsets.at(place);
+    }
+
+    std::unordered_map<const char*, quint32> m_dataOffsets;
+    std::unordered_map<QByteArray, quint16> m_nameOffsets;
+};
+
+} // namespace
+
+Result<QByteArray> ResourceFork::data() const {
+    ForkParts parts;
+    const std::vector<TypeGroup> groups = grouped(m_resources);
+    const qsizetype typeListSize =
+        countSize + static_cast<qsizetype>(groups.size()) * static_cast<qsizetype>(sizeof(TypeEntry));
+    for (const TypeGroup& group : groups) {
+        if (const Result<Done> added = parts.add(group, typeListSize); !added)
+            return added.error();
+    }
+    const qsizetype nameList =
+        static_cast<qsizetype>(sizeof(MapHeader)) + typeListSize + parts.references.size();
+    if (nameList > largestMapOffset)
+        return unsupported("too many resources");
+    const qsizetype dataOffset = static_cast<qsizetype>(sizeof(ForkHeader)) + m_reserved.size();
+    const qsizetype mapLength = nameList + parts.names.size();
+    if (dataOffset + parts.data.size() + mapLength > std::numeric_limits<quint32>::max())
+        return unsupported("too much data");
+    const ForkHeader header{quint32_be(static_cast<quint32>(dataOffset)),
+                            quint32_be(static_cast<quint32>(dataOffset + parts.data.size())),
+                            quint32_be(static_cast<quint32>(parts.data.size())),
+                            quint32_be(static_cast<quint32>(mapLength))};
+    MapHeader mapHeader{};
+    mapHeader.copy = header;
+    mapHeader.attributes = m_attributes;
+    mapHeader.typeListOffset = static_cast<quint16>(sizeof(MapHeader));
+    mapHeader.nameListOffset = static_cast<quint16>(nameList);
+    QByteArray fork;
+    append(fork, header);
+    fork += m_reserved;
+    fork += parts.data;
+    append(fork, mapHeader);
+    // One less than there are, in 16 bits: none are 0xffff.
+    append(fork, quint16_be(static_cast<quint16>(groups.size() + 0xffff)));
+    fork += parts.types;
+    fork += parts.references;
+    fork += parts.names;
+    return fork;
+}
+
+const Resource* ResourceFork::resource(FourCharCode type, qint16 number) const {
+    const auto found = std::ranges::find_if(m_resources, [&](const Resource& resource) {
+        return resource.type == type && resource.number == number;
+    });
+    return found != m_resources.end() ? &*found : nullptr;
+}
+
+bool ResourceFork::isReadOnly() const {
+    constexpr quint16 mapReadOnly = 0x80;
+    return (m_attributes & mapReadOnly) != 0;
+}
+
+void ResourceFork::addResource(Resource resource) {
+    m_resources.push_back(std::move(resource));
+}
+
+bool ResourceFork::removeResource(FourCharCode type, qint16 number) {
+    const Resource* found = resource(type, number);
+    if (found == nullptr)
+        return false;
+    m_resources.erase(m_resources.begin() + (found - m_resources.data()));
+    return true;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "base/Result.h"
+
+#include <QByteArray>
+#include <QVariant>
+
+/// Property lists in their XML and binary encodings.
+namespace PropertyList {
+
+/// The root object: arrays as QVariantList, dictionaries as QVariantMap, strings as QString, integers as
+/// qint64, reals as double, booleans as bool, data as QByteArray, dates as QDateTime (UTC). Malformed for
+/// bytes that are no property list, or one nested deeper than 64.
+Result<QVariant> parse(const QByteArray& bytes);
+
+} // namespace PropertyList

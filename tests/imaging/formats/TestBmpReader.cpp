@@ -1,0 +1,118 @@
+#include "imaging/io/ImageSource.h"
+#include "tests/support/Fixtures.h"
+#include "tests/support/Pictures.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QImageReader>
+#include <QtEndian>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+using Fixtures::color;
+using Fixtures::height;
+using Fixtures::paletteColor;
+using Fixtures::width;
+
+namespace {
+
+std::function<QColor(int, int)> paletteOf(int count) {
+    return [count](int x, int y) { return paletteColor((5 * x + 3 * y) % count); };
+}
+
+void expectPicture(const char* name, const std::function<QColor(int x, int y)>& expected) {
+    SCOPED_TRACE(name);
+    const Result<DecodedPicture> picture = ImageSource::decode(fixture(name));
+    ASSERT_TRUE(picture) << picture.error().sentence.toStdString();
+    EXPECT_TRUE(picture->warnings.isEmpty());
+    ASSERT_EQ(picture->raster.size(), QSize(width, height));
+    ASSERT_EQ(picture->raster.format(), QImage::Format_RGBA8888_Premultiplied);
+    EXPECT_EQ(Pictures::largestDifference(picture->raster, Pictures::raster(width, height, expected)), 0);
+}
+
+QByteArray withSize(const char* name, qint32 w, qint32 h) {
+    QByteArray bmp = fixture(name);
+    qToLittleEndian(w, bmp.data() + 18);
+    qToLittleEndian(h, bmp.data() + 22);
+    return bmp;
+}
+
+} // namespace
+
+TEST(ImageSourceBmp, palettes_are_read_exactly) {
+    expectPicture("palette-1.bmp", paletteOf(2));
+    expectPicture("palette-4.bmp", paletteOf(16));
+    expectPicture("palette-8.bmp", paletteOf(256));
+}
+
+TEST(ImageSourceBmp, colours_are_read_exactly) {
+    expectPicture("rgb-24.bmp", color);
+}
+
+TEST(ImageSourceBmp, the_unused_byte_of_32_bits_is_no_alpha) {
+    expectPicture("rgb-32.bmp", color);
+}
+
+TEST(ImageSourceBmp, a_negative_height_is_a_picture_from_the_top) {
+    expectPicture("rgb-24-top-down.bmp", color);
+}
+
+TEST(ImageSourceBmp, run_lengths_are_read_exactly) {
+    expectPicture("rle-8.bmp", [](int x, int y) {
+        return paletteColor(x < 4 ? y : x < 9 ? 5 * x + 3 * y : y + 20);
+    });
+}
+
+TEST(ImageSourceBmp, a_file_cut_off_at_any_byte_is_an_error) {
+    for (const char* name : {"palette-1.bmp", "palette-4.bmp", "rgb-24.bmp", "rgb-32.bmp"}) {
+        SCOPED_TRACE(name);
+        const QByteArray whole = fixture(name);
+        ASSERT_TRUE(ImageSource::decode(whole));
+        for (qsizetype length = 0; length < whole.size(); ++length)
+            EXPECT_FALSE(ImageSource::load(whole.left(length))) << length << " bytes";
+    }
+}
+
+TEST(ImageSourceBmp, a_picture_from_the_top_cut_off_at_any_byte_is_an_error) {
+    const QByteArray whole = fixture("rgb-24-top-down.bmp");
+    ASSERT_TRUE(ImageSource::decode(whole));
+    for (qsizetype length = 0; length < whole.size(); ++length)
+        EXPECT_FALSE(ImageSource::load(whole.left(length))) << length << " bytes";
+}
+
+TEST(ImageSourceBmp, run_lengths_that_break_off_are_an_error) {
+    const QByteArray whole = fixture("rle-8.bmp");
+    ASSERT_TRUE(ImageSource::decode(whole));
+    // Behind the last pixel is the end of the picture.
+    for (qsizetype length = 0; length < whole.size() - 2; ++length)
+        EXPECT_FALSE(ImageSource::load(whole.left(length))) << length << " bytes";
+}
+
+TEST(ImageSourceBmp, a_header_beyond_the_limit_is_refused_at_once) {
+    QElapsedTimer timer;
+    timer.start();
+    for (const char* name : {"rgb-24.bmp", "palette-1.bmp", "rle-8.bmp"}) {
+        SCOPED_TRACE(name);
+        for (const qint32 h : {65535, -65535, 0x7fffffff, -0x7fffffff}) {
+            const Result<DecodedPicture> picture = ImageSource::decode(withSize(name, 65535, h));
+            ASSERT_FALSE(picture) << h;
+            EXPECT_EQ(picture.error().code, ErrorCode::TooLarge) << h;
+        }
+    }
+    EXPECT_LT(timer.elapsed(), 500);
+}
+
+TEST(ImageSourceBmp, a_header_without_pixels_is_refused) {
+    EXPECT_FALSE(ImageSource::decode(withSize("rgb-24.bmp", 0, height)));
+    EXPECT_FALSE(ImageSource::decode(withSize("rgb-24.bmp", width, 0)));
+    EXPECT_FALSE(ImageSource::decode(withSize("rgb-24.bmp", -width, height)));
+    EXPECT_FALSE(ImageSource::decode(withSize("rgb-24.bmp", width, std::numeric_limits<qint32>::min())));
+}
+
+TEST(ImageSourceBmp, the_limit_of_what_Qt_itself_reads_stays_as_it_was) {
+    const int before = QImageReader::allocationLimit();
+    EXPECT_TRUE(ImageSource::decode(fixture("rgb-24.bmp")));
+    EXPECT_EQ(QImageReader::allocationLimit(), before);
+}
