@@ -2,7 +2,7 @@
 
 #include <QDialog>
 
-/// Tells the program's version, and the libraries that it is made with and their licences.
+/// Shows the program's version, the libraries that it uses and their licences.
 class AboutBox final : public QDialog {
     Q_OBJECT
 

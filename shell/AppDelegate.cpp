@@ -30,7 +30,8 @@ AppDelegate::AppDelegate(Surroundings surroundings)
 }
 
 AppDelegate::~AppDelegate() {
-    // Its windows may lose their activation while they go.
+    // The windows may lose activation while they are destroyed. The application would then call this
+    // delegate.
     if (_surroundings.application.delegate() == this)
         _surroundings.application.setDelegate(nullptr);
 }
@@ -66,16 +67,16 @@ void AppDelegate::setupWindowStyle() {
     colors.setColor(QPalette::Window, Qt::white);
     styled->setPalette(colors);
     styled->setAttribute(Qt::WA_TranslucentBackground);
-    // Which by itself would leave out the white, too.
+    // WA_TranslucentBackground sets this attribute too. With it the white would not be painted.
     styled->setAttribute(Qt::WA_NoSystemBackground, false);
-    // Titled, closable and to be minimised, but not to be resized.
+    // The window has a title bar and can be closed and minimised, but not resized.
     const bool wasVisible = styled->isVisible();
     styled->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                            Qt::WindowMinimizeButtonHint);
     if (styled->findChild<BackgroundMover*>() == nullptr)
         new BackgroundMover(*styled);
-    // A window manager's title bar has no transparency; without a text it is as plain as it can be.
+    // A window manager draws the title bar opaque. Without a text it is as plain as possible.
     styled->setWindowTitle({});
     styled->setVisible(wasVisible);
     styled->activateWindow();
@@ -112,7 +113,7 @@ void AppDelegate::rememberPromotionAnswer() {
 void AppDelegate::terminate() {
     Application& application = _surroundings.application;
     application.terminate(this);
-    // Refused: without its main window the program could not be used any more.
+    // The program goes on. Without its main window nobody could use it any more.
     if (!application.isTerminating() && windowController != nullptr &&
         !windowController->window()->isVisible())
         windowController->showWindow(this);

@@ -21,23 +21,25 @@ class QUndoStack;
 /// The root of the program. It owns the main window, the saved data, the prompt to rate the program and the
 /// promotion window, and decides what closing a window and quitting mean.
 ///
-/// AppDelegate.cpp has the life of the application; SavedData, RatePrompt and Promotion have their own files.
+/// AppDelegate.cpp handles launch, closing and quitting. AppDelegateSavedData.cpp, AppDelegateRatePrompt.cpp
+/// and AppDelegatePromotion.cpp hold the other parts.
 class AppDelegate final : public QObject, public ApplicationDelegate, public BFPageControlDelegate {
     Q_OBJECT
 
   public:
-    /// What the delegate needs of the world around it. References are kept.
+    /// The services that the delegate uses. It keeps the references.
     struct Surroundings {
         Application& application;
         MainWindowController::Surroundings mainWindow;
         UserDefaults& defaults;
-        /// Whether there is anything at that path.
+        /// Whether anything exists at `path`.
         std::function<bool(const QString& path)> fileExistsAtPath;
-        /// Shows an error and waits; whether it was recovered from.
+        /// Shows an error and waits until the user has closed it. Tells whether the program recovered from
+        /// the error.
         std::function<bool(const StoreError& error)> presentError;
     };
 
-    /// The keys of what is remembered from run to run.
+    /// Keys of the values that are kept from run to run.
     static const QString appOpenedCount;
     static const QString appVersion;
     static const QString notShowPromotionWindow;
@@ -46,7 +48,7 @@ class AppDelegate final : public QObject, public ApplicationDelegate, public BFP
     ~AppDelegate() override;
 
     // Outlets.
-    /// The window that sheets of the application itself hang on: the main window.
+    /// The main window. The application's own sheets are attached to it.
     QWidget* window() const { return _window; }
     QWidget* windowPromotion() const { return _windowPromotion; }
     QLabel* lblAppName() const { return _lblAppName; }
@@ -54,7 +56,7 @@ class AppDelegate final : public QObject, public ApplicationDelegate, public BFP
     ImageView* imgViewAppLogo() const { return _imgViewAppLogo; }
     QCheckBox* btnCheckDontShow() const { return _btnCheckDontShow; }
 
-    /// Null until the launch.
+    /// Null before the launch.
     MainWindowController* mainWindowController() const { return windowController.get(); }
     const std::vector<SuggestedApp>& suggestions() const { return arrOurApps; }
     BFPageControl* pageControl() const { return control; }
@@ -66,17 +68,19 @@ class AppDelegate final : public QObject, public ApplicationDelegate, public BFP
     void applicationDidBecomeActive(const Notification& notification) override;
     void applicationWillResignActive(const Notification& notification) override;
 
-    /// Makes the main window's controller if there is none yet, and shows its window.
+    /// Makes the main window's controller if it does not exist yet, and shows its window.
     void setupInitialController();
 
-    /// Gives the main window a plain white look without a visible title. Nothing calls it.
+    /// Gives the main window a plain white look without a visible title. See docs/compatibility.md.
     void setupWindowStyle();
 
-    /// Handle the closing of a window later, on the main thread. The first is an observer of it.
+    /// Both handle the closing of a window later, from the main thread's event loop. `handleWindowClose`
+    /// observes `Application::windowWillClose`.
     void handleWindowClose(const Notification& notification);
     void mainWindowCloseNotification(const Notification& notification);
 
-    /// Closing the main window or the promotion window ends the program; no other window does.
+    /// Logs the class of the window that closes. The main window and the promotion window also end the
+    /// program.
     void handleWindowClose_Main(const Notification& notification);
 
     // Actions.
@@ -84,19 +88,20 @@ class AppDelegate final : public QObject, public ApplicationDelegate, public BFP
     void showHelpUrl(QObject* sender);
 
     // Saved data.
-    /// Where the store's file is. It need not exist.
+    /// The folder of the store's file. It may not exist yet.
     static QString applicationDocumentsDirectory();
-    /// Each is made when it is first asked for, and kept. A store that can't be opened is shown, logged and
-    /// ends the process.
+    /// Each is made on first use and kept. Where the store can't be opened, the error is shown and logged,
+    /// and the process aborts.
     const ManagedObjectModel* managedObjectModel();
     PersistentStoreCoordinator* persistentStoreCoordinator();
     ManagedObjectContext* managedObjectContext();
     void saveAction(QObject* sender);
-    /// The same for all windows.
+    /// The undo stack of the saved data. All windows share it; `window` is ignored.
     QUndoStack* windowWillReturnUndoManager(QWidget* window);
 
     // The prompt to rate the program.
-    /// Counts this launch and, at every seventh of a build that was not answered for, asks a moment later.
+    /// Counts this launch. Every seventh launch asks for a rating 0.2 seconds later, unless the user has
+    /// already answered for this build.
     void checkForRateupPopup();
     void showAlertForRateApp();
     void alertDidEndClose(Alert* alert, int returnCode, void* contextInfo);
@@ -106,7 +111,7 @@ class AppDelegate final : public QObject, public ApplicationDelegate, public BFP
     bool isApplicationInstalledWithName(const QString& name) const;
     void setupPageControl();
     void pageControl(BFPageControl* sender, qint64 didSelectPageAtIndex) override;
-    /// Goes on to the next suggestion, and from the last to the first. Nothing calls it.
+    /// Goes on to the next suggestion, and from the last to the first. See docs/compatibility.md.
     void changeAppDetail();
     void btnOpenSuggestedAppTapped(QObject* sender);
     void showPromotionWindow();
@@ -122,7 +127,7 @@ class AppDelegate final : public QObject, public ApplicationDelegate, public BFP
     std::vector<SuggestedApp> arrOurApps;
     QPointer<BFPageControl> control;
     qint32 selectedRecommendedAppIndex = 0;
-    /// Never made.
+    /// See docs/compatibility.md.
     [[maybe_unused]] QTimer* timerOfApps = nullptr;
     std::unique_ptr<MainWindowController> windowController;
     std::unique_ptr<const ManagedObjectModel> _managedObjectModel;

@@ -16,7 +16,7 @@ constexpr double indicatorDiameter = 25;
 constexpr double indicatorMargin = 5;
 constexpr double distanceFromBottom = 50;
 
-/// The image resource of that name; a null image where there is none.
+/// The SVG resource `name`, given without suffix. A null image where it can't be read.
 Image imageNamed(const Bundle& bundle, const QString& name) {
     QFile file(bundle.pathForResource(name + QStringLiteral(".svg")));
     if (!file.open(QIODevice::ReadOnly))
@@ -41,7 +41,7 @@ void drawDot(QPainter& painter, QWidget& /*view*/, bool isCurrentPage, bool isHi
     fillOval(painter, dot, Qt::transparent);
     fillOval(painter, dot, grey(isHighlighted ? 150 : isCurrentPage ? 115 : 217));
     const QRectF ring = dot.adjusted(0.5, 0.5, -0.5, -0.5);
-    // From here on every path of the process is born with this width.
+    // This changes the default line width of all paths of the process. See docs/compatibility.md.
     Path::setDefaultLineWidth(2);
     const Path path = Path::bezierPathWithOvalInRect(ring);
     painter.strokePath(path.painterPath(), QPen(grey(25, 0.15), path.lineWidth()));
@@ -94,7 +94,7 @@ void AppDelegate::showSuggestion(qint64 index) {
 }
 
 void AppDelegate::pageControl(BFPageControl* sender, qint64 didSelectPageAtIndex) {
-    // Never made, and so never running.
+    // See docs/compatibility.md.
     if (timerOfApps != nullptr)
         timerOfApps->stop();
     logLine(QStringLiteral("<BFPageControl: 0x%1>: Selected page at index: %2")
@@ -108,7 +108,8 @@ void AppDelegate::changeAppDetail() {
     if (arrOurApps.empty())
         return;
     const auto last = static_cast<qint32>(arrOurApps.size() - 1);
-    // Any index may have been stored: one past the largest begins anew at the smallest.
+    // The stored index may be any number. Unsigned arithmetic goes from the largest number to the smallest
+    // without overflow.
     selectedRecommendedAppIndex =
         selectedRecommendedAppIndex == last
             ? 0
@@ -118,7 +119,7 @@ void AppDelegate::changeAppDetail() {
 }
 
 void AppDelegate::btnOpenSuggestedAppTapped(QObject* /*sender*/) {
-    // Widened with its sign: a negative index is larger than any list.
+    // A negative index becomes an unsigned number that is larger than any list.
     const auto index = static_cast<quint64>(static_cast<qint64>(selectedRecommendedAppIndex));
     if (index >= arrOurApps.size())
         return;

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The program's number in the store; a placeholder until it has one.
+/// The program's number in the store. It is a placeholder until the program has its own.
 constexpr int storeIdentifier = 100000000;
 
 constexpr int launchesBeforePrompt = 6;
@@ -28,7 +28,7 @@ QString AppDelegate::currentBuild() const {
 void AppDelegate::checkForRateupPopup() {
     UserDefaults& defaults = _surroundings.defaults;
     const qint64 oldCount = defaults.integerForKey(appOpenedCount);
-    // A broken file may hold the largest number that there is.
+    // A broken settings file may hold the largest number. Adding 1 would overflow.
     defaults.setInteger(oldCount == std::numeric_limits<qint64>::max() ? oldCount : oldCount + 1,
                         appOpenedCount);
     defaults.synchronize();

@@ -14,7 +14,8 @@
 
 namespace {
 
-/// Whether the item at `path` is a folder, or why that can't be told.
+/// Whether the item at `path` is a folder. An error where the item does not exist or its status can't be
+/// read.
 std::variant<bool, StoreError> isDirectory(const QString& path) {
     struct stat status = {};
     if (stat(QFile::encodeName(path).constData(), &status) == 0)
@@ -79,7 +80,8 @@ PersistentStoreCoordinator* AppDelegate::persistentStoreCoordinator() {
                      error);
 }
 
-/// There is no run without a store once one was asked for.
+/// Shows and logs the error, then aborts. Once the program has asked for its store, it can't go on without
+/// it.
 void AppDelegate::failWithoutStore(const QString& reason, const std::optional<StoreError>& underlying) {
     StoreError error{QStringLiteral("YOUR_ERROR_DOMAIN"), 9999,
                      QStringLiteral("Failed to initialize the application's saved data"), reason};
@@ -114,7 +116,7 @@ QUndoStack* AppDelegate::windowWillReturnUndoManager(QWidget* /*window*/) {
 }
 
 ApplicationDelegate::TerminateReply AppDelegate::applicationShouldTerminate(Application* /*sender*/) {
-    // The member itself: quitting makes no store.
+    // Reads the member, because managedObjectContext() would make a store.
     if (_managedObjectContext == nullptr)
         return TerminateReply::Now;
     if (!_managedObjectContext->commitEditing()) {

@@ -7,7 +7,8 @@
 
 namespace {
 
-/// What is disabled is told by less contrast, but can be read: desktops go as low as 1.5 : 1.
+/// The share of the text colour in disabled text. Such text has less contrast but stays readable; desktops go
+/// as low as 1.5 : 1.
 constexpr double disabledShare = 0.6;
 constexpr double placeholderShare = 0.75;
 
@@ -66,7 +67,7 @@ QPalette Appearance::over(const QPalette& desktop) {
     ours.setColor(QPalette::HighlightedText, colors.onAccent);
     ours.setColor(QPalette::Link, colors.accent);
     ours.setColor(QPalette::LinkVisited, colors.accent);
-    // The edges that a style draws around what is raised or sunken.
+    // The edges that a style draws around raised and sunken parts.
     ours.setColor(QPalette::Light, mixed(Qt::white, colors.button, isDark(desktop) ? 0.1 : 0.8));
     ours.setColor(QPalette::Midlight, mixed(Qt::white, colors.button, isDark(desktop) ? 0.05 : 0.4));
     ours.setColor(QPalette::Mid, mixed(Qt::black, colors.button, 0.25));
@@ -76,11 +77,11 @@ QPalette Appearance::over(const QPalette& desktop) {
 }
 
 void Appearance::apply() {
-    // Setting a palette is a change of it, too.
+    // Setting the palette sends ApplicationPaletteChange again.
     if (m_isApplying)
         return;
     m_isApplying = true;
-    // What the desktop has, without ours.
+    // An empty palette brings the desktop's colours back. Ours are then laid over them.
     QApplication::setPalette(QPalette());
     QApplication::setPalette(over(QApplication::palette()));
     m_isApplying = false;

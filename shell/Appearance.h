@@ -5,16 +5,17 @@
 
 class QApplication;
 
-/// The application's colours: one light and one dark set, of which the desktop's palette chooses, also while
-/// the program runs. They go with the dark sliders and buttons of the layouts.
+/// The application's colours: a light and a dark set. The desktop's palette decides which set is used, also
+/// when it changes while the program runs. Both sets go with the dark sliders and buttons of the layouts.
 class Appearance final : public QObject {
     Q_OBJECT
 
   public:
-    /// `application` must live as long as this.
+    /// Keeps `application` by reference. It must live at least as long as this object.
     explicit Appearance(QApplication& application);
 
-    /// The colours of ours to lay over those of `desktop`: its resolve mask tells which they are.
+    /// The application's colours for a desktop with the palette `desktop`. The resolve mask marks the colours
+    /// that are set; the desktop's stay for the others.
     static QPalette over(const QPalette& desktop);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -11,7 +11,8 @@
 #include <csignal>
 
 int applicationMain(int argc, char** argv) {
-    // A file that may not grow is an error to be shown, not the end of the process.
+    // Writing beyond the limit of file sizes then fails with an error that is shown. The signal would end the
+    // process.
     std::signal(SIGXFSZ, SIG_IGN);
     const Bundle bundle;
     QCoreApplication::setOrganizationName(QStringLiteral("Varnholt"));

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Runs the application to its end; the process's exit status.
+/// Runs the application until it ends. Returns the process's exit status.
 int applicationMain(int argc, char** argv);

@@ -23,7 +23,7 @@ const Color& madeOnFirstRead(std::optional<Color>& color, const Color& initial) 
     return *color;
 }
 
-/// Half of what is left over, narrowed to single precision before it is rounded down.
+/// Half of the space that is left over, narrowed to single precision and then rounded down.
 double centred(double available, double used) {
     return static_cast<double>(std::floor(static_cast<float>((available - used) * 0.5)));
 }
@@ -31,7 +31,7 @@ double centred(double available, double used) {
 } // namespace
 
 BFPageControl::BFPageControl(const QRectF& frame, QWidget* parent) : QWidget(parent), m_frame(frame) {
-    // Before anybody asks for it.
+    // Assistive technology may ask for the control as soon as it exists.
     installAccessibility();
     setMouseTracking(true);
     setAccessibleName(tr("Page"));
@@ -105,7 +105,7 @@ double BFPageControl::parentHeight() const {
     return parentWidget() != nullptr ? parentWidget()->height() : 0;
 }
 
-/// Every pixel that the frame touches; the parent's height turns y around.
+/// Every pixel that the frame touches, with y downward as in any widget.
 QRect BFPageControl::alignedGeometry() const {
     return QRectF(m_frame.x(), parentHeight() - m_frame.y() - m_frame.height(), m_frame.width(),
                   m_frame.height())
@@ -116,7 +116,7 @@ void BFPageControl::placeWidget() {
     setGeometry(alignedGeometry());
 }
 
-/// Somebody else may have placed the widget, a layout for instance.
+/// Sets the frame to the widget's place, where something else has placed the widget, for instance a layout.
 void BFPageControl::followWidget() {
     if (geometry() == alignedGeometry())
         return;
@@ -215,7 +215,7 @@ void BFPageControl::tellValue() {
 }
 
 void BFPageControl::paintEvent(QPaintEvent* /*event*/) {
-    // Kept while it is drawn: a drawing block may set what makes a new one.
+    // Keeps the row alive while it is drawn. A drawing block may call a setter that replaces the row.
     const std::shared_ptr<PageIndicatorMatrix> row = _matrix;
     if (row == nullptr)
         return;
@@ -283,7 +283,7 @@ void BFPageControl::keyPressEvent(QKeyEvent* event) {
 
 void BFPageControl::focusInEvent(QFocusEvent* event) {
     QWidget::focusInEvent(event);
-    // A click needs no ring.
+    // A click shows no focus ring.
     const Qt::FocusReason reason = event->reason();
     if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason)
         m_showsFocus = true;

@@ -12,32 +12,32 @@
 
 class BFPageControl;
 
-/// Hears of the page that the user picks; its one method may be left out.
+/// Is told which page the user picks. A delegate may leave the method out.
 class BFPageControlDelegate {
   public:
     virtual ~BFPageControlDelegate() = default;
     virtual void pageControl(BFPageControl* /*control*/, qint64 /*didSelectPageAtIndex*/) {}
 };
 
-/// A row of round indicators, one for each page, of which the current page's is marked. A click, or an arrow
-/// key, picks a page. How an indicator looks is a drawing block's to say.
+/// A row of round indicators, one for each page. The current page's indicator is marked. A click or an arrow
+/// key picks a page. A drawing block decides how an indicator looks.
 ///
-/// Most setters rebuild the row at once. Lengths are in points; places have y upward, as the drawing block's
-/// frames have, and need not be whole.
+/// Most setters rebuild the row at once. Lengths and positions are in points and may be fractions. Positions
+/// have y upward, also in the frames that the drawing block gets.
 class BFPageControl final : public QWidget, public AccessibleValue {
     Q_OBJECT
 
   public:
-    /// Without pages, of diameter 10 and margin 5.
+    /// Starts without pages, with a diameter of 10 and a margin of 5.
     explicit BFPageControl(const QRectF& frame = {}, QWidget* parent = nullptr);
 
-    // These rebuild the row.
+    // These setters rebuild the row.
     qint64 currentPage() const { return _currentPage; }
     /// An index without a page leaves the first indicator marked.
     void setCurrentPage(qint64 currentPage);
     qint64 numberOfPages() const { return _numberOfPages; }
     void setNumberOfPages(qint64 numberOfPages);
-    /// Dark grey, grey and light grey, unless set.
+    /// The three colours are dark grey, grey and light grey unless they are set.
     const Color& selectedColor() const;
     void setSelectedColor(const Color& color);
     const Color& highlightColor() const;
@@ -46,10 +46,10 @@ class BFPageControl final : public QWidget, public AccessibleValue {
     void setUnselectedColor(const Color& color);
     bool useHandCursor() const { return _useHandCursor; }
     void setUseHandCursor(bool useHandCursor);
-    /// Without one, an indicator is an oval in one of the three colours.
+    /// Without a drawing block, an indicator is an oval in one of the three colours.
     void setDrawingBlock(const PageIndicatorDrawing& drawingBlock);
 
-    // These are only kept, until the row is rebuilt for another reason.
+    // These setters only keep the value. It takes effect when the row is rebuilt for another reason.
     bool hidesForSinglePage() const { return _hidesForSinglePage; }
     void setHidesForSinglePage(bool hides) { _hidesForSinglePage = hides; }
     double indicatorDiameterSize() const { return _indicatorDiameterSize; }
@@ -60,30 +60,32 @@ class BFPageControl final : public QWidget, public AccessibleValue {
     /// Not owned.
     void setDelegate(BFPageControlDelegate* delegate) { _delegate = delegate; }
 
-    /// Where the control lies in its parent, y upward; a fraction of a point is painted as such.
+    /// Where the control lies in its parent, with y upward. Fractions of a point are not rounded when it is
+    /// painted.
     const QRectF& frame() const { return m_frame; }
     void setFrame(const QRectF& frame);
-    /// The control's own coordinates, which its frame shows.
+    /// The part of the control's own coordinates that its frame shows. Unless it is set, it starts at 0, 0
+    /// and has the frame's size.
     QRectF bounds() const;
     void setBounds(const QRectF& bounds);
 
-    /// Not limited: without pages the width is less than 0.
+    /// Not limited to 0: without pages the width is negative.
     QSizeF sizeForNumberOfPages(qint64 pages) const;
     QSizeF intrinsicContentSize() const { return sizeForNumberOfPages(_numberOfPages); }
     QSizeF fittingSize() const { return intrinsicContentSize(); }
     QSize sizeHint() const override;
 
-    /// Makes the row anew.
+    /// Rebuilds the row.
     void updateCurrentPageDisplay();
 
-    /// The row as it is now; null where there is none.
+    /// The current row; null while no row is shown.
     const PageIndicatorMatrix* matrix() const { return _matrix.get(); }
 
-    /// The row's action: the page of its selected indicator becomes the current one, and the delegate hears
-    /// of it.
+    /// The row's action. The page of its selected indicator becomes the current page, and the delegate is
+    /// told.
     void _clickedItem(PageIndicatorMatrix* sender);
 
-    /// What a click on that indicator does.
+    /// Does what a click on the indicator `index` does. Does nothing for an index without an indicator.
     void clickIndicator(qint64 index);
 
     // People count pages from 1.
@@ -133,8 +135,8 @@ class BFPageControl final : public QWidget, public AccessibleValue {
     BFPageControlDelegate* _delegate = nullptr;
 
     QRectF m_frame;
-    std::optional<QRectF> m_bounds; ///< none: the frame's size at the origin
-    QPointer<QWidget> m_placedIn;   ///< whose height tells where the bottom is
+    std::optional<QRectF> m_bounds; ///< without a value: the frame's size at 0, 0
+    QPointer<QWidget> m_placedIn;   ///< the parent; its resizes move the control
     bool m_showsFocus = false;
     bool m_isPressed = false;
 };

@@ -7,15 +7,15 @@
 class QPainter;
 class QWidget;
 
-/// Draws one indicator: into `painter`, for the control `view`, whether it is the current page's, whether it
-/// is being clicked, and its frame.
+/// Draws one indicator of the control `view` into `painter`. `isCurrentPage` tells whether the indicator is
+/// the current page's, `isHighlighted` whether it is being clicked. `frame` is in points, with y upward.
 using PageIndicatorDrawing = std::function<void(QPainter& painter, QWidget& view, bool isCurrentPage,
                                                 bool isHighlighted, const QRectF& frame)>;
 
 /// One indicator of a page control.
 class BFPageControlCell {
   public:
-    /// Whether the pointer is a pointing hand over the cell.
+    /// Whether the pointer becomes a pointing hand over the cell.
     bool useHandCursor() const { return _useHandCursor; }
     void setUseHandCursor(bool useHandCursor) { _useHandCursor = useHandCursor; }
 
@@ -28,10 +28,10 @@ class BFPageControlCell {
     bool isHighlighted() const { return m_isHighlighted; }
     void setHighlighted(bool isHighlighted) { m_isHighlighted = isHighlighted; }
 
-    /// Nothing at all without a drawing block. The painter's state is kept.
+    /// Calls the drawing block, if there is one. The painter's state is the same afterwards.
     void drawWithFrame(QPainter& painter, const QRectF& frame, QWidget& inView) const;
 
-    /// Gives `inView` the pointer that belongs over this cell.
+    /// Gives `inView` the pointer for this cell.
     void resetCursorRect(QWidget& inView) const;
 
   private:

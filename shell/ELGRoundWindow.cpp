@@ -17,7 +17,7 @@ void ELGRoundWindow::setContentView(QWidget* view) {
     if (view == nullptr)
         return;
     view->setGraphicsEffect(new RoundedClip(cornerRadius));
-    // Its own ground: the window has none.
+    // The view paints its own background, because the window is transparent.
     view->setAutoFillBackground(true);
     view->setParent(this);
     view->setGeometry(rect());

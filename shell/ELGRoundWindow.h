@@ -3,20 +3,20 @@
 #include <QPointer>
 #include <QWidget>
 
-/// A window without frame or title bar, whose content is cut along rounded corners: a floating card.
+/// A window without frame or title bar. Its content is cut along rounded corners.
 class ELGRoundWindow : public QWidget {
     Q_OBJECT
 
   public:
     static constexpr double cornerRadius = 20;
 
-    /// Borderless whatever `styleMask` asks for.
+    /// The window is borderless; `styleMask` is ignored.
     explicit ELGRoundWindow(const QRect& contentRect = {}, Qt::WindowFlags styleMask = {});
 
     QWidget* contentView() const { return m_contentView; }
 
-    /// Rounds `view` and shows it in place of the earlier one, which is handed back to whoever has it: it
-    /// keeps its rounding and has no parent any more.
+    /// Rounds `view`, takes ownership of it and shows it in place of the earlier view. The earlier view keeps
+    /// its rounding, loses its parent and belongs to the caller again. `view` may be null.
     void setContentView(QWidget* view);
 
   protected:

@@ -82,7 +82,7 @@ void MainMenu::addEditMenu(QMenuBar& bar) {
                              [this] { m_undoManager()->undo(); });
     m_redo = menu->addAction(tr("&Redo"), QKeySequence(QKeySequence::Redo), this,
                              [this] { m_undoManager()->redo(); });
-    // They are for all windows.
+    // Undo and Redo work in every window.
     m_undo->setShortcutContext(Qt::ApplicationShortcut);
     m_redo->setShortcutContext(Qt::ApplicationShortcut);
     menu->addSeparator();
@@ -91,15 +91,15 @@ void MainMenu::addEditMenu(QMenuBar& bar) {
     m_paste = menu->addAction(tr("&Paste"), QKeySequence(QKeySequence::Paste), controller,
                               &MainWindowController::pastePicture);
     connect(menu, &QMenu::aboutToShow, this, &MainMenu::validateEdit);
-    // A shortcut needs an enabled action; each does nothing where there is nothing to do.
+    // A shortcut works only while its action is enabled. An action without anything to do does nothing.
     connect(menu, &QMenu::aboutToHide, this, [this] {
         for (QAction* action : {m_undo, m_redo, m_copy, m_paste})
             action->setEnabled(true);
     });
 }
 
-/// Only while the menu is open: what can be undone comes with the saved data, and another program may take
-/// its time to tell what is on the clipboard.
+/// Sets which items are enabled, for as long as the menu is open. It is not done earlier: asking for the undo
+/// stack loads the saved data, and another program may need time to tell what is on the clipboard.
 void MainMenu::validateEdit() {
     const QUndoStack* undoManager = m_undoManager();
     m_undo->setEnabled(undoManager->canUndo());
@@ -111,7 +111,7 @@ void MainMenu::validateEdit() {
 void MainMenu::addViewMenu(QMenuBar& bar) {
     MainWindowController* controller = &m_controller;
     QMenu* menu = bar.addMenu(tr("&View"));
-    // Each is the control that it names, and does what a click on that does.
+    // Each item shows the state of its check box, and does what a click on the box does.
     const auto addSwitch = [&](const QString& text, QCheckBox* control) {
         QAction* action = menu->addAction(text);
         action->setCheckable(true);

@@ -11,13 +11,13 @@ class QMenu;
 class QMenuBar;
 class QUndoStack;
 
-/// The application's menus, in the main window or where the desktop has its menus.
+/// The application's menus. They are in the main window, or in the desktop's own menu bar.
 class MainMenu final : public QObject {
     Q_OBJECT
 
   public:
-    /// Gives `window`, the controller's, its menu bar. Both must live as long as the menu. `undoManager` is
-    /// asked when Undo and Redo are used, or shown; it never answers null.
+    /// Gives `window`, the window of `controller`, its menu bar. The window owns this object; the controller
+    /// must live as long. `undoManager` is called when Undo or Redo is used or shown. It never returns null.
     MainMenu(MainWindowController& controller, QMainWindow& window, std::function<QUndoStack*()> undoManager);
 
   Q_SIGNALS:

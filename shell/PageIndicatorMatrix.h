@@ -6,12 +6,12 @@
 
 #include <vector>
 
-/// A row of equal square indicators, one of which is selected: what a page control is made of until it is
-/// rebuilt. Coordinates are the control's, y upward.
+/// A row of equal square indicators. One of them is selected. A page control makes a new row each time that
+/// it is rebuilt. Coordinates are the control's, with y upward.
 class PageIndicatorMatrix {
   public:
-    /// `count` cells of `diameter` with `margin` between them, from the left in `frame`. The first one is
-    /// selected.
+    /// `count` cells from the left of `frame`, each `diameter` wide, with `margin` between them, in points.
+    /// The first cell is selected.
     PageIndicatorMatrix(const QRectF& frame, qint64 count, double diameter, double margin);
 
     const QRectF& frame() const { return m_frame; }
@@ -21,14 +21,15 @@ class PageIndicatorMatrix {
 
     QRectF cellFrame(std::size_t index) const;
 
-    /// The index of the cell at that place, or -1.
+    /// The index of the cell at `point`, or -1 where there is no cell.
     qint64 cellAt(const QPointF& point) const;
 
-    /// Stays as it was for an index without a cell. -1 in a row without cells.
+    /// Selects a cell. An index without a cell changes nothing.
     void selectCell(qint64 index);
+    /// -1 in a row without cells.
     qint64 selectedCell() const { return m_selected; }
 
-    /// -1 for none.
+    /// Highlights one cell alone; -1 highlights no cell.
     void highlightCell(qint64 index);
 
   private:

@@ -11,7 +11,8 @@
 
 namespace {
 
-/// Where a window of the size of `wanted` starts that lies in `screen`, as near to `wanted` as can be.
+/// The top left corner of a window that has the size of `wanted` and lies inside of `screen`, as near to
+/// `wanted` as possible.
 QPoint onScreen(const QRect& wanted, const QRect& screen) {
     return {qMax(screen.left(), qMin(wanted.left(), screen.right() + 1 - wanted.width())),
             qMax(screen.top(), qMin(wanted.top(), screen.bottom() + 1 - wanted.height()))};
@@ -22,7 +23,7 @@ QPoint onScreen(const QRect& wanted, const QRect& screen) {
 PromotionWindow::PromotionWindow() : m_window(std::make_unique<ELGRoundWindow>()) {
     Ui::PromotionWindow layout;
     layout.setupUi(m_window.get());
-    // A card that stands off from the window behind it.
+    // The lighter colour sets the card off from the window behind it.
     layout.contentView->setBackgroundRole(QPalette::Base);
     m_window->setContentView(layout.contentView);
     imgViewAppLogo = layout.imgViewAppLogo;
@@ -35,11 +36,11 @@ PromotionWindow::PromotionWindow() : m_window(std::make_unique<ELGRoundWindow>()
     heading.setBold(true);
     lblAppName->setFont(scaledFont(heading, headingScale));
     HighlightedButton::awakeAll(*m_window);
-    // Room for the longest description, whatever the font.
+    // Room for the longest description, in any font.
     constexpr int lines = 3;
     lblAppDesc->setMinimumHeight(lines * lblAppDesc->fontMetrics().lineSpacing());
     lblAppName->setMinimumHeight(lblAppName->fontMetrics().lineSpacing());
-    // Fonts and sizes are the style's only from here on.
+    // Only polished parts have the style's fonts and sizes. The size of the window depends on these.
     for (QWidget* part : layout.contentView->findChildren<QWidget*>())
         part->ensurePolished();
     layout.contentView->layout()->activate();

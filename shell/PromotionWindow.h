@@ -10,13 +10,13 @@
 
 class BFPageControl;
 
-/// The window that suggests other applications of the same maker, from its layout. Two of its buttons send
-/// signals; Back and Escape hide it.
+/// The window that suggests other applications of the same maker. Two of its buttons send signals; Back and
+/// Escape hide the window.
 class PromotionWindow final : public QObject {
     Q_OBJECT
 
   public:
-    /// Loads the layout; the window is not shown.
+    /// Loads the layout. The window is not shown yet.
     PromotionWindow();
     ~PromotionWindow() override;
 
@@ -29,18 +29,20 @@ class PromotionWindow final : public QObject {
     QPointer<QLabel> lblAppDesc;
     QPointer<QCheckBox> btnCheckDontShow;
 
-    /// Without anything to suggest there is a sentence that says so, and no button.
+    /// Where there is nothing to suggest, a sentence says so, and the open button and the logo are hidden.
     void setEmpty(bool isEmpty);
 
-    /// Puts the control where Tab expects it.
+    /// Puts `control` into the order of Tab, after the open button. Without pages it is hidden.
     void placePageControl(BFPageControl& control);
 
-    /// In front of the others, over the middle of `other`.
+    /// Shows the window in front of the others. If it was hidden, it appears over the middle of `other`,
+    /// inside of that window's screen. `other` may be null.
     void show(const QWidget* other);
 
   Q_SIGNALS:
-    /// A click on the button that opens the suggestion, and on the one that quits.
+    /// The button that opens the suggestion was clicked.
     void openClicked(QPushButton* sender);
+    /// The button that quits was clicked.
     void quitClicked(QPushButton* sender);
 
   private:

@@ -8,7 +8,7 @@ QString words(const char* text) {
     return QCoreApplication::translate("SuggestedApp", text);
 }
 
-/// A store page; the identifiers are placeholders until the applications have theirs.
+/// The address of a store page. The identifiers are placeholders until the applications have their own.
 QString storePage(int identifier) {
     return QStringLiteral("macappstore://itunes.apple.com/app/id%1?mt=12").arg(identifier);
 }

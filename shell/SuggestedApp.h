@@ -6,13 +6,13 @@
 
 /// Another application of the same maker.
 struct SuggestedApp {
-    QString imageName; ///< of an image resource
-    QString appName;   ///< its name, also that of its bundle in the applications folder
+    QString imageName; ///< name of an SVG resource, without suffix
+    QString appName;   ///< also the name of its bundle in /Applications, without suffix
     QString url;       ///< its store page
     QString Desc;      ///< what it is for
 
     bool operator==(const SuggestedApp&) const = default;
 };
 
-/// All there are, in the order in which they are suggested.
+/// All suggested applications, in the order in which they are suggested.
 std::array<SuggestedApp, 8> suggestedApps();
