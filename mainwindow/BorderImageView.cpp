@@ -18,7 +18,8 @@ const QString BorderImageView::imageAdded = QStringLiteral("imageAdded");
 
 namespace {
 
-/// A copy, also to whoever offers none: told of a move, the source would delete what was dragged.
+/// Answers with a copy, or with no action to a source that offers no copy. After a move the source would
+/// delete the dragged files.
 void answerCopy(QDropEvent& event) {
     event.setDropAction(Qt::CopyAction);
     if (event.dropAction() != Qt::CopyAction)
@@ -60,7 +61,7 @@ void BorderImageView::setBorderColor(const std::optional<Color>& borderColor) {
     update();
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): asked of the view that is dragged over
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): a method of the view that is dragged over
 DragOperation BorderImageView::draggingEntered(const QMimeData* /*sender*/) {
     return DragOperation::Copy;
 }
@@ -110,7 +111,8 @@ Path BorderImageView::outline(const QRectF& rect) const {
 
 void BorderImageView::drawRect(QPainter& painter, const QRectF& rect) {
     ImageView::drawRect(painter, rect);
-    // Restored before and saved after, so that what the picture was drawn with does not touch the border.
+    // The state is restored before the border and saved again after it. The state that the picture was drawn
+    // with does not touch the border.
     painter.restore();
     if (_border) {
         const Path path = outline(rect);

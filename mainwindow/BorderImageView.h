@@ -6,11 +6,11 @@
 
 class QMimeData;
 
-/// What a drag over a view may come to.
+/// A view's answer to a drag over it.
 enum class DragOperation { None = 0, Copy = 1 };
 
-/// The image well: takes the picture that is dropped on it, and strokes the icons' border over it as a
-/// preview. Every arrival is announced by the notification "imageAdded", which carries no object.
+/// The image well. It takes the picture that is dropped on it, and strokes the icons' border over the picture
+/// as a preview. Each arrival posts the notification "imageAdded", without an object.
 class BorderImageView : public ImageView, public AccessiblePress {
     Q_OBJECT
 
@@ -23,31 +23,31 @@ class BorderImageView : public ImageView, public AccessiblePress {
     bool isRoundCorner() const { return _roundCorner; }
     void setRoundCorner(bool roundCorner);
 
-    /// A fraction of the drawn rectangle's width and height; taken as it is, whatever it is.
+    /// A fraction of the drawn rectangle's width and height. Any value is taken. See docs/compatibility.md.
     float cornerRadiusPercent() const { return _cornerRadiusPercent; }
     void setCornerRadiusPercent(float cornerRadiusPercent);
 
     bool isBorder() const { return _border; }
     void setBorder(bool border);
 
-    /// A fraction of the drawn rectangle's width, of which the inner half shows.
+    /// A fraction of the drawn rectangle's width. The inner half of the border shows.
     float borderWidth() const { return _borderWidth; }
     void setBorderWidth(float borderWidth);
 
-    /// Without one the border has whatever colour the painter has.
+    /// Without a value the border has the colour of the painter's pen.
     const std::optional<Color>& borderColor() const { return _borderColor; }
     void setBorderColor(const std::optional<Color>& borderColor);
 
-    /// Both answer for any drag, whatever it carries.
+    /// Both answer Copy to every drag, whatever it carries.
     DragOperation draggingEntered(const QMimeData* sender);
     DragOperation draggingUpdated(const QMimeData* sender);
 
-    /// Takes the last file of the drag's list as the view's picture and posts "imageAdded". A file that is no
-    /// picture clears the view and is announced all the same; a drag without files changes nothing. True in
-    /// every case.
+    /// Shows the last file of the drag's list and posts "imageAdded". A file that is no picture clears the
+    /// view and posts "imageAdded" too. A drag without files changes nothing. Always true.
     bool performDragOperation(const QMimeData* sender);
 
-    /// Takes a picture that is not in a file, in the same way.
+    /// Shows the picture with the file content `bytes` and posts "imageAdded". Bytes that are no picture
+    /// clear the view.
     void takePicture(const QByteArray& bytes);
 
     /// The border's outline for the part `rect` of the view, with its line width.

@@ -26,7 +26,8 @@ constexpr Color rgb(int red, int green, int blue, double alpha = 1) {
 
 enum class Picture { Normal, Selected, None };
 
-/// One row of a look's table, in the order of its columns. What has no value stays as it is.
+/// One row of a look's table, in the order of its columns. A member without a value leaves the button as it
+/// is.
 // NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding)
 struct Row {
     int tag;
@@ -38,7 +39,7 @@ struct Row {
     std::optional<double> borderWidth;
     bool hasRegularFont;
     std::optional<Color> foreground;
-    int timesTitleIsSet; ///< twice: once before the row's font and colour, and once after
+    int timesTitleIsSet; ///< 2: before the row's font and colour are applied, and after
 };
 
 constexpr std::optional<Color> noColor;
@@ -81,7 +82,7 @@ const Row* rowOf(std::span<const Row> look, int tag) {
 
 constexpr int highlightMilliseconds = 100;
 
-/// `text` as it is read: "&File" is File, and "Salt && Pepper" has one sign.
+/// `text` without the marks of mnemonics: "&File" becomes "File", "Salt && Pepper" becomes "Salt & Pepper".
 QString withoutMnemonic(const QString& text) {
     QString result;
     for (qsizetype i = 0; i < text.size(); ++i) {
@@ -107,7 +108,7 @@ void HighlightedButton::awakeFromNib() {
     _imgSelectedState = m_alternateImage;
     setButtonDefault();
     createTrackingArea();
-    // Its look may need more room.
+    // The look may need more room.
     updateGeometry();
 }
 
@@ -117,7 +118,7 @@ void HighlightedButton::createTrackingArea() {
 }
 
 void HighlightedButton::mouseEntered() {
-    // Over a disabled widget Qt shows its window's pointer.
+    // Over a disabled widget Qt shows the pointer of the widget's window.
     window()->setCursor(Qt::PointingHandCursor);
     setButtonHighlighted();
 }
@@ -167,7 +168,7 @@ void HighlightedButton::setAttributedTitle(const AttributedTitle& title) {
 
 namespace {
 
-/// Gives `button` the look of `row`, whose first stage has made `title`.
+/// Gives `button` the look of `row`. `title` is the button's title in the first style of that look.
 void applyRow(HighlightedButton& button, const Row& row, AttributedTitle title, const QFont& regularFont) {
     Layer& layer = button.layer();
     button.setIcon(row.picture == Picture::Normal     ? button.imgNormalState()
@@ -228,7 +229,7 @@ QSize HighlightedButton::sizeHint() const {
 }
 
 AttributedTitle HighlightedButton::shownTitle() const {
-    // A title that was set since then has no attributes.
+    // A text that was set after the attributed title has no attributes.
     return m_attributedTitle.text == text() ? m_attributedTitle : AttributedTitle{text(), std::nullopt};
 }
 
@@ -238,7 +239,7 @@ int HighlightedButton::titleWidth() const {
     return width() - 2 * margin - (icon().isNull() ? 0 : iconSize().width() + gap);
 }
 
-/// The image and the title, side by side in the middle.
+/// Draws the image and the title, side by side in the middle.
 void HighlightedButton::drawContent(QPainter& painter) {
     constexpr int gap = 4;
     constexpr double disabledOpacity = 0.6;
@@ -297,7 +298,7 @@ void HighlightedButton::paintEvent(QPaintEvent* event) {
         drawFocusRing();
 }
 
-/// Two lines, so that one of them stands out from any background.
+/// Draws two lines. One of them stands out from any background.
 void HighlightedButton::drawFocusRing() {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -330,7 +331,7 @@ void HighlightedButton::changeEvent(QEvent* event) {
     QPushButton::changeEvent(event);
     if (event->type() != QEvent::FontChange || !m_attributedTitle.attributes)
         return;
-    // The look stays, at the button's new size.
+    // The title keeps its look and takes the button's new font size.
     m_attributedTitle.attributes->font = systemFont(m_attributedTitle.attributes->font.bold());
     updateGeometry();
     update();

@@ -8,7 +8,7 @@
 
 #include <optional>
 
-/// A button's title with how it is drawn. Without attributes, it is drawn as the button's own.
+/// A button's title and how it is drawn. Without attributes it has the button's own font and colour.
 struct AttributedTitle {
     struct Attributes {
         Color foreground;
@@ -27,8 +27,8 @@ struct AttributedTitle {
 /// A push button that changes its look on hover and when it is enabled or disabled. Its tag, 101 to 108,
 /// chooses one of eight looks from fixed tables; with any other tag it keeps the look of its layout.
 ///
-/// `setEnabled` and `isEnabled` take the place of the base class's, which are not virtual: they must be
-/// called through this class.
+/// `setEnabled` and `isEnabled` replace those of the base class, which are not virtual. Call them through
+/// this class.
 class HighlightedButton final : public QPushButton {
     Q_OBJECT
     Q_PROPERTY(int tag READ tag WRITE setTag)
@@ -43,11 +43,11 @@ class HighlightedButton final : public QPushButton {
     int tag() const { return m_tag; }
     void setTag(int tag) { m_tag = tag; }
 
-    /// Its image in the default look comes from `icon`, in the other two from here.
+    /// The image of the highlighted and the disabled look. The image of the default look is `icon`.
     const QIcon& alternateImage() const { return m_alternateImage; }
     void setAlternateImage(const QIcon& image) { m_alternateImage = image; }
 
-    /// The flag that was given last, or true from the time of loading, whatever the base class says.
+    /// The flag that was set last; `awakeFromNib` sets it to true. It may differ from the base class's flag.
     bool isEnabled() const { return m_isEnabled; }
     void setIsEnabled(bool isEnabled) { m_isEnabled = isEnabled; }
     /// Enables or disables the button and gives it the look for that.
@@ -61,12 +61,12 @@ class HighlightedButton final : public QPushButton {
     void awakeFromNib();
     void createTrackingArea();
 
-    // Both do the same for a disabled button.
+    // Both also work for a disabled button.
     void mouseEntered();
     void mouseExited();
 
-    /// Shows the highlighted look for a tenth of a second. `flag` and `withFrame` are ignored; the layer's
-    /// background is cleared. Nothing calls it.
+    /// Shows the highlighted look for a tenth of a second. `flag` and `withFrame` are ignored; the background
+    /// of `inView` is cleared. See docs/compatibility.md.
     void highlight(bool flag, const QRectF& withFrame, Layer& inView);
 
     void setButtonDefault();
@@ -86,7 +86,7 @@ class HighlightedButton final : public QPushButton {
     QSize sizeHint() const override;
 
   Q_SIGNALS:
-    /// Sent each time that a title is put on the button.
+    /// Sent each time that an attributed title is set.
     void attributedTitleSet(const AttributedTitle& title);
 
   protected:

@@ -22,13 +22,13 @@ MainWindowController::MainWindowController(const QString& windowNibName, const S
       _generator(*this, {surroundings.bundle, surroundings.screen, surroundings.workspace}) {}
 
 MainWindowController::~MainWindowController() {
-    // Its parts read the controls through this.
+    // The window's parts read the controls through this object, so the window goes first.
     releaseWindow();
 }
 
 std::unique_ptr<MainWindowController>
 MainWindowController::initWithWindowNibName(const QString& name, const Surroundings& surroundings) {
-    // The constructor is private.
+    // std::make_unique can't call the private constructor.
     return std::unique_ptr<MainWindowController>(new MainWindowController(name, surroundings));
 }
 
@@ -44,13 +44,13 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
     sliderBorderWidth = layout.sliderBorderWidth;
     colorPicker = layout.colorPicker;
     generateBtn = layout.generateBtn;
-    // A property of the view's layer, which a layout can't reach.
+    // A layout can't set properties of the view's layer.
     imgViewIcon->layer().setMasksToBounds(true);
-    // Nothing in it gains from more room.
+    // No control gains from more room.
     window->layout()->setSizeConstraint(QLayout::SetFixedSize);
     window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
-    // A label looks as its control does, and stands on the side that the window's direction gives it, which
-    // its own text may not share.
+    // A label looks enabled while its control is enabled. The window's direction decides the side on which
+    // the label stands, because the label's own text may have another direction.
     const bool isMirrored = window->layoutDirection() == Qt::RightToLeft;
     for (QLabel* label : window->findChildren<QLabel*>()) {
         const bool isTrailing = label->alignment().testFlag(Qt::AlignRight);
@@ -66,7 +66,7 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
     return window;
 }
 
-/// Each of these signals is sent for what the user does, and never for what the program sets.
+/// The controls send these signals for what the user does, and never for what the program sets.
 void MainWindowController::connectActions() {
     connect(platformSelection, &QComboBox::activated, this, [this] { platformSelected(platformSelection); });
     connect(roundedCheckButton, &QCheckBox::clicked, this, [this] { roundedChecked(roundedCheckButton); });
@@ -102,7 +102,7 @@ void MainWindowController::windowDidLoad() {
 }
 
 void MainWindowController::imageAddednotification() {
-    // Each through its own class: a button's `setEnabled` is not its base class's.
+    // Each control is enabled through its own class, because HighlightedButton has its own `setEnabled`.
     const auto enable = [](const auto& control) {
         if (control != nullptr)
             control->setEnabled(true);
@@ -148,14 +148,14 @@ void MainWindowController::roundedChecked(QCheckBox* sender) {
         setPreviewLayerRadius(0);
         return;
     }
-    // The radius of the preview's own outline follows the slider's action alone.
+    // The radius of the preview's own outline follows the slider alone. See docs/compatibility.md.
     setPreviewLayerRadius(static_cast<double>(valueOf(sliderCornerRadius)) * previewWidth());
 }
 
 void MainWindowController::sliderCornerRadiusAction(FloatSlider* sender) {
     if (imgViewIcon != nullptr)
         imgViewIcon->setCornerRadiusPercent(valueOf(sender));
-    // Whatever the check box says: the next time it is switched off, it takes this away.
+    // The check box has no say here. See docs/compatibility.md.
     setPreviewLayerRadius(static_cast<double>(valueOf(sender)) * previewWidth());
 }
 
@@ -224,7 +224,7 @@ void MainWindowController::copyPicture() {
         return;
     QImage raster = picture.largestRaster();
     if (raster.isNull()) {
-        // A drawing has no samples of its own.
+        // An SVG picture has no samples of its own.
         GraphicsContext context(picture.size(), 1);
         context.drawImage(picture, QRectF(QPointF(0, 0), picture.size()));
         raster = context.image().largestRaster();
@@ -288,6 +288,6 @@ QImage MainWindowController::getCgiImageRef(const Image* image) {
 
 void MainWindowController::saveImageInSelectedFormat(quint64 type, const QString& FilePath,
                                                      const QImage& ImageRef) {
-    // A file that could not be written is nothing that anyone is told.
+    // Nobody is told of a failure.
     static_cast<void>(ImageExport::saveImageInSelectedFormat(type, FilePath, ImageRef));
 }

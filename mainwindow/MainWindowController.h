@@ -14,15 +14,16 @@
 class PreviewStrip;
 class QFileDialog;
 
-/// The main window: a picture, its decoration, a platform, and the button that generates. The controls are
-/// the only place where the settings are; whoever needs one reads it there at that moment.
+/// The main window: a picture, its corner and border, a platform, and the button that generates. The settings
+/// are in the controls alone. Code that needs a setting reads the control at that moment.
 ///
-/// Every action tolerates a missing control: it reads as 0, and setting it does nothing.
+/// Every action tolerates a missing control. The control's value then reads as 0, and setting it does
+/// nothing.
 class MainWindowController final : public WindowController, public GenerationInput {
     Q_OBJECT
 
   public:
-    /// What the controller needs of the world around it, kept by reference.
+    /// The services that the controller uses. It keeps the references.
     struct Surroundings {
         const Bundle& bundle;
         const Screen& screen;
@@ -43,7 +44,7 @@ class MainWindowController final : public WindowController, public GenerationInp
     QPointer<ColorWell> colorPicker;
     QPointer<HighlightedButton> generateBtn;
 
-    // Actions of the controls; each sends itself.
+    // Actions of the controls. `sender` is the control.
     void platformSelected(QObject* sender);
     void roundedChecked(QCheckBox* sender);
     void sliderCornerRadiusAction(FloatSlider* sender);
@@ -52,15 +53,15 @@ class MainWindowController final : public WindowController, public GenerationInp
     void colorPickerAction(QObject* sender);
     void actionGenerateIcons(QObject* sender);
 
-    /// Enables the seven controls: a picture, or what was taken for one, has arrived.
+    /// Enables the seven controls. Called after each drop, also of a file that is no picture.
     void imageAddednotification();
 
     // Actions of the menus.
-    /// Asks for a file and takes it as a drop does.
+    /// Asks for a file and does what a drop of it does.
     void openPicture();
     /// Puts the picture of the well on the clipboard.
     void copyPicture();
-    /// Takes the files or the picture on the clipboard as a drop does; anything else there changes nothing.
+    /// Does what a drop of the clipboard's files or picture does. Other contents change nothing.
     void pastePicture();
     static bool canPaste(const QMimeData* data);
 
@@ -70,7 +71,7 @@ class MainWindowController final : public WindowController, public GenerationInp
     QString outputPathString() const override { return _outputPathString; }
     IconStyle iconStyle() const override;
 
-    // The generation; see IconSetGenerator, IconWriter and IconRenderer, which do it.
+    // Generation. IconSetGenerator, IconWriter and IconRenderer do the work, and their headers describe it.
     void generateIconsWithImage(const Image& image) const;
     void outputImage(const Image& image, const QVariantMap& InfoDict, const QStringList& keysArr,
                      const QString& idiom) const;
@@ -79,7 +80,7 @@ class MainWindowController final : public WindowController, public GenerationInp
                    const QString& idiom) const;
     Image drawImage(const Image& image, const QSizeF& withSize) const;
     static QImage getCgiImageRef(const Image* image);
-    /// Writes one picture in the format of that number; see ImageExport. Nothing calls it yet.
+    /// Writes one picture in the format with the number `type`; see ImageExport, and docs/compatibility.md.
     static void saveImageInSelectedFormat(quint64 type, const QString& FilePath, const QImage& ImageRef);
 
   protected:
@@ -96,7 +97,7 @@ class MainWindowController final : public WindowController, public GenerationInp
 
     /// The output folder that was chosen last.
     QString _outputPathString;
-    /// Never used; the folder chooser is made anew for each generation.
+    /// See docs/compatibility.md.
     [[maybe_unused]] QFileDialog* savePanel = nullptr;
 
     IconSetGenerator _generator;

@@ -41,7 +41,7 @@ QByteArray MimeContents::picture(const QMimeData& data) {
         if (!bytes.isEmpty())
             return bytes;
     }
-    // A form that only this system knows, or a picture that this program has put there itself.
+    // The picture may have a form that only this system knows, or this program may have put it there itself.
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);

@@ -54,7 +54,7 @@ QRect PreviewStrip::iconRect(std::size_t index) const {
 void PreviewStrip::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     const double scale = devicePixelRatioF();
-    // Pixel by pixel where each is shown by a whole number of the display's.
+    // No smoothing where each pixel covers a whole number of display pixels.
     painter.setRenderHint(QPainter::SmoothPixmapTransform, scale != std::floor(scale));
     const QColor ground = palette().color(QPalette::Window);
     const QColor text = palette().color(QPalette::WindowText);
@@ -74,7 +74,7 @@ void PreviewStrip::paintEvent(QPaintEvent* /*event*/) {
         painter.setPen(mixed(text, ground, 0.8));
         const QString caption = QString::number(sizes.at(i));
         const int captionWidth = fontMetrics().horizontalAdvance(caption);
-        // Below its icon's middle, but not beyond the strip's ends.
+        // The caption is centred below its icon, but stays inside of the strip.
         const int left = qBound(0, place.center().x() + 1 - captionWidth / 2, width() - captionWidth);
         painter.drawText(QRect(left, tallest + captionGap, captionWidth, fontMetrics().height()),
                          Qt::AlignLeft | Qt::AlignAbsolute, caption);

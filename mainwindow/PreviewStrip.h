@@ -8,8 +8,8 @@
 
 #include <array>
 
-/// Shows the picture as the icons of 16, 32, 64 and 128 pixels that would be written now, rendered by the
-/// engine itself.
+/// Shows the icons of 16, 32, 64 and 128 pixels that a generation would write now. The engine itself renders
+/// them.
 class PreviewStrip final : public QWidget {
     Q_OBJECT
 
@@ -18,16 +18,16 @@ class PreviewStrip final : public QWidget {
 
     explicit PreviewStrip(QWidget* parent = nullptr);
 
-    /// Shows the picture of `input`, with its style, from now on; `input` must outlive the strip.
+    /// Shows the picture of `input`, with its style, from now on. `input` must outlive the strip.
     void setInput(const GenerationInput& input);
 
-    /// Renders the four icons anew. Connect it to whatever changes what `input` answers.
+    /// Renders the four icons again. Connect it to every change of `input`.
     void render();
 
-    /// The icon of that index in `sizes` as it is shown; null without a picture.
+    /// The icon of the size `sizes[index]`, as it is shown. Null without a picture.
     const QImage& icon(std::size_t index) const { return m_icons.at(index); }
 
-    /// Where it is shown.
+    /// Where the icon of the size `sizes[index]` is shown.
     QRect iconRect(std::size_t index) const;
 
     QSize sizeHint() const override;
@@ -37,7 +37,7 @@ class PreviewStrip final : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    /// Of scale 1: the sizes are pixels.
+    /// A screen of scale 1, because the sizes are pixels.
     class PixelScreen final : public Screen {
       public:
         int scale() const override { return 1; }

@@ -32,7 +32,8 @@ double nearest(double value) {
     return std::floor(value + 0.5);
 }
 
-/// How far to the right of the knob's rectangle the circle begins: not in its middle.
+/// The distance of the circle from the left edge of the knob's rectangle. The circle is not in the
+/// rectangle's middle.
 double knobOffset(double width) {
     return std::floor((nearest(width) - 12) * 0.78333 + 0.5);
 }
@@ -95,7 +96,7 @@ void TetraSliderCell::drawKnob(QPainter& painter, const QRectF& knobRect) {
     const QPainterPath circle = oval(rect);
     const double reach = rect.height() * 5.73 / 11;
     QLinearGradient gradient(rect.center() - QPointF(0, reach), rect.center() + QPointF(0, reach));
-    // Between the components as they are given, not multiplied by alpha.
+    // The gradient goes between the components as they are given, not multiplied by alpha.
     gradient.setInterpolationMode(QGradient::ComponentInterpolation);
     gradient.setColorAt(0, toQColor(knobStart));
     gradient.setColorAt(1, toQColor(knobEnd));
@@ -123,7 +124,7 @@ void TetraSliderCell::drawBarInside(QPainter& painter, const QRectF& barRect, bo
     painter.fillPath(body,
                      trackGradient(rect.center() - QPointF(0, reach), rect.center() + QPointF(0, reach)));
 
-    // The frame is moved aside, out of the track, and its shadow thrown back into it.
+    // The frame is moved aside, out of the track. Its shadow is thrown back into the track.
     Shadow inner = innerShadow();
     const QRectF frame = innerShadowFrame(rect);
     const double aside = std::round(frame.width());
