@@ -3,7 +3,8 @@
 #include <QString>
 #include <QVariant>
 
-/// A widget of a kind that Qt does not know, as assistive technology meets it: as something with a value.
+/// A widget that assistive technology finds as an element with a value. It is for kinds of widgets that Qt
+/// does not know.
 class AccessibleValue {
   public:
     virtual ~AccessibleValue() = default;
@@ -15,13 +16,13 @@ class AccessibleValue {
     virtual QVariant accessibleStep() const = 0;
 };
 
-/// As something that can be pressed.
+/// A widget that assistive technology finds as an element that can be pressed.
 class AccessiblePress {
   public:
     virtual ~AccessiblePress() = default;
     virtual void accessiblePress() = 0;
 };
 
-/// Makes both known to assistive technology; to be called before the first such widget is shown. More than
-/// once does no harm.
+/// Makes both kinds of widgets known to assistive technology. Call it before the first of them is shown;
+/// further calls do nothing.
 void installAccessibility();

@@ -13,13 +13,13 @@
 Alert::Alert() {
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     setAlertStyle(Style::Warning);
-    // A path in a message is no markup.
+    // A message may hold a path. A path is not markup.
     setTextFormat(Qt::PlainText);
 }
 
 void Alert::setMessageText(const QString& text) {
     setText(text);
-    // A window list shows this.
+    // The desktop's window list shows the title.
     setWindowTitle(text);
 }
 
@@ -35,7 +35,7 @@ void Alert::addButtonWithTitle(const QString& title, int returnCode) {
     const bool isFirst = m_buttons.empty();
     QPushButton* button = addButton(title, isFirst ? AcceptRole : RejectRole);
     m_buttons.emplace_back(button, returnCode);
-    // Return is the first button's, wherever the focus is.
+    // Return presses the first button, wherever the focus is.
     button->setAutoDefault(isFirst);
     if (isFirst)
         setDefaultButton(button);
@@ -46,13 +46,13 @@ int Alert::returnCode() const {
         if (button == clickedButton())
             return code;
     }
-    // Ended by something else.
+    // Something other than a button has ended the alert.
     return result();
 }
 
 QAbstractButton* Alert::cancelButton() const {
     for (const auto& [button, code] : m_buttons) {
-        // A desktop may have marked a letter of it.
+        // A desktop may have marked a letter of the title with "&".
         const QString title = button->text().remove(QLatin1Char('&'));
         if (title == QLatin1String("Cancel") ||
             title == Bundle::localizedStringForKey(QStringLiteral("Cancel"), {}, {}))
@@ -77,7 +77,7 @@ int Alert::runModal() {
 }
 
 void Alert::showEvent(QShowEvent* event) {
-    // Wide enough for a sentence, and the message set off from what explains it.
+    // The alert is wide enough for a sentence. The message is bold, the informative text is not.
     constexpr int readableWidth = 40;
     for (QLabel* label : findChildren<QLabel*>()) {
         if (label->text() == text()) {

@@ -4,34 +4,34 @@
 
 #include <functional>
 
-/// A message that waits for one of its buttons. Return presses the first button, Escape only one that is
-/// named "Cancel" (in the current language); closing it in another way does nothing.
+/// A message that waits until one of its buttons is pressed. Return presses the first button. Escape presses
+/// the button "Cancel" (in English or in the current language), if there is one. Closing the alert in another
+/// way does nothing.
 class Alert : public QMessageBox {
     Q_OBJECT
 
   public:
     enum class Style { Warning, Informational, Critical };
 
-    /// What an alert answers: 1000 for the first button and one more for each that follows, or the code that
-    /// the button was added with.
+    /// The code of the first button. Each further button has one more, unless it was added with a code of its
+    /// own.
     static constexpr int firstButtonReturn = 1000;
 
     Alert();
 
     void setMessageText(const QString& text);
     void setAlertStyle(Style style);
-    // Its informative text is the base class's.
+    // The informative text is set with the base class's setInformativeText.
 
     void addButtonWithTitle(const QString& title);
     void addButtonWithTitle(const QString& title, int returnCode);
 
-    /// Shows the alert as a sheet: it blocks `window` and no other, and this returns at once. The alert
-    /// deletes itself when a button has been pressed, after `completionHandler` (if any) has been given the
-    /// button's code.
+    /// Shows the alert as a sheet and returns at once. The sheet blocks `window` and no other window. When a
+    /// button is pressed, `completionHandler` (if any) gets the button's code; then the alert deletes itself.
     void beginSheetModalForWindow(QWidget* window, std::function<void(int)> completionHandler = {});
 
-    /// Shows the alert, blocks all windows, and returns the code of the button that was pressed, or the one
-    /// that it was ended with.
+    /// Shows the alert, blocks all windows and waits. Returns the code of the pressed button. If something
+    /// else has ended the alert, returns the code that it was ended with.
     int runModal();
 
   protected:

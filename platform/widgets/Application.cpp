@@ -9,7 +9,7 @@ const QString Application::windowWillClose = QStringLiteral("NSWindowWillCloseNo
 
 namespace {
 
-/// Windows and dialogs, not menus, tool tips and other pop-ups.
+/// Whether a widget is a window or a dialog, and not a menu, a tool tip or another pop-up.
 bool isOrdinaryWindow(const QWidget& widget) {
     switch (widget.windowType()) {
     case Qt::Window:
@@ -84,7 +84,7 @@ bool Application::notify(QObject* receiver, QEvent* event) {
         window != nullptr && window->isWindow() && window->isVisible() && isOrdinaryWindow(*window);
     const QPointer<QWidget> guarded = window;
     const bool result = QApplication::notify(receiver, event);
-    // Only the window itself knows whether it lets itself be closed.
+    // The window decides whether it closes: it may ignore the event.
     if (isClosing && !guarded.isNull() && event->isAccepted())
         NotificationCenter::defaultCenter().postNotification(windowWillClose, guarded);
     return result;

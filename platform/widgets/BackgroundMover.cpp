@@ -8,7 +8,7 @@ BackgroundMover::BackgroundMover(QWidget& window) : QObject(&window) {
 }
 
 bool BackgroundMover::eventFilter(QObject* watched, QEvent* event) {
-    // What a control does not take comes to its window.
+    // A press that no control takes comes to the window.
     if (event->type() == QEvent::MouseButtonPress &&
         static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
         if (QWindow* handle = qobject_cast<QWidget*>(watched)->windowHandle())

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QWidget>
 
-/// Lets the user move a window by any part of it that no control answers for. The window owns it.
+/// Lets the user move a window by dragging any part of it that no control uses. The window owns this object.
 class BackgroundMover final : public QObject {
     Q_OBJECT
 

@@ -6,7 +6,7 @@
 #include <QColorDialog>
 #include <QPointer>
 
-/// Shows a colour; pressed, it opens the colour panel, alpha included, and follows what is chosen there.
+/// Shows a colour. A press opens the colour panel, with alpha. The well follows each choice in the panel.
 class ColorWell : public QAbstractButton {
     Q_OBJECT
     Q_PROPERTY(QColor qcolor READ qcolor WRITE setQColor)
@@ -15,21 +15,21 @@ class ColorWell : public QAbstractButton {
     explicit ColorWell(QWidget* parent = nullptr);
 
     const Color& color() const { return m_color; }
-    /// No action is sent.
+    /// Sends `colorChanged` and no `action`.
     void setColor(const Color& color);
 
     QColor qcolor() const;
     void setQColor(const QColor& color);
 
-    /// The open panel, or null.
+    /// The colour panel while it is open, else null.
     QColorDialog* panel() const { return m_panel; }
 
     QSize sizeHint() const override;
 
   Q_SIGNALS:
-    /// Whoever has set it.
+    /// The user or the program has set the colour.
     void colorChanged();
-    /// The user has chosen another colour; sent for each one while the panel is open.
+    /// The user has chosen another colour. Sent for each choice while the panel is open.
     void action();
 
   protected:

@@ -5,12 +5,12 @@
 
 #include <functional>
 
-/// Tells whether a control is enabled, at once and whenever that changes.
+/// Tells a function whether a control is enabled, at once and whenever that changes.
 class EnabledFollower final : public QObject {
     Q_OBJECT
 
   public:
-    /// `owner` owns the follower; both may go at any time.
+    /// `owner` owns the follower. `control` and `owner` may be destroyed at any time.
     EnabledFollower(QWidget& control, QObject& owner, std::function<void(bool isEnabled)> follow);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -31,7 +31,7 @@ void FloatSlider::setMaximumFloat(float maximum) {
 }
 
 void FloatSlider::setFloatValue(float value) {
-    // Not a number fails both comparisons and becomes the minimum.
+    // A NaN fails the comparison and becomes the minimum.
     const float limited = value > m_minimum ? std::min(value, std::max(m_minimum, m_maximum)) : m_minimum;
     m_value = limited;
     m_isProgrammed = true;
@@ -55,7 +55,7 @@ QVariant FloatSlider::accessibleStep() const {
     return (static_cast<double>(m_maximum) - static_cast<double>(m_minimum)) * singleStep() / steps;
 }
 
-/// The knob stands on a step that the user has chosen.
+/// Takes the value of the step to which the user has moved the knob.
 void FloatSlider::takeStep() {
     if (m_isProgrammed)
         return;
@@ -66,7 +66,7 @@ void FloatSlider::takeStep() {
 }
 
 QString FloatSlider::valueText() const {
-    // As fine as a step, without zeros that say nothing.
+    // Two decimals tell steps apart. Zeros at the end are left out.
     const double percent = std::round(static_cast<double>(m_value) * 10000) / 100;
     return tr("%1 %").arg(locale().toString(percent, 'f', QLocale::FloatingPointShortest));
 }

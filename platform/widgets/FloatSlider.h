@@ -4,8 +4,8 @@
 
 #include <QSlider>
 
-/// A slider over single-precision floats: 1,000 steps between two values; an arrow key moves by a hundredth
-/// of the whole, Page Up and Page Down by a tenth.
+/// A slider over single-precision floats, with 1,000 steps from the minimum to the maximum. An arrow key
+/// moves by a hundredth of the range, Page Up and Page Down by a tenth.
 class FloatSlider : public QSlider, public AccessibleValue {
     Q_OBJECT
     Q_PROPERTY(float minimumFloat READ minimumFloat WRITE setMinimumFloat)
@@ -22,15 +22,16 @@ class FloatSlider : public QSlider, public AccessibleValue {
     void setMaximumFloat(float maximum);
 
     float floatValue() const { return m_value; }
-    /// Takes any value of the range, limited to it; the knob goes to the nearest step. No action is sent.
+    /// Sets the value, limited to the range. The value may lie between two steps; the knob goes to the
+    /// nearest step. Sends no `action`.
     void setFloatValue(float value);
 
-    /// The value as a percentage, for people.
+    /// The value as a percentage, in the widget's locale.
     QString valueText() const;
 
     QString accessibleValueText() const override { return valueText(); }
     QVariant accessibleValue() const override { return static_cast<double>(m_value); }
-    /// As the user does it.
+    /// Moves the knob as the user does, with `action`.
     void setAccessibleValue(const QVariant& value) override;
     QVariant accessibleMinimum() const override { return static_cast<double>(m_minimum); }
     QVariant accessibleMaximum() const override { return static_cast<double>(m_maximum); }
@@ -39,7 +40,7 @@ class FloatSlider : public QSlider, public AccessibleValue {
   Q_SIGNALS:
     /// The user has moved the knob.
     void action();
-    /// Whoever has moved it.
+    /// The user or the program has set the value, or the locale has changed.
     void valueTextChanged(const QString& text);
 
   protected:

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double frameRadius = 12;
 
-/// A picture that is being put into a tray: 48 × 48 points about the origin.
+/// An arrow into a tray, in a square of 48 × 48 points around the origin.
 QPainterPath dropSymbol() {
     QPainterPath path;
     path.moveTo(0, -20);
@@ -72,7 +72,8 @@ void ImageView::paintEvent(QPaintEvent* event) {
 }
 
 void ImageView::focusInEvent(QFocusEvent* event) {
-    // A click needs no ring: the user knows where it went. What only comes back is as it was.
+    // A click shows no focus ring: the user knows where it went. When the focus comes back with the window,
+    // the ring is as it was before.
     const Qt::FocusReason reason = event->reason();
     if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason)
         m_showsFocus = true;
@@ -88,7 +89,7 @@ void ImageView::focusOutEvent(QFocusEvent* event) {
 }
 
 bool ImageView::focusNextPrevChild(bool next) {
-    // Tab, even where there is nowhere else to go.
+    // Tab shows the ring, even where no other control can take the focus.
     m_showsFocus = true;
     update();
     return QWidget::focusNextPrevChild(next);
@@ -129,7 +130,7 @@ void ImageView::drawPlaceholder(QPainter& painter) const {
         outline.setDashPattern({4, 3});
     painter.setPen(outline);
     painter.setBrush(m_isDropHighlighted ? mixed(accent, ground, 0.12) : ground);
-    // Inside of the layer's corners, should they cut it.
+    // The frame is at least as round as the layer, which may cut the corners.
     const double radius = std::max(frameRadius, m_layer.cornerRadius());
     painter.drawRoundedRect(frame, radius, radius);
 

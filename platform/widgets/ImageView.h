@@ -6,8 +6,8 @@
 #include <QImage>
 #include <QWidget>
 
-/// Shows a picture, scaled proportionally into its bounds and centred, from as many samples as the display
-/// has pixels; without a picture, an invitation.
+/// Shows a picture, scaled proportionally into the view and centred. The picture is drawn with one sample for
+/// each display pixel. Without a picture the view shows a placeholder.
 class ImageView : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)
@@ -19,7 +19,7 @@ class ImageView : public QWidget {
     /// A null image clears the view.
     void setImage(const Image& image);
 
-    /// What an empty view says; without it an empty view is blank.
+    /// The text of an empty view. Without this text an empty view is blank.
     const QString& placeholderText() const { return m_placeholderText; }
     void setPlaceholderText(const QString& text);
 
@@ -29,11 +29,11 @@ class ImageView : public QWidget {
     QSize sizeHint() const override;
 
   protected:
-    /// Draws the view. `rect` is the part to be drawn, in the view's coordinates; `painter` has one saved
-    /// state, which a subclass may restore if it saves another one in its place.
+    /// Draws the view. `rect` is the part to be drawn, in the view's coordinates. `painter` has one saved
+    /// state. A subclass may restore that state if it saves another one in its place.
     virtual void drawRect(QPainter& painter, const QRectF& rect);
 
-    /// Whether the view shows that what is being dragged over it may be dropped.
+    /// Whether the view shows that it would take the drag that is over it.
     void setDropHighlighted(bool highlighted);
 
     void paintEvent(QPaintEvent* event) override;
@@ -46,7 +46,7 @@ class ImageView : public QWidget {
     void drawPlaceholder(QPainter& painter) const;
 
     Image m_image;
-    QImage m_shown; ///< the picture at the size that it was last shown in
+    QImage m_shown; ///< the picture at the size at which it was shown last
     QString m_placeholderText;
     Layer m_layer{*this};
     bool m_isDropHighlighted = false;

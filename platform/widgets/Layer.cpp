@@ -77,8 +77,8 @@ void Layer::draw(const QRect& dirty, const std::function<void(QPainter&)>& conte
         drawParts(onView, content);
         return;
     }
-    // A painter's own clip has no antialiasing: the corners are taken from a picture of the drawing instead.
-    // It is as large as the view, so that every part of it lies on the same pixels.
+    // A painter's own clip has no antialiasing. Therefore the view is drawn into an image, and the corners
+    // are cut off that image. The image is as large as the view, so every part of it lies on the same pixels.
     const double scale = m_view.devicePixelRatioF();
     const QSize pixels(static_cast<int>(std::ceil(m_view.width() * scale)),
                        static_cast<int>(std::ceil(m_view.height() * scale)));

@@ -10,17 +10,17 @@
 
 class QPainter;
 
-/// What lies behind, around and at the corners of a widget's own drawing. Lengths are in points. Every setter
-/// asks the widget to be drawn again.
+/// The background, the border and the rounded corners of a widget. Lengths are in points. Every setter asks
+/// the widget to be drawn again.
 class Layer {
   public:
     explicit Layer(QWidget& view) : m_view(view) {}
 
-    /// 0 or less is square; a radius of more than half a side is drawn as half.
+    /// 0 or less gives square corners. A radius of more than half a side is drawn as half a side.
     double cornerRadius() const { return m_cornerRadius; }
     void setCornerRadius(double radius);
 
-    /// Whether the widget's drawing is cut along the rounded corners too, and not the background alone.
+    /// Whether the rounded corners cut the widget's drawing too, and not the background alone.
     bool masksToBounds() const { return m_masksToBounds; }
     void setMasksToBounds(bool masks);
 

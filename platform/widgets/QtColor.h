@@ -7,7 +7,8 @@
 
 #include <cmath>
 
-/// Both ways without a loss for colours of 8 or 16 bits per component.
+/// Colours of 8 or 16 bits per component survive both conversions, `toQColor` and `fromQColor`, without a
+/// loss.
 inline QColor toQColor(const Color& color) {
     const auto component = [](double value) {
         return static_cast<quint16>(std::lround(qBound(0.0, value, 1.0) * 65535));
@@ -22,7 +23,7 @@ inline Color fromQColor(const QColor& color) {
             components.alpha() / 65535.0};
 }
 
-/// `color` mixed with `ground`, both opaque: a share of 1 is all `color`.
+/// `color` mixed with `ground`, both opaque. `share` is the part of `color`, from 0 to 1.
 inline QColor mixed(const QColor& color, const QColor& ground, double share) {
     const auto component = [share](int a, int b) {
         return static_cast<int>(std::lround(share * a + (1 - share) * b));

@@ -7,7 +7,7 @@ class RoundedClip final : public QGraphicsEffect {
     Q_OBJECT
 
   public:
-    /// In points.
+    /// `radius` is in points.
     explicit RoundedClip(double radius) : m_radius(radius) {}
 
     double radius() const { return m_radius; }

@@ -2,7 +2,7 @@
 
 #include <QFont>
 
-/// `font` at `factor` times its size, however that is given.
+/// `font` at `factor` times its size, in points or in pixels, as the size was given.
 inline QFont scaledFont(QFont font, double factor) {
     if (font.pointSizeF() > 0)
         font.setPointSizeF(font.pointSizeF() * factor);

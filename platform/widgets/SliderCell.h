@@ -4,12 +4,12 @@
 
 class QPainter;
 
-/// Draws a slider's two parts, in coordinates with y upward.
+/// Draws the two parts of a slider, bar and knob. Coordinates have y upward.
 class SliderCell {
   public:
     virtual ~SliderCell() = default;
 
-    /// Side of the square that the knob is drawn in, and height of the bar, in points.
+    /// The side of the knob's square and the height of the bar, in points.
     static constexpr int knobSize = 12;
 
     virtual void drawKnob(QPainter& painter, const QRectF& knobRect) = 0;

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Room for the shadows, and for a finger's breadth to click at.
+/// In points: room for the shadows, and enough height to click at.
 constexpr int controlHeight = 22;
 constexpr double disabledOpacity = 0.5;
 
@@ -50,7 +50,7 @@ void SliderCellStyle::drawComplexControl(ComplexControl control, const QStyleOpt
         QProxyStyle::drawComplexControl(control, option, painter, widget);
         return;
     }
-    // On a picture of its own, whose pixels are the display's.
+    // The cell draws into an image of its own, with one pixel for each display pixel.
     const double scale = widget != nullptr ? widget->devicePixelRatioF() : 1;
     QImage drawing(QSize(static_cast<int>(std::ceil(option->rect.width() * scale)),
                          static_cast<int>(std::ceil(option->rect.height() * scale))),
@@ -71,7 +71,8 @@ void SliderCellStyle::drawComplexControl(ComplexControl control, const QStyleOpt
     if (option->state.testFlag(State_HasFocus)) {
         upward.setPen(QPen(option->palette.color(QPalette::Highlight), 2));
         upward.setBrush(Qt::NoBrush);
-        // Within the knob's own square, which ends where the slider does.
+        // The ring stays inside of the knob's square. At an end of the range the slider ends where the square
+        // ends.
         upward.drawEllipse(knob.adjusted(1, 1, -1, -1));
     }
     upward.end();

@@ -6,8 +6,8 @@
 
 #include <memory>
 
-/// Lets a cell draw a horizontal slider, and tells the slider where its parts are; all else stays the
-/// slider's own.
+/// Lets a cell draw a horizontal slider, and tells the slider where its parts are. The base style does
+/// everything else.
 class SliderCellStyle final : public QProxyStyle {
     Q_OBJECT
 

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-/// Owns one window that is loaded from a layout when it is first needed.
+/// Owns one window. The window is loaded from a layout when it is first needed.
 class WindowController : public QObject {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ class WindowController : public QObject {
     /// The name of the window's layout.
     const QString& windowNibName() const { return m_windowNibName; }
 
-    /// The window, loaded now if it was not yet.
+    /// The window. The first call loads it.
     QWidget* window();
 
     bool isWindowLoaded() const { return m_window != nullptr; }
@@ -30,7 +30,7 @@ class WindowController : public QObject {
     /// Makes the window from its layout and connects the outlets and actions.
     virtual std::unique_ptr<QWidget> loadWindow() = 0;
 
-    /// Ends the window, for a subclass that its parts refer to.
+    /// Destroys the window. For a subclass that the window's parts refer to.
     void releaseWindow() { m_window.reset(); }
 
     /// Called once, as soon as the window is loaded.
