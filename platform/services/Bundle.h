@@ -8,15 +8,15 @@ class Bundle {
   public:
     virtual ~Bundle() = default;
 
-    /// The path of the resource of that whole file name: in the installed resource folder (share/tobrimax
-    /// beside the program's bin, or Resources beside its MacOS folder), else the copy compiled into the
-    /// program; empty where there is none.
+    /// The path of the resource with the file name `name`, suffix included. The installed resource folder
+    /// comes first: share/tobrimax beside the program's bin, or Resources beside its MacOS folder. The copy
+    /// compiled into the program comes second. Empty where neither has the resource.
     virtual QString pathForResource(const QString& name) const;
 
-    /// The resource Info.plist; empty where there is none.
+    /// The dictionary in the resource Info.plist. Empty where it can't be read.
     QVariantMap infoDictionary() const;
 
-    /// The text of that key in a table of the current language; without one `value`, or the key itself where
-    /// that is empty. An empty table name is the default table, "Localizable".
+    /// The text for `key` from `table`, in the current language. Where the table has no text for it: `value`,
+    /// or `key` itself where `value` is empty. An empty `table` means the default table, "Localizable".
     static QString localizedStringForKey(const QString& key, const QString& value, const QString& table);
 };

@@ -15,7 +15,7 @@ void NotificationCenter::postNotification(const QString& name, QObject* object) 
     std::erase_if(m_observations, [](const Observation& o) { return o.observer.isNull(); });
     const Notification notification{
         name, object, object != nullptr ? QByteArray(object->metaObject()->className()) : QByteArray()};
-    // A copy: handlers may add observers and end the life of others.
+    // A copy, because handlers may add observers.
     const std::vector<Observation> observations = m_observations;
     for (const Observation& observation : observations) {
         if (observation.name == name && !observation.observer.isNull())

@@ -8,28 +8,29 @@
 #include <functional>
 #include <vector>
 
-/// A named message and what it is about.
+/// A named message and the object that it is about.
 struct Notification {
     QString name;
-    /// Null where there was none, or once it is gone.
+    /// Null where the message has no object, or once the object is destroyed.
     QPointer<QObject> object;
-    /// The object's class as it was when the notification was posted; empty without one.
+    /// The name of the object's class when the notification was posted. Empty without an object.
     QByteArray objectClassName;
 };
 
-/// Carries notifications from whoever posts a name to everybody who observes it. Main thread only.
+/// Passes each notification to all observers of its name. Main thread only.
 class NotificationCenter {
   public:
     using Handler = std::function<void(const Notification&)>;
 
-    /// The one of the process.
+    /// The center that the whole process shares.
     static NotificationCenter& defaultCenter();
 
-    /// From now on `handler` hears of `name` from any sender, for as long as `observer` lives.
+    /// From now on, calls `handler` for each notification `name`, from any sender, as long as `observer`
+    /// lives.
     void addObserver(QObject* observer, const QString& name, Handler handler);
 
-    /// Calls the handlers at once, in the order in which they were added; one that is added meanwhile waits
-    /// for the next notification. `object` may be null.
+    /// Calls the handlers at once, in the order in which they were added. A handler that is added meanwhile
+    /// is first called for the next notification. `object` may be null.
     void postNotification(const QString& name, QObject* object = nullptr);
 
   private:

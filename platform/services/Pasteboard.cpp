@@ -15,7 +15,7 @@ Pasteboard Pasteboard::generalPasteboard() {
 
 namespace {
 
-/// What is on the clipboard; null where the desktop has none.
+/// The clipboard's data; null where the desktop has no clipboard.
 const QMimeData* clipboardData() {
     return QGuiApplication::clipboard()->mimeData();
 }
@@ -51,7 +51,7 @@ void Pasteboard::setData(const QByteArray& data, const QString& forType) {
     m_own->setData(forType, data);
     if (!m_isClipboard)
         return;
-    // The clipboard takes its data over.
+    // The clipboard takes ownership of its data.
     auto* copy = new QMimeData;
     for (const QString& type : m_own->formats())
         copy->setData(type, m_own->data(type));

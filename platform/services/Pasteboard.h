@@ -7,29 +7,30 @@
 
 #include <memory>
 
-/// Data of several types that one program leaves for another: a pasteboard of the process's own, or the
-/// system's clipboard. Main thread only.
+/// Data of several types for other programs, on the system's clipboard, or on a pasteboard that only this
+/// process sees. Main thread only.
 class Pasteboard {
   public:
-    /// One that nobody else sees; empty.
+    /// An empty pasteboard that nobody else sees.
     Pasteboard();
     ~Pasteboard();
 
-    /// The system's clipboard. What is put there stays as long as this program runs.
+    /// The system's clipboard. Data that is put there stays as long as this program runs.
     static Pasteboard generalPasteboard();
 
     QStringList types() const;
 
-    /// Empty where there is none of that type.
+    /// Empty where there is no data of that type.
     QByteArray dataForType(const QString& type) const;
 
-    /// The first of `types` that there is data of; empty without one.
+    /// The first of `types` for which there is data. Empty where there is no data of these types.
     QString availableTypeFromArray(const QStringList& types) const;
 
-    /// Takes away what there is.
+    /// Removes all data.
     void clearContents();
 
-    /// Adds one type's data, to what was put here since it was cleared.
+    /// Sets the data of one type. Data of other types stays if it was set through this object since
+    /// `clearContents`.
     void setData(const QByteArray& data, const QString& forType);
 
   private:

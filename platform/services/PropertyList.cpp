@@ -21,7 +21,7 @@ struct MallocFree {
     void operator()(void* memory) const { std::free(memory); } // NOLINT(cppcoreguidelines-no-malloc)
 };
 
-/// libplist's strings and buffers are malloc'ed and ours to free.
+/// A string or buffer that libplist has allocated with malloc. The caller frees it.
 using PlistText = std::unique_ptr<char, MallocFree>;
 
 std::optional<QVariant> toVariant(plist_t node, int depth);
@@ -58,7 +58,7 @@ std::optional<QVariant> dictionaryToVariant(plist_t node, int depth) {
 }
 
 QVariant stringToVariant(plist_t node) {
-    // With its length: other ways to a string end the process where it holds a NUL.
+    // This call gives the length too. Other calls of libplist end the process where a string holds a NUL.
     uint64_t length = 0;
     const char* text = plist_get_string_ptr(node, &length);
     return QString::fromUtf8(text, static_cast<qsizetype>(length));
@@ -125,7 +125,7 @@ Result<QVariant> PropertyList::parse(const QByteArray& bytes) {
     QByteArray list = bytes;
     if (list.startsWith("\xEF\xBB\xBF"))
         list.remove(0, 3);
-    // The list's first bytes tell its encoding; anything else would be guessed at.
+    // The first bytes tell the encoding. Without this check libplist would guess it.
     const bool isBinary = list.startsWith("bplist00");
     if (list.size() > std::numeric_limits<qint32>::max())
         return malformed;

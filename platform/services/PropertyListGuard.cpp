@@ -11,8 +11,8 @@ Error tooLarge() {
             QStringLiteral("a property list that is nested too deep or has too many objects")};
 }
 
-/// The parts of a binary list that tell how its objects refer to each other. Every position is checked
-/// against the list.
+/// Reads how the objects of a binary list refer to each other. Every position is checked against the list's
+/// size.
 class BinaryList {
   public:
     explicit BinaryList(const QByteArray& list) : m_list(list) {
@@ -35,8 +35,8 @@ class BinaryList {
     bool isValid() const { return m_isValid; }
     quint64 top() const { return m_top; }
 
-    /// The objects that object `index` holds, none for one that is no collection. No value where anything
-    /// about it does not lie inside the list.
+    /// The numbers of the objects that object `index` holds. Empty for an object that is no collection. No
+    /// value where a part of the object lies outside of the list, or where it is a text with a NUL.
     std::optional<std::vector<quint64>> children(quint64 index) const {
         if (index >= m_objects)
             return std::nullopt;
@@ -58,7 +58,7 @@ class BinaryList {
         quint64 count = marker & 0xF;
         quint64 references = at + 1;
         if (count == 0xF) {
-            // An integer object with the count stands in between, of at most eight bytes.
+            // The count follows as an integer object of at most eight bytes.
             if (references >= size || byte(references) >> 4 != integerKind || (byte(references) & 0xF) > 3)
                 return std::nullopt;
             const quint64 width = quint64{1} << (byte(references) & 0xF);
@@ -84,8 +84,8 @@ class BinaryList {
     }
 
   private:
-    /// Whether all `count` units of `width` bytes lie inside the list and none of them is 0: no name has a
-    /// use for that, and the library that reads the list takes its end for that of the process.
+    /// Whether all `count` units of `width` bytes lie inside the list, and no unit is 0. No name needs a unit
+    /// of 0, and libplist ends the process for one.
     bool isTextWithoutNul(quint64 at, quint64 count, quint64 width) const {
         const auto size = static_cast<quint64>(m_list.size());
         if (count > size || at > size || count * width > size - at)
@@ -126,11 +126,12 @@ std::optional<Error> PropertyListGuard::refusedXml(const QByteArray& list) {
         if (token == QXmlStreamReader::StartElement) {
             if (depth == 0 && reader.name() != QLatin1String("plist"))
                 break;
-            // The plist element itself is one level, a value at the deepest level another.
+            // Two levels more: the plist element itself is one, and a value at the deepest level is another.
             if (++depth > maximumDepth + 2 || ++objects > maximumObjects)
                 return tooLarge();
         } else if (token == QXmlStreamReader::DTD && reader.text().contains(u'[')) {
-            // Declarations inside of it are read differently by different parsers; lists have no use for any.
+            // Parsers read declarations in the document type differently. Property lists need no
+            // declarations.
             return Error{ErrorCode::Malformed,
                          QStringLiteral("a property list with declarations of its own")};
         } else if (token == QXmlStreamReader::EndElement) {
@@ -155,7 +156,7 @@ std::optional<Error> PropertyListGuard::refusedBinary(const QByteArray& list) {
     while (!open.empty()) {
         const Visit visit = open.back();
         open.pop_back();
-        // A list that holds itself is endlessly deep.
+        // This limit also stops at a list that holds itself.
         if (visit.depth > maximumDepth || ++visited > maximumObjects)
             return tooLarge();
         const std::optional<std::vector<quint64>> children = objects.children(visit.object);

@@ -6,18 +6,20 @@
 
 #include <optional>
 
-/// What libplist must not be given. It walks a list by calling itself and copies an object each time that it
-/// is referred to, so a list nested too deep or with too many objects is refused before it is parsed, as are
-/// bytes that are no list.
+/// Refuses property lists before libplist parses them. libplist calls itself for each level of a list, and
+/// copies an object for each reference to it. Lists that are nested too deep or have too many objects are
+/// therefore refused. Bytes that are no list are refused too.
 namespace PropertyListGuard {
 
 inline constexpr int maximumDepth = 64;
 inline constexpr int maximumObjects = 200000;
 
-/// Malformed for an XML list that is not well-formed or goes beyond the limits.
+/// Malformed for an XML list that is not well-formed, has declarations of its own or goes beyond the limits.
+/// No value for a list that libplist may parse.
 std::optional<Error> refusedXml(const QByteArray& list);
 
-/// Likewise for a binary list; objects that are shared count each time.
+/// Malformed for a binary list with positions outside of it, with a NUL in a text, or beyond the limits. A
+/// shared object counts once for each reference. No value for a list that libplist may parse.
 std::optional<Error> refusedBinary(const QByteArray& list);
 
 } // namespace PropertyListGuard

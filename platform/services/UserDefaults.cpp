@@ -7,11 +7,12 @@
 
 namespace {
 
-/// Whether the settings can be in that file: a FIFO or a device would be waited for, and a huge file read.
+/// Whether the settings can be in the file `path`. Reading a FIFO or a device might never end, and a huge
+/// file would be read whole.
 bool isUsable(const QString& path) {
     struct stat status = {};
     if (stat(QFile::encodeName(path).constData(), &status) != 0)
-        return true; // it is not there yet
+        return true; // the file is not there yet
     constexpr off_t largest = 1 << 20;
     return S_ISREG(status.st_mode) && status.st_size <= largest;
 }
@@ -25,7 +26,7 @@ std::unique_ptr<QSettings> ofTheUser() {
         return nullptr;
     auto settings =
         std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, organization, application);
-    // Only what this program wrote itself.
+    // Reads only this program's own values, and no system-wide ones.
     settings->setFallbacksEnabled(false);
     return settings;
 }

@@ -7,27 +7,27 @@
 
 #include <memory>
 
-/// The few values that the program remembers from run to run, by key. What stands in the place of their file
-/// and can't be theirs is left alone: then they are remembered for this run only.
+/// The few values that the program keeps from run to run, by key. A FIFO, a folder, a device or a file of
+/// more than 1 MiB in the place of their file is left alone. The values are then kept for this run only.
 class UserDefaults {
   public:
-    /// The user's own, in the place where the system keeps such values.
+    /// The user's values, in the place where the system keeps settings.
     UserDefaults();
-    /// Those in an INI file of that path.
+    /// The values in the INI file `path`.
     explicit UserDefaults(const QString& path);
 
-    /// 0, false or empty where there is no such value.
+    /// 0, false or empty where the key has no value.
     qint64 integerForKey(const QString& key) const;
     bool boolForKey(const QString& key) const;
     QString stringForKey(const QString& key) const;
     bool hasKey(const QString& key) const { return allKeys().contains(key); }
 
-    /// Written to the file soon after, or by `synchronize`.
+    /// The values are written to the file soon after, or by `synchronize`.
     void setInteger(qint64 value, const QString& forKey);
     void setBool(bool value, const QString& forKey);
     void setString(const QString& value, const QString& forKey);
 
-    /// Whether everything is in the file now.
+    /// Writes all values to the file now. False where that fails or there is no file.
     bool synchronize();
 
     QStringList allKeys() const;

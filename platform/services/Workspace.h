@@ -7,7 +7,7 @@ class Workspace {
   public:
     virtual ~Workspace() = default;
 
-    /// Opens `url` (a folder in the file browser, a page in the browser) and reports whether the desktop took
-    /// it. Without a graphical application there is no desktop: false.
+    /// Opens `url`: a folder in the file browser, a page in the web browser. Tells whether the desktop has
+    /// taken it. False without a graphical application.
     virtual bool openURL(const QUrl& url);
 };
