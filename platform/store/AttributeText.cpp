@@ -35,8 +35,8 @@ int metaTypeOf(AttributeType type) {
     }
 }
 
-/// XML has no way to write most control characters, nor halves of surrogate pairs, and readers change line
-/// ends: such a text is written as its UTF-16 units.
+/// Begins an escape: a UTF-16 unit as four hexadecimal digits. XML can't hold most control characters or
+/// halves of surrogate pairs, and its readers change line ends.
 constexpr QChar escape(u'\\');
 
 bool isPlain(QChar c) {
@@ -87,27 +87,28 @@ std::optional<QVariant> attributeValue(const QVariant& value, AttributeType type
     const QMetaType wanted(metaTypeOf(type));
     if (!value.isValid())
         return QVariant();
-    // Read as a signed number it would be another one, and come back.
+    // As a signed number the value would be negative. Converting it back gives the same value, so the check
+    // below does not notice.
     if (type == AttributeType::Integer && value.typeId() == QMetaType::ULongLong && value.toLongLong() < 0)
         return std::nullopt;
     QVariant converted = value;
     if (!converted.convert(wanted))
         return std::nullopt;
-    // A number that comes back as another one, for instance.
+    // The value is refused if it does not come back the same, for instance a fraction as an integer.
     QVariant back = converted;
     if (value.metaType() != wanted && (!back.convert(value.metaType()) || back != value))
         return std::nullopt;
     if (type == AttributeType::Date) {
-        // As the file has it: in milliseconds, and in no time zone.
+        // As in the file: in milliseconds, in UTC.
         if (!converted.toDateTime().isValid())
             return std::nullopt;
         return converted.toDateTime().toUTC();
     }
-    // What is not a number would not even equal itself.
+    // A NaN does not equal itself. The object would always count as changed.
     if (type == AttributeType::Double) {
         if (std::isnan(converted.toDouble()))
             return std::nullopt;
-        // There is one zero.
+        // -0 becomes 0.
         return converted.toDouble() == 0 ? QVariant(0.0) : converted;
     }
     return converted;

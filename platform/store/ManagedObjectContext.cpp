@@ -6,7 +6,8 @@
 
 #include <algorithm>
 
-/// Exchanges the whole of one object; without one, there is none of that number.
+/// Exchanges one whole object with another state of it. A state without a value means that the object does
+/// not exist.
 class ChangeObject final : public QUndoCommand {
   public:
     ChangeObject(ManagedObjectContext& context, qint64 object, std::optional<StoredObject> after)
@@ -62,7 +63,7 @@ bool ManagedObjectContext::setValue(qint64 object, const QString& forKey, const 
         after.values.insert(forKey, *suited);
     else
         after.values.remove(forKey);
-    // What changes nothing is nothing to undo.
+    // Setting the same value again needs no undo.
     if (after != found->second)
         m_undo.push(new ChangeObject(*this, object, std::move(after)));
     return true;
@@ -76,7 +77,7 @@ bool ManagedObjectContext::deleteObject(qint64 object) {
 }
 
 bool ManagedObjectContext::commitEditing() {
-    // A copy: an editor may register another one.
+    // A copy, because an editor may register another editor.
     const std::vector<Editor> editors = m_editors;
     return std::ranges::all_of(
         editors, [](const Editor& editor) { return editor.editor.isNull() || editor.commit(); });

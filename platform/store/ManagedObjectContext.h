@@ -8,11 +8,11 @@
 #include <functional>
 #include <vector>
 
-/// The objects of a store while they are being changed. Every change can be undone; nothing reaches the file
-/// before `save`. Main thread only.
+/// The objects of a store while they are being changed. Every change can be undone. The file changes only
+/// with `save`. Main thread only.
 class ManagedObjectContext {
   public:
-    /// Starts with what the coordinator's store holds; it is kept by reference.
+    /// Starts with the objects of the coordinator's store. Keeps `coordinator` by reference.
     explicit ManagedObjectContext(PersistentStoreCoordinator& coordinator);
     ManagedObjectContext(const ManagedObjectContext&) = delete;
     ManagedObjectContext& operator=(const ManagedObjectContext&) = delete;
@@ -22,26 +22,29 @@ class ManagedObjectContext {
     /// All objects as they are now, by number.
     const StoredObjects& objects() const { return m_objects; }
 
-    /// A new object without values; its number, or 0 where the model has no such entity or no number is left.
+    /// Adds an object without values. Returns its number, or 0 where the model has no entity `name` or no
+    /// number is left.
     qint64 insertNewObjectForEntityForName(const QString& name);
 
-    /// Sets an attribute, or takes it away with an invalid value. False, and no change, where there is no
-    /// such object or attribute or the value does not suit its type.
+    /// Sets the attribute `forKey`, or removes it where `value` is invalid. False, and no change, where the
+    /// object or the attribute does not exist, or where the value does not suit the attribute's type.
     bool setValue(qint64 object, const QString& forKey, const QVariant& value);
 
     bool deleteObject(qint64 object);
 
-    /// Asked before saving: whether an edit that is under way could be brought to its end.
-    /// For as long as `editor` lives.
+    /// Registers `commit`. It ends an edit that is under way, and tells whether that was possible. It is
+    /// called as long as `editor` lives.
     void registerEditor(const QObject* editor, std::function<bool()> commit) {
         m_editors.push_back({editor, std::move(commit)});
     }
+    /// Ends all edits that are under way, before a save. False at the first edit that can't be ended.
     bool commitEditing();
 
     /// Whether the objects differ from those in the file.
     bool hasChanges() const { return m_objects != m_coordinator.objects(); }
 
-    /// After a failure the changes are still there.
+    /// Writes the objects to the file. After a failure the changes are still there, and `error` (if given)
+    /// tells why.
     bool save(StoreError* error = nullptr) { return m_coordinator.save(m_objects, error); }
 
     QUndoStack* undoManager() { return &m_undo; }

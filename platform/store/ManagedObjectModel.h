@@ -17,23 +17,23 @@ struct EntityDescription {
     QString name;
     std::vector<AttributeDescription> attributes;
 
-    /// Null where there is no such attribute.
+    /// Null where the entity has no attribute of that name.
     const AttributeDescription* attribute(const QString& attributeName) const;
 };
 
-/// What kinds of objects a store may hold. Immutable.
+/// The kinds of objects that a store may hold. Immutable.
 class ManagedObjectModel {
   public:
     ManagedObjectModel() = default;
     explicit ManagedObjectModel(std::vector<EntityDescription> entities) : m_entities(std::move(entities)) {}
 
-    /// The model in the folder `path`: its Model.plist is a dictionary of entities by name, each a dictionary
-    /// of attribute types ("string", "integer", "double", "boolean", "date", "data") by name. Null where it
-    /// can't be read or names another type.
+    /// The model in the folder `path`. Its Model.plist is a dictionary of entities by name. Each entity is a
+    /// dictionary of attribute types by name: "string", "integer", "double", "boolean", "date", "data". Null
+    /// where Model.plist can't be read or names another type.
     static std::unique_ptr<ManagedObjectModel> initWithContentsOfURL(const QString& path);
 
     const std::vector<EntityDescription>& entities() const { return m_entities; }
-    /// Null where there is no such entity.
+    /// Null where the model has no entity of that name.
     const EntityDescription* entity(const QString& name) const;
 
   private:

@@ -16,7 +16,7 @@ namespace {
 constexpr int format = 1;
 constexpr qint64 largestFile = qint64{256} << 20;
 
-/// Reads a store's document. The first thing that is wrong ends it.
+/// Reads a store's document. The first error ends the reading.
 class Reader {
   public:
     Reader(const QByteArray& bytes, const ManagedObjectModel& model) : m_xml(bytes), m_model(model) {}
@@ -48,7 +48,8 @@ class Reader {
         return m_xml.attributes().value(QLatin1String(name)).toString();
     }
 
-    /// Goes to the next element within the current one, or to its end. There is nothing but elements.
+    /// Goes to the next child of the current element, or to the end of the element. Tells whether there is a
+    /// child. Text between the children is an error.
     bool nextChild() {
         while (!m_error && !m_xml.atEnd()) {
             const QXmlStreamReader::TokenType token = m_xml.readNext();
@@ -144,7 +145,7 @@ QByteArray document(const StoredObjects& objects, const ManagedObjectModel& mode
         }
         xml.writeEndElement();
     }
-    // The end of the document is the end of the file: one that breaks off anywhere is seen to be broken.
+    // Nothing follows the last end tag. A file that breaks off anywhere is therefore recognised as broken.
     xml.writeEndElement();
     return bytes;
 }
@@ -197,8 +198,8 @@ bool PersistentStoreCoordinator::save(const StoredObjects& objects, StoreError* 
     const QByteArray bytes = document(objects, m_model);
     const Result<Done> written = AtomicFile::write(m_path, bytes, {AtomicFile::Durability::Synced});
     if (!written) {
-        // Where it is in place but perhaps not on the disk, the next save must not take it for another
-        // program's.
+        // The file may be in place, but perhaps not on the disk. The next save then does not take it for the
+        // file of another program.
         const FileState state = fileState();
         const Result<QByteArray> found =
             RegularFile::read(QFile::encodeName(m_path).toStdString(), largestFile);

@@ -25,23 +25,25 @@ using StoredObjects = std::map<qint64, StoredObject>;
 ///     type="TYPE">TEXT</value>…</object>…</store>
 class PersistentStoreCoordinator {
   public:
-    /// The type of the only kind of store.
+    /// The only type of store.
     static const QString xmlStoreType;
 
-    /// The model is kept by reference.
+    /// Keeps `model` by reference.
     explicit PersistentStoreCoordinator(const ManagedObjectModel& model) : m_model(model) {}
 
-    /// Opens the store in the file `path`, which need not exist yet. One that can't be read, breaks off, is
-    /// of a newer format or holds what the model does not know is an error; the file is not touched.
+    /// Opens the store in the file `path`. A file that does not exist yet is an empty store. False, with
+    /// `error`, for another type, and for a file that can't be read, breaks off, has a newer format or holds
+    /// something that the model does not know. The file is not touched.
     bool addPersistentStoreWithType(const QString& type, const QString& path, StoreError* error = nullptr);
 
     const ManagedObjectModel& managedObjectModel() const { return m_model; }
 
-    /// What the file holds.
+    /// The objects in the file.
     const StoredObjects& objects() const { return m_objects; }
 
-    /// Puts `objects` in place of what the file holds, at once and synced to the disk, or leaves it as it is:
-    /// also where another program has changed it since it was opened or saved.
+    /// Replaces the file's objects with `objects`, whole and synced to the disk. False, with `error`, on a
+    /// failure, and where another program has changed the file since it was opened or saved. The file then
+    /// stays as it is, unless only syncing the folder has failed: then the new file is in place.
     bool save(const StoredObjects& objects, StoreError* error = nullptr);
 
   private:
@@ -49,7 +51,7 @@ class PersistentStoreCoordinator {
     QString m_path;
     StoredObjects m_objects;
 
-    /// Which file it was, to see whether it still is.
+    /// Identifies the file and its last change, to notice changes by other programs.
     struct FileState {
         bool exists = false;
         quint64 device = 0;

@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-/// What went wrong with saved data: a code within a domain, and words for people.
+/// An error of saved data: a code within a domain, and words for people.
 struct StoreError {
     QString domain;
     qint64 code = 0;
@@ -17,7 +17,7 @@ struct StoreError {
     /// One line: domain, code and description.
     QString description() const;
 
-    /// One line: what is known besides.
+    /// One line: description, reason and underlying error.
     QString userInfoDescription() const;
 };
 
