@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-/// The main window with everything around it.
+/// The main window, with services that the test controls.
 class MainWindowFixture : public testing::Test {
   protected:
     MainWindowFixture() {
@@ -39,7 +39,7 @@ class MainWindowFixture : public testing::Test {
         controller->imgViewIcon->performDragOperation(&data);
     }
 
-    /// The sheet of that class on the main window, or null.
+    /// The visible sheet of the class `Sheet` on the main window, or null.
     template <class Sheet>
     Sheet* sheet() {
         for (Sheet* candidate : controller->window()->findChildren<Sheet*>()) {
@@ -49,7 +49,7 @@ class MainWindowFixture : public testing::Test {
         return nullptr;
     }
 
-    /// Chooses `path` in the open file dialog, as typing its name and pressing Return does.
+    /// Chooses `path` in the open file dialog: types its name and presses Return.
     void choose(QFileDialog* dialog, const QString& path) {
         auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         ASSERT_NE(name, nullptr);

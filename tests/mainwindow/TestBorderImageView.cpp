@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Lets a test draw into a painter of its own, and counts what is drawn by itself.
+/// Lets a test draw into a painter of its own, and counts the view's paint events.
 class TestView final : public BorderImageView {
   public:
     using BorderImageView::BorderImageView;
@@ -242,7 +242,7 @@ TEST_F(BorderImageViewTest, a_part_that_is_drawn_anew_has_an_outline_of_its_own)
     QImage shown(200, 100, QImage::Format_ARGB32_Premultiplied);
     shown.fill(Qt::white);
     view.render(&shown, QPoint(50, 20), QRect(50, 20, 100, 40));
-    // A line of 10 around (50, 20) to (150, 60), cut by that part.
+    // A line of width 10 around the part from (50, 20) to (150, 60). The part cuts off the outer half.
     EXPECT_EQ(shown.pixelColor(100, 19), QColor(Qt::white));
     EXPECT_EQ(shown.pixelColor(100, 20), QColor(Qt::red));
     EXPECT_EQ(shown.pixelColor(100, 24), QColor(Qt::red));
@@ -269,7 +269,7 @@ TEST_F(BorderImageViewTest, a_border_of_no_width_is_no_hairline) {
     EXPECT_EQ(view.grab().toImage().pixelColor(0, 0), QColor(Qt::white));
 }
 
-/// Draws into a painter whose state was blue when it was saved and green after that.
+/// Draws into a painter. Its pen was blue when its state was saved, and is green now.
 QImage drawnBetweenStates(TestView& view, QColor& penAfterwards) {
     QImage shown(200, 100, QImage::Format_ARGB32_Premultiplied);
     shown.fill(Qt::white);
@@ -290,7 +290,7 @@ TEST_F(BorderImageViewTest, restores_the_state_before_the_border_and_saves_one_a
     // Without a colour of its own the border has the colour of the restored state.
     EXPECT_EQ(drawnBetweenStates(view, afterwards).pixelColor(100, 2), QColor(Qt::blue));
     EXPECT_EQ(afterwards, QColor(Qt::blue));
-    // What the border sets is in the state that it saves.
+    // The state that is saved after the border has the border's colour.
     view.setBorderColor(Color{1, 0, 0, 1});
     EXPECT_EQ(drawnBetweenStates(view, afterwards).pixelColor(100, 2), QColor(Qt::red));
     EXPECT_EQ(afterwards, QColor(Qt::red));

@@ -35,7 +35,7 @@ constexpr Color of255(double red, double green, double blue, double alpha = 1) {
 enum class Shown { Normal, Selected, None };
 enum class Look { Default, Highlighted, Disabled };
 
-/// What a look sets; what has no value here, or is 0, it leaves as it is.
+/// What a look sets. A member without a value, or of 0, stands for a property that the look leaves as it is.
 struct Expected {
     Look look;
     int tag;
@@ -45,7 +45,8 @@ struct Expected {
     double cornerRadius;
     std::optional<Color> borderColor;
     double borderWidth;
-    std::vector<std::pair<Color, bool>> titles; ///< each that is set: its colour, and whether it is bold
+    std::vector<std::pair<Color, bool>>
+        titles; ///< each title that is set: its colour, and whether it is bold
 };
 
 void PrintTo(const Expected& expected, std::ostream* out) {
@@ -62,7 +63,7 @@ TEST_P(HighlightedButtonLook, is_as_tabled) {
     const QIcon selected = icon(Qt::blue);
     button.setIcon(normal);
     button.setAlternateImage(selected);
-    // The images are captured without a look.
+    // With the tag 0 the button has no look while it gets its images.
     button.setTag(0);
     EXPECT_FALSE(button.allowsExpansionToolTips());
     button.setImgNormalState(normal);
@@ -70,7 +71,7 @@ TEST_P(HighlightedButtonLook, is_as_tabled) {
     QFont odd(QStringLiteral("DejaVu Serif"));
     odd.setPointSizeF(17);
     button.setFont(odd);
-    // What a row leaves unchanged is still there afterwards.
+    // Properties that a row leaves unchanged keep these values.
     const Color sentinel{0.5, 0.25, 0.125, 1};
     button.layer().setBackgroundColor(sentinel);
     button.layer().setCornerRadius(77);
@@ -190,7 +191,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Expected{Look::Disabled, 100, false, Shown::Normal, none, 0, none, 0, {}},
                     Expected{Look::Disabled, 109, false, Shown::Normal, none, 0, none, 0, {}}));
 
-/// A button with that tag in a window.
+/// A button in a window; `make` gives it a tag.
 class HighlightedButtonTest : public testing::Test {
   protected:
     void make(int tag, const QString& title = QStringLiteral("Title")) {
@@ -230,7 +231,7 @@ TEST_F(HighlightedButtonTest, loading_shows_the_default_look_and_keeps_the_image
     EXPECT_TRUE(isSame(button.imgSelectedState(), selected));
     EXPECT_EQ(button.layer().backgroundColor(), of255(16, 16, 16));
     EXPECT_TRUE(button.allowsExpansionToolTips());
-    // An image that is set later is not kept.
+    // The look replaces an image that is set later.
     button.setIcon(icon(Qt::green));
     button.setButtonDefault();
     EXPECT_TRUE(isSame(button.icon(), normal));
@@ -368,7 +369,7 @@ TEST_F(HighlightedButtonTest, a_title_beside_an_image_or_with_a_tip_of_its_own_i
     make(104, QStringLiteral("Salt && &Pepper"));
     button.setToolTip(QStringLiteral("Its own"));
     const QFontMetrics metrics(button.attributedTitle().attributes->font);
-    // Room for the title alone, and not for the image beside it.
+    // There is room for the title alone, but not for the image beside it.
     button.resize(metrics.size(Qt::TextShowMnemonic, button.text()).width() + 14, 30);
     QHelpEvent event(QEvent::ToolTip, QPoint(5, 5), button.mapToGlobal(QPoint(5, 5)));
     QCoreApplication::sendEvent(&button, &event);

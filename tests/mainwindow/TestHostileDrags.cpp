@@ -21,7 +21,7 @@ QByteArray png(int width, int height) {
     return bytes;
 }
 
-/// A drag whose list of files is these bytes.
+/// A drag with `bytes` as its list of files.
 std::unique_ptr<QMimeData> listed(const QByteArray& bytes) {
     auto data = std::make_unique<QMimeData>();
     data->setData(QStringLiteral("text/uri-list"), bytes);

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// What the scripts in tests/pictures make, each with whether it is shown.
+/// The files that the scripts in tests/pictures make in `folder`, each with whether its picture is shown.
 QJsonObject madeIn(const QTemporaryDir& folder) {
     const QString script = QStringLiteral(PROJECT_DIR "/tests/pictures");
     const ProcessResult result = runPython(

@@ -28,7 +28,7 @@ TEST_F(MainWindowControls, start_as_the_layout_says) {
     EXPECT_EQ(controller->sliderCornerRadius->maximumFloat(), 0.5F);
     EXPECT_EQ(controller->sliderBorderWidth->minimumFloat(), 0.0F);
     EXPECT_EQ(controller->sliderBorderWidth->maximumFloat(), 0.25F);
-    // The same style as the command line's, with both decorations off.
+    // The same style as that of the command line, with corner and border off.
     EXPECT_EQ(controller->iconStyle(), IconStyle());
     EXPECT_EQ(controller->imgViewIcon->width(), controller->imgViewIcon->height());
     EXPECT_GE(controller->imgViewIcon->width(), 256);
@@ -187,7 +187,7 @@ TEST_F(MainWindowControls, width_and_colour_actions_read_the_outlets_and_not_the
     controller->colorPickerAction(&otherWell);
     EXPECT_EQ(controller->imgViewIcon->borderWidth(), 0.05F);
     EXPECT_EQ(controller->imgViewIcon->borderColor(), (Color{0.2, 0.2, 0.2, 1}));
-    // The others do read the sender.
+    // The other actions read the sender.
     controller->sliderCornerRadiusAction(&otherSlider);
     EXPECT_EQ(controller->imgViewIcon->cornerRadiusPercent(), 1.0F);
     QCheckBox otherBox;

@@ -7,7 +7,7 @@ class PreviewStripTest : public MainWindowFixture {
   protected:
     PreviewStrip& strip() { return *controller->window()->findChild<PreviewStrip*>(); }
 
-    /// The icons that are written now, by their width.
+    /// The icons that a generation writes now, by their width in pixels.
     std::map<int, QImage> written() {
         controller->platformSelection->setCurrentIndex(4);
         Events::click(controller->generateBtn);
@@ -25,7 +25,7 @@ class PreviewStripTest : public MainWindowFixture {
         for (std::size_t i = 0; i < PreviewStrip::sizes.size(); ++i) {
             const int size = PreviewStrip::sizes.at(i);
             ASSERT_EQ(strip().icon(i).size(), QSize(size, size));
-            // Files hold straight alpha.
+            // Files hold alpha that is not premultiplied, so colours may differ by 1.
             EXPECT_LE(Pictures::largestDifference(strip().icon(i), icons.at(size)), 1) << size;
         }
     }

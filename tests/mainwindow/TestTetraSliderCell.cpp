@@ -24,7 +24,7 @@ TEST(TetraSliderCell, places_the_knob_to_the_right_of_the_middle_of_a_wider_rect
     EXPECT_EQ(Cell::knobCircle(QRectF(30, 4, 12, 12)), QRectF(30.5, 4.5, 11, 11));
     EXPECT_EQ(Cell::knobDot(QRectF(30, 4, 12, 12)).center(),
               Cell::knobCircle(QRectF(30, 4, 12, 12)).center());
-    // Narrower than 12: to the left of the rectangle.
+    // In a rectangle narrower than 12 the circle begins to the left of it.
     EXPECT_EQ(Cell::knobCircle(QRectF(0, 0, 9, 12)).x(), -2 + 0.5);
     EXPECT_EQ(Cell::knobCircle(QRectF(0, 0, 12.5, 12)).x(), 1 + 0.5);
 }
@@ -38,7 +38,8 @@ TEST(TetraSliderCell, places_the_track_in_the_bar) {
 }
 
 TEST(TetraSliderCell, the_inner_shadows_frame_is_the_blur_and_the_turned_offset_and_one_point_larger) {
-    // (10, 20, 98, 5) grown by 5, moved by (-0.1, +0.1), united with itself, grown by 1.
+    // The rectangle (10, 20, 98, 5), grown by 5, moved by (-0.1, +0.1), united with the rectangle before
+    // that, grown by 1.
     const QRectF frame = Cell::innerShadowFrame(QRectF(10, 20, 98, 5));
     EXPECT_NEAR(frame.left(), 10 - 5 - 0.1 - 1, 1e-12);
     EXPECT_NEAR(frame.right(), 108 + 5 - 0.1 + 1, 1e-12);
@@ -46,7 +47,7 @@ TEST(TetraSliderCell, the_inner_shadows_frame_is_the_blur_and_the_turned_offset_
     EXPECT_NEAR(frame.bottom(), 25 + 5 + 0.1 + 1, 1e-12);
 }
 
-/// What the cell draws, with y upward, on a transparent picture of 120 × 24 points.
+/// What `draw` draws, with y upward, on a transparent picture of 120 × 24 points.
 QImage drawn(int scale, const std::function<void(Cell&, QPainter&)>& draw) {
     QImage picture(120 * scale, 24 * scale, QImage::Format_RGBA8888_Premultiplied);
     picture.setDevicePixelRatio(scale);
@@ -83,14 +84,14 @@ TEST(TetraSliderCell, draws_the_same_each_time) {
 TEST(TetraSliderCell, the_track_is_darkest_at_the_smaller_y_and_inside_its_edges) {
     constexpr int scale = 8;
     const QImage picture = bar(scale);
-    // In points from the bottom, at the track's middle: it lies from 9 to 14.
+    // The pixel at `y` points from the bottom, at the track's middle. The track lies from 9 to 14.
     const auto at = [&](double y) {
         return picture.pixelColor(60 * scale, static_cast<int>((24 - y) * scale));
     };
     EXPECT_LT(at(10.5).red(), at(12.5).red());
     for (const double y : {10.0, 11.5, 13.0})
         EXPECT_EQ(at(y).alpha(), 255);
-    // The gradient alone: 0.1 to 0.175; the inner shadow makes it darker.
+    // The gradient goes from 0.1 to 0.175. The inner shadow makes it darker.
     EXPECT_LT(at(11.5).red(), qRound(0.154 * 255));
     EXPECT_GT(at(11.5).red(), 10);
     EXPECT_EQ(at(15.5).alpha(), 0) << "above";
@@ -100,7 +101,7 @@ TEST(TetraSliderCell, the_track_is_darkest_at_the_smaller_y_and_inside_its_edges
 TEST(TetraSliderCell, the_drop_shadow_is_a_sharp_edge_below_the_track) {
     constexpr int scale = 8;
     const QImage picture = bar(scale);
-    // From 9 - 1.1 to 9; the outline covers its upper half point.
+    // The shadow shows from 9 - 1.1 to 9. The outline covers its upper half point.
     const QColor edge = picture.pixelColor(60 * scale, static_cast<int>((24 - 8.2) * scale));
     EXPECT_EQ(edge, QColor(83, 83, 83));
 }
@@ -108,7 +109,7 @@ TEST(TetraSliderCell, the_drop_shadow_is_a_sharp_edge_below_the_track) {
 TEST(TetraSliderCell, nothing_is_painted_outside_of_the_shadows_reach) {
     for (const int scale : {1, 2, 3}) {
         const QImage picture = bar(scale);
-        // The track's outline and drop shadow, to whole pixels.
+        // The reach of the track's outline and drop shadow.
         const QRectF reach = QRectF(11, 9, 98, 5).adjusted(-0.5, -1.1, 0.6, 0.5);
         for (int y = 0; y < picture.height(); ++y) {
             for (int x = 0; x < picture.width(); ++x) {
@@ -127,7 +128,7 @@ TEST(TetraSliderCell, the_knob_is_light_below_and_bluish_above_with_a_dot_in_its
     const auto at = [&](double x, double y) {
         return picture.pixelColor(static_cast<int>(x * scale), static_cast<int>((24 - y) * scale));
     };
-    // The circle: (50.5, 6.5) to (61.5, 17.5).
+    // The circle lies from (50.5, 6.5) to (61.5, 17.5).
     const QColor low = at(56, 8);
     const QColor high = at(56, 16.5);
     EXPECT_GT(low.red(), 220);
@@ -136,7 +137,7 @@ TEST(TetraSliderCell, the_knob_is_light_below_and_bluish_above_with_a_dot_in_its
     EXPECT_GT(high.blue(), high.red() + 30);
     EXPECT_LT(at(56, 12).red(), at(59, 12).red()) << "the dot";
     EXPECT_EQ(at(62.5, 12).alpha(), 0);
-    // Symmetric from left to right.
+    // The knob is symmetric from left to right.
     EXPECT_LE(Pictures::largestDifference(
                   picture.copy(50 * scale, 0, 12 * scale, 24 * scale),
                   Pictures::mirroredLeftRight(picture.copy(50 * scale, 0, 12 * scale, 24 * scale))),
@@ -174,7 +175,7 @@ TEST(Shadow, a_blur_is_a_gaussian_of_half_its_radius_at_any_scale) {
         everywhere.addRect(0, 0, 200, 40);
         drawShadow(painter, edge, {{0, 0, 0, 1}, {0, 0}, radius}, everywhere);
         painter.end();
-        // Beside a straight edge at x = 100 the coverage is the normal distribution's.
+        // Beside a straight edge at x = 100 the coverage follows the normal distribution.
         for (int x = qRound(85 * scale); x < qRound(115 * scale); ++x) {
             const double distance = (x + 0.5) / scale - 100;
             const double expected = 255 * 0.5 * std::erfc(distance / (radius / 2) / std::sqrt(2.0));
@@ -187,8 +188,8 @@ TEST(Shadow, a_blur_is_a_gaussian_of_half_its_radius_at_any_scale) {
 TEST(TetraSliderCell, the_inner_shadow_is_that_of_the_frame_thrown_back_by_a_fifth_of_a_point) {
     constexpr int scale = 8;
     const QImage picture = bar(scale);
-    // Across the middle of the track, from y = 9 to 14: the gradient under the shadow of what lies beyond
-    // both edges, which is moved up by 0.2. The frame is 6 points wide there, more than the blur reaches.
+    // Across the middle of the track, from y = 9 to 14. The frame beyond both edges, moved up by 0.2, throws
+    // its shadow onto the gradient. The frame is 6 points wide there, more than the blur reaches.
     const auto cumulative = [](double distance) { return 0.5 * std::erfc(-distance / 2.5 / std::sqrt(2.0)); };
     for (double y = 10; y <= 13; y += 0.25) {
         const double share = (y - 9) / 5;
@@ -269,7 +270,7 @@ TEST_F(TetraSliderTest, the_mouse_takes_the_knob_where_it_is_drawn) {
     EXPECT_EQ(slider.floatValue(), 0.75F);
     EXPECT_EQ(actions, 1);
     Events::mouse(&slider, QEvent::MouseButtonRelease, middle + QPointF(37, 0));
-    // Beside the knob it goes by a page.
+    // A press beside the knob moves it by a page.
     Events::mouse(&slider, QEvent::MouseButtonPress, QPointF(5, middle.y()));
     EXPECT_FALSE(slider.isSliderDown());
     EXPECT_LT(slider.floatValue(), 0.75F);

@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-/// A delegate in surroundings of the test's own.
+/// A delegate with services that the test controls.
 class AppDelegateFixture : public testing::Test {
   protected:
     AppDelegateFixture() { application.setDelegate(&delegate); }
@@ -18,8 +18,9 @@ class AppDelegateFixture : public testing::Test {
 
     static constexpr int notEnded = 99;
 
-    /// Runs the application, does `steps` one after another once it is launched; its exit status, or
-    /// `notEnded` when nothing has ended it after that. No step is done, and no end made, before `isReady`.
+    /// Runs the application. Once it is launched, does `steps` one after another, and then ends the
+    /// application. Each of these waits until `isReady` is true. Returns the exit status, or `notEnded` where
+    /// no step has ended the application.
     int run(
         std::vector<std::function<void()>> steps,
         const std::function<bool()>& isReady = [] { return true; }) {
@@ -39,7 +40,7 @@ class AppDelegateFixture : public testing::Test {
 
     QWidget* mainWindow() { return delegate.mainWindowController()->window(); }
 
-    /// The visible window of that class, or null.
+    /// The visible window of the class `Window`, or null.
     template <class Window>
     static Window* visible() {
         for (QWidget* window : QApplication::topLevelWidgets()) {
@@ -49,7 +50,7 @@ class AppDelegateFixture : public testing::Test {
         return nullptr;
     }
 
-    /// Opens addresses or not, as the test wants.
+    /// Records addresses. `succeeds` decides whether they count as opened.
     class StoreWorkspace final : public Workspace {
       public:
         QList<QUrl> asked;

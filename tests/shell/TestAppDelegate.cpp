@@ -103,7 +103,7 @@ TEST_F(AppDelegateTest, help_opens_the_makers_site_whatever_comes_of_it) {
 }
 
 TEST_F(AppDelegateTest, the_plain_window_style_can_be_asked_for) {
-    delegate.setupWindowStyle(); // without a window yet
+    delegate.setupWindowStyle(); // there is no window yet
     delegate.setupInitialController();
     const Qt::WindowFlags before = mainWindow()->windowFlags();
     delegate.setupWindowStyle();

@@ -43,7 +43,7 @@ const std::vector<std::pair<QPalette::ColorRole, QPalette::ColorRole>> pairs{
     {QPalette::ButtonText, QPalette::Button},
     {QPalette::ToolTipText, QPalette::ToolTipBase},
     {QPalette::PlaceholderText, QPalette::Base},
-    // The well's invitation, the captions, and what an item view writes.
+    // The well's placeholder, the captions, and the text of item views.
     {QPalette::Text, QPalette::Window},
     {QPalette::WindowText, QPalette::Base},
     {QPalette::HighlightedText, QPalette::Highlight},
@@ -71,10 +71,10 @@ TEST(Appearance, text_can_be_read_on_light_and_dark_desktops) {
          {desktop(QColor(239, 239, 239), Qt::black), desktop(QColor(42, 46, 50), QColor(239, 240, 241))}) {
         const QPalette result = Appearance::over(colors).resolve(colors);
         expectReadable(result);
-        // The focus is marked with it.
+        // The ring around the focus has the colour Highlight.
         for (const QPalette::ColorRole ground : {QPalette::Window, QPalette::Base})
             EXPECT_GE(contrast(result.color(QPalette::Highlight), result.color(ground)), 3);
-        // The strip's captions.
+        // The captions of the preview strip.
         EXPECT_GE(contrast(mixed(result.color(QPalette::WindowText), result.color(QPalette::Window), 0.8),
                            result.color(QPalette::Window)),
                   4.5);

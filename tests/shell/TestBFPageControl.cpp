@@ -28,7 +28,7 @@ class PageControlTest : public testing::Test {
         parent.show();
     }
 
-    /// A place in the middle of that indicator, in the widget's coordinates.
+    /// The middle of the indicator `index`, in the widget's coordinates.
     QPointF middle(std::size_t index) {
         const QPointF at = control.matrix()->cellFrame(index).center();
         return {at.x(), control.height() - at.y()};
@@ -99,15 +99,15 @@ TEST(PageControl, no_pages_make_a_row_without_indicators_unless_it_hides) {
 }
 
 TEST_F(PageControlTest, the_row_is_centred_on_whole_points) {
-    // 55 × 10 in 100 × 20.
+    // A row of 55 × 10 in 100 × 20.
     EXPECT_EQ(control.matrix()->frame(), QRectF(22, 5, 55, 10));
     control.setFrame(QRectF(20, 30, 50.5, 9));
-    // -4.5 / 2 and -1 / 2, rounded down.
+    // The halves of -4.5 and -1, rounded down.
     EXPECT_EQ(control.matrix()->frame().topLeft(), QPointF(-3, -1));
 }
 
 TEST_F(PageControlTest, the_middle_is_narrowed_to_single_precision_before_it_is_rounded_down) {
-    // Half of what is left over is just below 8388608, which single precision can only tell as a whole.
+    // Half of the space that is left over is just below 8388608. Single precision rounds it to 8388608.
     control.setIndicatorDiameterSize(10);
     control.setBounds(QRectF(0, 0, 2 * 8388607.9 + 55, 20));
     EXPECT_EQ(control.matrix()->frame().x(), 8388608);
@@ -116,7 +116,8 @@ TEST_F(PageControlTest, the_middle_is_narrowed_to_single_precision_before_it_is_
 TEST_F(PageControlTest, some_setters_make_the_row_anew_and_others_do_not) {
     const auto rebuilds = [this](const std::function<void()>& set) {
         const PageIndicatorMatrix* before = control.matrix();
-        // A new row can't be at the address of one that still exists, but may be at that of one that is gone.
+        // A new row can't have the address of a row that still exists, but it may have that of a destroyed
+        // row. The rows' diameters tell them apart.
         control.setIndicatorDiameterSize(control.indicatorDiameterSize() + 1);
         set();
         const bool isNew = control.matrix()->cellFrame(0).width() == control.indicatorDiameterSize();
@@ -281,7 +282,7 @@ TEST_F(PageControlTest, the_hand_is_shown_over_indicators_when_asked_for) {
 
 TEST_F(PageControlTest, bounds_of_another_size_are_shown_scaled) {
     control.setBounds(QRectF(0, 0, 50, 10));
-    // The row of 55 × 10 in 50 × 10, shown twice as large.
+    // A row of 55 × 10 in 50 × 10, shown twice as large.
     EXPECT_EQ(control.matrix()->frame(), QRectF(-3, 0, 55, 10));
     Events::mouse(&control, QEvent::MouseButtonPress, QPointF(2 * (-3 + 15 + 5), 10));
     Events::mouse(&control, QEvent::MouseButtonRelease, QPointF(2 * (-3 + 15 + 5), 10));

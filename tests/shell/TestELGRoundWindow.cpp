@@ -49,7 +49,7 @@ TEST(RoundWindow, cuts_its_content_with_everything_in_it_along_corners_of_20_poi
         const QImage shown = grabbed(window, scale);
         for (const QPoint& corner : {QPoint(0, 0), QPoint(199, 0), QPoint(0, 99), QPoint(199, 99)})
             EXPECT_EQ(shown.pixelColor(corner * scale).alpha(), 0);
-        // On the diagonal the circle begins 20 × (1 − √½) = 5.86 points from the corner.
+        // On the diagonal the circle begins 20 × (1 − √½) = 5.86 points from each of the two sides.
         EXPECT_EQ(shown.pixelColor(5 * scale - 1, 5 * scale - 1).alpha(), 0);
         EXPECT_EQ(shown.pixelColor(7 * scale, 7 * scale), QColor(Qt::blue));
         EXPECT_EQ(shown.pixelColor(193 * scale, 93 * scale - 1), QColor(Qt::red));

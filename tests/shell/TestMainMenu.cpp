@@ -83,7 +83,7 @@ TEST_F(MainMenuTest, every_letter_and_shortcut_is_used_once) {
     }
     EXPECT_GE(shortcuts.size(), 9);
     EXPECT_EQ(shortcuts.removeDuplicates(), 0);
-    // Nor do the letters of the menus and of the controls beside them fall together.
+    // The letters of the menus and of the window's controls differ too.
     QStringList letters;
     for (const QAction* top : window()->menuBar()->actions())
         letters << QKeySequence::mnemonic(top->text()).toString();

@@ -83,7 +83,7 @@ TEST_F(PromotionTest, the_page_control_is_centred_and_50_from_the_bottom) {
     EXPECT_EQ(control.frame().x() - std::floor(control.frame().x()), 0.5) << "not rounded";
     const QWidget* content = control.parentWidget();
     EXPECT_EQ(content->height() - control.geometry().bottom() - 1, 50);
-    // Nor when it is shown.
+    // Showing the window does not move the control.
     const QRectF before = control.frame();
     delegate.showPromotionWindow();
     Events::settle();
@@ -224,7 +224,7 @@ TEST_F(PromotionTest, it_has_the_round_windows_class_and_is_no_dialog) {
     EXPECT_EQ(qobject_cast<QDialog*>(delegate.windowPromotion()), nullptr);
 }
 
-/// The dot of index `index`, drawn at `scale` pixels for a point on white.
+/// The dot with the index `index`, drawn on white with `scale` pixels for a point.
 QImage dot(BFPageControl& control, std::size_t index, double scale) {
     const int pixels = qRound(25 * scale);
     QImage shown(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
@@ -243,8 +243,8 @@ TEST_F(PromotionTest, dots_are_grey_with_a_faint_ring) {
         const int middle = 12 * scale;
         EXPECT_EQ(current.pixelColor(middle, middle), QColor(115, 115, 115));
         EXPECT_EQ(other.pixelColor(middle, middle), QColor(217, 217, 217));
-        // The dot's edge is two points from its frame; the ring of two points has its middle half a point
-        // inside of that edge.
+        // The dot's edge is two points inside of its frame. The ring is two points wide; its middle is half a
+        // point inside of the edge.
         EXPECT_EQ(other.pixelColor(0, middle), QColor(Qt::white));
         const int inRing = 5 * scale / 2;
         const int ring = qRound(217 * 0.85 + 25 * 0.15);

@@ -73,7 +73,7 @@ TEST_F(RatePromptTest, a_count_that_no_run_has_left_is_harmless) {
     for (const qint64 odd : {std::numeric_limits<qint64>::max(), std::numeric_limits<qint64>::min()}) {
         defaults.setInteger(odd, QStringLiteral("appOpenedCount"));
         delegate.checkForRateupPopup();
-        // The one is due, and the other goes on.
+        // At the largest number the prompt is due. At the smallest the count goes on.
         EXPECT_EQ(count(), odd > 0 ? 0 : odd + 1);
     }
     defaults.setString(QStringLiteral("many"), QStringLiteral("appOpenedCount"));
@@ -106,7 +106,7 @@ TEST_F(RatePromptTest, is_a_sheet_with_the_exact_words) {
     QStringList buttons;
     for (const QAbstractButton* button : alert()->buttons())
         buttons << button->text();
-    // How they stand is the desktop's; the first one is the default.
+    // The desktop decides the order of the buttons. The first button is the default.
     EXPECT_EQ(buttons.size(), 2);
     EXPECT_TRUE(buttons.contains(QStringLiteral("NO")));
     EXPECT_EQ(alert()->defaultButton()->text(), QStringLiteral("YES"));
@@ -135,7 +135,7 @@ TEST_F(RatePromptTest, yes_opens_the_store_page_and_then_records_the_build) {
 TEST_F(RatePromptTest, a_store_page_that_does_not_open_records_nothing) {
     workspace.succeeds = false;
     delegate.alertDidEndClose(nullptr, 1, nullptr);
-    delegate.alertDidEndClose(nullptr, 7, nullptr); // any code but 0
+    delegate.alertDidEndClose(nullptr, 7, nullptr); // any code other than 0
     EXPECT_EQ(workspace.asked.size(), 2);
     EXPECT_FALSE(defaults.allKeys().contains(QStringLiteral("appVersion")));
 }

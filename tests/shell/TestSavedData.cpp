@@ -47,7 +47,7 @@ class SavedDataTest : public AppDelegateFixture {
                   0);
     }
 
-    /// Takes away the right to write more than nothing into a file, for as long as it lives.
+    /// Lets the process write no byte into any file, as long as this object lives.
     class FullDisk {
       public:
         FullDisk() {
@@ -64,7 +64,7 @@ class SavedDataTest : public AppDelegateFixture {
         rlimit m_before{};
     };
 
-    /// Presses that button of the alert that is about to come, and notes what it said.
+    /// Presses the button `name` of the alert that is about to come, and keeps the alert's text.
     void answerNextAlert(const QString& name) {
         QTimer::singleShot(0, &application, [this, name] {
             auto* alert = visible<Alert>();
@@ -244,7 +244,7 @@ TEST_F(SavedDataTest, the_running_program_goes_on_or_ends_as_the_answer_says) {
     for (const bool cancels : {true, false}) {
         bool isShown = false;
         std::optional<FullDisk> disk;
-        // The alert comes when the last window's closing is known.
+        // The alert comes when the closing of the last window is handled.
         QTimer answer;
         QObject::connect(&answer, &QTimer::timeout, &application, [&] {
             if (visible<Alert>() == nullptr)
@@ -301,7 +301,7 @@ TEST_F(SavedDataTest, an_error_is_presented_in_an_alert_that_recovers_nothing) {
     EXPECT_EQ(buttons, QStringLiteral("OK"));
 }
 
-/// What a process that can't have its store leaves on standard error before it aborts.
+/// Tests what a process writes to standard error before it aborts, because it can't open its store.
 class StoreDeathTest : public testing::Test {
   protected:
     StoreDeathTest() { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
@@ -363,7 +363,7 @@ TEST_F(StoreDeathTest, a_folder_that_cannot_be_read_is_the_end) {
 }
 
 TEST_F(StoreDeathTest, a_folder_that_cannot_be_made_is_the_end) {
-    // A link that leads nowhere: nothing is there, and nothing can be made there.
+    // A link that leads nowhere: nothing exists at its path, and nothing can be made there.
     const QString folder = AppDelegate::applicationDocumentsDirectory();
     QDir().mkpath(QFileInfo(folder).path());
     ASSERT_TRUE(QFile::link(QStringLiteral("/nowhere/at/all"), folder));

@@ -32,7 +32,8 @@ void expectMalformed(const QByteArray& bytes) {
     EXPECT_FALSE(value.error().sentence.isEmpty());
 }
 
-/// A binary list of these objects, the first the root: header, objects, their places, trailer.
+/// A binary list of `objects`; the first one is the root. Header, objects, their places and the trailer
+/// follow each other.
 QByteArray binary(const QList<QByteArray>& objects) {
     QByteArray bytes = "bplist00";
     QByteArray places;
@@ -49,7 +50,7 @@ QByteArray binary(const QList<QByteArray>& objects) {
     return bytes;
 }
 
-/// A string object of a binary list, of at most 14 characters.
+/// A string object of a binary list. `characters` holds at most 14.
 QByteArray ascii(const QByteArray& characters) {
     return QByteArray(1, static_cast<char>(0x50 + characters.size())) + characters;
 }
@@ -103,7 +104,7 @@ TEST(PropertyList, types_are_told_apart) {
 }
 
 TEST(PropertyList, every_type_is_read_from_binary) {
-    // A dictionary of eight keys (objects 1 to 8) and values (9 to 16), then what the array holds.
+    // A dictionary with eight keys (objects 1 to 8) and eight values (9 to 16). The array's items follow.
     QByteArray dictionary = "\xd8";
     for (char i = 1; i <= 16; ++i)
         dictionary.append(i);
@@ -191,7 +192,7 @@ TEST(PropertyList, an_xml_list_cut_off_within_its_root_is_an_error) {
                              "version=\"1.0\"?><plist><dict><key>a</key><array><string>text</string><true/></"
                              "array></dict></plist>";
     ASSERT_TRUE(PropertyList::parse(whole));
-    // Behind the root only the end of the list is left.
+    // A cut after the root leaves out only the end of the list.
     for (qsizetype length = 0; length < whole.indexOf("</plist>"); ++length)
         EXPECT_FALSE(PropertyList::parse(whole.left(length))) << whole.left(length).constData();
 }
@@ -243,7 +244,7 @@ TEST(PropertyList, a_nul_in_a_binary_text_or_key_is_refused_and_ends_nothing) {
         expectMalformed(binary({dictionary, key, nul}));
         expectMalformed(binary({dictionary, nul, key}));
     }
-    // Without it they are read.
+    // Texts without a NUL are read.
     EXPECT_EQ(parsed(binary({QByteArray("\x52"
                                         "ab",
                                         3)})),
@@ -257,7 +258,7 @@ TEST(PropertyList, a_text_that_reaches_beyond_the_list_is_refused) {
 }
 
 TEST(PropertyList, a_binary_collection_whose_count_is_no_count_is_refused) {
-    // An array whose count is an integer of 16 bytes, which readers take differently.
+    // An array with the count `count`. Readers take a count of 16 bytes differently.
     const auto list = [](const QByteArray& count) {
         QByteArray bytes = "bplist00\xAF" + count +
                            QByteArray("\x01\x51"

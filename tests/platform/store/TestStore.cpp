@@ -45,7 +45,7 @@ class StoreTest : public testing::Test {
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    /// Opens a store of these bytes and expects it to be refused with this code and left as it is.
+    /// Opens a store with the content `bytes`. Expects the error `code`, and a file that is left as it is.
     void expectRefused(const QByteArray& bytes, StoreErrorCode code) {
         write(bytes);
         error = {};
@@ -202,7 +202,7 @@ TEST_F(StoreTest, a_pipe_in_the_files_place_is_refused_without_waiting) {
 }
 
 TEST_F(StoreTest, a_folder_that_cannot_be_searched_is_no_empty_store) {
-    // A file where a folder belongs serves for that, also where the tests run as root.
+    // A file in the place of a folder can't be searched, also where the tests run as root.
     write("a file");
     PersistentStoreCoordinator coordinator(model);
     EXPECT_FALSE(coordinator.addPersistentStoreWithType(

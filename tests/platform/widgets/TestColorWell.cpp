@@ -42,7 +42,7 @@ TEST_F(ColorWellTest, the_panel_offers_alpha_and_is_followed_while_it_is_open) {
     EXPECT_EQ(well.panel()->currentColor(), QColor(51, 51, 51));
     well.panel()->setCurrentColor(QColor(255, 0, 0, 128));
     EXPECT_EQ(well.color(), (Color{1, 0, 0, 128 / 255.0}));
-    // The panel may change the colour and its alpha one after the other.
+    // The panel may change the colour first and its alpha after that, with an action for each.
     const int sent = actions;
     EXPECT_GE(sent, 1);
     well.panel()->accept();

@@ -59,7 +59,7 @@ TEST_F(FloatSliderTest, an_arrow_key_moves_by_a_hundredth_and_sends_one_action) 
     Events::key(&slider, Qt::Key_Home);
     EXPECT_EQ(slider.floatValue(), 0.0F);
     EXPECT_EQ(actions, 5);
-    // At the end of the range nothing changes any more.
+    // Beyond the end of the range nothing changes.
     Events::key(&slider, Qt::Key_Left);
     EXPECT_EQ(actions, 5);
 }

@@ -35,7 +35,7 @@ TEST_F(ImageViewTest, a_picture_of_the_views_size_is_shown_pixel_by_pixel) {
 
 TEST_F(ImageViewTest, keeps_the_aspect_ratio_and_centres) {
     view.setImage(Pictures::loadedImage(Pictures::flat(200, 50, Qt::red)));
-    // 64 × 16 in 64 × 48.
+    // The picture is shown as 64 × 16 in 64 × 48.
     EXPECT_EQ(at(0, 16), QColor(Qt::red));
     EXPECT_EQ(at(63, 31), QColor(Qt::red));
     EXPECT_EQ(at(32, 15), ground);
@@ -80,7 +80,7 @@ TEST_F(ImageViewTest, a_layer_that_masks_cuts_the_picture_along_its_rounded_corn
     EXPECT_EQ(at(32, 0), QColor(Qt::red));
     EXPECT_EQ(at(0, 24), QColor(Qt::red));
     EXPECT_EQ(at(32, 24), QColor(Qt::red));
-    // Antialiased: along the corner there are pixels between the two.
+    // The corner is antialiased: there are pixels between red and the background.
     int between = 0;
     for (int x = 0; x < 16; ++x) {
         const int red = at(x, 4).red();
