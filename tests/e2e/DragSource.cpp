@@ -1,4 +1,5 @@
-// A window at the left edge of the screen that files can be dragged from: DragSource FILE...
+// A window in the upper left corner of the screen. Its files can be dragged from it. Usage: DragSource
+// FILE...
 #include <QApplication>
 #include <QDrag>
 #include <QMimeData>
@@ -24,11 +25,11 @@ class Source final : public QWidget {
     void mousePressEvent(QMouseEvent* /*event*/) override {
         auto* files = new QMimeData;
         files->setUrls(m_urls);
-        // Its data are asked for after exec has returned.
+        // Qt deletes the drag later, because its data are asked for after exec has returned.
         auto* drag = new QDrag(this);
         drag->setMimeData(files);
         const Qt::DropAction action = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
-        // What the target made of it.
+        // Tells the test what the target has done.
         std::puts(action == Qt::CopyAction ? "copied" : action == Qt::IgnoreAction ? "ignored" : "other");
         std::fflush(stdout);
     }

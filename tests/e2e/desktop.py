@@ -78,7 +78,7 @@ class Desktop:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus()
         self._start_program("openbox", "--sm-disable", stderr=subprocess.DEVNULL)
         wait_for(lambda: b"window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "the window manager")
-        # This process reads the accessibility tree of that desktop.
+        # This process reads the accessibility tree of this desktop.
         os.environ.update(self.environment)
         from gi.repository import Atspi
 
@@ -163,17 +163,17 @@ class Desktop:
         self.run("xdotool", "type", "--delay", "5", text)
 
     def color(self, x, y):
-        """Of a pixel of the screen, as #RRGGBB."""
+        """The colour of a pixel of the screen, as #RRGGBB."""
         text = self.run("import", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8", "txt:-").decode()
         return text.split("#")[-1][:6].join(("#", "")) if "#" in text else None
 
     def screenshot(self, name):
         self.run("import", "-window", "root", str(self.artefacts / f"{name}.png"))
 
-    # What assistive technology sees
+    # Assistive technology
 
     def elements(self, role=None):
-        """All accessible elements of the application, as (name, role, states, element)."""
+        """The accessible elements of the application: all of them, or those with the role `role`."""
 
         def below(element):
             for i in range(element.get_child_count()):
@@ -189,7 +189,7 @@ class Desktop:
             if application is None or application.get_name() != "Tobrimax":
                 continue
             for element in below(application):
-                with contextlib.suppress(Exception):  # it may be gone by now
+                with contextlib.suppress(Exception):  # the element may be gone by now
                     element.clear_cache()
                     if role in (None, element.get_role_name()):
                         found.append(element)
@@ -203,7 +203,7 @@ class Desktop:
         return None
 
     def extents(self, element):
-        """Left, top, width and height on the screen."""
+        """Left, top, width and height of an element on the screen, in pixels."""
         extents = element.get_component_iface().get_extents(self.atspi.CoordType.SCREEN)
         return extents.x, extents.y, extents.width, extents.height
 
@@ -238,7 +238,7 @@ class Desktop:
             self.screenshot(screenshot)
         self.run("xdotool", "mouseup", "1")
         answer = source.stdout.readline().decode().strip()
-        # The source serves the data after it has let go.
+        # The source serves the data after the mouse button is released.
         time.sleep(0.5)
         self._stop(source)
         return answer

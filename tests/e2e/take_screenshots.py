@@ -36,7 +36,7 @@ def take_main_window(desktop, look):
     desktop.key("alt+a", "Right", "Left")
     desktop.key("alt+b")
     if "dark" in look:
-        # A border that can be seen on a dark desktop.
+        # A light border can be seen on a dark desktop.
         desktop.key("alt+c")
         desktop.wait_for_window("Select Color")
         desktop.screenshot("colour-panel")
@@ -85,7 +85,7 @@ if __name__ == "__main__":
     if len(sys.argv) > 5:
         take(*sys.argv[5:7])
     else:
-        # One process for each: a process can read one desktop's accessibility tree.
+        # Each desktop has a process of its own, because a process can read the accessibility tree of one desktop only.
         for look in ("light", "dark", "light-scale-2", "dark-scale-2"):
             for what in ("main", "others"):
                 subprocess.run([sys.executable, __file__, *sys.argv[1:5], what, look], check=True)

@@ -1,4 +1,4 @@
-"""The built application, used as a person uses it: with mouse, keyboard and a real drag from another process.
+"""Uses the built application as a person does: with mouse, keyboard and a real drag from another process.
 
 usage: test_application.py TOBRIMAX TOBRIMAX_CLI DRAG_SOURCE SAMPLE ARTEFACTS [TEST…]
 """
@@ -21,7 +21,7 @@ def files_below(folder):
 
 
 def icns_elements(path):
-    """The types in the file's order, each with the width of its PNG picture."""
+    """The types of an icns file's elements, in the file's order. Each has the width of its PNG picture, or None."""
     data = path.read_bytes()
     elements = []
     position = 8
@@ -94,7 +94,7 @@ class ApplicationTest(unittest.TestCase):
             self.assert_same_tree(out, expected)
             self.assertEqual(desktop.opened(), [f"file://{out}"])
 
-            # iPhone and iPad: two folders, opened twice.
+            # iPhone and iPad: two folders are written, and the output folder is opened twice.
             self.choose_platform(desktop, 2)
             out = desktop.folder / "universal"
             self.generate_into(desktop, out)
@@ -103,7 +103,7 @@ class ApplicationTest(unittest.TestCase):
             self.cli(expected, "--platform=universal", *style)
             self.assert_same_tree(out, expected)
 
-            # The Mac, with Application.icns; written after the folder was opened.
+            # The Mac, with Application.icns. This file is written after the folder was opened.
             self.choose_platform(desktop, 2)
             out = desktop.folder / "mac-set"
             self.generate_into(desktop, out)
@@ -115,7 +115,7 @@ class ApplicationTest(unittest.TestCase):
 
             self.assertIn("platform selected index:4", desktop.application_log())
             self.close_and_expect_status_0(desktop)
-            # The count of launches is all that is remembered; the desktop's own dialog has notes of its own.
+            # The program keeps only the count of launches. Qt's file dialog keeps settings of its own.
             left = [name for name in files_below(desktop.folder / "home") if "QtProject" not in name
                     and "/.cache/" not in f"/{name}"]
             self.assertEqual(left, [".config/Varnholt/Tobrimax.conf"])
@@ -136,7 +136,7 @@ class ApplicationTest(unittest.TestCase):
             buttons = [element.get_name() for element in desktop.elements("push button")]
             self.assertIn("Ok", buttons)
             desktop.screenshot("6-alert")
-            # Neither closing the sheet nor Escape does anything, and its window is blocked.
+            # Closing the sheet and Escape do nothing. The sheet's window is blocked.
             desktop.key("alt+F4", "Escape")
             desktop.run("xdotool", "mousemove", *map(str, desktop.well()), "click", "1")
             time.sleep(1)
@@ -171,16 +171,16 @@ class ApplicationTest(unittest.TestCase):
                 sizes = [subprocess.run(["identify", "-format", "%wx%h", folder / name], check=True,
                                         stdout=subprocess.PIPE).stdout for folder in (out, expected)]
                 self.assertEqual(sizes[0], sizes[1], name)
-            # Its seven renders are twice as large: 32 to 2048, of which the last has no element.
+            # The seven renders are twice as large: 32 to 2048. The last one has no element.
             self.assertEqual(icns_elements(out / "mac" / "Application.icns"),
                              [("ic10", 1024), ("ic09", 512), ("ic08", 256), ("ic07", 128), ("ic12", 64), ("il32", None),
                               ("l8mk", None)])
             self.close_and_expect_status_0(desktop)
 
     def expect_hover(self, desktop, button):
-        """The Generate button changes under the mouse, though it is disabled."""
+        """The Generate button changes under the mouse, also while it is disabled."""
         x, y, width, height = desktop.extents(button)
-        # A place on its left part, beside the title.
+        # A place in the button's left part, beside the title.
         at = (x + 20, y + height // 2)
         for place, color in (((x + width // 2, at[1]), "#434344"), ((at[0], at[1] - 60), "#39393A")):
             desktop.run("xdotool", "mousemove", *map(str, place))
@@ -251,14 +251,14 @@ class ApplicationTest(unittest.TestCase):
             self.open_promotion(desktop)
             wait_for(lambda: desktop.element("Lumenfold", "label"), "the first suggestion")
             desktop.screenshot("promotion")
-            # The third dot with the mouse: they lie in the middle, 50 points above the bottom edge.
+            # The mouse picks the third dot. The dots lie in the middle, 50 points above the bottom edge.
             x, y, width, height = desktop.geometry(desktop.windows("More from Varnholt")[-1])
             row = 8 * 25 + 7 * 5
             at = (x + (width - row) // 2 + 2 * 30 + 12, y + height - 50 - 12)
             desktop.run("xdotool", "mousemove", str(at[0]), str(at[1]), "click", "1")
             wait_for(lambda: desktop.element("Tidemark", "label"), "the third suggestion")
             self.assertRegex(desktop.application_log(), r"<BFPageControl: 0x[0-9a-f]+>: Selected page at index: 2")
-            # The next with the keyboard.
+            # The keyboard picks the next dot.
             desktop.key("Right")
             wait_for(lambda: desktop.element("Patchbay", "label"), "the fourth suggestion")
             desktop.screenshot("promotion-focused")

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What the process has at a time.
+/// The memory and the descriptors that the process holds at a time.
 struct Holdings {
     qint64 residentBytes = 0;
     qsizetype descriptors = 0;
@@ -28,7 +28,7 @@ struct Holdings {
     }
 };
 
-/// The main window as somebody uses it who never stops.
+/// The main window, used again and again.
 class Soak : public MainWindowFixture {
   protected:
     Soak() {
@@ -72,7 +72,7 @@ class Soak : public MainWindowFixture {
                    pictures.filePath(QStringLiteral("nowhere.png"))};
     }
 
-    /// Chooses the output folder in the dialog, which generates.
+    /// Chooses the output folder in the dialog; the generation follows.
     void generateByDialog() {
         Events::click(controller->generateBtn);
         if (auto* chooser = sheet<QFileDialog>())
@@ -95,8 +95,8 @@ class Soak : public MainWindowFixture {
         controller->colorPickerAction(controller->colorPicker);
     }
 
-    /// A turn in which, now and then, the folder can't be made, no file can be written, or there are no
-    /// sizes.
+    /// One generation. In some turns the folder can't be made, no file can be written, or the catalogue has
+    /// no sizes.
     void generate(int turn) {
         drop(dropped[static_cast<std::size_t>(turn) % dropped.size()]);
         changeStyle(turn);
@@ -133,7 +133,7 @@ class Soak : public MainWindowFixture {
 TEST_F(Soak, two_thousand_generations_leave_memory_and_descriptors_as_they_were) {
     constexpr int warm = 200;
     constexpr int all = 2000;
-    // Nothing is collected of what is logged.
+    // The log is dropped: lines that are kept would take memory.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     ASSERT_TRUE(QDir().mkpath(folder()));
     generateByDialog();
@@ -150,11 +150,11 @@ TEST_F(Soak, two_thousand_generations_leave_memory_and_descriptors_as_they_were)
     RecordProperty("residentBefore", std::to_string(before.residentBytes));
     RecordProperty("residentAfter", std::to_string(after.residentBytes));
     EXPECT_EQ(after.descriptors, before.descriptors);
-    // A sanitizer keeps freed memory for a while, and finds leaks by itself.
+    // A sanitizer keeps freed memory for a while. It finds leaks by itself.
     if constexpr (slowness == 1) {
         EXPECT_LE(after.residentBytes, before.residentBytes + before.residentBytes / 20);
     }
-    // The generations were ones.
+    // The generations did write files and open folders.
     EXPECT_GT(opened, all * 3 / 4);
     EXPECT_TRUE(
         GeneratorFixture::filesBelow(folder()).contains(QStringLiteral("iphone/AppIcon.appiconset/a.png")));
