@@ -75,15 +75,15 @@ std::vector<Edge> edgesOf(std::span<const QPointF> outline) {
 
 constexpr double wholeRow = 1 - 1e-12;
 
-/// What the polygon's two sides do within one row of pixels.
+/// The polygon's two sides within one row of pixels.
 struct RowSides {
     std::vector<Piece> left;
     std::vector<Piece> right;
     Extent leftExtent;
     Extent rightExtent;
-    double covered = 0; ///< the part of the row's height in which there is anything
+    double covered = 0; ///< the part of the row's height that the shape spans
 
-    /// Takes the edges of row `y`, which are sorted by their tops.
+    /// Collects the pieces of `edges` in row `y`. The edges are sorted by their tops.
     void collect(std::span<const Edge> edges, int y) {
         left.clear();
         right.clear();

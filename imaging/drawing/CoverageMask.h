@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-/// How much of each pixel of a raster a convex shape covers: exact areas, stored row by row with the fully
-/// covered middle of a row left out.
+/// The part of each pixel of a raster that a convex shape covers, as exact areas. They are stored row by row,
+/// without the fully covered middle of a row.
 class CoverageMask {
   public:
     /// One row of pixels. Outside [begin, end) nothing is covered, inside [fullBegin, fullEnd) everything.
@@ -19,9 +19,9 @@ class CoverageMask {
     };
 
     /// The mask of the convex polygon `outline` (any orientation, pixel coordinates, y downward) over a
-    /// raster of width × height pixels. `symmetric` says that the polygon is its own mirror image about both
-    /// middle axes of the raster: the mask then is too, to the last bit. An outline of fewer than three
-    /// points covers nothing.
+    /// raster of width × height pixels. With `symmetric` the polygon is its own mirror image about both
+    /// middle axes of the raster, and the mask is made symmetric to the last bit. An outline of fewer than
+    /// three points covers nothing.
     static CoverageMask ofConvexPolygon(std::span<const QPointF> outline, int width, int height,
                                         bool symmetric);
 

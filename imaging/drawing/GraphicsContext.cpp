@@ -12,7 +12,7 @@ namespace {
 
 constexpr double noise = 1e-6;
 
-/// `value`, or the whole number that it is meant to be.
+/// `value`, or the nearest whole number where the two differ by rounding noise alone.
 double snapped(double value) {
     const double whole = std::round(value);
     return std::abs(value - whole) <= noise ? whole : value;
@@ -22,7 +22,7 @@ std::uint8_t toByte(double value) {
     return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 255.0)));
 }
 
-/// Copies pixels that are shared. False where memory is short.
+/// Copies the pixels where they are shared. False where memory is short.
 bool makeOwn(QImage& raster) {
     return raster.bits() != nullptr;
 }
@@ -32,7 +32,7 @@ void scalePixel(std::uint8_t* pixel, double factor) {
         pixel[i] = toByte(pixel[i] * factor);
 }
 
-/// One axis of a rectangle on the raster: where it really lies and which pixels it touches.
+/// One axis of a rectangle on the raster: its exact place and the pixels that it touches.
 struct Span {
     double from;
     double to;
@@ -59,7 +59,7 @@ struct GraphicsContext::DeviceRect {
     Span y;
 
     bool isEmpty() const { return x.length() <= 0 || y.length() <= 0; }
-    /// Whether every pixel that it touches lies inside of it.
+    /// Whether the rectangle covers each pixel that it touches in full.
     bool isWhole() const { return x.from == x.begin && x.to == x.end && y.from == y.begin && y.to == y.end; }
 };
 
@@ -70,7 +70,7 @@ double GraphicsContext::pixelEdge(double points, int scale) {
 GraphicsContext::GraphicsContext(const QSizeF& size, int scale) : m_size(size), m_scale(scale) {
     const double width = pixelEdge(size.width(), scale);
     const double height = pixelEdge(size.height(), scale);
-    // Written so that a size that is not a number fails too.
+    // Comparisons with NaN are false, so a size that is not a number does not fit.
     const bool fits = width >= 1 && height >= 1 && width * height <= static_cast<double>(maximumPixels);
     if (!fits)
         return;
@@ -80,8 +80,8 @@ GraphicsContext::GraphicsContext(const QSizeF& size, int scale) : m_size(size), 
         addClip(Path::bezierPathWithRect(bounds));
 }
 
-/// Sees to it that there are pixels that may be changed, transparent ones at first. False where memory is
-/// short.
+/// Makes the raster's pixels, transparent at first, or copies them where they are shared. False where memory
+/// is short.
 bool GraphicsContext::makeRaster() {
     const bool isBlank = m_raster.isNull();
     if (isBlank)
@@ -93,7 +93,7 @@ bool GraphicsContext::makeRaster() {
     return hasRaster();
 }
 
-/// Half a picture is none.
+/// Gives the raster up: a picture that is only half drawn is not handed out.
 void GraphicsContext::loseRaster() {
     m_raster = QImage();
     m_pixelSize = QSize();
@@ -122,7 +122,7 @@ void GraphicsContext::addClip(const Path& path) {
     m_clipBounds = path.bounds();
 }
 
-/// Multiplies `layer`, whose top left pixel lies at (left, top) of the raster, with the clip's coverage.
+/// Multiplies `layer` by the clip's coverage. The layer's top left pixel lies at (left, top) of the raster.
 void GraphicsContext::applyClip(QImage& layer, int left, int top) const {
     for (int y = 0; y < layer.height(); ++y) {
         std::uint8_t* pixels = layer.scanLine(y);
@@ -138,7 +138,7 @@ void GraphicsContext::applyClip(QImage& layer, int left, int top) const {
     }
 }
 
-/// Multiplies the outermost rows and columns of `layer` with the parts of their pixels that `device` covers.
+/// Multiplies each pixel of `layer` by the part of it that `device` covers.
 void GraphicsContext::applyEdges(QImage& layer, const DeviceRect& device) {
     for (int y = 0; y < layer.height(); ++y) {
         const double vertical = std::min(1.0, device.y.coverage(device.y.begin + y));
@@ -182,7 +182,7 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
         loseRaster();
         return;
     }
-    // Where the rectangle contains the clip, the clip's edge is the edge of both.
+    // Where the rectangle contains the clip, the clip alone makes the edge.
     const bool clipDecides = m_clip && rect.contains(m_clipBounds);
     const bool cutsPixels = !clipDecides && !device.isWhole();
     if ((cutsPixels || m_clip) && !makeOwn(layer)) {
@@ -194,7 +194,7 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
     if (m_clip)
         applyClip(layer, device.x.begin, device.y.begin);
     if (m_raster.isNull() && layer.size() == m_pixelSize)
-        m_raster = std::move(layer); // source over nothing
+        m_raster = std::move(layer); // source over an empty raster
     else if (makeRaster())
         compositeOver(layer, device.x.begin, device.y.begin);
 }
@@ -202,7 +202,8 @@ void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
 void GraphicsContext::stroke(const Path& path, const Color& color) {
     if (!hasRaster() || !(path.lineWidth() > 0) || !(color.alpha > 0) || !makeRaster())
         return;
-    // The stroke of a convex outline lies between the outlines at half its width outside and inside.
+    // The stroke of a convex outline lies between two outlines: half the line width outside of it, and half
+    // the line width inside.
     const CoverageMask outer = coverage(path, path.lineWidth() / 2);
     const CoverageMask inner = coverage(path, -path.lineWidth() / 2);
     const double alpha = std::min(color.alpha, 1.0);

@@ -11,40 +11,43 @@
 
 #include <optional>
 
-/// A transparent picture that is being drawn. Coordinates are points with the origin in the lower left corner
-/// and y upward; a point is `scale` pixels wide. Where a side has a fraction of a pixel the raster rounds up,
-/// the picture stands on its lower left corner, and the pixels that it reaches into only in part are covered
-/// in part.
+/// Draws a picture, which is transparent at first. Coordinates are points; the origin is the lower left
+/// corner, and y points upward. A point is `scale` pixels wide. Where a side is not a whole number of pixels,
+/// the raster rounds up. The picture starts at the raster's lower left corner, and covers the pixels at its
+/// upper and right edges in part.
 class GraphicsContext {
   public:
-    /// The most pixels that a raster may have: as many as a picture.
+    /// A raster's limit in pixels: the same as a picture's.
     static constexpr qint64 maximumPixels = PictureReader::maximumPixels;
 
-    /// The pixels that a side of `points` needs: up to the next whole one, but for rounding noise below 10⁻⁶.
+    /// How many pixels a side of `points` needs: points × scale, rounded up. Up to 10⁻⁶ above a whole number
+    /// is rounding noise and does not count.
     static double pixelEdge(double points, int scale);
 
     GraphicsContext(const QSizeF& size, int scale);
 
-    /// Without a raster nothing is drawn: the size is empty, not a number, or has more pixels than the limit.
-    /// It is lost where memory is short or a picture can't be drawn.
+    /// Whether there is a raster to draw on. There is none where the size is empty, not a number, or has more
+    /// pixels than the limit. The raster is lost where memory is short or a picture can't be drawn. Without a
+    /// raster nothing is drawn.
     bool hasRaster() const { return !m_pixelSize.isEmpty(); }
 
-    /// What pictures are resampled with from here on.
+    /// The filter that resamples the pictures drawn from now on.
     ResampleFilter imageInterpolation() const { return m_imageInterpolation; }
     void setImageInterpolation(ResampleFilter filter) { m_imageInterpolation = filter; }
 
-    /// From here on everything is drawn through the inside of `path`, antialiased. The path lies inside the
-    /// picture, and takes the place of an earlier one.
+    /// Clips what is drawn from now on to the inside of `path`, antialiased. The path lies inside the
+    /// picture, and replaces an earlier one.
     void addClip(const Path& path);
 
-    /// The whole of `image` stretched into `rect`, source over, antialiased where an edge of `rect` cuts a
-    /// pixel.
+    /// Draws the whole of `image` stretched into `rect`, source over, antialiased where an edge of `rect`
+    /// cuts a pixel.
     void drawImage(const Image& image, const QRectF& rect);
 
-    /// The outline of `path` in `color`, source over.
+    /// Draws the outline of `path` in `color`, source over.
     void stroke(const Path& path, const Color& color);
 
-    /// What was drawn: an image of the context's size with the raster as its one representation, or none.
+    /// What was drawn, as an image of the context's size. Its one representation is the raster; without a
+    /// raster it has no representation.
     Image image();
 
   private:
@@ -62,6 +65,6 @@ class GraphicsContext {
     QSize m_pixelSize; ///< empty where there is no raster
     QImage m_raster;   ///< null as long as nothing is drawn
     ResampleFilter m_imageInterpolation = ResampleFilter::Lanczos3;
-    std::optional<CoverageMask> m_clip; ///< none where all pixels are drawn on in full
+    std::optional<CoverageMask> m_clip; ///< empty where nothing is clipped
     QRectF m_clipBounds;
 };

@@ -6,8 +6,8 @@
 
 namespace {
 
-/// The corner of the shape in the quadrant where both coordinates are positive, seen from the shape's middle:
-/// the ellipse quarter's points with their outward unit normals, from the right side round to the bottom.
+/// A point of the corner in the quadrant of positive coordinates, seen from the shape's middle, with its
+/// outward unit normal. The points of a corner's quarter ellipse go from the right side round to the bottom.
 struct CornerPoint {
     QPointF position;
     QPointF normal;
@@ -23,7 +23,7 @@ std::vector<CornerPoint> flattenedCorner(double halfWidth, double halfHeight, do
     std::vector<CornerPoint> corner;
     corner.reserve(static_cast<std::size_t>(pieces) + 1);
     for (int i = 0; i <= pieces; ++i) {
-        // The ends are exact: sin and cos of a quarter turn are not.
+        // The ends are set exactly; sin and cos of a quarter turn are not exact.
         const double angle = std::numbers::pi / 2 * i / pieces;
         const double c = i == pieces ? 0 : std::cos(angle);
         const double s = i == 0 ? 0 : i == pieces ? 1 : std::sin(angle);
@@ -34,8 +34,8 @@ std::vector<CornerPoint> flattenedCorner(double halfWidth, double halfHeight, do
     return corner;
 }
 
-/// Cuts from the convex polygon `points` what lies beyond the line through `on` with the outward normal
-/// `normal`.
+/// The convex polygon `points` without the part beyond the line through `on`. `normal` is the line's outward
+/// normal.
 std::vector<QPointF> cutBeyond(const std::vector<QPointF>& points, const QPointF& on, const QPointF& normal) {
     std::vector<QPointF> kept;
     kept.reserve(points.size() + 1);
@@ -53,9 +53,9 @@ std::vector<QPointF> cutBeyond(const std::vector<QPointF>& points, const QPointF
     return kept;
 }
 
-/// The quadrant of the shape moved inward: what is left of the quadrant inside every tangent moved by
-/// `distance`. A shape with two mirror axes can be eroded one quadrant at a time, since the nearest point of
-/// the outline lies in the same quadrant.
+/// The quadrant of the shape's outline moved inward by `distance`: the part of the quadrant that lies inside
+/// every tangent after the tangent has been moved. Where a shape has two mirror axes, the nearest point of
+/// the outline lies in the same quadrant, so each quadrant can be eroded alone.
 std::vector<QPointF> erodedQuadrant(const std::vector<CornerPoint>& corner, double halfWidth,
                                     double halfHeight, double distance) {
     std::vector<QPointF> quadrant{{0, 0},
@@ -75,7 +75,8 @@ std::vector<QPointF> erodedQuadrant(const std::vector<CornerPoint>& corner, doub
     return quadrant;
 }
 
-/// All four quadrants from the one with positive coordinates, moved to `centre`.
+/// The outline of all four quadrants, mirrored from the quadrant of positive coordinates and moved to
+/// `centre`.
 std::vector<QPointF> mirrored(const std::vector<QPointF>& quadrant, const QPointF& centre) {
     std::vector<QPointF> outline;
     outline.reserve(4 * quadrant.size());

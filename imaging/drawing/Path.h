@@ -24,11 +24,11 @@ class Path {
     double xRadius() const { return m_xRadius; }
     double yRadius() const { return m_yRadius; }
 
-    /// Points; the stroke is centred on the outline. 0 or less strokes nothing.
+    /// In points. The stroke is centred on the outline. A width of 0 or less strokes nothing.
     double lineWidth() const { return m_lineWidth; }
     void setLineWidth(double width) { m_lineWidth = width; }
 
-    /// The line width of the paths that are made from now on, in the whole process; 1 at its start.
+    /// The line width of new paths in the whole process; 1 at first.
     static double defaultLineWidth();
     static void setDefaultLineWidth(double width);
 
@@ -44,7 +44,7 @@ class Path {
     double m_lineWidth;
 };
 
-/// The convex polygon around a path's outline moved outward by `distance` (inward where negative), flattened
-/// to within a thousandth of a unit: the points at exactly that distance from the outline. Empty where
-/// nothing is left. With distance 0 it is the outline itself. Square corners stay square.
+/// A path's outline moved outward by `distance` (inward where negative), as a convex polygon. Its points lie
+/// at exactly that distance from the outline; curves are flattened to within a thousandth of a unit. Square
+/// corners stay square. With distance 0 it is the outline itself. Empty where nothing is left.
 std::vector<QPointF> offsetOutline(const QRectF& bounds, double xRadius, double yRadius, double distance);

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// One half of a Gaussian with its middle, such that both halves and the middle make 1.
+/// The weights of a Gaussian from its middle to one side. The middle and both sides sum to 1.
 std::vector<float> gaussian(double deviation) {
     const int reach = static_cast<int>(std::ceil(3 * deviation));
     std::vector<double> weights;
@@ -25,7 +25,7 @@ std::vector<float> gaussian(double deviation) {
     return normal;
 }
 
-/// A plane of coverage, with a margin of nothing around it as wide as the blur reaches.
+/// A plane of coverage, with a margin around it as wide as the blur reaches.
 class Plane {
   public:
     Plane(int width, int height, int margin)
@@ -37,11 +37,11 @@ class Plane {
     }
     std::size_t stride() const { return size(m_width) + 2 * size(m_margin); }
 
-    /// Weighs each value with its neighbours `step` values apart.
+    /// Blurs along one axis. Neighbours on that axis lie `step` values apart in memory.
     void blur(const std::vector<float>& weights, std::size_t step) {
         std::vector<float> row(static_cast<std::size_t>(m_width));
         std::vector<float> blurred(m_values.size(), 0.0F);
-        // Rows beyond the plane count for the columns of those within.
+        // The pass along rows blurs the margin's rows too: the pass along columns reads them.
         for (int y = -m_margin; y < m_height + m_margin; ++y) {
             const bool isWithin = y >= 0 && y < m_height;
             if (step != 1 && !isWithin)
@@ -71,7 +71,7 @@ class Plane {
     std::vector<float> m_values;
 };
 
-/// The coverage of `shape`, in device pixels, over `area` and blurred.
+/// The blurred coverage of `shape` over `area`, in device pixels.
 QImage blurredMask(const QPainterPath& shape, const QRect& area, double deviation) {
     const std::vector<float> weights = gaussian(deviation);
     const int margin = static_cast<int>(weights.size()) - 1;

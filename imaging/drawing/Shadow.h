@@ -7,13 +7,13 @@
 
 class QPainter;
 
-/// What a shape throws on what lies behind it.
+/// The shadow that a shape throws on its background.
 struct Shadow {
     Color color;
     QPointF offset;        ///< in points of the painter's coordinates
     double blurRadius = 0; ///< in points: twice the standard deviation of a Gaussian blur
 };
 
-/// Draws the shadow that `shape`, filled, throws inside of `clip`; not the shape itself. Both edges are
-/// antialiased, and the blur is made for the pixels of the painter's device. Nothing is kept.
+/// Draws the shadow that the filled `shape` throws inside of `clip`, without the shape itself. The edges of
+/// shadow and clip are antialiased. The blur is made for the pixels of the painter's device, and is not kept.
 void drawShadow(QPainter& painter, const QPainterPath& shape, const Shadow& shadow, const QPainterPath& clip);

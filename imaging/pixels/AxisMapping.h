@@ -1,7 +1,7 @@
 #pragma once
 
-/// What a target pixel takes from the samples around its place; stretched by the ratio where the source is
-/// reduced, so that all that a pixel covers counts.
+/// How the source samples around a target pixel are weighed. Where the source is reduced, the filter is
+/// stretched by the ratio, so every sample that the pixel covers counts.
 enum class ResampleFilter {
     Nearest,  ///< the one sample at its middle, at any ratio
     Linear,   ///< a triangle: bilinear interpolation
@@ -10,7 +10,8 @@ enum class ResampleFilter {
 };
 
 /// How one axis of a source lies on the pixels of a target: all `sourceLength` samples are stretched over the
-/// target's interval [origin, origin + length), in target pixels. Neither needs to be a whole number.
+/// target's interval [origin, origin + length), in target pixels. Origin and length need not be whole
+/// numbers.
 struct AxisMapping {
     int sourceLength = 0;
     double origin = 0;

@@ -20,8 +20,8 @@ cmsToneCurve* srgbCurve() {
     return cmsBuildParametricToneCurve(nullptr, 4, parameters.data());
 }
 
-/// From the header's own bytes: the library hands it over as an enumeration, whose values a file need not
-/// keep to.
+/// Read from the header's own bytes: the library returns it as an enumeration, and a file may hold a value
+/// that the enumeration lacks.
 ColorProfile::Space spaceOf(const QByteArray& icc) {
     const QByteArray signature = icc.mid(16, 4);
     if (signature == "GRAY")

@@ -5,23 +5,23 @@
 #include <array>
 #include <memory>
 
-/// A colour profile that pictures are converted from. Empty where none is embedded or the embedded one is
-/// broken.
+/// The colour profile that a picture is converted from. Empty where the picture embeds no profile or a broken
+/// one.
 class ColorProfile {
   public:
     /// No profile: the picture is taken as sRGB.
     ColorProfile() = default;
 
-    /// From the bytes of an ICC profile (ISO 15076-1); empty where they are none.
+    /// From the bytes of an ICC profile (ISO 15076-1); empty where the bytes are not a profile.
     static ColorProfile fromIcc(const QByteArray& icc);
 
     /// CIE xy of white, red, green and blue.
     using Chromaticities = std::array<std::array<double, 2>, 4>;
     static const Chromaticities srgbChromaticities;
 
-    /// An RGB profile of those primaries, or a grey one, whose samples are intensity to the power of
-    /// `encodingGamma` (0.45455 is taken as the sRGB curve, which it stands for by convention). Empty where
-    /// that is sRGB itself.
+    /// A grey profile, or an RGB profile of those primaries. Its samples are intensity to the power of
+    /// `encodingGamma`; 0.45455 stands for the sRGB curve by convention. Empty where the result is sRGB
+    /// itself, and where the gamma is not above 0.01 and at most 10.
     static ColorProfile fromGamma(double encodingGamma, const Chromaticities& chromaticities, bool grey);
 
     /// The colours that the profile describes.

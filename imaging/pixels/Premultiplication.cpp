@@ -24,7 +24,7 @@ using Integers = hn::Repartition<std::int32_t, Bytes>;
 using Floats = hn::Repartition<float, Bytes>;
 using Pixels = hn::Vec<Words>; ///< R, or A of ARGB, is a word's lowest byte
 
-/// Replaces the pixels of each full vector by what `change` makes of them; how many pixels those were.
+/// Applies `change` to the pixels of each full vector. Returns how many pixels it changed.
 template <class Change>
 HWY_INLINE std::size_t eachVector(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels,
                                   Change change) {
@@ -37,7 +37,7 @@ HWY_INLINE std::size_t eachVector(const std::uint8_t* in, std::uint8_t* out, std
     return done;
 }
 
-/// Two samples a word, each with room for its product: (a × b) ÷ 255, rounded.
+/// (a × b) ÷ 255, rounded. A word holds two samples, and each has 16 bits for its product.
 template <class V>
 HWY_INLINE V multiplied(V a, V b) {
     const auto product = hn::Mul(hn::BitCast(Halves(), a), hn::BitCast(Halves(), b));
@@ -65,13 +65,13 @@ template <int Alpha>
 HWY_INLINE Pixels unpremultiplied(Pixels pixel) {
     const Pixels alpha = sample<Alpha>(pixel);
     const Pixels full = hn::Set(Words(), 255);
-    // Most pixels are opaque or empty, and stay as they are.
+    // Most pixels are opaque or empty; these do not change.
     if (hn::AllTrue(Words(), hn::Or(hn::Eq(alpha, full), hn::Eq(pixel, hn::Zero(Words())))))
         return pixel;
     const Pixels half = hn::ShiftRight<1>(alpha);
     const auto divisor = hn::ConvertTo(Floats(), hn::BitCast(Integers(), alpha));
-    // A half more keeps the quotient at least 1 ÷ 2a from the whole numbers around it: further than any
-    // rounding error reaches, that of a division that is only nearly right too.
+    // The added half keeps the quotient at least 1 ÷ 2a from the whole numbers around it. No rounding error
+    // reaches that far, not even that of an approximate division.
     const auto divided = [&](Pixels color) HWY_ATTR {
         const Pixels dividend = hn::Add(hn::Sub(hn::ShiftLeft<8>(color), color), half);
         const auto exact = hn::ConvertTo(Floats(), hn::BitCast(Integers(), dividend));
@@ -112,7 +112,7 @@ void premultiply(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels) 
     }
 }
 
-/// `Alpha` is the byte of a pixel that its alpha is in.
+/// `Alpha` is the index of alpha among a pixel's bytes.
 template <int Alpha>
 void unpremultiplyWith(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels) {
     std::size_t done = 0;

@@ -5,20 +5,20 @@
 #include <cstddef>
 #include <cstdint>
 
-// Colours and alpha of RGBA pixels of 8 bits a sample. `in` and `out` may be the same, but not overlap
-// otherwise.
+// Pixels are RGBA, 8 bits a sample. `in` and `out` may be the same memory; otherwise they do not overlap.
 
-/// `pixels` straight pixels with their colours multiplied by alpha: c × a ÷ 255, rounded.
+/// Multiplies the colours of `pixels` straight pixels by alpha: c × a ÷ 255, rounded.
 void premultiply(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels);
 
-/// `pixels` premultiplied pixels with their colours divided by alpha: (c × 255 + a ÷ 2) ÷ a in whole numbers,
-/// at most 255; alpha 0 gives colour 0.
+/// Divides the colours of `pixels` premultiplied pixels by alpha: (c × 255 + a ÷ 2) ÷ a in whole numbers, at
+/// most 255. Alpha 0 gives colour 0.
 void unpremultiply(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels);
 
 /// The same for A, R, G, B pixels.
 void unpremultiplyArgb(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels);
 
-/// `pixels` premultiplied pixels of unknown origin, with colours that exceed their alpha lowered to it.
+/// Lowers each colour that exceeds its alpha to the alpha, in `pixels` premultiplied pixels of unknown
+/// origin.
 void clampToAlpha(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels);
 
 /// Whether no colour of `pixels` premultiplied pixels exceeds its alpha.

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 QSize ReducedCopies::nextSize(const QSize& size) {
-    // Below this no icon gains from a further copy.
+    // No icon gains from a copy with a shorter side.
     constexpr int smallestSide = 32;
     const auto reduced = [](int side) { return side >= 2 * smallestSide ? (side + 1) / 2 : side; };
     return {reduced(size.width()), reduced(size.height())};

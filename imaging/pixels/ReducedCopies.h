@@ -8,24 +8,24 @@
 #include <span>
 #include <vector>
 
-/// The copies of a picture in smaller sizes that renders draw from, so that small ones need not read all of
-/// it.
+/// Smaller copies of a picture. A small render draws from one of them and need not read the whole picture.
 namespace ReducedCopies {
 
-/// The sides of the next copy: each is halved on its own while that leaves enough of it. Odd ones round up.
-/// `size` itself where there is no further copy.
+/// The size of the copy that follows `size`. Each side of 64 pixels or more is halved, rounded up; a shorter
+/// side stays. `size` itself where there is no further copy.
 QSize nextSize(const QSize& size);
 
-/// Which of some sizes of one picture a render of `pixels` draws from: that of just as many pixels; else the
-/// smallest of at least twice as many in each direction, or as many as there are, so that one proper
-/// reduction is left to do. The number of sizes where none is enough.
+/// The index of the size that a render of `pixels` draws from; `sizes` are those of one picture. It is the
+/// size that equals `pixels`. Failing that, it is the smallest size that has in each direction at least twice
+/// the pixels of the render, or all pixels of the picture: one proper reduction is then left to do.
+/// sizes.size() where no size is enough.
 std::size_t bestOf(std::span<const QSize> sizes, const QSizeF& pixels);
 
-/// Every size, in pixels, that a picture will be drawn in, where that is known.
+/// All sizes, in pixels, that a picture will be drawn in. nullopt where they are not known.
 using Renders = std::optional<std::vector<QSizeF>>;
 
-/// The largest size, of a picture of `size` and its copies, that one of the renders draws from; `size` itself
-/// where nothing is known of them.
+/// The largest size that one of the renders draws from: `size`, the picture's own, or that of one of its
+/// copies. `size` where the renders are not known.
 QSize largestNeeded(const QSize& size, const Renders& renders);
 
 } // namespace ReducedCopies

@@ -8,15 +8,15 @@
 #include <cstdint>
 #include <vector>
 
-/// Makes one of the reduced copies of a picture that comes row by row from its top, by way of those in
-/// between, without ever keeping the whole of it.
+/// Makes a reduced copy of a picture that comes row by row from its top. Each row passes through the copies
+/// in between. Neither these copies nor the picture are ever kept whole.
 class ReducingStream {
   public:
-    /// The copy goes into `target`, which must outlive this and have the size of a copy of a picture of
-    /// `size` pixels, as ReducedCopies tells them. May throw std::bad_alloc.
+    /// Writes the copy into `target`, which outlives this object. `size` is the picture's; the size of
+    /// `target` is that of one of its copies (ReducedCopies::nextSize). May throw std::bad_alloc.
     ReducingStream(const QSize& size, QImage& target);
 
-    /// Where the next row of the picture belongs, 4 bytes for each pixel.
+    /// Where the caller writes the next row of the picture before `addRow`, 4 bytes for each pixel.
     std::uint8_t* nextRow() { return m_steps.front().nextRow(); }
     void addRow() { addRow(0); }
 

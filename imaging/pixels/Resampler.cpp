@@ -15,11 +15,11 @@
 // after foreach_target
 #include <hwy/highway.h>
 
-// The arithmetic is in whole numbers throughout: sums don't depend on their order, so that every processor
-// gives the same bytes and a mirrored picture mirrored ones.
+// All arithmetic is in whole numbers. Sums then don't depend on their order: every processor gives the same
+// bytes, and a mirrored picture gives mirrored bytes.
 //
-// Source samples have 8 bits, weights 14 fractional bits. Between the two passes a sample keeps 6 fractional
-// bits in 16 bits, which leaves room for overshoot up to twice the range.
+// Source samples have 8 bits, weights 14 fractional bits. Between the two passes a sample has 16 bits, 6 of
+// them fractional. This leaves room for overshoot up to twice the range.
 
 HWY_BEFORE_NAMESPACE();
 namespace resampler::HWY_NAMESPACE {
@@ -32,7 +32,7 @@ constexpr int rowShift = ResamplerWeights::fractionBits + betweenBits;
 
 #if HWY_TARGET == HWY_SCALAR
 
-// The same in plain C++, for processors and compilers without anything better.
+// The same in plain C++, for processors and compilers without vector instructions.
 
 void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights, int pairs, std::size_t count,
                    std::int16_t* out) {
@@ -65,13 +65,14 @@ void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int cou
 
 #else
 
-/// One row between the passes: `count` samples of the column filter over `pairs` pairs of rows. `rows` holds
-/// two pointers a pair. The samples of each two neighbouring pixels come out side by side, r0 r1 g0 g1 b0 b1
-/// a0 a1, so that one multiplication takes a pair of taps; the second of a pair that is cut off is zero.
+/// Filters columns: makes `count` samples of the row between the passes from `pairs` pairs of rows. `rows`
+/// holds two pointers a pair. The samples of two neighbouring pixels come out side by side, r0 r1 g0 g1 b0 b1
+/// a0 a1, so one multiplication takes a pair of taps. Where the last pixel has no neighbour, the neighbour's
+/// samples are zero.
 void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights, int pairs, std::size_t count,
                    std::int16_t* out) {
-    // Interleaving stays within blocks of 16 bytes: the lower sums of a block are those of its first pixel,
-    // the upper ones those of its second.
+    // Interleaving stays within blocks of 16 bytes. The lower sums of a block belong to its first pixel, the
+    // upper sums to its second.
     const hn::ScalableTag<std::int16_t> d16;
     const hn::Rebind<std::uint8_t, decltype(d16)> d8;
     const hn::RepartitionToWide<decltype(d16)> d32;
@@ -96,7 +97,7 @@ void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights,
         }
         const auto first = hn::Add(hn::RearrangeToOddPlusEven(lower0, lower1), round);
         const auto second = hn::Add(hn::RearrangeToOddPlusEven(upper0, upper1), round);
-        // Both have 16 bits once they are shifted.
+        // After the shift both sums have 16 bits.
         return hn::OddEven(hn::BitCast(d16, hn::ShiftLeft<16 - columnShift>(second)),
                            hn::BitCast(d16, hn::ShiftRight<columnShift>(first)));
     };
@@ -119,8 +120,9 @@ void filterColumns(const std::uint8_t* const* rows, const std::int16_t* weights,
     std::memcpy(out + i, results, (rest + 7) / 8 * 8 * sizeof *out);
 }
 
-/// As many pixels as `d32` holds, from the taps of the first of them; each next one's taps lie one pair of
-/// pixels further and have the same weights. Samples are clamped to what a premultiplied pixel may hold.
+/// Filters as many pixels as `d32` holds. `taps` are those of the first pixel. The taps of each next pixel
+/// lie one pair of pixels further and have the same weights. Samples are clamped to 0 to 255, and colours to
+/// their alpha.
 template <class D>
 HWY_INLINE void filterPixels(D d32, const std::int16_t* taps, const std::int16_t* factors, int pairs,
                              std::uint8_t* out) {
@@ -140,7 +142,7 @@ HWY_INLINE void filterPixels(D d32, const std::int16_t* taps, const std::int16_t
     hn::StoreU(hn::DemoteTo(d8, inRange), d8, out);
 }
 
-/// One row of pixels from a row between the passes.
+/// Makes one row of pixels from a row between the passes.
 void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int count, std::uint8_t* out) {
     const hn::FixedTag<std::int32_t, 4> one;
     const hn::ScalableTag<std::int32_t> several;
@@ -160,7 +162,7 @@ void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int cou
 
 #endif
 
-/// One target row. `between` takes the row between the passes; `weights` are those of the rows.
+/// Makes one target row. `between` is room for the row between the passes; `weights` are those along a row.
 void resampleRow(const RowTaps& taps, std::int16_t* between, const ResamplerWeights& weights, int count,
                  std::uint8_t* out) {
     filterColumns(taps.rows, taps.weights, taps.pairs, 4 * taps.width, between);
@@ -177,7 +179,7 @@ namespace {
 
 VECTOR_EXPORT(resampleRow);
 
-/// From within the namespace: with a single instruction set the name is a plain one of that set.
+/// Stands inside the namespace: with a single instruction set VECTOR_DISPATCH gives a name relative to it.
 void dispatch(const RowTaps& taps, std::int16_t* between, const ResamplerWeights& weights, int count,
               std::uint8_t* out) {
     VECTOR_DISPATCH(resampleRow)(taps, between, weights, count, out);
@@ -194,7 +196,7 @@ RowResampler::RowResampler(const AxisMapping& x, const AxisMapping& y)
       m_targetWidth(x.targetLength),
       m_targetHeight(y.targetLength),
       m_taps(static_cast<std::size_t>(2 * m_columns.pairs())) {
-    // Taps that the padding adds read beyond the row's end: they read zeros.
+    // The taps of the padding read beyond the row's end; zeros lie there.
     const std::size_t padded = (m_sourceWidth + 1) / 2 * 2 + 2 * static_cast<std::size_t>(m_rows.pairs());
     const std::size_t size = 4 * padded * sizeof(std::int16_t);
     m_between.reset(static_cast<std::int16_t*>(::operator new(size, alignment)));
@@ -221,7 +223,7 @@ void RowResampler::resample(const QImage& source, QImage& target) {
 
 StreamResampler::StreamResampler(const AxisMapping& x, const AxisMapping& y)
     : m_rows(x, y), m_targetHeight(y.targetLength) {
-    // A result is taken as soon as the rows that it needs have come; what later ones still need is kept.
+    // A result is taken as soon as the rows that it needs have come. Rows that later results need are kept.
     int come = 0;
     std::vector<int> comeBefore;
     for (int target = 0; target < m_targetHeight; ++target) {
@@ -233,7 +235,7 @@ StreamResampler::StreamResampler(const AxisMapping& x, const AxisMapping& y)
         kept = std::min(kept, m_rows.firstRow(target));
         m_capacity = std::max(m_capacity, comeBefore[static_cast<std::size_t>(target)] - kept);
     }
-    // An odd number of cache lines, so that the samples of a column do not all want the same part of a cache.
+    // An odd number of cache lines a row: the samples of a column then use different parts of a cache.
     constexpr std::size_t line = 64;
     const std::size_t lines = (4 * static_cast<std::size_t>(x.sourceLength) + line - 1) / line;
     m_rowBytes = (lines | 1) * line;

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// How far a filter reaches to each side, in source samples where it is not stretched.
+/// How far a filter reaches to each side, in source samples, before it is stretched.
 double reachOf(ResampleFilter filter) {
     switch (filter) {
     case ResampleFilter::Nearest:
@@ -56,13 +56,14 @@ struct Taps {
     std::vector<int> weights;
 };
 
-/// From a ratio of two on the filter lets nothing of the finest pattern through, that of every other sample.
-/// Where the source's edge cuts taps off that is lost; the smallest change of the others that restores it,
-/// and that changes neither their sum nor their centre of gravity, is added to `values`.
+/// Gives the even and the odd taps the same sum. From a ratio of two on the filter lets nothing of the finest
+/// pattern through, which has a period of two samples. Where the source's edge cuts taps off, the filter
+/// loses this property. The smallest change of the remaining taps that restores it, and keeps their sum and
+/// their centre of gravity, is added to `values`.
 void restoreParity(std::vector<double>& values) {
     const auto count = static_cast<double>(values.size());
-    // Three conditions on change(i) = a + b x + c s, where x is the tap's place from the middle and s is 1
-    // and -1 in turn: the sum of change, of x × change and of s × change.
+    // change(i) = a + b x + c s. x is the tap's place from the middle; s is 1 and -1 in turn. There are three
+    // conditions: on the sum of change, of x × change and of s × change.
     double parity = 0;
     double squares = 0;
     double signs = 0;
@@ -88,7 +89,7 @@ void restoreParity(std::vector<double>& values) {
     }
 }
 
-/// Makes every `classes`-th tap, counted from `first`, whole numbers that sum to exactly `total`.
+/// Rounds every `classes`-th tap, counted from `first`, to a whole number. Their sum is exactly `total`.
 void quantiseClass(const std::vector<double>& values, std::vector<int>& weights, std::size_t first,
                    std::size_t classes, int total, bool isMiddle) {
     double sum = 0;
@@ -105,7 +106,7 @@ void quantiseClass(const std::vector<double>& values, std::vector<int>& weights,
     const std::size_t mirror = values.size() - 1 - largest;
     const bool hasMirror = isMiddle && mirror != largest && mirror % classes == largest % classes;
     if (hasMirror) {
-        // Equal pairs have an even sum, so has the total, and so has the rest.
+        // Mirrored taps are equal, so their sum is even. The total is even, so the rest is too.
         weights[largest] += rest / 2;
         weights[mirror] += rest / 2;
     } else {
@@ -113,9 +114,9 @@ void quantiseClass(const std::vector<double>& values, std::vector<int>& weights,
     }
 }
 
-/// The taps as whole numbers that sum to exactly `ResamplerWeights::one`. `isMiddle` says that the pixel is
-/// its own mirror image, and so must its taps be; `separatesParity` that the even and the odd taps have the
-/// same sum.
+/// The taps as whole numbers that sum to exactly `ResamplerWeights::one`. With `isMiddle` the pixel is its
+/// own mirror image, and its taps are made symmetric. With `separatesParity` the even and the odd taps get
+/// the same sum.
 Taps quantised(int start, std::vector<double> values, bool isMiddle, bool separatesParity) {
     const std::size_t count = values.size();
     if (separatesParity)
@@ -166,7 +167,8 @@ class TapMaker {
             first = std::min(first, end - last);
             last = end - first;
         }
-        // Where the ratio is a whole number, pixels away from the edges have the same taps as the one before.
+        // Where the ratio is a whole number, pixels away from the edges have the same taps as the pixel
+        // before.
         const double phase = centre - first;
         const bool isWhole = first > 0 && last < end;
         if (isWhole && phase == m_lastPhase && !isMiddle)
@@ -178,8 +180,8 @@ class TapMaker {
             values.push_back(valueOf(m_mapping.filter, (i + 0.5 - centre) / m_stretch));
             sum += values.back();
         }
-        // A pixel whose middle lies outside the stretched source, with little of it in reach, takes the
-        // nearest sample. All taps in reach would sum to about the stretch.
+        // The middle of a pixel may lie outside the stretched source, with little of the source in reach. The
+        // pixel then takes the nearest sample. All taps in reach would sum to roughly the stretch.
         if (values.empty() || sum < 0.5 * m_stretch) {
             const auto nearest = static_cast<int>(std::floor(centre));
             return {std::clamp(nearest, 0, end), {ResamplerWeights::one}};
@@ -208,7 +210,7 @@ class TapMaker {
 
 ResamplerWeights::ResamplerWeights(const AxisMapping& mapping) {
     const auto count = static_cast<std::size_t>(mapping.targetLength);
-    // The nearest of two samples that are as near is the one behind, in both halves of a picture.
+    // Of two samples that are equally near, Nearest takes the second one in both halves of a picture.
     const bool symmetric = mapping.origin == 0 && mapping.length == mapping.targetLength &&
                            mapping.filter != ResampleFilter::Nearest;
     TapMaker maker(mapping);

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <vector>
 
-/// The filter of one axis, ready for arithmetic in whole numbers. For each target pixel: the first source
-/// sample and as many pairs of weights as every target pixel has (padded with zeros). Weights have 14
-/// fractional bits and sum to exactly one.
+/// The filter of one axis, ready for arithmetic in whole numbers. Each target pixel has the index of its
+/// first source sample and its weights. All pixels have the same number of pairs of weights, padded with
+/// zeros. Weights have 14 fractional bits and sum to exactly one.
 class ResamplerWeights {
   public:
     static constexpr int fractionBits = 14;
@@ -15,7 +15,8 @@ class ResamplerWeights {
 
     explicit ResamplerWeights(const AxisMapping& mapping);
 
-    /// The same with each first sample at an even index, if need be behind a weight of zero.
+    /// The same filter with each first sample at an even index. Where the first sample was odd, a weight of
+    /// zero comes before its own.
     ResamplerWeights withEvenStarts() const;
 
     int pairs() const { return m_pairs; }
@@ -25,16 +26,16 @@ class ResamplerWeights {
         return m_weights.data() + static_cast<std::size_t>(target) * static_cast<std::size_t>(2 * m_pairs);
     }
 
-    /// Where the target pixels [begin, end) all have the same weights, each two samples behind the one
-    /// before, as most have in a reduction by two. Empty where there are none.
+    /// The target pixels [begin, end) all have the same weights, and each starts two samples after the pixel
+    /// before it. In a reduction by two these are most pixels.
     int uniformBegin() const { return m_uniformBegin; }
     int uniformEnd() const { return m_uniformEnd; }
 
   private:
     ResamplerWeights() = default;
 
-    /// Lays the rows of `from`, of that many weights, out as far apart as the longest needs, each behind as
-    /// many zeros as `leads` says.
+    /// Copies rows of weights out of `from`, where they start `fromRow` weights apart. Row i has lengths[i]
+    /// weights, and leads[i] zeros are put before them. All rows get the length that the longest needs.
     void layOut(const std::int16_t* from, std::size_t fromRow, const std::vector<int>& lengths,
                 const std::vector<int>& leads);
     void findUniform();

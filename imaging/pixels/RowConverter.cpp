@@ -35,7 +35,7 @@ void premultiply(const std::uint16_t* in, std::uint8_t* out, std::size_t pixels)
     }
 }
 
-/// Grey, RGB or CMYK pixels of the layout as RGBA, by the colours' plain meaning.
+/// Turns grey, RGB or CMYK pixels of the layout into RGBA without a profile.
 template <typename Sample>
 void expand(const SampleLayout& layout, const Sample* in, Sample* out, std::size_t pixels) {
     constexpr unsigned maximum = std::numeric_limits<Sample>::max();
@@ -61,7 +61,7 @@ void expand(const SampleLayout& layout, const Sample* in, Sample* out, std::size
     }
 }
 
-/// Straight colours from premultiplied ones, in the layout's own order.
+/// Turns premultiplied colours into straight ones, in the layout's own order.
 template <typename Sample>
 void unpremultiply(const SampleLayout& layout, const Sample* in, Sample* out, std::size_t pixels) {
     constexpr std::uint64_t maximum = std::numeric_limits<Sample>::max();
@@ -76,7 +76,7 @@ void unpremultiply(const SampleLayout& layout, const Sample* in, Sample* out, st
     }
 }
 
-/// Premultiplied samples that decoders pass on as they find them: no colour may exceed its alpha.
+/// Lowers each premultiplied colour that exceeds its alpha to the alpha. Decoders do not check their samples.
 void clampToAlpha(const std::uint16_t* in, std::uint8_t* out, std::size_t pixels) {
     for (std::size_t i = 0; i < 4 * pixels; i += 4) {
         const std::uint8_t a = toByte(in[i + 3]);
@@ -123,7 +123,7 @@ void RowConverter::makeTransform(const ColorProfile& profile) {
         m_transform.reset();
 }
 
-/// Whether the transform leaves a grid of probe colours where they are, to within one step of 8 bits.
+/// Whether the transform moves no colour of a probe grid by more than one step of 8 bits.
 bool RowConverter::transformIsIdentity() const {
     constexpr unsigned steps = 17;
     const bool isGrey = m_layout.colors == Colors::Grey;
@@ -162,7 +162,7 @@ void RowConverter::convertSamples(const Sample* in, std::uint8_t* out, std::size
     const bool isRgba = m_layout.colors == Colors::RGB && m_layout.alpha != Alpha::None;
     if (!m_transform && isRgba) {
         if (m_layout.alpha == Alpha::Full && sizeof(Sample) == 1 && static_cast<const void*>(in) == out)
-            return; // these are the raster's bytes
+            return; // the samples are the raster's bytes already
         if (isPremultiplied)
             clampToAlpha(in, out, pixels);
         else

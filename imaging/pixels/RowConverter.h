@@ -29,18 +29,18 @@ struct SampleLayout {
 };
 
 /// Turns rows of decoded samples into rows of a raster: RGBA, 8 bits, premultiplied, sRGB. Colours go through
-/// the picture's profile (perceptual intent); one that moves no colour by more than one step is not applied,
-/// so that an sRGB picture keeps its bytes.
+/// the picture's profile (perceptual intent). A profile that moves no colour by more than one step is not
+/// applied, so an sRGB picture keeps its bytes.
 class RowConverter {
   public:
-    /// `profile` may be empty. Where it does not suit the layout's colours it is not used, and
+    /// `profile` may be empty. A profile that does not suit the layout's colours is not used, and
     /// `profileWasRefused` says so.
     RowConverter(const SampleLayout& layout, const ColorProfile& profile);
 
     bool profileWasRefused() const { return m_profileWasRefused; }
 
-    /// `pixels` pixels from `in` (layout.bytesPerPixel() each) to `out` (4 bytes each). `in` and `out` may be
-    /// the same memory where a pixel of both has 4 bytes.
+    /// Converts `pixels` pixels from `in` (layout.bytesPerPixel() each) to `out` (4 bytes each). `in` and
+    /// `out` may be the same memory where a pixel of both has 4 bytes.
     void convert(const std::uint8_t* in, std::uint8_t* out, int pixels);
 
   private:

@@ -12,7 +12,7 @@
 
 namespace resampler {
 
-/// What one target row takes from the source: two pointers to rows and two weights a pair.
+/// The source rows and weights of one target row. A pair has two pointers to rows and two weights.
 struct RowTaps {
     const std::uint8_t* const* rows;
     const std::int16_t* weights;
@@ -22,24 +22,24 @@ struct RowTaps {
 
 } // namespace resampler
 
-/// `resampled`, one target row after another. May throw std::bad_alloc where it is made.
+/// Does the work of `resampled`, one target row after another. The constructor may throw std::bad_alloc.
 class RowResampler {
   public:
     RowResampler(const AxisMapping& x, const AxisMapping& y);
 
-    /// The first source row that target row `y` takes anything from, and how many, from the source's top,
-    /// must be there for it.
+    /// `firstRow` is the first source row that target row `y` reads. `rowsNeeded` is how many rows it needs,
+    /// counted from the source's top.
     int firstRow(int y) const { return m_columns.start(y); }
     int rowsNeeded(int y) const;
 
-    /// Target row `y`; `rowAt` gives the pixels of a source row.
+    /// Makes target row `y`; `rowAt` gives the pixels of a source row.
     template <typename RowAt>
     void make(int y, const RowAt& rowAt, std::uint8_t* out);
 
     void resample(const QImage& source, QImage& target);
 
   private:
-    /// That of the longest vectors: none is then divided between two lines of the cache.
+    /// The longest vectors have 64 bytes. Aligned so, no vector spans two cache lines.
     static constexpr std::align_val_t alignment{64};
     struct FreeAligned {
         void operator()(std::int16_t* samples) const { ::operator delete(samples, alignment); }
@@ -55,19 +55,19 @@ class RowResampler {
     std::unique_ptr<std::int16_t[], FreeAligned> m_between; ///< a row between the two filters
 };
 
-/// The same bytes from a source that comes row by row from its top, and of which only the rows that later
-/// results need are kept. For each row: fill `nextRow`, then `addRow`, then take the results there are.
+/// Gives the same bytes from a source that comes row by row from its top. Only the rows that later results
+/// need are kept. For each row: fill `nextRow`, then `addRow`, then `takeResult` while `hasResult`.
 class StreamResampler {
   public:
     /// May throw std::bad_alloc.
     StreamResampler(const AxisMapping& x, const AxisMapping& y);
 
-    /// Where the next row belongs: 4 bytes for each source pixel.
+    /// Where the caller writes the next row: 4 bytes for each source pixel.
     std::uint8_t* nextRow() { return row(m_come); }
     void addRow() { ++m_come; }
 
     bool hasResult() const;
-    /// The next target row, 4 bytes for each pixel.
+    /// Writes the next target row to `out`, 4 bytes for each pixel.
     void takeResult(std::uint8_t* out);
 
   private:
