@@ -14,7 +14,7 @@ void toQt(const gchar* domain, GLogLevelFlags /*level*/, const gchar* message, g
     qCDebug(glibLog) << domain << message;
 }
 
-/// Some libraries log in fields instead.
+/// For libraries that log in fields.
 GLogWriterOutput fieldsToQt(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer /*data*/) {
     const LibRsvg* const rsvg = LibRsvg::loaded();
     gchar* text = rsvg->formatLogFields(level, fields, count, FALSE);
@@ -24,18 +24,18 @@ GLogWriterOutput fieldsToQt(GLogLevelFlags level, const GLogField* fields, gsize
 }
 
 std::optional<LibRsvg> resolved() {
-    // The version of its binary interface, which belongs to the headers that this is compiled with.
+    // The version of librsvg's binary interface. The headers included here belong to it.
     constexpr int version = 2;
     QLibrary library(QStringLiteral("rsvg-2"), version);
     if (!library.load()) {
-        // Where it was at build time, should the system not look there by itself.
+        // The system may not look where the library was at build time.
         library.setFileNameAndVersion(QStringLiteral(LIBRSVG_FOLDER "/librsvg-2"), version);
         if (!library.load())
             return std::nullopt;
     }
     LibRsvg rsvg;
     bool isComplete = true;
-    // Those of the libraries that librsvg is linked with are found through it.
+    // Functions of the libraries that librsvg is linked with are found through it.
     const auto resolve = [&](auto& function, const char* name) {
         function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(library.resolve(name));
         isComplete = isComplete && function != nullptr;
@@ -68,7 +68,7 @@ std::optional<LibRsvg> resolved() {
 const LibRsvg* LibRsvg::loaded() {
     static const std::optional<LibRsvg> library = [] {
         std::optional<LibRsvg> found = resolved();
-        // A writer may be set only once.
+        // GLib lets a process set a writer only once.
         if (found) {
             found->setLogHandler(toQt, nullptr);
             found->setLogWriter(fieldsToQt, nullptr, nullptr);

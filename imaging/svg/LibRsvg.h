@@ -2,13 +2,13 @@
 
 #include <librsvg/rsvg.h>
 
-/// The functions of librsvg, and of the libraries below it, that SVG pictures are drawn with. They are loaded
-/// when the first one of them is: librsvg brings some thirty libraries with it, and to load these takes
-/// longer than to write a small icon. Each member is the function whose name it stands behind, with the
-/// ownership that it has there.
+/// The functions of librsvg, and of the libraries below it, that draw SVG pictures. They are loaded with the
+/// first SVG picture: librsvg brings some thirty libraries with it, and loading these takes longer than
+/// writing a small icon. Each member points to the function in its declaration; ownership is the same as
+/// there.
 struct LibRsvg {
-    /// Null where librsvg can't be loaded. What GLib and the libraries above it print goes to Qt's logging
-    /// category "glib" from the first call on, instead of to standard error.
+    /// Null where librsvg can't be loaded. From the first call on, messages of GLib and of the libraries
+    /// above it go to Qt's logging category "glib" instead of to standard error.
     static const LibRsvg* loaded();
 
     decltype(&::rsvg_handle_new_from_data) newFromData = nullptr;

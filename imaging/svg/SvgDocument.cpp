@@ -20,7 +20,7 @@ Error damaged(const QString& detail) {
     return PictureReader::damaged(QStringLiteral("SVG"), detail);
 }
 
-/// A gzip file (RFC 1952) unpacked.
+/// Unpacks a gzip file (RFC 1952).
 Result<QByteArray> gunzip(const QByteArray& bytes) {
     z_stream stream{};
     constexpr int gzipWindow = 15 + 16;
@@ -46,7 +46,7 @@ Result<QByteArray> gunzip(const QByteArray& bytes) {
     return out;
 }
 
-/// There is one before any of these functions is called.
+/// The loaded library. fromBytes has checked that there is one.
 const LibRsvg& rsvg() {
     return *LibRsvg::loaded();
 }
@@ -68,8 +68,8 @@ struct DestroyCairo {
     void operator()(cairo_t* cairo) const { rsvg().destroyContext(cairo); }
 };
 
-/// librsvg draws filters on a pool of threads of its own, which it starts at the first filter that it draws.
-/// Here it does so while a document is loaded, so that a render starts none.
+/// Makes librsvg start its pool of threads for filters. It starts them at the first filter that it draws; one
+/// is drawn here while a document is loaded, so a render starts no thread.
 void startFilterThreads() {
     static bool isDone = false;
     if (std::exchange(isDone, true))
@@ -91,7 +91,7 @@ void startFilterThreads() {
     rsvg().unref(handle);
 }
 
-/// Cairo's pixels are words of alpha, red, green and blue, ours bytes of red, green, blue and alpha.
+/// Turns Cairo's pixels, words of alpha, red, green and blue, into bytes of red, green, blue and alpha.
 void toRgba(QImage& image) {
     for (int y = 0; y < image.height(); ++y) {
         uchar* pixel = image.scanLine(y);
@@ -131,7 +131,7 @@ struct SvgDocument::Handle {
         rsvg().dimensions(handle, &hasWidth, &ignored, &hasHeight, &ignored, &hasViewBox, &viewBox);
         if (hasViewBox != FALSE)
             return {viewBox.width, viewBox.height};
-        // What a page of a usual size would show of it.
+        // Without a size and a view box: as far as the drawing reaches on a page of 512 × 512.
         const RsvgRectangle page{0, 0, 512, 512};
         RsvgRectangle ink{};
         RsvgRectangle logical{};
@@ -156,7 +156,7 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
     if (LibRsvg::loaded() == nullptr)
         return Error{ErrorCode::Unsupported,
                      QStringLiteral("the SVG document can't be drawn, since librsvg is missing")};
-    // In a document of another encoding the word can't be looked for.
+    // A document in UTF-16, for example, contains neither word, and may have filters.
     if (document.contains("filter") || !document.contains("svg"))
         startFilterThreads();
     GError* rawError = nullptr;
@@ -169,7 +169,7 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
     svg->m_size = svg->m_handle->ownSize();
     const double width = svg->m_size.width();
     const double height = svg->m_size.height();
-    // Of what is smaller nothing would be drawn.
+    // A smaller document would draw nothing.
     constexpr double smallest = 1e-3;
     if (!(width >= smallest) || !(height >= smallest) || !std::isfinite(width) || !std::isfinite(height))
         return damaged(QStringLiteral("its size is empty"));

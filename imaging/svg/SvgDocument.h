@@ -10,11 +10,12 @@
 
 /// An SVG document as a representation without pixels of its own: it is drawn anew at each size.
 ///
-/// The document is drawn from its bytes alone, without a base address, so that nothing outside of it is ever
-/// opened: what it links to is left out. What SvgGuard refuses is not drawn at all.
+/// The document is drawn from its bytes alone, without a base address. Nothing outside of it is ever opened;
+/// links to other files are left out. A document that SvgGuard refuses is not drawn at all.
 class SvgDocument final : public ImageRep {
   public:
-    /// From an SVG document, which may be compressed with gzip.
+    /// Reads an SVG document, plain or compressed with gzip. Fails where it is damaged, empty, or refused by
+    /// SvgGuard, and where librsvg is missing.
     static Result<std::shared_ptr<const SvgDocument>> fromBytes(const QByteArray& bytes);
 
     /// The document's own size in CSS pixels: its width and height, or else those of its view box, or else
@@ -24,7 +25,7 @@ class SvgDocument final : public ImageRep {
     QSize pixelSize() const override { return {}; }
     QImage rendered(AxisMapping x, AxisMapping y) const override;
 
-    /// Draws the document once, small, to see whether it can be drawn.
+    /// Draws the document once, small. The error where it can't be drawn.
     std::optional<Error> drawingError() const;
 
   private:

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// As `link`, without what is passed over in a URI.
+/// `link` without white space and control characters, which readers of URIs pass over.
 QString plain(QStringView link) {
     QString text;
     text.reserve(link.size());
@@ -31,7 +31,7 @@ quint64 read16(const QByteArray& bytes, qsizetype at) {
     return qFromBigEndian<quint16>(bytes.constData() + at);
 }
 
-/// The pixels that the PNG header tells, without a value where there is none.
+/// How many pixels the header of a PNG file tells. nullopt where the file ends before.
 std::optional<quint64> pngPixels(const QByteArray& bytes) {
     constexpr qsizetype size = 16;
     if (bytes.size() < size + 8)
@@ -40,7 +40,8 @@ std::optional<quint64> pngPixels(const QByteArray& bytes) {
            qFromBigEndian<quint32>(bytes.constData() + size + 4);
 }
 
-/// Those of the first frame header of a JPEG file (ITU-T T.81, B.2.2).
+/// How many pixels the first frame header of a JPEG file tells (ITU-T T.81, B.2.2). nullopt where there is no
+/// frame header.
 std::optional<quint64> jpegPixels(const QByteArray& bytes) {
     qsizetype at = 2;
     while (at + 9 < bytes.size()) {
@@ -51,13 +52,13 @@ std::optional<quint64> jpegPixels(const QByteArray& bytes) {
             marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8 && marker != 0xcc;
         if (isFrame)
             return read16(bytes, at + 5) * read16(bytes, at + 7);
-        // A fill byte before a marker.
+        // A second 0xff means that the first one is a fill byte before a marker.
         at += marker == 0xff ? 1 : 2 + static_cast<qsizetype>(read16(bytes, at + 2));
     }
     return std::nullopt;
 }
 
-/// The contents of the URI; without a value where its encoding is broken.
+/// The bytes in the URI. nullopt where its encoding is broken.
 std::optional<QByteArray> contents(QStringView data, bool isBase64) {
     const QByteArray bytes = QByteArray::fromPercentEncoding(data.toUtf8());
     if (!isBase64)
@@ -71,7 +72,7 @@ std::optional<QByteArray> contents(QStringView data, bool isBase64) {
 } // namespace
 
 bool SvgEmbeddedPicture::isData(QStringView link) {
-    // White space and control characters count for nothing, wherever they stand and however many there are.
+    // White space and control characters are passed over, in any place and any number.
     const QLatin1String scheme("data:");
     QString start;
     for (const QChar c : link) {
@@ -86,7 +87,7 @@ bool SvgEmbeddedPicture::isData(QStringView link) {
 Result<qint64> SvgEmbeddedPicture::pixels(QStringView link) {
     const QString uri = plain(link);
     const qsizetype comma = uri.indexOf(u',');
-    const qsizetype start = 5; // behind "data:"
+    const qsizetype start = 5; // after "data:"
     if (comma < start)
         return unsupported();
     const QString type = uri.mid(start, comma - start).toLower();

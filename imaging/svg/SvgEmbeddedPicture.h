@@ -4,18 +4,18 @@
 
 #include <QStringView>
 
-/// Pictures that stand in an SVG document itself, as "data:" URIs (RFC 2397).
+/// Pictures that are embedded in an SVG document as "data:" URIs (RFC 2397).
 namespace SvgEmbeddedPicture {
 
-/// The most pixels that a document's pictures may have in all.
+/// The limit for the pixels of all pictures in a document together.
 inline constexpr qint64 maximumPixels = 32LL << 20;
 
-/// Whether a link is such a URI, as those see it who pass over white space and control characters.
+/// Whether a link is a "data:" URI. White space and control characters in it are passed over.
 bool isData(QStringView link);
 
-/// The pixels of the picture in such a URI, which is decoded to see that it is whole. Only PNG and JPEG
-/// pictures are let through: the drawing library would hand anything else to whatever readers the machine
-/// has, SVG documents among them.
+/// How many pixels the picture in a "data:" URI has. The picture is decoded to see that it is whole. Anything
+/// but a PNG or JPEG picture is an error: the drawing library would hand it to any reader that the machine
+/// has, also to one for SVG documents.
 Result<qint64> pixels(QStringView link);
 
 } // namespace SvgEmbeddedPicture

@@ -24,7 +24,7 @@ Error unsupported(const QString& sentence) {
     return {ErrorCode::Unsupported, QStringLiteral("the SVG document ") + sentence};
 }
 
-/// Whether an attribute says how long a line is.
+/// Whether an attribute decides how long a line is.
 bool isGeometry(const QString& name) {
     static const QStringList names{QStringLiteral("d"),     QStringLiteral("points"), QStringLiteral("x1"),
                                    QStringLiteral("y1"),    QStringLiteral("x2"),     QStringLiteral("y2"),
@@ -36,7 +36,8 @@ bool isGeometry(const QString& name) {
 class Pass {
   public:
     explicit Pass(const QByteArray& document)
-        : m_reader(document), // What stands there may be written in another way.
+        : m_reader(document),
+          // An escape or another encoding may hide the word.
           m_mayHaveDashes(document.contains("dash") || document.contains("&#") || document.contains('\\') ||
                           !document.contains("svg")) {}
 
@@ -83,7 +84,7 @@ class Pass {
         }
     }
 
-    /// The text of the document type, since the reader's own lists leave parameter entities out.
+    /// Searches the text of the document type: the reader's own lists leave parameter entities out.
     void takeDeclarations(QStringView text) {
         qsizetype at = 0;
         while (!m_error && (at = text.indexOf(QLatin1String("<!ENTITY"), at)) >= 0) {
@@ -235,12 +236,13 @@ class Pass {
             m_shortestDashes = std::min(m_shortestDashes, length);
     }
 
-    /// A size in proportion to that around it may be so at every element down to the text.
+    /// Takes the font sizes of a declaration. A relative size may apply once more at every element down to
+    /// the text.
     void takeFont(const SvgStyle::Declaration& declaration) {
         if (declaration.property != QLatin1String("font") &&
             declaration.property != QLatin1String("font-size"))
             return;
-        // A unit ends a word: families may be called anything.
+        // A unit is the end of a word: the name of a family may contain any characters.
         static const QRegularExpression length(
             QStringLiteral(
                 "([0-9]*\\.?[0-9]+(?:e[+-]?[0-9]+)?) *(%|em|ex|ch|rem|in|cm|mm|m|pc|pt|px)?(?![a-z0-9.-])"),
@@ -248,7 +250,7 @@ class Pass {
         const QString& value = declaration.value;
         for (auto matches = length.globalMatch(value); matches.hasNext();) {
             const QRegularExpressionMatch match = matches.next();
-            // In "font" it is a weight or a line's height.
+            // In "font" a number without a unit is a weight or a line's height.
             if (match.capturedView(2).isEmpty() && declaration.property == QLatin1String("font"))
                 continue;
             takeFontSize(match.capturedView(1).toDouble(), match.captured(2).toLower());
@@ -275,13 +277,13 @@ class Pass {
         const QStringList numbers = value.toString().replace(u',', u' ').simplified().split(u' ');
         if (numbers.size() != 4)
             return;
-        // What it is shown as large as is not known here.
+        // The size at which it is shown is not known here.
         constexpr double usualSide = 1000;
         m_references.multiplyScale(usualSide / std::min(numbers[2].toDouble(), numbers[3].toDouble()));
     }
 
-    /// The drawing library would load documents and style sheets that are embedded as data, which are not
-    /// looked through here. It leaves out fonts.
+    /// Refuses documents and style sheets that are embedded as data: the drawing library would load them, and
+    /// they are not checked here. It does not load fonts.
     void checkLinks(const SvgStyle::Declaration& declaration) {
         if (declaration.property != QLatin1String("src") &&
             std::ranges::any_of(declaration.urls, SvgEmbeddedPicture::isData))
@@ -289,7 +291,7 @@ class Pass {
     }
 
     void takeLink(const QString& element, QStringView value) {
-        // Those that move others are not drawn, nor are the others drawn for them.
+        // A hyperlink and the elements of an animation do not draw what they link to.
         static const QStringList movers{QStringLiteral("animate"),       QStringLiteral("animateColor"),
                                         QStringLiteral("animateMotion"), QStringLiteral("animateTransform"),
                                         QStringLiteral("mpath"),         QStringLiteral("set")};
@@ -342,12 +344,12 @@ class Pass {
     int m_depth = 0;
     QStringList m_names; ///< of the elements that are open
     QString m_style;
-    std::size_t m_declarations = 0; ///< of all style sheets, counted as there
+    std::size_t m_declarations = 0; ///< of all style sheets, counted as in SvgStyle::Sheet
     qsizetype m_text = 0;
     qsizetype m_textInOne = 0;
     qint64 m_pixels = 0;
     double m_fontSize = 0;   ///< the largest, in pixels
-    double m_fontFactor = 1; ///< the largest that a size in proportion to that around it has
+    double m_fontFactor = 1; ///< the largest factor of a relative size
     int m_textDepth = 0;
     bool m_mayHaveDashes;
     double m_line = 0; ///< how long the lines of the last element may be

@@ -40,7 +40,7 @@ double SvgNumbers::count(QStringView list) {
     bool isInNumber = false;
     for (const QChar c : list) {
         const bool isDigit = c >= u'0' && c <= u'9';
-        // The sign of an exponent begins a number too many, which does no harm.
+        // The sign of an exponent counts as one more number, which does no harm.
         const bool begins = c == u'-' || c == u'+' || c == u'.' || (isDigit && !isInNumber);
         found += begins ? 1 : 0;
         isInNumber = isDigit || begins;
@@ -61,7 +61,7 @@ double SvgNumbers::scaleOf(QStringView transforms) {
             function.contains(QLatin1String("rotate")))
             continue;
         std::vector<double> values = numbers(function.mid(open));
-        // The last two of a matrix only move.
+        // The last two numbers of a matrix only move.
         values.resize(std::min<std::size_t>(values.size(), 4));
         double largest = 1;
         for (const double value : values)

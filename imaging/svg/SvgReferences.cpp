@@ -26,7 +26,7 @@ bool isShape(const QString& name) {
                           "textPath", "tref"});
 }
 
-/// How many simple elements it takes as long to begin drawing one of that name as.
+/// How long it takes to begin drawing an element of that name, measured in simple elements.
 double ownWork(const QString& name) {
     if (name == QLatin1String("pattern"))
         return 10;
@@ -55,8 +55,8 @@ bool setsPaint(const SvgStyle::Declaration& declaration, std::size_t paint) {
            (paint >= firstMarker && declaration.property == QLatin1String("marker"));
 }
 
-/// Whether a paint of that value takes the place of what the elements around have: what is no paint is
-/// passed over.
+/// Whether a paint of that value certainly replaces the inherited one. A value that is not valid is passed
+/// over.
 bool isCertain(const QString& value) {
     const bool isColor = value.startsWith(u'#') && (value.size() == 4 || value.size() == 7);
     return value == QLatin1String("none") ||
@@ -186,7 +186,8 @@ void SvgReferences::resolve(Element& element) {
             return setsPaint(*declaration, i);
         };
         const auto own = declarations.begin() + static_cast<std::ptrdiff_t>(ownCount);
-        // A rule may ask for more than is known here; what the element itself says holds.
+        // A rule's selector may ask for more than is known here. Only the element's own declarations
+        // certainly apply.
         const bool isReplaced = std::any_of(declarations.begin(), own, [&](const auto* declaration) {
             return sets(declaration) && isCertain(declaration->value);
         });
@@ -223,7 +224,7 @@ std::optional<Error> SvgReferences::refused() {
         refuse(QStringLiteral("the SVG document has too many style rules for so many elements"));
         return m_error;
     }
-    // The elements around one come before it.
+    // An element's parent comes before it.
     for (Element& element : m_elements) {
         resolve(element);
         if (m_paintLinks > maximumComparisons) {
@@ -254,8 +255,9 @@ std::optional<Error> SvgReferences::refused() {
     return m_error;
 }
 
-/// An element that is met while it is being measured. A pattern or its like that refers to itself from within
-/// is drawn without; all other circles can be very many ways around.
+/// Takes an element that is met again while it is being measured. A pattern, or another element that is drawn
+/// only by reference, may refer to itself from within; it is drawn without that reference. Every other circle
+/// is refused: there may be very many ways round it.
 void SvgReferences::meetAgain(int index) {
     const Element& element = m_elements[static_cast<std::size_t>(index)];
     const bool isLastTarget =
@@ -268,7 +270,7 @@ void SvgReferences::meetAgain(int index) {
         m_elements[static_cast<std::size_t>(m_path[i])].isInCircle = true;
 }
 
-/// What an element takes that is drawn within the one that is being measured, null where it takes nothing.
+/// The cost of an element that is drawn within the one being measured. Null where it is not drawn.
 const SvgReferences::Cost* SvgReferences::visit(int index, bool isTarget) {
     Element& element = m_elements[static_cast<std::size_t>(index)];
     if (m_error || (!isTarget && isNeverDrawn(element.name)))
@@ -317,7 +319,7 @@ void SvgReferences::measureWithin(Element& element) {
     cost.layers = element.hasLayer ? 1 : 0;
     cost.shapes = isShape(element.name) ? 1 : 0;
     cost.points = element.points;
-    Cost drawn; // what takes its paints from this element
+    Cost drawn; // the shapes that take their paints from this element
     const auto add = [&](int index, bool isTarget) {
         const Cost* part = visit(index, isTarget);
         if (part == nullptr)
@@ -348,13 +350,13 @@ void SvgReferences::measureWithin(Element& element) {
     cost.layerDepth += element.hasLayer ? 1 : 0;
 }
 
-/// `drawn` is filled, stroked and marked with the element's paints.
+/// Adds the cost of filling, stroking and marking `drawn` with the element's paints.
 void SvgReferences::addPaints(Element& element, const Cost& drawn) {
     if (drawn.shapes == 0)
         return;
     for (std::size_t i = 0; i < paintCount; ++i) {
         const double times = i >= firstMarker ? drawn.points : drawn.shapes;
-        // A copy: measuring adds none, but what is pointed to is a member of a vector.
+        // A copy, so no pointer into m_paints is held while others are measured.
         const Indices targets = m_paints[element.paints][i];
         for (const int target : targets) {
             const Cost* paint = visit(target, true);

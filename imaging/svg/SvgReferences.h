@@ -12,35 +12,37 @@
 #include <optional>
 #include <vector>
 
-/// What a document's elements refer to, to tell before anything is drawn how much a drawing of it draws: a
-/// few elements that refer to each other may stand for billions.
+/// The references between a document's elements. They tell how much a drawing would draw, before anything is
+/// drawn: a few elements that refer to each other may stand for billions.
 ///
-/// Whatever is not certain counts as drawn, so that the true numbers are never larger.
+/// What is not certain counts as drawn, so the true numbers are never larger.
 class SvgReferences {
   public:
-    /// How many simple elements, beyond four for each that the document has, may be drawn because others
-    /// refer to them.
+    /// The limit for the elements that are drawn, measured in simple elements: this number, and four times
+    /// the document's own elements.
     static constexpr double maximumElements = 100000;
-    /// Likewise of layers: what masks, filters and opacities are drawn on.
+    /// The limit for the layers that masks, filters and opacities are drawn on: this number, and four times
+    /// the document's own layers.
     static constexpr double maximumLayers = 500;
     /// How deep layers may be nested.
     static constexpr int maximumLayerDepth = 64;
-    /// How deep elements and references may be nested: the drawing library calls itself for each.
+    /// How deep elements and references may be nested: the drawing library recurses into each.
     static constexpr int maximumDepth = 400;
-    /// How many times a rule of a style sheet may be compared with an element.
+    /// The limit for comparisons of the rules and declarations of style sheets with elements, and for the
+    /// links in the elements' paints.
     static constexpr double maximumComparisons = 10e6;
 
-    /// An element opens, within the last one that is open. `work` tells how many simple elements take as long
-    /// to draw as this one alone.
+    /// An element opens within the last open one. `work` is how long it alone takes to draw, measured in
+    /// simple elements; the time to begin drawing it is added.
     void open(const QString& name, double work);
     void close();
 
-    // Of the element that opened last and is still open:
+    // These concern the last element that is still open.
     void setId(const QString& id);
     void setClasses(const QStringList& classes);
-    /// How many points it has that a marker may stand on.
+    /// How many points of the element may have a marker.
     void setPoints(double points);
-    /// How much larger it draws what is in it.
+    /// How many times larger the element draws its contents; a factor below 1 counts as 1.
     void multiplyScale(double scale);
     void addLink(const QString& link);
     void addDeclaration(const SvgStyle::Declaration& declaration);
@@ -48,31 +50,31 @@ class SvgReferences {
 
     void addRules(const std::vector<SvgStyle::Rule>& rules);
 
-    /// The error for a document that would draw too much. To be asked once, when all of it is there.
+    /// The error for a document that would draw too much. Called once, after the last element has closed.
     std::optional<Error> refused();
 
-    /// How many times larger than its font some text of the document may be drawn; 0 without text. After
-    /// `refused`.
+    /// How many times larger than its font a text of the document may be drawn, at most; 0 without text.
+    /// Known after `refused`.
     double textScale() const { return m_elements.empty() ? 0 : m_elements.front().cost.textScale; }
 
   private:
     using Indices = std::vector<int>;
-    /// The patterns, gradients and markers that an element has from those around it: fill, stroke, and the
-    /// three markers.
+    /// The patterns, gradients and markers that an element may be painted with, inherited ones among them:
+    /// for fill, stroke, and the three markers.
     static constexpr std::size_t paintCount = 5;
     static constexpr std::size_t firstMarker = 2;
     using Paints = std::array<Indices, paintCount>;
-    /// What drawing an element and all that it refers to takes.
+    /// The cost of drawing an element and all that it refers to.
     struct Cost {
         double elements = 0;
         double layers = 0;
-        double shapes = 0; ///< what is filled and stroked
-        double points = 0; ///< what markers stand on
+        double shapes = 0; ///< these are filled and stroked
+        double points = 0; ///< these may have markers
         double textScale = 0;
         int depth = 0;
         int layerDepth = 0;
 
-        /// Takes in how deep and how large something is that is drawn within.
+        /// Raises depths and text scale to those of `part`, which is drawn within.
         void contain(const Cost& part);
     };
     enum class State { New, Open, Done };
@@ -113,7 +115,7 @@ class SvgReferences {
     double m_ruleCount = 0;
     std::vector<Paints> m_paints{Paints{}};
     double m_paintLinks = 0;
-    Indices m_path;            ///< what is being measured, each within the one before
-    Indices m_targetPositions; ///< where in it the targets are
+    Indices m_path;            ///< the elements being measured, each within the one before
+    Indices m_targetPositions; ///< the places in m_path of elements that others refer to
     std::optional<Error> m_error;
 };

@@ -8,7 +8,7 @@ namespace {
 struct Token {
     enum class Kind { Space, Identifier, Function, Hash, At, Text, Url, Other };
     Kind kind;
-    QString text; ///< without escapes
+    QString text; ///< with escapes replaced by their characters
 };
 using Tokens = std::vector<Token>;
 
@@ -40,7 +40,7 @@ class Tokenizer {
         return m_at + ahead < m_text.size() ? m_text[m_at + ahead] : QChar();
     }
 
-    /// A comment, or the marks that hide a sheet from readers that do not know of any.
+    /// Passes over a comment, `<!--` or `-->`. False where none of them begins here.
     bool passComment() {
         for (const QLatin1String mark : {QLatin1String("<!--"), QLatin1String("-->")}) {
             if (m_text.mid(m_at).startsWith(mark)) {
@@ -68,7 +68,7 @@ class Tokenizer {
         return isNameStart(peek()) || isEscape();
     }
 
-    /// The character of the escape that begins here.
+    /// The character that the escape here stands for.
     QString escaped() {
         ++m_at;
         qsizetype end = m_at;
@@ -116,7 +116,7 @@ class Tokenizer {
         return text;
     }
 
-    /// What follows "url(", to the closing parenthesis.
+    /// The text after "url(", up to the closing parenthesis.
     QString url() {
         passSpace();
         const bool isQuoted = peek() == u'"' || peek() == u'\'';
@@ -166,7 +166,7 @@ class Tokenizer {
     qsizetype m_at = 0;
 };
 
-/// A stretch of tokens.
+/// A range of tokens.
 struct Span {
     const Token* begin;
     const Token* end;
@@ -180,8 +180,8 @@ bool is(const Token& token, char16_t character) {
     return token.kind == Token::Kind::Other && token.text == QChar(character);
 }
 
-/// Where the bracket that opens at `at` is closed, or the end. What stands within other brackets is no end of
-/// these.
+/// The token that closes the bracket at `at`, or `end`. Brackets within it are passed over with their
+/// contents.
 const Token* closing(const Token* at, const Token* end) {
     QString wanted;
     for (; at != end; ++at) {
@@ -203,7 +203,7 @@ bool opens(const Token& token) {
     return token.kind == Token::Kind::Function || is(token, u'(') || is(token, u'[') || is(token, u'{');
 }
 
-/// The first of `ends` outside of all brackets, or the end.
+/// The first token of `span` that is one of `ends` and stands outside of all brackets, or the span's end.
 const Token* find(Span span, QStringView ends) {
     for (const Token* at = span.begin; at != span.end; ++at) {
         if (at->kind == Token::Kind::Other && ends.contains(at->text))
@@ -245,7 +245,8 @@ std::vector<SvgStyle::Declaration> declarationsOf(Span span) {
     return found;
 }
 
-/// What the last part of a selector asks of an element: its id before its class before its name.
+/// What the last part of a selector asks of an element: its id; without an id its class; without a class its
+/// name.
 QString keyOf(Span selector) {
     QString id;
     QString className;
