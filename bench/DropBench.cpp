@@ -1,5 +1,6 @@
-// How long the main window takes from a dropped picture to its preview on the screen: bench_drop PICTURE
-// LIMIT [RUNS] LIMIT is in milliseconds; the exit status is 1 where the median is above it.
+// Measures how long the main window takes from a dropped picture to its preview on the screen:
+//   bench_drop PICTURE LIMIT [RUNS]
+// LIMIT is in milliseconds. The exit status is 1 where the median is above it.
 #include "mainwindow/PreviewStrip.h"
 #include "platform/services/Bundle.h"
 #include "platform/services/NotificationCenter.h"
@@ -19,7 +20,7 @@
 
 namespace {
 
-/// Sees when a widget has been drawn.
+/// Sees whether a widget has been drawn.
 class PaintWatch final : public QObject {
   public:
     explicit PaintWatch(QWidget* widget) : m_widget(widget) { widget->installEventFilter(this); }
@@ -36,7 +37,8 @@ class PaintWatch final : public QObject {
     bool m_isPainted = false;
 };
 
-/// Milliseconds until the well shows what is dropped on it, and the strip below its icons.
+/// Drops a picture on the well. Returns the milliseconds until the well and the strip of icons below it are
+/// drawn.
 double drop(QWidget* well, QWidget* strip, const QUrl& picture) {
     PaintWatch wellWatch(well);
     PaintWatch stripWatch(strip);

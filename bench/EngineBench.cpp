@@ -1,5 +1,6 @@
-// How long each stage of the engine takes, and how many bytes of pixels it does in a second. Sizes are width
-// × height; those that are not powers of two find what a vector's last pixels cost.
+// Measures how long each stage of the engine takes, and how many bytes of pixels it does in a second. Sizes
+// are width × height. Sizes that are not powers of two show what the last pixels cost that do not fill a
+// vector.
 #include "bench/SourcePicture.h"
 #include "imaging/deflate/Deflate.h"
 #include "imaging/drawing/GraphicsContext.h"
@@ -27,7 +28,7 @@ namespace {
 
 using Kind = SourcePicture::Kind;
 
-/// RGBA8888_Premultiplied; made once for each kind and size.
+/// A picture in RGBA8888_Premultiplied, made once for each kind and size.
 const QImage& picture(Kind kind, int width, int height) {
     static std::map<std::tuple<Kind, int, int>, QImage> made;
     QImage& found = made[{kind, width, height}];
@@ -49,7 +50,7 @@ void countPixels(benchmark::State& state, const QImage& raster) {
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * raster.sizeInBytes());
 }
 
-/// Ends a benchmark whose stage failed; whether it did.
+/// Ends the benchmark where its stage failed. Returns whether it failed.
 bool hasFailed(benchmark::State& state, bool isDone) {
     if (!isDone)
         state.SkipWithError("it failed");
@@ -77,7 +78,7 @@ void decodeJpeg(benchmark::State& state) {
     decode(state, raster, encodeJpeg(raster, 0.9), [](const QByteArray& file) { return readJpeg(file); });
 }
 
-/// Of rows, in place. Each run begins with what the one before left, which takes no other time.
+/// Converts rows in place. Each run starts from the result of the run before, which takes the same time.
 template <typename Convert>
 void convertInPlace(benchmark::State& state, const Convert& convert) {
     QImage raster = picture(state, Kind::Logo).copy();
@@ -97,8 +98,8 @@ void unpremultiplyRows(benchmark::State& state) {
     convertInPlace(state, [](std::uint8_t* row, std::size_t pixels) { unpremultiply(row, row, pixels); });
 }
 
-/// From width × height to a third size; the bytes are the source's or the result's, of whichever there are
-/// more.
+/// Resamples a picture of the first two arguments' size to the size in the third and fourth. The bytes
+/// counted are the source's or the result's, whichever has more.
 void resample(benchmark::State& state) {
     const QImage& raster = picture(state, Kind::Logo);
     const QSize size(static_cast<int>(state.range(2)), static_cast<int>(state.range(3)));
@@ -111,7 +112,7 @@ void resample(benchmark::State& state) {
     countPixels(state, result.sizeInBytes() > raster.sizeInBytes() ? result : raster);
 }
 
-/// A picture of the icon's own size drawn plainly, or through a rounded clip and under a border.
+/// Draws a picture of the icon's own size: plainly, or clipped to a rounded shape and with a border over it.
 void decorate(benchmark::State& state, bool isDecorated) {
     const QImage& raster = picture(state, Kind::Photo);
     const QSizeF size = raster.size();
@@ -184,7 +185,7 @@ void filterRows(benchmark::State& state, bool isAdaptive) {
     countPixels(state, straight);
 }
 
-/// Without filters a logo, with them a photograph, as is mostly chosen for these.
+/// Compresses a logo without filters and a photograph with filters, as the PNG writer mostly does.
 void compress(benchmark::State& state, Kind kind, Deflate::Method method) {
     const QImage straight = straightRaster(picture(state, kind));
     const QByteArray rows = filtered(straight, kind == Kind::Photo);
@@ -200,7 +201,7 @@ void compress(benchmark::State& state, Kind kind, Deflate::Method method) {
     state.counters["bytes"] = static_cast<double>(stream.size());
 }
 
-/// The seven images of an Application.icns.
+/// Writes the seven images of an Application.icns.
 void writeIcns(benchmark::State& state) {
     std::vector<QImage> images;
     qint64 pixelBytes = 0;
@@ -221,7 +222,7 @@ void writeIcns(benchmark::State& state) {
     state.counters["bytes"] = static_cast<double>(file.size());
 }
 
-/// From an icon to a large picture.
+/// Sizes from an icon to a large picture.
 void sizes(benchmark::internal::Benchmark* stage) {
     stage->Args({29, 29})->Args({180, 180})->Args({511, 257})->Args({1024, 1024})->Args({1021, 1031});
     stage->Unit(benchmark::kMicrosecond);

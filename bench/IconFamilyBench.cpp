@@ -1,5 +1,5 @@
-// How long whole buffers of 1024 × 1024 pixels take, beside memcpy and a plain loop; and how long a family
-// takes.
+// Measures conversions of whole buffers of 1024 × 1024 pixels, beside memcpy and a plain loop, and the making
+// of a family.
 #include "base/Log.h"
 #include "bench/Median.h"
 #include "iconfamily/IconFamily.h"
@@ -26,7 +26,7 @@ std::vector<std::uint8_t> noise(std::size_t count) {
     return bytes;
 }
 
-/// As the class would do without wider registers.
+/// Does the same without vector instructions.
 void unpremultiplyPlainly(std::uint8_t* bytes, std::size_t count) {
     for (std::uint8_t* pixel = bytes; pixel != bytes + 4 * count; pixel += 4) {
         const unsigned a = pixel[0];
@@ -52,8 +52,8 @@ int main(int argc, char** argv) {
         PixelBuffers::permute(in.data(), out.data(), pixels, {0, 3, 2, 1});
     });
     report("expand R, G, B to 255, R, G, B", [&] { PixelBuffers::expandRgb(in.data(), out.data(), pixels); });
-    // Of every alpha: opaque pixels are passed over. In place a run begins with what the one before left,
-    // which takes the plain loop no other time.
+    // The noise has every alpha, since opaque pixels are passed over. The plain loop works in place: each run
+    // starts from the result of the run before, which takes the same time.
     const double divided = report("unpremultiply", [&] { unpremultiplyArgb(in.data(), out.data(), pixels); });
     out = in;
     const double plainly =

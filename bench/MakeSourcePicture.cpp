@@ -14,7 +14,7 @@
 
 namespace {
 
-// Both libraries end the program themselves where something fails.
+// Both libraries end the program where something fails.
 
 void writePng(const SourcePicture& picture, std::FILE* file) {
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);

@@ -7,7 +7,7 @@
 #include <functional>
 #include <vector>
 
-/// The median time of 51 runs in milliseconds, which is printed with the slowest.
+/// Runs `work` 51 times, prints the median and the slowest time, and returns the median in milliseconds.
 inline double report(const char* name, const std::function<void()>& work) {
     constexpr int runs = 51;
     constexpr double nanoseconds = 1e6;

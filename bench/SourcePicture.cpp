@@ -27,7 +27,7 @@ double smooth(double edge0, double edge1, double x) {
     return t * t * (3 - 2 * t);
 }
 
-/// `below` under `color`, as much of it as `coverage` says. Straight colours.
+/// Paints `color` over `below` with a coverage from 0 to 1. Colours are straight.
 void paint(Rgba& below, const Rgba& color, double coverage) {
     const double over = color.a * std::clamp(coverage, 0.0, 1.0);
     const double a = over + below.a * (1 - over);
@@ -52,8 +52,8 @@ double segment(double x, double y, double x0, double y0, double x1, double y1) {
     return std::hypot(x - x0 - t * (x1 - x0), y - y0 - t * (y1 - y0));
 }
 
-/// Flat shapes and gradients with antialiased edges on a transparent ground. x and y from -1 to 1; `pixels`
-/// is how many pixels one of them is.
+/// Flat shapes and gradients with antialiased edges on a transparent ground. x and y go from -1 to 1;
+/// `pixels` is how many pixels a length of 1 has.
 Rgba logo(double x, double y, double pixels) {
     Rgba color;
     const auto covered = [pixels](double distance) { return 0.5 - distance * pixels; };
@@ -89,7 +89,7 @@ std::uint32_t hashed(std::uint32_t x, std::uint32_t y, std::uint32_t seed) {
     return h ^ h >> 15U;
 }
 
-/// From -1 to 1.
+/// A pseudorandom value from -1 to 1.
 double lattice(int x, int y, std::uint32_t seed) {
     return hashed(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), seed) / 2147483647.5 - 1;
 }
@@ -106,8 +106,8 @@ double noise(double x, double y, std::uint32_t seed) {
     return upper * (1 - v) + lower * v;
 }
 
-/// Octaves of noise, each of half the size and half the strength: power that falls with the square of the
-/// frequency, as in pictures of nature.
+/// A sum of octaves of noise. Each octave has half the size and half the strength of the one before, so power
+/// falls with the square of the frequency, as in pictures of nature.
 double octaves(double x, double y, int count, std::uint32_t seed) {
     double sum = 0;
     double strength = 1;
@@ -127,12 +127,12 @@ std::uint32_t ridgeSeed(std::size_t i) {
     return static_cast<std::uint32_t>(100 * (i + 1));
 }
 
-/// As many octaves as the pixels show.
+/// How many octaves the pixels can show.
 int finest(double pixels) {
     return std::clamp(static_cast<int>(std::log2(pixels)) - 1, 4, 12);
 }
 
-/// How high the hills reach at `x`, the farthest first.
+/// How high the hills reach at `x`; the farthest comes first.
 Ridges ridgesAt(double x, double pixels) {
     Ridges ridges{};
     for (std::size_t i = 0; i < ridgeCount; ++i)
@@ -141,13 +141,13 @@ Ridges ridgesAt(double x, double pixels) {
     return ridges;
 }
 
-/// Hills before a sky, with textures that differ, edges between them, and a camera's grain in each pixel.
+/// Hills in front of a sky: different textures, edges between them, and a camera's grain in each pixel.
 Rgba photo(double x, double y, double pixels, int column, int row, const Ridges& ridges) {
     const auto depth = [&](std::size_t i) { return (y - ridges[i]) * pixels; };
     std::size_t nearest = ridgeCount;
     while (nearest > 0 && depth(nearest - 1) < 1)
         --nearest;
-    // What is behind it can't be seen.
+    // What is behind the nearest hill can't be seen.
     Rgba color;
     if (nearest == 0) {
         const double sky = octaves(x * 1.5 + 3, y * 2.5, finest(pixels) - 2, 11);
@@ -168,7 +168,8 @@ Rgba photo(double x, double y, double pixels, int column, int row, const Ridges&
         const double shade = std::clamp(0.5 + 0.35 * shape + 2.2 * (toLight - shape), 0.0, 1.0);
         paint(color, mixed(dark[i], light[i], shade), depth(i) + 0.5);
     }
-    // About as much as a small sensor leaves; more where there is more light, a little of it in colour.
+    // Roughly the grain of a small sensor. It is stronger where there is more light, and a little of it is in
+    // colour.
     const double light255 = 0.3 * color.r + 0.6 * color.g + 0.1 * color.b;
     const double strength = 4.6 + 6.2 * std::sqrt(light255 / 255);
     const auto grain = [&](std::uint32_t seed) {

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-/// A picture that measurements start from: the same at each run and, at each size, of the same scene. Made a
-/// row at a time, so that the largest need no memory.
+/// A picture that measurements start from. It is the same at each run, and each size shows the same scene.
+/// Rows are made one at a time, so a large picture needs no memory for its pixels.
 class SourcePicture {
   public:
     enum class Kind {
@@ -20,15 +20,15 @@ class SourcePicture {
     int height() const { return m_height; }
     bool hasAlpha() const { return m_kind == Kind::Logo; }
 
-    /// The pixels of a row, as straight RGBA bytes or, without alpha, RGB.
+    /// Writes the pixels of row `y` to `out`: straight RGBA bytes, or RGB without alpha.
     void row(int y, std::uint8_t* out) const;
 
   private:
-    /// A pixel's middle, from -1 to 1.
+    /// The middle of a pixel, from -1 to 1.
     static double place(int pixel, int side);
 
     Kind m_kind;
     int m_width;
     int m_height;
-    std::vector<Ridges> m_ridges; ///< of a photo, how high its hills reach in each column
+    std::vector<Ridges> m_ridges; ///< how high a photo's hills reach in each column
 };

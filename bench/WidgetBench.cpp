@@ -1,4 +1,5 @@
-// How long the main window's own drawing takes: a slider, and the strip of icons while a slider moves.
+// Measures how long the main window's own drawing takes: a slider, and the strip of icons while a slider
+// moves.
 #include "bench/Median.h"
 #include "mainwindow/PreviewStrip.h"
 #include "mainwindow/TetraSliderCell.h"
@@ -25,7 +26,7 @@ void drawSlider(int scale) {
     cell.drawKnob(painter, QRectF(60, 5, 12, 12));
 }
 
-/// A picture of noise, which nothing can make smaller.
+/// A PNG file of noise, which does not compress.
 QByteArray picture(int size) {
     QImage noise(size, size, QImage::Format_RGB32);
     quint32 state = 1;

@@ -2,10 +2,10 @@
 //   node sharp-icons.mjs SOURCE PLAN.json FOLDER [once] [first] [each] [threads]
 // The source is decoded once to raw pixels; then one resize (Lanczos 3, the default) and one PNG (default options) for
 // each icon, one after the other on one thread.
-//   once     each distinct size once, copied for the other files
-//   first    one reduction to the largest size of the plan before all others
-//   each     the source's file opened for each icon, so that sharp may decode a JPEG at a part of its size
-//   threads  as many threads as sharp takes by itself, and all icons at the same time
+//   once     makes each distinct size once, and copies it for the other files
+//   first    reduces the source to the largest size of the plan before all other reductions
+//   each     opens the source's file again for each icon, so sharp may decode a JPEG at a part of its size
+//   threads  makes all icons at the same time, with as many threads as sharp takes by itself
 import { copyFile, mkdir, readFile } from "node:fs/promises";
 import { dirname, join } from "node:path";
 import sharp from "sharp";
@@ -14,7 +14,7 @@ const [source, plan, folder, ...ways] = process.argv.slice(2);
 const icons = JSON.parse(await readFile(plan, "utf8")).map((icon) => ({ ...icon, file: join(folder, icon.file) }));
 const largest = Math.max(...icons.map((icon) => icon.side));
 if (!ways.includes("threads")) sharp.concurrency(1);
-// Nothing is asked for twice.
+// No operation is done twice, so a cache would not help.
 sharp.cache(false);
 
 let open = () => sharp(source);

@@ -31,10 +31,10 @@ def png_icons():
 
 
 def icns_sides():
-    """The images of Application.icns: one of each size that the Mac's icons have."""
+    """The sides of the images of Application.icns: each size that the Mac's icons have, once."""
     return sorted({_side(entry) for entry in catalogue()[MAC].values()}, reverse=True)
 
 
 def plan():
-    """What a program without icns writes: a PNG file for each of its images too."""
+    """The icons that a program without icns writes: it also writes a PNG file for each image of Application.icns."""
     return png_icons() + [{"file": f"mac/Application/{side}.png", "side": side} for side in icns_sides()]

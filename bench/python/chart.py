@@ -26,7 +26,7 @@ text { font: 12px system-ui, sans-serif; fill: #6e7781 }
 class Axis:
     def __init__(self, values, ticks, start, length):
         low, high = min(values), max(values)
-        # Whole ticks on both ends where the values end between two.
+        # An axis reaches to the next tick where the values end between two ticks.
         self._low = math.log(max((tick for tick in ticks if tick <= low), default=low))
         self._high = math.log(min((tick for tick in ticks if tick >= high), default=high))
         self._start, self._length = start, length
@@ -37,7 +37,7 @@ class Axis:
 
 
 def decades(values):
-    """1, 2 and 5 times the powers of ten around some values, 1 alone where they span much."""
+    """1, 2 and 5 times the powers of ten around some values; the powers alone where there are many of them."""
     low, high = math.floor(math.log10(min(values))), math.ceil(math.log10(max(values)))
     steps = (1,) if high - low > 3 else (1, 2, 5)
     return [step * 10**power for power in range(low, high + 1) for step in steps]

@@ -1,4 +1,4 @@
-"""Runs every program on the same work, and prints and writes a table of what it took: see bench/compare."""
+"""Runs every program on the same work, and prints and writes tables of what each took: see bench/compare."""
 
 import argparse
 import collections
@@ -17,7 +17,7 @@ import quality
 import tools
 
 Source = collections.namedtuple("Source", "name kind side file wall")
-# The last column: ours may take at most so much of sharp's time.
+# The last column is the largest part of sharp's wall time that tobrimax-cli may take.
 SOURCES = (Source("logo-1024", "logo", 1024, "logo-1024.png", 0.50),
            Source("photo-1024", "photo", 1024, "photo-1024.png", 0.45),
            Source("logo-4096", "logo", 4096, "logo-4096.png", 0.17),
@@ -26,7 +26,7 @@ DOCUMENT = measured.ROOT / "docs" / "performance.md"
 FEWEST_RUNS = 5
 MEGABYTE = 1e6
 
-# A figure of ours and the bound that it keeps to.
+# A figure of tobrimax-cli, its bound, and whether the figure keeps to it.
 Bound = collections.namedtuple("Bound", "what figure limit is_kept")
 
 
@@ -48,7 +48,7 @@ def table(head, rows):
 
 
 def stage_times(path, folder, runs):
-    """What tobrimax-cli says of its own stages, {name: seconds}; empty where this build does not tell."""
+    """{stage: seconds} as tobrimax-cli tells them (--timings); empty where this build does not tell them."""
     command = [tools.CLI, "generate", path, "--out", folder, "--json", "--timings"]
     figures = []
     for _ in range(runs):
@@ -63,18 +63,18 @@ def stage_times(path, folder, runs):
     return measured.median(figures)
 
 
-# Seconds. To read a program and its libraries from the disk takes ten milliseconds or more, which shows in a shorter run.
+# Seconds. A program and its libraries take ten milliseconds or more to read from the disk, which shows in a shorter run.
 SHORT = 1
 
 
 def run(tool, path):
-    """The folder with what a tool wrote, and what that took."""
+    """Runs a tool. Returns the folder with its files, and the figures of the run."""
     folder = measured.fresh(tools.WORK / "out")
     return folder, measured.run(tool.command(path, folder), tool.environment, tool.is_pinned)
 
 
 def checked(tool, path):
-    """{"bytes", "pixels"} of what a tool writes, and how long it takes about."""
+    """Runs a tool and checks its files. Returns their {"bytes", "pixels"}, and the run's wall time."""
     folder, took = run(tool, path)
     tool.check(folder)
     return {"bytes": sum(file.stat().st_size for file in folder.rglob("*") if file.is_file()),
@@ -83,9 +83,9 @@ def checked(tool, path):
 
 
 def measure(source, path, runs):
-    """{tool: {"wall", "cpu", "peak", "bytes", "pixels"}}. The tools take turns, so that what disturbs the machine for
-    a while disturbs them all. Some machines forget files that were not read for a minute: a short run comes behind
-    another one of the same, which does not count."""
+    """{tool: {"wall", "cpu", "peak", "bytes", "pixels"}}. The tools take turns, so whatever disturbs the machine for
+    a while disturbs them all. Some machines drop files from memory that were not read for a minute: before each short
+    run the same tool runs once without being counted."""
     chosen = tools.all_for(source.side)
     written, expected = {}, {}
     for tool in chosen:
@@ -111,7 +111,7 @@ def figures_table(results):
                      f"{ours['wall'] / took['wall']:.3f}", f"{ours['cpu'] / took['cpu']:.3f}",
                      f"{ours['peak'] / took['peak']:.2f}", f"{ours['bytes'] / took['bytes']:.2f}"])
         if tool is tools.TAURI:
-            # Of another set of files.
+            # tauri icon writes another set of files.
             rows[-1][6:] = [f"{ours['wall'] / ours['pixels'] / per_pixel:.3f} per pixel", "", rows[-1][8], ""]
     return table(["", "wall ms", "CPU ms", "peak MB", "bytes written", "ms per million pixels", "ours ÷ theirs: wall",
                   "CPU", "peak", "bytes"], rows)
@@ -138,17 +138,17 @@ def bounds(source, results):
 
 
 def limit_sentence(results, stages):
-    """How far from what can't be done without."""
+    """How long a run takes beside the work that no program can leave out."""
     if not stages:
         return "This build of tobrimax-cli does not tell its stages' times (`--timings`)."
     wall, floor = results[tools.OURS]["wall"], stages["decode"] + stages["compress"]
     told = ", ".join(f"{name} {milliseconds(seconds)}" for name, seconds in stages.items())
-    return (f"To decode the source and to compress the filtered bytes takes {milliseconds(floor)} ms alone; the whole "
+    return (f"Decoding the source and compressing the filtered bytes alone take {milliseconds(floor)} ms; the whole "
             f"run takes {wall / floor:.2f} times that. Stages in ms: {told}.")
 
 
 def reduced(tool, path, target):
-    """`path`, a picture of quality.SIDE, reduced by a tool as it makes icons."""
+    """`path`, a picture of quality.SIDE, reduced to `target` by a tool in the way in which it makes icons."""
     folder = measured.fresh(tools.WORK / "quality")
     if tool is tools.TAURI:
         command, name = [*tool.command(path, folder), "--png", str(target)], f"{target}x{target}.png"
@@ -193,11 +193,12 @@ def quality_bounds(figures):
 
 INTRODUCTION = """# Performance
 
-Made by `bench/compare`: what it takes to make the full set of icons, {pngs} PNG files and the {icns} images of
-Application.icns, with tobrimax-cli and with the programs that people use for it. Whole processes from start to exit,
-each pinned to one core, the median of {runs} alternating runs; CPU is user and system time, peak is the largest
-resident memory. Not counted are each program's first run, whose icons were opened and have the right sizes, and one
-before each that takes less than a second: it reads the program from the disk, which some machines forget in a minute.
+`bench/compare` writes this page. It measures what it takes to make the full set of icons, {pngs} PNG files and the
+{icns} images of Application.icns, with tobrimax-cli and with the programs that people use for it. It measures whole
+processes from start to exit, each pinned to one core. A figure is the median of {runs} alternating runs. CPU is user
+and system time; peak is the largest resident memory. Each program's first run is not counted: its icons were opened
+and have the right sizes. Before each run of less than a second there is one more that is not counted: it reads the
+program from the disk, since some machines drop files from memory within a minute.
 
 Machine: {machine}. Versions: {versions}.{load}
 
@@ -206,15 +207,15 @@ and a picture as a camera takes it (PNG; at 4096 pixels JPEG of quality 90).
 
 - **sharp** is scripted as its users do ([script](../bench/peers/sharp-icons.mjs)): one decode to raw pixels, then one
   resize (Lanczos 3) and one PNG with default options for each icon; `sharp.concurrency(1)`, `UV_THREADPOOL_SIZE=1`,
-  `sharp.cache(false)`. It has no icns: the {icns} images are PNG files. The other rows are what a script could do
-  besides, and tobrimax-cli does not, since each of its icons is a drawing of its own: (a) each of the {distinct}
-  distinct sizes once, copied for the others; (b) one reduction to 1024 pixels before all others; (c) the source's file
-  opened again for each icon, which lets sharp decode a JPEG at a part of its size; (d) all icons at once on all cores,
-  with as many threads as sharp takes by itself.
+  `sharp.cache(false)`. It has no icns: the {icns} images are PNG files. The other rows are what a script could
+  also do. tobrimax-cli does none of it: it draws each of its icons anew. (a) Each of the {distinct} distinct sizes is
+  made once, and copied for the other files. (b) One reduction to 1024 pixels comes before all others. (c) The source's
+  file is opened again for each icon, so sharp may decode a JPEG at a part of its size. (d) All icons are made at once
+  on all cores, with as many threads as sharp takes by itself.
 - **ImageMagick** is one process for all sizes, `convert SOURCE ( +clone -resize WxH! -write FILE +delete ) … null:`,
   on one thread, with its default filter.
-- **tauri icon** (npm's `@tauri-apps/cli`) has a file set of its own, and is compared per output pixel. It reads no
-  JPEG, and gets the same picture as a PNG file."""
+- **tauri icon** (npm's `@tauri-apps/cli`) writes another set of files, so it is compared per output pixel. It reads
+  no JPEG, so it gets the same picture as a PNG file."""
 
 
 def document(arguments, sections, figures, load):
@@ -238,8 +239,8 @@ def main():
     parser.add_argument("--source", action="append", choices=[source.name for source in SOURCES],
                         help="only this one; may be given several times")
     parser.add_argument("--write", type=pathlib.Path, metavar="FILE",
-                        help=f"the Markdown file; docs/{DOCUMENT.name} where everything is measured {FEWEST_RUNS} "
-                        "times or more, else none")
+                        help=f"the Markdown file to write; by default docs/{DOCUMENT.name} where all sources are "
+                        f"measured {FEWEST_RUNS} times or more, otherwise no file")
     arguments = parser.parse_args()
     load = measured.load()
     if load:

@@ -16,20 +16,20 @@ WORK = measured.ROOT / "build" / "growth"
 SIDES = (512, 1024, 2048, 4096, 8192, 16384)
 COUNTS = (10, 30, 100, 300, 1000)
 FEWEST_RUNS = 5
-# Linear growth has 1; the rest is for caches that a larger picture no longer fits in, and for the clock.
+# Linear growth has 1. The rest allows for caches that a larger picture does not fit into, and for the clock.
 LARGEST_EXPONENT = 1.1
 
-# x is the side or the number of icons; pixels are those of what grows, the source or all icons together.
+# x is the source's side or the number of icons; pixels are those of the source or of all icons together.
 Point = collections.namedtuple("Point", "x pixels wall peak")
 
 
 def side(i):
-    """Of the i-th icon of a made-up catalogue: as many are wide as are small, in no order."""
+    """The side of the i-th icon of a made-up catalogue: from 32 to 224 pixels, evenly spread, in no order."""
     return 32 + 37 * i % 193
 
 
 def made_up_catalogue(count):
-    """A catalogue of that many icons, all of them the iPhone's."""
+    """The path of a catalogue of `count` icons, all of them the iPhone's."""
     icons = {f"icon-{i}": {"Dimensions": f"{{{side(i)}, {side(i)}}}", "Name": f"icon-{i}"} for i in range(count)}
     path = WORK / f"catalogue-{count}.plist"
     path.write_bytes(plistlib.dumps([icons] + [{}] * (len(catalogue.PLATFORMS) - 1)))
@@ -37,7 +37,8 @@ def made_up_catalogue(count):
 
 
 def points(runs, cases):
-    """A point for each of `cases`, [(x, pixels, words, files)]; they take turns."""
+    """A point for each of `cases`, [(x, pixels, words, files)]: `words` are the command's, and it writes so many files.
+    The cases take turns."""
     figures = {case[0]: [] for case in cases}
     for turn in range(runs):
         for x, _, words, files in cases:
@@ -66,7 +67,7 @@ def with_counts(runs):
 
 
 def line(found):
-    """(a, b) of the line wall = a + b × pixels that is nearest to the points, each error as a part of its time."""
+    """(a, b) of the line wall = a + b × pixels that is nearest to the points by least squares of relative errors."""
     weights = [1 / point.wall**2 for point in found]
     total = sum(weights)
     x = sum(w * point.pixels for w, point in zip(weights, found)) / total
@@ -77,7 +78,7 @@ def line(found):
 
 
 def exponent(found):
-    """p of wall ~ pixels^p, over the larger half of the points, where what each run takes anyway counts least."""
+    """p of wall ~ pixels^p, over the larger half of the points: the constant part of a run counts least there."""
     larger = found[len(found) // 2:] if len(found) > 3 else found[-2:]
     x, y = [math.log(point.pixels) for point in larger], [math.log(point.wall) for point in larger]
     mean_x, mean_y = sum(x) / len(x), sum(y) / len(y)
@@ -85,7 +86,7 @@ def exponent(found):
 
 
 def state(what, pixels, found):
-    """Prints the points and their growth; whether it is no faster than that of the pixels."""
+    """Prints the points and their growth. Returns whether time grows no faster than the pixels."""
     a, b = line(found)
     worst = max(abs(a + b * point.pixels - point.wall) / point.wall for point in found)
     power = exponent(found)
@@ -96,7 +97,7 @@ def state(what, pixels, found):
           f"{100 * worst:.0f} %; over the larger half it grows with the pixels' {power:.2f}th power")
     is_met = power <= LARGEST_EXPONENT
     if not is_met:
-        print(f"growth: that is faster than the pixels, whose power is at most {LARGEST_EXPONENT}")
+        print(f"growth: that is faster than the pixels: the power may be at most {LARGEST_EXPONENT}")
     return is_met
 
 
@@ -116,7 +117,8 @@ def main():
     parser.add_argument("--runs", type=int, default=FEWEST_RUNS, help=f"of each size ({FEWEST_RUNS})")
     parser.add_argument("--largest", type=int, choices=SIDES[2:], default=SIDES[-1], help="source side")
     parser.add_argument("--write", type=pathlib.Path, metavar="FOLDER",
-                        help="where the charts go; docs where everything is measured, else build/growth")
+                        help="the folder for the charts; by default docs where everything is measured, otherwise "
+                        "build/growth")
     arguments = parser.parse_args()
     WORK.mkdir(parents=True, exist_ok=True)
     load = measured.load()

@@ -1,9 +1,10 @@
-"""Runs a command to its end and prints what it took, as JSON: seconds of wall and processor, peak memory in bytes.
+"""Runs a command to its end and prints as JSON what it took: wall and processor time in seconds, peak memory in bytes.
 
     measure.py CORE|all COMMAND…
 
-CORE pins it to one core. A process of its own for each run: a child's peak memory is never less than its parent's was
-when it started, so the parent must be small. Processes that the command waited for count."""
+A number as CORE pins the command to that core. Each run has a process of its own as its parent, which is small: a
+child's peak memory is never less than its parent's was when the child started. Processes that the command waited for
+count too."""
 
 import json
 import os

@@ -13,19 +13,19 @@ HERE = pathlib.Path(__file__).parent
 ROOT = HERE.parent.parent
 BUILD = ROOT / "build" / "release"
 CLI = BUILD / "cli" / "tobrimax-cli"
-# The last one: systems give their interrupts to the first.
+# The last core: systems handle their interrupts on the first one.
 CORE = max(os.sched_getaffinity(0))
 
 
 def fresh(folder):
-    """An empty folder."""
+    """Makes `folder` an empty folder."""
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True)
     return folder
 
 
 def run(command, environment=None, is_pinned=True):
-    """{"wall", "cpu"} in seconds, {"peak"} in bytes of one run."""
+    """Runs a command once. Returns {"wall", "cpu", "peak"}: seconds, seconds and bytes."""
     done = subprocess.run([sys.executable, "-IS", HERE / "measure.py", str(CORE) if is_pinned else "all",
                            *map(str, command)], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                           env={**os.environ, **(environment or {})})
@@ -35,12 +35,12 @@ def run(command, environment=None, is_pinned=True):
 
 
 def median(runs):
-    """Of each figure its own median."""
+    """The median of each figure on its own."""
     return {key: statistics.median(run[key] for run in runs) for key in runs[0]}
 
 
 def picture(kind, side, path):
-    """A source picture, made where it is missing or older than the program that makes it."""
+    """The path of a source picture. It is made where it is missing or older than the program that makes it."""
     program = BUILD / "bench" / "bench_pictures"
     if not path.exists() or path.stat().st_mtime < program.stat().st_mtime:
         path.parent.mkdir(parents=True, exist_ok=True)
@@ -64,6 +64,6 @@ def machine():
 
 
 def load():
-    """How busy the machine is, as a sentence; none where it is idle."""
+    """A sentence on how busy the machine is; empty where it is idle."""
     busy = os.getloadavg()[0]
     return f"The machine was not idle: its load was {busy:.1f} when this began." if busy > 0.3 else ""

@@ -1,18 +1,19 @@
 """How well a program reduces pictures, in figures. Pictures of 1024 × 1024 pixels are reduced to 128 and 180.
 
-Alias: the zone plate z(x, y) = 127.5 (1 + cos(π (x² + y²) / 1024)), x and y in pixels from the picture's middle, has at
-(x, y) the frequencies |x| / 1024 and |y| / 1024 cycles per pixel along the two axes: all that a picture can hold.
-Where one of them lies above the target's Nyquist frequency an ideally band-limited result is flat but for the ripple at
-the border. It is known in full: cos(a + b) = cos a cos b − sin a sin b, so that it is enough to band-limit rows (their
-discrete cosine transform, cut after as many coefficients as the target has pixels). The figure is the root of the mean
-square of the difference to it, in grey levels, over the pixels above the Nyquist frequency.
+Alias: the picture is the zone plate z(x, y) = 127.5 (1 + cos(π (x² + y²) / 1024)), with x and y in pixels from its
+middle. At (x, y) it has the frequencies |x| / 1024 and |y| / 1024 cycles per pixel along the two axes: all that a
+picture can hold. Where one of them lies above the target's Nyquist frequency, an ideally band-limited result is flat
+except for the ripple at the border. The ideal result is known in full: cos(a + b) = cos a cos b − sin a sin b, so it is
+enough to band-limit rows (their discrete cosine transform, cut after as many coefficients as the target has pixels).
+The figure is the root mean square of the difference to the ideal result, in grey levels, over the pixels above the
+Nyquist frequency.
 
-Loss: a zone plate whose frequencies reach the target's Nyquist frequency only at the border; the root of the mean
-square of the difference to the plate itself, over the pixels below half of that frequency: a filter that blurs has no
-alias either.
+Loss: the picture is a zone plate whose frequencies reach the target's Nyquist frequency only at the border. The figure
+is the root mean square of the difference to the plate itself, in grey levels, over the pixels below half of that
+frequency. It tells a filter that blurs from a good one: both have little alias.
 
-Overshoot: an edge from level 64 to 192 that leans by one pixel in eight rows, so that it meets the target's pixels at
-every phase; the levels by which the result goes beyond either, at most."""
+Overshoot: the picture is an edge from level 64 to level 192. It leans by one pixel in eight rows, so it meets the
+target's pixels at every phase. The figure is the most levels by which the result goes below 64 or above 192."""
 
 import math
 
@@ -24,12 +25,12 @@ LOW, HIGH = 64, 192
 
 
 def _phases(side, reach):
-    """Of a row of a zone plate of `side` pixels whose frequencies go up to half of `reach` cycles over its width."""
+    """The phases of a row of a zone plate of `side` pixels. Frequencies go up to `reach` / 2 cycles over the row."""
     return [math.pi * reach * ((i + 0.5) / side - 0.5) ** 2 for i in range(side)]
 
 
 def _plate(cosines, sines):
-    """The levels of a zone plate from its row's two parts."""
+    """The levels of a zone plate, from the cosines and sines of its row's phases."""
     return [127.5 * (1 + cy * cx - sy * sx) for cy, sy in zip(cosines, sines) for cx, sx in zip(cosines, sines)]
 
 
@@ -39,7 +40,7 @@ def _levels(side, reach):
 
 
 def zone_plate(reach=SIDE):
-    """A picture of SIDE pixels."""
+    """A zone plate of SIDE × SIDE pixels."""
     picture = Image.new("L", (SIDE, SIDE))
     picture.putdata([round(level) for level in _levels(SIDE, reach)])
     return picture.convert("RGB")
@@ -53,7 +54,7 @@ def edge():
 
 
 def _band_limited(samples, target):
-    """The row, without what a row of `target` samples can't hold, at that row's places."""
+    """The row without the frequencies that a row of `target` samples can't hold, sampled at that row's places."""
     count = len(samples)
     turn = [math.cos(math.pi * i / (2 * count)) for i in range(4 * count)]
     coefficients = [2 / count * sum(sample * turn[(2 * i + 1) * k % (4 * count)] for i, sample in enumerate(samples))
@@ -64,7 +65,8 @@ def _band_limited(samples, target):
 
 
 def _difference(result, wanted, counts):
-    """The root mean square over the pixels that count, by their distance from the middle of a side of 2."""
+    """The root mean square of the difference, over the pixels for whose distance from the middle `counts` is true. The
+    distance is the larger one of the two axes; the border has distance 1."""
     levels = result.convert("RGB").getchannel("G").getdata()
     places = [abs(2 * (i + 0.5) / result.width - 1) for i in range(result.width)]
     distances = [max(x, y) for y in places for x in places]
@@ -74,7 +76,7 @@ def _difference(result, wanted, counts):
 
 
 def alias(result):
-    """Of zone_plate()'s reduction, in grey levels."""
+    """The figure of zone_plate()'s reduction, in grey levels."""
     phases = _phases(SIDE, SIDE)
     ideal = _plate(_band_limited([math.cos(p) for p in phases], result.width),
                    _band_limited([math.sin(p) for p in phases], result.width))
@@ -83,11 +85,11 @@ def alias(result):
 
 
 def loss(result):
-    """Of the reduction of zone_plate(result.width), in grey levels."""
+    """The figure of the reduction of zone_plate(result.width), in grey levels."""
     return _difference(result, _levels(result.width, result.width), lambda distance: distance < 0.5)
 
 
 def overshoot(result):
-    """In levels."""
+    """The figure of edge()'s reduction, in grey levels."""
     lowest, highest = result.convert("RGB").getchannel("G").getextrema()
     return max(LOW - lowest, highest - HIGH, 0)

@@ -17,19 +17,19 @@ PEERS = HERE.parent / "peers"
 WORK = ROOT / "build" / "compare"
 MODULES = WORK / "node_modules"
 MAGICK = next((found for name in ("convert-im6.q16", "magick", "convert") if (found := shutil.which(name))), "convert")
-# sharp is looked for beside the script.
+# Node.js looks for sharp beside the script.
 SHARP_SCRIPT = WORK / "sharp-icons.mjs"
 
 
 @dataclasses.dataclass(frozen=True, eq=False)
 class Tool:
     name: str
-    ways: tuple = ()  # how the script for sharp goes about it
+    ways: tuple = ()  # options of the script for sharp
     environment: dict = dataclasses.field(default_factory=dict)
     is_pinned: bool = True
 
     def command(self, source, folder):
-        """What writes all icons of `source` (a Path) into `folder`."""
+        """The command that writes all icons of `source` (a Path) into `folder`."""
         raise NotImplementedError
 
     def check(self, folder):
@@ -90,7 +90,7 @@ class Tauri(Tool):
 
     @staticmethod
     def pixels(folder):
-        """Of all pictures in its set, those inside its icns and ico files too."""
+        """The pixels of all pictures in its set, also of those inside its icns and ico files."""
         count = 0
         for path in folder.rglob("*"):
             if path.suffix not in (".png", ".icns", ".ico"):
@@ -104,7 +104,7 @@ class Tauri(Tool):
 
 
 def as_png(source):
-    """tauri icon reads no JPEG."""
+    """The path of `source` as a PNG file: tauri icon reads no JPEG."""
     if source.suffix == ".png":
         return source
     png = source.with_name(source.stem + "-for-tauri.png")
@@ -117,7 +117,7 @@ def as_png(source):
 ONE_THREAD = {"UV_THREADPOOL_SIZE": "1"}
 OURS = Tobrimax("tobrimax-cli")
 SHARP = Sharp("sharp", environment=ONE_THREAD)
-# (a) and (b) of what the two stand for are told in the document.
+# The page that bench/compare writes says what (a) to (d) are.
 SHARP_ONCE = Sharp("sharp (a)", ("once",), ONE_THREAD)
 SHARP_FIRST = Sharp("sharp (b)", ("first",), ONE_THREAD)
 SHARP_BOTH = Sharp("sharp (a) (b)", ("once", "first"), ONE_THREAD)
@@ -128,14 +128,14 @@ TAURI = Tauri("tauri icon")
 
 
 def all_for(side):
-    """Those that are run on a source of that side. No larger size than 1024 is written: to reduce a source of that side
-    to it first changes nothing."""
+    """The tools that are run on a source of that side. No icon is larger than 1024 pixels, so for a source of 1024 the
+    first reduction of (b) would change nothing."""
     clever = [SHARP_ONCE] if side <= 1024 else [SHARP_ONCE, SHARP_FIRST, SHARP_BOTH]
     return [OURS, SHARP, *clever, SHARP_EACH, SHARP_THREADS, IMAGEMAGICK, TAURI]
 
 
 def install():
-    """The peers from npm, at the versions in bench/peers/package.json."""
+    """Installs the other programs from npm, at the versions in bench/peers/package.json."""
     WORK.mkdir(parents=True, exist_ok=True)
     shutil.copy(PEERS / "sharp-icons.mjs", SHARP_SCRIPT)
     (WORK / "plan.json").write_text(json.dumps(catalogue.plan()))
