@@ -1,4 +1,4 @@
-// Any bytes as a size catalogue. What is one has a size and a name for each of its icons.
+// Reads any bytes as a size catalogue. Each icon of a valid one has a size and a name.
 
 #include "generation/IconSizeCatalogue.h"
 #include "platform/services/PropertyList.h"

@@ -1,5 +1,5 @@
-// Any words as a command line: work to do, a text to print, or a complaint, and just one of them. The work is
-// not done.
+// Parses any words as a command line. The result is work to do, a text to print, or a complaint: exactly one
+// of them. The work is not done.
 
 #include "cli/CommandLine.h"
 #include "tests/fuzz/Require.h"
@@ -8,7 +8,7 @@
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // Words end with a zero, as they do for every program.
+    // A zero byte ends each word, as for every program.
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     std::vector<const char*> words{"tobrimax-cli"};
     for (std::size_t at = 0; at < bytes.size(); at = bytes.find('\0', at) + 1) {

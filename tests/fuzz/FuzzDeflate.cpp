@@ -1,4 +1,5 @@
-// Any bytes, and what they tell to repeat, compressed by runs; another library must read the same bytes back.
+// Compresses any bytes, and repetitions that they describe, by runs. Another library reads the same bytes
+// back.
 
 #include "imaging/deflate/Deflate.h"
 #include "tests/fuzz/Require.h"
@@ -14,7 +15,8 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Every two bytes say what comes next: a byte, or up to 32 KiB that repeat what stands 1 to 15 bytes before.
+/// The bytes that `data` describes. Every two bytes of it add one byte, or repeat what stands 1 to 15 bytes
+/// before, up to 32 KiB.
 Bytes told(const std::uint8_t* data, std::size_t size) {
     constexpr std::size_t most = 400000;
     Bytes bytes;

@@ -1,4 +1,4 @@
-// Any bytes as a resource fork and as an AppleDouble file; what is read is written and read again.
+// Reads any bytes as a resource fork and as an AppleDouble file. What was read is written and read again.
 
 #include "platform/forks/AppleDouble.h"
 #include "platform/forks/ResourceFork.h"
@@ -10,7 +10,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     if (Result<ResourceFork> fork = ResourceFork::parse(bytes)) {
         const Result<QByteArray> written = fork->data();
-        // Names that share bytes may need more room than there is when each has its own.
+        // Names may share bytes in a file. Where each has its own bytes they may need more room than there
+        // is.
         if (!written)
             return 0;
         const Result<ResourceFork> again = ResourceFork::parse(*written);

@@ -1,4 +1,4 @@
-// Any bytes as an icns file: read, inspected, every picture shown.
+// Reads any bytes as an icns file, inspects it, and decodes every picture.
 
 #include "imaging/icns/IcnsInspection.h"
 #include "imaging/icns/IcnsReader.h"

@@ -1,4 +1,4 @@
-// Any bytes as a block of icns data, into which elements are stored and fetched back.
+// Takes any bytes as a block of icns data, stores an element in it, and fetches it back.
 
 #include "imaging/icns/IcnsReader.h"
 #include "imaging/icns/IconFamilyBlock.h"
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             require(block == before);
             continue;
         }
-        // What is stored is there, and no other element has changed.
+        // The stored element is there, and no other element has changed.
         const Result<IcnsReader> after = IcnsReader::open(block);
         require(after && after->length() == block.size());
         require(after->element(type)->data == value);

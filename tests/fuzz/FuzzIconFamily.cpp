@@ -1,4 +1,4 @@
-// Any bytes as an icon family: every element decoded.
+// Reads any bytes as an icon family and decodes every element.
 
 #include "iconfamily/IconFamily.h"
 #include "tests/fuzz/Require.h"

@@ -1,5 +1,5 @@
-// Any bytes as a picture: decoded, or refused with a sentence; and the reduced copies of a picture that is
-// loaded for small renders are those that it has as a whole.
+// Reads any bytes as a picture: it is decoded, or refused with a sentence. A picture that is loaded for small
+// renders has the same reduced copies as the picture that is loaded whole.
 
 #include "imaging/image/BitmapImageRep.h"
 #include "imaging/io/ImageSource.h"

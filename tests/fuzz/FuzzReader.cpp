@@ -1,5 +1,5 @@
-// Any bytes for the reader of one format, READER in the header HEADER: a picture of the size that was
-// allowed, or a sentence.
+// Gives any bytes to the reader of one format, READER in the header HEADER. It answers with a picture of an
+// allowed size, or with a sentence.
 
 #include HEADER
 #include "imaging/image/PictureReader.h"

@@ -1,4 +1,4 @@
-// Any bytes as a channel, packed and unpacked; and as a packed channel.
+// Packs and unpacks any bytes as a channel, and unpacks them as a packed channel.
 
 #include "imaging/icns/IcnsRle.h"
 #include "tests/fuzz/Require.h"
@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     constexpr std::size_t smallIcon = 256;
     std::vector<std::uint8_t> unpacked(smallIcon);
     if (const std::optional<QByteArrayView> rest = IcnsRle::unpack(any, unpacked)) {
-        // What was taken unpacks alone, with nothing left over, and not one byte shorter.
+        // The bytes that were taken unpack on their own. Without the last one they do not.
         const QByteArrayView taken = any.chopped(rest->size());
         std::vector<std::uint8_t> again(smallIcon);
         require(IcnsRle::unpack(taken, again) && again == unpacked);

@@ -1,4 +1,4 @@
-// Any text as a size: two numbers, finite or not, and the same ones however often it is asked.
+// Reads any text as a size: two numbers, finite or not, and the same ones each time.
 
 #include "generation/IconSizeCatalogue.h"
 #include "tests/fuzz/Require.h"
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QSizeF parsed = sizeFromString(text);
     const QSizeF again = sizeFromString(text);
     require(isSame(parsed.width(), again.width()) && isSame(parsed.height(), again.height()));
-    // What follows the second number changes nothing, and what stands before the first one neither.
+    // Text before the first number and after the second one changes nothing.
     const QSizeF framed = sizeFromString(QLatin1String("{ ") + text + QLatin1String(" }"));
     require(isSame(parsed.width(), framed.width()) && isSame(parsed.height(), framed.height()));
     return 0;

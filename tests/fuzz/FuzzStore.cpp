@@ -1,4 +1,4 @@
-// Any bytes as a file of saved data. What opens is saved and opened again, and is the same.
+// Opens any bytes as a file of saved data. Data that opens is saved and opened again, and is the same.
 
 #include "platform/store/ManagedObjectContext.h"
 #include "tests/fuzz/Require.h"
@@ -28,7 +28,8 @@ bool open(PersistentStoreCoordinator& coordinator, const QString& path) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // In the build folder: the fuzzer ends without destructors. It is run from the project's root.
+    // Lies in the build folder, since the fuzzer ends without destructors. The fuzzer runs in the project's
+    // root.
     static const QTemporaryDir folder(QStringLiteral("build/fuzz/store-XXXXXX"));
     require(folder.isValid());
     const QString path = folder.filePath(QStringLiteral("Tobrimax.storedata"));

@@ -1,4 +1,4 @@
-// Any bytes as an SVG document: drawn at the size of an icon, or refused with a sentence.
+// Reads any bytes as an SVG document: it is drawn at the size of an icon, or refused with a sentence.
 
 #include "imaging/svg/SvgDocument.h"
 #include "tests/fuzz/Require.h"

@@ -1,4 +1,5 @@
-// Gives the chunks of a mutated PNG their right checksums, without which hardly one would be looked into.
+// Gives the chunks of a mutated PNG their right checksums. With wrong ones nearly every file would be refused
+// at once.
 
 #include <QtEndian>
 

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-/// Ends the program, which is a finding, unless `isTrue`.
+/// Ends the program unless `isTrue`; the fuzzer takes that as a finding.
 inline void require(bool isTrue) {
     if (!isTrue)
         std::abort();
