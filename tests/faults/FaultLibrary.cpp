@@ -1,15 +1,15 @@
-// Loaded into a program (LD_PRELOAD), makes one of its calls that concern a folder fail, or kills it there:
+// A library for LD_PRELOAD. It makes one of a program's calls on a folder fail, or kills the program there:
 //
-//   FAULT_FOLDER  the folder: calls on what is in it, or on the folder itself, are counted
+//   FAULT_FOLDER  the folder: calls on it, and on what is in it, are counted
 //   FAULT_CALL    the number of the call, from 1
-//   FAULT_KIND    what happens there: an errno value; "kill"; "short", a write of half the bytes;
-//                 "interrupt", a write that a signal interrupts; "full", from there on nothing has room
-//                 (ENOSPC)
-//   FAULT_LIBRARY a library whose file's name has this in it can't be loaded when the program asks for it
-//   FAULT_LOG     a file that the names of the counted calls go to; the one that was made to fail with a "!"
+//   FAULT_KIND    what happens at that call: an errno value; "kill"; "short", a write of half the bytes;
+//                 "interrupt", a write that a signal interrupts before its first byte; "full", from there on
+//                 nothing has room (ENOSPC)
+//   FAULT_LIBRARY a part of a path: the program can't load a library whose path has this part
+//   FAULT_LOG     a file for the names of the counted calls; a "!" follows the name of a call that fails
 //
-// A write that fails or is killed has written half its bytes before; a close that fails has closed. Nothing
-// here uses the C library's own functions of the same names, nor needs it to be set up.
+// Before a write fails or is killed, it has written half its bytes; before a close fails, it has closed.
+// Nothing here uses the C library's own functions of the same names, and the C library need not be set up.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -60,7 +60,7 @@ bool isInFolder(int folder, const char* path) {
     return path[0] == '/' || folder == AT_FDCWD ? isInFolder(path) : isInFolder(folder);
 }
 
-/// Writes down a counted call, in one piece.
+/// Logs a counted call with a single write.
 void note(const char* name, bool isFault) {
     if (plan().log == nullptr)
         return;
@@ -74,7 +74,7 @@ void note(const char* name, bool isFault) {
 
 enum class Fault { None, Error, Kill, Short };
 
-/// Counts a call that concerns the folder. What becomes of it; errno is set for an error.
+/// Counts a call on the folder. Returns what happens to it, and sets errno for Fault::Error.
 Fault faultOf(const char* name, bool isWrite = false, bool needsRoom = false) {
     static std::atomic<long> count{0};
     const long number = ++count;
@@ -99,7 +99,7 @@ Fault faultOf(const char* name, bool isWrite = false, bool needsRoom = false) {
         syscall(SYS_kill, syscall(SYS_getpid), SIGKILL);
 }
 
-/// A call that fails as a whole; `call` makes it.
+/// Makes a call with `call`, unless it is counted and fails there. It fails as a whole.
 template <class Call>
 int checked(bool isCounted, const char* name, bool needsRoom, const Call& call) {
     if (isCounted) {
@@ -121,7 +121,7 @@ int openIn(int folder, const char* path, int flags, mode_t mode) {
                    [&] { return syscall(SYS_openat, folder, path, flags, mode); });
 }
 
-/// The third or fourth argument of an `open`, where there is one.
+/// The mode among the arguments of an `open`; 0 where there is none.
 mode_t modeOf(int flags, std::va_list arguments) {
     return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
 }
@@ -218,7 +218,7 @@ int fchmod(int descriptor, mode_t mode) noexcept {
                    [&] { return syscall(SYS_fchmod, descriptor, mode); });
 }
 
-// There is a structure of that name too.
+// A structure has the same name.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wshadow"
 int flock(int descriptor, int operation) noexcept {

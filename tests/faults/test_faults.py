@@ -1,8 +1,8 @@
-"""Makes each call on the output fail in turn, or kills the program there, and looks at what it leaves:
+"""Makes each call on the output fail in turn, or kills the program there, and checks what the program leaves:
 test_faults.py TOBRIMAX_CLI FAULT_LIBRARY STORE_SAVER [CASE]
 
-Whatever happens, a file is there whole, as it was or as it is to be; nothing is told written that is not; and what a
-killed run leaves goes with the next one."""
+Each file is whole after every fault: the old one or the new one. The program reports a file as written only where it
+is. The next run removes what a killed run leaves."""
 
 import errno
 import itertools
@@ -30,7 +30,7 @@ def is_temporary(path):
 
 
 class Subject:
-    """Something that writes files into the folder `out`: `files` are their paths below it."""
+    """A command that writes files into the folder `out`. `new` maps their paths to the bytes that they get."""
 
     is_synced = False
 
@@ -48,7 +48,7 @@ class Subject:
         self.new = self.found()
 
     def prepare(self):
-        """Makes the state that a run begins with."""
+        """Makes the state in which a run begins."""
         for path in sorted(self.out.rglob("*"), reverse=True):
             path.rmdir() if path.is_dir() else path.unlink()
         if self.out.exists():
@@ -58,7 +58,7 @@ class Subject:
         raise NotImplementedError
 
     def found(self):
-        """The bytes of what is there but for temporaries."""
+        """{path: bytes} of the files that are there, temporary ones left out."""
         return {path: path.read_bytes()
                 for path in self.out.rglob("*") if path.is_file() and not is_temporary(path)}
 
@@ -66,13 +66,13 @@ class Subject:
         return [path for path in self.out.rglob("*") if is_temporary(path)]
 
     def run(self, kind=None, call=0, limits=None):
-        """Runs the command, within `limits` (by resource). Its result, and the calls that it made, "!" behind what
-        failed."""
+        """Runs the command within `limits`, {resource: value}. Returns its result and the names of the calls that it
+        made; a name that ends with "!" is of a call that failed."""
         log = self.folder / "log"
         log.unlink(missing_ok=True)
         variables = dict(os.environ, LD_PRELOAD=str(LIBRARY), FAULT_FOLDER=str(self.out), FAULT_LOG=str(log),
                          FAULT_CALL=str(call), FAULT_KIND=str(kind or ""))
-        # A sanitizer wants to be loaded first, but can do without.
+        # AddressSanitizer refuses to run where another library is loaded first, unless it is told not to check that.
         variables["ASAN_OPTIONS"] = variables.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"
 
         def limit():
@@ -90,7 +90,7 @@ class Subject:
         return calls
 
     def check(self, test, result):
-        """What is there, and what is said of it, after a run that was not killed."""
+        """Checks the files, and what the program says of them, after a run that was not killed."""
         found = self.found()
         self.check_whole(test, found)
         if result.returncode == 0:
@@ -108,7 +108,7 @@ class Subject:
 
 
 class Icons(Subject):
-    """Three icons where nothing was before."""
+    """Three icons in a folder that is not there yet."""
 
     platform = "iphone"
 
@@ -133,7 +133,7 @@ class Icons(Subject):
 
 
 class Container(Icons):
-    """The Mac's container behind an icon, where older files of both names are."""
+    """An icon and then the Mac's container. Older files of both names are there before."""
 
     platform = "mac"
 
@@ -158,7 +158,7 @@ class Export(Subject):
 
 
 class Sidecar(Subject):
-    """The AppleDouble file of an item that has another icon, which is written in more than one step."""
+    """The AppleDouble file of an item that has another icon. It is written in more than one step."""
 
     def prepare(self):
         super().prepare()
@@ -228,7 +228,7 @@ class FaultTest(unittest.TestCase):
         self.folder = pathlib.Path(temporary.name).resolve()
 
     def each_call(self, subject, kind):
-        """Runs the subject with a fault at each of its calls: what came of it, call by call."""
+        """Runs the subject once for each of its calls, with a fault there. Yields each run's result and calls."""
         subject.prepare()
         usual = subject.run_plainly()
         for call in itertools.count(1):
@@ -245,7 +245,7 @@ class FaultTest(unittest.TestCase):
             yield result, calls
 
     def check_errors(self, subject, kind):
-        """Every kind of call fails somewhere, and some failures are told."""
+        """Every kind of call fails somewhere, and some failures are reported."""
         failed = set()
         told = 0
         for result, calls in self.each_call(subject, kind):
@@ -256,14 +256,14 @@ class FaultTest(unittest.TestCase):
             names = {name[:-1] for name in calls if name.endswith("!")}
             failed |= names
             told += result.returncode != 0
-            # The close that follows the bytes tells of them too; others tell nothing.
+            # A failed close after the bytes were written is reported too; a failure of another close is not.
             closes = re.search(r"write (fsync )?close!", " ".join(calls))
             if names & {"create", "write", "fsync", "rename"} or closes:
                 self.assertNotEqual(result.returncode, 0)
             if "unlink" not in names:
                 self.assertEqual(subject.temporaries(), [])
         self.assertLessEqual({"create", "write", "rename"}, failed)
-        # What must be on the disk when it is told is synced: the bytes, and then the name.
+        # A file that is on the disk when it is reported is synced: the bytes first, then the name.
         self.assertEqual("fsync" in failed, subject.is_synced)
         if subject.is_synced:
             self.assertRegex(" ".join(subject.run_plainly()), r"write( write)* fsync close rename fsync")
@@ -281,7 +281,7 @@ class FaultTest(unittest.TestCase):
         self.assertGreater(strays, 0)
 
     def check_writes(self, subject):
-        """Half a write and an interrupted one are no failures."""
+        """A short write and an interrupted one are not failures."""
         for kind in "short", "interrupt":
             count = 0
             for result, calls in self.each_call(subject, kind):
@@ -293,7 +293,7 @@ class FaultTest(unittest.TestCase):
 
 
     def test_missing_library(self):
-        """Without librsvg no SVG picture can be drawn, and all others can."""
+        """Without librsvg SVG pictures are refused, and all others are drawn."""
         svg = self.folder / "picture.svg"
         svg.write_text('<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"><rect width="9" height="9"/></svg>')
         png = self.folder / "picture.png"

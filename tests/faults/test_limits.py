@@ -1,8 +1,8 @@
-"""Runs the program where there is not enough room, memory or permission, and two at once:
+"""Runs the program without enough room, memory or permission, and two programs at once:
 test_limits.py TOBRIMAX_CLI FAULT_LIBRARY STORE_SAVER [CASE]
 
-What must hold is what test_faults.py says. A case that needs to mount file systems and may not is skipped (exit status
-77)."""
+The checks are those of test_faults.py. A case that mounts file systems is skipped where that is not permitted (exit
+status 77)."""
 
 import ctypes
 import os
@@ -38,7 +38,7 @@ def enter_mount_namespace():
 
 
 class Disk:
-    """A file system in memory, as small as its options say."""
+    """A file system in memory with the size in its options."""
 
     def __init__(self, path, options):
         self.path = path
@@ -64,7 +64,7 @@ class LimitTest(unittest.TestCase):
         self.folder = pathlib.Path(temporary.name).resolve()
 
     def check_run(self, subject, **limits):
-        """Runs the subject: whether all was written. Nothing is left that is not whole."""
+        """Runs the subject, and checks that each file left is whole. Returns whether all files were written."""
         result, _ = subject.run(**limits)
         self.assertGreaterEqual(result.returncode, 0, result.stderr)
         subject.check(self, result)
@@ -72,7 +72,7 @@ class LimitTest(unittest.TestCase):
         return result.returncode == 0
 
     def check_small_disks(self, option, sizes):
-        """On disks of all these sizes: the first are too small for each subject, the last is not."""
+        """Runs each subject on disks of all these sizes. The first sizes are too small for it, the last one is not."""
         if not enter_mount_namespace():
             self.skipTest("mounts of its own are not permitted here")
         for subject_class in SUBJECTS:
@@ -88,7 +88,7 @@ class LimitTest(unittest.TestCase):
                     outcomes.append(self.check_run(subject))
             self.assertIn(False, outcomes)
             self.assertTrue(outcomes[-1])
-            # More room never makes it worse.
+            # More room never makes a run fail.
             self.assertEqual(outcomes, sorted(outcomes))
 
     def test_full_disk(self):
@@ -126,7 +126,7 @@ class LimitTest(unittest.TestCase):
             self.assertEqual(outcomes, [False] * 5 + [True] * 2)
 
     def starts(self, memory):
-        """Whether the libraries have room for themselves, which end the program in their own ways where not."""
+        """Whether the program starts with so much memory. Where it is too little, libraries end the program."""
         result = subprocess.run([test_faults.PROGRAM, "--version"], capture_output=True,
                                 preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (memory, memory)))
         return result.returncode == 0
@@ -145,7 +145,7 @@ class LimitTest(unittest.TestCase):
         self.assertIn(False, outcomes)
 
     def test_two_at_once(self):
-        """Both are done, and each file is the one's or the other's."""
+        """Both runs succeed, and each file is that of one of them."""
         subject = Container(self.folder)
         (self.folder / "other").mkdir()
         other = Container(self.folder / "other", subject.out, "tomato")

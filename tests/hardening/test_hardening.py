@@ -1,4 +1,4 @@
-"""Whether a program is built as one that people run should be: test_hardening.py PROGRAM"""
+"""Checks that a program is built with hardening: test_hardening.py PROGRAM"""
 
 import re
 import subprocess
