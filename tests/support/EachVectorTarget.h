@@ -8,7 +8,7 @@
 #include <functional>
 
 /// Calls `test` once for each instruction set that this program was compiled for and that the processor has,
-/// with the vector code of just that one in use. Returns how many these were.
+/// with the vector code of that set alone in use. Returns the number of sets.
 inline int forEachVectorTarget(const std::function<void()>& test) {
     const std::int64_t supported = VectorDispatch::supported() & HWY_TARGETS;
     int count = 0;

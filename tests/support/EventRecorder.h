@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QStringList>
 
-/// Records which of the objects that it was put on received an event of one kind, in order.
+/// Records which of the watched objects received an event of one type, in order.
 class EventRecorder final : public QObject {
   public:
     explicit EventRecorder(QEvent::Type type) : m_type(type) {}

@@ -14,7 +14,7 @@
 /// What a user does to widgets, as events.
 namespace Events {
 
-/// Delivers what is queued.
+/// Delivers all queued events.
 inline void settle() {
     for (int i = 0; i < 5; ++i) {
         QCoreApplication::processEvents();
@@ -22,7 +22,7 @@ inline void settle() {
     }
 }
 
-/// Delivers events until `condition` holds; whether it ever did, within some seconds.
+/// Delivers events until `condition` holds. False where it does not within ten seconds.
 inline bool waitFor(const std::function<bool()>& condition) {
     constexpr int limit = 10'000;
     QElapsedTimer timer;

@@ -5,11 +5,11 @@
 
 #include <functional>
 
-/// The bytes of a file in tests/data/pictures; empty where there is none of that name.
+/// The bytes of a file in tests/data/pictures; empty where no file has that name.
 QByteArray fixture(const char* name);
 
-/// What most files in tests/data/pictures show: patterns that no two pixels share, so that every exchange of
-/// pixels or channels is seen. make-pictures.py there draws the same.
+/// The patterns that most files in tests/data/pictures show. No two pixels are the same, so every exchange of
+/// pixels or channels is seen. tests/data/make-pictures.py draws the same patterns.
 namespace Fixtures {
 
 inline constexpr int width = 11;

@@ -4,7 +4,7 @@
 
 #include <QByteArray>
 
-/// Icns data, put together by hand.
+/// Makes icns data without the code under test.
 namespace IcnsBytes {
 
 inline QByteArray number(quint32 value) {

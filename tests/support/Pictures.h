@@ -7,7 +7,7 @@
 
 #include <functional>
 
-/// Pictures that tests draw, and what they measure on pictures.
+/// Draws pictures for tests, and compares pictures.
 namespace Pictures {
 
 /// A raster whose pixels are the premultiplied form of `color(x, y)`.
@@ -16,16 +16,16 @@ QImage raster(int width, int height, const std::function<QColor(int x, int y)>& 
 /// A raster of one colour.
 QImage flat(int width, int height, const QColor& color);
 
-/// An opaque raster of seeded noise: every byte pattern, the same on every machine.
+/// An opaque raster of seeded noise, the same on every machine.
 QImage noise(int width, int height, unsigned seed);
 
-/// As `noise`, with alpha.
+/// The same with alpha.
 QImage translucentNoise(int width, int height, unsigned seed);
 
 /// An image of that raster, without reduced copies.
 Image image(const QImage& raster);
 
-/// An image of that raster as a loaded picture has it: with its reduced copies.
+/// An image of that raster with its reduced copies, like the image of a loaded picture.
 Image loadedImage(const QImage& raster);
 
 /// The four bytes of a pixel.

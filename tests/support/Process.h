@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-/// What a program left behind.
+/// The result of a program's run.
 struct ProcessResult {
     int exitStatus = -1; ///< -1 where it did not start, crashed or ran for more than a minute
     QByteArray output;
@@ -22,5 +22,5 @@ ProcessResult runProcess(const QString& program, const QStringList& arguments,
 /// Runs tobrimax-cli.
 ProcessResult runCli(const QStringList& arguments, const QString& workingFolder = {});
 
-/// Runs a script of Debian's own Python, which has Pillow.
+/// Runs a script with the system's own Python, which has Pillow.
 ProcessResult runPython(const QString& script, const QStringList& arguments);

@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <QtGlobal>
 
-/// While it lives, the diagnostic log's lines go here. One at a time.
+/// Takes the diagnostic log's lines while it lives. Only one may exist at a time.
 class RecordingLog {
   public:
     RecordingLog();

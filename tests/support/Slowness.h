@@ -1,6 +1,6 @@
 #pragma once
 
-/// How many times as long as elsewhere a program may take: sanitizers make it slow.
+/// The factor for time limits: sanitizers make a program slow.
 #if defined(__SANITIZE_ADDRESS__)
 inline constexpr int slowness = 10;
 #else

@@ -6,11 +6,11 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    // Without a display, unless one is asked for, and with nothing of the user's own desktop.
+    // Without a display, unless one is asked for, and without the settings of the user's own desktop.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    // In the build folder. A child process that a test sees abort leaves its home behind, in that of its
-    // parent.
+    // The home lies in the build folder. A child process that aborts leaves its home behind, so its home lies
+    // in its parent's.
     const QString parent =
         qEnvironmentVariable("TOBRIMAX_TEST_HOME", QFileInfo(QString::fromLocal8Bit(argv[0])).absolutePath());
     const QTemporaryDir home(parent + QStringLiteral("/home-XXXXXX"));
