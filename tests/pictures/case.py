@@ -1,4 +1,4 @@
-"""What the lists of hostile pictures have in common."""
+"""Helpers for the lists of hostile pictures."""
 
 import dataclasses
 import struct
@@ -11,7 +11,7 @@ BLACK, CLEAR = (0, 0, 0, 255), (0, 0, 0, 0)
 # Top left, top right, bottom left, bottom right.
 QUARTERS = (RED, GREEN, BLUE, WHITE)
 
-# Which quarter, as the file has them, comes where when it is turned upright.
+# For each orientation: the stored quarter that comes to each place when the picture is turned upright.
 ORIENTED = {1: (0, 1, 2, 3), 2: (1, 0, 3, 2), 3: (3, 2, 1, 0), 4: (2, 3, 0, 1), 5: (0, 2, 1, 3), 6: (2, 0, 3, 1),
             7: (3, 1, 2, 0), 8: (1, 3, 0, 2)}
 
@@ -19,10 +19,10 @@ ORIENTED = {1: (0, 1, 2, 3), 2: (1, 0, 3, 2), 3: (3, 2, 1, 0), 4: (2, 3, 0, 1), 
 @dataclasses.dataclass
 class Case:
     name: str  # of the file
-    data: object  # its bytes, or a function that makes the file of a path
-    colors: tuple = ()  # in the middle of each quarter; none where it is refused
-    sentence: str = ""  # that the error contains
-    pixels: int = 0  # of what is read
+    data: object  # the file's bytes, or a function that makes the file at a path
+    colors: tuple = ()  # in the middle of each quarter; empty where the file is refused
+    sentence: str = ""  # a part of the error's sentence
+    pixels: int = 0  # of the picture that is read
     tolerance: int = 0
 
 
@@ -31,7 +31,7 @@ def refused(name, data, sentence):
 
 
 def shown(name, data, colors, pixels=64 * 64, tolerance=0):
-    """`colors` is one for all, or one for each quarter."""
+    """`colors` is one colour for all quarters, or one for each."""
     return Case(name, data, colors if isinstance(colors[0], tuple) else (colors,) * 4, "", pixels, tolerance)
 
 
@@ -56,7 +56,7 @@ def chunk(kind, data, crc=None, length=None):
 
 
 def packed_zeros(count):
-    """`count` zeros, compressed; made without ever having them all."""
+    """`count` zeros, compressed. They are never all in memory."""
     compressor = zlib.compressobj(9)
     block = bytes(1 << 20)
     parts = [compressor.compress(block[:min(len(block), count - at)]) for at in range(0, count, len(block))]

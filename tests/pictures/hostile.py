@@ -1,7 +1,7 @@
-"""Hostile pictures, each with what must become of it.
+"""Hostile pictures, each with its expected result.
 
-GROUPS yields Case objects. As a program it makes all their files in a folder, FIFOs and the like among them, with one
-JSON file, expected.json, that tells of each whether it is shown."""
+GROUPS maps a name to a function that yields Case objects. As a program this makes all their files in a folder, among
+them FIFOs and other special files. A JSON file there, expected.json, tells for each file whether it is shown."""
 
 import json
 import pathlib

@@ -60,11 +60,11 @@ def tiffs():
                           "tile-0": {322: 0, 323: 0, 324: 8, 325: 100}, "width-missing": {256: None},
                           "strip-missing": {273: None}}.items():
         yield refused(f"{name}.tif", tiff(changes), "TIFF picture")
-    # How long samples without compression are is known without being told.
+    # The length of samples without compression follows from the picture's size.
     yield shown("strip-long.tif", tiff({279: 0xffffffff}), QUARTERS)
     yield shown("strip-empty.tif", tiff({279: 0}), QUARTERS)
     yield shown("rows-many.tif", tiff({278: 0xffffffff}), QUARTERS)
-    # A strip that unpacks to far more than it holds.
+    # A strip that unpacks to far more than the picture needs.
     yield shown("deflate-bomb.tif", tiff({259: (SHORT, 8)}, data=packed_zeros(200 << 20)), (0, 0, 0, 255))
     for orientation in range(1, 9):
         data = tiff({274: (SHORT, orientation)})
@@ -108,7 +108,7 @@ def bmps():
 
 
 def gif(width, height, frame=(0, 0, 64, 64), pictures=1, data=None):
-    """A file with a global palette of red and green, whose first frame is red."""
+    """A file with a global palette of red and green. Its first frame is red."""
     image = Image.new("P", (64, 64))
     image.putpalette([255, 0, 0, 0, 255, 0])
     one = saved("GIF", image)

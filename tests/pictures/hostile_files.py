@@ -1,4 +1,4 @@
-"""Files that are none, are called otherwise, or are of two kinds at once."""
+"""Special files, files with misleading or odd names, and files of two formats at once."""
 
 import gzip
 import io
@@ -14,7 +14,7 @@ from hostile_svg import RED_PAGE, BLUE_PAGE, svg
 
 def make_socket(path):
     here = os.getcwd()
-    os.chdir(path.parent)  # the name of a socket must be short
+    os.chdir(path.parent)  # a socket's name may not be long
     try:
         with socket.socket(socket.AF_UNIX) as end:
             end.bind(path.name)

@@ -13,7 +13,7 @@ def jpeg(image=None, **options):
 
 
 def segments(data):
-    """The markers with their data, up to the first scan, which has all that follows."""
+    """[(marker, data)] up to the first scan, and all bytes from that scan on."""
     at, found = 2, []
     while data[at + 1] != 0xda:
         length = struct.unpack(">H", data[at + 2:at + 4])[0]
@@ -60,10 +60,10 @@ def inks():
     yield shown("cmyk-white.jpg", cmyk(0, 0, 0, 0), WHITE, tolerance=2)
     yield shown("cmyk-black.jpg", cmyk(255, 255, 255, 255), BLACK, tolerance=2)
     red = middles(Image.open(io.BytesIO(cmyk(0, 255, 255, 0))))
-    # Without a profile inks are what each reader takes them for; this one is at least red.
+    # Without a profile each reader shows inks in its own colours; all show this one in some red.
     yield shown("cmyk-red.jpg", cmyk(0, 255, 255, 0), red, tolerance=60)
     parts, scan = segments(cmyk(255, 127, 127, 0))
-    # The samples of no ink, as luminance and chrominance.
+    # No ink, stored as luminance and chrominance.
     white = [(marker, data[:-1] + b"\2" if marker == 0xee else data) for marker, data in parts]
     assert white != parts
     yield shown("ycck-white.jpg", joined(white, scan), WHITE, tolerance=6)
@@ -102,7 +102,7 @@ def markers():
 
 
 def bombs():
-    """Scans without end: each takes as long as the whole picture."""
+    """Thousands of scans: each takes as long as the whole picture."""
     image = Image.new("RGB", (2000, 2000), RED[:3])
     parts, scan = segments(jpeg(image, progressive=True))
     end = scan.index(b"\xff\xc4") if b"\xff\xc4" in scan else scan.index(b"\xff\xda", 2)

@@ -124,7 +124,7 @@ def palettes():
                 (RED, CLEAR, BLUE, WHITE))
     yield shown("key.png", png(chunk(b"tRNS", struct.pack(">HHH", 0, 255, 0))), (RED, CLEAR, BLUE, WHITE))
     yield shown("key-short.png", png(chunk(b"tRNS", b"\0\xff")), QUARTERS)
-    # Of a key for more bits than the samples have the lowest count.
+    # Where a key has more bits than the samples, its lowest bits count.
     yield shown("key-out-of-range.png", png(chunk(b"tRNS", b"\xff" * 6)), (RED, GREEN, BLUE, CLEAR))
     yield shown("key-beside-alpha.png", png(chunk(b"tRNS", bytes(6)), image=quarters().convert("RGBA")), QUARTERS)
     grey = Image.new("L", (64, 64), 255)
@@ -148,7 +148,7 @@ def colors():
     for name, data in {"gAMA": bytes(4), "cHRM": bytes(32), "sRGB": b"\xff", "sBIT": b"\xff\xff\xff",
                        "bKGD": b"\0", "hIST": bytes(3), "pHYs": b"\xff" * 9, "sCAL": b"\1x\0y", "oFFs": b"\xff" * 9,
                        "pCAL": b"a\0" + b"\xff" * 20, "tIME": b"\xff" * 7, "CgBI": bytes(4)}.items():
-        if name != "CgBI":  # critical, and not of this format
+        if name != "CgBI":  # a critical chunk that the format does not have
             yield shown(f"odd-{name}.png", png(chunk(name.encode(), data)), QUARTERS)
         else:
             yield refused(f"odd-{name}.png", png(chunk(name.encode(), data)), DAMAGED)

@@ -97,7 +97,7 @@ def gzip_of_spaces():
 
 
 def links():
-    """Links to what is outside are not followed; the picture is drawn without."""
+    """Links to anything outside of the document are not followed. The picture is drawn without them."""
     yield shown("plain.svg", svg(RED_PAGE), RED)
     for name, link in {"file": "file:///etc/passwd", "http": "http://localhost:9/a.png", "https": "https://localhost:9/a.svg",
                        "ftp": "ftp://localhost:9/a.png", "relative": "plain.svg", "parent": "../../../etc/passwd",
@@ -144,14 +144,14 @@ def sizes():
     for name, attributes in {"0": "width='0' height='0'", "view-box-0": "viewBox='0 0 0 0'",
                              "view-box-nan": "viewBox='nan nan nan nan'", "tiny": "width='1e-6' height='1e-6'"}.items():
         yield refused(f"size-{name}.svg", svg("" if name.startswith("view") else RED_PAGE, attributes), empty)
-    # A size in error is none, and the document as large as what it draws.
+    # An invalid size counts as no size: the document is as large as its drawing.
     for name, attributes in {"nan": "width='nan' height='nan'", "negative": "width='-5' height='-5'",
                              "huge": "width='1e9' height='1e9' viewBox='0 0 100 100'",
                              "small": "width='.01' height='.01' viewBox='0 0 100 100'"}.items():
         yield shown(f"size-{name}.svg", svg(RED_PAGE, attributes), RED)
     yield shown("view-box-huge.svg", svg("<rect x='-1e9' y='-1e9' width='2e9' height='2e9' fill='#f00'/>",
                                          "viewBox='-1e9 -1e9 2e9 2e9'"), RED)
-    # An element with an attribute in error is left out, here all of them.
+    # An element with an invalid attribute is left out; here it is the root.
     yield shown("view-box-of-text.svg", svg(RED_PAGE, "width='100' height='100' viewBox='a b c d'"), CLEAR)
     yield shown("nothing.svg", svg(""), CLEAR)
     yield refused("not-closed.svg", svg(RED_PAGE)[:-6], "SVG picture is truncated or damaged")
@@ -162,7 +162,7 @@ def sizes():
     yield refused("scaled-text.svg", svg("<g transform='scale(1e9)'><text>a</text></g>"), "text that is too large")
     yield refused("tiles-of-nothing.svg", svg("<filter id='f' width='0'><feFlood/><feTile/></filter>"
                                               "<rect width='9' height='9' filter='url(#f)'/>"), "a filter that tiles")
-    # A font that can't be had is a matter of the log.
+    # Only the log tells that a font can't be loaded.
     yield shown("large-font.svg", svg(BLUE_PAGE + "<text y='5000000' font-size='700000'>a</text>"), BLUE)
 
 

@@ -16,7 +16,7 @@ import hostile
 from hostile_bitmaps import bmp
 
 PROGRAM = ""
-# What is instrumented is slow and large.
+# An instrumented program is slow and large.
 IS_INSTRUMENTED = "ASAN_OPTIONS" in os.environ or "LLVM_PROFILE_FILE" in os.environ
 SECONDS = 20 if IS_INSTRUMENTED else 2
 MEMORY = None if IS_INSTRUMENTED else 512 << 20
@@ -24,7 +24,7 @@ ICONS = {"small": 36, "large": 256}
 
 
 class Run:
-    """One run of the program to its end, with what it took."""
+    """One run of the program to its end, with its status, messages, time and memory."""
 
     def __init__(self, *words):
         with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as errors:
@@ -53,7 +53,7 @@ class HostileTest(unittest.TestCase):
         self.catalogue.write_bytes(plistlib.dumps([icons, {}, {}, {}, {}]))
 
     def generate(self, path, out, pixels):
-        # A machine that has much else to do may take long for little.
+        # A busy machine may take long for a short run, so there are up to three.
         for _ in range(3):
             run = Run("generate", "--out", str(out), "--catalogue", str(self.catalogue), "--platform", "iphone", "--",
                       str(path))
@@ -119,7 +119,7 @@ class HostileTest(unittest.TestCase):
         self.check_group("files", 50)
 
     def test_shrinking(self):
-        """A file that grows and shrinks while it is read is a picture or none, and nothing else happens."""
+        """A file that grows and shrinks while it is read is drawn or refused, and nothing else happens."""
         path = self.folder / "shrinking.bmp"
         whole = bmp(4000, 4000, data=bytes(4000 * 4000 * 3))
         is_over = threading.Event()

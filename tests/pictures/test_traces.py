@@ -1,7 +1,7 @@
 """Compares the files that `tobrimax-cli generate` opens, and the connections that it makes, for hostile pictures with
 those for harmless ones of their kind: test_traces.py TOBRIMAX_CLI
 
-Where strace may not trace, the tests fail."""
+The tests fail where strace is not permitted to trace."""
 
 import base64
 import os
@@ -23,7 +23,7 @@ from hostile_svg import svg
 PROGRAM = ""
 CALL = re.compile(r"^(?:\d+ +)?([a-z0-9_]+)\((.*)$")
 PATH = re.compile(r'"((?:[^"\\]|\\.)*)"(\.\.\.)?')
-# What a drawing of its kind may need: fonts, the reader of embedded pictures, the threads of a filter.
+# It uses all that a drawing may need: fonts, the readers of embedded pictures, the threads of a filter.
 HARMLESS = svg("".join((
     "<style>rect{stroke:#000}</style><linearGradient id='g'><stop stop-color='red'/></linearGradient>",
     "<filter id='f'><feGaussianBlur stdDeviation='2'/></filter><rect width='9' height='9' fill='url(#g)' filter='url(#f)'/>",
@@ -42,7 +42,7 @@ class TraceTest(unittest.TestCase):
         self.catalogue.write_bytes(plistlib.dumps([icons, {}, {}, {}, {}]))
 
     def call(self, line):
-        """The name of a system call with the paths in it, or with all of what it is told where it is one of the network."""
+        """The name of a system call and its paths; all arguments where it has no path or is one of the network."""
         found = CALL.match(line)
         if not found:
             return None  # the end of another call, or of the process
@@ -51,7 +51,7 @@ class TraceTest(unittest.TestCase):
         rest = re.sub(r"FOLDER/out-\d+", "FOLDER/out", rest)
         paths = tuple(path for path, _ in PATH.findall(rest))
         if name.startswith("readlink"):
-            paths = paths[:1]  # what it leads to follows, unless another thread comes between
+            paths = paths[:1]  # the link's target follows, unless another thread's call comes between
         if paths and not name.startswith(("connect", "send", "bind")):
             return name, *paths
         return name, rest
@@ -59,7 +59,7 @@ class TraceTest(unittest.TestCase):
     def trace(self, number, picture="picture"):
         log = self.folder / "log"
         environment = dict(os.environ, LLVM_PROFILE_FILE="/dev/null")
-        environment["ASAN_OPTIONS"] = environment.get("ASAN_OPTIONS", "") + ":detect_leaks=0"  # which needs tracing itself
+        environment["ASAN_OPTIONS"] = environment.get("ASAN_OPTIONS", "") + ":detect_leaks=0"  # which traces too
         subprocess.run(["strace", "-f", "--seccomp-bpf", "-s", "4096", "-e", "trace=%file,%network", "-o", str(log), PROGRAM,
                         "generate", str(self.folder / picture), "--out", str(self.folder / f"out-{number}"), "--catalogue",
                         str(self.catalogue), "--platform", "iphone"], env=environment, capture_output=True, timeout=120,
@@ -80,7 +80,7 @@ class TraceTest(unittest.TestCase):
             calls = self.traced(data, i)
             self.assertIn("FOLDER/out/iphone/AppIcon.appiconset/a.png", {part for call in calls for part in call})
             allowed |= calls
-        # As a check of the check: what else is opened is seen.
+        # Checks this check: another opened file is seen.
         (self.folder / "other").write_bytes(harmless[0])
         self.assertIn("FOLDER/other", {part for call in self.trace(99, "other") - allowed for part in call})
         (self.folder / "plain.svg").write_bytes(svg(hostile_svg.RED_PAGE))
@@ -102,7 +102,7 @@ class TraceTest(unittest.TestCase):
         self.assertGreaterEqual(self.check(hostile_files.polyglots(), harmless), 10)
 
     def test_catalogues(self):
-        """A catalogue that links to other files."""
+        """Catalogues that link to other files."""
         allowed = self.traced(HARMLESS, 0)
         plain = self.catalogue.read_text()
         for i, declaration in enumerate(("[<!ENTITY a SYSTEM 'file:///etc/passwd'>]", "[<!ENTITY % a SYSTEM 'other'> %a;]",
