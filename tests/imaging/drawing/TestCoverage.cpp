@@ -112,8 +112,8 @@ TEST(Path, a_radius_of_zero_in_either_direction_leaves_square_corners) {
 }
 
 TEST(Path, the_outline_moved_inward_keeps_its_distance) {
-    // A rounded rectangle with circular corners moved inward is one again: smaller by the distance, and so
-    // its radius.
+    // A rounded rectangle with circular corners, moved inward, stays one: each edge moves by the distance,
+    // and the radius shrinks by it.
     const int side = 100;
     const QRectF bounds(0, 0, side, side);
     const CoverageMask moved =

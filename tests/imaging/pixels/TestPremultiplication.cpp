@@ -12,7 +12,7 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using Pixel = std::array<unsigned, 4>;
 
-/// An operation and what it does to one pixel.
+/// An operation, and its result for one pixel.
 struct Operation {
     const char* name;
     void (*run)(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels);
@@ -43,7 +43,7 @@ const Operation operations[] = {
      }},
 };
 
-/// From none to several vectors of any width, and one pixel more and less.
+/// From no pixel to several vectors of any width, with one pixel more and less.
 constexpr std::size_t lengths[] = {0, 1, 2, 3, 7, 8, 9, 15, 16, 17, 31, 32, 33, 63, 64, 65, 1000};
 
 Bytes plainly(const Operation& operation, const Bytes& in) {
@@ -92,7 +92,7 @@ TEST(Premultiplication, every_length_is_done_in_full_and_no_further_in_place_too
     const Bytes all = everyPair();
     for (const Operation& operation : operations) {
         for (const std::size_t pixels : lengths) {
-            // One byte from alignment.
+            // One byte off alignment.
             const Bytes in(all.begin() + 70001,
                            all.begin() + 70001 + static_cast<std::ptrdiff_t>(4 * pixels));
             Bytes out(in.size() + 2, 0xee);

@@ -37,7 +37,7 @@ QImage drawn(const Image& image, const QSizeF& size) {
     return context.image().largestRaster();
 }
 
-/// For one render of that size.
+/// Options for a single render of that size.
 LoadOptions drawnAs(const QSizeF& size) {
     return {std::vector{size}};
 }
@@ -49,7 +49,7 @@ qint64 pixelsOf(const Image& image) {
     return sum;
 }
 
-/// Files of pictures of 203 × 131 pixels, some of them only when they are turned upright.
+/// Files of pictures of 203 × 131 pixels. Some have that size after they have been turned upright.
 const char* const files[] = {"large-rgba-8.png",
                              "large-rgba-16.png",
                              "large-grey-8.png",
@@ -179,7 +179,7 @@ TEST(ReducedCopies, png_and_jpeg_are_reduced_while_they_are_read) {
         const Result<DecodedPicture> picture =
             file.endsWith(".png") ? readPng(bytes, renders) : readJpeg(bytes, renders);
         ASSERT_TRUE(picture);
-        // One that must be turned is turned as a whole.
+        // A picture that is turned upright is decoded as a whole.
         const bool isUpright = !file.contains("orientation");
         EXPECT_EQ(picture->raster.size(), isUpright ? QSize(102, 66) : fileSize);
         EXPECT_EQ(picture->wholeSize, isUpright ? fileSize : QSize());

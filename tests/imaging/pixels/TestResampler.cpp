@@ -22,7 +22,7 @@ QImage resampled(const QImage& source, int width, int height) {
     return resampled(source, fillingMapping(source.width(), width), fillingMapping(source.height(), height));
 }
 
-/// As an icon is rendered: through the loaded picture's reduced copies.
+/// Renders as for an icon: through the loaded picture's reduced copies.
 QImage rendered(const QImage& source, int width, int height) {
     GraphicsContext context(QSizeF(width, height), 1);
     context.drawImage(Pictures::loadedImage(source), QRectF(0, 0, width, height));
@@ -40,8 +40,9 @@ QImage zonePlate(int side) {
     });
 }
 
-/// The standard deviation of grey beyond `factor` times the radius at which a zone plate reduced by `ratio`
-/// reaches the Nyquist limit of the result: what is left there is aliasing.
+/// The standard deviation of grey outside of a circle. The circle's radius is `factor` times the radius at
+/// which a zone plate reduced by `ratio` reaches the result's Nyquist limit. What is left outside is
+/// aliasing.
 double aliasing(const QImage& reduced, double ratio, double factor) {
     // The local frequency of the plate at radius r of the source is r / n; the limit of the result is 1 / (2
     // ratio).
@@ -134,7 +135,7 @@ TEST(Resampler, agrees_with_the_filter_computed_in_double_precision) {
                 value /= sum;
             return w;
         };
-        // From 2:1 on, taps that an edge cuts off are made up for in a way of their own.
+        // From 2:1 on, pixels whose taps an edge cuts off get a further correction.
         const auto isCut = [](int target, int sourceLength, int targetLength) {
             const double ratio = static_cast<double>(sourceLength) / targetLength;
             const double centre = (target + 0.5) * ratio;
@@ -163,8 +164,8 @@ TEST(Resampler, agrees_with_the_filter_computed_in_double_precision) {
 }
 
 TEST(Resampler, a_ramp_that_runs_into_the_edge_is_reduced_as_without_the_correction_there) {
-    // Taps cut off at an edge, made up for by scaling the others: the usual way, which the correction keeps
-    // to for anything smooth.
+    // The usual filter scales the other taps where an edge cuts taps off. For a smooth picture the correction
+    // gives nearly the same.
     const QImage ramp =
         Pictures::raster(64, 64, [](int x, int y) { return QColor(4 * x, 4 * y, 2 * (x + y)); });
     const QImage result = resampled(ramp, 32, 32);
@@ -174,8 +175,8 @@ TEST(Resampler, a_ramp_that_runs_into_the_edge_is_reduced_as_without_the_correct
 }
 
 TEST(Resampler, sums_between_the_two_filters_fit_in_16_bits) {
-    // With 6 fractional bits a sample of 255 leaves room for weights of either sign that sum to twice their
-    // sum.
+    // A sample of 255 has 6 fractional bits. It leaves room for weights whose absolute values add up to less
+    // than twice their sum.
     static constexpr int most = 2 * ResamplerWeights::one;
     const auto expectFit = [](const AxisMapping& mapping) {
         const ResamplerWeights weights(mapping);
@@ -221,7 +222,7 @@ TEST(Resampler, a_zone_plate_reduced_eight_times_hardly_aliases) {
     const QImage ours = rendered(plate, 128, 128);
     for (const double factor : {1.25, 1.5, 2.0})
         EXPECT_LE(aliasing(ours, 8, factor), 1.35 * aliasing(singlePass, 8, factor) + 0.3) << factor;
-    // Beyond the filter's transition band, one pass of Lanczos 3 leaves about half a grey level.
+    // Beyond the filter's transition band, one pass of Lanczos 3 leaves roughly half a grey level.
     EXPECT_NEAR(aliasing(singlePass, 8, 2), 0.5, 0.15);
 }
 
@@ -267,7 +268,7 @@ TEST(Resampler, an_opaque_picture_stays_opaque_to_the_last_pixel) {
 }
 
 TEST(Resampler, hidden_colours_make_no_fringe) {
-    // Pure red where it shows, pure green where it is transparent.
+    // The visible parts are pure red, the transparent parts pure green.
     const QImage source = Pictures::raster(240, 240, [](int x, int y) {
         return (x / 40 + y / 40) % 2 == 0 ? QColor(255, 0, 0) : QColor(0, 255, 0, 0);
     });

@@ -43,7 +43,7 @@ QImage drawn(const QByteArray& document) {
     return picture ? picture->raster : QImage();
 }
 
-/// The document stretched over so many pixels.
+/// The document stretched to width × height pixels.
 QImage rendered(const QByteArray& document, int width, int height) {
     const Result<std::shared_ptr<const SvgDocument>> result = SvgDocument::fromBytes(document);
     EXPECT_TRUE(result) << result.error().sentence.toStdString();
@@ -74,7 +74,7 @@ void expectNear(const Pixel& found, const Pixel& wanted, int tolerance) {
     EXPECT_NEAR(found.alpha, wanted.alpha, tolerance);
 }
 
-/// Whether all of it is transparent.
+/// Whether the whole raster is transparent.
 bool isClear(const QImage& raster) {
     return !raster.isNull() &&
            Pictures::same(raster, Pictures::flat(raster.width(), raster.height(), QColor(0, 0, 0, 0)));

@@ -15,7 +15,7 @@ QByteArray svg(const QByteArray& content, const QByteArray& attributes = {}) {
            attributes + ">" + content + "</svg>";
 }
 
-/// What is said of the document, nothing where it is let through.
+/// The sentence with which the document is refused; empty where it is let through.
 std::string refusal(const QByteArray& document) {
     const std::optional<Error> error = SvgGuard::refused(document);
     return error ? error->sentence.toStdString() : std::string();
@@ -35,8 +35,8 @@ QByteArray number(int i) {
     return QByteArray::number(i);
 }
 
-/// `levels` elements of which each refers ten times to the one before. `wrap` makes an element of an id and a
-/// content, `refer` a reference to an id.
+/// A chain of `levels` elements. Each one refers ten times to the one before. `wrap` makes an element with an
+/// id and a content, `refer` makes a reference to an id.
 template <typename Wrap, typename Refer>
 QByteArray tenfold(int levels, const QByteArray& first, Wrap wrap, Refer refer) {
     QByteArray content = wrap("a0", first);
@@ -74,7 +74,7 @@ TEST(SvgGuard, what_multiplies_by_any_kind_of_reference_is_refused) {
         expectRefused(svg(tenfold(6, dot, wrapped("marker"), painted(property))), tooOften);
     expectRefused(svg(tenfold(6, dot, wrapped("mask"), painted("mask"))), "too often");
     expectRefused(svg(tenfold(6, dot, wrapped("clipPath"), painted("clip-path"))), "too often");
-    // Pictures in a filter are drawn for each element that has it.
+    // Pictures in a filter are drawn for each element that has the filter.
     expectRefused(
         svg(tenfold(
             6, dot,
@@ -157,7 +157,7 @@ TEST(SvgGuard, circles_of_references_are_refused) {
     expectRefused(svg("<pattern id='p'><rect fill='url(#q)'/></pattern>"
                       "<pattern id='q'><rect fill='url(#p)'/></pattern><rect fill='url(#p)'/>"),
                   circle);
-    // A common slip of the pen, which draws the marker without itself.
+    // A common mistake: the marker refers to itself. It is drawn without that reference.
     expectLetThrough(svg("<style>path{marker-end:url(#m)}</style><marker id='m'><path d='M0 0'/></marker>"
                          "<path d='M0 0L9 9'/>"));
     expectRefused(svg("<style>path{marker-end:url(#m)}</style><marker id='m'><path id='x' d='M0 0'/></marker>"
@@ -234,7 +234,7 @@ TEST(SvgGuard, letters_of_a_mile_are_refused) {
         return "<text " + attributes + ">a<tspan " + attributes + ">b</tspan></text>";
     };
     expectLetThrough(svg(text("font-size='120%'")));
-    // Families are called what they are called.
+    // The name of a font family may contain any words.
     for (const char* font :
          {"12px system-ui, sans-serif", "600 24px/1.5 'Helvetica Neue 75'", "10pt ex-serif"})
         expectLetThrough(svg("<g><g><g>" + text("style=\"font:" + QByteArray(font) + "\"") + "</g></g></g>"));
