@@ -1,8 +1,9 @@
 #!/usr/bin/python3
-"""Makes the picture files in pictures/, which are part of the repository: tests run without this script.
+"""Makes the picture files in pictures/. They are part of the repository, so tests run without this script.
 
-Needs Pillow (with littlecms, libtiff, WebP and JPEG 2000) and png2icns. What a file's pixels are is said twice: here,
-and in the test that reads the file; the functions `color`, `grey` and `index` have their like there.
+Needs Pillow (with littlecms, libtiff, WebP and JPEG 2000) and png2icns. A file's pixels are defined twice: here, and in
+the test that reads the file. tests/support/Fixtures.h has the same patterns as `color`, `alpha`, `grey`, `index` and
+`palette`.
 """
 
 import io
@@ -23,7 +24,7 @@ def save(name, data):
         file.write(data)
 
 
-# What the pictures show.
+# The patterns of the pictures.
 
 def color(x, y):
     return ((37 * x + 5 * y + 10) % 256, (11 * x + 53 * y + 100) % 256, (71 * x + 29 * y + 200) % 256)
@@ -62,7 +63,7 @@ BLOCKS = [(200, 40, 40), (40, 180, 60), (50, 60, 220), (230, 220, 60), (128, 128
 
 
 def block_image(side=8):
-    """3 × 2 blocks of one colour each, which lossy codecs keep."""
+    """3 × 2 blocks of one colour each. Lossy codecs keep these colours."""
     image = Image.new("RGB", (3 * side, 2 * side))
     for i, block in enumerate(BLOCKS):
         image.paste(block, (i % 3 * side, i // 3 * side, (i % 3 + 1) * side, (i // 3 + 1) * side))
@@ -76,7 +77,7 @@ STORED_FOR = {
 
 
 def stored(image, orientation):
-    """`image` as it is stored where the orientation turns it upright."""
+    """`image` as a file stores it whose orientation turns it upright."""
     method = STORED_FOR[orientation]
     return image if method is None else image.transpose(method)
 
@@ -89,7 +90,7 @@ def exif(orientation, order="<"):
 # ICC profiles.
 
 def icc(device_class, space, connection, tags, version=0x02400000):
-    """A profile of those tags; equal contents are stored once."""
+    """A profile with those tags."""
     table = struct.pack(">I", len(tags))
     at = 128 + 4 + 12 * len(tags)
     contents = b""
@@ -142,7 +143,7 @@ def linear_grey():
 
 
 def grey_ink_cmyk():
-    """A printer whose inks are all grey: lightness 100 × (1 - K) × (1 - (C + M + Y) ÷ 3)."""
+    """The profile of a printer whose inks are all grey: lightness 100 × (1 - K) × (1 - (C + M + Y) ÷ 3)."""
     nodes = b""
     for node in range(16):
         c, m, y, k = (node >> 3 & 1, node >> 2 & 1, node >> 1 & 1, node & 1)
@@ -160,7 +161,7 @@ def srgb():
     return profile[:24] + struct.pack(">6H", 2020, 1, 1, 0, 0, 0) + profile[36:]
 
 
-# PNG, by hand.
+# PNG, written without a library.
 
 GREY, RGB, INDEXED, GREY_ALPHA, RGB_ALPHA = 0, 2, 3, 4, 6
 ADAM7 = [(0, 0, 8, 8), (4, 0, 8, 8), (0, 4, 4, 8), (2, 0, 4, 4), (0, 2, 2, 4), (1, 0, 2, 2), (0, 1, 1, 2)]
@@ -181,7 +182,7 @@ def packed(samples, depth):
 
 
 def png(kind, depth, pixel, chunks=(), width=WIDTH, height=HEIGHT, interlaced=False, trailing=()):
-    """`pixel(x, y)` is a tuple of samples; `chunks` stand before the pixels, `trailing` ones behind."""
+    """`pixel(x, y)` is a tuple of samples; `chunks` come before the pixels, `trailing` ones after them."""
     rows = b""
     for left, top, step_x, step_y in ADAM7 if interlaced else [(0, 0, 1, 1)]:
         for y in range(top, height, step_y):
@@ -293,17 +294,17 @@ def make_jpegs():
         greys.paste(51 * i, (8 * i, 0, 8 * i + 8, 8))
     save("grey.jpg", jpeg(greys))
     save("grey-icc.jpg", jpeg(greys, icc_profile=linear_grey()))
-    # Ink in percent of 255: paper, C, M, Y, K, half of each.
+    # Inks, with 255 for full ink: paper, C, M, Y, K, half of each.
     inks = [(0, 0, 0, 0), (255, 0, 0, 0), (0, 255, 0, 0), (0, 0, 255, 0), (0, 0, 0, 255), (128, 128, 128, 128)]
     cmyk = Image.new("CMYK", (48, 8))
     for i, ink in enumerate(inks):
         cmyk.paste(ink, (8 * i, 0, 8 * i + 8, 8))
     save("cmyk-adobe.jpg", jpeg(cmyk))
-    # Between the profile's nodes only in C and K, where every way to interpolate gives the same.
+    # Only C and K lie between the profile's nodes, so every way to interpolate gives the same.
     profiled = cmyk.copy()
     profiled.paste((128, 0, 0, 128), (40, 0, 48, 8))
     save("cmyk-adobe-icc.jpg", jpeg(profiled, icc_profile=grey_ink_cmyk()))
-    # What is stored inverted with an Adobe marker is plain ink without it.
+    # With an Adobe marker stored inks are inverted; without the marker they are plain.
     inverted = Image.merge("CMYK", [plane.point(lambda v: 255 - v) for plane in cmyk.split()])
     save("cmyk-plain.jpg", without_segment(jpeg(inverted), 0xEE))
     for orientation in range(1, 9):
@@ -317,10 +318,10 @@ def make_jpegs():
     save("broken-icc.jpg", jpeg(image, subsampling=0, icc_profile=b"this is no profile" * 10))
 
 
-# TIFF, by hand.
+# TIFF, written without a library.
 
 def tiff(tags, strips, order="<", tiled=False):
-    """`tags`: number -> list of values; the strips' or tiles' places and lengths are filled in."""
+    """`tags`: number -> list of values. The places and lengths of strips or tiles are added."""
     tags = dict(tags)
     data_at = 8
     places = []
@@ -394,7 +395,7 @@ def make_tiffs():
     save("rgb-planes.tif", tiff(tiff_tags(2, [8] * 3, _284=[2]), planes))
     inks = [(0, 0, 0, 0), (255, 0, 0, 0), (0, 255, 0, 0), (0, 0, 255, 0), (0, 0, 0, 255), (51, 102, 153, 51)]
     save("cmyk.tif", tiff(tiff_tags(5, [8] * 4, 6, 1, _332=[1]), [samples(lambda x, y: inks[x], 6, 1)]))
-    # Between the profile's nodes only in C and K, where every way to interpolate gives the same.
+    # Only C and K lie between the profile's nodes, so every way to interpolate gives the same.
     profiled = inks[:5] + [(128, 0, 0, 128)]
     save("cmyk-icc.tif",
          tiff(tiff_tags(5, [8] * 4, 6, 1, _34675=grey_ink_cmyk()), [samples(lambda x, y: profiled[x], 6, 1)]))
@@ -408,7 +409,7 @@ def make_tiffs():
     save("rgb-lzw.tif", out.getvalue())
 
 
-# GIF, by hand. Codes are never shorter than they need be: a clear code stands before they would grow.
+# GIF, written without a library. All codes have the same length: a clear code comes before they would grow.
 
 def lzw(indices, bits):
     codes = []
@@ -449,7 +450,7 @@ def make_gifs():
     save("local-colors.gif", gif([gif_frame(0, 0, WIDTH, HEIGHT, pixel, local=palette(16)[::-1])]))
 
 
-# BMP, by hand.
+# BMP, written without a library.
 
 def bmp(depth, data, compression=0, colors=(), height=HEIGHT, masks=b""):
     table = masks + b"".join(bytes([b, g, r, 0]) for r, g, b in colors)
@@ -544,7 +545,7 @@ def make_large():
 # icns.
 
 def icns_picture(side):
-    """Sixteen blocks, with alpha: 51 × 1 to 5."""
+    """Sixteen blocks with alpha: 51 times 1 to 5."""
     image = Image.new("RGBA", (side, side))
     step = side // 4
     for row in range(4):
@@ -573,7 +574,7 @@ def make_icns():
     at = 8
     while at < len(data):
         kind, length = struct.unpack(">4sI", data[at:at + 8])
-        # The largest mask is not packed and would be the largest file here.
+        # The largest mask is not packed, and would make this the largest file here.
         if kind != b"t8mk":
             elements.append((kind, data[at + 8:at + length]))
         at += length

@@ -1,4 +1,4 @@
-"""Runs what README.md tells of many pictures, with twenty of them:
+"""Runs the commands for many pictures in README.md, with twenty pictures:
 test_many_pictures.py TOBRIMAX_CLI README TESTS…"""
 
 import csv
@@ -19,14 +19,14 @@ FILES = 54  # of a set
 
 
 def recipe(first_words):
-    """The lines of README.md that stand in one block from `first_words` on."""
+    """The lines of a code block in README.md, from `first_words` to the end of the block."""
     text = pathlib.Path(README).read_text(encoding="utf-8")
     start = text.index(first_words)
     return text[start:text.index("```", start)]
 
 
 def spin():
-    """Work for a processor, the same each time."""
+    """A command that keeps a processor busy with the same work each time."""
     return [sys.executable, "-IS", "-c", "sum(i * i for i in range(3_000_000))"]
 
 
@@ -42,7 +42,7 @@ class ManyPictures(unittest.TestCase):
             picture.save(self.folder / "pictures" / f"logo {i:02}'s.png")
         self.environment = {"PATH": f"{pathlib.Path(PROGRAM).parent}:{os.environ['PATH']}", "HOME": str(self.folder),
                             "SHELL": "/bin/bash", "LC_ALL": "C.UTF-8"}
-        # A sanitizer's build goes by these.
+        # A sanitizer's build reads these.
         self.environment |= {name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}
 
     def start(self, lines, **more):
@@ -51,7 +51,7 @@ class ManyPictures(unittest.TestCase):
                                 start_new_session=True)
 
     def run_recipe(self, lines=None, status=0, **more):
-        """Seconds that it takes, and what it prints on standard error."""
+        """Runs a recipe. Returns the seconds that it took, and its standard error."""
         begin = time.monotonic()
         process = self.start(lines or recipe("find pictures"), **more)
         _, errors = process.communicate(timeout=250)
@@ -59,12 +59,12 @@ class ManyPictures(unittest.TestCase):
         return time.monotonic() - begin, errors.decode()
 
     def log(self):
-        """{sequence number: exit status} of the jobs that ended, each only once."""
+        """{sequence number: exit status} of the jobs that ended. Each job is there only once."""
         path = self.folder / "icons.log"
         if not path.exists():
             return {}
         with open(path, encoding="utf-8") as lines:
-            # Its last line may be on the way.
+            # The last line may be incomplete.
             rows = [row for row in csv.DictReader(lines, delimiter="\t", quoting=csv.QUOTE_NONE) if row["Command"]]
         self.assertEqual(len(rows), len({row["Seq"] for row in rows}))
         return {int(row["Seq"]): int(row["Exitval"]) or int(row["Signal"]) for row in rows}
@@ -73,7 +73,7 @@ class ManyPictures(unittest.TestCase):
         return self.folder / "icons" / f"logo {number - 1:02}'s"
 
     def files(self, number):
-        """{path: (bytes, when written, which file)} of the set with that sequence number."""
+        """{path: (bytes, modification time, inode)} of the set with that sequence number."""
         folder = self.set_folder(number)
         return {path.relative_to(folder): (path.read_bytes(), path.stat().st_mtime_ns, path.stat().st_ino)
                 for path in folder.rglob("*") if path.is_file()}
@@ -82,7 +82,7 @@ class ManyPictures(unittest.TestCase):
         self.assertEqual(self.log(), {number: 0 for number in range(1, PICTURES + 1)})
         for number in range(1, PICTURES + 1):
             self.assertEqual(len(self.files(number)), FILES)
-        # Each has its own picture's.
+        # Each set shows its own picture.
         largest = pathlib.Path("mac/AppIcon.appiconset/icon_512x512@2x.png")
         self.assertEqual(len({self.files(number)[largest][0] for number in range(1, PICTURES + 1)}), PICTURES)
 
@@ -106,7 +106,7 @@ class ManyPictures(unittest.TestCase):
             self.assertIsNone(process.poll(), "it ended before it could be killed")
             self.assertLess(time.monotonic(), end)
             time.sleep(0.005)
-        # The whole session: the jobs that are running too.
+        # Kills the whole session, with the jobs that are running.
         os.killpg(process.pid, signal.SIGKILL)
         process.communicate()
         done = self.log()
@@ -132,7 +132,7 @@ class ManyPictures(unittest.TestCase):
         self.assertEqual(self.files(5), before)
 
     def test_other_hosts_take_their_part(self):
-        # Two hosts that are folders: their shell begins there, and each keeps a record of its jobs.
+        # Two folders stand for two hosts. A host's shell starts in its folder, and records its jobs there.
         hosts = self.folder / "hosts"
         tools = self.folder / "tools"
         tools.mkdir()
@@ -160,7 +160,7 @@ exec /bin/sh -c "$*"
         if cores < 2:
             self.skipTest("this machine has one core")
         clear, attempts = 0.75, 4
-        # The rest says no more about time.
+        # Eight pictures are enough to compare times.
         for path in sorted((self.folder / "pictures").iterdir())[8:]:
             path.unlink()
         told = []
@@ -182,8 +182,7 @@ exec /bin/sh -c "$*"
 
     @staticmethod
     def share_of_two_cores():
-        """The time that two processes of plain work need side by side, of the time that they need one after the
-        other."""
+        """The time of two processes of plain work side by side, divided by their time one after the other."""
         begin = time.monotonic()
         for _ in range(2):
             subprocess.run(spin(), check=True)
