@@ -1,4 +1,4 @@
-# One place for what every target of ours is compiled with.
+# The options with which every target of the project is compiled.
 
 add_library(tobrimax_options INTERFACE)
 target_include_directories(tobrimax_options INTERFACE ${PROJECT_SOURCE_DIR})
@@ -16,11 +16,11 @@ target_compile_options(
             -Woverloaded-virtual
             -Wold-style-cast
             -Werror
-            # The same rounding on every processor: no fused multiply-add behind our back.
+            # The same rounding on every processor: the compiler makes no fused multiply-add.
             -ffp-contract=off)
 
-# Hardening of what people run: checked bounds and formats, guarded stacks, branch targets, and an address space that is
-# laid out anew each time and whose tables are read-only.
+# Hardening of released programs: checked bounds and formats, guarded stacks and branch targets, addresses that differ at
+# each start, and read-only tables of addresses.
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
@@ -33,15 +33,15 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     target_compile_options(tobrimax_options INTERFACE $<$<CONFIG:Release>:-fcf-protection>)
   endif()
   target_link_options(tobrimax_options INTERFACE $<$<CONFIG:Release>:LINKER:-z,relro,-z,now,-z,noexecstack>)
-  # No library that nothing is taken from: each one takes its time when a program starts.
+  # A library that a program takes nothing from is not linked: each library costs time when a program starts.
   target_link_options(tobrimax_options INTERFACE LINKER:--as-needed)
 endif()
 
-# What of the integer checks is left out: headers of others, and what is meant to wrap.
+# The list has the sources that the integer checks leave out: headers of other libraries.
 set(integer_checks -fsanitize=integer -fno-sanitize-recover=integer
                    -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/integer-checks.txt)
 
-# tobrimax_check_integers(SOURCES… ): of one library, where such a build was asked for.
+# tobrimax_check_integers(SOURCES…): checks whole numbers in these sources of one library, in the preset `integer`.
 function(tobrimax_check_integers)
   if(TOBRIMAX_INTEGER_CHECKS)
     set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "${integer_checks}")
@@ -49,8 +49,8 @@ function(tobrimax_check_integers)
 endfunction()
 
 # tobrimax_room(NAME SOURCES … [ROOMS …] [QT …] [PACKAGES …]): the static library of one folder. ROOMS are the folders that
-# it includes, with _ for /; QT is the highest of Qt's libraries that it knows; PACKAGES are foreign libraries, which it
-# keeps to itself. scripts/layers compares ROOMS with what is included.
+# it includes, with _ for /; scripts/layers compares them with what is included. QT is the highest of Qt's libraries that it
+# uses. PACKAGES are foreign libraries; only this library uses them.
 function(tobrimax_room name)
   cmake_parse_arguments(PARSE_ARGV 1 ROOM "" "QT" "SOURCES;ROOMS;PACKAGES")
   add_library(${name} STATIC ${ROOM_SOURCES})
@@ -62,7 +62,7 @@ function(tobrimax_room name)
   tobrimax_headers_alone(${name})
 endfunction()
 
-# headers_alone, built by scripts/layers, compiles each header of each room as if a source included nothing else.
+# headers_alone compiles each header of each room as if a source included nothing else. scripts/layers builds it.
 add_custom_target(headers_alone)
 function(tobrimax_headers_alone name)
   file(
