@@ -63,7 +63,7 @@ def stage_times(path, folder, runs):
     return measured.median(figures)
 
 
-# Seconds. A program and its libraries take ten milliseconds or more to read from the disk, which shows in a shorter run.
+# Seconds. A program takes ten milliseconds or more to read from the disk with its libraries; a shorter run shows that.
 SHORT = 1
 
 
