@@ -388,9 +388,9 @@ TEST_F(IconFamilyFiles, what_is_stored_is_what_a_parser_of_its_own_expects) {
     for (const Type& type : types)
         ASSERT_TRUE(family->setIconFamilyElement(type.code, bitmap(type.size, type.size).get())) << type.code;
     ASSERT_TRUE(family->writeToFile(path));
-    const ProcessResult checked =
-        runProcess(QStringLiteral("/usr/bin/python3"),
-                   {QStringLiteral("-B"), QStringLiteral(PROJECT_DIR "/tests/imaging/icns/check_store.py"), path});
+    const ProcessResult checked = runProcess(
+        QStringLiteral("/usr/bin/python3"),
+        {QStringLiteral("-B"), QStringLiteral(PROJECT_DIR "/tests/imaging/icns/check_store.py"), path});
     EXPECT_EQ(checked.output, "25 elements\n") << checked.errors.toStdString();
 }
 
