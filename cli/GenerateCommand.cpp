@@ -31,7 +31,7 @@ class OptionsInput final : public GenerationInput {
     OptionsInput(const GenerateOptions& options, Image image)
         : m_options(options), m_image(std::move(image)) {}
 
-    void choosePlatform(int index) { m_platformIndex = index; }
+    void choosePlatform(Platform platform) { m_platformIndex = Platforms::indexOf(platform); }
 
     Image sourceImage() const override { return m_image; }
     int platformIndex() const override { return m_platformIndex; }
@@ -50,23 +50,6 @@ class QuietWorkspace final : public Workspace {
     bool openURL(const QUrl& /*url*/) override { return true; }
 };
 
-std::vector<Catalogue::Platform> platformsOf(int index) {
-    switch (index) {
-    case 1:
-        return {Catalogue::Ipad};
-    case 2:
-        return {Catalogue::Iphone, Catalogue::Ipad};
-    case 3:
-        return {Catalogue::Watch};
-    case 4:
-        return {Catalogue::Mac};
-    case 5:
-        return {Catalogue::Android};
-    default:
-        return {Catalogue::Iphone};
-    }
-}
-
 /// What is to be made: to warn, to count and to load the picture by.
 struct Plan {
     int files = 0;
@@ -76,21 +59,19 @@ struct Plan {
 
 Plan planOf(const GenerateOptions& options, const Catalogue& catalogue) {
     Plan plan;
-    for (const int index : options.platformIndexes) {
-        for (const Catalogue::Platform platform : platformsOf(index)) {
-            for (const QVariant& entry : catalogue.dictionary(platform)) {
-                const QSizeF size = Catalogue::dimensions(entry.toMap());
-                ++plan.files;
-                plan.renders.push_back(size);
-                if (std::isfinite(size.width()) && std::isfinite(size.height()))
-                    plan.largestSide = std::max({plan.largestSide, size.width(), size.height()});
-            }
-            if (platform == Catalogue::Mac) {
-                ++plan.files;
-                const std::vector<QSizeF> contained = IconContainer::renders();
-                plan.renders.insert(plan.renders.end(), contained.begin(), contained.end());
-                plan.largestSide = std::max<double>(plan.largestSide, IconContainer::sides.back());
-            }
+    for (const Platform platform : options.platforms) {
+        for (const QVariant& entry : catalogue.dictionary(platform)) {
+            const QSizeF size = Catalogue::dimensions(entry.toMap());
+            ++plan.files;
+            plan.renders.push_back(size);
+            if (std::isfinite(size.width()) && std::isfinite(size.height()))
+                plan.largestSide = std::max({plan.largestSide, size.width(), size.height()});
+        }
+        if (Platforms::hasContainer(platform)) {
+            ++plan.files;
+            const std::vector<QSizeF> contained = IconContainer::renders();
+            plan.renders.insert(plan.renders.end(), contained.begin(), contained.end());
+            plan.largestSide = std::max<double>(plan.largestSide, IconContainer::sides.back());
         }
     }
     return plan;
@@ -161,8 +142,8 @@ int runGenerate(const GenerateOptions& options) {
     {
         Terminal::ProgressBar progress(plan.files, !options.quiet && !options.verbose);
         report.begin(progress);
-        for (const int index : options.platformIndexes) {
-            input.choosePlatform(index);
+        for (const Platform platform : options.platforms) {
+            input.choosePlatform(platform);
             generator.generateIconsWithImage(input.sourceImage());
         }
     }

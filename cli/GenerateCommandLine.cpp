@@ -3,19 +3,38 @@
 #include "cli/GenerateCommand.h"
 #include "cli/StyleWords.h"
 
+#include <QStringList>
+
 #include <algorithm>
 #include <memory>
-#include <utility>
+#include <span>
 
 namespace {
 
-/// The platform words and the generator's indexes that each stands for, in the order in which they are made.
-const std::vector<std::pair<std::string, std::vector<int>>>& platformWords() {
-    static const std::vector<std::pair<std::string, std::vector<int>>> words{
-        {"iphone", {0}}, {"ipad", {1}},    {"universal", {0, 1}},    {"watch", {3}},
-        {"mac", {4}},    {"android", {5}}, {"all", {0, 1, 3, 4, 5}},
-    };
+/// The words of --platform and what each stands for, in the order in which they are made.
+const std::vector<Platforms::Choice>& platformWords() {
+    static const std::vector<Platforms::Choice> words = [] {
+        const std::span<const Platforms::Choice> choices = Platforms::choices();
+        std::vector<Platforms::Choice> all(choices.begin(), choices.end());
+        all.push_back({"all", Platforms::all});
+        return all;
+    }();
     return words;
+}
+
+/// "iphone, ipad, universal (iphone and ipad), … or all".
+std::string platformWordsText() {
+    std::string text;
+    for (const Platforms::Choice& choice : Platforms::choices()) {
+        text += (text.empty() ? "" : ", ") + std::string(choice.word);
+        if (choice.platforms.size() == 1)
+            continue;
+        QStringList idioms;
+        for (const Platform platform : choice.platforms)
+            idioms << Platforms::idiom(platform);
+        text += " (" + idioms.join(QStringLiteral(" and ")).toStdString() + ")";
+    }
+    return text + " or " + platformWords().back().word;
 }
 
 /// The options of `generate` as they are typed.
@@ -42,9 +61,7 @@ CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
         ->type_name("DIR");
     generate
         ->add_option("--platform", words.platforms,
-                     "iphone, ipad, universal (iphone and ipad), watch, mac, android or all (the default); "
-                     "may be given "
-                     "several times")
+                     platformWordsText() + " (the default); may be given several times")
         ->type_name("NAME")
         ->take_all()
         ->allow_extra_args(false);
@@ -62,24 +79,23 @@ CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
     return generate;
 }
 
-Parsed<std::vector<int>> platformIndexes(const std::vector<std::string>& chosen) {
-    std::vector<int> indexes;
-    const std::vector<std::string> all{"all"};
-    for (const std::string& word : chosen.empty() ? all : chosen) {
-        const auto found =
-            std::ranges::find(platformWords(), word, [](const auto& entry) { return entry.first; });
+Parsed<std::vector<Platform>> platformsOf(const std::vector<std::string>& chosen) {
+    std::vector<Platform> platforms;
+    const std::vector<std::string> standard{platformWords().back().word};
+    for (const std::string& word : chosen.empty() ? standard : chosen) {
+        const auto found = std::ranges::find(platformWords(), word, &Platforms::Choice::word);
         if (found == platformWords().end()) {
             std::vector<std::string> names;
-            for (const auto& entry : platformWords())
-                names.push_back(entry.first);
+            for (const Platforms::Choice& choice : platformWords())
+                names.emplace_back(choice.word);
             return UsageError{"there is no platform '" + word + "'" + OptionText::didYouMean(word, names)};
         }
-        for (const int index : found->second) {
-            if (std::ranges::find(indexes, index) == indexes.end())
-                indexes.push_back(index);
+        for (const Platform platform : found->platforms) {
+            if (std::ranges::find(platforms, platform) == platforms.end())
+                platforms.push_back(platform);
         }
     }
-    return indexes;
+    return platforms;
 }
 
 Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWords& words) {
@@ -87,7 +103,7 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
     const bool hasCatalogue = generate.count("--catalogue") > 0;
     std::optional<UsageError> error;
     const bool isTaken = take(OptionText::decoded(words.out, "--out"), options.out, error) &&
-                         take(platformIndexes(words.platforms), options.platformIndexes, error) &&
+                         take(platformsOf(words.platforms), options.platforms, error) &&
                          (!hasCatalogue || take(OptionText::decoded(words.catalogue, "--catalogue"),
                                                 options.catalogue, error)) &&
                          take(words.style.style(generate), options.style, error);
@@ -122,7 +138,7 @@ Command generateCommand(CLI::App& app) {
     };
     command.remark = [](const std::string& word) -> std::string {
         const bool isPlatform =
-            std::ranges::any_of(platformWords(), [&](const auto& entry) { return entry.first == word; });
+            std::ranges::find(platformWords(), word, &Platforms::Choice::word) != platformWords().end();
         return isPlatform ? "; --platform takes one name and may be repeated" : "";
     };
     return command;

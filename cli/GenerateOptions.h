@@ -1,6 +1,7 @@
 #pragma once
 
 #include "generation/IconStyle.h"
+#include "generation/Platforms.h"
 
 #include <QString>
 
@@ -11,7 +12,7 @@
 struct GenerateOptions {
     std::string picture; ///< in the file system's own bytes
     QString out;
-    std::vector<int> platformIndexes; ///< as the generator counts them, each once, in the order of work
+    std::vector<Platform> platforms; ///< each once, in the order of work
     IconStyle style;
     QString catalogue; ///< empty for the built-in one
     bool open = false;

@@ -14,8 +14,8 @@ class GenerationInput {
     /// The source picture; a null image where there is none.
     virtual Image sourceImage() const = 0;
 
-    /// 0 iphone, 1 ipad, 2 iphone then ipad, 3 watch, 4 mac, 5 android; -1 nothing chosen; any other acts as
-    /// 0.
+    /// The place of what was chosen in `Platforms::choices`; -1 where nothing is. An index without a choice
+    /// acts as 0.
     virtual int platformIndex() const = 0;
 
     /// The path of the output folder.

@@ -33,34 +33,12 @@ void IconSetGenerator::generateIconsWithImage(const Image& image) const {
     // Without an array to read there are no entries, but everything else goes on.
     const IconSizeCatalogue catalogue = loaded ? *loaded : IconSizeCatalogue();
     logLine(QStringLiteral("output url %1").arg(fileUrlText(m_input.outputPathString())));
-    switch (m_input.platformIndex()) {
-    case 1:
-        outputPlatform(image, catalogue, IconSizeCatalogue::Ipad);
-        break;
-    case 2:
-        outputPlatform(image, catalogue, IconSizeCatalogue::Iphone);
-        outputPlatform(image, catalogue, IconSizeCatalogue::Ipad);
-        break;
-    case 3:
-        outputPlatform(image, catalogue, IconSizeCatalogue::Watch);
-        break;
-    case 4:
-        outputPlatform(image, catalogue, IconSizeCatalogue::Mac);
-        writeContainer(image);
-        break;
-    case 5:
-        outputPlatform(image, catalogue, IconSizeCatalogue::Android);
-        break;
-    default:
-        outputPlatform(image, catalogue, IconSizeCatalogue::Iphone);
-        break;
+    for (const Platform platform : Platforms::ofIndex(m_input.platformIndex())) {
+        const QString idiom = Platforms::idiom(platform);
+        outputImage(image, catalogue.dictionary(platform), catalogue.keys(platform), idiom);
+        if (Platforms::hasContainer(platform))
+            writeContainer(image, idiom);
     }
-}
-
-void IconSetGenerator::outputPlatform(const Image& image, const IconSizeCatalogue& catalogue,
-                                      IconSizeCatalogue::Platform platform) const {
-    outputImage(image, catalogue.dictionary(platform), catalogue.keys(platform),
-                IconSizeCatalogue::idiom(platform));
 }
 
 void IconSetGenerator::outputImage(const Image& image, const QVariantMap& InfoDict,
@@ -75,9 +53,8 @@ void IconSetGenerator::outputImage(const Image& image, const QVariantMap& InfoDi
     m_surroundings.workspace.openURL(QUrl::fromLocalFile(m_input.outputPathString()));
 }
 
-void IconSetGenerator::writeContainer(const Image& image) const {
-    const QString mac = IconSizeCatalogue::idiom(IconSizeCatalogue::Mac);
-    const std::optional<QString> path = OutputFolder::containerPath(appiconsetPathString(mac));
+void IconSetGenerator::writeContainer(const Image& image, const QString& idiom) const {
+    const std::optional<QString> path = OutputFolder::containerPath(appiconsetPathString(idiom));
     const QString shownPath =
         path.value_or(m_input.outputPathString() + QStringLiteral("/mac/Application.icns"));
     const Result<IconContainer::Written> written =
@@ -85,5 +62,5 @@ void IconSetGenerator::writeContainer(const Image& image) const {
     if (!written)
         tellFailure(shownPath, written.error());
     else if (m_surroundings.observer != nullptr)
-        m_surroundings.observer->fileWritten({mac, shownPath, written->largestSize, written->bytes});
+        m_surroundings.observer->fileWritten({idiom, shownPath, written->largestSize, written->bytes});
 }

@@ -42,9 +42,7 @@ class IconSetGenerator {
     const IconWriter& writer() const { return m_writer; }
 
   private:
-    void outputPlatform(const Image& image, const IconSizeCatalogue& catalogue,
-                        IconSizeCatalogue::Platform platform) const;
-    void writeContainer(const Image& image) const;
+    void writeContainer(const Image& image, const QString& idiom) const;
     void tellFailure(const QString& path, const Error& error) const;
 
     const GenerationInput& m_input;

@@ -8,6 +8,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <string>
 #include <vector>
@@ -75,38 +76,24 @@ Result<IconSizeCatalogue> IconSizeCatalogue::parsed(const QByteArray& bytes) {
     if (root->typeId() != QMetaType::QVariantList)
         return Error{ErrorCode::NotReadable, QStringLiteral("the property list's root is not an array")};
     const QVariantList elements = root->toList();
-    if (elements.size() < platformCount)
+    if (elements.size() < std::ssize(Platforms::all))
         return malformed(QStringLiteral("the array has %1 elements, not one for each of the five platforms")
                              .arg(elements.size()));
     IconSizeCatalogue catalogue;
-    for (int i = 0; i < platformCount; ++i) {
-        const QString platform = idiom(static_cast<Platform>(i));
-        if (elements[i].typeId() != QMetaType::QVariantMap)
-            return malformed(QStringLiteral("element %1 (%2) is not a dictionary").arg(i).arg(platform));
-        const QVariantMap dictionary = elements[i].toMap();
+    for (const Platform platform : Platforms::all) {
+        const QString idiom = Platforms::idiom(platform);
+        const auto index = static_cast<std::size_t>(platform);
+        const QVariant& element = elements[static_cast<qsizetype>(index)];
+        if (element.typeId() != QMetaType::QVariantMap)
+            return malformed(QStringLiteral("element %1 (%2) is not a dictionary").arg(index).arg(idiom));
+        const QVariantMap dictionary = element.toMap();
         for (auto entry = dictionary.begin(); entry != dictionary.end(); ++entry) {
-            if (const std::optional<Error> error = entryError(platform, entry.key(), entry.value()))
+            if (const std::optional<Error> error = entryError(idiom, entry.key(), entry.value()))
                 return *error;
         }
-        catalogue.m_dictionaries[static_cast<std::size_t>(i)] = dictionary;
+        catalogue.m_dictionaries[index] = dictionary;
     }
     return catalogue;
-}
-
-QString IconSizeCatalogue::idiom(Platform platform) {
-    switch (platform) {
-    case Ipad:
-        return QStringLiteral("ipad");
-    case Watch:
-        return QStringLiteral("watch");
-    case Mac:
-        return QStringLiteral("mac");
-    case Android:
-        return QStringLiteral("android");
-    case Iphone:
-        break;
-    }
-    return QStringLiteral("iphone");
 }
 
 QSizeF IconSizeCatalogue::dimensions(const QVariantMap& entry) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "generation/Platforms.h"
 
 #include <QByteArray>
 #include <QSizeF>
@@ -9,18 +10,16 @@
 #include <QVariantMap>
 
 #include <array>
+#include <cstddef>
 
 class Bundle;
 
 /// Which icons each platform needs and at what size: the property list "ImageSizeFile.plist". Its root is an
-/// array whose first five elements are the dictionaries of iphone, ipad, watch, mac and android; each maps a
-/// key to an entry with the strings "Dimensions" (the file's pixel size, as "{w, h}") and "Name" (its base
-/// name).
+/// array whose first five elements are the dictionaries of the platforms, in the order of `Platform`; each
+/// maps a key to an entry with the strings "Dimensions" (the file's pixel size, as "{w, h}") and "Name" (its
+/// base name).
 class IconSizeCatalogue {
   public:
-    enum Platform { Iphone, Ipad, Watch, Mac, Android };
-    static constexpr int platformCount = 5;
-
     /// No icons for any platform.
     IconSizeCatalogue() = default;
 
@@ -29,11 +28,10 @@ class IconSizeCatalogue {
     /// in a dictionary's or string's place.
     static Result<IconSizeCatalogue> load(const Bundle& bundle);
 
-    const QVariantMap& dictionary(Platform platform) const { return m_dictionaries[platform]; }
-    QStringList keys(Platform platform) const { return m_dictionaries[platform].keys(); }
-
-    /// The idiom of a platform: the word that names its folder.
-    static QString idiom(Platform platform);
+    const QVariantMap& dictionary(Platform platform) const {
+        return m_dictionaries[static_cast<std::size_t>(platform)];
+    }
+    QStringList keys(Platform platform) const { return dictionary(platform).keys(); }
 
     /// An entry's pixel size; 0 × 0 without "Dimensions".
     static QSizeF dimensions(const QVariantMap& entry);
@@ -43,7 +41,7 @@ class IconSizeCatalogue {
   private:
     static Result<IconSizeCatalogue> parsed(const QByteArray& bytes);
 
-    std::array<QVariantMap, platformCount> m_dictionaries;
+    std::array<QVariantMap, Platforms::all.size()> m_dictionaries;
 };
 
 /// The first two numbers in `text` as width and height; 0 × 0 where it holds fewer.

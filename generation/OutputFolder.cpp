@@ -1,13 +1,12 @@
 #include "generation/OutputFolder.h"
 
 #include "files/FilePath.h"
+#include "generation/Platforms.h"
 
 #include <QStringList>
 
 QString OutputFolder::appiconsetPathString(const QString& outputPathString, const QString& idiom) {
-    const QString tail = idiom == QLatin1String("android") ? QStringLiteral("/%1/icons")
-                                                           : QStringLiteral("/%1/AppIcon.appiconset");
-    return outputPathString + tail.arg(idiom);
+    return outputPathString + u'/' + Platforms::folder(idiom);
 }
 
 std::optional<QString> OutputFolder::pngPath(const QString& appiconsetPath, const QString& name) {

@@ -1,5 +1,7 @@
+#include "generation/Platforms.h"
 #include "tests/cli/CliTest.h"
 
+#include <QDir>
 #include <QJsonArray>
 
 #include <map>
@@ -57,6 +59,25 @@ TEST_F(PlatformOption, all_makes_everything) {
 
 TEST_F(PlatformOption, everything_is_made_without_it) {
     EXPECT_EQ(filesPerFolder({}), everything);
+}
+
+TEST_F(PlatformOption, every_choice_of_the_table_is_a_word) {
+    for (const Platforms::Choice& choice : Platforms::choices()) {
+        Counts expected;
+        for (const Platform platform : choice.platforms) {
+            const std::string idiom = Platforms::idiom(platform).toStdString();
+            expected[idiom] = everything.at(idiom);
+        }
+        EXPECT_EQ(filesPerFolder({QString::fromLatin1(choice.word)}), expected) << choice.word;
+        QDir(out()).removeRecursively();
+    }
+}
+
+TEST_F(PlatformOption, the_help_names_every_word) {
+    const QString help = QString::fromUtf8(runCli({u"generate"_s, u"--help"_s}).output).simplified();
+    EXPECT_TRUE(help.contains(u"--platform NAME ... iphone, ipad, universal (iphone and ipad), watch, mac, "
+                              "android or all (the default); may be given several times"_s))
+        << help.toStdString();
 }
 
 TEST_F(PlatformOption, several_add_up) {

@@ -74,9 +74,8 @@ TEST(IconSetGenerator, every_file_has_its_catalogue_size_and_its_place) {
     GeneratorFixture fixture;
     QStringList expected;
     const IconSizeCatalogue catalogue = *IconSizeCatalogue::load(fixture.bundle);
-    for (int i = 0; i < IconSizeCatalogue::platformCount; ++i) {
-        const auto platform = static_cast<IconSizeCatalogue::Platform>(i);
-        const QString idiom = IconSizeCatalogue::idiom(platform);
+    for (const Platform platform : Platforms::all) {
+        const QString idiom = Platforms::idiom(platform);
         const QString folder =
             idiom == text("android") ? text("android/icons/") : idiom + text("/AppIcon.appiconset/");
         for (const QVariant& entry : catalogue.dictionary(platform))
@@ -87,14 +86,12 @@ TEST(IconSetGenerator, every_file_has_its_catalogue_size_and_its_place) {
     for (const int index : {2, 3, 4, 5})
         fixture.generate(index);
     EXPECT_EQ(fixture.files(), expected);
-    for (int i = 0; i < IconSizeCatalogue::platformCount; ++i) {
-        const auto platform = static_cast<IconSizeCatalogue::Platform>(i);
+    for (const Platform platform : Platforms::all) {
         for (const QVariant& entry : catalogue.dictionary(platform)) {
             const QString name = IconSizeCatalogue::name(entry.toMap());
             const auto file =
                 std::ranges::find_if(fixture.observer.files, [&](const GenerationObserver::File& f) {
-                    return f.idiom == IconSizeCatalogue::idiom(platform) &&
-                           f.path.endsWith(name + text(".png"));
+                    return f.idiom == Platforms::idiom(platform) && f.path.endsWith(name + text(".png"));
                 });
             ASSERT_NE(file, fixture.observer.files.end());
             const Result<DecodedPicture> png = readPng(contents(file->path));

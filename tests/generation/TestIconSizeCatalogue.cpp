@@ -50,17 +50,17 @@ TEST(SizeString, a_number_beyond_all_bounds_is_infinite) {
 TEST(IconSizeCatalogue, the_built_in_one_has_53_icons) {
     const Result<IconSizeCatalogue> catalogue = IconSizeCatalogue::load(Bundle());
     ASSERT_TRUE(catalogue);
-    EXPECT_EQ(catalogue->keys(IconSizeCatalogue::Iphone).size(), 9);
-    EXPECT_EQ(catalogue->keys(IconSizeCatalogue::Ipad).size(), 10);
-    EXPECT_EQ(catalogue->keys(IconSizeCatalogue::Watch).size(), 17);
-    EXPECT_EQ(catalogue->keys(IconSizeCatalogue::Mac).size(), 10);
-    EXPECT_EQ(catalogue->keys(IconSizeCatalogue::Android).size(), 7);
+    EXPECT_EQ(catalogue->keys(Platform::Iphone).size(), 9);
+    EXPECT_EQ(catalogue->keys(Platform::Ipad).size(), 10);
+    EXPECT_EQ(catalogue->keys(Platform::Watch).size(), 17);
+    EXPECT_EQ(catalogue->keys(Platform::Mac).size(), 10);
+    EXPECT_EQ(catalogue->keys(Platform::Android).size(), 7);
 }
 
 TEST(IconSizeCatalogue, each_time_is_as_the_file_is_then) {
     const auto iphoneKeys = [](const GeneratorFixture& fixture) -> std::optional<QStringList> {
         const Result<IconSizeCatalogue> catalogue = IconSizeCatalogue::load(fixture.bundle);
-        return catalogue ? std::optional(catalogue->keys(IconSizeCatalogue::Iphone)) : std::nullopt;
+        return catalogue ? std::optional(catalogue->keys(Platform::Iphone)) : std::nullopt;
     };
     GeneratorFixture fixture;
     const auto useKey = [&](const char* key) {
@@ -86,11 +86,11 @@ TEST(IconSizeCatalogue, elements_are_iphone_ipad_watch_mac_and_android) {
     fixture.useCatalogue(array);
     const Result<IconSizeCatalogue> catalogue = IconSizeCatalogue::load(fixture.bundle);
     ASSERT_TRUE(catalogue);
-    EXPECT_EQ(catalogue->keys(IconSizeCatalogue::Iphone), QStringList(text("a")));
-    EXPECT_EQ(catalogue->keys(IconSizeCatalogue::Ipad), QStringList(text("b")));
-    EXPECT_EQ(catalogue->keys(IconSizeCatalogue::Watch), QStringList(text("c")));
-    EXPECT_EQ(catalogue->keys(IconSizeCatalogue::Mac), QStringList(text("d")));
-    EXPECT_EQ(catalogue->keys(IconSizeCatalogue::Android), QStringList(text("e")));
+    EXPECT_EQ(catalogue->keys(Platform::Iphone), QStringList(text("a")));
+    EXPECT_EQ(catalogue->keys(Platform::Ipad), QStringList(text("b")));
+    EXPECT_EQ(catalogue->keys(Platform::Watch), QStringList(text("c")));
+    EXPECT_EQ(catalogue->keys(Platform::Mac), QStringList(text("d")));
+    EXPECT_EQ(catalogue->keys(Platform::Android), QStringList(text("e")));
 }
 
 TEST(IconSizeCatalogue, a_sixth_element_is_never_read) {

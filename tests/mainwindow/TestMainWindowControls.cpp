@@ -1,3 +1,4 @@
+#include "generation/Platforms.h"
 #include "platform/services/NotificationCenter.h"
 #include "tests/mainwindow/MainWindowFixture.h"
 #include "tests/support/EventRecorder.h"
@@ -35,6 +36,21 @@ TEST_F(MainWindowControls, start_as_the_layout_says) {
     EXPECT_TRUE(controller->imgViewIcon->layer().masksToBounds());
     EXPECT_FALSE(controller->roundedCheckButton->isHidden()) << "the layout hides it";
     EXPECT_EQ(controller->outputPathString(), QString());
+}
+
+TEST_F(MainWindowControls, the_platform_list_has_the_choices_of_the_table_in_its_order) {
+    const std::span<const Platforms::Choice> choices = Platforms::choices();
+    ASSERT_EQ(controller->platformSelection->count(), static_cast<int>(choices.size()));
+    for (int i = 0; i < controller->platformSelection->count(); ++i) {
+        // "iPhone and iPad": each part ends in the word that is the idiom.
+        QStringList listed;
+        for (const QString& part : controller->platformSelection->itemText(i).split(QStringLiteral(" and ")))
+            listed << part.section(u' ', -1).toLower();
+        QStringList idioms;
+        for (const Platform platform : choices[static_cast<std::size_t>(i)].platforms)
+            idioms << Platforms::idiom(platform);
+        EXPECT_EQ(listed, idioms) << i;
+    }
 }
 
 TEST_F(MainWindowControls, are_disabled_until_a_picture_arrives_and_then_enabled_in_order) {
