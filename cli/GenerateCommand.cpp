@@ -112,7 +112,7 @@ int runGenerate(const GenerateOptions& options) {
     const CatalogueBundle bundle(options.catalogue);
     const Result<Catalogue> catalogue = Catalogue::load(bundle);
     if (!catalogue) {
-        const QString path = bundle.pathForResource(QStringLiteral("ImageSizeFile.plist"));
+        const QString path = bundle.pathForResource(QLatin1String(Catalogue::resourceName));
         report.fail(QStringLiteral("%1: not a size catalogue: %2").arg(path, catalogue.error().sentence));
         return report.finish();
     }
@@ -138,13 +138,13 @@ int runGenerate(const GenerateOptions& options) {
     OptionsInput input(options, std::move(picture->image));
     const UnscaledScreen screen;
     QuietWorkspace workspace;
-    const IconSetGenerator generator(input, {bundle, screen, workspace, &report});
+    const IconSetGenerator generator(input, {screen, workspace, &report});
     {
         Terminal::ProgressBar progress(plan.files, !options.quiet && !options.verbose);
         report.begin(progress);
         for (const Platform platform : options.platforms) {
             input.choosePlatform(platform);
-            generator.generateIconsWithImage(input.sourceImage());
+            generator.generateIconsWithImage(input.sourceImage(), catalogue);
         }
     }
     if (options.open)

@@ -20,6 +20,7 @@ class GenerationObserver {
 
     virtual void fileWritten(const File& file) = 0;
 
-    /// `path` is the file or folder that could not be written, or the catalogue that could not be read.
+    /// `path` is the file or folder that could not be written, or the name of the catalogue where there is
+    /// none.
     virtual void failed(const QString& path, const Error& error) = 0;
 };

@@ -22,11 +22,10 @@ void IconSetGenerator::tellFailure(const QString& path, const Error& error) cons
         m_surroundings.observer->failed(path, error);
 }
 
-void IconSetGenerator::generateIconsWithImage(const Image& image) const {
-    const Result<IconSizeCatalogue> loaded = IconSizeCatalogue::load(m_surroundings.bundle);
+void IconSetGenerator::generateIconsWithImage(const Image& image,
+                                              const Result<IconSizeCatalogue>& loaded) const {
     if (!loaded) {
-        tellFailure(m_surroundings.bundle.pathForResource(QStringLiteral("ImageSizeFile.plist")),
-                    loaded.error());
+        tellFailure(QLatin1String(IconSizeCatalogue::resourceName), loaded.error());
         if (loaded.error().code == ErrorCode::Malformed)
             return;
     }

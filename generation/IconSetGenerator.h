@@ -5,7 +5,6 @@
 #include "generation/IconRenderer.h"
 #include "generation/IconSizeCatalogue.h"
 #include "generation/IconWriter.h"
-#include "platform/services/Bundle.h"
 #include "platform/services/Screen.h"
 #include "platform/services/Workspace.h"
 
@@ -15,7 +14,6 @@ class IconSetGenerator {
   public:
     /// What the generator needs of the world around it, kept by reference.
     struct Surroundings {
-        const Bundle& bundle;
         const Screen& screen;
         Workspace& workspace;
         GenerationObserver* observer = nullptr;
@@ -26,9 +24,10 @@ class IconSetGenerator {
     IconSetGenerator(const IconSetGenerator&) = delete;
     IconSetGenerator& operator=(const IconSetGenerator&) = delete;
 
-    /// Writes the whole set for the current platform index from `image`. The catalogue is read anew; one
-    /// without five well-formed platforms ends the generation before any file is written.
-    void generateIconsWithImage(const Image& image) const;
+    /// Writes the whole set for the current platform index from `image`, with the icons of the catalogue as
+    /// it was loaded for this generation. One that is malformed ends the generation before anything is
+    /// written; without one there are no icons, and everything else is done.
+    void generateIconsWithImage(const Image& image, const Result<IconSizeCatalogue>& loaded) const;
 
     /// Writes one idiom's PNG files, for each key of `keysArr` the entry of `InfoDict`, then opens the output
     /// folder.

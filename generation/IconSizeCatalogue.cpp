@@ -50,23 +50,13 @@ std::optional<Error> entryError(const QString& idiom, const QString& key, const 
 } // namespace
 
 Result<IconSizeCatalogue> IconSizeCatalogue::load(const Bundle& bundle) {
-    const QString path = bundle.pathForResource(QStringLiteral("ImageSizeFile.plist"));
+    const QString path = bundle.pathForResource(QLatin1String(resourceName));
     if (path.isEmpty())
         return Error{ErrorCode::NotFound, QStringLiteral("the size catalogue is missing")};
     const Result<QByteArray> bytes = resourceBytes(path);
     if (!bytes)
         return Error{ErrorCode::NotReadable, bytes.error().sentence};
-    // It is read for each platform, and the same bytes are the same catalogue.
-    static QByteArray lastBytes;
-    static IconSizeCatalogue lastCatalogue;
-    if (lastBytes.isEmpty() || lastBytes != *bytes) {
-        Result<IconSizeCatalogue> catalogue = parsed(*bytes);
-        if (!catalogue)
-            return catalogue;
-        lastBytes = *bytes;
-        lastCatalogue = *std::move(catalogue);
-    }
-    return lastCatalogue;
+    return parsed(*bytes);
 }
 
 Result<IconSizeCatalogue> IconSizeCatalogue::parsed(const QByteArray& bytes) {

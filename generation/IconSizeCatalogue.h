@@ -20,12 +20,15 @@ class Bundle;
 /// base name).
 class IconSizeCatalogue {
   public:
+    /// Its name among the resources.
+    static constexpr char resourceName[] = "ImageSizeFile.plist";
+
     /// No icons for any platform.
     IconSizeCatalogue() = default;
 
-    /// The catalogue in `bundle`. NotFound or NotReadable where there is no array to be had; Malformed for an
-    /// array that does not hold what a catalogue must: fewer than five elements, or something of another type
-    /// in a dictionary's or string's place.
+    /// The catalogue in `bundle` as it is now. NotFound or NotReadable where there is no array to be had;
+    /// Malformed for an array that does not hold what a catalogue must: fewer than five elements, or
+    /// something of another type in a dictionary's or string's place.
     static Result<IconSizeCatalogue> load(const Bundle& bundle);
 
     const QVariantMap& dictionary(Platform platform) const {

@@ -19,7 +19,8 @@
 
 MainWindowController::MainWindowController(const QString& windowNibName, const Surroundings& surroundings)
     : WindowController(windowNibName),
-      _generator(*this, {surroundings.bundle, surroundings.screen, surroundings.workspace}) {}
+      _bundle(surroundings.bundle),
+      _generator(*this, {surroundings.screen, surroundings.workspace}) {}
 
 MainWindowController::~MainWindowController() {
     // The window's parts read the controls through this object, so the window goes first.
@@ -261,7 +262,8 @@ IconStyle MainWindowController::iconStyle() const {
 }
 
 void MainWindowController::generateIconsWithImage(const Image& image) const {
-    _generator.generateIconsWithImage(image);
+    // The catalogue may be another one each time.
+    _generator.generateIconsWithImage(image, IconSizeCatalogue::load(_bundle));
 }
 
 void MainWindowController::outputImage(const Image& image, const QVariantMap& InfoDict,

@@ -3,6 +3,7 @@
 #include "generation/IconSetGenerator.h"
 #include "mainwindow/BorderImageView.h"
 #include "mainwindow/HighlightedButton.h"
+#include "platform/services/Bundle.h"
 #include "platform/widgets/ColorWell.h"
 #include "platform/widgets/FloatSlider.h"
 #include "platform/widgets/WindowController.h"
@@ -100,5 +101,6 @@ class MainWindowController final : public WindowController, public GenerationInp
     /// See docs/compatibility.md.
     [[maybe_unused]] QFileDialog* savePanel = nullptr;
 
+    const Bundle& _bundle;
     IconSetGenerator _generator;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "generation/IconSetGenerator.h"
+#include "platform/services/Bundle.h"
 #include "tests/support/Pictures.h"
 
 #include <QDir>
@@ -65,6 +66,15 @@ class RecordingObserver final : public GenerationObserver {
     }
 };
 
+/// Writes a catalogue with these five platform dictionaries, as the text between <array> and </array>.
+inline void writeCatalogue(const QString& path, const QString& array) {
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write((QStringLiteral("<?xml version=\"1.0\"?><plist version=\"1.0\"><array>") + array +
+                    QStringLiteral("</array></plist>"))
+                       .toUtf8());
+}
+
 /// A generator with everything around it, writing into a folder of its own.
 class GeneratorFixture {
   public:
@@ -79,22 +89,17 @@ class GeneratorFixture {
     FakeWorkspace workspace;
     FakeBundle bundle;
     RecordingObserver observer;
-    IconSetGenerator generator{input, {bundle, screen, workspace, &observer}};
+    IconSetGenerator generator{input, {screen, workspace, &observer}};
 
     void generate(int index) {
         input.index = index;
-        generator.generateIconsWithImage(input.picture);
+        generator.generateIconsWithImage(input.picture, IconSizeCatalogue::load(bundle));
     }
 
-    /// Writes a catalogue with these five platform dictionaries, as the text between <array> and </array>.
+    /// Has every later generation read a catalogue with these five platform dictionaries.
     void useCatalogue(const QString& array) {
-        const QString path = resources.filePath(QStringLiteral("ImageSizeFile.plist"));
-        QFile file(path);
-        if (file.open(QIODevice::WriteOnly))
-            file.write((QStringLiteral("<?xml version=\"1.0\"?><plist version=\"1.0\"><array>") + array +
-                        QStringLiteral("</array></plist>"))
-                           .toUtf8());
-        bundle.catalogue = path;
+        bundle.catalogue = resources.filePath(QStringLiteral("ImageSizeFile.plist"));
+        writeCatalogue(bundle.catalogue, array);
     }
 
     /// The paths of all files below the output folder, relative to it, sorted.

@@ -248,7 +248,7 @@ TEST(IconSetGenerator, fewer_than_five_platforms_end_the_generation_before_anyth
     EXPECT_EQ(fixture.observer.failures.size(), 1);
 }
 
-TEST(IconSetGenerator, the_catalogue_is_read_anew_at_every_generation) {
+TEST(IconSetGenerator, each_generation_has_the_icons_of_the_catalogue_that_it_is_given) {
     GeneratorFixture fixture;
     fixture.useCatalogue(onlyIphone(entry(text("k"), text("{20, 20}"), text("first"))));
     fixture.generate(0);

@@ -78,6 +78,42 @@ TEST_F(GenerateAction, writes_the_set_and_opens_the_folder) {
                                         QStringLiteral("file://%1").arg(out.path())}));
 }
 
+TEST_F(GenerateAction, reads_the_catalogue_anew_for_each_generation) {
+    bundle.catalogue = pictures.filePath(QStringLiteral("catalogue.plist"));
+    drop(pictureFile());
+    for (const QString& name : {QStringLiteral("first"), QStringLiteral("second")}) {
+        writeCatalogue(bundle.catalogue,
+                       onlyIphone(entry(QStringLiteral("k"), QStringLiteral("{20, 20}"), name)));
+        Events::click(controller->generateBtn);
+        choose(sheet<QFileDialog>(), out.path());
+    }
+    EXPECT_EQ(GeneratorFixture::filesBelow(out.path()),
+              QStringList({QStringLiteral("iphone/AppIcon.appiconset/first.png"),
+                           QStringLiteral("iphone/AppIcon.appiconset/second.png")}));
+}
+
+TEST_F(GenerateAction, without_a_catalogue_only_opens_the_folder) {
+    bundle.catalogue = pictures.filePath(QStringLiteral("missing.plist"));
+    drop(pictureFile());
+    Events::click(controller->generateBtn);
+    choose(sheet<QFileDialog>(), out.path());
+    EXPECT_TRUE(QDir(out.path()).isEmpty());
+    EXPECT_EQ(workspace.opened, QStringList(out.path()));
+    EXPECT_EQ(sheet<Alert>(), nullptr);
+}
+
+TEST_F(GenerateAction, with_a_malformed_catalogue_does_nothing) {
+    bundle.catalogue = pictures.filePath(QStringLiteral("malformed.plist"));
+    writeCatalogue(bundle.catalogue, QStringLiteral("<dict/>"));
+    drop(pictureFile());
+    Events::click(controller->generateBtn);
+    choose(sheet<QFileDialog>(), out.path());
+    EXPECT_TRUE(QDir(out.path()).isEmpty());
+    EXPECT_TRUE(workspace.opened.isEmpty());
+    EXPECT_TRUE(log.lines().isEmpty());
+    EXPECT_EQ(sheet<Alert>(), nullptr);
+}
+
 TEST_F(GenerateAction, reads_picture_and_settings_again_when_the_folder_is_chosen) {
     drop(pictureFile());
     Events::click(controller->generateBtn);
