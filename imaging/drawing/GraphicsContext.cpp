@@ -67,14 +67,18 @@ double GraphicsContext::pixelEdge(double points, int scale) {
     return std::ceil(points * scale - noise);
 }
 
-GraphicsContext::GraphicsContext(const QSizeF& size, int scale) : m_size(size), m_scale(scale) {
+QSize GraphicsContext::pixelSize(const QSizeF& size, int scale) {
     const double width = pixelEdge(size.width(), scale);
     const double height = pixelEdge(size.height(), scale);
     // Comparisons with NaN are false, so a size that is not a number does not fit.
     const bool fits = width >= 1 && height >= 1 && width * height <= static_cast<double>(maximumPixels);
-    if (!fits)
+    return fits ? QSize(static_cast<int>(width), static_cast<int>(height)) : QSize();
+}
+
+GraphicsContext::GraphicsContext(const QSizeF& size, int scale)
+    : m_size(size), m_scale(scale), m_pixelSize(pixelSize(size, scale)) {
+    if (!hasRaster())
         return;
-    m_pixelSize = QSize(static_cast<int>(width), static_cast<int>(height));
     const QRectF bounds(QPointF(0, 0), size);
     if (!deviceRect(bounds).isWhole())
         addClip(Path::bezierPathWithRect(bounds));

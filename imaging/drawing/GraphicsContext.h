@@ -24,11 +24,14 @@ class GraphicsContext {
     /// is rounding noise and does not count.
     static double pixelEdge(double points, int scale);
 
+    /// The pixels of a picture of `size` points; empty where that size is empty, not a number, or has more
+    /// pixels than the limit.
+    static QSize pixelSize(const QSizeF& size, int scale);
+
     GraphicsContext(const QSizeF& size, int scale);
 
-    /// Whether there is a raster to draw on. There is none where the size is empty, not a number, or has more
-    /// pixels than the limit. The raster is lost where memory is short or a picture can't be drawn. Without a
-    /// raster nothing is drawn.
+    /// Whether there is a raster to draw on. There is none where the size has no pixels (`pixelSize`). The
+    /// raster is lost where memory is short or a picture can't be drawn. Without a raster nothing is drawn.
     bool hasRaster() const { return !m_pixelSize.isEmpty(); }
 
     /// The filter that resamples the pictures drawn from now on.

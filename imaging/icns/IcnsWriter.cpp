@@ -68,13 +68,23 @@ std::vector<Element> elements(const Row& row, const QImage& raster) {
              QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size()))}};
 }
 
+/// The row of pictures of that size, or null.
+const Row* rowOf(const QSize& size) {
+    const auto* row = std::ranges::find(rows, size.width(), &Row::pixelSize);
+    return row != std::end(rows) && size.height() == size.width() ? row : nullptr;
+}
+
 } // namespace
+
+bool IcnsWriter::hasElement(const QSize& size) {
+    return rowOf(size) != nullptr;
+}
 
 IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
     if (raster.isNull())
         return Added::Failed;
-    const auto* row = std::ranges::find(rows, raster.width(), &Row::pixelSize);
-    if (row == std::end(rows) || raster.height() != raster.width())
+    const Row* row = rowOf(raster.size());
+    if (row == nullptr)
         return Added::NoElement;
     return unlessMemoryIsShort(
         [&] {

@@ -13,6 +13,9 @@ class IcnsWriter {
         Failed,    ///< the picture has no pixels, or memory is short
     };
 
+    /// Whether an element is made for pictures of that size.
+    static bool hasElement(const QSize& size);
+
     /// Appends the element or elements of `raster` (RGBA8888_Premultiplied).
     Added addImage(const QImage& raster);
 
