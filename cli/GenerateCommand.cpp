@@ -7,7 +7,7 @@
 #include "cli/UnscaledScreen.h"
 #include "files/AtomicFile.h"
 #include "files/Folder.h"
-#include "generation/IconContainer.h"
+#include "generation/GenerationPlan.h"
 #include "generation/IconSetGenerator.h"
 #include "imaging/io/ImageSource.h"
 
@@ -17,9 +17,7 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <cmath>
 
 namespace {
 
@@ -49,33 +47,6 @@ class QuietWorkspace final : public Workspace {
   public:
     bool openURL(const QUrl& /*url*/) override { return true; }
 };
-
-/// What is to be made: to warn, to count and to load the picture by.
-struct Plan {
-    int files = 0;
-    double largestSide = 0;
-    std::vector<QSizeF> renders;
-};
-
-Plan planOf(const GenerateOptions& options, const Catalogue& catalogue) {
-    Plan plan;
-    for (const Platform platform : options.platforms) {
-        for (const QVariant& entry : catalogue.dictionary(platform)) {
-            const QSizeF size = Catalogue::dimensions(entry.toMap());
-            ++plan.files;
-            plan.renders.push_back(size);
-            if (std::isfinite(size.width()) && std::isfinite(size.height()))
-                plan.largestSide = std::max({plan.largestSide, size.width(), size.height()});
-        }
-        if (Platforms::hasContainer(platform)) {
-            ++plan.files;
-            const std::vector<QSizeF> contained = IconContainer::renders();
-            plan.renders.insert(plan.renders.end(), contained.begin(), contained.end());
-            plan.largestSide = std::max<double>(plan.largestSide, IconContainer::sides.back());
-        }
-    }
-    return plan;
-}
 
 /// Why nothing can be written below `out`, if that is so. It need not exist, but what stands in its place, or
 /// the nearest folder above it, must be a folder that can be written to.
@@ -120,8 +91,9 @@ int runGenerate(const GenerateOptions& options) {
         report.fail(QStringLiteral("%1: %2").arg(options.out, *error));
         return report.finish();
     }
-    const Plan plan = planOf(options, *catalogue);
-    Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {plan.renders});
+    const UnscaledScreen screen;
+    const GenerationPlan plan(*catalogue, options.platforms, screen.scale());
+    Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {plan.renders()});
     if (!picture) {
         report.fail(QStringLiteral("%1: %2").arg(QFile::decodeName(options.picture.c_str()),
                                                  picture.error().sentence));
@@ -132,15 +104,15 @@ int runGenerate(const GenerateOptions& options) {
         report.fail(made.error().sentence);
         return report.finish();
     }
-    for (const QString& warning : pictureWarnings(*picture, plan.largestSide))
+    for (const QString& warning : pictureWarnings(*picture, plan.largestSide()))
         report.warn(warning);
 
     OptionsInput input(options, std::move(picture->image));
-    const UnscaledScreen screen;
     QuietWorkspace workspace;
     const IconSetGenerator generator(input, {screen, workspace, &report});
     {
-        Terminal::ProgressBar progress(plan.files, !options.quiet && !options.verbose);
+        Terminal::ProgressBar progress(static_cast<int>(plan.files().size()),
+                                       !options.quiet && !options.verbose);
         report.begin(progress);
         for (const Platform platform : options.platforms) {
             input.choosePlatform(platform);

@@ -1,5 +1,7 @@
 #include "generation/IconContainer.h"
 
+#include "imaging/drawing/GraphicsContext.h"
+#include "imaging/icns/IcnsWriter.h"
 #include "imaging/io/ImageDestination.h"
 
 #include <algorithm>
@@ -12,6 +14,16 @@ std::vector<QSizeF> IconContainer::renders() {
     for (const int side : sides)
         sizes.emplace_back(side, side);
     return sizes;
+}
+
+QSize IconContainer::largestSize(int scale) {
+    QSize largest;
+    for (const QSizeF& size : renders()) {
+        const QSize pixels = GraphicsContext::pixelSize(size, scale);
+        if (IcnsWriter::hasElement(pixels))
+            largest = largest.expandedTo(pixels);
+    }
+    return largest;
 }
 
 Result<IconContainer::Written> IconContainer::write(const Image& image, const IconRenderer& renderer,

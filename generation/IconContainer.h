@@ -15,6 +15,10 @@ inline constexpr std::array sides{16, 32, 64, 128, 256, 512, 1024};
 /// The same as sizes, which are pixels at scale 1.
 std::vector<QSizeF> renders();
 
+/// The size in pixels of the largest picture that the file keeps on a display of that scale; empty where it
+/// has no element for any of them.
+QSize largestSize(int scale);
+
 struct Written {
     QSize largestSize; ///< of the pictures that the file holds, in pixels
     qint64 bytes = 0;

@@ -2,6 +2,7 @@
 
 #include "base/Log.h"
 #include "files/FilePath.h"
+#include "generation/GenerationPlan.h"
 #include "generation/IconContainer.h"
 #include "generation/OutputFolder.h"
 
@@ -43,19 +44,16 @@ void IconSetGenerator::generateIconsWithImage(const Image& image,
 void IconSetGenerator::outputImage(const Image& image, const QVariantMap& InfoDict,
                                    const QStringList& keysArr, const QString& idiom) const {
     const int scale = m_surroundings.screen.scale();
-    for (const QString& key : keysArr) {
-        const QVariantMap entry = InfoDict.value(key).toMap();
-        const QSizeF pixels = IconSizeCatalogue::dimensions(entry);
-        m_writer.saveImage(image, pixels / scale, IconSizeCatalogue::name(entry), idiom);
-    }
+    for (const PlannedIcon& icon : GenerationPlan::icons(InfoDict, keysArr, scale))
+        m_writer.saveImage(image, icon.render.points, icon.name, idiom);
     logLine(QStringLiteral("file://%1").arg(m_input.outputPathString()));
     m_surroundings.workspace.openURL(QUrl::fromLocalFile(m_input.outputPathString()));
 }
 
 void IconSetGenerator::writeContainer(const Image& image, const QString& idiom) const {
-    const std::optional<QString> path = OutputFolder::containerPath(appiconsetPathString(idiom));
-    const QString shownPath =
-        path.value_or(m_input.outputPathString() + QStringLiteral("/mac/Application.icns"));
+    const QString folder = appiconsetPathString(idiom);
+    const std::optional<QString> path = OutputFolder::containerPath(folder);
+    const QString shownPath = path.value_or(OutputFolder::containerBeside(folder));
     const Result<IconContainer::Written> written =
         IconContainer::write(image, m_renderer, path.value_or(QString()));
     if (!written)

@@ -63,8 +63,7 @@ void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QSt
     const EncodedIcon icon = encoded(m_renderer.drawImage(image, withSize));
 
     const std::optional<QString> path = OutputFolder::pngPath(appiconsetPath(idiom), andName);
-    const QString shownPath =
-        path.value_or(appiconsetPath(idiom) + QLatin1Char('/') + andName + QStringLiteral(".png"));
+    const QString shownPath = path.value_or(OutputFolder::shownPngPath(appiconsetPath(idiom), andName));
     std::optional<Error> error;
     if (icon.png.isEmpty()) {
         error = unmade(withSize);

@@ -5,20 +5,39 @@
 
 #include <QStringList>
 
+namespace {
+
+QString containerIn(const QString& folder) {
+    return appendingPathComponent(folder,
+                                  QLatin1String(OutputFolder::containerName) + QStringLiteral(".icns"));
+}
+
+} // namespace
+
 QString OutputFolder::appiconsetPathString(const QString& outputPathString, const QString& idiom) {
     return outputPathString + u'/' + Platforms::folder(idiom);
 }
 
 std::optional<QString> OutputFolder::pngPath(const QString& appiconsetPath, const QString& name) {
     const std::optional<QString> folder = replacingPercentEscapes(appiconsetPath);
-    if (!folder || name.contains(QChar::Null) || name.split(u'/').contains(QLatin1String("..")))
-        return std::nullopt;
-    return appendingPathComponent(*folder, name + QStringLiteral(".png"));
+    return folder ? pngIn(*folder, name) : std::nullopt;
 }
 
 std::optional<QString> OutputFolder::containerPath(const QString& appiconsetPath) {
     const std::optional<QString> folder = replacingPercentEscapes(deletingLastPathComponent(appiconsetPath));
-    if (!folder)
+    return folder ? std::optional(containerIn(*folder)) : std::nullopt;
+}
+
+std::optional<QString> OutputFolder::pngIn(const QString& folder, const QString& name) {
+    if (name.contains(QChar::Null) || name.split(u'/').contains(QLatin1String("..")))
         return std::nullopt;
-    return appendingPathComponent(*folder, QStringLiteral("Application.icns"));
+    return appendingPathComponent(folder, name + QStringLiteral(".png"));
+}
+
+QString OutputFolder::containerBeside(const QString& folder) {
+    return containerIn(deletingLastPathComponent(folder));
+}
+
+QString OutputFolder::shownPngPath(const QString& folder, const QString& name) {
+    return folder + u'/' + name + QStringLiteral(".png");
 }

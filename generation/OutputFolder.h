@@ -9,6 +9,9 @@
 /// different paths. Both sides have always worked like this and are kept.
 namespace OutputFolder {
 
+/// The container's name, without its suffix.
+inline constexpr char containerName[] = "Application";
+
 /// `outputPathString` with "/idiom/AppIcon.appiconset" appended, or "/android/icons", as plain text: neither
 /// created nor unescaped nor cleaned up.
 QString appiconsetPathString(const QString& outputPathString, const QString& idiom);
@@ -18,5 +21,12 @@ std::optional<QString> pngPath(const QString& appiconsetPath, const QString& nam
 
 /// The path of the icon container "Application.icns", in the folder above the mac idiom's; none likewise.
 std::optional<QString> containerPath(const QString& appiconsetPath);
+
+/// As `pngPath` and `containerPath`, in a folder whose path is taken as it stands.
+std::optional<QString> pngIn(const QString& folder, const QString& name);
+QString containerBeside(const QString& folder);
+
+/// What is told of a PNG file that has no path.
+QString shownPngPath(const QString& folder, const QString& name);
 
 } // namespace OutputFolder

@@ -59,10 +59,15 @@ class RecordingObserver final : public GenerationObserver {
   public:
     std::vector<File> files;
     QStringList failures; ///< "path: sentence"
+    QStringList paths;    ///< of both, in the order in which they were told
 
-    void fileWritten(const File& file) override { files.push_back(file); }
+    void fileWritten(const File& file) override {
+        files.push_back(file);
+        paths << file.path;
+    }
     void failed(const QString& path, const Error& error) override {
         failures << path + QStringLiteral(": ") + error.sentence;
+        paths << path;
     }
 };
 
