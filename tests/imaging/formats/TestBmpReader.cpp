@@ -1,8 +1,8 @@
 #include "imaging/io/ImageSource.h"
 #include "tests/support/Fixtures.h"
 #include "tests/support/Pictures.h"
+#include "tests/support/Refusals.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QImageReader>
 #include <QtEndian>
@@ -15,6 +15,9 @@ using Fixtures::color;
 using Fixtures::height;
 using Fixtures::paletteColor;
 using Fixtures::width;
+using Refusals::expectAtOnce;
+using Refusals::expectError;
+using Refusals::expectNeedsEveryByte;
 
 namespace {
 
@@ -68,40 +71,27 @@ TEST(ImageSourceBmp, run_lengths_are_read_exactly) {
 TEST(ImageSourceBmp, a_file_cut_off_at_any_byte_is_an_error) {
     for (const char* name : {"palette-1.bmp", "palette-4.bmp", "rgb-24.bmp", "rgb-32.bmp"}) {
         SCOPED_TRACE(name);
-        const QByteArray whole = fixture(name);
-        ASSERT_TRUE(ImageSource::decode(whole));
-        for (qsizetype length = 0; length < whole.size(); ++length)
-            EXPECT_FALSE(ImageSource::load(whole.left(length))) << length << " bytes";
+        expectNeedsEveryByte(fixture(name));
     }
 }
 
 TEST(ImageSourceBmp, a_picture_from_the_top_cut_off_at_any_byte_is_an_error) {
-    const QByteArray whole = fixture("rgb-24-top-down.bmp");
-    ASSERT_TRUE(ImageSource::decode(whole));
-    for (qsizetype length = 0; length < whole.size(); ++length)
-        EXPECT_FALSE(ImageSource::load(whole.left(length))) << length << " bytes";
+    expectNeedsEveryByte(fixture("rgb-24-top-down.bmp"));
 }
 
 TEST(ImageSourceBmp, run_lengths_that_break_off_are_an_error) {
-    const QByteArray whole = fixture("rle-8.bmp");
-    ASSERT_TRUE(ImageSource::decode(whole));
     // Behind the last pixel is the end of the picture.
-    for (qsizetype length = 0; length < whole.size() - 2; ++length)
-        EXPECT_FALSE(ImageSource::load(whole.left(length))) << length << " bytes";
+    expectNeedsEveryByte(fixture("rle-8.bmp"), 2);
 }
 
 TEST(ImageSourceBmp, a_header_beyond_the_limit_is_refused_at_once) {
-    QElapsedTimer timer;
-    timer.start();
-    for (const char* name : {"rgb-24.bmp", "palette-1.bmp", "rle-8.bmp"}) {
-        SCOPED_TRACE(name);
-        for (const qint32 h : {65535, -65535, 0x7fffffff, -0x7fffffff}) {
-            const Result<DecodedPicture> picture = ImageSource::decode(withSize(name, 65535, h));
-            ASSERT_FALSE(picture) << h;
-            EXPECT_EQ(picture.error().code, ErrorCode::TooLarge) << h;
+    expectAtOnce([] {
+        for (const char* name : {"rgb-24.bmp", "palette-1.bmp", "rle-8.bmp"}) {
+            SCOPED_TRACE(name);
+            for (const qint32 h : {65535, -65535, 0x7fffffff, -0x7fffffff})
+                expectError(withSize(name, 65535, h), ErrorCode::TooLarge);
         }
-    }
-    EXPECT_LT(timer.elapsed(), 500);
+    });
 }
 
 TEST(ImageSourceBmp, a_header_without_pixels_is_refused) {

@@ -4,6 +4,7 @@
 #include "tests/support/Fixtures.h"
 #include "tests/support/IcnsBytes.h"
 #include "tests/support/Pictures.h"
+#include "tests/support/Refusals.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -19,6 +20,9 @@ using IcnsBytes::icns;
 using IcnsBytes::number;
 using Pictures::Pixel;
 using Pictures::pixel;
+using Refusals::eachBeginning;
+using Refusals::expectError;
+using Refusals::expectNeedsEveryByte;
 
 namespace {
 
@@ -92,13 +96,6 @@ void expectPicture(const QByteArray& file, const QImage& expected) {
     ASSERT_EQ(picture->raster.size(), expected.size());
     ASSERT_EQ(picture->raster.format(), QImage::Format_RGBA8888_Premultiplied);
     EXPECT_EQ(Pictures::largestDifference(picture->raster, expected), 0);
-}
-
-void expectError(const QByteArray& file, ErrorCode code) {
-    const Result<DecodedPicture> picture = ImageSource::decode(file);
-    ASSERT_FALSE(picture) << file.left(40).toHex().constData();
-    EXPECT_EQ(picture.error().code, code) << picture.error().sentence.toStdString();
-    EXPECT_FALSE(picture.error().sentence.isEmpty());
 }
 
 struct ColorsType {
@@ -291,11 +288,12 @@ TEST(IcnsReader, what_follows_the_files_length_is_passed_over) {
 
 TEST(IcnsReader, fewer_bytes_than_a_header_are_an_error) {
     const QByteArray header = icns({});
-    for (qsizetype length = 0; length < 8; ++length) {
-        const Result<IcnsReader> reader = IcnsReader::open(header.left(length));
-        ASSERT_FALSE(reader) << length;
+    ASSERT_EQ(header.size(), 8);
+    eachBeginning(header, [](const QByteArray& bytes) {
+        const Result<IcnsReader> reader = IcnsReader::open(bytes);
+        ASSERT_FALSE(reader);
         EXPECT_EQ(reader.error().code, ErrorCode::Damaged);
-    }
+    });
 }
 
 TEST(IcnsReader, another_beginning_is_an_error) {
@@ -324,9 +322,7 @@ TEST(IcnsReader, an_element_header_that_breaks_off_is_an_error) {
 }
 
 TEST(IcnsReader, a_file_cut_off_at_any_byte_is_an_error) {
-    const QByteArray whole = icns(element("icp4", png(16, Qt::red)) + element("is32", packedColors(16)));
-    for (qsizetype length = 0; length < whole.size(); ++length)
-        EXPECT_FALSE(ImageSource::load(whole.left(length))) << length << " bytes";
+    expectNeedsEveryByte(icns(element("icp4", png(16, Qt::red)) + element("is32", packedColors(16))));
 }
 
 TEST(IcnsReader, packed_samples_that_break_off_are_an_error) {

@@ -1,7 +1,10 @@
 #include "platform/forks/AppleDouble.h"
 #include "tests/support/BigEndian.h"
+#include "tests/support/Refusals.h"
 
 #include <gtest/gtest.h>
+
+using Refusals::eachBeginning;
 
 namespace {
 
@@ -117,9 +120,7 @@ TEST(AppleDouble, a_file_cut_off_at_any_byte_is_damaged) {
     AppleDouble file;
     file.setResourceFork("fork");
     file.setFinderInfo(FinderInfo(finderBytes()));
-    const QByteArray bytes = file.data();
-    for (qsizetype size = 0; size < bytes.size(); ++size)
-        expectError(bytes.left(size), ErrorCode::Damaged);
+    eachBeginning(file.data(), [](const QByteArray& bytes) { expectError(bytes, ErrorCode::Damaged); });
 }
 
 TEST(AppleDouble, anything_else_is_refused) {

@@ -1,7 +1,10 @@
 #include "platform/forks/ResourceFork.h"
 #include "tests/support/BigEndian.h"
+#include "tests/support/Refusals.h"
 
 #include <gtest/gtest.h>
+
+using Refusals::eachBeginning;
 
 namespace {
 
@@ -120,9 +123,7 @@ TEST(ResourceFork, shared_data_stay_shared) {
 }
 
 TEST(ResourceFork, a_fork_cut_off_at_any_byte_is_damaged) {
-    const QByteArray bytes = HandMade().bytes();
-    for (qsizetype size = 0; size < bytes.size(); ++size)
-        expectDamaged(bytes.left(size));
+    eachBeginning(HandMade().bytes(), expectDamaged);
 }
 
 TEST(ResourceFork, places_outside_are_damaged) {

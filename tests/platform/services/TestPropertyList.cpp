@@ -1,9 +1,12 @@
 #include "platform/services/PropertyList.h"
+#include "tests/support/Refusals.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
 
 #include <gtest/gtest.h>
+
+using Refusals::eachBeginning;
 
 namespace {
 
@@ -193,15 +196,15 @@ TEST(PropertyList, an_xml_list_cut_off_within_its_root_is_an_error) {
                              "array></dict></plist>";
     ASSERT_TRUE(PropertyList::parse(whole));
     // A cut after the root leaves out only the end of the list.
-    for (qsizetype length = 0; length < whole.indexOf("</plist>"); ++length)
-        EXPECT_FALSE(PropertyList::parse(whole.left(length))) << whole.left(length).constData();
+    eachBeginning(
+        whole, [](const QByteArray& bytes) { EXPECT_FALSE(PropertyList::parse(bytes)) << bytes.constData(); },
+        whole.size() - whole.indexOf("</plist>"));
 }
 
 TEST(PropertyList, a_binary_list_cut_off_at_any_byte_is_an_error) {
     const QByteArray whole = binary({"\xd1\x01\x02", ascii("k"), "\xa1\x03", ascii("abc")});
     ASSERT_TRUE(PropertyList::parse(whole));
-    for (qsizetype length = 0; length < whole.size(); ++length)
-        EXPECT_FALSE(PropertyList::parse(whole.left(length))) << length << " bytes";
+    eachBeginning(whole, [](const QByteArray& bytes) { EXPECT_FALSE(PropertyList::parse(bytes)); });
 }
 
 TEST(PropertyList, a_flipped_byte_in_a_binary_list_never_crashes_nor_hangs) {

@@ -1,5 +1,6 @@
 #include "platform/store/AttributeText.h"
 #include "platform/store/ManagedObjectContext.h"
+#include "tests/support/Refusals.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -12,6 +13,8 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+
+using Refusals::eachBeginning;
 
 namespace {
 
@@ -249,8 +252,7 @@ TEST_F(StoreTest, one_that_breaks_off_anywhere_is_refused_and_untouched) {
     }
     const QByteArray whole = read();
     ASSERT_GT(whole.size(), 100);
-    for (qsizetype length = 0; length < whole.size(); ++length)
-        expectRefused(whole.left(length), StoreErrorCode::Corrupt);
+    eachBeginning(whole, [this](const QByteArray& bytes) { expectRefused(bytes, StoreErrorCode::Corrupt); });
 }
 
 TEST_F(StoreTest, what_is_no_store_of_this_program_is_refused) {
