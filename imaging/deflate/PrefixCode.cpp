@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <numeric>
 
 namespace {
 
@@ -16,44 +15,11 @@ struct Node {
 constexpr unsigned longestPossible = 15;
 using LengthCounts = std::array<unsigned, longestPossible + 1>;
 
-/// A count and its symbol as one number, which is faster to compare and to move.
-constexpr unsigned symbolBits = 16;
-using Keys = std::array<std::uint64_t, PrefixCode::maximumSymbols>;
-
-/// Sorts keys by their counts digit by digit, the least significant one first; those of one count stay in
-/// their order.
-void sortByDigits(Keys& keys, std::size_t size, std::uint64_t largest) {
-    constexpr unsigned digitBits = 9;
-    constexpr std::size_t digits = std::size_t{1} << digitBits;
-    Keys sorted;
-    for (unsigned shift = symbolBits; largest >> shift > 0; shift += digitBits) {
-        std::array<std::uint16_t, digits + 1> begins{};
-        const auto digit = [shift](std::uint64_t key) { return key >> shift & (digits - 1); };
-        for (std::size_t i = 0; i < size; ++i)
-            ++begins[digit(keys[i]) + 1];
-        std::partial_sum(begins.begin(), begins.end(), begins.begin());
-        for (std::size_t i = 0; i < size; ++i)
-            sorted[begins[digit(keys[i])]++] = keys[i];
-        std::copy_n(sorted.begin(), size, keys.begin());
-    }
-}
-
-/// Sorts leaves, which stand in the order of their symbols, by their counts, those of one count by their
-/// symbols.
+/// Sorts by counts, leaves of one count by their symbols.
 void sortByCount(std::span<Node> leaves) {
-    Keys keys;
-    std::uint64_t largest = 0;
-    for (std::size_t i = 0; i < leaves.size(); ++i) {
-        keys[i] = leaves[i].count << symbolBits | leaves[i].symbol;
-        largest = std::max(largest, keys[i]);
-    }
-    constexpr std::size_t few = 48;
-    if (leaves.size() > few)
-        sortByDigits(keys, leaves.size(), largest);
-    else
-        std::sort(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(leaves.size()));
-    for (std::size_t i = 0; i < leaves.size(); ++i)
-        leaves[i] = {keys[i] >> symbolBits, static_cast<std::uint16_t>(keys[i] & 0xffffU), 0};
+    std::ranges::sort(leaves, [](const Node& a, const Node& b) {
+        return a.count != b.count ? a.count < b.count : a.symbol < b.symbol;
+    });
 }
 
 /// How many codes of each length there are in a tree whose leaves, the first `leaves` nodes, are in rising

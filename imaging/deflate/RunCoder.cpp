@@ -230,11 +230,11 @@ class RunBits {
 
 /// Returns the writer behind the block. A writer that is kept elsewhere would be read anew for each code: the
 /// bytes written could be its own, as far as a compiler knows.
-void write(BitWriter& writer, const RunBlock& block, bool isLast) {
+BitWriter write(BitWriter writer, const RunBlock& block, bool isLast) {
     const Codes codes(block);
     if (isStored(codes, block)) {
         writeStored(writer, block.bytes(), isLast);
-        return;
+        return writer;
     }
     writeCodes(writer, codes, isLast);
     const RunBits runBits(codes);
@@ -263,6 +263,7 @@ void write(BitWriter& writer, const RunBlock& block, bool isLast) {
     }
     writer.put(codes.symbols[RunSymbols::endOfBlock]);
     writer.flush();
+    return writer;
 }
 
 } // namespace
@@ -308,7 +309,7 @@ std::size_t RunCoder::finish(std::uint8_t* out) {
 
 void RunCoder::writeBlock(bool isLast) {
     m_block.take({m_bytes.get(), m_end}, m_begin);
-    write(m_writer, m_block, isLast);
+    m_writer = write(m_writer, m_block, isLast);
     m_begin += m_block.bytes().size();
     const std::size_t kept = std::min(m_begin, RunSymbols::farthest);
     std::memmove(m_bytes.get(), m_bytes.get() + m_begin - kept, kept + m_end - m_begin);

@@ -47,8 +47,7 @@ TEST(ByteCodes, are_written_one_behind_the_other) {
                 values.push_back(static_cast<std::uint8_t>(i));
         }
         const ByteCodes byteCodes(codes);
-        for (const std::size_t size :
-             {0UL, 3UL, 4UL, 63UL, 64UL, 65UL, 127UL, 128UL, 1023UL, 1024UL, 1100UL, 5001UL}) {
+        for (const std::size_t size : {0UL, 3UL, 4UL, 7UL, 8UL, 1100UL, 5001UL}) {
             std::vector<std::uint8_t> bytes(size);
             for (std::uint8_t& byte : bytes)
                 byte = values[random() % values.size()];
@@ -60,10 +59,6 @@ TEST(ByteCodes, are_written_one_behind_the_other) {
             });
             EXPECT_EQ(written(size, [&](BitWriter& writer) { byteCodes.write(writer, bytes.data(), size); }),
                       expected)
-                << ratio << " " << size;
-            EXPECT_EQ(
-                written(size, [&](BitWriter& writer) { byteCodes.writeFours(writer, bytes.data(), size); }),
-                expected)
                 << ratio << " " << size;
         }
     }
@@ -77,13 +72,13 @@ TEST(ByteCodes, of_the_longest_codes_nothing_is_lost) {
         bytes.push_back(static_cast<std::uint8_t>(i));
     }
     const ByteCodes byteCodes(codes);
-    const auto vectors = written(
-        bytes.size(), [&](BitWriter& writer) { byteCodes.write(writer, bytes.data(), bytes.size()); });
+    const auto out = written(bytes.size(),
+                             [&](BitWriter& writer) { byteCodes.write(writer, bytes.data(), bytes.size()); });
     // 256 codes of 14 bits behind three others.
-    ASSERT_EQ(vectors.size(), 449U);
+    ASSERT_EQ(out.size(), 449U);
     std::size_t bit = 3;
     for (const Code& code : codes) {
         for (unsigned i = 0; i < code.length; ++i, ++bit)
-            ASSERT_EQ(vectors[bit / 8] >> (bit % 8) & 1, code.bits >> i & 1) << bit;
+            ASSERT_EQ(out[bit / 8] >> (bit % 8) & 1, code.bits >> i & 1) << bit;
     }
 }
