@@ -1,10 +1,10 @@
 #include "platform/forks/AppleDouble.h"
 
-#include <QtEndian>
+#include "base/ByteReader.h"
+#include "base/ByteWriter.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 
 namespace {
 
@@ -17,10 +17,11 @@ struct FileHeader {
     quint32_be magic;
     quint32_be version;
     char filler[16];
-    quint16_be entryCount;
 };
-constexpr qsizetype fileHeaderSize = 26; // what follows is not aligned
-static_assert(offsetof(FileHeader, entryCount) + sizeof(quint16_be) == fileHeaderSize);
+static_assert(sizeof(FileHeader) == 24);
+
+/// The number of entries, in 16 bits, stands between the header and them.
+constexpr qsizetype entriesAt = sizeof(FileHeader) + sizeof(quint16);
 
 struct EntryHeader {
     quint32_be identifier;
@@ -44,14 +45,10 @@ struct AttributesHeader {
 };
 static_assert(sizeof(AttributesHeader) == 36);
 
-struct AttributeHeader {
-    quint32_be offset; ///< of the value, from the file's start
-    quint32_be length;
-    quint16_be flags;
-    quint8 nameLength; ///< the name follows; then as many bytes as make the whole a multiple of 4
-};
-constexpr qsizetype attributeHeaderSize = 11;
-static_assert(offsetof(AttributeHeader, nameLength) + 1 == attributeHeaderSize);
+// An attribute: the place of its value from the file's start and the value's length, in 32 bits each, flags
+// in 16, the name's length in 8, the name, and as many bytes as make the whole a multiple of 4.
+constexpr qsizetype nameLengthAt = sizeof(quint32) + sizeof(quint32) + sizeof(quint16);
+constexpr qsizetype nameAt = nameLengthAt + qsizetype{sizeof(quint8)};
 
 constexpr quint32 attributesMagic = 0x41545452;
 constexpr qsizetype attributesAt = FinderInfo::size + 2;
@@ -61,39 +58,27 @@ Error damaged(const char* detail) {
             QStringLiteral("the AppleDouble file is damaged (%1)").arg(QLatin1String(detail))};
 }
 
-template <typename Record>
-bool read(QByteArrayView bytes, qsizetype at, qsizetype size, Record& record) {
-    if (at > bytes.size() || size > bytes.size() - at)
-        return false;
-    std::memcpy(&record, bytes.data() + at, static_cast<std::size_t>(size));
-    return true;
-}
-
-template <typename Record>
-void append(QByteArray& bytes, const Record& record) {
-    bytes.append(reinterpret_cast<const char*>(&record), sizeof record);
-}
-
-void write(QByteArray& bytes, qsizetype at, quint32_be value) {
-    std::memcpy(bytes.data() + at, &value, sizeof value);
-}
-
 /// The Finder information's entry with the places of its attributes moved by `distance`.
 QByteArray moved(QByteArray entry, qsizetype distance) {
-    AttributesHeader header{};
-    if (distance == 0 || !read(entry, attributesAt, sizeof header, header) || header.magic != attributesMagic)
+    const auto header = ByteReader(entry).record<AttributesHeader>(attributesAt);
+    if (distance == 0 || !header || header->magic != attributesMagic)
         return entry;
-    const auto by = static_cast<quint32>(distance);
-    write(entry, attributesAt + offsetof(AttributesHeader, totalSize), quint32_be(header.totalSize + by));
-    write(entry, attributesAt + offsetof(AttributesHeader, dataStart), quint32_be(header.dataStart + by));
-    qsizetype at = attributesAt + static_cast<qsizetype>(sizeof header);
-    for (int i = 0; i < header.count; ++i) {
-        AttributeHeader attribute{};
-        if (!read(entry, at, attributeHeaderSize, attribute))
+    ByteWriter writer(entry);
+    const auto move = [&](ByteCount at, qint64 place) {
+        writer.replaceBigEndian<quint32>(at, static_cast<quint32>(place + distance));
+    };
+    move(attributesAt + offsetof(AttributesHeader, totalSize), header->totalSize);
+    move(attributesAt + offsetof(AttributesHeader, dataStart), header->dataStart);
+    qsizetype at = attributesAt + qsizetype{sizeof(AttributesHeader)};
+    for (int i = 0; i < header->count; ++i) {
+        const ByteReader attributes(entry);
+        const auto place = attributes.bigEndian<quint32>(at);
+        const auto nameLength = attributes.bigEndian<quint8>(at + nameLengthAt);
+        if (!place || !nameLength)
             break;
-        write(entry, at, quint32_be(attribute.offset + by));
+        move(at, *place);
         constexpr qsizetype alignment = 4;
-        const qsizetype length = attributeHeaderSize + attribute.nameLength;
+        const qsizetype length = nameAt + *nameLength;
         at += (length + alignment - 1) / alignment * alignment;
     }
     return entry;
@@ -102,38 +87,38 @@ QByteArray moved(QByteArray entry, qsizetype distance) {
 } // namespace
 
 Result<AppleDouble> AppleDouble::parse(const QByteArray& bytes) {
-    FileHeader header{};
-    if (!read(bytes, 0, fileHeaderSize, header) || header.magic != magic)
+    const ByteReader file(bytes);
+    const auto header = file.record<FileHeader>(0);
+    const auto entryCount = file.bigEndian<quint16>(sizeof(FileHeader));
+    if (!header || !entryCount || header->magic != magic)
         return damaged("it does not begin as one");
-    if (header.version != version2)
+    if (header->version != version2)
         return Error{ErrorCode::Unsupported, QStringLiteral("the AppleDouble file is of an unknown version")};
     constexpr qsizetype mostEntries = 256;
     const Error tooMany{ErrorCode::Unsupported,
-                        QStringLiteral("the AppleDouble file has %1 entries").arg(header.entryCount)};
-    if (header.entryCount > mostEntries)
+                        QStringLiteral("the AppleDouble file has %1 entries").arg(*entryCount)};
+    if (*entryCount > mostEntries)
         return tooMany;
     AppleDouble result;
-    result.m_filler = QByteArray(header.filler, sizeof header.filler);
-    qsizetype total = 0;
-    for (qsizetype i = 0; i < header.entryCount; ++i) {
-        EntryHeader entry{};
-        const qsizetype at = fileHeaderSize + i * static_cast<qsizetype>(sizeof entry);
-        if (!read(bytes, at, sizeof entry, entry))
+    result.m_filler = QByteArray(header->filler, sizeof header->filler);
+    ByteCount total = 0;
+    for (int i = 0; i < *entryCount; ++i) {
+        const auto entry = file.record<EntryHeader>(entriesAt, i);
+        if (!entry)
             return damaged("its list of entries breaks off");
-        const qsizetype offset = entry.offset;
-        const qsizetype length = entry.length;
+        const auto data = file.slice(entry->offset, entry->length);
         // Entries that share bytes could stand for far more than there are.
-        total += length;
-        if (offset > bytes.size() || length > bytes.size() - offset || total > bytes.size())
+        total = total + entry->length;
+        if (!data || !total.isAtMost(file.size()))
             return damaged("an entry lies outside");
-        if (result.find(entry.identifier) != nullptr)
+        if (result.find(entry->identifier) != nullptr)
             return damaged("an entry is there twice");
-        result.m_entries.push_back({entry.identifier, bytes.mid(offset, length), offset});
+        result.m_entries.push_back({entry->identifier, data->view().toByteArray(), entry->offset});
     }
     // The two that are always written count even where they are not there yet.
     const bool hasInfo = result.find(finderInfoEntry) != nullptr;
     const bool hasFork = result.find(resourceForkEntry) != nullptr;
-    if (header.entryCount + (hasInfo ? 0 : 1) + (hasFork ? 0 : 1) > mostEntries)
+    if (*entryCount + (hasInfo ? 0 : 1) + (hasFork ? 0 : 1) > mostEntries)
         return tooMany;
     return result;
 }
@@ -153,18 +138,16 @@ QByteArray AppleDouble::data() const {
         return entry->identifier == finderInfoEntry ? 0 : entry->identifier == resourceForkEntry ? 2 : 1;
     };
     std::ranges::stable_sort(ordered, {}, rank);
-    FileHeader header{};
-    header.magic = magic;
-    header.version = version2;
-    std::memcpy(header.filler, m_filler.constData(), sizeof header.filler);
-    header.entryCount = static_cast<quint16>(ordered.size());
+    FileHeader header{quint32_be(magic), quint32_be(version2), {}};
+    std::ranges::copy(m_filler, header.filler);
     QByteArray headers;
-    headers.append(reinterpret_cast<const char*>(&header), fileHeaderSize);
-    qsizetype offset = fileHeaderSize + static_cast<qsizetype>(ordered.size() * sizeof(EntryHeader));
+    ByteWriter writer(headers);
+    writer.record(header).bigEndian<quint16>(static_cast<quint16>(ordered.size()));
+    qsizetype offset = entriesAt + static_cast<qsizetype>(ordered.size() * sizeof(EntryHeader));
     QByteArray contents;
     for (const Entry* entry : ordered) {
-        append(headers, EntryHeader{quint32_be(entry->identifier), quint32_be(static_cast<quint32>(offset)),
-                                    quint32_be(static_cast<quint32>(entry->data.size()))});
+        writer.record(EntryHeader{quint32_be(entry->identifier), quint32_be(static_cast<quint32>(offset)),
+                                  quint32_be(static_cast<quint32>(entry->data.size()))});
         const bool mayMove = entry->identifier == finderInfoEntry && entry->offset != 0;
         contents += mayMove ? moved(entry->data, offset - entry->offset) : entry->data;
         offset += entry->data.size();

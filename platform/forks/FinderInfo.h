@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 /// The 32 bytes that the file browser of macOS keeps of a file or folder, big-endian. Of a file the first
 /// four are its type and the next four its creator; the flags stand in the same place for both. Source:
@@ -24,23 +25,31 @@ class FinderInfo {
     FinderInfo() = default;
     /// The first 32 of `bytes`; what is missing is zero.
     explicit FinderInfo(QByteArrayView bytes) {
-        std::copy_n(bytes.begin(), std::min(size, bytes.size()), m_bytes.begin());
+        if (!bytes.isEmpty())
+            std::memcpy(&m_fields, bytes.data(), static_cast<std::size_t>(std::min(size, bytes.size())));
     }
 
-    QByteArray bytes() const { return {m_bytes.data(), size}; }
+    QByteArray bytes() const { return {reinterpret_cast<const char*>(&m_fields), size}; }
 
-    FourCharCode type() const { return FourCharCode(qFromBigEndian<quint32>(m_bytes.data())); }
-    void setType(FourCharCode type) { qToBigEndian(type.value, m_bytes.data()); }
-    FourCharCode creator() const { return FourCharCode(qFromBigEndian<quint32>(m_bytes.data() + creatorAt)); }
-    void setCreator(FourCharCode creator) { qToBigEndian(creator.value, m_bytes.data() + creatorAt); }
-    quint16 flags() const { return qFromBigEndian<quint16>(m_bytes.data() + flagsAt); }
-    void setFlags(quint16 flags) { qToBigEndian(flags, m_bytes.data() + flagsAt); }
+    FourCharCode type() const { return FourCharCode(m_fields.type); }
+    void setType(FourCharCode type) { m_fields.type = type.value; }
+    FourCharCode creator() const { return FourCharCode(m_fields.creator); }
+    void setCreator(FourCharCode creator) { m_fields.creator = creator.value; }
+    quint16 flags() const { return m_fields.flags; }
+    void setFlags(quint16 flags) { m_fields.flags = flags; }
 
     bool operator==(const FinderInfo&) const = default;
 
   private:
-    static constexpr std::size_t creatorAt = 4;
-    static constexpr std::size_t flagsAt = 8;
+    struct Fields {
+        quint32_be type;
+        quint32_be creator;
+        quint16_be flags;
+        std::array<char, 22> others;
 
-    std::array<char, size> m_bytes{};
+        bool operator==(const Fields&) const = default;
+    };
+    static_assert(sizeof(Fields) == size);
+
+    Fields m_fields{};
 };

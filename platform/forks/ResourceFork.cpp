@@ -1,9 +1,9 @@
 #include "platform/forks/ResourceFork.h"
 
-#include <QtEndian>
+#include "base/ByteReader.h"
+#include "base/ByteWriter.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <map>
 #include <unordered_map>
@@ -67,35 +67,6 @@ Error unsupported(const char* detail) {
             QStringLiteral("the resources do not fit into a resource fork (%1)").arg(QLatin1String(detail))};
 }
 
-/// Bytes that are read with a check of each reach.
-class Region {
-  public:
-    explicit Region(QByteArrayView bytes) : m_bytes(bytes) {}
-
-    template <typename Record>
-    std::optional<Record> record(qsizetype at) const {
-        if (at > m_bytes.size() || m_bytes.size() - at < static_cast<qsizetype>(sizeof(Record)))
-            return std::nullopt;
-        Record result{};
-        std::memcpy(&result, m_bytes.data() + at, sizeof result);
-        return result;
-    }
-
-    std::optional<QByteArrayView> slice(qsizetype at, qsizetype length) const {
-        if (at > m_bytes.size() || length > m_bytes.size() - at)
-            return std::nullopt;
-        return m_bytes.sliced(at, length);
-    }
-
-  private:
-    QByteArrayView m_bytes;
-};
-
-template <typename Record>
-void append(QByteArray& bytes, const Record& record) {
-    bytes.append(reinterpret_cast<const char*>(&record), sizeof record);
-}
-
 /// A resource whose data are not read yet.
 struct Reference {
     Resource resource;
@@ -103,30 +74,26 @@ struct Reference {
 };
 
 /// What the references of a map lead to.
-Result<std::vector<Reference>> readReferences(const Region& map, const MapHeader& header,
-                                              qsizetype mapLength) {
-    const qsizetype typeList = header.typeListOffset;
-    const qsizetype nameList = header.nameListOffset;
-    const auto lastType = map.record<quint16_be>(typeList);
+Result<std::vector<Reference>> readReferences(const ByteReader& map, const MapHeader& header) {
+    const auto typeList = map.from(header.typeListOffset);
+    const auto lastType = typeList ? typeList->bigEndian<quint16>(0) : std::nullopt;
     if (!lastType)
         return damaged("the list of types lies outside");
     // 0xFFFF stands for none.
     const auto typeCount = static_cast<quint16>(*lastType + 1);
     std::vector<Reference> references;
-    qsizetype referenceBytes = 0;
-    for (qsizetype i = 0; i < typeCount; ++i) {
-        const auto type =
-            map.record<TypeEntry>(typeList + countSize + i * static_cast<qsizetype>(sizeof(TypeEntry)));
+    ByteCount referenceBytes = 0;
+    for (quint16 i = 0; i < typeCount; ++i) {
+        const auto type = typeList->record<TypeEntry>(countSize, i);
         if (!type)
             return damaged("the list of types breaks off");
         const auto count = static_cast<quint16>(type->lastIndex + 1);
         // Lists that share bytes could stand for far more resources than there are bytes.
-        referenceBytes += count * static_cast<qsizetype>(sizeof(ReferenceEntry));
-        if (referenceBytes > mapLength)
+        referenceBytes = referenceBytes + ByteCount(count) * sizeof(ReferenceEntry);
+        if (!referenceBytes.isAtMost(map.size()))
             return damaged("there are more references than its map has room for");
-        for (qsizetype j = 0; j < count; ++j) {
-            const auto entry = map.record<ReferenceEntry>(typeList + type->referenceOffset +
-                                                          j * static_cast<qsizetype>(sizeof(ReferenceEntry)));
+        for (quint16 j = 0; j < count; ++j) {
+            const auto entry = typeList->record<ReferenceEntry>(type->referenceOffset, j);
             if (!entry)
                 return damaged("a list of references breaks off");
             Reference reference;
@@ -135,12 +102,12 @@ Result<std::vector<Reference>> readReferences(const Region& map, const MapHeader
             reference.resource.attributes = static_cast<quint8>(entry->dataOffset >> 24);
             reference.dataOffset = entry->dataOffset & largestDataOffset;
             if (entry->nameOffset != noName) {
-                const qsizetype at = nameList + entry->nameOffset;
-                const auto length = map.record<quint8>(at);
+                const ByteCount at = ByteCount(header.nameListOffset) + entry->nameOffset;
+                const auto length = map.bigEndian<quint8>(at);
                 const auto name = length ? map.slice(at + 1, *length) : std::nullopt;
                 if (!name)
                     return damaged("a name lies outside");
-                reference.resource.name = name->toByteArray();
+                reference.resource.name = name->view().toByteArray();
             }
             references.push_back(std::move(reference));
         }
@@ -150,15 +117,16 @@ Result<std::vector<Reference>> readReferences(const Region& map, const MapHeader
 
 /// The data at each of the offsets that references have. Several may lead to the same data, which are kept
 /// once; but none may begin inside of others.
-Result<std::unordered_map<quint32, QByteArray>> readData(const Region& section,
+Result<std::unordered_map<quint32, QByteArray>> readData(const ByteReader& section,
                                                          const std::vector<Reference>& references) {
     std::map<quint32, QByteArrayView> views;
     for (const Reference& reference : references) {
-        const auto length = section.record<quint32_be>(reference.dataOffset);
-        const auto data = length ? section.slice(reference.dataOffset + lengthSize, *length) : std::nullopt;
+        const ByteCount at = reference.dataOffset;
+        const auto length = section.bigEndian<quint32>(at);
+        const auto data = length ? section.slice(at + lengthSize, *length) : std::nullopt;
         if (!data)
             return damaged("the data of a resource lie outside");
-        views.emplace(reference.dataOffset, *data);
+        views.emplace(reference.dataOffset, data->view());
     }
     std::unordered_map<quint32, QByteArray> data;
     qsizetype end = 0;
@@ -194,23 +162,22 @@ std::vector<TypeGroup> grouped(const std::vector<Resource>& resources) {
 ResourceFork::ResourceFork() : m_reserved(reservedSize, '\0') {}
 
 Result<ResourceFork> ResourceFork::parse(const QByteArray& bytes) {
-    const Region fork(bytes);
+    const ByteReader fork(bytes);
     const auto header = fork.record<ForkHeader>(0);
     if (!header)
         return damaged("it has no header");
     const auto data = fork.slice(header->dataOffset, header->dataLength);
-    const auto mapBytes = fork.slice(header->mapOffset, header->mapLength);
+    const auto map = fork.slice(header->mapOffset, header->mapLength);
     const qsizetype start = std::min<qsizetype>(header->dataOffset, header->mapOffset);
-    if (!data || !mapBytes || start < static_cast<qsizetype>(sizeof(ForkHeader)))
+    if (!data || !map || start < static_cast<qsizetype>(sizeof(ForkHeader)))
         return damaged("its parts lie outside");
-    const Region map(*mapBytes);
-    const auto mapHeader = map.record<MapHeader>(0);
+    const auto mapHeader = map->record<MapHeader>(0);
     if (!mapHeader)
         return damaged("its map breaks off");
-    Result<std::vector<Reference>> references = readReferences(map, *mapHeader, mapBytes->size());
+    Result<std::vector<Reference>> references = readReferences(*map, *mapHeader);
     if (!references)
         return references.error();
-    const Result<std::unordered_map<quint32, QByteArray>> contents = readData(Region(*data), *references);
+    const Result<std::unordered_map<quint32, QByteArray>> contents = readData(*data, *references);
     if (!contents)
         return contents.error();
     ResourceFork result;
@@ -239,9 +206,9 @@ class ForkParts {
         const qsizetype referenceOffset = typeListSize + references.size();
         if (referenceOffset > largestMapOffset || group.resources.size() > std::size_t{largestMapOffset})
             return unsupported("too many resources");
-        append(types, TypeEntry{quint32_be(group.type.value),
-                                quint16_be(static_cast<quint16>(group.resources.size() - 1)),
-                                quint16_be(static_cast<quint16>(referenceOffset))});
+        ByteWriter(types).record(TypeEntry{quint32_be(group.type.value),
+                                           quint16_be(static_cast<quint16>(group.resources.size() - 1)),
+                                           quint16_be(static_cast<quint16>(referenceOffset))});
         for (const Resource* resource : group.resources) {
             const Result<quint16> name = nameOffset(resource->name);
             if (!name)
@@ -250,8 +217,9 @@ class ForkParts {
             if (!place)
                 return place.error();
             const quint32 attributes = static_cast<quint32>(resource->attributes) << 24;
-            append(references, ReferenceEntry{qint16_be(resource->number), quint16_be(*name),
-                                              quint32_be(*place | attributes), quint32_be(0)});
+            ByteWriter(references)
+                .record(ReferenceEntry{qint16_be(resource->number), quint16_be(*name),
+                                       quint32_be(*place | attributes), quint32_be(0)});
         }
         return Done{};
     }
@@ -266,8 +234,7 @@ class ForkParts {
             if (names.size() >= noName)
                 return unsupported("too many names");
             m_nameOffsets.emplace(*name, static_cast<quint16>(names.size()));
-            names += static_cast<char>(name->size());
-            names += *name;
+            ByteWriter(names).bigEndian<quint8>(static_cast<quint8>(name->size())).bytes(*name);
         }
         return m_nameOffsets.at(*name);
     }
@@ -279,8 +246,7 @@ class ForkParts {
             if (data.size() > qsizetype{largestDataOffset})
                 return unsupported("too much data");
             m_dataOffsets.insert_or_assign(place, static_cast<quint32>(data.size()));
-            append(data, quint32_be(static_cast<quint32>(bytes.size())));
-            data += bytes;
+            ByteWriter(data).bigEndian<quint32>(static_cast<quint32>(bytes.size())).bytes(bytes);
         }
         return m_dataOffsets.at(place);
     }
@@ -318,15 +284,11 @@ Result<QByteArray> ResourceFork::data() const {
     mapHeader.typeListOffset = static_cast<quint16>(sizeof(MapHeader));
     mapHeader.nameListOffset = static_cast<quint16>(nameList);
     QByteArray fork;
-    append(fork, header);
-    fork += m_reserved;
-    fork += parts.data;
-    append(fork, mapHeader);
+    ByteWriter writer(fork);
+    writer.record(header).bytes(m_reserved).bytes(parts.data).record(mapHeader);
     // One less than there are, in 16 bits: none are 0xffff.
-    append(fork, quint16_be(static_cast<quint16>(groups.size() + 0xffff)));
-    fork += parts.types;
-    fork += parts.references;
-    fork += parts.names;
+    writer.bigEndian<quint16>(static_cast<quint16>(groups.size() + 0xffff));
+    writer.bytes(parts.types).bytes(parts.references).bytes(parts.names);
     return fork;
 }
 

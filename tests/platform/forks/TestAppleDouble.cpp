@@ -106,6 +106,16 @@ TEST(AppleDouble, extended_attributes_move_with_their_entry) {
                                 finderBytesWithAttributes(50) + "fork");
 }
 
+TEST(AppleDouble, extended_attributes_move_towards_the_start_too) {
+    const QByteArray attributes = finderBytesWithAttributes(100);
+    const auto size = static_cast<quint32>(attributes.size());
+    const Result<AppleDouble> file =
+        AppleDouble::parse(start + big<quint16>(1) + entry(9, 100, size) + QByteArray(62, '-') + attributes);
+    ASSERT_TRUE(file);
+    EXPECT_EQ(file->data(), start + big<quint16>(2) + entry(9, 50, size) + entry(2, 50 + size, 0) +
+                                finderBytesWithAttributes(50));
+}
+
 TEST(AppleDouble, attributes_that_break_off_are_moved_as_far_as_they_go) {
     const QByteArray attributes = finderBytesWithAttributes(38).left(34 + 36 + 16 + 5);
     Result<AppleDouble> file = AppleDouble::parse(
