@@ -1,9 +1,8 @@
 #include "imaging/formats/BmpWriter.h"
 
+#include "base/ByteWriter.h"
 #include "imaging/image/EncodedPicture.h"
 #include "imaging/pixels/Premultiplication.h"
-
-#include <QtEndian>
 
 #include <limits>
 
@@ -72,7 +71,7 @@ QByteArray file(const QImage& raster) {
     header.intent = perceptual;
     QByteArray bytes("BM");
     bytes.reserve(start + static_cast<qsizetype>(imageSize));
-    bytes.append(reinterpret_cast<const char*>(&header), sizeof header);
+    ByteWriter(bytes).record(header);
     for (int y = raster.height() - 1; y >= 0; --y) {
         const uchar* in = straight.constScanLine(y);
         for (int x = 0; x < raster.width(); ++x, in += 4) {

@@ -1,18 +1,53 @@
 #include "imaging/formats/Jpeg2000Codestream.h"
 
-#include <QtEndian>
+#include "base/ByteReader.h"
 
-#include <array>
 #include <limits>
 #include <vector>
 
 namespace {
 
-template <typename T>
-std::optional<T> read(QByteArrayView bytes, qsizetype at) {
-    if (bytes.size() - at < static_cast<qsizetype>(sizeof(T)))
+/// What stands before a box's data in a JP2 file; the length is that of the whole box.
+struct BoxHeader {
+    quint32_be length;
+    quint32_be type;
+};
+static_assert(sizeof(BoxHeader) == 8);
+
+/// What the size marker tells behind its own length and the capabilities: where the picture and the first
+/// tile begin and end on the reference grid.
+struct GridExtent {
+    quint32_be right;
+    quint32_be bottom;
+    quint32_be left;
+    quint32_be top;
+    quint32_be tileWidth;
+    quint32_be tileHeight;
+    quint32_be tileLeft;
+    quint32_be tileTop;
+};
+static_assert(sizeof(GridExtent) == 32);
+
+struct Box {
+    FourCharCode type;
+    qsizetype headerSize;
+    ByteCount size; ///< with the header; it may reach beyond the file
+};
+
+/// The box that `bytes` begin with; no value where it breaks off in its header.
+std::optional<Box> firstBox(const ByteReader& bytes) {
+    const auto header = bytes.record<BoxHeader>(0);
+    if (!header)
         return std::nullopt;
-    return qFromBigEndian<T>(bytes.data() + at);
+    Box box{FourCharCode(header->type), sizeof(BoxHeader), header->length};
+    // A box of length 0 reaches to the end, one of length 1 tells its length in 64 bits.
+    if (header->length == 0)
+        box.size = bytes.size();
+    if (header->length == 1) {
+        box.headerSize += qsizetype{sizeof(quint64)};
+        box.size = bytes.bigEndian<quint64>(sizeof(BoxHeader)).value_or(0);
+    }
+    return box.size.isAtMost(box.headerSize - 1) ? std::nullopt : std::optional(box);
 }
 
 /// The tiles between `origin` and `end`; no value where that can't be.
@@ -27,42 +62,32 @@ std::optional<quint64> tilesAlong(quint32 origin, quint32 length, quint32 end) {
 std::optional<QByteArrayView> Jpeg2000Codestream::find(QByteArrayView file) {
     if (file.startsWith(start))
         return file;
-    constexpr quint32 codestreamBox = 0x6a703263;
-    qsizetype at = 0;
-    for (;;) {
-        const auto length = read<quint32>(file, at);
-        const auto box = read<quint32>(file, at + 4);
-        if (!length || !box)
+    constexpr FourCharCode codestreamBox("jp2c");
+    std::optional<ByteReader> rest{ByteReader(file)};
+    while (rest) {
+        const std::optional<Box> box = firstBox(*rest);
+        if (!box)
             return std::nullopt;
-        const auto rest = static_cast<quint64>(file.size() - at);
-        // A box of length 0 reaches to the end, one of length 1 tells its length in 64 bits.
-        const auto longLength = *length == 1 ? read<quint64>(file, at + 8) : std::optional<quint64>(*length);
-        const qsizetype header = *length == 1 ? 16 : 8;
-        const quint64 size = *length == 0 ? rest : longLength.value_or(0);
-        if (size < static_cast<quint64>(header))
-            return std::nullopt;
-        if (*box == codestreamBox) {
-            const QByteArrayView found = file.sliced(at + header);
-            return found.startsWith(start) ? std::optional(found) : std::nullopt;
+        if (box->type == codestreamBox) {
+            const auto found = rest->from(box->headerSize);
+            return found && found->view().startsWith(start) ? std::optional(found->view()) : std::nullopt;
         }
-        if (size >= rest)
-            return std::nullopt;
-        at += static_cast<qsizetype>(size);
+        rest = rest->from(box->size);
     }
+    return std::nullopt;
 }
 
 std::optional<Jpeg2000Codestream::Size> Jpeg2000Codestream::size(QByteArrayView codestream) {
     constexpr qsizetype extentAt = 8;
-    std::array<quint32, 8> values{};
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const auto value = read<quint32>(codestream, extentAt + 4 * static_cast<qsizetype>(i));
-        if (!value)
-            return std::nullopt;
-        values[i] = *value;
-    }
-    const auto [right, bottom, left, top, tileWidth, tileHeight, tileLeft, tileTop] = values;
-    const auto across = tilesAlong(tileLeft, tileWidth, right);
-    const auto down = tilesAlong(tileTop, tileHeight, bottom);
+    const auto extent = ByteReader(codestream).record<GridExtent>(extentAt);
+    if (!extent)
+        return std::nullopt;
+    const quint32 right = extent->right;
+    const quint32 bottom = extent->bottom;
+    const quint32 left = extent->left;
+    const quint32 top = extent->top;
+    const auto across = tilesAlong(extent->tileLeft, extent->tileWidth, right);
+    const auto down = tilesAlong(extent->tileTop, extent->tileHeight, bottom);
     constexpr quint32 largest = std::numeric_limits<int>::max();
     if (!across || !down || left > right || top > bottom || right - left > largest || bottom - top > largest)
         return std::nullopt;
@@ -70,8 +95,9 @@ std::optional<Jpeg2000Codestream::Size> Jpeg2000Codestream::size(QByteArrayView 
 }
 
 bool Jpeg2000Codestream::isWellFormed(QByteArrayView codestream) {
-    const auto length = read<quint16>(codestream, 4);
-    const auto components = read<quint16>(codestream, 40);
+    const ByteReader reader(codestream);
+    const auto length = reader.bigEndian<quint16>(4);
+    const auto components = reader.bigEndian<quint16>(40);
     return length && components && *length == 38 + 3 * *components;
 }
 
@@ -82,18 +108,19 @@ bool Jpeg2000Codestream::hasAllTiles(QByteArrayView codestream) {
         return false;
     constexpr quint16 tilePart = 0xff90;
     // The main header's markers each tell their length, which does not count the marker itself.
-    qsizetype at = 2;
-    while (read<quint16>(codestream, at).value_or(tilePart) != tilePart) {
-        const auto length = read<quint16>(codestream, at + 2);
+    const ByteReader reader(codestream);
+    ByteCount at = 2;
+    while (reader.bigEndian<quint16>(at).value_or(tilePart) != tilePart) {
+        const auto length = reader.bigEndian<quint16>(at + 2);
         if (!length)
             return false;
-        at += 2 + *length;
+        at = at + 2 + *length;
     }
     std::vector<bool> seen(told->tiles);
     quint64 missing = told->tiles;
-    while (read<quint16>(codestream, at) == tilePart) {
-        const auto tile = read<quint16>(codestream, at + 4);
-        const auto length = read<quint32>(codestream, at + 6);
+    while (reader.bigEndian<quint16>(at) == tilePart) {
+        const auto tile = reader.bigEndian<quint16>(at + 4);
+        const auto length = reader.bigEndian<quint32>(at + 6);
         if (!tile || !length || *tile >= told->tiles)
             return false;
         if (!seen[*tile])
@@ -102,7 +129,7 @@ bool Jpeg2000Codestream::hasAllTiles(QByteArrayView codestream) {
         // The last part may reach to the end.
         if (*length == 0)
             break;
-        at += *length;
+        at = at + *length;
     }
     return missing == 0;
 }

@@ -111,7 +111,7 @@ Result<DecodedPicture> converted(const opj_image_t& picture) {
 
 Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
     const QString name = QStringLiteral("JPEG 2000");
-    const bool isBare = bytes.startsWith("\xFF\x4F\xFF\x51");
+    const bool isBare = bytes.startsWith(Jpeg2000Codestream::start);
     const Codec codec(opj_create_decompress(isBare ? OPJ_CODEC_J2K : OPJ_CODEC_JP2));
     const Stream stream(opj_stream_default_create(OPJ_TRUE));
     if (!codec || !stream)

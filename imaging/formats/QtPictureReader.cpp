@@ -1,10 +1,10 @@
 #include "imaging/formats/QtPictureReader.h"
 
+#include "base/ByteReader.h"
 #include "imaging/pixels/RowConverter.h"
 
 #include <QIODevice>
 #include <QImageReader>
-#include <QtEndian>
 
 #include <algorithm>
 #include <cstdlib>
@@ -113,57 +113,75 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
     return picture;
 }
 
-quint32 read16(const QByteArray& bytes, qsizetype at) {
-    return qFromLittleEndian<quint16>(bytes.constData() + at);
-}
-quint32 read32(const QByteArray& bytes, qsizetype at) {
-    return qFromLittleEndian<quint32>(bytes.constData() + at);
-}
-
 /// The size in a BMP file's header; a negative height, of a picture stored from the top, without its sign.
 std::optional<PixelSize> bmpSize(const QByteArray& bytes) {
-    constexpr qsizetype infoHeader = 14;
+    struct CoreHeader {
+        quint32_le size;
+        quint16_le width;
+        quint16_le height;
+    };
+    static_assert(sizeof(CoreHeader) == 8);
+    struct InfoHeader {
+        quint32_le size;
+        qint32_le width;
+        qint32_le height;
+    };
+    static_assert(sizeof(InfoHeader) == 12);
+    constexpr qsizetype headerAt = 14;
     constexpr quint32 coreHeaderSize = 12;
-    if (bytes.size() < infoHeader + 12)
+    const ByteReader file(bytes);
+    const auto core = file.record<CoreHeader>(headerAt);
+    const auto info = file.record<InfoHeader>(headerAt);
+    if (!core || !info)
         return std::nullopt;
-    if (read32(bytes, infoHeader) == coreHeaderSize)
-        return PixelSize{read16(bytes, infoHeader + 4), read16(bytes, infoHeader + 6)};
-    const auto width = static_cast<qint32>(read32(bytes, infoHeader + 4));
-    const auto height = static_cast<qint32>(read32(bytes, infoHeader + 8));
-    return PixelSize{width, std::abs(static_cast<qint64>(height))};
+    if (core->size == coreHeaderSize)
+        return PixelSize{core->width, core->height};
+    return PixelSize{info->width, std::abs(qint64{info->height})};
 }
+
+/// What stands before a chunk's data in a RIFF file.
+struct RiffHeader {
+    quint32_be type;
+    quint32_le length;
+};
+static_assert(sizeof(RiffHeader) == 8);
+
+/// Where the first chunk of a RIFF file begins, behind the file's own header and the type of what it holds.
+constexpr qsizetype firstChunk = sizeof(RiffHeader) + sizeof(quint32);
 
 /// The canvas size in a WebP file's first chunk (RFC 9649).
 std::optional<PixelSize> webPSize(const QByteArray& bytes) {
-    constexpr qsizetype data = 20; // behind the RIFF header and the chunk's own
-    if (bytes.size() < data + 10)
+    const ByteReader file(bytes);
+    const auto type = file.fourCharCode(firstChunk);
+    const auto data = file.slice(firstChunk + qsizetype{sizeof(RiffHeader)}, 10);
+    if (!type || !data)
         return std::nullopt;
-    const QByteArray type = bytes.mid(12, 4);
     constexpr quint32 low14 = 0x3fff;
-    if (type == "VP8X") {
-        constexpr quint32 low24 = 0xffffff;
-        return PixelSize{qint64{read32(bytes, data + 4) & low24} + 1,
-                         qint64{read32(bytes, data + 6) >> 8} + 1};
+    if (*type == FourCharCode("VP8X")) {
+        constexpr qsizetype width = 3;
+        return PixelSize{static_cast<qint64>(*data->number(4, width, std::endian::little)) + 1,
+                         static_cast<qint64>(*data->number(7, width, std::endian::little)) + 1};
     }
-    if (type == "VP8L") {
-        const quint32 bits = read32(bytes, data + 1);
+    if (*type == FourCharCode("VP8L")) {
+        const quint32 bits = *data->littleEndian<quint32>(1);
         return PixelSize{qint64{bits & low14} + 1, qint64{(bits >> 14) & low14} + 1};
     }
-    if (type == "VP8 ")
-        return PixelSize{read16(bytes, data + 6) & low14, read16(bytes, data + 8) & low14};
+    if (*type == FourCharCode("VP8 "))
+        return PixelSize{*data->littleEndian<quint16>(6) & low14, *data->littleEndian<quint16>(8) & low14};
     return std::nullopt;
 }
 
 /// The contents of the first chunk of that type in a RIFF file; empty where there is none.
-QByteArray riffChunk(const QByteArray& bytes, const QByteArray& type) {
-    qsizetype at = 12;
-    while (at + 8 <= bytes.size()) {
-        const qsizetype length = read32(bytes, at + 4);
-        if (length > bytes.size() - at - 8)
+QByteArray riffChunk(const QByteArray& bytes, FourCharCode type) {
+    auto rest = ByteReader(bytes).from(firstChunk);
+    while (rest) {
+        const auto header = rest->record<RiffHeader>(0);
+        const auto data = header ? rest->slice(sizeof(RiffHeader), header->length) : std::nullopt;
+        if (!data)
             return {};
-        if (bytes.mid(at, 4) == type)
-            return bytes.mid(at + 8, length);
-        at += 8 + length + length % 2;
+        if (header->type == type.value)
+            return data->view().toByteArray();
+        rest = rest->from(ByteCount(sizeof(RiffHeader)) + data->size() + data->size() % 2);
     }
     return {};
 }

@@ -1,6 +1,6 @@
 #include "imaging/image/PictureReader.h"
 
-#include <QtEndian>
+#include "base/ByteReader.h"
 
 #include <cstring>
 #include <utility>
@@ -68,31 +68,28 @@ QImage PictureReader::upright(QImage raster, int orientation) {
 }
 
 int PictureReader::exifOrientation(const QByteArray& exif) {
-    const QByteArray tiff = exif.startsWith(QByteArray("Exif\0\0", 6)) ? exif.mid(6) : exif;
-    const bool isBig = tiff.startsWith("MM");
-    if (tiff.size() < 8 || (!isBig && !tiff.startsWith("II")))
+    constexpr QByteArrayView mark("Exif\0\0", 6);
+    const QByteArrayView view = exif;
+    const ByteReader tiff(view.startsWith(mark) ? view.sliced(mark.size()) : view);
+    const bool isBig = tiff.view().startsWith("MM");
+    if (!isBig && !tiff.view().startsWith("II"))
         return 1;
-    const auto read16 = [&](qsizetype at) -> quint32 {
-        return isBig ? qFromBigEndian<quint16>(tiff.constData() + at)
-                     : qFromLittleEndian<quint16>(tiff.constData() + at);
-    };
-    const auto read32 = [&](qsizetype at) -> quint32 {
-        return isBig ? qFromBigEndian<quint32>(tiff.constData() + at)
-                     : qFromLittleEndian<quint32>(tiff.constData() + at);
-    };
-    constexpr quint32 orientationTag = 0x0112;
-    constexpr quint32 shortType = 3;
+    const auto order = isBig ? std::endian::big : std::endian::little;
+    constexpr quint16 orientationTag = 0x0112;
+    constexpr quint16 shortType = 3;
     constexpr qsizetype entrySize = 12;
-    const qsizetype directory = read32(4);
-    if (directory + 2 > tiff.size())
-        return 1;
-    const quint32 count = read16(directory);
-    for (quint32 i = 0; i < count; ++i) {
-        const qsizetype entry = directory + 2 + entrySize * i;
-        if (entry + entrySize > tiff.size())
+    const auto at = tiff.number<quint32>(4, order);
+    const auto directory = at ? tiff.from(*at) : std::nullopt;
+    const auto count = directory ? directory->number<quint16>(0, order) : std::nullopt;
+    auto rest = count ? directory->from(sizeof(quint16)) : std::nullopt;
+    for (int i = 0; rest && i < *count; ++i) {
+        const auto entry = rest->slice(0, entrySize);
+        if (!entry)
             return 1;
-        if (read16(entry) == orientationTag && read16(entry + 2) == shortType)
-            return static_cast<int>(read16(entry + 8));
+        if (entry->number<quint16>(0, order) == orientationTag &&
+            entry->number<quint16>(2, order) == shortType)
+            return entry->number<quint16>(8, order).value_or(1);
+        rest = rest->from(entrySize);
     }
     return 1;
 }

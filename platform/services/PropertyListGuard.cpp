@@ -1,5 +1,7 @@
 #include "platform/services/PropertyListGuard.h"
 
+#include "base/ByteReader.h"
+
 #include <QXmlStreamReader>
 
 #include <vector>
@@ -16,103 +18,109 @@ Error tooLarge() {
 class BinaryList {
   public:
     explicit BinaryList(const QByteArray& list) : m_list(list) {
-        constexpr qsizetype trailerSize = 32;
         constexpr qsizetype headerSize = 8;
-        if (list.size() < headerSize + trailerSize)
+        const qsizetype trailerAt = list.size() - qsizetype{sizeof(Trailer)};
+        const auto trailer = trailerAt >= headerSize ? m_list.record<Trailer>(trailerAt) : std::nullopt;
+        if (!trailer || !isWidth(trailer->offsetSize) || !isWidth(trailer->referenceSize) ||
+            trailer->top >= trailer->objectCount)
             return;
-        const qsizetype trailer = list.size() - trailerSize;
-        m_offsetSize = static_cast<quint8>(list[trailer + 6]);
-        m_referenceSize = static_cast<quint8>(list[trailer + 7]);
-        m_objects = number(trailer + 8, 8);
-        m_top = number(trailer + 16, 8);
-        m_table = number(trailer + 24, 8);
-        m_isValid = m_offsetSize >= 1 && m_offsetSize <= 8 && m_referenceSize >= 1 && m_referenceSize <= 8 &&
-                    m_table <= static_cast<quint64>(trailer) &&
-                    m_objects <= static_cast<quint64>(list.size()) &&
-                    m_objects * m_offsetSize <= static_cast<quint64>(trailer) - m_table && m_top < m_objects;
+        m_offsetSize = trailer->offsetSize;
+        m_referenceSize = trailer->referenceSize;
+        m_top = trailer->top;
+        m_offsets =
+            m_list.slice(0, trailerAt)
+                ->slice(trailer->offsetTable, ByteCount(trailer->objectCount) * ByteCount(m_offsetSize));
     }
 
-    bool isValid() const { return m_isValid; }
+    bool isValid() const { return m_offsets.has_value(); }
     quint64 top() const { return m_top; }
 
     /// The numbers of the objects that object `index` holds. Empty for an object that is no collection. No
     /// value where a part of the object lies outside of the list, or where it is a text with a NUL.
     std::optional<std::vector<quint64>> children(quint64 index) const {
-        if (index >= m_objects)
+        const auto at = m_offsets->number(ByteCount(index) * m_offsetSize, m_offsetSize, std::endian::big);
+        const auto object = at ? m_list.from(*at) : std::nullopt;
+        const auto marker = object ? object->bigEndian<quint8>(0) : std::nullopt;
+        if (!marker)
             return std::nullopt;
-        const auto size = static_cast<quint64>(m_list.size());
-        const quint64 at = number(static_cast<qsizetype>(m_table + index * m_offsetSize), m_offsetSize);
-        if (at >= size)
-            return std::nullopt;
-        const quint64 marker = byte(at);
-        const quint64 kind = marker >> 4;
-        constexpr quint64 integerKind = 0x1;
-        constexpr quint64 asciiKind = 0x5;
-        constexpr quint64 utf16Kind = 0x6;
-        constexpr quint64 arrayKind = 0xA;
-        constexpr quint64 setKind = 0xC;
-        constexpr quint64 dictionaryKind = 0xD;
+        const int kind = *marker >> 4;
+        constexpr int integerKind = 0x1;
+        constexpr int asciiKind = 0x5;
+        constexpr int utf16Kind = 0x6;
+        constexpr int arrayKind = 0xA;
+        constexpr int setKind = 0xC;
+        constexpr int dictionaryKind = 0xD;
         const bool isText = kind == asciiKind || kind == utf16Kind;
         if (!isText && kind != arrayKind && kind != setKind && kind != dictionaryKind)
             return std::vector<quint64>();
-        quint64 count = marker & 0xF;
-        quint64 references = at + 1;
-        if (count == 0xF) {
+        ByteCount count = *marker & 0xF;
+        auto contents = object->from(1);
+        if ((*marker & 0xF) == 0xF) {
             // The count follows as an integer object of at most eight bytes.
-            if (references >= size || byte(references) >> 4 != integerKind || (byte(references) & 0xF) > 3)
+            const auto integer = contents->bigEndian<quint8>(0);
+            if (!integer || *integer >> 4 != integerKind || (*integer & 0xF) > 3)
                 return std::nullopt;
-            const quint64 width = quint64{1} << (byte(references) & 0xF);
-            if (width > size - references - 1)
+            const qsizetype width = qsizetype{1} << (*integer & 0xF);
+            const auto told = contents->number(1, width, std::endian::big);
+            if (!told)
                 return std::nullopt;
-            count = number(static_cast<qsizetype>(references + 1), width);
-            references += 1 + width;
+            count = *told;
+            contents = contents->from(1 + width);
         }
         if (isText) {
-            if (!isTextWithoutNul(references, count, kind == utf16Kind ? 2 : 1))
+            if (!isTextWithoutNul(*contents, count, kind == utf16Kind ? 2 : 1))
                 return std::nullopt;
             return std::vector<quint64>();
         }
-        const quint64 total = kind == dictionaryKind ? 2 * count : count;
-        if (count > size || total * m_referenceSize > size - references)
-            return std::nullopt;
-        std::vector<quint64> found;
-        found.reserve(total);
-        for (quint64 i = 0; i < total; ++i)
-            found.push_back(
-                number(static_cast<qsizetype>(references + i * m_referenceSize), m_referenceSize));
-        return found;
+        const ByteCount total = kind == dictionaryKind ? ByteCount(2) * count : count;
+        return numbers(*contents, total, m_referenceSize);
     }
 
   private:
+    /// What a binary list ends with.
+    struct Trailer {
+        char unused[6];
+        quint8 offsetSize;
+        quint8 referenceSize;
+        quint64_be objectCount;
+        quint64_be top;
+        quint64_be offsetTable;
+    };
+    static_assert(sizeof(Trailer) == 32);
+
+    static bool isWidth(quint8 size) { return size >= 1 && size <= sizeof(quint64); }
+
+    /// The `count` numbers of `width` bytes each at the start of `bytes`. No value where they break off.
+    static std::optional<std::vector<quint64>> numbers(const ByteReader& bytes, ByteCount count,
+                                                       qsizetype width) {
+        const auto all = bytes.slice(0, count * width);
+        if (!all)
+            return std::nullopt;
+        std::vector<quint64> found;
+        found.reserve(static_cast<std::size_t>(count.value()));
+        for (qsizetype at = 0; at < all->size(); at += width)
+            found.push_back(*all->number(at, width, std::endian::big));
+        return found;
+    }
+
     /// Whether all `count` units of `width` bytes lie inside the list, and no unit is 0. No name needs a unit
     /// of 0, and libplist ends the process for one.
-    bool isTextWithoutNul(quint64 at, quint64 count, quint64 width) const {
-        const auto size = static_cast<quint64>(m_list.size());
-        if (count > size || at > size || count * width > size - at)
+    static bool isTextWithoutNul(const ByteReader& bytes, ByteCount count, qsizetype width) {
+        const auto text = bytes.slice(0, count * width);
+        if (!text)
             return false;
-        for (quint64 i = 0; i < count; ++i) {
-            if (number(static_cast<qsizetype>(at + i * width), width) == 0)
+        for (qsizetype at = 0; at < text->size(); at += width) {
+            if (text->number(at, width, std::endian::big) == 0U)
                 return false;
         }
         return true;
     }
 
-    quint64 byte(quint64 at) const { return static_cast<quint8>(m_list[static_cast<qsizetype>(at)]); }
-
-    quint64 number(qsizetype at, quint64 width) const {
-        quint64 value = 0;
-        for (qsizetype i = 0; i < static_cast<qsizetype>(width); ++i)
-            value = value << 8 | static_cast<quint8>(m_list[at + i]);
-        return value;
-    }
-
-    const QByteArray& m_list;
-    quint64 m_offsetSize = 0;
-    quint64 m_referenceSize = 0;
-    quint64 m_objects = 0;
+    ByteReader m_list;
+    std::optional<ByteReader> m_offsets;
+    qsizetype m_offsetSize = 0;
+    qsizetype m_referenceSize = 0;
     quint64 m_top = 0;
-    quint64 m_table = 0;
-    bool m_isValid = false;
 };
 
 } // namespace
