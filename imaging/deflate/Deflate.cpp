@@ -1,8 +1,7 @@
 #include "imaging/deflate/Deflate.h"
 
+#include "base/ByteWriter.h"
 #include "base/ShortMemory.h"
-
-#include <QtEndian>
 
 #include <isa-l/igzip_lib.h>
 #include <libdeflate.h>
@@ -147,8 +146,7 @@ void Deflate::RunStream::addPart(std::size_t size) {
 void Deflate::RunStream::finish() {
     m_end += static_cast<qsizetype>(m_coder.finish(room(0)));
     m_stream.resize(m_end);
-    const quint32_be checksum(m_checksum);
-    m_stream.append(reinterpret_cast<const char*>(&checksum), sizeof checksum);
+    ByteWriter(m_stream).bigEndian<quint32>(m_checksum);
 }
 
 std::size_t Deflate::length(std::span<const std::uint8_t> bytes, Method method) {

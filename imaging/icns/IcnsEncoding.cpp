@@ -2,34 +2,11 @@
 
 #include "imaging/formats/Jpeg2000Codestream.h"
 #include "imaging/icns/IcnsRle.h"
+#include "imaging/png/PngHeader.h"
 
-#include <limits>
 #include <optional>
 
 namespace {
-
-std::optional<quint32> read32(QByteArrayView bytes, qsizetype at) {
-    if (bytes.size() - at < static_cast<qsizetype>(sizeof(quint32)))
-        return std::nullopt;
-    return qFromBigEndian<quint32>(bytes.data() + at);
-}
-
-QSize sizeFrom(std::optional<quint32> width, std::optional<quint32> height) {
-    constexpr quint32 largest = std::numeric_limits<int>::max();
-    if (!width || !height || *width > largest || *height > largest)
-        return {};
-    return {static_cast<int>(*width), static_cast<int>(*height)};
-}
-
-constexpr QByteArrayView pngSignature("\x89PNG\r\n\x1a\n");
-
-/// Invalid unless the first chunk is IHDR.
-QSize pngSize(QByteArrayView file) {
-    constexpr qsizetype widthAt = 16;
-    if (!file.sliced(pngSignature.size()).startsWith(QByteArrayView("\0\0\0\x0dIHDR", 8)))
-        return {};
-    return sizeFrom(read32(file, widthAt), read32(file, widthAt + 4));
-}
 
 /// Invalid also for more tiles than a small picture has use for: each takes memory before anything is
 /// decoded.
@@ -62,8 +39,9 @@ int plainSide(const IcnsElementType& type, qsizetype length) {
 IcnsPictureInfo pictureInfo(const IcnsElementType& type, QByteArrayView data) {
     // Plain samples may begin as a file does: where their length is just right, a beginning is not enough.
     const int side = plainSide(type, data.size());
-    if (data.startsWith(pngSignature) && (side == 0 || pngSize(data).isValid()))
-        return {IcnsEncoding::Png, pngSize(data)};
+    if (const std::optional<QSize> png = PngHeader::size(data);
+        png || (side == 0 && data.startsWith(PngHeader::signature)))
+        return {IcnsEncoding::Png, png.value_or(QSize())};
     if (data.startsWith(QByteArrayView("\0\0\0\x0cjP  ", 8)) && (side == 0 || jpeg2000Size(data).isValid()))
         return {IcnsEncoding::Jpeg2000, jpeg2000Size(data)};
     if (data.startsWith(Jpeg2000Codestream::start) && (side == 0 || Jpeg2000Codestream::isWellFormed(data)))

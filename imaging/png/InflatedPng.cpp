@@ -1,6 +1,8 @@
 #include "imaging/png/InflatedPng.h"
 
-#include <QtEndian>
+#include "base/ByteReader.h"
+#include "base/ByteWriter.h"
+#include "imaging/png/PngHeader.h"
 
 #include <libdeflate.h>
 
@@ -9,11 +11,9 @@
 
 namespace {
 
-constexpr std::size_t signatureLength = 8;
 constexpr std::size_t typeLength = 4;
 /// Length and type in front of a chunk's data, a checksum behind them.
 constexpr std::size_t frameLength = 4 + typeLength + 4;
-constexpr std::array<std::uint8_t, typeLength> pixelsType{'I', 'D', 'A', 'T'};
 /// Of a type's first letter: set in a chunk that a reader may do without.
 constexpr std::uint8_t ancillaryBit = 0x20;
 
@@ -29,12 +29,11 @@ bool InflatedPng::Chunk::isCritical() const {
 }
 
 bool InflatedPng::Chunk::isPixels() const {
-    return std::ranges::equal(typeAndData.first(typeLength), pixelsType);
+    return ByteReader(typeAndData).fourCharCode(0) == PngHeader::pixelsType;
 }
 
 bool InflatedPng::Chunk::isIntact() const {
-    return libdeflate_crc32(0, typeAndData.data(), typeAndData.size()) ==
-           qFromBigEndian<std::uint32_t>(typeAndData.data() + typeAndData.size());
+    return libdeflate_crc32(0, typeAndData.data(), typeAndData.size()) == checksum;
 }
 
 std::span<const std::uint8_t> InflatedPng::Chunk::data() const {
@@ -47,7 +46,7 @@ std::size_t InflatedPng::Chunk::length() const {
 
 // The state and the part are filled when they are needed.
 InflatedPng::InflatedPng(const QByteArray& bytes) : m_bytes(bytes) {
-    m_ready = left().first(std::min(signatureLength, left().size()));
+    m_ready = left().first(std::min<std::size_t>(PngHeader::signature.size(), left().size()));
     m_position = m_ready.size();
     isal_inflate_init(&m_inflater);
     m_inflater.crc_flag = ISAL_ZLIB;
@@ -85,13 +84,13 @@ std::span<const std::uint8_t> InflatedPng::left() const {
 
 /// None where the file ends within it.
 std::optional<InflatedPng::Chunk> InflatedPng::nextChunk() const {
-    const std::span<const std::uint8_t> rest = left();
-    if (rest.size() < frameLength)
+    const ByteReader rest(left());
+    const auto length = rest.bigEndian<std::uint32_t>(0);
+    const auto typeAndData = length ? rest.slice(4, ByteCount(typeLength) + *length) : std::nullopt;
+    const auto checksum = typeAndData ? rest.bigEndian<std::uint32_t>(4 + typeAndData->size()) : std::nullopt;
+    if (!checksum)
         return std::nullopt;
-    const std::size_t length = qFromBigEndian<std::uint32_t>(rest.data());
-    if (length > rest.size() - frameLength)
-        return std::nullopt;
-    return Chunk{rest.subspan(4, typeLength + length)};
+    return Chunk{left().subspan(4, static_cast<std::size_t>(typeAndData->size())), *checksum};
 }
 
 bool InflatedPng::damaged() {
@@ -172,6 +171,7 @@ bool InflatedPng::skipPixels() {
 /// Makes a chunk of the part's bytes.
 void InflatedPng::wrapPart(std::size_t length, bool isLast) {
     constexpr std::array<std::uint8_t, 2> streamHeader{0x78, 0x01};
+    constexpr std::array<std::uint8_t, 1> storedBlock{};
     constexpr std::array<std::uint8_t, 5> lastBlock{1, 0, 0, 0xff, 0xff};
     constexpr std::array<std::uint8_t, 4> noChecksum{};
     const std::size_t start = m_isFirstPart ? 0 : streamHeader.size();
@@ -181,14 +181,15 @@ void InflatedPng::wrapPart(std::size_t length, bool isLast) {
     if (isLast)
         end = put(put(end, lastBlock), noChecksum);
 
-    qToBigEndian(static_cast<std::uint32_t>(end - begin) - 8, begin);
-    std::uint8_t* header = put(begin + 4, pixelsType);
+    std::uint8_t* header =
+        put(begin, bigEndianBytes<std::uint32_t>(static_cast<std::uint32_t>(end - begin) - 8));
+    header = put(header, bigEndianBytes<std::uint32_t>(PngHeader::pixelsType.value));
     if (m_isFirstPart)
         header = put(header, streamHeader);
     const auto blockLength = static_cast<std::uint16_t>(length);
-    *header = 0;
-    qToLittleEndian(blockLength, header + 1);
-    qToLittleEndian(static_cast<std::uint16_t>(~blockLength), header + 3);
+    header = put(header, storedBlock);
+    header = put(header, littleEndianBytes<std::uint16_t>(blockLength));
+    put(header, littleEndianBytes<std::uint16_t>(static_cast<std::uint16_t>(~blockLength)));
     end = put(end, noChecksum);
     m_ready = {begin, end};
     m_isFirstPart = false;

@@ -36,7 +36,8 @@ class InflatedPng {
     enum class Place { BeforePixels, InPixels, AtPixelsEnd, BehindPixels };
     /// Of the file, whole.
     struct Chunk {
-        std::span<const std::uint8_t> typeAndData; ///< with the checksum of both behind them
+        std::span<const std::uint8_t> typeAndData;
+        std::uint32_t checksum; ///< of both, as the file tells it
 
         bool isCritical() const;
         bool isPixels() const;

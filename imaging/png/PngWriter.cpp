@@ -1,11 +1,11 @@
 #include "imaging/png/PngWriter.h"
 
+#include "base/ByteWriter.h"
 #include "base/StageTimes.h"
 #include "imaging/image/EncodedPicture.h"
 #include "imaging/png/FilteredRows.h"
 #include "imaging/png/PngChoice.h"
-
-#include <QtEndian>
+#include "imaging/png/PngHeader.h"
 
 #include <libdeflate.h>
 
@@ -16,29 +16,23 @@ namespace {
 
 constexpr qsizetype maximumChunk = 0x7fffffff;
 
-void append32(QByteArray& file, quint32 value) {
-    const quint32 big = qToBigEndian(value);
-    file.append(reinterpret_cast<const char*>(&big), sizeof big);
-}
-
 /// Starts a chunk, whose data are to be appended before it is finished.
-qsizetype beginChunk(QByteArray& file, const char* type) {
-    append32(file, 0);
-    file.append(type, 4);
+qsizetype beginChunk(QByteArray& file, FourCharCode type) {
+    ByteWriter(file).bigEndian<quint32>(0).fourCharCode(type);
     return file.size();
 }
 
 /// Writes the length and the checksum of the chunk whose data begin at `start`.
 void finishChunk(QByteArray& file, qsizetype start) {
-    qToBigEndian(static_cast<quint32>(file.size() - start), file.data() + start - 8);
-    const qsizetype type = start - 4;
-    append32(file,
-             libdeflate_crc32(0, file.constData() + type, static_cast<std::size_t>(file.size() - type)));
+    ByteWriter writer(file);
+    writer.replaceBigEndian<quint32>(start - 8, static_cast<quint32>(file.size() - start));
+    const QByteArrayView checked = QByteArrayView(file).sliced(start - 4);
+    writer.bigEndian<quint32>(libdeflate_crc32(0, checked.data(), static_cast<std::size_t>(checked.size())));
 }
 
-void appendChunk(QByteArray& file, const char* type, const char* data, qsizetype length) {
+void appendChunk(QByteArray& file, FourCharCode type, QByteArrayView data) {
     const qsizetype start = beginChunk(file, type);
-    file.append(data, length);
+    file.append(data);
     finishChunk(file, start);
 }
 
@@ -83,7 +77,7 @@ bool appendPixels(QByteArray& png, const QImage& raster, const PngOptions& optio
     const std::optional<PngChoice> choice = PngChoice::of(rows, raster.height(), options);
     if (!choice)
         return false;
-    const qsizetype start = beginChunk(png, "IDAT");
+    const qsizetype start = beginChunk(png, PngHeader::pixelsType);
     if (choice->method == Deflate::Method::Runs)
         appendInParts(png, rows, raster.height(), *choice);
     else if (!appendAtOnce(png, rows, *choice))
@@ -95,23 +89,26 @@ bool appendPixels(QByteArray& png, const QImage& raster, const PngOptions& optio
     const QByteArray stream = png.sliced(start);
     png.truncate(start - 8);
     for (qsizetype at = 0; at < stream.size(); at += maximumChunk)
-        appendChunk(png, "IDAT", stream.constData() + at, std::min(maximumChunk, stream.size() - at));
+        appendChunk(png, PngHeader::pixelsType,
+                    QByteArrayView(stream).sliced(at, std::min(maximumChunk, stream.size() - at)));
     return true;
 }
 
 QByteArray file(const QImage& raster, const PngOptions& options) {
     QByteArray png;
-    png.append("\x89PNG\r\n\x1a\n", 8);
+    png.append(PngHeader::signature);
     QByteArray header;
-    append32(header, static_cast<quint32>(raster.width()));
-    append32(header, static_cast<quint32>(raster.height()));
     // 8 bits, RGBA, deflate, the five filters, not interlaced
-    header.append("\x08\x06\x00\x00\x00", 5);
-    appendChunk(png, "IHDR", header.constData(), header.size());
-    appendChunk(png, "sRGB", "\0", 1);
+    constexpr QByteArrayView kind("\x08\x06\x00\x00\x00", 5);
+    ByteWriter(header)
+        .bigEndian<quint32>(static_cast<quint32>(raster.width()))
+        .bigEndian<quint32>(static_cast<quint32>(raster.height()))
+        .bytes(kind);
+    appendChunk(png, PngHeader::headerType, header);
+    appendChunk(png, "sRGB", QByteArrayView("\0", 1));
     if (!appendPixels(png, raster, options))
         return {};
-    appendChunk(png, "IEND", nullptr, 0);
+    appendChunk(png, PngHeader::endType, {});
     return png;
 }
 

@@ -1,11 +1,12 @@
 #include "imaging/svg/SvgEmbeddedPicture.h"
 
+#include "base/ByteReader.h"
 #include "imaging/formats/JpegReader.h"
+#include "imaging/png/PngHeader.h"
 #include "imaging/png/PngReader.h"
 
 #include <QByteArray>
 #include <QString>
-#include <QtEndian>
 
 #include <optional>
 
@@ -27,33 +28,29 @@ Error unsupported() {
             QStringLiteral("the SVG document embeds something else than a PNG or JPEG picture")};
 }
 
-quint64 read16(const QByteArray& bytes, qsizetype at) {
-    return qFromBigEndian<quint16>(bytes.constData() + at);
-}
-
-/// How many pixels the header of a PNG file tells. nullopt where the file ends before.
+/// How many pixels the header of a PNG file tells. nullopt where the file does not begin with its header.
 std::optional<quint64> pngPixels(const QByteArray& bytes) {
-    constexpr qsizetype size = 16;
-    if (bytes.size() < size + 8)
+    const std::optional<QSize> size = PngHeader::size(bytes);
+    if (!size)
         return std::nullopt;
-    return quint64{qFromBigEndian<quint32>(bytes.constData() + size)} *
-           qFromBigEndian<quint32>(bytes.constData() + size + 4);
+    return static_cast<quint64>(qint64{size->width()} * size->height());
 }
 
 /// How many pixels the first frame header of a JPEG file tells (ITU-T T.81, B.2.2). nullopt where there is no
 /// frame header.
 std::optional<quint64> jpegPixels(const QByteArray& bytes) {
-    qsizetype at = 2;
-    while (at + 9 < bytes.size()) {
-        if (bytes[at] != '\xff')
+    constexpr qsizetype shortest = 10; // all that is read of a segment lies within it
+    auto rest = ByteReader(bytes).from(2);
+    while (rest && rest->size() >= shortest) {
+        const quint8 marker = *rest->bigEndian<quint8>(1);
+        if (rest->bigEndian<quint8>(0) != 0xff)
             return std::nullopt;
-        const auto marker = static_cast<quint8>(bytes[at + 1]);
         const bool isFrame =
             marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8 && marker != 0xcc;
         if (isFrame)
-            return read16(bytes, at + 5) * read16(bytes, at + 7);
+            return quint64{*rest->bigEndian<quint16>(5)} * *rest->bigEndian<quint16>(7);
         // A second 0xff means that the first one is a fill byte before a marker.
-        at += marker == 0xff ? 1 : 2 + static_cast<qsizetype>(read16(bytes, at + 2));
+        rest = rest->from(marker == 0xff ? 1 : 2 + *rest->bigEndian<quint16>(2));
     }
     return std::nullopt;
 }
@@ -100,7 +97,7 @@ Result<qint64> SvgEmbeddedPicture::pixels(QStringView link) {
     if (!bytes)
         return Error{ErrorCode::Damaged,
                      QStringLiteral("a picture in the SVG document is not encoded as it should be")};
-    const bool isPng = bytes->startsWith("\x89PNG\r\n\x1a\n");
+    const bool isPng = bytes->startsWith(PngHeader::signature);
     if (!isPng && !bytes->startsWith("\xff\xd8\xff"))
         return unsupported();
     const std::optional<quint64> told = isPng ? pngPixels(*bytes) : jpegPixels(*bytes);

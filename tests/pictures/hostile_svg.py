@@ -129,6 +129,9 @@ def embedded():
     yield shown("embedded.svg", image(stream.getvalue()), RED)
     bomb = SIGNATURE + header(30000, 30000, 1, 0) + chunk(b"IDAT", packed_zeros(30000 * 3751)) + chunk(b"IEND", b"")
     yield refused("embedded-bomb.svg", image(bomb), "have more than 33554432 pixels")
+    # A chunk before the header that looks like a small one.
+    hidden = bomb[:8] + chunk(b"prVt", bytes((0, 0, 0, 8, 0, 0, 0, 8))) + bomb[8:]
+    yield refused("embedded-hidden-size.svg", image(hidden), "tells no size")
     yield refused("embedded-cut.svg", image(stream.getvalue()[:-20]), "in the SVG document, the PNG picture is truncated")
     yield refused("embedded-document.svg", image(svg(RED_PAGE), "image/svg+xml"), "something else than a PNG or JPEG")
     inner = base64.b64encode(svg("<g id='a'>" + RED_PAGE + "</g>")).decode()

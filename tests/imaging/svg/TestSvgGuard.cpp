@@ -317,6 +317,13 @@ TEST(SvgGuard, embedded_pictures_that_say_to_be_enormous_are_refused) {
                   "more than 33554432 pixels");
 }
 
+TEST(SvgGuard, an_embedded_png_that_does_not_begin_with_its_header_tells_no_size) {
+    // A chunk before the header that looks like a small one.
+    QByteArray png = encodePng(Pictures::flat(4, 4, QColor(255, 0, 0)));
+    png.insert(8, QByteArray::fromHex("00000008707256740000000100000001aaf3d159"));
+    expectRefused(svg("<image href='data:image/png;base64," + png.toBase64() + "'/>"), "it tells no size");
+}
+
 TEST(SvgGuard, what_is_not_well_formed_is_refused_with_its_line) {
     expectRefused("<svg>\n<rect>\n</svg>", "line 3: ");
 }
