@@ -1,5 +1,6 @@
 #include "imaging/icns/IcnsInspection.h"
 
+#include "base/ByteReader.h"
 #include "base/ShortMemory.h"
 #include "imaging/icns/IcnsReader.h"
 #include "imaging/icns/IcnsRle.h"
@@ -176,18 +177,17 @@ class Inspector {
 
     /// Whether a table of contents has the header of every other element, in order.
     bool isContentsRight(QByteArrayView contents) const {
+        ByteReader rest(contents);
         for (const IcnsElement& element : m_reader.elements()) {
             if (element.type == tableOfContents)
                 continue;
-            const IcnsHeader header{quint32_be(element.type.value),
-                                    quint32_be(static_cast<quint32>(sizeof(IcnsHeader)) +
-                                               static_cast<quint32>(element.data.size()))};
-            const QByteArrayView expected(reinterpret_cast<const char*>(&header), sizeof header);
-            if (!contents.startsWith(expected))
+            const auto header = rest.record<IcnsHeader>(0);
+            if (!header || header->code != element.type.value ||
+                header->length != icnsHeaderSize + element.data.size())
                 return false;
-            contents = contents.sliced(expected.size());
+            rest = *rest.from(icnsHeaderSize);
         }
-        return contents.isEmpty();
+        return rest.isEmpty();
     }
 
     const IcnsReader& m_reader;

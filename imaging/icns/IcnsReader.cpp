@@ -1,5 +1,6 @@
 #include "imaging/icns/IcnsReader.h"
 
+#include "base/ByteReader.h"
 #include "base/ShortMemory.h"
 #include "imaging/formats/Jpeg2000Reader.h"
 #include "imaging/icns/IcnsEncoding.h"
@@ -14,16 +15,8 @@
 
 namespace {
 
-constexpr qsizetype headerSize = sizeof(IcnsHeader);
-
 Error damaged(const QString& detail) {
     return PictureReader::damaged(QStringLiteral("icns"), detail);
-}
-
-IcnsHeader headerAt(const QByteArray& bytes, qsizetype at) {
-    IcnsHeader header{};
-    std::memcpy(&header, bytes.constData() + at, sizeof header);
-    return header;
 }
 
 /// Planes of one byte a pixel, in the order of `positions` (their places in an RGBA pixel), from run-length
@@ -93,9 +86,10 @@ std::optional<Error> refusedSize(const IcnsElementType& type, const QSize& size)
 } // namespace
 
 std::optional<qsizetype> IcnsReader::lengthOf(const QByteArray& bytes) {
-    if (bytes.size() < headerSize || headerAt(bytes, 0).code != icnsMagic.value)
+    const auto header = ByteReader(bytes).record<IcnsHeader>(0);
+    if (!header || header->code != icnsMagic.value)
         return std::nullopt;
-    return headerAt(bytes, 0).length;
+    return header->length;
 }
 
 Result<IcnsReader> IcnsReader::open(const QByteArray& bytes) {
@@ -106,22 +100,22 @@ Result<IcnsReader> IcnsReader::parsed(const QByteArray& bytes) {
     const std::optional<qsizetype> length = lengthOf(bytes);
     if (!length)
         return damaged(QStringLiteral("it does not begin as an icns file"));
-    const qsizetype total = *length;
-    if (total < headerSize || total > bytes.size())
+    const auto family = ByteReader(bytes).slice(0, *length);
+    auto rest = family ? family->from(icnsHeaderSize) : std::nullopt;
+    if (!rest)
         return damaged(QStringLiteral("its length does not agree with the file"));
     IcnsReader reader;
-    reader.m_length = total;
-    qsizetype at = headerSize;
-    while (at < total) {
-        if (total - at < headerSize)
+    reader.m_length = *length;
+    while (!rest->isEmpty()) {
+        const auto header = rest->record<IcnsHeader>(0);
+        if (!header)
             return damaged(QStringLiteral("an element breaks off"));
-        const IcnsHeader header = headerAt(bytes, at);
-        const qsizetype size = header.length;
-        if (size < headerSize || size > total - at)
+        const auto element = rest->slice(0, header->length);
+        const auto data = element ? element->from(icnsHeaderSize) : std::nullopt;
+        if (!data)
             return damaged(QStringLiteral("an element's length does not agree with the file"));
-        reader.m_elements.push_back({FourCharCode(header.code),
-                                     QByteArrayView(bytes.constData() + at + headerSize, size - headerSize)});
-        at += size;
+        reader.m_elements.push_back({FourCharCode(header->code), data->view()});
+        rest = rest->from(header->length);
     }
     return reader;
 }

@@ -25,6 +25,10 @@ constexpr IcnsElementType types[] = {
 
 } // namespace
 
+IcnsHeader icnsHeader(FourCharCode code, qsizetype length) {
+    return {quint32_be(code.value), quint32_be(static_cast<quint32>(length))};
+}
+
 std::span<const IcnsElementType> icnsElementTypes() {
     return types;
 }

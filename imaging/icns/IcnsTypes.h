@@ -15,6 +15,11 @@ struct IcnsHeader {
 };
 static_assert(sizeof(IcnsHeader) == 8);
 
+inline constexpr qsizetype icnsHeaderSize = sizeof(IcnsHeader);
+
+/// The header of something of that code; `length` with the header itself.
+IcnsHeader icnsHeader(FourCharCode code, qsizetype length);
+
 inline constexpr FourCharCode icnsMagic("icns");
 
 /// What stands before packed colours of 128 pixels.

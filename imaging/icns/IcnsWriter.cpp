@@ -1,5 +1,6 @@
 #include "imaging/icns/IcnsWriter.h"
 
+#include "base/ByteWriter.h"
 #include "base/ShortMemory.h"
 #include "imaging/icns/IcnsRle.h"
 #include "imaging/icns/IcnsTypes.h"
@@ -9,7 +10,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -28,16 +28,11 @@ constexpr Row rows[] = {
     {64, "ic12", none},   {32, "il32", "l8mk"}, {16, "is32", "s8mk"},
 };
 
-void appendHeader(QByteArray& file, FourCharCode code, std::size_t length) {
-    const IcnsHeader header{quint32_be(code.value), quint32_be(static_cast<quint32>(length))};
-    file.append(reinterpret_cast<const char*>(&header), sizeof header);
-}
-
 struct Element {
     FourCharCode code;
     QByteArray data;
 
-    qsizetype length() const { return static_cast<qsizetype>(sizeof(IcnsHeader)) + data.size(); }
+    qsizetype length() const { return icnsHeaderSize + data.size(); }
 };
 
 /// Every fourth byte of `pixels`, from `position` on.
@@ -92,18 +87,17 @@ IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
             if (made.empty())
                 return Added::Failed;
             // All or nothing, should memory be short.
-            qsizetype length = std::max<qsizetype>(m_file.size(), sizeof(IcnsHeader));
+            qsizetype length = std::max(m_file.size(), icnsHeaderSize);
             for (const Element& element : made)
                 length += element.length();
             m_file.reserve(length);
+            ByteWriter writer(m_file);
             if (m_file.isEmpty())
-                appendHeader(m_file, icnsMagic, 0);
-            for (const Element& element : made) {
-                appendHeader(m_file, element.code, static_cast<std::size_t>(element.length()));
-                m_file.append(element.data);
-            }
-            const quint32_be total(static_cast<quint32>(m_file.size()));
-            std::memcpy(m_file.data() + offsetof(IcnsHeader, length), &total, sizeof total);
+                writer.record(icnsHeader(icnsMagic, 0));
+            for (const Element& element : made)
+                writer.record(icnsHeader(element.code, element.length())).bytes(element.data);
+            writer.replaceBigEndian<quint32>(offsetof(IcnsHeader, length),
+                                             static_cast<quint32>(m_file.size()));
             return Added::Yes;
         },
         Added::Failed);

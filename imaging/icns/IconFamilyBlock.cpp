@@ -1,24 +1,15 @@
 #include "imaging/icns/IconFamilyBlock.h"
 
+#include "base/ByteWriter.h"
 #include "base/ShortMemory.h"
 #include "imaging/icns/IcnsReader.h"
 #include "imaging/icns/IcnsRle.h"
 
 #include <array>
-#include <cstring>
 #include <limits>
 #include <vector>
 
 namespace {
-
-constexpr qsizetype headerSize = sizeof(IcnsHeader);
-
-QByteArray header(FourCharCode code, qsizetype length) {
-    IcnsHeader bytes{};
-    bytes.code = code.value;
-    bytes.length = static_cast<quint32>(length);
-    return {reinterpret_cast<const char*>(&bytes), headerSize};
-}
 
 /// Plain samples from packed red, green and blue.
 std::optional<QByteArray> unpacked(const IcnsElementType& type, QByteArrayView packed) {
@@ -51,26 +42,33 @@ std::optional<QByteArray> changed(const QByteArray& before, const IcnsReader& re
     // What lies before and after the element's place.
     const qsizetype end = reader.length();
     const qsizetype from =
-        replaced != nullptr ? replaced->data.data() - before.constData() - headerSize : end;
-    const qsizetype to = replaced != nullptr ? from + headerSize + replaced->data.size() : end;
-    const qsizetype total = from + headerSize + data.size() + (end - to);
+        replaced != nullptr ? replaced->data.data() - before.constData() - icnsHeaderSize : end;
+    const qsizetype to = replaced != nullptr ? from + icnsHeaderSize + replaced->data.size() : end;
+    const qsizetype total = from + icnsHeaderSize + data.size() + (end - to);
     if (total > std::numeric_limits<quint32>::max())
         return std::nullopt;
     QByteArray after;
     after.reserve(total);
-    after += header(icnsMagic, total);
-    after += QByteArrayView(before).sliced(headerSize, from - headerSize);
-    after += header(type, headerSize + data.size());
-    after += data;
-    after += QByteArrayView(before).sliced(to, end - to);
+    ByteWriter(after)
+        .record(icnsHeader(icnsMagic, total))
+        .bytes(QByteArrayView(before).sliced(icnsHeaderSize, from - icnsHeaderSize))
+        .record(icnsHeader(type, icnsHeaderSize + data.size()))
+        .bytes(data)
+        .bytes(QByteArrayView(before).sliced(to, end - to));
     return after;
+}
+
+QByteArray emptyFamily() {
+    QByteArray family;
+    ByteWriter(family).record(icnsHeader(icnsMagic, icnsHeaderSize));
+    return family;
 }
 
 } // namespace
 
 IconFamilyBlock::Status IconFamilyBlock::setIconFamilyData(QByteArray& block, FourCharCode type,
                                                            QByteArrayView data) {
-    const QByteArray before = block.isEmpty() ? header(icnsMagic, headerSize) : block;
+    const QByteArray before = block.isEmpty() ? emptyFamily() : block;
     const Result<IcnsReader> reader = IcnsReader::open(before);
     if (!reader)
         return reader.error().code == ErrorCode::TooLarge ? Status::MemoryFull : Status::ParameterError;
