@@ -159,14 +159,14 @@ Image IconFamily::imageWithAllReps() const {
 
 std::unique_ptr<BitmapImageRep>
 IconFamily::bitmapImageRepWithAlphaForIconFamilyElement(FourCharCode type) const {
-    const ReadableElement* element = readableElement(type);
+    const IcnsElementType* element = readableElement(type);
     if (element == nullptr)
         return nullptr;
     const qsizetype pixels = qsizetype{element->pixelSize} * element->pixelSize;
     std::optional<QByteArray> samples = IconFamilyBlock::getIconFamilyData(hIconFamily, type);
     if (!samples || samples->size() < 4 * pixels)
         return nullptr;
-    if (element->hasMask) {
+    if (element->content == IcnsContent::Colors) {
         const std::optional<QByteArray> mask = IconFamilyBlock::getIconFamilyData(hIconFamily, element->mask);
         const bool isMasked = mask && mask->size() >= pixels;
         for (qsizetype i = 0; i < pixels; ++i) {

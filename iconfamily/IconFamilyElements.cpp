@@ -20,24 +20,6 @@ constexpr WritableElement writable[] = {
     {"ich#", 48, bits},
 };
 
-constexpr ReadableElement readable[] = {
-    {"ic04", 16},
-    {"ic05", 32},
-    {"ic06", 48},
-    {"ic07", 128},
-    {"ic08", 256},
-    {"ic09", 512},
-    {"ic10", 1024},
-    {"ic11", 32},
-    {"ic12", 64},
-    {"ic13", 256},
-    {"ic14", 512},
-    {"is32", 16, true, "s8mk"},
-    {"il32", 32, true, "l8mk"},
-    {"ih32", 48, true, "h8mk"},
-    {"it32", 128, true, "t8mk"},
-};
-
 } // namespace
 
 const WritableElement* writableElement(FourCharCode type) {
@@ -45,7 +27,7 @@ const WritableElement* writableElement(FourCharCode type) {
     return found != std::end(writable) ? found : nullptr;
 }
 
-const ReadableElement* readableElement(FourCharCode type) {
-    const auto* found = std::ranges::find(readable, type, &ReadableElement::code);
-    return found != std::end(readable) ? found : nullptr;
+const IcnsElementType* readableElement(FourCharCode type) {
+    const WritableElement* written = writableElement(type);
+    return written != nullptr && written->content == ElementContent::Colors ? icnsElementType(type) : nullptr;
 }

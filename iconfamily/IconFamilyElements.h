@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/FourCharCode.h"
+#include "imaging/icns/IcnsTypes.h"
 
 /// What an element keeps of a bitmap.
 enum class ElementContent {
@@ -20,12 +20,6 @@ struct WritableElement {
 /// Null for any other type.
 const WritableElement* writableElement(FourCharCode type);
 
-/// An element type that can be read back as a bitmap.
-struct ReadableElement {
-    FourCharCode code;
-    int pixelSize; ///< of 'ic10' not the one that it is stored with
-    bool hasMask = false;
-    FourCharCode mask{};
-};
-
-const ReadableElement* readableElement(FourCharCode type);
+/// A type that can be read back as a bitmap, which are those with colours; its pixel size is that of icns
+/// files, for 'ic10' not the one that it is stored with. Null for any other type.
+const IcnsElementType* readableElement(FourCharCode type);

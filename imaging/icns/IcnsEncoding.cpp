@@ -47,7 +47,7 @@ IcnsPictureInfo pictureInfo(const IcnsElementType& type, QByteArrayView data) {
     if (data.startsWith(Jpeg2000Codestream::start) && (side == 0 || Jpeg2000Codestream::isWellFormed(data)))
         return {IcnsEncoding::Jpeg2000, jpeg2000Size(data)};
     if (data.startsWith(argbMark) && (side == 0 || isPackedArgb(data, type.pixelSize)))
-        return {IcnsEncoding::PackedArgb, {type.pixelSize, type.pixelSize}};
+        return {IcnsEncoding::PackedArgb, type.size()};
     if (side != 0)
         return {IcnsEncoding::PlainArgb, {side, side}};
     return {};
@@ -56,16 +56,15 @@ IcnsPictureInfo pictureInfo(const IcnsElementType& type, QByteArrayView data) {
 } // namespace
 
 IcnsPictureInfo icnsPictureInfo(const IcnsElementType& type, QByteArrayView data) {
-    const QSize square(type.pixelSize, type.pixelSize);
     switch (type.content) {
     case IcnsContent::Picture:
         return pictureInfo(type, data);
     case IcnsContent::Colors:
         return {data.size() == qsizetype{4} * type.pixelSize * type.pixelSize ? IcnsEncoding::PlainArgb
                                                                               : IcnsEncoding::PackedColors,
-                square};
+                type.size()};
     case IcnsContent::Mask:
         break;
     }
-    return {IcnsEncoding::Mask, square};
+    return {IcnsEncoding::Mask, type.size()};
 }

@@ -17,15 +17,8 @@ struct Description {
 
 constexpr FourCharCode tableOfContents("TOC ");
 
-/// What the types mean that the reader has no size for, or that stand for a scale.
+/// What the types mean that hold no picture which is known here.
 constexpr Description descriptions[] = {
-    {"ic10", "picture, 512 points @2x"},
-    {"ic14", "picture, 256 points @2x"},
-    {"ic13", "picture, 128 points @2x"},
-    {"ic12", "picture, 32 points @2x"},
-    {"ic11", "picture, 16 points @2x"},
-    {"icsB", "picture, 18 points @2x"},
-    {"SB24", "picture, 24 points @2x"},
     {tableOfContents, "table of contents"},
     {"icnV", "version of the tool that made it"},
     {"name", "name"},
@@ -57,6 +50,10 @@ constexpr Description descriptions[] = {
 bool failsInBundles(FourCharCode type) {
     constexpr FourCharCode types[] = {"ic04", "ic05", "icp4", "icp5", "icp6"};
     return std::ranges::find(types, type) != std::end(types);
+}
+
+QString scaleText(int scale) {
+    return scale == 1 ? QString() : QStringLiteral(" @%1x").arg(scale);
 }
 
 QString sizeText(const QSize& size) {
@@ -157,15 +154,14 @@ class Inspector {
     static QStringList pictureRemarks(const IcnsElement& element, const IcnsElementType& type,
                                       const IcnsPictureInfo& info) {
         QStringList result;
-        const QSize square(type.pixelSize, type.pixelSize);
         const bool isFile = info.encoding == IcnsEncoding::Png || info.encoding == IcnsEncoding::Jpeg2000;
         if (info.encoding == IcnsEncoding::Unknown)
             return {QStringLiteral("it holds no picture that is known here")};
         if (!info.size.isValid())
             result << QStringLiteral("its picture breaks off");
-        else if (info.size != square)
+        else if (info.size != type.size())
             result << QStringLiteral("it holds %1; its type stands for %2")
-                          .arg(sizeText(info.size), sizeText(square));
+                          .arg(sizeText(info.size), sizeText(type.size()));
         if (isFile && failsInBundles(type.code))
             result << QStringLiteral("a file inside this type is shown wrongly in application bundles");
         if (info.encoding == IcnsEncoding::PackedArgb)
@@ -216,13 +212,13 @@ QString icnsTypeDescription(FourCharCode type) {
         return QStringLiteral("unknown");
     switch (known->content) {
     case IcnsContent::Picture:
-        return QStringLiteral("picture, %1 points").arg(known->pixelSize);
+        return QStringLiteral("picture, %1 points").arg(known->points()) + scaleText(known->scale);
     case IcnsContent::Colors:
-        return QStringLiteral("colours, %1 points").arg(known->pixelSize);
+        return QStringLiteral("colours, %1 points").arg(known->points());
     case IcnsContent::Mask:
         break;
     }
-    return QStringLiteral("mask, %1 points").arg(known->pixelSize);
+    return QStringLiteral("mask, %1 points").arg(known->points());
 }
 
 QString icnsEncodingName(IcnsEncoding encoding) {

@@ -200,7 +200,7 @@ const IcnsElement* IcnsReader::largestElement() const {
         if (found == nullptr)
             continue;
         const QSize told = icnsPictureInfo(type, found->data).size;
-        const QSize size = told.isValid() ? told : QSize(type.pixelSize, type.pixelSize);
+        const QSize size = told.isValid() ? told : type.size();
         const int side = std::max(size.width(), size.height());
         if (side > most) {
             most = side;

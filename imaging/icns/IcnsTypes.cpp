@@ -4,23 +4,47 @@
 
 namespace {
 
-constexpr FourCharCode noMask;
+constexpr IcnsElementType picture(FourCharCode code, int pixelSize, int scale = 1) {
+    return {code, IcnsContent::Picture, pixelSize, scale};
+}
+
+constexpr IcnsElementType colors(FourCharCode code, int pixelSize, FourCharCode mask,
+                                 bool hasLeadingZeros = false) {
+    return {code, IcnsContent::Colors, pixelSize, 1, mask, hasLeadingZeros};
+}
+
+constexpr IcnsElementType mask(FourCharCode code, int pixelSize) {
+    return {code, IcnsContent::Mask, pixelSize};
+}
 
 /// Most pixels first.
 constexpr IcnsElementType types[] = {
-    {"ic10", IcnsContent::Picture, 1024, noMask},     {"ic09", IcnsContent::Picture, 512, noMask},
-    {"ic14", IcnsContent::Picture, 512, noMask},      {"ic08", IcnsContent::Picture, 256, noMask},
-    {"ic13", IcnsContent::Picture, 256, noMask},      {"ic07", IcnsContent::Picture, 128, noMask},
-    {"it32", IcnsContent::Colors, 128, "t8mk", true}, {"icp6", IcnsContent::Picture, 64, noMask},
-    {"ic12", IcnsContent::Picture, 64, noMask},       {"ic06", IcnsContent::Picture, 48, noMask},
-    {"SB24", IcnsContent::Picture, 48, noMask},       {"ih32", IcnsContent::Colors, 48, "h8mk"},
-    {"icsB", IcnsContent::Picture, 36, noMask},       {"icp5", IcnsContent::Picture, 32, noMask},
-    {"ic05", IcnsContent::Picture, 32, noMask},       {"ic11", IcnsContent::Picture, 32, noMask},
-    {"il32", IcnsContent::Colors, 32, "l8mk"},        {"sb24", IcnsContent::Picture, 24, noMask},
-    {"icsb", IcnsContent::Picture, 18, noMask},       {"icp4", IcnsContent::Picture, 16, noMask},
-    {"ic04", IcnsContent::Picture, 16, noMask},       {"is32", IcnsContent::Colors, 16, "s8mk"},
-    {"t8mk", IcnsContent::Mask, 128, noMask},         {"h8mk", IcnsContent::Mask, 48, noMask},
-    {"l8mk", IcnsContent::Mask, 32, noMask},          {"s8mk", IcnsContent::Mask, 16, noMask},
+    picture("ic10", 1024, 2),
+    picture("ic09", 512),
+    picture("ic14", 512, 2),
+    picture("ic08", 256),
+    picture("ic13", 256, 2),
+    picture("ic07", 128),
+    colors("it32", 128, "t8mk", true),
+    picture("icp6", 64),
+    picture("ic12", 64, 2),
+    picture("ic06", 48),
+    picture("SB24", 48, 2),
+    colors("ih32", 48, "h8mk"),
+    picture("icsB", 36, 2),
+    picture("icp5", 32),
+    picture("ic05", 32),
+    picture("ic11", 32, 2),
+    colors("il32", 32, "l8mk"),
+    picture("sb24", 24),
+    picture("icsb", 18),
+    picture("icp4", 16),
+    picture("ic04", 16),
+    colors("is32", 16, "s8mk"),
+    mask("t8mk", 128),
+    mask("h8mk", 48),
+    mask("l8mk", 32),
+    mask("s8mk", 16),
 };
 
 } // namespace

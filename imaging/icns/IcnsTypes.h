@@ -3,6 +3,7 @@
 #include "base/FourCharCode.h"
 
 #include <QByteArrayView>
+#include <QSize>
 #include <QtEndian>
 
 #include <span>
@@ -40,8 +41,12 @@ struct IcnsElementType {
     FourCharCode code;
     IcnsContent content;
     int pixelSize;                ///< of its square picture
-    FourCharCode mask;            ///< the type of the element with the alpha of Colors
+    int scale = 1;                ///< the picture's pixels in one point, along a side
+    FourCharCode mask = {};       ///< the type of the element with the alpha of Colors
     bool hasLeadingZeros = false; ///< four zero bytes stand before the packed samples
+
+    QSize size() const { return {pixelSize, pixelSize}; }
+    int points() const { return pixelSize / scale; }
 };
 
 /// The types that hold a picture or a part of one, most pixels first.

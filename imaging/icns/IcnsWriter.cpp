@@ -10,23 +10,22 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 #include <vector>
 
 namespace {
 
-struct Row {
-    int pixelSize;
-    FourCharCode code;
-    FourCharCode mask; ///< set where the element is packed colours; PNG otherwise
-};
+/// The types that are written, each for pictures of its pixel size. macOS reads them both in a file and in an
+/// application bundle.
+constexpr FourCharCode writtenTypes[] = {"ic10", "ic09", "ic08", "ic07", "ic12", "il32", "is32"};
 
-constexpr FourCharCode none;
-
-constexpr Row rows[] = {
-    {1024, "ic10", none}, {512, "ic09", none},  {256, "ic08", none},  {128, "ic07", none},
-    {64, "ic12", none},   {32, "il32", "l8mk"}, {16, "is32", "s8mk"},
-};
+/// The type that is written for pictures of that size, or null.
+const IcnsElementType* writtenType(const QSize& size) {
+    const auto* found = std::ranges::find_if(
+        writtenTypes, [&](FourCharCode code) { return size == icnsElementType(code)->size(); });
+    return found != std::end(writtenTypes) ? icnsElementType(*found) : nullptr;
+}
 
 struct Element {
     FourCharCode code;
@@ -44,11 +43,11 @@ std::vector<std::uint8_t> channel(const std::vector<std::uint8_t>& pixels, std::
     return samples;
 }
 
-/// The elements of `row` with a picture of its size; none where memory is short.
-std::vector<Element> elements(const Row& row, const QImage& raster) {
-    if (row.mask == none) {
+/// The elements of `type` with a picture of its size; none where memory is short.
+std::vector<Element> elements(const IcnsElementType& type, const QImage& raster) {
+    if (type.content == IcnsContent::Picture) {
         QByteArray png = encodePng(raster);
-        return png.isEmpty() ? std::vector<Element>() : std::vector<Element>{{row.code, std::move(png)}};
+        return png.isEmpty() ? std::vector<Element>() : std::vector<Element>{{type.code, std::move(png)}};
     }
     const auto count = static_cast<std::size_t>(raster.width()) * static_cast<std::size_t>(raster.height());
     std::vector<std::uint8_t> pixels(4 * count);
@@ -58,32 +57,26 @@ std::vector<Element> elements(const Row& row, const QImage& raster) {
     for (std::size_t position = 0; position <= lastColor; ++position)
         IcnsRle::pack(channel(pixels, position), colors, position == lastColor);
     const std::vector<std::uint8_t> alpha = channel(pixels, 3);
-    return {{row.code, colors},
-            {row.mask,
+    return {{type.code, colors},
+            {type.mask,
              QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size()))}};
-}
-
-/// The row of pictures of that size, or null.
-const Row* rowOf(const QSize& size) {
-    const auto* row = std::ranges::find(rows, size.width(), &Row::pixelSize);
-    return row != std::end(rows) && size.height() == size.width() ? row : nullptr;
 }
 
 } // namespace
 
 bool IcnsWriter::hasElement(const QSize& size) {
-    return rowOf(size) != nullptr;
+    return writtenType(size) != nullptr;
 }
 
 IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
     if (raster.isNull())
         return Added::Failed;
-    const Row* row = rowOf(raster.size());
-    if (row == nullptr)
+    const IcnsElementType* type = writtenType(raster.size());
+    if (type == nullptr)
         return Added::NoElement;
     return unlessMemoryIsShort(
         [&] {
-            const std::vector<Element> made = elements(*row, raster);
+            const std::vector<Element> made = elements(*type, raster);
             if (made.empty())
                 return Added::Failed;
             // All or nothing, should memory be short.
