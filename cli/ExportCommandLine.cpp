@@ -1,6 +1,7 @@
 // The command line of `export`.
 #include "cli/Command.h"
 #include "cli/ExportCommand.h"
+#include "imaging/io/PictureFormat.h"
 
 #include <QStringList>
 
@@ -67,8 +68,7 @@ Command exportCommand(CLI::App& app) {
     const auto words = std::make_shared<ExportWords>();
     Command command;
     command.app = app.add_subcommand("export", "Write a picture in one of six formats");
-    command.app->add_option("PICTURE", words->picture, "PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG")
-        ->required();
+    command.app->add_option("PICTURE", words->picture, PictureFormats::names().toStdString())->required();
     command.app
         ->add_option("--format", words->format,
                      "jpeg (over white), tiff, bmp, gif (up to 255 colours), png or jpeg2000 (lossless)")

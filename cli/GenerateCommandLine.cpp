@@ -2,6 +2,7 @@
 #include "cli/Command.h"
 #include "cli/GenerateCommand.h"
 #include "cli/StyleWords.h"
+#include "imaging/io/PictureFormat.h"
 
 #include <QStringList>
 
@@ -53,8 +54,7 @@ struct GenerateWords {
 
 CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
     CLI::App* generate = app.add_subcommand("generate", "Write the icon sets of one picture");
-    generate->add_option("PICTURE", words.picture, "PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG")
-        ->required();
+    generate->add_option("PICTURE", words.picture, PictureFormats::names().toStdString())->required();
     generate
         ->add_option("--out", words.out, "the folder that the sets go into; it is made where it is missing")
         ->required()

@@ -2,6 +2,7 @@
 #include "cli/Command.h"
 #include "cli/IcnsCommands.h"
 #include "cli/StyleWords.h"
+#include "imaging/io/PictureFormat.h"
 
 #include <memory>
 
@@ -61,8 +62,7 @@ Command makeCommand(CLI::App& icns) {
     const auto words = std::make_shared<MakeWords>();
     Command command;
     command.app = icns.add_subcommand("make", "Write an icns file of one picture, in seven sizes");
-    command.app->add_option("PICTURE", words->picture, "PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG")
-        ->required();
+    command.app->add_option("PICTURE", words->picture, PictureFormats::names().toStdString())->required();
     command.app->add_option("--out", words->out, "the file to write")->required()->type_name("FILE.icns");
     words->style.addTo(*command.app);
     command.prepare = [words, app = command.app]() -> Parsed<Work> {

@@ -2,120 +2,50 @@
 
 #include "base/StageTimes.h"
 #include "files/RegularFile.h"
-#include "imaging/formats/GifReader.h"
-#include "imaging/formats/JpegReader.h"
-#include "imaging/formats/QtPictureReader.h"
-#include "imaging/formats/TiffReader.h"
 #include "imaging/icns/IcnsReader.h"
 #include "imaging/image/BitmapImageRep.h"
+#include "imaging/io/PictureFormat.h"
 #include "imaging/pixels/ReducedCopies.h"
 #include "imaging/pixels/Resampler.h"
-#include "imaging/png/PngReader.h"
 #include "imaging/svg/SvgDocument.h"
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 #include <utility>
 
 namespace {
-
-/// A reader may hand over the reduced copy that the renders draw from, in place of the whole
-/// picture.
-using Reader = Result<DecodedPicture> (*)(const QByteArray&, const ReducedCopies::Renders& renders);
-
-/// A reader that always hands over the whole picture.
-template <Result<DecodedPicture> (*read)(const QByteArray&)>
-Result<DecodedPicture> whole(const QByteArray& bytes, const ReducedCopies::Renders& /*renders*/) {
-    return read(bytes);
-}
-
-Result<DecodedPicture> readIcns(const QByteArray& bytes) {
-    const Result<IcnsReader> reader = IcnsReader::open(bytes);
-    if (!reader)
-        return reader.error();
-    return reader->largestPicture();
-}
-
-/// The reader of the bitmap format that `bytes` begin as, or null.
-Reader bitmapReader(const QByteArray& bytes) {
-    struct Signature {
-        QByteArray start;
-        Reader reader;
-    };
-    static const Signature signatures[] = {
-        {QByteArray("\x89PNG\r\n\x1a\n", 8), readPng}, {QByteArray("\xff\xd8\xff", 3), readJpeg},
-        {QByteArray("II\x2a\0", 4), whole<readTiff>},  {QByteArray("MM\0\x2a", 4), whole<readTiff>},
-        {QByteArray("II\x2b\0", 4), whole<readTiff>},  {QByteArray("MM\0\x2b", 4), whole<readTiff>},
-        {QByteArray("GIF87a", 6), whole<readGif>},     {QByteArray("GIF89a", 6), whole<readGif>},
-        {QByteArray("icns", 4), whole<readIcns>},      {QByteArray("BM", 2), whole<readBmp>},
-    };
-    for (const Signature& signature : signatures) {
-        if (bytes.startsWith(signature.start))
-            return signature.reader;
-    }
-    const bool isWebP = bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP";
-    return isWebP ? whole<readWebP> : nullptr;
-}
-
-/// Whether `bytes` may be an SVG document: XML with an svg element, or such a document compressed.
-bool looksLikeSvg(const QByteArray& bytes) {
-    if (bytes.startsWith("\x1f\x8b"))
-        return true;
-    const bool isUtf16 = bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff");
-    constexpr qsizetype prologue = 65536;
-    const QString text = isUtf16 ? QString::fromUtf16(reinterpret_cast<const char16_t*>(bytes.constData()),
-                                                      std::min(prologue, bytes.size()) / 2)
-                                 : QString::fromUtf8(bytes.left(prologue));
-    QStringView view = text;
-    if (view.startsWith(QChar(0xfeff)))
-        view = view.sliced(1);
-    return view.trimmed().startsWith(u'<') && (isUtf16 || view.contains(QLatin1String("svg")));
-}
 
 Error noMemory() {
     return {ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
 }
 
 Error unknownFormat() {
-    return {ErrorCode::UnknownFormat,
-            QStringLiteral("not a picture (of PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG)")};
+    return {ErrorCode::UnknownFormat, QStringLiteral("not a picture (of %1)").arg(PictureFormats::names())};
 }
 
 /// The largest picture without compression, 16 bits a sample, with room for what stands around its pixels.
 constexpr qint64 maximumFile = 8 * PictureReader::maximumPixels + (64 << 20);
 
-std::optional<Error> refusedStart(const QByteArray& start) {
+/// The format of a file that begins with `start`.
+Result<const PictureFormatRow*> formatOf(const QByteArray& start) {
     if (start.isEmpty())
         return Error{ErrorCode::UnknownFormat, QStringLiteral("the file is empty")};
-    if (bitmapReader(start) == nullptr && !looksLikeSvg(start))
+    const PictureFormatRow* format = PictureFormats::find(start);
+    if (format == nullptr)
         return unknownFormat();
-    return std::nullopt;
+    return format;
+}
+
+std::optional<Error> refusedStart(const QByteArray& start) {
+    const Result<const PictureFormatRow*> format = formatOf(start);
+    return format ? std::nullopt : std::optional(format.error());
 }
 
 } // namespace
 
 Result<DecodedPicture> ImageSource::decode(const QByteArray& bytes) {
-    if (const Reader reader = bitmapReader(bytes))
-        return reader(bytes, std::nullopt);
-    if (!looksLikeSvg(bytes))
-        return unknownFormat();
-    const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
-    if (!document)
-        return document.error();
-    const QSizeF size = (*document)->size();
-    const double width = std::ceil(size.width());
-    const double height = std::ceil(size.height());
-    constexpr auto limit = static_cast<double>(PictureReader::maximumPixels);
-    if (const std::optional<Error> refused =
-            PictureReader::refusedSize(static_cast<qint64>(std::min(width, limit + 1)),
-                                       static_cast<qint64>(std::min(height, limit + 1))))
-        return *refused;
-    QImage raster = (*document)->rendered({0, 0, width, static_cast<int>(width)},
-                                          {0, 0, height, static_cast<int>(height)});
-    if (raster.isNull())
-        return PictureReader::damaged(QStringLiteral("SVG"), QStringLiteral("it can't be drawn"));
-    return DecodedPicture{std::move(raster), {}};
+    const PictureFormatRow* format = PictureFormats::find(bytes);
+    return format != nullptr ? format->decode(bytes, std::nullopt) : unknownFormat();
 }
 
 namespace {
@@ -174,36 +104,49 @@ Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
     return result;
 }
 
-} // namespace
+Result<LoadedPicture> loadSvg(const QByteArray& bytes) {
+    const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
+    if (!document)
+        return document.error();
+    LoadedPicture picture{Image((*document)->size()), true, {}};
+    picture.image.addRepresentation(*document);
+    return picture;
+}
 
-Result<LoadedPicture> ImageSource::load(const QByteArray& bytes, const LoadOptions& options) {
-    const StageTimes::Timer timer(Stage::Decode);
-    if (const std::optional<Error> refused = refusedStart(bytes))
-        return *refused;
-    if (bitmapReader(bytes) == whole<readIcns>)
-        return loadIcns(bytes);
-    if (bitmapReader(bytes) == nullptr) {
-        const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
-        if (!document)
-            return document.error();
-        LoadedPicture picture{Image((*document)->size()), true, {}};
-        picture.image.addRepresentation(*document);
-        return picture;
-    }
-    Result<DecodedPicture> decoded = bitmapReader(bytes)(bytes, options.renders);
+/// The one picture of a file.
+Result<LoadedPicture> loadBitmap(const PictureFormatRow& format, const QByteArray& bytes,
+                                 const ReducedCopies::Renders& renders) {
+    Result<DecodedPicture> decoded = format.decode(bytes, renders);
     if (!decoded)
         return decoded.error();
     if (decoded->raster.isNull())
         return noMemory();
     const QSize size = decoded->wholeSize.isEmpty() ? decoded->raster.size() : decoded->wholeSize;
     LoadedPicture picture{Image(size), false, std::move(decoded->warnings)};
-    QImage largest = reduced(std::move(decoded->raster), ReducedCopies::largestNeeded(size, options.renders));
+    QImage largest = reduced(std::move(decoded->raster), ReducedCopies::largestNeeded(size, renders));
     if (largest.isNull())
         return noMemory();
     picture.image.addRepresentation(std::make_shared<BitmapImageRep>(largest));
     if (!addReducedCopies(picture.image, std::move(largest)))
         return noMemory();
     return picture;
+}
+
+} // namespace
+
+Result<LoadedPicture> ImageSource::load(const QByteArray& bytes, const LoadOptions& options) {
+    const StageTimes::Timer timer(Stage::Decode);
+    const Result<const PictureFormatRow*> format = formatOf(bytes);
+    if (!format)
+        return format.error();
+    switch ((*format)->format) {
+    case PictureFormat::Icns:
+        return loadIcns(bytes);
+    case PictureFormat::Svg:
+        return loadSvg(bytes);
+    default:
+        return loadBitmap(**format, bytes, options.renders);
+    }
 }
 
 Result<LoadedPicture> ImageSource::loadFile(const std::string& path, const LoadOptions& options) {
