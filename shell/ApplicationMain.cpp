@@ -20,6 +20,8 @@ int applicationMain(int argc, char** argv) {
     Application application(argc, argv);
     QCoreApplication::setApplicationVersion(
         bundle.infoDictionary().value(QStringLiteral("CFBundleShortVersionString")).toString());
+    // A desktop finds the application's entry, and with it name and icon, by this name.
+    QGuiApplication::setDesktopFileName(QStringLiteral("tobrimax"));
     const Appearance appearance(application);
     QGuiApplication::setWindowIcon(applicationIcon());
 

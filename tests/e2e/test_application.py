@@ -5,6 +5,7 @@ usage: test_application.py TOBRIMAX TOBRIMAX_CLI DRAG_SOURCE SAMPLE ARTEFACTS [T
 
 import filecmp
 import pathlib
+import re
 import struct
 import subprocess
 import sys
@@ -65,6 +66,14 @@ class ApplicationTest(unittest.TestCase):
         desktop.key("alt+F4")
         self.assertEqual(desktop.application.wait(20), 0)
         self.assertIn("closing Window Class QMainWindow", desktop.application_log())
+
+    def test_a_window_belongs_to_the_desktop_entry(self):
+        entry = pathlib.Path(__file__).parents[2] / "packaging" / "tobrimax.desktop"
+        wanted = re.search("^StartupWMClass=(.*)$", entry.read_text(), re.MULTILINE)[1]
+        with Desktop(self.artefacts()) as desktop:
+            desktop.start_application()
+            said = desktop.run("xprop", "-id", desktop.window, "WM_CLASS").decode()
+            self.assertEqual(said, f'WM_CLASS(STRING) = "{entry.stem}", "{wanted}"\n')
 
     def test_from_drop_to_finished_set(self):
         with Desktop(self.artefacts()) as desktop:
