@@ -26,7 +26,10 @@ class Installed(unittest.TestCase):
                   "share/icons/hicolor/scalable/apps/tobrimax.svg"}
         wanted |= {f"share/icons/hicolor/{size}x{size}/apps/tobrimax.png" for size in SIZES}
         wanted |= {f"share/doc/tobrimax/{name}" for name in ("README.md", "CHANGELOG.md", "copyright")}
+        wanted |= {f"lib/cmake/Tobrimax/Tobrimax{name}.cmake" for name in ("Config", "ConfigVersion", "Icons", "Programs")}
         found = {str(path.relative_to(PREFIX)) for path in PREFIX.rglob("*") if not path.is_dir()}
+        # This file's name has the kind of build in it.
+        found = {name for name in found if not re.fullmatch(r"lib/cmake/Tobrimax/TobrimaxPrograms-\w+\.cmake", name)}
         self.assertEqual(found, wanted)
 
     def test_the_version_is_the_same_everywhere(self):
