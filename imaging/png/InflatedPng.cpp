@@ -178,8 +178,11 @@ void InflatedPng::wrapPart(std::size_t length, bool isLast) {
     std::uint8_t* const begin = m_part.data() + start;
     std::uint8_t* const bytes = m_part.data() + leading;
     std::uint8_t* end = bytes + length;
-    if (isLast)
-        end = put(put(end, lastBlock), noChecksum);
+    m_checksum = libdeflate_adler32(m_checksum, bytes, length);
+    if (isLast) {
+        end = put(end, lastBlock);
+        end = put(end, bigEndianBytes<std::uint32_t>(m_checksum));
+    }
 
     std::uint8_t* header =
         put(begin, bigEndianBytes<std::uint32_t>(static_cast<std::uint32_t>(end - begin) - 8));

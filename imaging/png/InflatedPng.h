@@ -14,8 +14,8 @@
 /// others, whose zlib stream has stored blocks only (RFC 1951, section 3.2.4). So ISA-L decompresses the
 /// pixels' data, in half the time that zlib takes or less, and in parts.
 ///
-/// The checksums of critical chunks and of the pixels' data are checked here. Those of the new chunks are
-/// zeros: the reader must not look at them, nor at the new stream's.
+/// The checksums of critical chunks and of the pixels' data are checked here. The new chunks' checksums are
+/// zeros: the reader is set to ignore them. The new stream's own checksum is right.
 class InflatedPng {
   public:
     /// Keeps `bytes` by reference.
@@ -67,6 +67,7 @@ class InflatedPng {
     Place m_place = Place::BeforePixels;
     std::span<const std::uint8_t> m_ready; ///< what is read next
     bool m_isFirstPart = true;
+    std::uint32_t m_checksum = 1; ///< of the new stream so far (Adler-32, RFC 1950)
     bool m_isDamaged = false;
     inflate_state m_inflater;
     std::array<std::uint8_t, leading + partLength + trailing> m_part;

@@ -96,9 +96,6 @@ class PngDecoder {
         static constexpr png_byte texts[] = "tEXt\0zTXt\0iTXt";
         png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, texts, 3);
         png_read_info(m_png, m_info);
-        // From here on: a profile's checksum is looked at.
-        if (m_inflated)
-            png_set_option(m_png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
         m_width = png_get_image_width(m_png, m_info);
         m_height = png_get_image_height(m_png, m_info);
         if (const std::optional<Error> refused = PictureReader::refusedSize(m_width, m_height))
