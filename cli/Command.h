@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,13 @@ struct Command {
     std::function<Parsed<std::function<int()>>()> prepare;
     /// More about a word that no option takes; empty where there is nothing more to say.
     std::function<std::string(const std::string& word)> remark;
+    /// The words that an option takes, under the option's name. An option that takes any text is not here.
+    std::map<std::string, std::vector<std::string>> choices;
 };
+
+/// Makes `app` the program's parser: its version, help and all commands. Those that have work to do are
+/// returned; `app` keeps the options and their values.
+std::vector<Command> addCommands(CLI::App& app);
 
 /// Each adds its commands to `app`.
 Command generateCommand(CLI::App& app);

@@ -102,29 +102,30 @@ ParsedCommandLine complaint(const CLI::App& app, const UsageError& error) {
     return {nullptr, {}, error.sentence + " (see " + help + "--help)"};
 }
 
-std::vector<Command> addCommands(CLI::App& app) {
-    std::vector<Command> commands{generateCommand(app)};
-    std::ranges::move(icnsCommands(app), std::back_inserter(commands));
-    std::ranges::move(customIconCommands(app), std::back_inserter(commands));
-    commands.push_back(exportCommand(app));
-    return commands;
-}
-
 } // namespace
 
-ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
-    CLI::App app(
-        "Turns one picture into the icon sets that iPhone, iPad, Apple Watch, Mac and Android apps need.",
-        "tobrimax-cli");
+std::vector<Command> addCommands(CLI::App& app) {
+    app.name("tobrimax-cli");
+    app.description(
+        "Turns one picture into the icon sets that iPhone, iPad, Apple Watch, Mac and Android apps need.");
     app.set_version_flag("--version", "tobrimax-cli " TOBRIMAX_VERSION);
     app.set_help_flag("-h,--help", "Show this and exit");
     app.require_subcommand(0, 1);
     app.allow_extras();
-    const std::vector<Command> commands = addCommands(app);
+    std::vector<Command> commands{generateCommand(app)};
+    std::ranges::move(icnsCommands(app), std::back_inserter(commands));
+    std::ranges::move(customIconCommands(app), std::back_inserter(commands));
+    commands.push_back(exportCommand(app));
     for (const Command& command : commands) {
         command.app->allow_extras();
         command.app->get_parent()->allow_extras();
     }
+    return commands;
+}
+
+ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
+    CLI::App app;
+    const std::vector<Command> commands = addCommands(app);
     // The parser reports by exceptions; they end here.
     try {
         app.parse(argc, argv);

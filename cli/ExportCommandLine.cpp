@@ -87,5 +87,6 @@ Command exportCommand(CLI::App& app) {
             return *error;
         return [options = std::get<ExportOptions>(options)] { return runExport(options); };
     };
+    command.choices = {{"--format", formatWords()}};
     return command;
 }

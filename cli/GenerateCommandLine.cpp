@@ -52,6 +52,13 @@ struct GenerateWords {
     bool timings = false;
 };
 
+std::vector<std::string> platformNames() {
+    std::vector<std::string> names;
+    for (const Platforms::Choice& choice : platformWords())
+        names.emplace_back(choice.word);
+    return names;
+}
+
 CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
     CLI::App* generate = app.add_subcommand("generate", "Write the icon sets of one picture");
     generate->add_option("PICTURE", words.picture, PictureFormats::names().toStdString())->required();
@@ -85,10 +92,8 @@ Parsed<std::vector<Platform>> platformsOf(const std::vector<std::string>& chosen
     for (const std::string& word : chosen.empty() ? standard : chosen) {
         const auto found = std::ranges::find(platformWords(), word, &Platforms::Choice::word);
         if (found == platformWords().end()) {
-            std::vector<std::string> names;
-            for (const Platforms::Choice& choice : platformWords())
-                names.emplace_back(choice.word);
-            return UsageError{"there is no platform '" + word + "'" + OptionText::didYouMean(word, names)};
+            return UsageError{"there is no platform '" + word + "'" +
+                              OptionText::didYouMean(word, platformNames())};
         }
         for (const Platform platform : found->platforms) {
             if (std::ranges::find(platforms, platform) == platforms.end())
@@ -141,5 +146,6 @@ Command generateCommand(CLI::App& app) {
             std::ranges::find(platformWords(), word, &Platforms::Choice::word) != platformWords().end();
         return isPlatform ? "; --platform takes one name and may be repeated" : "";
     };
+    command.choices = {{"--platform", platformNames()}};
     return command;
 }
