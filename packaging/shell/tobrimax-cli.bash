@@ -1,0 +1,79 @@
+# Completions of tobrimax-cli for bash. bash-completion loads this file when the program's arguments are completed.
+
+# No word that is offered has a space, so that they may be split where spaces are.
+# shellcheck shell=bash disable=SC2207
+
+_tobrimax_cli() {
+    local cur prev words cword split
+    _init_completion -s || return
+
+    # The command at the start: one word or two.
+    local command=${words[1]-} first=2
+    if ((cword >= 2)) && [[ $command == icns || $command == custom-icon ]]; then
+        command+=" ${words[2]}"
+        first=3
+    fi
+    if ((cword < first)); then
+        case $command in
+        "icns "*) COMPREPLY=($(compgen -W "list extract make --help" -- "$cur")) ;;
+        "custom-icon "*) COMPREPLY=($(compgen -W "set remove --help" -- "$cur")) ;;
+        *) COMPREPLY=($(compgen -W "generate icns custom-icon export --version --help" -- "$cur")) ;;
+        esac
+        return
+    fi
+
+    local style="--round-corner --border --border-color"
+    local options operands=1
+    case $command in
+    generate) options="--out --platform $style --catalogue --open --quiet --verbose --json --timings" ;;
+    "icns list") options="--json" ;;
+    "icns extract") options="--out" ;;
+    "icns make") options="--out $style" ;;
+    "custom-icon set") options="--apple-double --compatibility" operands=2 ;;
+    "custom-icon remove") options="--apple-double" ;;
+    export) options="--format --out --size" ;;
+    *) return ;;
+    esac
+
+    # Which operands are there already, and whether the cursor is at an option's value.
+    local at given=0 ended=0 option=""
+    for ((at = first; at < cword; ++at)); do
+        if ((ended)) || [[ ${words[at]} != -* ]]; then
+            ((++given))
+            continue
+        fi
+        case ${words[at]} in
+        --) ended=1 ;;
+        --out | --platform | --round-corner | --border | --border-color | --catalogue | --format | --size)
+            ((++at == cword)) && option=$prev
+            ;;
+        esac
+    done
+    ((ended)) || ! $split || option=$prev
+
+    case $option in
+    --out)
+        if [[ $command == generate || $command == "icns extract" ]]; then _filedir -d; else _filedir; fi
+        return
+        ;;
+    --catalogue)
+        _filedir
+        return
+        ;;
+    --platform)
+        COMPREPLY=($(compgen -W "iphone ipad universal watch mac android all" -- "$cur"))
+        return
+        ;;
+    --format)
+        COMPREPLY=($(compgen -W "jpeg tiff bmp gif png jpeg2000" -- "$cur"))
+        return
+        ;;
+    ?*) return ;;
+    esac
+
+    if ((!ended)) && [[ $cur == -* || $given -ge $operands ]]; then
+        COMPREPLY=($(compgen -W "$options --help" -- "$cur"))
+    elif ((given < operands)); then
+        _filedir
+    fi
+} && complete -F _tobrimax_cli tobrimax-cli
