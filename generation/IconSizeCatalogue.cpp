@@ -1,12 +1,12 @@
 #include "generation/IconSizeCatalogue.h"
 
+#include "base/NumberText.h"
 #include "files/RegularFile.h"
 #include "platform/services/Bundle.h"
 #include "platform/services/PropertyList.h"
 
 #include <QFile>
 
-#include <charconv>
 #include <cmath>
 #include <iterator>
 #include <limits>
@@ -111,12 +111,11 @@ QSizeF sizeFromString(const QString& text) {
             ++at;
             continue;
         }
-        double value = 0;
-        const std::from_chars_result parsed = std::from_chars(*at == '+' ? at + 1 : at, end, value);
-        if (parsed.ec == std::errc::result_out_of_range)
-            value = std::numeric_limits<double>::infinity();
-        numbers.push_back(value);
-        at = parsed.ptr;
+        if (*at == '+')
+            ++at;
+        const NumberText::Number number = NumberText::leading({at, static_cast<std::size_t>(end - at)});
+        numbers.push_back(number.isInRange ? number.value : std::numeric_limits<double>::infinity());
+        at += number.length;
     }
     return numbers.size() == 2 ? QSizeF(numbers[0], numbers[1]) : QSizeF(0, 0);
 }

@@ -1,16 +1,17 @@
 #include "imaging/svg/SvgNumbers.h"
 
+#include "base/NumberText.h"
+
 #include <QList>
 #include <QString>
 #include <QtMath>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <numeric>
 #include <string>
-#include <system_error>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -18,17 +19,14 @@ namespace {
 /// The numbers in a text, without their signs.
 std::vector<double> numbers(QStringView text) {
     const std::string characters = text.toLatin1().toStdString();
-    const char* at = characters.data();
-    const char* const end = at + characters.size();
+    std::string_view rest = characters;
     std::vector<double> found;
-    while (at != end) {
-        double value = 0;
-        const std::from_chars_result parsed = std::from_chars(at, end, value);
-        if (parsed.ec == std::errc::result_out_of_range)
-            value = std::numeric_limits<double>::infinity();
-        if (parsed.ec != std::errc::invalid_argument && !std::isnan(value))
+    while (!rest.empty()) {
+        const NumberText::Number number = NumberText::leading(rest);
+        const double value = number.isInRange ? number.value : std::numeric_limits<double>::infinity();
+        if (number.length > 0 && !std::isnan(value))
             found.push_back(std::abs(value));
-        at = parsed.ptr == at ? at + 1 : parsed.ptr;
+        rest.remove_prefix(std::max<std::size_t>(number.length, 1));
     }
     return found;
 }
