@@ -114,13 +114,8 @@ class AbandonedSearch {
 int syncFolder(const FileDescriptor& folder) {
     if (!folder.isOpen())
         return 0;
-    while (fsync(folder.number()) != 0) {
-        if (errno == EINVAL || errno == ENOTSUP || errno == EBADF)
-            return 0;
-        if (errno != EINTR)
-            return errno;
-    }
-    return 0;
+    const int failure = folder.sync();
+    return failure == EINVAL || failure == ENOTSUP || failure == EBADF ? 0 : failure;
 }
 
 /// Puts a new file in the target's place. 0 or the errno of a failure.

@@ -29,6 +29,9 @@ class FileDescriptor {
         return number >= 0 && ::close(number) != 0 ? errno : 0;
     }
 
+    /// Waits until the disk has what was written. The errno of a failure, or 0.
+    int sync() const;
+
   private:
     int m_number = -1;
 };

@@ -106,11 +106,7 @@ int TemporaryFile::write(const QByteArray& bytes) {
 }
 
 int TemporaryFile::sync() {
-    while (fsync(m_file.number()) != 0) {
-        if (errno != EINTR)
-            return errno;
-    }
-    return 0;
+    return m_file.sync();
 }
 
 int TemporaryFile::close() {
