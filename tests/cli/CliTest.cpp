@@ -117,7 +117,7 @@ std::vector<std::string> CliTest::found() const {
         names << QString::fromStdString(name);
         arguments << out() + u'/' + names.last();
     }
-    const ProcessResult identified = runProcess(u"/usr/bin/identify"_s, arguments);
+    const ProcessResult identified = runProcess(u"identify"_s, arguments);
     EXPECT_EQ(identified.exitStatus, 0) << identified.errors.toStdString();
     const QList<QByteArray> sizes = identified.output.trimmed().split('\n');
     EXPECT_EQ(sizes.size(), names.size());

@@ -145,7 +145,7 @@ TEST_F(CustomIconCommands, an_icon_survives_the_archives_that_are_told_of) {
     const qsizetype end = text.indexOf(u"```"_s, start);
     ASSERT_GT(end, start);
     const QString recipe = text.sliced(start, end - start).replace(u"My App"_s, u"folder"_s);
-    const ProcessResult packed = runProcess(u"/bin/bash"_s, {u"-ec"_s, recipe}, path({}));
+    const ProcessResult packed = runProcess(u"bash"_s, {u"-ec"_s, recipe}, path({}));
     ASSERT_EQ(packed.exitStatus, 0) << packed.errors.toStdString();
 
     const QStringList listed =
@@ -161,7 +161,7 @@ TEST_F(CustomIconCommands, an_icon_survives_the_archives_that_are_told_of) {
     EXPECT_EQ(
         runProcess(u"tar"_s, {u"-C"_s, path(u"from tar"_s), u"-xzf"_s, path(u"app.tar.gz"_s)}).exitStatus, 0);
     ASSERT_TRUE(QDir(path({})).mkpath(u"from zip"_s));
-    EXPECT_EQ(runProcess(u"/usr/bin/python3"_s,
+    EXPECT_EQ(runProcess(QStringLiteral(PYTHON3),
                          {u"-m"_s, u"zipfile"_s, u"-e"_s, path(u"app.zip"_s), path(u"from zip"_s)})
                   .exitStatus,
               0);

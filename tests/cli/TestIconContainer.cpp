@@ -71,7 +71,7 @@ TEST_P(IconContainer, is_read_by_icns2png_with_the_same_pixels) {
     const QString extracted = path(u"extracted"_s);
     ASSERT_TRUE(QDir().mkdir(extracted));
     const ProcessResult result =
-        runProcess(u"/usr/bin/icns2png"_s, {u"-x"_s, u"-o"_s, extracted, mac + u"/Application.icns"_s});
+        runProcess(u"icns2png"_s, {u"-x"_s, u"-o"_s, extracted, mac + u"/Application.icns"_s});
     EXPECT_EQ(result.exitStatus, 0) << result.errors.toStdString();
     EXPECT_THAT(tree(extracted),
                 testing::UnorderedElementsAre("Application_1024x1024x32.png", "Application_512x512x32.png",

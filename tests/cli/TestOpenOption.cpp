@@ -19,7 +19,7 @@ class OpenOption : public CliTest {
 
     ProcessResult generateHere(const QStringList& more) const {
         const QString folders = u"PATH="_s + path(u"bin"_s) + u':' + qEnvironmentVariable("PATH");
-        return runProcess(u"/usr/bin/env"_s,
+        return runProcess(u"env"_s,
                           QStringList{folders, QStringLiteral(TOBRIMAX_CLI), u"generate"_s, sample(u"svg"_s),
                                       u"--platform"_s, u"universal"_s} +
                               more,
@@ -61,8 +61,8 @@ TEST_F(OpenOption, nothing_is_opened_where_the_usage_is_wrong) {
 
 TEST_F(OpenOption, a_file_browser_that_is_missing_is_a_warning) {
     const ProcessResult result = runProcess(
-        u"/usr/bin/env"_s, {u"PATH="_s + path(u"none"_s), QStringLiteral(TOBRIMAX_CLI), u"generate"_s,
-                            sample(u"svg"_s), u"--platform"_s, u"iphone"_s, u"--out"_s, out(), u"--open"_s});
+        u"env"_s, {u"PATH="_s + path(u"none"_s), QStringLiteral(TOBRIMAX_CLI), u"generate"_s,
+                   sample(u"svg"_s), u"--platform"_s, u"iphone"_s, u"--out"_s, out(), u"--open"_s});
     EXPECT_EQ(result.exitStatus, 0);
     EXPECT_EQ(result.errorLines().size(), 1);
     EXPECT_TRUE(result.errors.startsWith("tobrimax-cli: warning: ")) << result.errors.toStdString();

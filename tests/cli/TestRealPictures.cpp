@@ -37,9 +37,9 @@ QImage quarters(int side, const std::array<QColor, 4>& colors) {
 
 TEST_F(RealPictures, a_PNG_of_4096_pixels) {
     const QString big = path(u"big.png"_s);
-    const ProcessResult converted = runProcess(
-        u"/usr/bin/convert"_s, {u"-size"_s, u"4096x4096"_s, u"xc:#204060"_s, u"-fill"_s, u"#e0c020"_s,
-                                u"-draw"_s, u"rectangle 1024,1024 3071,3071"_s, big});
+    const ProcessResult converted =
+        runProcess(u"convert"_s, {u"-size"_s, u"4096x4096"_s, u"xc:#204060"_s, u"-fill"_s, u"#e0c020"_s,
+                                  u"-draw"_s, u"rectangle 1024,1024 3071,3071"_s, big});
     ASSERT_EQ(converted.exitStatus, 0) << converted.errors.toStdString();
     const QImage icon = made(big);
     EXPECT_TRUE(isNear(icon.pixelColor(10, 10), QColor(0x20, 0x40, 0x60)));

@@ -155,6 +155,8 @@ TEST_F(Refusals, an_output_folder_below_a_file) {
 }
 
 TEST_F(Refusals, an_output_folder_where_none_can_be_made) {
+    if (!QFileInfo(u"/proc"_s).isDir())
+        GTEST_SKIP() << "this system has no /proc";
     expectOutRefused(u"/proc/nothing"_s, u"/proc/nothing"_s);
 }
 

@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/env python3
 """Makes the picture files in pictures/. They are part of the repository, so tests run without this script.
 
 Needs Pillow (with littlecms, libtiff, WebP and JPEG 2000) and png2icns. A file's pixels are defined twice: here, and in

@@ -66,7 +66,7 @@ class Desktop:
                 if name in os.environ}
         home = self.folder / "home"
         self.environment = kept | {
-            "PATH": f"{self.folder}/bin:/usr/local/bin:/usr/bin:/bin",
+            "PATH": f"{self.folder}/bin:{os.environ['PATH']}",
             "HOME": str(home),
             "XDG_CONFIG_HOME": str(home / ".config"),
             "XDG_DATA_HOME": str(home / ".local/share"),

@@ -40,6 +40,14 @@ qsizetype threadCount() {
         QDir(text("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
 }
 
+class GenerationThreads : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (threadCount() == 0)
+            GTEST_SKIP() << "this system does not count threads in /proc";
+    }
+};
+
 } // namespace
 
 TEST(OutputFolder, the_path_is_plain_concatenation) {
@@ -395,18 +403,17 @@ TEST(IconSetGenerator, a_second_run_writes_the_same_bytes) {
     EXPECT_FALSE(png.isEmpty());
 }
 
-TEST(IconSetGenerator, a_generation_starts_no_thread) {
+TEST_F(GenerationThreads, a_generation_starts_none) {
     GeneratorFixture fixture;
     fixture.input.picture = Pictures::loadedImage(Pictures::translucentNoise(2048, 2048, 1));
     fixture.input.style = {true, 0.3F, true, 0.1F, {0.2, 0.9, 0.4, 0.5}};
     const qsizetype before = threadCount();
-    ASSERT_GT(before, 0);
     for (const int index : {2, 3, 4, 5})
         fixture.generate(index);
     EXPECT_EQ(threadCount(), before);
 }
 
-TEST(IconSetGenerator, the_generation_of_a_drawing_with_filters_starts_no_thread) {
+TEST_F(GenerationThreads, the_generation_of_a_drawing_with_filters_starts_none) {
     const QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' width='200' height='200'>"
                            "<filter id='b'><feGaussianBlur stdDeviation='7'/></filter>"
                            "<rect x='20' y='20' width='150' height='150' filter='url(#b)'/></svg>";
@@ -437,7 +444,7 @@ TEST(IconSetGenerator, the_size_told_of_the_container_is_that_of_its_largest_pic
     EXPECT_EQ(fixture.observer.files.back().pixelSize, QSize(1024, 1024));
 }
 
-TEST(IconSetGenerator, the_thread_count_sees_a_conversion_that_starts_threads) {
+TEST_F(GenerationThreads, a_conversion_that_starts_some_is_seen) {
     const qsizetype before = threadCount();
     QImage large(2048, 2048, QImage::Format_ARGB32);
     large.fill(Qt::red);

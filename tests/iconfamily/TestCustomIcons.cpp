@@ -372,12 +372,17 @@ TEST_F(CustomIcons, a_folder_fails_at_the_first_step_that_fails_and_keeps_what_w
     EXPECT_EQ(flags(folder), 0x0400);
 }
 
-TEST_F(CustomIcons, a_folders_icon_that_cannot_be_made_is_a_failure) {
-    // What stands in its place is removed, and a folder of that name with it.
+TEST_F(CustomIcons, what_stands_in_the_place_of_a_folders_icon_is_removed) {
+    // A folder of that name with all that it holds.
     ASSERT_TRUE(QDir(folder).mkpath(iconName + QStringLiteral("/inner")));
     EXPECT_TRUE(family->setAsCustomIconForDirectory(folder));
     EXPECT_TRUE(QFileInfo(icon).isFile());
-    EXPECT_FALSE(family->setAsCustomIconForDirectory(QStringLiteral("/proc"))) << "no file can be made there";
+}
+
+TEST_F(CustomIcons, a_folder_where_no_file_can_be_made_is_a_failure) {
+    if (!QFileInfo(QStringLiteral("/proc")).isDir())
+        GTEST_SKIP() << "this system has no /proc";
+    EXPECT_FALSE(family->setAsCustomIconForDirectory(QStringLiteral("/proc")));
 }
 
 TEST_F(CustomIcons, removing_from_a_file_clears_both_flags_and_keeps_compatibility) {

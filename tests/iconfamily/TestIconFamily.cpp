@@ -6,6 +6,7 @@
 #include "tests/support/Refusals.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -391,7 +392,7 @@ TEST_F(IconFamilyFiles, what_is_stored_is_what_a_parser_of_its_own_expects) {
         ASSERT_TRUE(family->setIconFamilyElement(type.code, bitmap(type.size, type.size).get())) << type.code;
     ASSERT_TRUE(family->writeToFile(path));
     const ProcessResult checked = runProcess(
-        QStringLiteral("/usr/bin/python3"),
+        QStringLiteral(PYTHON3),
         {QStringLiteral("-B"), QStringLiteral(PROJECT_DIR "/tests/imaging/icns/check_store.py"), path});
     EXPECT_EQ(checked.output, "25 elements\n") << checked.errors.toStdString();
 }
@@ -400,7 +401,7 @@ TEST_F(IconFamilyFiles, what_is_stored_is_what_a_parser_of_its_own_expects) {
 TEST(IconFamilyHostile, any_bytes_are_kept_and_whatever_can_be_read_of_them_is_whole) {
     const QTemporaryDir folder;
     const ProcessResult made = runProcess(
-        QStringLiteral("/usr/bin/python3"),
+        QStringLiteral(PYTHON3),
         {QStringLiteral("-B"), QStringLiteral(PROJECT_DIR "/tests/imaging/icns/hostile.py"), folder.path()});
     ASSERT_EQ(made.exitStatus, 0) << made.errors.toStdString();
     QFile list(folder.filePath(QStringLiteral("expected.json")));
@@ -445,7 +446,13 @@ TEST_F(IconFamilyFiles, is_written_in_place) {
     EXPECT_EQ(after.st_ino, before.st_ino);
     EXPECT_EQ(after.st_size, 5);
     EXPECT_FALSE(family->writeToFile(folder.filePath(QStringLiteral("no/such/folder"))));
+}
+
+TEST_F(IconFamilyFiles, a_full_disk_is_a_failure) {
+    if (!QFileInfo::exists(QStringLiteral("/dev/full")))
+        GTEST_SKIP() << "this system has no /dev/full";
     // A few bytes fail when they are flushed, many at once.
+    const auto family = IconFamily::initWithData("bytes");
     EXPECT_FALSE(family->writeToFile(QStringLiteral("/dev/full")));
     EXPECT_FALSE(
         IconFamily::initWithData(QByteArray(1 << 20, 'b'))->writeToFile(QStringLiteral("/dev/full")));

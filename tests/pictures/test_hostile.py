@@ -38,7 +38,8 @@ class Run:
             process.returncode = self.status = os.waitstatus_to_exitcode(status)
             self.seconds = time.monotonic() - start
             self.processor_seconds = usage.ru_utime + usage.ru_stime
-            self.bytes = usage.ru_maxrss << 10
+            # In KiB, but for macOS.
+            self.bytes = usage.ru_maxrss << (0 if sys.platform == "darwin" else 10)
             errors.seek(0)
             self.errors = errors.read().decode()
 

@@ -31,6 +31,5 @@ ProcessResult runCli(const QStringList& arguments, const QString& workingFolder)
 }
 
 ProcessResult runPython(const QString& script, const QStringList& arguments) {
-    return runProcess(QStringLiteral("/usr/bin/python3"),
-                      QStringList{QStringLiteral("-c"), script} + arguments);
+    return runProcess(QStringLiteral(PYTHON3), QStringList{QStringLiteral("-c"), script} + arguments);
 }

@@ -15,12 +15,12 @@ struct ProcessResult {
     QStringList errorLines() const;
 };
 
-/// Runs a program to its end, in `workingFolder` if one is given.
+/// Runs a program, which is looked for on PATH, to its end, in `workingFolder` if one is given.
 ProcessResult runProcess(const QString& program, const QStringList& arguments,
                          const QString& workingFolder = {});
 
 /// Runs tobrimax-cli.
 ProcessResult runCli(const QStringList& arguments, const QString& workingFolder = {});
 
-/// Runs a script with the system's own Python, which has Pillow.
+/// Runs a script of the Python that has Pillow.
 ProcessResult runPython(const QString& script, const QStringList& arguments);
