@@ -1,8 +1,8 @@
 #pragma once
 
-// Calls vector code for the best instruction set that it was compiled for and that the processor has: by
-// Highway's own tables of functions, but without its library, which measures the clock's resolution for 3 ms
-// wherever it is loaded.
+// Calls vector code for the best instruction set that the code is compiled for and the processor has.
+// Highway's tables of functions are used. Its library is not: it measures the clock's resolution when it is
+// loaded, which takes 4 ms.
 
 #include "imaging/simd/VectorTargets.h"
 
@@ -10,11 +10,24 @@
 #include <hwy/targets.h>
 
 #include <cstdint>
+#include <string_view>
 
 namespace VectorDispatch {
 
-/// The instruction sets that the processor and the system have: Highway's bits. Those of which the compiler
-/// knows only one variant may be missing.
+/// An instruction set that code is compiled for.
+struct InstructionSet {
+    std::int64_t target; ///< Highway's bit
+    /// The processor's features that the compiler may use, as Highway tells it: names with commas between
+    /// them. Empty where it uses what every processor has.
+    std::string_view features;
+};
+
+/// Whether the processor and the system have all of these features. A feature that is not known here counts
+/// as missing. So a newer Highway that asks more of the processor gets a lesser instruction set.
+bool hasFeatures(std::string_view features);
+
+/// The instruction sets that code is compiled for and that the processor and the system have: Highway's bits.
+/// The fallback's bits are always set.
 std::int64_t supported();
 
 /// The one in use: at first the best one, others for tests.

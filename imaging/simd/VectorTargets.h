@@ -9,5 +9,9 @@
 #define HWY_COMPILE_ONLY_SCALAR
 #else
 // Vectors whose length is known only when the program runs can be no members, and narrow in another order.
-#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
+// The instruction sets of AVX-512 beyond HWY_AVX3, whose bits are below it, have nothing that is used here.
+#define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV | (HWY_AVX3 - 1))
 #endif
+
+// No half floats are used here, and clang 14 can't be asked whether the processor has them.
+#define HWY_DISABLE_F16C

@@ -60,3 +60,24 @@ TEST(VectorTargets, every_instruction_set_gives_the_same_bytes) {
     EXPECT_GE(count, 1);
     RecordProperty("instruction sets", count);
 }
+
+TEST(VectorTargets, a_feature_that_is_not_known_is_missing) {
+    EXPECT_TRUE(VectorDispatch::hasFeatures(""));
+    EXPECT_FALSE(VectorDispatch::hasFeatures("avx4096"));
+#if HWY_ARCH_X86_64
+    EXPECT_TRUE(VectorDispatch::hasFeatures("sse2"));
+    EXPECT_FALSE(VectorDispatch::hasFeatures("sse2,avx4096"));
+    EXPECT_FALSE(VectorDispatch::hasFeatures("avx4096,sse2"));
+#endif
+}
+
+// A newer Highway that fails here takes features that VectorDispatch does not know: they are to be added
+// there.
+TEST(VectorTargets, the_instruction_sets_are_those_that_Highways_own_library_finds) {
+    const std::int64_t found = VectorDispatch::supported() & HWY_TARGETS;
+    const std::int64_t expected = (hwy::SupportedTargets() | HWY_STATIC_TARGET) & HWY_TARGETS;
+    EXPECT_EQ(found & ~expected, 0);
+#if HWY_ARCH_X86
+    EXPECT_EQ(found, expected);
+#endif
+}
