@@ -1,6 +1,5 @@
 #include "files/AtomicFile.h"
 
-#include "files/FileTime.h"
 #include "files/TemporaryFile.h"
 
 #include <QFile>
@@ -8,9 +7,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <chrono>
 #include <cstdlib>
-#include <mutex>
+#include <set>
 #include <system_error>
 
 namespace {
@@ -63,52 +61,13 @@ Result<Target> targetOf(const QByteArray& path) {
     return target;
 }
 
-/// Removes what killed processes left in a folder. Not at each of many writes into one folder, which may hold
-/// very many files: it is looked through again after a second, or when somebody else has changed it.
-class AbandonedSearch {
-  public:
-    void beforeWrite(const FileDescriptor& folder) {
-        struct stat status = {};
-        if (fstat(folder.number(), &status) != 0)
-            return;
-        const std::scoped_lock lock(m_mutex);
-        const Clock::time_point now = Clock::now();
-        if (isLast(status) && isSame(m_changed, modificationTime(status)) &&
-            now - *m_time < std::chrono::seconds(1))
-            return;
+/// Removes what killed processes left in a folder. A folder may hold very many files and get many more: it is
+/// looked through before the first write, and not again in this run.
+void removeAbandonedOnce(const FileDescriptor& folder, const QByteArray& name) {
+    static std::set<QByteArray> searched;
+    if (searched.insert(name).second)
         TemporaryFile::removeAbandoned(folder);
-        m_device = status.st_dev;
-        m_number = status.st_ino;
-        m_changed = modificationTime(status);
-        m_time = now;
-    }
-
-    /// The change of the folder was the write's own.
-    void afterWrite(const FileDescriptor& folder) {
-        struct stat status = {};
-        if (fstat(folder.number(), &status) != 0)
-            return;
-        const std::scoped_lock lock(m_mutex);
-        if (isLast(status))
-            m_changed = modificationTime(status);
-    }
-
-  private:
-    using Clock = std::chrono::steady_clock;
-
-    bool isLast(const struct stat& status) const {
-        return m_time && m_device == status.st_dev && m_number == status.st_ino;
-    }
-    static bool isSame(const timespec& a, const timespec& b) {
-        return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
-    }
-
-    std::mutex m_mutex;
-    std::optional<Clock::time_point> m_time; ///< when the last folder was looked through
-    dev_t m_device = 0;
-    ino_t m_number = 0;
-    timespec m_changed{};
-};
+}
 
 /// Makes renames in a folder last. 0 or the errno of a failure; not every file system can, which is none.
 int syncFolder(const FileDescriptor& folder) {
@@ -162,11 +121,8 @@ Result<Done> AtomicFile::write(const QString& path, const QByteArray& bytes, con
         open(folderName.isEmpty() ? "." : folderName.constData(), searchOnly | O_DIRECTORY | O_CLOEXEC));
     if (!folder.isOpen())
         return writeError(errno);
-    static AbandonedSearch search;
-    search.beforeWrite(folder);
-    const int failure = replace(folder, *target, bytes, options);
-    search.afterWrite(folder);
-    if (failure != 0)
+    removeAbandonedOnce(folder, folderName);
+    if (const int failure = replace(folder, *target, bytes, options); failure != 0)
         return writeError(failure);
     return Done{};
 }

@@ -22,8 +22,9 @@ struct Options {
 
 /// Writes `bytes` to a temporary in the folder of `path` and moves it into place, replacing any file of that
 /// name. The folder must exist. Every step is checked; after a failure no temporary stays, and what was there
-/// is untouched, but where the folder itself could not be synced: then the new file is in place. Temporaries
-/// in that folder that a killed process left are removed.
+/// is untouched, but where the folder itself could not be synced: then the new file is in place. The first
+/// write into a folder removes the temporaries that killed processes left there. Not for several threads at
+/// once.
 ///
 /// A link to a file is followed, one that leads nowhere is replaced. Of a file with more than one name this
 /// one gets the new bytes, the others keep the old ones. Devices, FIFOs, sockets and folders are refused. An

@@ -189,13 +189,19 @@ TEST(AtomicFile, a_name_that_ends_in_a_slash_is_no_file) {
 
 TEST(AtomicFile, what_a_killed_process_left_is_removed) {
     const QTemporaryDir folder;
-    // So that the folder is not the one that was written to last, should it have the number of that one.
-    const QTemporaryDir other;
-    ASSERT_TRUE(AtomicFile::write(other.filePath(QStringLiteral("b.png")), "x"));
     temporaryOfAnother(folder, QStringLiteral(".tobrimax-1-0"), false).close();
     temporaryOfAnother(folder, QStringLiteral(".tobrimax-4194304-4294967295"), false).close();
     ASSERT_TRUE(AtomicFile::write(folder.filePath(QStringLiteral("a.png")), "x"));
     EXPECT_EQ(everythingIn(folder.path()), QStringList(QStringLiteral("a.png")));
+}
+
+TEST(AtomicFile, a_folder_is_looked_through_for_what_was_left_only_once) {
+    const QTemporaryDir folder;
+    ASSERT_TRUE(AtomicFile::write(folder.filePath(QStringLiteral("a.png")), "x"));
+    const QString name = QStringLiteral(".tobrimax-1-0");
+    temporaryOfAnother(folder, name, false).close();
+    ASSERT_TRUE(AtomicFile::write(folder.filePath(QStringLiteral("a.png")), "y"));
+    EXPECT_EQ(everythingIn(folder.path()), QStringList({name, QStringLiteral("a.png")}));
 }
 
 TEST(AtomicFile, what_another_process_is_writing_stays) {
