@@ -14,9 +14,12 @@ enum class ErrorCode {
     UnknownFormat, ///< the bytes are of no format that is known here
     Unsupported,   ///< a known format in a variant that is not read or written here
     Damaged,       ///< truncated or otherwise broken data
-    TooLarge,      ///< more pixels than the limit
+    TooLarge,      ///< more pixels or bytes than the limit
+    TakesTooLong,  ///< more time than the limit
     Malformed,     ///< well-formed data of the wrong shape
     EmptySize,     ///< a size without a single pixel
+    OutOfMemory,   ///< want of memory
+    DiskFull,      ///< no room on the disk, or no more of it for this user
 };
 
 /// A failure: a code for programs and a sentence for people (no full stop, no file name unless it is part
@@ -25,6 +28,11 @@ struct Error {
     ErrorCode code;
     QString sentence;
 };
+
+/// The same error, told of `subject`: a file, or what else it happened to.
+inline Error about(const QString& subject, const Error& error) {
+    return {error.code, QStringLiteral("%1: %2").arg(subject, error.sentence)};
+}
 
 /// A value, or the Error that stands in its place. Check with `if (result)` before taking either.
 template <typename T>
@@ -42,6 +50,9 @@ class [[nodiscard]] Result {
     T* operator->() { return std::get_if<0>(&m_state); }
     const T* operator->() const { return std::get_if<0>(&m_state); }
     const Error& error() const { return *std::get_if<1>(&m_state); }
+
+    /// The value, or `otherwise` without one: for an operation whose own contract answers that.
+    T valueOr(T otherwise) && { return *this ? std::move(**this) : std::move(otherwise); }
 
   private:
     std::variant<T, Error> m_state;

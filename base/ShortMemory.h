@@ -2,28 +2,50 @@
 
 #include "base/Result.h"
 
+#include <cerrno>
 #include <new>
 #include <type_traits>
 
-/// What `operation` returns; `otherwise` where memory is short in it.
+/// Want of memory, where nothing more is known. Takes no memory itself.
+inline Error outOfMemory() {
+    return {ErrorCode::OutOfMemory, QStringLiteral("not enough memory")};
+}
+
+/// The Result that stands for a T: itself for a Result, Result<Done> for nothing.
+template <typename T>
+struct AsResult {
+    using Type = Result<T>;
+};
+template <typename T>
+struct AsResult<Result<T>> {
+    using Type = Result<T>;
+};
+template <>
+struct AsResult<void> {
+    using Type = Result<Done>;
+};
+
+/// What `operation` returns, as a Result; OutOfMemory where it throws std::bad_alloc.
 template <typename Operation>
-auto unlessMemoryIsShort(Operation operation, decltype(operation()) otherwise) -> decltype(operation()) {
+auto unlessMemoryIsShort(Operation operation) -> typename AsResult<std::invoke_result_t<Operation&>>::Type {
     try {
-        return operation();
+        if constexpr (std::is_void_v<std::invoke_result_t<Operation&>>) {
+            operation();
+            return Done{};
+        } else {
+            return operation();
+        }
     } catch (const std::bad_alloc&) {
-        return otherwise;
+        return outOfMemory();
     }
 }
 
-/// The same; without another wish a Result tells of it, and everything else is what it is by default: null,
-/// false, empty, without a value.
-template <typename Operation>
-auto unlessMemoryIsShort(Operation operation) -> decltype(operation()) {
-    using Value = decltype(operation());
-    static_assert(!std::is_enum_v<Value>, "whose first value may mean success");
-    if constexpr (std::is_constructible_v<Value, Error>)
-        return unlessMemoryIsShort(operation,
-                                   Error{ErrorCode::TooLarge, QStringLiteral("not enough memory")});
-    else
-        return unlessMemoryIsShort(operation, Value{});
-}
+/// Watches whether the C library refuses memory, which it leaves in errno. For libraries that fail without
+/// telling that this is why.
+class RefusedMemory {
+  public:
+    RefusedMemory() { errno = 0; }
+
+    /// Whether the last failure of a call since this was made was want of memory.
+    bool wasSeen() const { return errno == ENOMEM; } // NOLINT(readability-convert-member-functions-to-static)
+};

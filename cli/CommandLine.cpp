@@ -74,14 +74,20 @@ std::optional<UsageError> unknownWord(const CLI::App& app, const std::vector<Com
     return std::nullopt;
 }
 
-/// The parser's complaint in words of our own, where it has none for people.
-UsageError reworded(const CLI::ParseError& error) {
+/// The parser's complaint. In words of our own where an option has too many values or none: such a complaint
+/// begins with the option's name.
+UsageError reworded(const CLI::App& app, const CLI::ParseError& error) {
     const std::string text = error.what();
-    const std::string option = text.substr(0, text.find(':'));
-    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr)
+    if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::ArgumentMismatch))
         return {text};
-    return {option +
-            (text.find("At Most 1") != std::string::npos ? " is given more than once" : " needs a value")};
+    const std::string name = text.substr(0, text.find(':'));
+    for (const CLI::App* command : namedCommands(app)) {
+        if (const CLI::Option* option = command->get_option_no_throw(name)) {
+            const auto most = static_cast<std::size_t>(option->get_items_expected_max());
+            return {name + (option->count() > most ? " is given more than once" : " needs a value")};
+        }
+    }
+    return {text};
 }
 
 /// "generate, icns or export".
@@ -134,7 +140,7 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
         app.exit(request, text, text);
         return {nullptr, text.str(), {}};
     } catch (const CLI::ParseError& error) {
-        return complaint(app, unknownWord(app, commands).value_or(reworded(error)));
+        return complaint(app, unknownWord(app, commands).value_or(reworded(app, error)));
     }
     if (const std::optional<UsageError> unknown = unknownWord(app, commands))
         return complaint(app, *unknown);

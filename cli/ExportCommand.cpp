@@ -11,14 +11,14 @@
 namespace {
 
 /// The picture stretched to the size that was asked for, or as it is.
-QImage rasterOf(const LoadedPicture& picture, const std::optional<QSize>& size) {
+Result<QImage> rasterOf(const LoadedPicture& picture, const std::optional<QSize>& size) {
     if (!size && !picture.isDrawing)
         return picture.image.largestRaster();
     const QSizeF own(std::ceil(picture.image.size().width()), std::ceil(picture.image.size().height()));
-    const QSizeF pixels = size ? QSizeF(*size) : own;
-    GraphicsContext context(pixels, 1);
-    context.drawImage(picture.image, QRectF(QPointF(0, 0), pixels));
-    return context.image().largestRaster();
+    Result<QImage> raster = drawnRaster(picture.image, size ? QSizeF(*size) : own);
+    if (!raster && raster.error().code == ErrorCode::TooLarge)
+        return Error{ErrorCode::TooLarge, QStringLiteral("it can't be drawn in that size")};
+    return raster;
 }
 
 } // namespace
@@ -32,11 +32,10 @@ int runExport(const ExportOptions& options) {
         return InputFile::fail(options.picture, picture.error());
     for (const QString& warning : picture->warnings)
         Terminal::warning(warning);
-    const QImage raster = rasterOf(*picture, options.size);
-    if (raster.isNull())
-        return InputFile::fail(options.picture,
-                               {ErrorCode::TooLarge, QStringLiteral("it can't be drawn in that size")});
-    const Result<Done> written = ImageExport::saveImageInSelectedFormat(options.format, options.out, raster);
+    const Result<QImage> raster = rasterOf(*picture, options.size);
+    if (!raster)
+        return InputFile::fail(options.picture, raster.error());
+    const Result<Done> written = ImageExport::saveImageInSelectedFormat(options.format, options.out, *raster);
     if (!written) {
         Terminal::error(QStringLiteral("%1: %2").arg(options.out, written.error().sentence));
         return 1;

@@ -1,11 +1,11 @@
 #include "cli/GenerateCommand.h"
 
 #include "base/StageTimes.h"
+#include "base/SystemError.h"
 #include "cli/CatalogueBundle.h"
 #include "cli/GenerateReport.h"
 #include "cli/PictureWarnings.h"
 #include "cli/UnscaledScreen.h"
-#include "files/AtomicFile.h"
 #include "files/Folder.h"
 #include "generation/GenerationPlan.h"
 #include "generation/IconSetGenerator.h"
@@ -57,9 +57,9 @@ std::optional<QString> outputFolderError(const QString& out) {
     while (!QFileInfo::exists(nearest) && !QFileInfo(nearest).isSymLink() && nearest != QLatin1String("/"))
         nearest = QFileInfo(nearest).absolutePath();
     if (!QFileInfo(nearest).isDir())
-        return AtomicFile::systemSentence(ENOTDIR);
+        return systemSentence(ENOTDIR);
     if (access(QFile::encodeName(nearest).constData(), W_OK | X_OK) != 0)
-        return AtomicFile::systemSentence(errno);
+        return systemSentence(errno);
     return std::nullopt;
 }
 

@@ -26,11 +26,14 @@ Result<Extracted> extracted(const IcnsReader& reader, const IcnsElement& element
     const IcnsPictureInfo info = icnsPictureInfo(*icnsElementType(element.type), element.data);
     if (info.encoding == IcnsEncoding::Png)
         return Extracted{element.data.toByteArray(), picture->raster.size()};
+    // A file of another kind holds none.
     const Result<QImage> samples = reader.samples(element);
-    Extracted result{encodePng(samples ? *samples : picture->raster), picture->raster.size()};
-    if (result.png.isEmpty())
-        return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory")};
-    return result;
+    if (!samples && samples.error().code == ErrorCode::OutOfMemory)
+        return samples.error();
+    Result<QByteArray> png = encodePng(samples ? *samples : picture->raster);
+    if (!png)
+        return png.error();
+    return Extracted{std::move(*png), picture->raster.size()};
 }
 
 } // namespace
@@ -39,8 +42,10 @@ int runIcnsExtract(const IcnsExtractOptions& options) {
     const std::optional<InputFile::IcnsFile> file = InputFile::openIcns(options.file);
     if (!file)
         return 1;
-    const std::vector<IcnsElement> elements = file->reader.pictureElements();
-    if (elements.empty())
+    const Result<std::vector<IcnsElement>> elements = file->reader.pictureElements();
+    if (!elements)
+        return InputFile::fail(options.file, elements.error());
+    if (elements->empty())
         return InputFile::fail(
             options.file, {ErrorCode::Unsupported, QStringLiteral("it has no picture that is known here")});
     if (const Result<Done> made = Folder::create(options.out); !made) {
@@ -48,7 +53,7 @@ int runIcnsExtract(const IcnsExtractOptions& options) {
         return 1;
     }
     int status = 0;
-    for (const IcnsElement& element : elements) {
+    for (const IcnsElement& element : *elements) {
         const Result<Extracted> picture = extracted(file->reader, element);
         if (!picture) {
             status = InputFile::fail(options.file, picture.error());

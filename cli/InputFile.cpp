@@ -15,12 +15,12 @@ int InputFile::fail(const std::string& path, const Error& error) {
 std::optional<QByteArray> InputFile::readIcns(const std::string& path) {
     // The length in an icns file's header has 32 bits.
     constexpr qint64 largest = std::numeric_limits<quint32>::max();
-    const auto refuses = [](const QByteArray& start) -> std::optional<Error> {
+    const auto check = [](const QByteArray& start) -> Result<Done> {
         if (IcnsReader::lengthOf(start))
-            return std::nullopt;
+            return Done{};
         return Error{ErrorCode::UnknownFormat, QStringLiteral("not an icns file")};
     };
-    Result<QByteArray> bytes = RegularFile::read(path, largest, refuses);
+    Result<QByteArray> bytes = RegularFile::read(path, largest, check);
     if (bytes)
         return std::move(*bytes);
     fail(path, bytes.error());

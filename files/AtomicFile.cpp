@@ -1,5 +1,7 @@
 #include "files/AtomicFile.h"
 
+#include "base/ShortMemory.h"
+#include "base/SystemError.h"
 #include "files/TemporaryFile.h"
 
 #include <QFile>
@@ -9,7 +11,6 @@
 
 #include <cstdlib>
 #include <set>
-#include <system_error>
 
 namespace {
 
@@ -25,7 +26,7 @@ constexpr int searchOnly = O_RDONLY;
 constexpr mode_t permissions = 0777;
 
 Error writeError(int error) {
-    return {ErrorCode::NotWritable, AtomicFile::systemSentence(error)};
+    return systemError(error, ErrorCode::NotWritable);
 }
 
 /// The file that is to be written: what it is called, and what is there.
@@ -106,23 +107,21 @@ int replace(const FileDescriptor& folder, const Target& target, const QByteArray
 
 } // namespace
 
-QString AtomicFile::systemSentence(int error) {
-    return QString::fromStdString(std::generic_category().message(error));
-}
-
 Result<Done> AtomicFile::write(const QString& path, const QByteArray& bytes, const Options& options) {
-    if (path.isEmpty() || path.contains(QChar::Null))
-        return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
-    const Result<Target> target = targetOf(QFile::encodeName(path));
-    if (!target)
-        return target.error();
-    const QByteArray folderName = target->folder();
-    const FileDescriptor folder(
-        open(folderName.isEmpty() ? "." : folderName.constData(), searchOnly | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.isOpen())
-        return writeError(errno);
-    removeAbandonedOnce(folder, folderName);
-    if (const int failure = replace(folder, *target, bytes, options); failure != 0)
-        return writeError(failure);
-    return Done{};
+    return unlessMemoryIsShort([&]() -> Result<Done> {
+        if (path.isEmpty() || path.contains(QChar::Null))
+            return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
+        const Result<Target> target = targetOf(QFile::encodeName(path));
+        if (!target)
+            return target.error();
+        const QByteArray folderName = target->folder();
+        const FileDescriptor folder(
+            open(folderName.isEmpty() ? "." : folderName.constData(), searchOnly | O_DIRECTORY | O_CLOEXEC));
+        if (!folder.isOpen())
+            return writeError(errno);
+        removeAbandonedOnce(folder, folderName);
+        if (const int failure = replace(folder, *target, bytes, options); failure != 0)
+            return writeError(failure);
+        return Done{};
+    });
 }

@@ -31,7 +31,4 @@ struct Options {
 /// older file's permissions are kept, whether or not they allow writing to it.
 Result<Done> write(const QString& path, const QByteArray& bytes, const Options& options = {});
 
-/// The cause of `error` (an errno value) as the system words it, "No space left on device" for example.
-QString systemSentence(int error);
-
 } // namespace AtomicFile

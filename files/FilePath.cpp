@@ -32,7 +32,7 @@ QString fileUrlText(const QString& path) {
     return QUrl::fromLocalFile(absolute).toString(QUrl::FullyEncoded);
 }
 
-std::optional<QString> replacingPercentEscapes(const QString& path) {
+Result<QString> replacingPercentEscapes(const QString& path) {
     const QByteArray escaped = path.toUtf8();
     QByteArray bytes;
     bytes.reserve(escaped.size());
@@ -48,12 +48,13 @@ std::optional<QString> replacingPercentEscapes(const QString& path) {
         }
         bytes.append(escaped[i]);
     }
+    const Error notAPath{ErrorCode::NotAPath, QStringLiteral("the unescaped path is not a path")};
     if (bytes.contains('\0'))
-        return std::nullopt;
+        return notAPath;
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = decoder.decode(bytes);
     if (decoder.hasError())
-        return std::nullopt;
+        return notAPath;
     return text;
 }
 

@@ -1,6 +1,7 @@
 #include "files/Folder.h"
 
-#include "files/AtomicFile.h"
+#include "base/ShortMemory.h"
+#include "base/SystemError.h"
 
 #include <QFile>
 
@@ -15,9 +16,7 @@ bool isFolder(const QByteArray& path) {
     return stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-} // namespace
-
-Result<Done> Folder::create(const QString& path) {
+Result<Done> created(const QString& path) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
     const QByteArray name = QFile::encodeName(path);
@@ -31,12 +30,15 @@ Result<Done> Folder::create(const QString& path) {
         if (mkdir(part.constData(), everybody) == 0)
             continue;
         const int error = errno;
-        if (!isFolder(part)) {
-            const int cause = error == EEXIST ? ENOTDIR : error;
-            return Error{
-                ErrorCode::NotWritable,
-                QStringLiteral("%1: %2").arg(QFile::decodeName(part), AtomicFile::systemSentence(cause))};
-        }
+        if (!isFolder(part))
+            return about(QFile::decodeName(part),
+                         systemError(error == EEXIST ? ENOTDIR : error, ErrorCode::NotWritable));
     }
     return Done{};
+}
+
+} // namespace
+
+Result<Done> Folder::create(const QString& path) {
+    return unlessMemoryIsShort([&] { return created(path); });
 }

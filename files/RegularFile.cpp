@@ -1,6 +1,7 @@
 #include "files/RegularFile.h"
 
-#include "files/AtomicFile.h"
+#include "base/ShortMemory.h"
+#include "base/SystemError.h"
 #include "files/FileDescriptor.h"
 
 #include <fcntl.h>
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <optional>
 
 namespace {
 
@@ -22,8 +22,7 @@ Error failure(int error) {
     // A socket, or a device that is not there.
     if (error == ENXIO || error == ENODEV)
         return notRegular();
-    return {error == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable,
-            AtomicFile::systemSentence(error)};
+    return systemError(error, error == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable);
 }
 
 /// Asks for large pages where much is about to be filled: else most of the time goes into having small ones.
@@ -38,31 +37,27 @@ void preferLargePages([[maybe_unused]] QByteArray& buffer) {
 #endif
 }
 
-/// Reads on until `buffer` has `length` bytes or the file ends. The errno of a failure, 0 without one.
-int readUpTo(int descriptor, QByteArray& buffer, qsizetype length) {
+/// Reads on until `buffer` has `length` bytes or the file ends.
+Result<Done> readUpTo(int descriptor, QByteArray& buffer, qsizetype length) {
     qsizetype at = buffer.size();
     buffer.resize(length);
     preferLargePages(buffer);
-    int error = 0;
     while (at < length) {
         const ssize_t n = read(descriptor, buffer.data() + at, static_cast<std::size_t>(length - at));
         if (n < 0 && errno == EINTR)
             continue;
         if (n < 0)
-            error = errno;
-        if (n <= 0)
+            return failure(errno);
+        if (n == 0)
             break;
         at += n;
     }
     buffer.truncate(at);
-    return error;
+    return Done{};
 }
 
-} // namespace
-
-Result<QByteArray>
-RegularFile::read(const std::string& path, qint64 maximumBytes,
-                  const std::function<std::optional<Error>(const QByteArray& start)>& refuses) {
+Result<QByteArray> contents(const std::string& path, qint64 maximumBytes,
+                            const std::function<Result<Done>(const QByteArray& start)>& check) {
     // Without waiting for a writer, should it be a FIFO.
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     if (!file.isOpen())
@@ -76,18 +71,25 @@ RegularFile::read(const std::string& path, qint64 maximumBytes,
         return notRegular();
     QByteArray bytes;
     constexpr qsizetype start = 64 << 10;
-    if (const int error = readUpTo(file.number(), bytes, std::min<qsizetype>(start, status.st_size));
-        error != 0)
-        return failure(error);
-    if (refuses) {
-        if (const std::optional<Error> refused = refuses(bytes))
-            return *refused;
+    if (const Result<Done> done = readUpTo(file.number(), bytes, std::min<qsizetype>(start, status.st_size));
+        !done)
+        return done.error();
+    if (check) {
+        if (const Result<Done> allowed = check(bytes); !allowed)
+            return allowed.error();
     }
     if (status.st_size > maximumBytes)
         return Error{ErrorCode::TooLarge,
                      QStringLiteral("the file is larger than %1 MiB").arg(maximumBytes >> 20)};
     // A file that shrinks meanwhile simply ends earlier.
-    if (const int error = readUpTo(file.number(), bytes, status.st_size); error != 0)
-        return failure(error);
+    if (const Result<Done> done = readUpTo(file.number(), bytes, status.st_size); !done)
+        return done.error();
     return bytes;
+}
+
+} // namespace
+
+Result<QByteArray> RegularFile::read(const std::string& path, qint64 maximumBytes,
+                                     const std::function<Result<Done>(const QByteArray& start)>& check) {
+    return unlessMemoryIsShort([&] { return contents(path, maximumBytes, check); });
 }

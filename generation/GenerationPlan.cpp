@@ -36,14 +36,14 @@ void GenerationPlan::addIcons(const IconSizeCatalogue& catalogue, Platform platf
     const QString idiom = Platforms::idiom(platform);
     const QString folder = Platforms::folder(idiom);
     for (const PlannedIcon& icon : icons(catalogue.dictionary(platform), catalogue.keys(platform), scale)) {
-        const std::optional<QString> path = OutputFolder::pngIn(folder, icon.name);
+        const Result<QString> path = OutputFolder::pngIn(folder, icon.name);
         PlannedFile file;
         file.idiom = idiom;
         file.name = icon.name;
         file.renders = {icon.render};
         file.path = path ? *path : OutputFolder::shownPngPath(folder, icon.name);
-        file.hasPath = path.has_value();
-        file.pixelSize = GraphicsContext::pixelSize(icon.render.points, scale);
+        file.hasPath = path.operator bool();
+        file.pixelSize = GraphicsContext::pixelSize(icon.render.points, scale).valueOr({});
         file.isFolderMade =
             !icon.name.contains(u'/') || deletingLastPathComponent(QDir::cleanPath(file.path)) == folder;
         m_files.push_back(std::move(file));

@@ -19,9 +19,9 @@ std::vector<QSizeF> IconContainer::renders() {
 QSize IconContainer::largestSize(int scale) {
     QSize largest;
     for (const QSizeF& size : renders()) {
-        const QSize pixels = GraphicsContext::pixelSize(size, scale);
-        if (IcnsWriter::hasElement(pixels))
-            largest = largest.expandedTo(pixels);
+        const Result<QSize> pixels = GraphicsContext::pixelSize(size, scale);
+        if (pixels && IcnsWriter::hasElement(*pixels))
+            largest = largest.expandedTo(*pixels);
     }
     return largest;
 }
@@ -30,17 +30,24 @@ Result<IconContainer::Written> IconContainer::write(const Image& image, const Ic
                                                     const QString& path) {
     std::vector<QImage> rasters;
     for (const QSizeF& size : renders()) {
-        const Image render = renderer.drawImage(image, size);
-        rasters.push_back(IconRenderer::getCgiImageRef(&render));
+        const Result<Image> render = renderer.rendered(image, size);
+        if (!render)
+            return render.error();
+        Result<QImage> raster = IconRenderer::throughTiff(*render);
+        if (!raster)
+            return IconRenderer::ofIcon(raster.error(), size);
+        rasters.push_back(std::move(*raster));
     }
     // They are rendered smallest first, and stored largest first.
     std::ranges::reverse(rasters);
-    const std::unique_ptr<ImageDestination> destination = ImageDestination::create(
+    Result<ImageDestination> destination = ImageDestination::create(
         path, QString::fromLatin1(ImageDestination::icnsType), static_cast<int>(rasters.size()));
     if (!destination)
-        return Error{ErrorCode::NotAPath, QStringLiteral("the unescaped path is not a path")};
-    for (QImage& raster : rasters)
-        destination->addImage(std::exchange(raster, {}));
+        return destination.error();
+    for (QImage& raster : rasters) {
+        if (const Result<Done> added = destination->addImage(std::exchange(raster, {})); !added)
+            return added.error();
+    }
     if (const Result<Done> written = destination->finalize(); !written)
         return written.error();
     return Written{destination->largestSize(), destination->bytesWritten()};

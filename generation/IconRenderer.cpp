@@ -5,6 +5,10 @@
 #include "imaging/io/ImageSource.h"
 #include "imaging/io/Representations.h"
 
+#include <QLocale>
+
+#include <utility>
+
 namespace {
 
 /// The one path that is both the clip and the border's outline. Radii are computed in double precision from
@@ -16,28 +20,70 @@ Path outline(const IconStyle& style, const QRectF& bounds) {
     return Path::bezierPathWithRoundedRect(bounds, radius * bounds.width(), radius * bounds.height());
 }
 
+/// Draws the picture into the clip, then the border.
+Result<Image> drawn(const Image& image, const QSizeF& size, const GenerationInput& input, int scale) {
+    const QRectF bounds(QPointF(0, 0), size);
+    Path path = outline(input.iconStyle(), bounds);
+    Result<GraphicsContext> context = GraphicsContext::create(size, scale);
+    if (!context)
+        return context.error();
+    if (input.iconStyle().roundCorner) {
+        if (const Result<Done> clipped = context->addClip(path); !clipped)
+            return clipped.error();
+    }
+    if (const Result<Done> done = context->drawImage(image, bounds); !done)
+        return done.error();
+    const IconStyle style = input.iconStyle();
+    if (style.border) {
+        path.setLineWidth(static_cast<double>(style.borderWidth) * size.width());
+        if (const Result<Done> stroked = context->stroke(path, style.borderColor); !stroked)
+            return stroked.error();
+    }
+    return context->image();
+}
+
 } // namespace
 
-Image IconRenderer::drawImage(const Image& image, const QSizeF& withSize) const {
+Result<Image> IconRenderer::rendered(const Image& image, const QSizeF& size) const {
     const StageTimes::Timer timer(Stage::Decorate);
-    const QRectF bounds(QPointF(0, 0), withSize);
-    Path path = outline(m_input.iconStyle(), bounds);
-    GraphicsContext context(withSize, m_screen.scale());
-    if (m_input.iconStyle().roundCorner)
-        context.addClip(path);
-    context.drawImage(image, bounds);
-    const IconStyle style = m_input.iconStyle();
-    if (style.border) {
-        path.setLineWidth(static_cast<double>(style.borderWidth) * withSize.width());
-        context.stroke(path, style.borderColor);
+    Result<Image> render = drawn(image, size, m_input, m_screen.scale());
+    return render ? render : ofIcon(render.error(), size);
+}
+
+Result<QImage> IconRenderer::throughTiff(const Image& image) {
+    const StageTimes::Timer timer(Stage::Tiff);
+    const Result<QByteArray> tiff = TIFFRepresentation(image);
+    if (!tiff)
+        return tiff.error();
+    Result<DecodedPicture> picture = ImageSource::decode(*tiff);
+    if (!picture)
+        return picture.error();
+    return std::move(picture->raster);
+}
+
+Error IconRenderer::ofIcon(const Error& error, const QSizeF& size) {
+    const auto told = [&](const QString& sentence) {
+        const auto number = [](double value) {
+            return QString::number(value, 'f', QLocale::FloatingPointShortest);
+        };
+        return Error{error.code, sentence.arg(number(size.width()), number(size.height()))};
+    };
+    switch (error.code) {
+    case ErrorCode::EmptySize:
+        return told(QStringLiteral("an icon of %1 × %2 points can't be made"));
+    case ErrorCode::TooLarge:
+        return told(QStringLiteral("an icon of %1 × %2 points is too large"));
+    case ErrorCode::OutOfMemory:
+        return told(QStringLiteral("not enough memory for an icon of %1 × %2 points"));
+    default:
+        return error;
     }
-    return context.image();
+}
+
+Image IconRenderer::drawImage(const Image& image, const QSizeF& withSize) const {
+    return rendered(image, withSize).valueOr(Image(withSize));
 }
 
 QImage IconRenderer::getCgiImageRef(const Image* image) {
-    if (image == nullptr)
-        return {};
-    const StageTimes::Timer timer(Stage::Tiff);
-    Result<DecodedPicture> picture = ImageSource::decode(TIFFRepresentation(*image));
-    return picture ? picture->raster : QImage();
+    return image != nullptr ? throughTiff(*image).valueOr({}) : QImage();
 }

@@ -52,12 +52,14 @@ void IconSetGenerator::outputImage(const Image& image, const QVariantMap& InfoDi
 
 void IconSetGenerator::writeContainer(const Image& image, const QString& idiom) const {
     const QString folder = appiconsetPathString(idiom);
-    const std::optional<QString> path = OutputFolder::containerPath(folder);
-    const QString shownPath = path.value_or(OutputFolder::containerBeside(folder));
-    const Result<IconContainer::Written> written =
-        IconContainer::write(image, m_renderer, path.value_or(QString()));
+    const Result<QString> path = OutputFolder::containerPath(folder);
+    if (!path) {
+        tellFailure(OutputFolder::containerBeside(folder), path.error());
+        return;
+    }
+    const Result<IconContainer::Written> written = IconContainer::write(image, m_renderer, *path);
     if (!written)
-        tellFailure(shownPath, written.error());
+        tellFailure(*path, written.error());
     else if (m_surroundings.observer != nullptr)
-        m_surroundings.observer->fileWritten({idiom, shownPath, written->largestSize, written->bytes});
+        m_surroundings.observer->fileWritten({idiom, *path, written->largestSize, written->bytes});
 }

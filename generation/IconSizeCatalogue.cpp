@@ -33,9 +33,9 @@ Result<QByteArray> resourceBytes(const QString& path) {
     return file.readAll();
 }
 
-/// What is wrong with an entry, if anything. Keys may be missing, values of another type than text may not
-/// stand there.
-std::optional<Error> entryError(const QString& idiom, const QString& key, const QVariant& entry) {
+/// Malformed where something is wrong with an entry. Keys may be missing, values of another type than text
+/// may not stand there.
+Result<Done> checkEntry(const QString& idiom, const QString& key, const QVariant& entry) {
     const QString where = QStringLiteral("the entry \"%1\" of %2").arg(key, idiom);
     if (entry.typeId() != QMetaType::QVariantMap)
         return malformed(where + QStringLiteral(" is not a dictionary"));
@@ -44,7 +44,7 @@ std::optional<Error> entryError(const QString& idiom, const QString& key, const 
         if (map.contains(name) && map.value(name).typeId() != QMetaType::QString)
             return malformed(where + QStringLiteral(" has a \"%1\" that is not a string").arg(name));
     }
-    return std::nullopt;
+    return Done{};
 }
 
 } // namespace
@@ -78,8 +78,8 @@ Result<IconSizeCatalogue> IconSizeCatalogue::parsed(const QByteArray& bytes) {
             return malformed(QStringLiteral("element %1 (%2) is not a dictionary").arg(index).arg(idiom));
         const QVariantMap dictionary = element.toMap();
         for (auto entry = dictionary.begin(); entry != dictionary.end(); ++entry) {
-            if (const std::optional<Error> error = entryError(idiom, entry.key(), entry.value()))
-                return *error;
+            if (const Result<Done> checked = checkEntry(idiom, entry.key(), entry.value()); !checked)
+                return checked.error();
         }
         catalogue.m_dictionaries[index] = dictionary;
     }

@@ -5,16 +5,13 @@
 #include "files/AtomicFile.h"
 #include "files/Folder.h"
 #include "generation/OutputFolder.h"
-#include "imaging/drawing/GraphicsContext.h"
 #include "imaging/io/Representations.h"
-
-#include <QLocale>
 
 #include <utility>
 
 namespace {
 
-/// The PNG encoding of a render and the pixels in it; empty where the render has none.
+/// The PNG encoding of a render and the pixels in it.
 struct EncodedIcon {
     QByteArray png;
     QSize pixelSize;
@@ -22,31 +19,32 @@ struct EncodedIcon {
 
 /// By way of a TIFF encoding and a bitmap made from it, so that the file holds exactly the render's pixels
 /// and alpha. Neither the render nor the encoding is kept longer than it is needed.
-std::unique_ptr<BitmapImageRep> throughTiff(Image render) {
+Result<std::unique_ptr<BitmapImageRep>> throughTiff(Image render) {
     const StageTimes::Timer timer(Stage::Tiff);
-    const QByteArray tiff = TIFFRepresentation(render);
+    const Result<QByteArray> tiff = TIFFRepresentation(render);
+    if (!tiff)
+        return tiff.error();
     render = Image();
-    return imageRepWithData(tiff);
+    return imageRepWithData(*tiff);
 }
 
-EncodedIcon encoded(Image render) {
-    const std::unique_ptr<BitmapImageRep> bitmap = throughTiff(std::move(render));
+Result<EncodedIcon> encoded(Image render) {
+    const Result<std::unique_ptr<BitmapImageRep>> bitmap = throughTiff(std::move(render));
     if (!bitmap)
-        return {};
-    return {representationUsingType(*bitmap, BitmapFileType::PNG), bitmap->pixelSize()};
+        return bitmap.error();
+    Result<QByteArray> png = representationUsingType(**bitmap, BitmapFileType::PNG);
+    if (!png)
+        return png.error();
+    return EncodedIcon{std::move(*png), (*bitmap)->pixelSize()};
 }
 
-/// Why there is no icon of that size.
-Error unmade(const QSizeF& size) {
-    const auto number = [](double value) {
-        return QString::number(value, 'f', QLocale::FloatingPointShortest);
-    };
-    const bool isTooLarge =
-        size.width() * size.height() > static_cast<double>(GraphicsContext::maximumPixels);
-    const QString sentence = isTooLarge ? QStringLiteral("an icon of %1 × %2 points is too large")
-                                        : QStringLiteral("an icon of %1 × %2 points can't be made");
-    return {isTooLarge ? ErrorCode::TooLarge : ErrorCode::EmptySize,
-            sentence.arg(number(size.width()), number(size.height()))};
+/// The icon of `size` points. Why there is none, in the words for an icon.
+Result<EncodedIcon> made(const IconRenderer& renderer, const Image& image, const QSizeF& size) {
+    Result<Image> render = renderer.rendered(image, size);
+    if (!render)
+        return render.error();
+    Result<EncodedIcon> icon = encoded(std::move(*render));
+    return icon ? std::move(icon) : IconRenderer::ofIcon(icon.error(), size);
 }
 
 } // namespace
@@ -60,24 +58,24 @@ void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QSt
     const Result<Done> folder = Folder::create(appiconsetPath(idiom));
     if (!folder)
         logLine(QStringLiteral("Error\uFF1A%1").arg(folder.error().sentence));
-    const EncodedIcon icon = encoded(m_renderer.drawImage(image, withSize));
+    const Result<EncodedIcon> icon = made(m_renderer, image, withSize);
 
-    const std::optional<QString> path = OutputFolder::pngPath(appiconsetPath(idiom), andName);
-    const QString shownPath = path.value_or(OutputFolder::shownPngPath(appiconsetPath(idiom), andName));
-    std::optional<Error> error;
-    if (icon.png.isEmpty()) {
-        error = unmade(withSize);
-    } else if (!path) {
-        error = Error{ErrorCode::NotAPath, QStringLiteral("not a path inside the output folder")};
-    } else {
+    const Result<QString> path = OutputFolder::pngPath(appiconsetPath(idiom), andName);
+    const QString shownPath = path ? *path : OutputFolder::shownPngPath(appiconsetPath(idiom), andName);
+    const auto write = [&]() -> Result<Done> {
+        if (!icon)
+            return icon.error();
+        if (!path)
+            return path.error();
         const StageTimes::Timer timer(Stage::Write);
-        if (const Result<Done> written = AtomicFile::write(*path, icon.png); !written)
-            error = folder ? written.error() : folder.error();
-    }
+        const Result<Done> written = AtomicFile::write(*path, icon->png);
+        return written || folder ? written : folder;
+    };
+    const Result<Done> written = write();
     if (m_observer == nullptr)
         return;
-    if (error)
-        m_observer->failed(shownPath, *error);
+    if (!written)
+        m_observer->failed(shownPath, written.error());
     else
-        m_observer->fileWritten({idiom, shownPath, icon.pixelSize, icon.png.size()});
+        m_observer->fileWritten({idiom, shownPath, icon->pixelSize, icon->png.size()});
 }

@@ -32,9 +32,11 @@ Result<Done> ImageExport::saveImageInSelectedFormat(quint64 number, const QStrin
     if (chosen == nullptr)
         return Done{};
     logLine(QString::fromLatin1(chosen->logText));
-    const auto destination = ImageDestination::create(filePath, QString::fromLatin1(chosen->type), 1);
+    Result<ImageDestination> destination =
+        ImageDestination::create(filePath, QString::fromLatin1(chosen->type), 1);
     if (!destination)
-        return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
-    destination->addImage(imageRef, chosen->properties);
+        return destination.error();
+    if (const Result<Done> added = destination->addImage(imageRef, chosen->properties); !added)
+        return added.error();
     return destination->finalize(AtomicFile::Durability::Synced);
 }

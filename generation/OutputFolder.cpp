@@ -7,6 +7,10 @@
 
 namespace {
 
+Error outside() {
+    return {ErrorCode::NotAPath, QStringLiteral("not a path inside the output folder")};
+}
+
 QString containerIn(const QString& folder) {
     return appendingPathComponent(folder,
                                   QLatin1String(OutputFolder::containerName) + QStringLiteral(".icns"));
@@ -18,19 +22,19 @@ QString OutputFolder::appiconsetPathString(const QString& outputPathString, cons
     return outputPathString + u'/' + Platforms::folder(idiom);
 }
 
-std::optional<QString> OutputFolder::pngPath(const QString& appiconsetPath, const QString& name) {
-    const std::optional<QString> folder = replacingPercentEscapes(appiconsetPath);
-    return folder ? pngIn(*folder, name) : std::nullopt;
+Result<QString> OutputFolder::pngPath(const QString& appiconsetPath, const QString& name) {
+    const Result<QString> folder = replacingPercentEscapes(appiconsetPath);
+    return folder ? pngIn(*folder, name) : outside();
 }
 
-std::optional<QString> OutputFolder::containerPath(const QString& appiconsetPath) {
-    const std::optional<QString> folder = replacingPercentEscapes(deletingLastPathComponent(appiconsetPath));
-    return folder ? std::optional(containerIn(*folder)) : std::nullopt;
+Result<QString> OutputFolder::containerPath(const QString& appiconsetPath) {
+    const Result<QString> folder = replacingPercentEscapes(deletingLastPathComponent(appiconsetPath));
+    return folder ? containerIn(*folder) : folder;
 }
 
-std::optional<QString> OutputFolder::pngIn(const QString& folder, const QString& name) {
+Result<QString> OutputFolder::pngIn(const QString& folder, const QString& name) {
     if (name.contains(QChar::Null) || name.split(u'/').contains(QLatin1String("..")))
-        return std::nullopt;
+        return outside();
     return appendingPathComponent(folder, name + QStringLiteral(".png"));
 }
 

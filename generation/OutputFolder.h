@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QString>
+#include "base/Result.h"
 
-#include <optional>
+#include <QString>
 
 /// Where the files of an idiom go. The folder's path is used as it stands to make the folder, but with its
 /// percent escapes replaced to write a file: a chosen folder whose name holds such an escape yields two
@@ -16,14 +16,16 @@ inline constexpr char containerName[] = "Application";
 /// created nor unescaped nor cleaned up.
 QString appiconsetPathString(const QString& outputPathString, const QString& idiom);
 
-/// The path of an idiom's PNG file; none where the unescaped folder is no path, or the name leads out of it.
-std::optional<QString> pngPath(const QString& appiconsetPath, const QString& name);
+/// The path of an idiom's PNG file. NotAPath where the unescaped folder is no path, or the name leads out
+/// of it.
+Result<QString> pngPath(const QString& appiconsetPath, const QString& name);
 
-/// The path of the icon container "Application.icns", in the folder above the mac idiom's; none likewise.
-std::optional<QString> containerPath(const QString& appiconsetPath);
+/// The path of the icon container "Application.icns", in the folder above the mac idiom's. NotAPath
+/// where the unescaped folder is none.
+Result<QString> containerPath(const QString& appiconsetPath);
 
 /// As `pngPath` and `containerPath`, in a folder whose path is taken as it stands.
-std::optional<QString> pngIn(const QString& folder, const QString& name);
+Result<QString> pngIn(const QString& folder, const QString& name);
 QString containerBeside(const QString& folder);
 
 /// What is told of a PNG file that has no path.

@@ -1,18 +1,43 @@
 #include "iconfamily/CarbonFSRefCreation.h"
 
 #include "base/ShortMemory.h"
+#include "base/SystemError.h"
 #include "files/AtomicFile.h"
 
+#include <QFile>
 #include <QFileInfo>
 
+#include <sys/stat.h>
+
+#include <cerrno>
+
+Result<FSRef> CarbonFSRefCreation::reference(const QString& path, bool createFileIfNecessary) {
+    return unlessMemoryIsShort([&]() -> Result<FSRef> {
+        // A NUL would end the name before its end.
+        if (path.isEmpty() || path.contains(QChar::Null))
+            return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
+        const auto found = [&]() -> Result<Done> {
+            struct stat status {};
+            if (stat(QFile::encodeName(path).constData(), &status) == 0)
+                return Done{};
+            return systemError(errno, errno == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable);
+        };
+        Result<Done> isThere = found();
+        if (!isThere && createFileIfNecessary)
+            isThere = AtomicFile::write(path, {});
+        if (!isThere)
+            return isThere.error();
+        // The item itself, whatever links lead to it.
+        FSRef reference{QFileInfo(path).canonicalFilePath()};
+        if (reference.path.isEmpty())
+            return systemError(ENOENT, ErrorCode::NotFound);
+        return reference;
+    });
+}
+
 bool CarbonFSRefCreation::getFSRef(const QString& path, FSRef& reference, bool createFileIfNecessary) {
-    // A NUL would end the name before its end.
-    if (path.isEmpty() || path.contains(QChar::Null))
-        return false;
-    const auto isMade = [&] { return AtomicFile::write(path, {}).operator bool(); };
-    if (!QFileInfo::exists(path) && (!createFileIfNecessary || !unlessMemoryIsShort(isMade)))
-        return false;
-    // The item itself, whatever links lead to it.
-    reference.path = QFileInfo(path).canonicalFilePath();
-    return !reference.path.isEmpty();
+    Result<FSRef> found = CarbonFSRefCreation::reference(path, createFileIfNecessary);
+    if (found)
+        reference = std::move(*found);
+    return found.operator bool();
 }

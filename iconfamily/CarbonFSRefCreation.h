@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <QString>
 
 /// A reference to an item that exists.
@@ -10,8 +12,11 @@ struct FSRef {
 /// What paths are asked for besides what a text can.
 namespace CarbonFSRefCreation {
 
-/// Fills `reference` with the item of that name; whether there is one. Where there is none and
-/// `createFileIfNecessary` is set, an empty file is made first.
+/// The item of that name. Where there is none and `createFileIfNecessary` is set, an empty file is made
+/// first; else it is NotFound. Also fails as the file system or AtomicFile does.
+Result<FSRef> reference(const QString& path, bool createFileIfNecessary);
+
+/// Fills `reference` with that item; whether there is one.
 bool getFSRef(const QString& path, FSRef& reference, bool createFileIfNecessary);
 
 } // namespace CarbonFSRefCreation

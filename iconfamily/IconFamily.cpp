@@ -29,16 +29,16 @@ std::unique_ptr<IconFamily> IconFamily::initWithData(const QByteArray& data) {
 
 std::unique_ptr<IconFamily> IconFamily::initWithContentsOfFile(const QString& path) {
     constexpr qint64 largest = std::numeric_limits<quint32>::max();
-    FSRef reference;
-    if (!CarbonFSRefCreation::getFSRef(path, reference, false))
+    const Result<FSRef> reference = CarbonFSRefCreation::reference(path, false);
+    if (!reference)
         return nullptr;
-    const auto refuses = [](const QByteArray& start) -> std::optional<Error> {
+    const auto check = [](const QByteArray& start) -> Result<Done> {
         if (IcnsReader::lengthOf(start))
-            return std::nullopt;
-        return Error{ErrorCode::UnknownFormat, {}};
+            return Done{};
+        return Error{ErrorCode::UnknownFormat, QStringLiteral("not an icns file")};
     };
     Result<QByteArray> bytes = unlessMemoryIsShort(
-        [&] { return RegularFile::read(QFile::encodeName(reference.path).toStdString(), largest, refuses); });
+        [&] { return RegularFile::read(QFile::encodeName(reference->path).toStdString(), largest, check); });
     if (!bytes || IcnsReader::lengthOf(*bytes) != bytes->size())
         return nullptr;
     return initWithIconFamilyHandle(std::move(*bytes));
@@ -107,34 +107,44 @@ bool IconFamily::setIconFamilyElement(FourCharCode type, const BitmapImageRep* f
         logLine(QStringLiteral("Null data returned to setIconFamilyElement:fromBitmapImageRep:"));
         return false;
     }
-    const IconFamilyBlock::Status status = IconFamilyBlock::setIconFamilyData(hIconFamily, type, *samples);
-    if (status != IconFamilyBlock::Status::NoError) {
-        logLine(QStringLiteral("SetIconFamilyData() returned error %1").arg(static_cast<qint16>(status)));
-        return false;
-    }
-    return true;
+    const Result<Done> stored = IconFamilyBlock::setIconFamilyData(hIconFamily, type, *samples);
+    if (!stored)
+        logLine(QStringLiteral("SetIconFamilyData() returned error %1")
+                    .arg(IconFamilyBlock::platformStatus(stored.error())));
+    return stored.operator bool();
 }
 
 bool IconFamily::addResourceType(FourCharCode type, qint16 asResID) const {
-    std::optional<QByteArray> data = IconFamilyBlock::getIconFamilyData(hIconFamily, type);
-    if (!data || data->isEmpty())
-        return false;
+    return addElement(type, asResID).operator bool();
+}
+
+Result<Done> IconFamily::addElement(FourCharCode type, qint16 asResID) const {
+    Result<QByteArray> data = IconFamilyBlock::getIconFamilyData(hIconFamily, type);
+    if (!data)
+        return data.error();
+    if (data->isEmpty())
+        return Error{ErrorCode::NotFound, QStringLiteral("the element %1 is empty").arg(type.text())};
     ResourceFile* file = ResourceFile::current();
-    return file == nullptr || unlessMemoryIsShort([&] {
-               file->fork().addResource({type, asResID, QByteArray(), 0, std::move(*data)});
-               return true;
-           });
+    if (file == nullptr)
+        return Done{};
+    return unlessMemoryIsShort([&] {
+        return file->fork().addResource({type, asResID, QByteArray(), 0, std::move(*data)});
+    });
 }
 
 namespace {
 
-Image imageOf(const QByteArray& block) {
+/// A null image where the block holds no picture that is known here.
+Result<Image> imageOf(const QByteArray& block) {
     const Result<IcnsReader> reader = IcnsReader::open(block);
     if (!reader)
-        return {};
+        return reader.error();
+    const Result<std::vector<IcnsElement>> elements = reader->pictureElements();
+    if (!elements)
+        return elements.error();
     std::vector<std::shared_ptr<const ImageRep>> representations;
     QSize largest;
-    for (const IcnsElement& element : reader->pictureElements()) {
+    for (const IcnsElement& element : *elements) {
         Result<DecodedPicture> picture = reader->picture(element);
         if (!picture)
             continue;
@@ -144,7 +154,7 @@ Image imageOf(const QByteArray& block) {
         representations.push_back(std::make_shared<BitmapImageRep>(std::move(picture->raster)));
     }
     if (representations.empty())
-        return {};
+        return Image();
     Image image{QSizeF(largest)};
     for (auto& representation : representations)
         image.addRepresentation(std::move(representation));
@@ -154,7 +164,7 @@ Image imageOf(const QByteArray& block) {
 } // namespace
 
 Image IconFamily::imageWithAllReps() const {
-    return unlessMemoryIsShort([&] { return imageOf(hIconFamily); });
+    return unlessMemoryIsShort([&] { return imageOf(hIconFamily); }).valueOr({});
 }
 
 std::unique_ptr<BitmapImageRep>
@@ -163,11 +173,11 @@ IconFamily::bitmapImageRepWithAlphaForIconFamilyElement(FourCharCode type) const
     if (element == nullptr)
         return nullptr;
     const qsizetype pixels = qsizetype{element->pixelSize} * element->pixelSize;
-    std::optional<QByteArray> samples = IconFamilyBlock::getIconFamilyData(hIconFamily, type);
+    Result<QByteArray> samples = IconFamilyBlock::getIconFamilyData(hIconFamily, type);
     if (!samples || samples->size() < 4 * pixels)
         return nullptr;
     if (element->content == IcnsContent::Colors) {
-        const std::optional<QByteArray> mask = IconFamilyBlock::getIconFamilyData(hIconFamily, element->mask);
+        const Result<QByteArray> mask = IconFamilyBlock::getIconFamilyData(hIconFamily, element->mask);
         const bool isMasked = mask && mask->size() >= pixels;
         for (qsizetype i = 0; i < pixels; ++i) {
             char& alpha = (*samples)[4 * i];
@@ -178,5 +188,5 @@ IconFamily::bitmapImageRepWithAlphaForIconFamilyElement(FourCharCode type) const
     layout.pixelsWide = element->pixelSize;
     layout.pixelsHigh = element->pixelSize;
     layout.isAlphaFirst = true;
-    return BitmapImageRep::initWithBitmapData(layout, *samples);
+    return BitmapImageRep::initWithBitmapData(layout, *samples).valueOr(nullptr);
 }

@@ -58,6 +58,9 @@ class IconFamily {
     /// number and without a name. Whether there is such an element that is not empty: what becomes of the
     /// resource is not asked for.
     bool addResourceType(FourCharCode type, qint16 asResID) const;
+    /// The same with the cause: NotFound where there is no such element or it is empty, Damaged where the
+    /// block is no icns data, OutOfMemory.
+    Result<Done> addElement(FourCharCode type, qint16 asResID) const;
 
     /// The element of that type as a bitmap: alpha first, said to be premultiplied, with the stored bytes as
     /// they are. The older types take their alpha from their mask, which is ORed into what is stored; without

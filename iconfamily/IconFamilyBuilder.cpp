@@ -2,6 +2,7 @@
 #include "base/ShortMemory.h"
 #include "iconfamily/IconFamily.h"
 #include "imaging/drawing/GraphicsContext.h"
+#include "imaging/pixels/Raster.h"
 
 #include <algorithm>
 #include <array>
@@ -42,10 +43,9 @@ float fittedEdge(double shorter, double longer, double edge) {
     return static_cast<float>(std::floor(shorter * edge / longer + 0.5));
 }
 
-/// What was drawn as a bitmap with alpha first; null where nothing was, or memory is short.
-std::shared_ptr<const BitmapImageRep> captured(const Image& image) {
-    return unlessMemoryIsShort([&]() -> std::shared_ptr<const BitmapImageRep> {
-        const QImage raster = image.largestRaster();
+/// A picture of one raster as a bitmap with alpha first.
+Result<std::shared_ptr<const BitmapImageRep>> captured(const QImage& raster) {
+    return unlessMemoryIsShort([&]() -> Result<std::shared_ptr<const BitmapImageRep>> {
         BitmapLayout layout;
         layout.pixelsWide = raster.width();
         layout.pixelsHigh = raster.height();
@@ -53,19 +53,22 @@ std::shared_ptr<const BitmapImageRep> captured(const Image& image) {
         QByteArray samples(reinterpret_cast<const char*>(raster.constBits()), raster.sizeInBytes());
         for (qsizetype i = 0; i < samples.size(); i += 4)
             std::rotate(samples.data() + i, samples.data() + i + 3, samples.data() + i + 4);
-        return BitmapImageRep::initWithBitmapData(layout, samples);
+        Result<std::unique_ptr<BitmapImageRep>> bitmap = BitmapImageRep::initWithBitmapData(layout, samples);
+        if (!bitmap)
+            return bitmap.error();
+        return std::shared_ptr<const BitmapImageRep>(std::move(*bitmap));
     });
 }
 
-/// `image` fitted into a square, in its middle.
-Image fitted(const Image& image, qint32 toIconWidth, ResampleFilter filter) {
+/// `image` fitted into a square, in its middle. EmptySize where there is nothing to draw or no such square.
+Result<QImage> fitted(const Image& image, qint32 toIconWidth, ResampleFilter filter) {
     const std::shared_ptr<const ImageRep> representation = largestRepresentation(image);
     if (representation == nullptr || toIconWidth <= 0)
-        return {};
+        return noPixels();
     const QSizeF size =
         representation->pixelSize().isEmpty() ? image.size() : QSizeF(representation->pixelSize());
     if (!(size.width() > 0) || !(size.height() > 0))
-        return {};
+        return noPixels();
     const double edge = toIconWidth;
     const bool isWide = size.width() >= size.height();
     const float width = isWide ? static_cast<float>(edge) : fittedEdge(size.width(), size.height(), edge);
@@ -73,43 +76,66 @@ Image fitted(const Image& image, qint32 toIconWidth, ResampleFilter filter) {
 
     Image drawn(size);
     drawn.addRepresentation(representation);
-    GraphicsContext context(QSizeF(edge, edge), 1);
-    context.setImageInterpolation(filter);
+    Result<GraphicsContext> context = GraphicsContext::create(QSizeF(edge, edge), 1);
+    if (!context)
+        return context.error();
+    context->setImageInterpolation(filter);
     const float left = (static_cast<float>(edge) - width) * 0.5F;
     const float bottom = (static_cast<float>(edge) - height) * 0.5F;
     // An edge that rounds to nothing leaves the square transparent.
-    if (width > 0 && height > 0)
-        context.drawImage(drawn, QRectF(static_cast<double>(left), static_cast<double>(bottom),
-                                        static_cast<double>(width), static_cast<double>(height)));
-    Image picture = context.image();
-    return context.hasRaster() ? picture : Image();
+    if (width > 0 && height > 0) {
+        const QRectF place(static_cast<double>(left), static_cast<double>(bottom), static_cast<double>(width),
+                           static_cast<double>(height));
+        if (const Result<Done> done = context->drawImage(drawn, place); !done)
+            return done.error();
+    }
+    return context->raster();
+}
+
+Result<QImage> fitted(const Image& image, qint32 toIconWidth, IconFamily::ImageInterpolation interpolation) {
+    return unlessMemoryIsShort([&] { return fitted(image, toIconWidth, filterOf(interpolation)); });
+}
+
+/// The same as a bitmap with alpha first.
+Result<std::shared_ptr<const BitmapImageRep>> thumbnail(const Image& image, qint32 size,
+                                                        IconFamily::ImageInterpolation interpolation) {
+    const Result<QImage> raster = fitted(image, size, interpolation);
+    return raster ? captured(*raster) : raster.error();
 }
 
 /// The image with that bitmap alone.
-Image imageOf(const std::shared_ptr<const BitmapImageRep>& bitmap) {
-    Image image(QSizeF(bitmap->pixelSize()));
-    image.addRepresentation(bitmap);
-    return image;
+Result<Image> imageOf(const std::shared_ptr<const BitmapImageRep>& bitmap) {
+    return unlessMemoryIsShort([&] {
+        Image image(QSizeF(bitmap->pixelSize()));
+        image.addRepresentation(bitmap);
+        return image;
+    });
 }
 
 } // namespace
 
 Image IconFamily::resampleImage(const Image& image, qint32 toIconWidth,
                                 ImageInterpolation usingImageInterpolation) {
-    return unlessMemoryIsShort([&] { return fitted(image, toIconWidth, filterOf(usingImageInterpolation)); });
+    const Result<QImage> raster = fitted(image, toIconWidth, usingImageInterpolation);
+    if (!raster)
+        return {};
+    const auto made =
+        unlessMemoryIsShort([&] { return imageOf(std::make_shared<const BitmapImageRep>(*raster)); });
+    return made ? *made : Image();
 }
 
 std::unique_ptr<IconFamily>
 IconFamily::initWithThumbnailsOfImage(const Image& image, ImageInterpolation usingImageInterpolation) {
     constexpr qint32 masterSize = 1024;
     std::unique_ptr<IconFamily> family = init();
-    const std::shared_ptr<const BitmapImageRep> bitmap =
-        captured(resampleImage(image, masterSize, usingImageInterpolation));
-    const Image master = bitmap != nullptr ? unlessMemoryIsShort([&] { return imageOf(bitmap); }) : Image();
-    if (family == nullptr || master.isNull())
+    const auto bitmap = thumbnail(image, masterSize, usingImageInterpolation);
+    if (family == nullptr || !bitmap)
+        return nullptr;
+    const Result<Image> master = imageOf(*bitmap);
+    if (!master)
         return nullptr;
     // Refused, since this type takes 512 pixels; the family has none of it.
-    family->setIconFamilyElement("ic10", bitmap.get());
+    family->setIconFamilyElement("ic10", bitmap->get());
     struct Thumbnail {
         qint32 size;
         FourCharCode type;
@@ -118,9 +144,10 @@ IconFamily::initWithThumbnailsOfImage(const Image& image, ImageInterpolation usi
                                            Thumbnail{128, "ic07"}, Thumbnail{48, "ic06"},
                                            Thumbnail{32, "ic05"},  Thumbnail{16, "ic04"}};
     // One that can't be made is left out.
-    for (const Thumbnail& thumbnail : thumbnails)
-        family->setIconFamilyElement(
-            thumbnail.type, captured(resampleImage(master, thumbnail.size, usingImageInterpolation)).get());
+    for (const Thumbnail& wanted : thumbnails) {
+        if (const auto made = thumbnail(*master, wanted.size, usingImageInterpolation))
+            family->setIconFamilyElement(wanted.type, made->get());
+    }
     return family;
 }
 

@@ -46,13 +46,15 @@ const uchar* rowOf(const BitmapImageRep& bitmap, qint32 y) {
 }
 
 /// A, R, G, B of each pixel.
-QByteArray samples(const BitmapImageRep& bitmap, qint32 size) {
+Result<QByteArray> samples(const BitmapImageRep& bitmap, qint32 size) {
     const qsizetype length = 4 * qsizetype{size} * size;
-    const RasterImage image = bitmap.CGImage();
+    const Result<RasterImage> image = bitmap.CGImage();
+    if (!image)
+        return image.error();
     // No more than the buffer holds, whatever the image has.
-    QByteArray scratch(4 * qsizetype{image.height} * image.width, '\0');
-    std::memcpy(scratch.data(), image.bytes.constData(),
-                static_cast<std::size_t>(std::min(scratch.size(), image.bytes.size())));
+    QByteArray scratch(4 * qsizetype{image->height} * image->width, '\0');
+    std::memcpy(scratch.data(), image->bytes.constData(),
+                static_cast<std::size_t>(std::min(scratch.size(), image->bytes.size())));
     scratch.resize(length, '\0');
     QByteArray out(length, Qt::Uninitialized);
     const auto pixels = static_cast<std::size_t>(length / 4);
@@ -60,11 +62,11 @@ QByteArray samples(const BitmapImageRep& bitmap, qint32 size) {
     auto* to = reinterpret_cast<std::uint8_t*>(out.data());
     if (bitmap.bitsPerPixel() == 32) {
         const bool isAlphaFirst =
-            image.alphaInfo == AlphaInfo::PremultipliedFirst || image.alphaInfo == AlphaInfo::First;
+            image->alphaInfo == AlphaInfo::PremultipliedFirst || image->alphaInfo == AlphaInfo::First;
         PixelBuffers::permute(from, to, pixels,
                               isAlphaFirst ? PixelBuffers::Map{3, 2, 1, 0} : PixelBuffers::Map{0, 3, 2, 1});
-        if (image.alphaInfo == AlphaInfo::PremultipliedLast ||
-            image.alphaInfo == AlphaInfo::PremultipliedFirst)
+        if (image->alphaInfo == AlphaInfo::PremultipliedLast ||
+            image->alphaInfo == AlphaInfo::PremultipliedFirst)
             unpremultiplyArgb(to, to, pixels);
     } else {
         PixelBuffers::expandRgb(from, to, pixels);
@@ -74,12 +76,16 @@ QByteArray samples(const BitmapImageRep& bitmap, qint32 size) {
     return out;
 }
 
+/// The answer of an operation, which has no value where it fails.
+std::optional<QByteArray> answer(const Result<QByteArray>& result) {
+    return result ? std::optional(*result) : std::nullopt;
+}
+
 /// One byte of each pixel: the one at `offset` of `stride`.
-std::optional<QByteArray> oneByte(const BitmapImageRep& bitmap, qint32 size, qsizetype stride,
-                                  qsizetype offset) {
+Result<QByteArray> oneByte(const BitmapImageRep& bitmap, qint32 size, qsizetype stride, qsizetype offset) {
     return unlessMemoryIsShort([&] {
-        std::optional<QByteArray> out(std::in_place, qsizetype{size} * size, Qt::Uninitialized);
-        char* to = out->data();
+        QByteArray out(qsizetype{size} * size, Qt::Uninitialized);
+        char* to = out.data();
         for (qint32 y = 0; y < size; ++y) {
             const uchar* from = rowOf(bitmap, y) + offset;
             for (qint32 x = 0; x < size; ++x, from += stride)
@@ -119,15 +125,15 @@ std::optional<QByteArray> IconFamily::get32BitDataFromBitmapImageRep(const Bitma
                                                                      qint32 requiredPixelSize) {
     if (!isOfSize(bitmap, requiredPixelSize) || !hasShape(bitmap, "get32BitDataFromBitmapImageRep", false))
         return std::nullopt;
-    return unlessMemoryIsShort([&] { return std::optional(samples(bitmap, requiredPixelSize)); });
+    return answer(unlessMemoryIsShort([&] { return samples(bitmap, requiredPixelSize); }));
 }
 
 std::optional<QByteArray> IconFamily::get8BitDataFromBitmapImageRep(const BitmapImageRep& bitmap,
                                                                     qint32 requiredPixelSize) {
     if (!isOfSize(bitmap, requiredPixelSize) || !hasShape(bitmap, "get8BitDataFromBitmapImageRep", false))
         return std::nullopt;
-    return bitmap.bitsPerPixel() == 32 ? oneByte(bitmap, requiredPixelSize, 4, 3)
-                                       : oneByte(bitmap, requiredPixelSize, 3, 2);
+    return answer(bitmap.bitsPerPixel() == 32 ? oneByte(bitmap, requiredPixelSize, 4, 3)
+                                              : oneByte(bitmap, requiredPixelSize, 3, 2));
 }
 
 std::optional<QByteArray> IconFamily::get8BitMaskFromBitmapImageRep(const BitmapImageRep& bitmap,
@@ -136,14 +142,12 @@ std::optional<QByteArray> IconFamily::get8BitMaskFromBitmapImageRep(const Bitmap
         return std::nullopt;
     switch (bitmap.bitsPerPixel()) {
     case 32:
-        return oneByte(bitmap, requiredPixelSize, 4, 3);
+        return answer(oneByte(bitmap, requiredPixelSize, 4, 3));
     case 8:
-        return oneByte(bitmap, requiredPixelSize, 1, 0);
+        return answer(oneByte(bitmap, requiredPixelSize, 1, 0));
     default:
-        return unlessMemoryIsShort([&] {
-            return std::optional<QByteArray>(std::in_place, qsizetype{requiredPixelSize} * requiredPixelSize,
-                                             '\xff');
-        });
+        return answer(unlessMemoryIsShort(
+            [&] { return QByteArray(qsizetype{requiredPixelSize} * requiredPixelSize, '\xff'); }));
     }
 }
 
@@ -171,5 +175,5 @@ std::optional<QByteArray> IconFamily::get1BitMaskFromBitmapImageRep(const Bitmap
     }
     if (requiredPixelSize % pixelsPerByte != 0)
         return std::nullopt;
-    return unlessMemoryIsShort([&] { return std::optional(bitsTwice(bitmap, requiredPixelSize)); });
+    return answer(unlessMemoryIsShort([&] { return bitsTwice(bitmap, requiredPixelSize); }));
 }

@@ -223,15 +223,11 @@ void MainWindowController::copyPicture() {
     const Image picture = sourceImage();
     if (picture.isNull())
         return;
-    QImage raster = picture.largestRaster();
-    if (raster.isNull()) {
-        // An SVG picture has no samples of its own.
-        GraphicsContext context(picture.size(), 1);
-        context.drawImage(picture, QRectF(QPointF(0, 0), picture.size()));
-        raster = context.image().largestRaster();
-    }
-    if (!raster.isNull())
-        QGuiApplication::clipboard()->setImage(raster);
+    const Result<QImage> own = picture.largestRaster();
+    // An SVG picture has no samples of its own.
+    const bool isDrawing = own && own->isNull();
+    if (const Result<QImage> raster = isDrawing ? drawnRaster(picture, picture.size()) : own)
+        QGuiApplication::clipboard()->setImage(*raster);
 }
 
 void MainWindowController::pastePicture() {

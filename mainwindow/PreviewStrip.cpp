@@ -30,10 +30,10 @@ void PreviewStrip::setInput(const GenerationInput& input) {
 void PreviewStrip::render() {
     const Image picture = m_input != nullptr ? m_input->sourceImage() : Image();
     for (std::size_t i = 0; i < sizes.size(); ++i)
-        m_icons.at(i) =
-            picture.isNull()
-                ? QImage()
-                : m_renderer->drawImage(picture, QSizeF(sizes.at(i), sizes.at(i))).largestRaster();
+        m_icons.at(i) = picture.isNull() ? QImage()
+                                         : m_renderer->drawImage(picture, QSizeF(sizes.at(i), sizes.at(i)))
+                                               .largestRaster()
+                                               .valueOr({});
     update();
 }
 

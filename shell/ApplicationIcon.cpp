@@ -18,9 +18,8 @@ QIcon applicationIcon() {
     QIcon icon;
     static constexpr std::array sizes{16, 32, 48, 64, 128};
     for (const int size : sizes) {
-        GraphicsContext context(QSizeF(size, size), 1);
-        context.drawImage(picture->image, QRectF(0, 0, size, size));
-        icon.addPixmap(QPixmap::fromImage(context.image().largestRaster()));
+        if (const Result<QImage> drawn = drawnRaster(picture->image, QSizeF(size, size)))
+            icon.addPixmap(QPixmap::fromImage(*drawn));
     }
     return icon;
 }

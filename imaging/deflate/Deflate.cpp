@@ -18,37 +18,46 @@ struct FreeCompressor {
     void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
 };
 
-bool appendThorough(QByteArray& stream, std::span<const std::uint8_t> bytes) {
+/// A library refuses settings; the ones here it takes.
+Error refused(const QString& library) {
+    return {ErrorCode::Unsupported, QStringLiteral("%1 can't compress this").arg(library)};
+}
+
+Result<Done> appendThorough(QByteArray& stream, std::span<const std::uint8_t> bytes) {
     // Of much data the next level takes a quarter more time for some percent less.
     constexpr std::size_t much = std::size_t{512} << 10;
     const int level = bytes.size() > much ? 5 : 6;
     const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
         libdeflate_alloc_compressor(level));
     if (!compressor)
-        return false;
+        return outOfMemory();
     const qsizetype start = stream.size();
     const std::size_t room = libdeflate_zlib_compress_bound(compressor.get(), bytes.size());
     stream.resize(start + static_cast<qsizetype>(room));
     const std::size_t length =
         libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), stream.data() + start, room);
+    if (length == 0)
+        return refused(QStringLiteral("libdeflate"));
     stream.resize(start + static_cast<qsizetype>(length));
-    return length > 0;
+    return Done{};
 }
 
 /// Deflate with a window of 32 KiB, no dictionary, the fastest of four levels.
 constexpr std::array<char, 2> runsHeader{'\x78', '\x01'};
 
-bool appendRuns(QByteArray& stream, std::span<const std::uint8_t> bytes) {
+Result<Done> appendRuns(QByteArray& stream, std::span<const std::uint8_t> bytes) {
     constexpr std::size_t largestPart = std::size_t{64} << 10;
-    Deflate::RunStream runs(stream, bytes.size(), largestPart);
+    const auto runs = Deflate::RunStream::create(stream, bytes.size(), largestPart);
+    if (!runs)
+        return runs.error();
     while (!bytes.empty()) {
         const std::span<const std::uint8_t> part = bytes.first(std::min(bytes.size(), largestPart));
-        std::ranges::copy(part, runs.nextPart());
-        runs.addPart(part.size());
+        std::ranges::copy(part, (*runs)->nextPart());
+        if (const Result<Done> added = (*runs)->addPart(part.size()); !added)
+            return added;
         bytes = bytes.subspan(part.size());
     }
-    runs.finish();
-    return true;
+    return (*runs)->finish();
 }
 
 /// The compressor's state and its tables, which it fills itself.
@@ -60,7 +69,7 @@ struct QuickState {
 /// ISA-L looks so far ahead of the place that it compresses.
 constexpr std::size_t lookAhead = ISAL_LOOK_AHEAD;
 
-bool appendQuick(QByteArray& stream, std::span<const std::uint8_t> bytes) {
+Result<Done> appendQuick(QByteArray& stream, std::span<const std::uint8_t> bytes) {
     // While ISA-L 2.30 goes on from a stream's first place it takes the state's own address for bytes: into
     // its table of what stands where comes an entry that another run of the program has elsewhere. With just
     // enough bytes for that first place it stops behind it, and reads the next ones properly.
@@ -69,7 +78,7 @@ bool appendQuick(QByteArray& stream, std::span<const std::uint8_t> bytes) {
         return appendThorough(stream, bytes);
     const std::unique_ptr<QuickState> state(new (std::nothrow) QuickState);
     if (!state)
-        return false;
+        return outOfMemory();
     isal_zstream& zlib = state->stream;
     isal_deflate_init(&zlib);
     zlib.level = 1;
@@ -94,19 +103,17 @@ bool appendQuick(QByteArray& stream, std::span<const std::uint8_t> bytes) {
         zlib.end_of_stream = zlib.next_in + in == last ? 1 : 0;
         zlib.next_out = reinterpret_cast<std::uint8_t*>(stream.data()) + end;
         zlib.avail_out = static_cast<std::uint32_t>(room);
-        if (isal_deflate(&zlib) != COMP_OK) {
-            stream.resize(start);
-            return false;
-        }
+        if (isal_deflate(&zlib) != COMP_OK)
+            return refused(QStringLiteral("ISA-L"));
         end += static_cast<qsizetype>(room - zlib.avail_out);
     } while (zlib.internal_state.state != ZSTATE_END);
     stream.resize(end);
-    return true;
+    return Done{};
 }
 
 } // namespace
 
-bool Deflate::append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method) {
+Result<Done> Deflate::append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method) {
     const qsizetype length = stream.size();
     const auto append = [&] {
         switch (method) {
@@ -119,10 +126,17 @@ bool Deflate::append(QByteArray& stream, std::span<const std::uint8_t> bytes, Me
         }
         return appendThorough(stream, bytes);
     };
-    const bool isDone = unlessMemoryIsShort(append, false);
-    if (!isDone)
+    Result<Done> appended = unlessMemoryIsShort(append);
+    if (!appended)
         stream.truncate(length);
-    return isDone;
+    return appended;
+}
+
+Result<std::unique_ptr<Deflate::RunStream>> Deflate::RunStream::create(QByteArray& stream, std::size_t length,
+                                                                       std::size_t largestPart) {
+    // The constructor is private.
+    return unlessMemoryIsShort(
+        [&] { return std::unique_ptr<RunStream>(new RunStream(stream, length, largestPart)); });
 }
 
 Deflate::RunStream::RunStream(QByteArray& stream, std::size_t length, std::size_t largestPart)
@@ -138,20 +152,30 @@ std::uint8_t* Deflate::RunStream::room(std::size_t size) {
     return reinterpret_cast<std::uint8_t*>(m_stream.data()) + m_end;
 }
 
-void Deflate::RunStream::addPart(std::size_t size) {
-    m_checksum = libdeflate_adler32(m_checksum, m_coder.nextPart(), size);
-    m_end += static_cast<qsizetype>(m_coder.addPart(size, room(size)));
+Result<Done> Deflate::RunStream::addPart(std::size_t size) {
+    return unlessMemoryIsShort([&] {
+        m_checksum = libdeflate_adler32(m_checksum, m_coder.nextPart(), size);
+        m_end += static_cast<qsizetype>(m_coder.addPart(size, room(size)));
+    });
 }
 
-void Deflate::RunStream::finish() {
-    m_end += static_cast<qsizetype>(m_coder.finish(room(0)));
-    m_stream.resize(m_end);
-    ByteWriter(m_stream).bigEndian<quint32>(m_checksum);
+Result<Done> Deflate::RunStream::finish() {
+    return unlessMemoryIsShort([&] {
+        m_end += static_cast<qsizetype>(m_coder.finish(room(0)));
+        m_stream.resize(m_end);
+        ByteWriter(m_stream).bigEndian<quint32>(m_checksum);
+    });
 }
 
-std::size_t Deflate::length(std::span<const std::uint8_t> bytes, Method method) {
+std::size_t Deflate::runsLength(std::span<const std::uint8_t> bytes) {
+    return runsHeader.size() + RunCoder::length(bytes) + sizeof(std::uint32_t);
+}
+
+Result<std::size_t> Deflate::length(std::span<const std::uint8_t> bytes, Method method) {
     if (method == Method::Runs)
-        return runsHeader.size() + RunCoder::length(bytes) + sizeof(std::uint32_t);
+        return runsLength(bytes);
     QByteArray stream;
-    return append(stream, bytes, method) ? static_cast<std::size_t>(stream.size()) : 0;
+    if (const Result<Done> appended = append(stream, bytes, method); !appended)
+        return appended.error();
+    return static_cast<std::size_t>(stream.size());
 }

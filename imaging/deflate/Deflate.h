@@ -1,11 +1,13 @@
 #pragma once
 
+#include "base/Result.h"
 #include "imaging/deflate/RunCoder.h"
 
 #include <QByteArray>
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 
 /// Compresses into zlib streams (RFC 1950, RFC 1951). The same bytes give the same stream.
@@ -18,29 +20,34 @@ enum class Method {
     Thorough, ///< libdeflate: the smallest for all other data, several times as slow
 };
 
-/// Appends `bytes` as one stream to `stream`. False where memory is short; `stream` then has the length that
-/// it had.
-[[nodiscard]] bool append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method);
+/// Appends `bytes` as one stream to `stream`. OutOfMemory; after an error `stream` has the length that it
+/// had.
+Result<Done> append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method);
 
-/// The length of such a stream, without writing it where that is faster; 0 where memory is short.
-std::size_t length(std::span<const std::uint8_t> bytes, Method method);
+/// The length of such a stream by Method::Runs. Takes no memory.
+std::size_t runsLength(std::span<const std::uint8_t> bytes);
+
+/// The length of such a stream, without writing it where that is faster. OutOfMemory.
+Result<std::size_t> length(std::span<const std::uint8_t> bytes, Method method);
 
 /// What `append` appends by Method::Runs, from bytes that come in parts. It takes the memory of a block and a
-/// part. Any of its functions may throw std::bad_alloc; what was appended is of no use then.
+/// part. Its functions fail with OutOfMemory; what was appended is of no use then.
 class RunStream {
   public:
-    /// For `length` bytes in parts of at most `largestPart`. Keeps `stream` by reference. May throw
-    /// std::bad_alloc.
-    RunStream(QByteArray& stream, std::size_t length, std::size_t largestPart);
+    /// For `length` bytes in parts of at most `largestPart`. Keeps `stream` by reference.
+    static Result<std::unique_ptr<RunStream>> create(QByteArray& stream, std::size_t length,
+                                                     std::size_t largestPart);
 
     /// Where the next part is to be put.
     std::uint8_t* nextPart() { return m_coder.nextPart(); }
     /// Takes the `size` bytes that are there now.
-    void addPart(std::size_t size);
+    Result<Done> addPart(std::size_t size);
     /// To be called behind the last part.
-    void finish();
+    Result<Done> finish();
 
   private:
+    RunStream(QByteArray& stream, std::size_t length, std::size_t largestPart);
+
     std::uint8_t* room(std::size_t size);
 
     QByteArray& m_stream;

@@ -21,7 +21,8 @@ class RunCoder {
     /// How long the stream of these bytes is.
     static std::size_t length(std::span<const std::uint8_t> bytes);
 
-    /// For `length` bytes in parts of at most `largestPart`. May throw std::bad_alloc.
+    /// For `length` bytes in parts of at most `largestPart`. For this room alone, whose public functions tell
+    /// of it: may throw std::bad_alloc.
     RunCoder(std::size_t length, std::size_t largestPart);
 
     /// Where the next part is to be put.

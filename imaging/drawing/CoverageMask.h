@@ -6,7 +6,8 @@
 #include <vector>
 
 /// The part of each pixel of a raster that a convex shape covers, as exact areas. They are stored row by row,
-/// without the fully covered middle of a row.
+/// without the fully covered middle of a row. For this room alone: making one may throw std::bad_alloc, which
+/// GraphicsContext turns into an error.
 class CoverageMask {
   public:
     /// One row of pixels. Outside [begin, end) nothing is covered, inside [fullBegin, fullEnd) everything.

@@ -1,7 +1,9 @@
 #include "imaging/drawing/GraphicsContext.h"
 
+#include "base/ShortMemory.h"
 #include "base/StageTimes.h"
 #include "imaging/image/BitmapImageRep.h"
+#include "imaging/pixels/Raster.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,11 +22,6 @@ double snapped(double value) {
 
 std::uint8_t toByte(double value) {
     return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 255.0)));
-}
-
-/// Copies the pixels where they are shared. False where memory is short.
-bool makeOwn(QImage& raster) {
-    return raster.bits() != nullptr;
 }
 
 void scalePixel(std::uint8_t* pixel, double factor) {
@@ -67,40 +64,41 @@ double GraphicsContext::pixelEdge(double points, int scale) {
     return std::ceil(points * scale - noise);
 }
 
-QSize GraphicsContext::pixelSize(const QSizeF& size, int scale) {
+Result<QSize> GraphicsContext::pixelSize(const QSizeF& size, int scale) {
     const double width = pixelEdge(size.width(), scale);
     const double height = pixelEdge(size.height(), scale);
     // Comparisons with NaN are false, so a size that is not a number does not fit.
-    const bool fits = width >= 1 && height >= 1 && width * height <= static_cast<double>(maximumPixels);
-    return fits ? QSize(static_cast<int>(width), static_cast<int>(height)) : QSize();
+    if (!(width >= 1) || !(height >= 1))
+        return noPixels();
+    if (!(width * height <= static_cast<double>(maximumPixels)))
+        return Error{ErrorCode::TooLarge,
+                     QStringLiteral("the picture has more than %1 pixels").arg(maximumPixels)};
+    return QSize(static_cast<int>(width), static_cast<int>(height));
 }
 
-GraphicsContext::GraphicsContext(const QSizeF& size, int scale)
-    : m_size(size), m_scale(scale), m_pixelSize(pixelSize(size, scale)) {
-    if (!hasRaster())
-        return;
+Result<GraphicsContext> GraphicsContext::create(const QSizeF& size, int scale) {
+    const Result<QSize> pixels = pixelSize(size, scale);
+    if (!pixels)
+        return pixels.error();
+    GraphicsContext context(size, scale, *pixels);
     const QRectF bounds(QPointF(0, 0), size);
-    if (!deviceRect(bounds).isWhole())
-        addClip(Path::bezierPathWithRect(bounds));
+    if (!context.deviceRect(bounds).isWhole()) {
+        if (const Result<Done> clipped = context.addClip(Path::bezierPathWithRect(bounds)); !clipped)
+            return clipped.error();
+    }
+    return context;
 }
 
-/// Makes the raster's pixels, transparent at first, or copies them where they are shared. False where memory
-/// is short.
-bool GraphicsContext::makeRaster() {
-    const bool isBlank = m_raster.isNull();
-    if (isBlank)
-        m_raster = QImage(m_pixelSize, QImage::Format_RGBA8888_Premultiplied);
-    if (!makeOwn(m_raster))
-        loseRaster();
-    else if (isBlank)
-        m_raster.fill(0);
-    return hasRaster();
-}
-
-/// Gives the raster up: a picture that is only half drawn is not handed out.
-void GraphicsContext::loseRaster() {
-    m_raster = QImage();
-    m_pixelSize = QSize();
+/// Makes the raster's pixels, transparent at first, or copies them where they are shared.
+Result<Done> GraphicsContext::makeRaster() {
+    if (!m_raster.isNull())
+        return makeOwn(m_raster);
+    Result<QImage> raster = newRaster(m_pixelSize, QImage::Format_RGBA8888_Premultiplied);
+    if (!raster)
+        return raster.error();
+    m_raster = std::move(*raster);
+    m_raster.fill(0);
+    return Done{};
 }
 
 GraphicsContext::DeviceRect GraphicsContext::deviceRect(const QRectF& rect) const {
@@ -119,11 +117,11 @@ CoverageMask GraphicsContext::coverage(const Path& path, double offset) const {
     return CoverageMask::ofConvexPolygon(outline, m_pixelSize.width(), m_pixelSize.height(), symmetric);
 }
 
-void GraphicsContext::addClip(const Path& path) {
-    if (!hasRaster())
-        return;
-    m_clip = coverage(path, 0);
-    m_clipBounds = path.bounds();
+Result<Done> GraphicsContext::addClip(const Path& path) {
+    return unlessMemoryIsShort([&] {
+        m_clip = coverage(path, 0);
+        m_clipBounds = path.bounds();
+    });
 }
 
 /// Multiplies `layer` by the clip's coverage. The layer's top left pixel lies at (left, top) of the raster.
@@ -167,49 +165,58 @@ void GraphicsContext::compositeOver(const QImage& layer, int left, int top) {
     }
 }
 
-void GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
-    if (!hasRaster())
-        return;
+Result<Done> GraphicsContext::drawImage(const Image& image, const QRectF& rect) {
     const DeviceRect device = deviceRect(rect);
-    const ImageRep* representation = image.bestRepresentation(rect.size() * m_scale);
-    if (device.isEmpty() || representation == nullptr)
-        return;
+    const Result<const ImageRep*> best =
+        unlessMemoryIsShort([&] { return image.bestRepresentation(rect.size() * m_scale); });
+    if (!best)
+        return best.error();
+    if (device.isEmpty() || *best == nullptr)
+        return Done{};
     AxisMapping x = device.x.mapping();
     AxisMapping y = device.y.mapping();
     x.filter = y.filter = m_imageInterpolation;
-    QImage layer;
-    {
+    const auto reduced = [&] {
         const StageTimes::Timer timer(Stage::Reduce);
-        layer = representation->rendered(x, y);
-    }
-    if (layer.isNull()) {
-        loseRaster();
-        return;
-    }
+        return (*best)->rendered(x, y);
+    };
+    Result<QImage> layer = reduced();
+    if (!layer)
+        return layer.error();
     // Where the rectangle contains the clip, the clip alone makes the edge.
     const bool clipDecides = m_clip && rect.contains(m_clipBounds);
     const bool cutsPixels = !clipDecides && !device.isWhole();
-    if ((cutsPixels || m_clip) && !makeOwn(layer)) {
-        loseRaster();
-        return;
+    if (cutsPixels || m_clip) {
+        if (const Result<Done> own = makeOwn(*layer); !own)
+            return own;
     }
     if (cutsPixels)
-        applyEdges(layer, device);
+        applyEdges(*layer, device);
     if (m_clip)
-        applyClip(layer, device.x.begin, device.y.begin);
-    if (m_raster.isNull() && layer.size() == m_pixelSize)
-        m_raster = std::move(layer); // source over an empty raster
-    else if (makeRaster())
-        compositeOver(layer, device.x.begin, device.y.begin);
+        applyClip(*layer, device.x.begin, device.y.begin);
+    if (m_raster.isNull() && layer->size() == m_pixelSize) {
+        m_raster = std::move(*layer); // source over an empty raster
+        return Done{};
+    }
+    if (const Result<Done> made = makeRaster(); !made)
+        return made;
+    compositeOver(*layer, device.x.begin, device.y.begin);
+    return Done{};
 }
 
-void GraphicsContext::stroke(const Path& path, const Color& color) {
-    if (!hasRaster() || !(path.lineWidth() > 0) || !(color.alpha > 0) || !makeRaster())
-        return;
+Result<Done> GraphicsContext::stroke(const Path& path, const Color& color) {
+    if (!(path.lineWidth() > 0) || !(color.alpha > 0))
+        return Done{};
+    if (const Result<Done> made = makeRaster(); !made)
+        return made;
     // The stroke of a convex outline lies between two outlines: half the line width outside of it, and half
     // the line width inside.
-    const CoverageMask outer = coverage(path, path.lineWidth() / 2);
-    const CoverageMask inner = coverage(path, -path.lineWidth() / 2);
+    return unlessMemoryIsShort([&] {
+        strokeRows(coverage(path, path.lineWidth() / 2), coverage(path, -path.lineWidth() / 2), color);
+    });
+}
+
+void GraphicsContext::strokeRows(const CoverageMask& outer, const CoverageMask& inner, const Color& color) {
     const double alpha = std::min(color.alpha, 1.0);
     const double source[4] = {255 * color.red, 255 * color.green, 255 * color.blue, 255};
     for (int y = 0; y < m_pixelSize.height(); ++y) {
@@ -232,9 +239,30 @@ void GraphicsContext::stroke(const Path& path, const Color& color) {
     }
 }
 
-Image GraphicsContext::image() {
-    Image image(m_size);
-    if (hasRaster() && (!m_raster.isNull() || makeRaster()))
-        image.addRepresentation(std::make_shared<BitmapImageRep>(m_raster));
-    return image;
+Result<QImage> GraphicsContext::raster() {
+    if (m_raster.isNull()) {
+        if (const Result<Done> made = makeRaster(); !made)
+            return made.error();
+    }
+    return m_raster;
+}
+
+Result<Image> GraphicsContext::image() {
+    const Result<QImage> drawn = raster();
+    if (!drawn)
+        return drawn.error();
+    return unlessMemoryIsShort([&] {
+        Image image(m_size);
+        image.addRepresentation(std::make_shared<BitmapImageRep>(*drawn));
+        return image;
+    });
+}
+
+Result<QImage> drawnRaster(const Image& image, const QSizeF& pixels) {
+    Result<GraphicsContext> context = GraphicsContext::create(pixels, 1);
+    if (!context)
+        return context.error();
+    if (const Result<Done> drawn = context->drawImage(image, QRectF(QPointF(0, 0), pixels)); !drawn)
+        return drawn.error();
+    return context->raster();
 }

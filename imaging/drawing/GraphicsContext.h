@@ -24,15 +24,16 @@ class GraphicsContext {
     /// is rounding noise and does not count.
     static double pixelEdge(double points, int scale);
 
-    /// The pixels of a picture of `size` points; empty where that size is empty, not a number, or has more
-    /// pixels than the limit.
-    static QSize pixelSize(const QSizeF& size, int scale);
+    /// The pixels of a picture of `size` points. EmptySize where that size is empty or not a number, TooLarge
+    /// where it has more pixels than the limit.
+    static Result<QSize> pixelSize(const QSizeF& size, int scale);
 
-    GraphicsContext(const QSizeF& size, int scale);
+    /// A context for a picture of `size` points. Fails as `pixelSize` does, or with OutOfMemory.
+    static Result<GraphicsContext> create(const QSizeF& size, int scale);
 
-    /// Whether there is a raster to draw on. There is none where the size has no pixels (`pixelSize`). The
-    /// raster is lost where memory is short or a picture can't be drawn. Without a raster nothing is drawn.
-    bool hasRaster() const { return !m_pixelSize.isEmpty(); }
+    // Each operation may fail with OutOfMemory. Half a picture is of no use, so the context is not used any
+    // further then.
+
 
     /// The filter that resamples the pictures drawn from now on.
     ResampleFilter imageInterpolation() const { return m_imageInterpolation; }
@@ -40,34 +41,42 @@ class GraphicsContext {
 
     /// Clips what is drawn from now on to the inside of `path`, antialiased. The path lies inside the
     /// picture, and replaces an earlier one.
-    void addClip(const Path& path);
+    Result<Done> addClip(const Path& path);
 
     /// Draws the whole of `image` stretched into `rect`, source over, antialiased where an edge of `rect`
-    /// cuts a pixel.
-    void drawImage(const Image& image, const QRectF& rect);
+    /// cuts a pixel. Also fails where a drawing can't be drawn.
+    Result<Done> drawImage(const Image& image, const QRectF& rect);
 
     /// Draws the outline of `path` in `color`, source over.
-    void stroke(const Path& path, const Color& color);
+    Result<Done> stroke(const Path& path, const Color& color);
 
-    /// What was drawn, as an image of the context's size. Its one representation is the raster; without a
-    /// raster it has no representation.
-    Image image();
+    /// What was drawn, as an image of the context's size. Its one representation is the raster.
+    Result<Image> image();
+
+    /// The raster alone, RGBA8888_Premultiplied.
+    Result<QImage> raster();
 
   private:
+    GraphicsContext(const QSizeF& size, int scale, const QSize& pixelSize)
+        : m_size(size), m_scale(scale), m_pixelSize(pixelSize) {}
+
     struct DeviceRect;
     DeviceRect deviceRect(const QRectF& rect) const;
     CoverageMask coverage(const Path& path, double offset) const;
     void applyClip(QImage& layer, int left, int top) const;
     static void applyEdges(QImage& layer, const DeviceRect& device);
     void compositeOver(const QImage& layer, int left, int top);
-    bool makeRaster();
-    void loseRaster();
+    void strokeRows(const CoverageMask& outer, const CoverageMask& inner, const Color& color);
+    Result<Done> makeRaster();
 
     QSizeF m_size;
     int m_scale;
-    QSize m_pixelSize; ///< empty where there is no raster
-    QImage m_raster;   ///< null as long as nothing is drawn
+    QSize m_pixelSize;
+    QImage m_raster; ///< null as long as nothing is drawn
     ResampleFilter m_imageInterpolation = ResampleFilter::Lanczos3;
     std::optional<CoverageMask> m_clip; ///< empty where nothing is clipped
     QRectF m_clipBounds;
 };
+
+/// Draws the whole of `image` into a new raster of that size in pixels. Fails as GraphicsContext does.
+Result<QImage> drawnRaster(const Image& image, const QSizeF& pixels);

@@ -46,5 +46,6 @@ class Path {
 
 /// A path's outline moved outward by `distance` (inward where negative), as a convex polygon. Its points lie
 /// at exactly that distance from the outline; curves are flattened to within a thousandth of a unit. Square
-/// corners stay square. With distance 0 it is the outline itself. Empty where nothing is left.
+/// corners stay square. With distance 0 it is the outline itself. Empty where nothing is left. For this room
+/// alone: may throw std::bad_alloc.
 std::vector<QPointF> offsetOutline(const QRectF& bounds, double xRadius, double yRadius, double distance);

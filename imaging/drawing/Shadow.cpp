@@ -1,5 +1,8 @@
 #include "imaging/drawing/Shadow.h"
 
+#include "base/ShortMemory.h"
+#include "imaging/pixels/Raster.h"
+
 #include <QImage>
 #include <QPainter>
 
@@ -72,13 +75,16 @@ class Plane {
 };
 
 /// The blurred coverage of `shape` over `area`, in device pixels.
-QImage blurredMask(const QPainterPath& shape, const QRect& area, double deviation) {
+Result<QImage> blurredMask(const QPainterPath& shape, const QRect& area, double deviation) {
     const std::vector<float> weights = gaussian(deviation);
     const int margin = static_cast<int>(weights.size()) - 1;
     const QRect wide = area.adjusted(-margin, -margin, margin, margin);
-    QImage mask(wide.size(), QImage::Format_Alpha8);
-    mask.fill(0);
-    QPainter painter(&mask);
+    Result<QImage> mask = newRaster(wide.size(), QImage::Format_Alpha8);
+    Result<QImage> blurred = newRaster(area.size(), QImage::Format_Alpha8);
+    if (!mask || !blurred)
+        return outOfMemory();
+    mask->fill(0);
+    QPainter painter(&*mask);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(-wide.topLeft());
     painter.fillPath(shape, Qt::black);
@@ -86,7 +92,7 @@ QImage blurredMask(const QPainterPath& shape, const QRect& area, double deviatio
 
     Plane plane(area.width(), area.height(), margin);
     for (int y = 0; y < wide.height(); ++y) {
-        const uchar* from = mask.constScanLine(y);
+        const uchar* from = mask->constScanLine(y);
         float* to = plane.at(-margin, y - margin);
         for (int x = 0; x < wide.width(); ++x)
             to[x] = from[x];
@@ -94,10 +100,9 @@ QImage blurredMask(const QPainterPath& shape, const QRect& area, double deviatio
     plane.blur(weights, 1);
     plane.blur(weights, plane.stride());
 
-    QImage blurred(area.size(), QImage::Format_Alpha8);
     for (int y = 0; y < area.height(); ++y) {
         const float* from = plane.at(0, y);
-        uchar* to = blurred.scanLine(y);
+        uchar* to = blurred->scanLine(y);
         for (int x = 0; x < area.width(); ++x)
             to[x] = static_cast<uchar>(std::lround(std::min(from[x], 255.0F)));
     }
@@ -109,32 +114,35 @@ QColor qcolor(const Color& color) {
                             static_cast<float>(color.blue), static_cast<float>(color.alpha));
 }
 
-} // namespace
-
-void drawShadow(QPainter& painter, const QPainterPath& shape, const Shadow& shadow,
-                const QPainterPath& clip) {
+Result<Done> drawn(QPainter& painter, const QPainterPath& shape, const Shadow& shadow,
+                   const QPainterPath& clip) {
     const QTransform toDevice = painter.deviceTransform();
     const QPainterPath thrown = toDevice.map(shape.translated(shadow.offset));
     const QPainterPath deviceClip = toDevice.map(clip);
     const QRect area = deviceClip.boundingRect().toAlignedRect();
     if (area.isEmpty())
-        return;
+        return Done{};
     const double scale = std::sqrt(std::abs(toDevice.determinant()));
     const double deviation = shadow.blurRadius * scale / 2;
 
-    QImage layer(area.size(), QImage::Format_ARGB32_Premultiplied);
-    layer.fill(0);
-    QPainter onLayer(&layer);
+    Result<QImage> layer = newRaster(area.size(), QImage::Format_ARGB32_Premultiplied);
+    if (!layer)
+        return layer.error();
+    layer->fill(0);
+    QPainter onLayer(&*layer);
     onLayer.setRenderHint(QPainter::Antialiasing);
     if (deviation > 0) {
-        onLayer.drawImage(0, 0, blurredMask(thrown, area, deviation));
+        const Result<QImage> mask = blurredMask(thrown, area, deviation);
+        if (!mask)
+            return mask.error();
+        onLayer.drawImage(0, 0, *mask);
         onLayer.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        onLayer.fillRect(layer.rect(), qcolor(shadow.color));
+        onLayer.fillRect(layer->rect(), qcolor(shadow.color));
     } else {
         onLayer.fillPath(thrown.translated(-area.topLeft()), qcolor(shadow.color));
     }
     QPainterPath outside;
-    outside.addRect(layer.rect().adjusted(-1, -1, 1, 1));
+    outside.addRect(layer->rect().adjusted(-1, -1, 1, 1));
     outside.addPath(deviceClip.translated(-area.topLeft()));
     onLayer.setCompositionMode(QPainter::CompositionMode_DestinationOut);
     onLayer.fillPath(outside, Qt::black);
@@ -142,6 +150,14 @@ void drawShadow(QPainter& painter, const QPainterPath& shape, const Shadow& shad
 
     painter.save();
     painter.setTransform(toDevice.inverted(), true);
-    painter.drawImage(area.topLeft(), layer);
+    painter.drawImage(area.topLeft(), *layer);
     painter.restore();
+    return Done{};
+}
+
+} // namespace
+
+Result<Done> drawShadow(QPainter& painter, const QPainterPath& shape, const Shadow& shadow,
+                        const QPainterPath& clip) {
+    return unlessMemoryIsShort([&] { return drawn(painter, shape, shadow, clip); });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Color.h"
+#include "base/Result.h"
 
 #include <QPainterPath>
 #include <QPointF>
@@ -16,4 +17,6 @@ struct Shadow {
 
 /// Draws the shadow that the filled `shape` throws inside of `clip`, without the shape itself. The edges of
 /// shadow and clip are antialiased. The blur is made for the pixels of the painter's device, and is not kept.
-void drawShadow(QPainter& painter, const QPainterPath& shape, const Shadow& shadow, const QPainterPath& clip);
+/// OutOfMemory is the only error; nothing is drawn then.
+Result<Done> drawShadow(QPainter& painter, const QPainterPath& shape, const Shadow& shadow,
+                        const QPainterPath& clip);

@@ -43,15 +43,16 @@ constexpr quint32 bitFields = 3;
 constexpr quint32 sRgb = 0x73524742; // 'sRGB'
 constexpr quint32 perceptual = 4;
 
-QByteArray file(const QImage& raster) {
+Result<QByteArray> file(const QImage& raster) {
     constexpr auto largest = static_cast<qsizetype>(std::numeric_limits<qint32>::max());
     constexpr qsizetype start = 2 + static_cast<qsizetype>(sizeof(BmpHeader));
     const qsizetype rowBytes = qsizetype{4} * raster.width();
     if (rowBytes * raster.height() > largest - start)
-        return {};
-    const QImage straight = straightRaster(raster);
-    if (straight.isNull())
-        return {};
+        return Error{ErrorCode::TooLarge,
+                     QStringLiteral("this format holds no more than %1 bytes").arg(largest)};
+    const Result<QImage> straight = straightRaster(raster);
+    if (!straight)
+        return straight.error();
     const auto imageSize = static_cast<quint32>(rowBytes * raster.height());
     BmpHeader header{};
     header.fileSize = static_cast<quint32>(start) + imageSize;
@@ -73,7 +74,7 @@ QByteArray file(const QImage& raster) {
     bytes.reserve(start + static_cast<qsizetype>(imageSize));
     ByteWriter(bytes).record(header);
     for (int y = raster.height() - 1; y >= 0; --y) {
-        const uchar* in = straight.constScanLine(y);
+        const uchar* in = straight->constScanLine(y);
         for (int x = 0; x < raster.width(); ++x, in += 4) {
             const char pixel[] = {static_cast<char>(in[2]), static_cast<char>(in[1]),
                                   static_cast<char>(in[0]), static_cast<char>(in[3])};
@@ -85,6 +86,6 @@ QByteArray file(const QImage& raster) {
 
 } // namespace
 
-QByteArray encodeBmp(const QImage& raster) {
+Result<QByteArray> encodeBmp(const QImage& raster) {
     return encodedPicture(raster, [&] { return file(raster); });
 }

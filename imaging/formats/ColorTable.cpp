@@ -1,5 +1,6 @@
 #include "imaging/formats/ColorTable.h"
 
+#include "base/ShortMemory.h"
 #include "imaging/pixels/Premultiplication.h"
 
 #include <algorithm>
@@ -251,13 +252,9 @@ class Diffusion {
     std::vector<Mean> m_row;
 };
 
-} // namespace
-
-IndexedPicture indexedPicture(const QImage& raster) {
-    const QImage straight = straightRaster(raster);
+/// `indexedPicture` of the same raster with straight colours.
+IndexedPicture indexed(const QImage& straight) {
     IndexedPicture picture;
-    if (straight.isNull())
-        return picture;
     forEachPixel(straight, [&](const uchar* pixel) {
         picture.hasTransparency = picture.hasTransparency || !isOpaque(pixel);
     });
@@ -266,11 +263,11 @@ IndexedPicture indexedPicture(const QImage& raster) {
     const std::size_t first = picture.hasTransparency ? 1 : 0;
     picture.colors.assign(first, Rgb{});
     picture.colors.insert(picture.colors.end(), colors.begin(), colors.end());
-    picture.indexes.reserve(static_cast<std::size_t>(raster.width()) *
-                            static_cast<std::size_t>(raster.height()));
+    picture.indexes.reserve(static_cast<std::size_t>(straight.width()) *
+                            static_cast<std::size_t>(straight.height()));
     std::optional<Diffusion> diffusion;
     if (!few)
-        diffusion.emplace(colors, raster.width());
+        diffusion.emplace(colors, straight.width());
     for (int y = 0; y < straight.height(); ++y) {
         if (diffusion)
             diffusion->beginRow();
@@ -286,4 +283,13 @@ IndexedPicture indexedPicture(const QImage& raster) {
         }
     }
     return picture;
+}
+
+} // namespace
+
+Result<IndexedPicture> indexedPicture(const QImage& raster) {
+    const Result<QImage> straight = straightRaster(raster);
+    if (!straight)
+        return straight.error();
+    return unlessMemoryIsShort([&] { return indexed(*straight); });
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <QImage>
 
 #include <array>
@@ -19,5 +21,5 @@ struct IndexedPicture {
 /// half coverage become transparent, all others opaque. A picture of no more colours keeps them exactly; of
 /// others the table comes from median cut (Heckbert 1982), made better by moving each colour to the mean of
 /// the pixels that are nearest to it, and what is lost at a pixel is spread over its neighbours (Floyd and
-/// Steinberg 1976).
-IndexedPicture indexedPicture(const QImage& raster);
+/// Steinberg 1976). OutOfMemory is the only error.
+Result<IndexedPicture> indexedPicture(const QImage& raster);

@@ -1,5 +1,7 @@
 #include "imaging/formats/GifReader.h"
 
+#include "base/ShortMemory.h"
+
 #include <gif_lib.h>
 
 #include <algorithm>
@@ -27,6 +29,8 @@ struct GifClose {
 };
 
 Error failure(int code) {
+    if (code == D_GIF_ERR_NOT_ENOUGH_MEM)
+        return outOfMemory();
     const char* text = GifErrorString(code);
     return PictureReader::damaged(QStringLiteral("GIF"), text != nullptr
                                                              ? QString::fromLatin1(text)
@@ -81,9 +85,7 @@ std::vector<int> rowOrder(int height, bool isInterlaced) {
     return rows;
 }
 
-} // namespace
-
-Result<DecodedPicture> readGif(const QByteArray& bytes) {
+Result<DecodedPicture> read(const QByteArray& bytes) {
     GifInput input{bytes};
     int code = 0;
     const std::unique_ptr<GifFileType, GifClose> gif(DGifOpen(&input, readInput, &code));
@@ -99,9 +101,9 @@ Result<DecodedPicture> readGif(const QByteArray& bytes) {
     // A canvas without a size, or one that the frame does not fit on, is the frame's.
     const int canvasWidth = std::max(gif->SWidth, frame.Left + frame.Width);
     const int canvasHeight = std::max(gif->SHeight, frame.Top + frame.Height);
-    if (const std::optional<Error> refused = PictureReader::refusedSize(frame.Width, frame.Height))
-        return *refused;
-    Result<QImage> raster = PictureReader::newRaster(canvasWidth, canvasHeight);
+    if (const Result<Done> allowed = PictureReader::checkSize(frame.Width, frame.Height); !allowed)
+        return allowed.error();
+    Result<QImage> raster = PictureReader::newPicture(canvasWidth, canvasHeight);
     if (!raster)
         return raster.error();
     raster->fill(0);
@@ -122,4 +124,10 @@ Result<DecodedPicture> readGif(const QByteArray& bytes) {
         }
     }
     return DecodedPicture{std::move(*raster), {}};
+}
+
+} // namespace
+
+Result<DecodedPicture> readGif(const QByteArray& bytes) {
+    return unlessMemoryIsShort([&] { return read(bytes); });
 }

@@ -13,10 +13,20 @@ constexpr int largestSide = 65535;
 
 int writeOutput(GifFileType* gif, const GifByteType* bytes, int length) {
     // No exception may pass through giflib.
-    return unlessMemoryIsShort([&] {
+    const Result<Done> appended = unlessMemoryIsShort([&] {
         static_cast<QByteArray*>(gif->UserData)->append(reinterpret_cast<const char*>(bytes), length);
-        return length;
     });
+    return appended ? length : 0;
+}
+
+/// Why the library failed. Memory is all that there is to write to.
+Error failure(int code) {
+    if (code == E_GIF_ERR_WRITE_FAILED || code == E_GIF_ERR_NOT_ENOUGH_MEM)
+        return outOfMemory();
+    const char* text = GifErrorString(code);
+    return {ErrorCode::Unsupported,
+            QStringLiteral("the GIF file can't be made (%1)")
+                .arg(text != nullptr ? QString::fromLatin1(text) : QString::number(code))};
 }
 
 struct GifClose {
@@ -27,16 +37,20 @@ struct FreeColorMap {
     void operator()(ColorMapObject* map) const { GifFreeMapObject(map); }
 };
 
-QByteArray file(const QImage& raster) {
-    IndexedPicture picture = indexedPicture(raster);
-    if (picture.indexes.empty())
-        return {};
+Result<QByteArray> file(const QImage& raster) {
+    Result<IndexedPicture> indexed = indexedPicture(raster);
+    if (!indexed)
+        return indexed.error();
+    IndexedPicture& picture = *indexed;
     const int colorCount = 1 << GifBitSize(static_cast<int>(picture.colors.size()));
     const std::unique_ptr<ColorMapObject, FreeColorMap> map(GifMakeMapObject(colorCount, nullptr));
     QByteArray bytes;
-    std::unique_ptr<GifFileType, GifClose> gif(EGifOpen(&bytes, writeOutput, nullptr));
-    if (!map || !gif)
-        return {};
+    int code = E_GIF_ERR_NOT_ENOUGH_MEM;
+    std::unique_ptr<GifFileType, GifClose> gif(EGifOpen(&bytes, writeOutput, &code));
+    if (!map)
+        return outOfMemory();
+    if (!gif)
+        return failure(code);
     for (std::size_t i = 0; i < picture.colors.size(); ++i)
         map->Colors[i] = {picture.colors[i][0], picture.colors[i][1], picture.colors[i][2]};
     EGifSetGifVersion(gif.get(), true);
@@ -49,19 +63,21 @@ QByteArray file(const QImage& raster) {
             GIF_ERROR ||
         EGifPutExtension(gif.get(), GRAPHICS_EXT_FUNC_CODE, length, extension) == GIF_ERROR ||
         EGifPutImageDesc(gif.get(), 0, 0, raster.width(), raster.height(), false, nullptr) == GIF_ERROR)
-        return {};
+        return failure(gif->Error);
     GifByteType* row = picture.indexes.data();
     for (int y = 0; y < raster.height(); ++y, row += raster.width()) {
         if (EGifPutLine(gif.get(), row, raster.width()) == GIF_ERROR)
-            return {};
+            return failure(gif->Error);
     }
-    return EGifCloseFile(gif.release(), nullptr) == GIF_ERROR ? QByteArray() : bytes;
+    if (EGifCloseFile(gif.release(), &code) == GIF_ERROR)
+        return failure(code);
+    return bytes;
 }
 
 } // namespace
 
-QByteArray encodeGif(const QImage& raster) {
+Result<QByteArray> encodeGif(const QImage& raster) {
     if (raster.width() > largestSide || raster.height() > largestSide)
-        return {};
+        return sideTooLong(largestSide);
     return encodedPicture(raster, [&] { return file(raster); });
 }

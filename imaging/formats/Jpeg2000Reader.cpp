@@ -46,8 +46,9 @@ OPJ_BOOL seekInput(OPJ_OFF_T position, void* user) {
 
 void keepMessage(const char* text, void* user) {
     auto* message = static_cast<QByteArray*>(user);
+    // No exception may pass through the library.
     if (message->isEmpty())
-        *message = unlessMemoryIsShort([&] { return QByteArray(text).trimmed(); });
+        *message = unlessMemoryIsShort([&] { return QByteArray(text).trimmed(); }).valueOr({});
 }
 
 using OpenJpeg::Codec;
@@ -62,8 +63,8 @@ std::uint8_t byteOf(const opj_image_comp_t& component, std::size_t index) {
     return static_cast<std::uint8_t>((value * 255 + maximum / 2) / maximum);
 }
 
-/// Where the picture is of no kind that is read here.
-std::optional<Error> refusedKind(const opj_image_t& picture) {
+/// Unsupported where the picture is of no kind that is read here.
+Result<Done> checkKind(const opj_image_t& picture) {
     const opj_image_comp_t& first = picture.comps[0];
     for (OPJ_UINT32 i = 0; i < picture.numcomps; ++i) {
         const opj_image_comp_t& component = picture.comps[i];
@@ -76,7 +77,7 @@ std::optional<Error> refusedKind(const opj_image_t& picture) {
         picture.color_space == OPJ_CLRSPC_CMYK)
         return Error{ErrorCode::Unsupported,
                      QStringLiteral("a JPEG 2000 picture that is neither grey nor RGB")};
-    return std::nullopt;
+    return Done{};
 }
 
 /// The samples of a decoded picture as a raster.
@@ -86,12 +87,17 @@ Result<DecodedPicture> converted(const opj_image_t& picture) {
     const bool hasAlpha = picture.numcomps % 2 == 0;
     const SampleLayout layout{isGrey ? SampleLayout::Colors::Grey : SampleLayout::Colors::RGB,
                               hasAlpha ? SampleLayout::Alpha::Straight : SampleLayout::Alpha::None, 8, false};
-    const ColorProfile profile = ColorProfile::fromIcc(
+    const Result<EmbeddedProfile> embedded = ColorProfile::embedded(
         QByteArray(reinterpret_cast<const char*>(picture.icc_profile_buf), picture.icc_profile_len));
-    RowConverter converter(layout, profile);
-    Result<QImage> raster = PictureReader::newRaster(first.w, first.h);
+    if (!embedded)
+        return embedded.error();
+    Result<QImage> raster = PictureReader::newPicture(first.w, first.h);
     if (!raster)
         return raster.error();
+    Result<RowConverter> converter =
+        RowConverter::create(layout, embedded->profile, static_cast<int>(first.w));
+    if (!converter)
+        return converter.error();
     std::vector<std::uint8_t> row(static_cast<std::size_t>(first.w) * picture.numcomps);
     for (OPJ_UINT32 y = 0; y < first.h; ++y) {
         std::uint8_t* out = row.data();
@@ -99,26 +105,27 @@ Result<DecodedPicture> converted(const opj_image_t& picture) {
             for (OPJ_UINT32 i = 0; i < picture.numcomps; ++i)
                 *out++ = byteOf(picture.comps[i], static_cast<std::size_t>(y) * first.w + x);
         }
-        converter.convert(row.data(), raster->scanLine(static_cast<int>(y)), static_cast<int>(first.w));
+        converter->convert(row.data(), raster->scanLine(static_cast<int>(y)), static_cast<int>(first.w));
     }
     DecodedPicture decoded{std::move(*raster), {}};
-    if (converter.profileWasRefused() || (picture.icc_profile_len > 0 && !profile))
+    if (converter->profileWasRefused() || embedded->isBroken)
         decoded.warnings << PictureReader::profileWarning();
     return decoded;
 }
 
-} // namespace
-
-Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
+Result<DecodedPicture> read(const QByteArray& bytes) {
     const QString name = QStringLiteral("JPEG 2000");
     const bool isBare = bytes.startsWith(Jpeg2000Codestream::start);
     const Codec codec(opj_create_decompress(isBare ? OPJ_CODEC_J2K : OPJ_CODEC_JP2));
     const Stream stream(opj_stream_default_create(OPJ_TRUE));
     if (!codec || !stream)
-        return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+        return Error{ErrorCode::OutOfMemory, QStringLiteral("not enough memory for the picture")};
     QByteArray message;
     opj_set_error_handler(codec.get(), keepMessage, &message);
-    const auto failure = [&] { return PictureReader::damaged(name, QString::fromUtf8(message)); };
+    const RefusedMemory memory;
+    const auto failure = [&] {
+        return memory.wasSeen() ? outOfMemory() : PictureReader::damaged(name, QString::fromUtf8(message));
+    };
 
     Input input{bytes};
     opj_stream_set_user_data(stream.get(), &input, nullptr);
@@ -136,9 +143,10 @@ Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
     const Picture picture(rawPicture);
     if (picture->numcomps == 0 || picture->x1 < picture->x0 || picture->y1 < picture->y0)
         return failure();
-    if (const std::optional<Error> refused =
-            PictureReader::refusedSize(picture->x1 - picture->x0, picture->y1 - picture->y0))
-        return *refused;
+    if (const Result<Done> allowed =
+            PictureReader::checkSize(picture->x1 - picture->x0, picture->y1 - picture->y0);
+        !allowed)
+        return allowed.error();
     // Before the memory for them is taken.
     constexpr OPJ_UINT32 mostComponents = 4;
     if (picture->numcomps > mostComponents)
@@ -152,7 +160,13 @@ Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
     if (!codestream || !Jpeg2000Codestream::hasAllTiles(*codestream))
         return PictureReader::damaged(name, QStringLiteral("a tile is missing"));
 
-    if (const std::optional<Error> refused = refusedKind(*picture))
-        return *refused;
+    if (const Result<Done> known = checkKind(*picture); !known)
+        return known.error();
     return converted(*picture);
+}
+
+} // namespace
+
+Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
+    return unlessMemoryIsShort([&] { return read(bytes); });
 }

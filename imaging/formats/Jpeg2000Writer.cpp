@@ -20,14 +20,17 @@ struct Output {
     QByteArray bytes;
     qsizetype position = 0;
 
+    bool isMemoryShort = false;
+
     /// Goes to `end`; false where there is no memory up to there. No exception may pass through the library.
     bool goTo(qsizetype end) {
-        return unlessMemoryIsShort([&] {
+        const Result<Done> gone = unlessMemoryIsShort([&] {
             if (end > bytes.size())
                 bytes.append(end - bytes.size(), '\0');
             position = end;
-            return true;
         });
+        isMemoryShort = isMemoryShort || !gone;
+        return gone.operator bool();
     }
 };
 
@@ -76,15 +79,15 @@ Picture pictureOf(const QImage& straight) {
     return picture;
 }
 
-QByteArray file(const QImage& raster) {
-    const QImage straight = straightRaster(raster);
-    if (straight.isNull())
-        return {};
-    const Picture picture = pictureOf(straight);
+Result<QByteArray> file(const QImage& raster) {
+    const Result<QImage> straight = straightRaster(raster);
+    if (!straight)
+        return straight.error();
+    const Picture picture = pictureOf(*straight);
     const Codec codec(opj_create_compress(OPJ_CODEC_JP2));
     const Stream stream(opj_stream_default_create(OPJ_FALSE));
     if (!picture || !codec || !stream)
-        return {};
+        return outOfMemory();
     Output output;
     opj_stream_set_user_data(stream.get(), &output, nullptr);
     opj_stream_set_write_function(stream.get(), writeOutput);
@@ -99,15 +102,20 @@ QByteArray file(const QImage& raster) {
     // No more halvings than the shorter side has.
     const auto shorter = static_cast<unsigned>(std::min(raster.width(), raster.height()));
     parameters.numresolution = std::min(parameters.numresolution, static_cast<int>(std::bit_width(shorter)));
+    const RefusedMemory memory;
     const bool isWritten = opj_setup_encoder(codec.get(), &parameters, picture.get()) != OPJ_FALSE &&
                            opj_start_compress(codec.get(), picture.get(), stream.get()) != OPJ_FALSE &&
                            opj_encode(codec.get(), stream.get()) != OPJ_FALSE &&
                            opj_end_compress(codec.get(), stream.get()) != OPJ_FALSE;
-    return isWritten ? output.bytes : QByteArray();
+    if (output.isMemoryShort || (!isWritten && memory.wasSeen()))
+        return outOfMemory();
+    if (!isWritten)
+        return Error{ErrorCode::Unsupported, QStringLiteral("the JPEG 2000 file can't be made")};
+    return output.bytes;
 }
 
 } // namespace
 
-QByteArray encodeJpeg2000(const QImage& raster) {
+Result<QByteArray> encodeJpeg2000(const QImage& raster) {
     return encodedPicture(raster, [&] { return file(raster); });
 }

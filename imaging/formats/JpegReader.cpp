@@ -1,12 +1,14 @@
 #include "imaging/formats/JpegReader.h"
 
+#include "base/ShortMemory.h"
 #include "imaging/image/PictureBuilder.h"
+#include "imaging/pixels/Raster.h"
 
 #include <array>
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
-#include <optional>
+#include <memory>
 #include <vector>
 // after <cstdio>
 #include <jpeglib.h>
@@ -33,20 +35,36 @@ class JpegDecoder {
     JpegDecoder& operator=(const JpegDecoder&) = delete;
 
     Result<DecodedPicture> decode() {
-        if (setjmp(m_jump) != 0) { // NOLINT(cert-err52-cpp): libjpeg's only way to report errors
-            // The library's own limit of 65500 comes before ours.
-            if (m_errors.msg_code == JERR_IMAGE_TOO_BIG)
-                return PictureReader::tooLarge(m_jpeg.image_width, m_jpeg.image_height);
-            return PictureReader::damaged(QStringLiteral("JPEG"), QString::fromLatin1(m_message.data()));
-        }
+        if (setjmp(m_jump) != 0) // NOLINT(cert-err52-cpp): libjpeg's only way to report errors
+            return failure();
         readHeader();
-        if (!m_picture.error())
-            readPixels();
+        if (const Result<Done> allowed = PictureReader::checkSize(m_jpeg.image_width, m_jpeg.image_height);
+            !allowed)
+            return allowed.error();
+        if (const Result<Done> read = readPixels(); !read)
+            return read.error();
         return m_picture.finish();
     }
 
   private:
     static JpegDecoder* self(j_common_ptr jpeg) { return static_cast<JpegDecoder*>(jpeg->client_data); }
+
+    Error failure() const {
+        const qint64 width = m_jpeg.image_width;
+        const qint64 height = m_jpeg.image_height;
+        if (m_hasTooManyScans)
+            return {ErrorCode::TakesTooLong,
+                    PictureReader::damaged(QStringLiteral("JPEG"), QStringLiteral("it has too many scans"))
+                        .sentence};
+        switch (m_errors.msg_code) {
+        case JERR_IMAGE_TOO_BIG: // the library's own limit of 65500 comes before ours
+            return PictureReader::tooLarge(width, height);
+        case JERR_OUT_OF_MEMORY:
+            return width > 0 && height > 0 ? noMemoryForPixels(width, height) : outOfMemory();
+        default:
+            return PictureReader::damaged(QStringLiteral("JPEG"), QString::fromLatin1(m_message.data()));
+        }
+    }
 
     [[noreturn]] static void onError(j_common_ptr jpeg) {
         std::array<char, JMSG_LENGTH_MAX> text{};
@@ -77,7 +95,7 @@ class JpegDecoder {
     static void onProgress(j_common_ptr jpeg) {
         constexpr int maximumScans = 500;
         if (self(jpeg)->m_jpeg.input_scan_number > maximumScans) {
-            self(jpeg)->m_message = {"it has too many scans"};
+            self(jpeg)->m_hasTooManyScans = true;
             longjmp(self(jpeg)->m_jump, 1); // NOLINT(cert-err52-cpp)
         }
     }
@@ -90,13 +108,11 @@ class JpegDecoder {
         jpeg_save_markers(&m_jpeg, JPEG_APP0 + 1, 0xffff);
         jpeg_save_markers(&m_jpeg, JPEG_APP0 + 2, 0xffff);
         jpeg_read_header(&m_jpeg, TRUE);
-        if (const std::optional<Error> refused =
-                PictureReader::refusedSize(m_jpeg.image_width, m_jpeg.image_height))
-            m_picture.fail(*refused);
     }
 
-    void readPixels() {
-        readMarkers();
+    Result<Done> readPixels() {
+        if (const Result<Done> read = readMarkers(); !read)
+            return read;
         SampleLayout layout;
         switch (m_jpeg.jpeg_color_space) {
         case JCS_GRAYSCALE:
@@ -117,8 +133,9 @@ class JpegDecoder {
             layout = {SampleLayout::Colors::RGB, SampleLayout::Alpha::Full, 8, false};
             break;
         }
-        if (!m_picture.begin(m_jpeg.image_width, m_jpeg.image_height, layout))
-            return;
+        if (const Result<Done> begun = m_picture.begin(m_jpeg.image_width, m_jpeg.image_height, layout);
+            !begun)
+            return begun;
         jpeg_start_decompress(&m_jpeg);
         const bool isInPlace = m_picture.isInPlace();
         m_row.resize(isInPlace ? 0 : m_jpeg.output_width * static_cast<std::size_t>(layout.bytesPerPixel()));
@@ -128,9 +145,10 @@ class JpegDecoder {
             m_picture.addRow(row);
         }
         jpeg_finish_decompress(&m_jpeg);
+        return Done{};
     }
 
-    void readMarkers() {
+    Result<Done> readMarkers() {
         for (jpeg_saved_marker_ptr marker = m_jpeg.marker_list; marker != nullptr; marker = marker->next) {
             if (marker->marker == JPEG_APP0 + 1)
                 readExif(marker->data, marker->data_length);
@@ -138,9 +156,10 @@ class JpegDecoder {
         JOCTET* icc = nullptr;
         unsigned int length = 0;
         if (jpeg_read_icc_profile(&m_jpeg, &icc, &length) != FALSE)
-            readProfile(icc, length);
-        else if (m_hasOddProfile)
-            m_picture.setProfile({}, true);
+            return readProfile(icc, length);
+        if (m_hasOddProfile)
+            m_picture.setProfile({{}, true});
+        return Done{};
     }
 
     void readExif(const JOCTET* data, unsigned int length) {
@@ -149,10 +168,14 @@ class JpegDecoder {
             m_picture.setOrientation(PictureReader::exifOrientation(exif));
     }
 
-    void readProfile(JOCTET* icc, unsigned int length) {
-        m_picture.setProfile(ColorProfile::fromIcc(QByteArray(reinterpret_cast<const char*>(icc), length)),
-                             true);
-        std::free(icc); // NOLINT(cppcoreguidelines-no-malloc): libjpeg's contract
+    Result<Done> readProfile(JOCTET* icc, unsigned int length) {
+        const std::unique_ptr<JOCTET, decltype(&std::free)> owned(icc, std::free); // libjpeg's contract
+        const Result<EmbeddedProfile> embedded =
+            ColorProfile::embedded(QByteArray(reinterpret_cast<const char*>(icc), length));
+        if (!embedded)
+            return embedded.error();
+        m_picture.setProfile(*embedded);
+        return Done{};
     }
 
     const QByteArray& m_bytes;
@@ -162,6 +185,7 @@ class JpegDecoder {
     std::jmp_buf m_jump{};
     std::array<char, JMSG_LENGTH_MAX> m_message{};
     bool m_hasOddProfile = false;
+    bool m_hasTooManyScans = false;
     PictureBuilder m_picture;
     std::vector<uchar> m_row;
 };
@@ -169,5 +193,5 @@ class JpegDecoder {
 } // namespace
 
 Result<DecodedPicture> readJpeg(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
-    return JpegDecoder(bytes, renders).decode();
+    return unlessMemoryIsShort([&] { return JpegDecoder(bytes, renders).decode(); });
 }

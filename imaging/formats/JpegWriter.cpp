@@ -3,6 +3,7 @@
 #include "imaging/image/EncodedPicture.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <csetjmp>
 #include <cstdint>
@@ -10,6 +11,8 @@
 #include <vector>
 // after <cstdio>
 #include <jpeglib.h>
+// after jpeglib.h
+#include <jerror.h>
 
 namespace {
 
@@ -31,9 +34,9 @@ class JpegEncoder {
     JpegEncoder(const JpegEncoder&) = delete;
     JpegEncoder& operator=(const JpegEncoder&) = delete;
 
-    QByteArray encode(int percent) {
+    Result<QByteArray> encode(int percent) {
         if (setjmp(m_jump) != 0) // NOLINT(cert-err52-cpp): libjpeg's only way to report errors
-            return {};
+            return failure();
         write(percent);
         return m_file;
     }
@@ -41,6 +44,17 @@ class JpegEncoder {
   private:
     [[noreturn]] static void onError(j_common_ptr jpeg) {
         longjmp(static_cast<JpegEncoder*>(jpeg->client_data)->m_jump, 1); // NOLINT(cert-err52-cpp)
+    }
+
+    Error failure() {
+        if (m_isMemoryShort || m_errors.msg_code == JERR_OUT_OF_MEMORY)
+            return outOfMemory();
+        if (m_errors.msg_code == JERR_IMAGE_TOO_BIG)
+            return sideTooLong(int{JPEG_MAX_DIMENSION});
+        std::array<char, JMSG_LENGTH_MAX> text{};
+        m_errors.format_message(reinterpret_cast<j_common_ptr>(&m_jpeg), text.data());
+        return {ErrorCode::Unsupported,
+                QStringLiteral("the JPEG file can't be made (%1)").arg(QString::fromLatin1(text.data()))};
     }
 
     static JpegEncoder& self(j_compress_ptr jpeg) { return *static_cast<JpegEncoder*>(jpeg->client_data); }
@@ -65,11 +79,10 @@ class JpegEncoder {
 
     /// No exception may pass through libjpeg.
     void append(std::size_t count) {
-        const bool isKept = unlessMemoryIsShort([&] {
+        m_isMemoryShort = !unlessMemoryIsShort([&] {
             m_file.append(reinterpret_cast<const char*>(m_buffer.data()), static_cast<qsizetype>(count));
-            return true;
         });
-        if (!isKept)
+        if (m_isMemoryShort)
             onError(reinterpret_cast<j_common_ptr>(&m_jpeg));
     }
 
@@ -104,11 +117,12 @@ class JpegEncoder {
     jpeg_destination_mgr m_destination{};
     std::vector<JOCTET> m_buffer = std::vector<JOCTET>(65536);
     QByteArray m_file;
+    bool m_isMemoryShort = false;
 };
 
 } // namespace
 
-QByteArray encodeJpeg(const QImage& raster, double quality) {
+Result<QByteArray> encodeJpeg(const QImage& raster, double quality) {
     constexpr double percent = 100;
     const auto whole = static_cast<int>(std::lround(percent * std::clamp(quality, 0.0, 1.0)));
     return encodedPicture(raster, [&] { return JpegEncoder(raster).encode(whole); });

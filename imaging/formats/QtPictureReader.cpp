@@ -1,6 +1,8 @@
 #include "imaging/formats/QtPictureReader.h"
 
 #include "base/ByteReader.h"
+#include "base/ShortMemory.h"
+#include "imaging/pixels/Raster.h"
 #include "imaging/pixels/RowConverter.h"
 
 #include <QIODevice>
@@ -40,24 +42,27 @@ class WatchedDevice final : public QIODevice {
 
 /// Straight RGBA or its like, converted in bands that are small enough for Qt to stay on this thread.
 Result<DecodedPicture> converted(const QImage& image, const ColorProfile& profile) {
-    Result<QImage> raster = PictureReader::newRaster(image.width(), image.height());
+    Result<QImage> raster = PictureReader::newPicture(image.width(), image.height());
     if (!raster)
         return raster.error();
+    Result<RowConverter> converter = RowConverter::create(
+        {SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false}, profile, image.width());
+    if (!converter)
+        return converter.error();
     constexpr int bandPixels = 60000;
     const int band = std::max(1, bandPixels / image.width());
-    RowConverter converter({SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false}, profile);
     for (int y = 0; y < image.height(); y += band) {
         const int rows = std::min(band, image.height() - y);
         QImage part(image.constScanLine(y), image.width(), rows, image.bytesPerLine(), image.format());
         part.setColorTable(image.colorTable());
         const QImage straight = part.convertToFormat(QImage::Format_RGBA8888);
         if (straight.isNull())
-            return Error{ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+            return noMemoryForPixels(image.width(), image.height());
         for (int i = 0; i < rows; ++i)
-            converter.convert(straight.constScanLine(i), raster->scanLine(y + i), image.width());
+            converter->convert(straight.constScanLine(i), raster->scanLine(y + i), image.width());
     }
     DecodedPicture picture{std::move(*raster), {}};
-    if (converter.profileWasRefused())
+    if (converter->profileWasRefused())
         picture.warnings << PictureReader::profileWarning();
     return picture;
 }
@@ -96,8 +101,8 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
                        const std::optional<PixelSize>& size) {
     if (!size)
         return unreadableHeader(name);
-    if (const std::optional<Error> refused = PictureReader::refusedSize(size->width, size->height))
-        return *refused;
+    if (const Result<Done> allowed = PictureReader::checkSize(size->width, size->height); !allowed)
+        return allowed.error();
     // Behind the limit above Qt's own is only a backstop. It is for the whole process: what Qt itself reads,
     // as from the clipboard, keeps the lower one.
     qunsetenv("QT_IMAGEIO_MAXALLOC"); // it would stand above the next line
@@ -107,8 +112,10 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(false);
     QtPicture picture;
+    const RefusedMemory memory;
     if (!reader.read(&picture.image))
-        return PictureReader::damaged(name, reader.errorString());
+        return memory.wasSeen() ? noMemoryForPixels(size->width, size->height)
+                                : PictureReader::damaged(name, reader.errorString());
     picture.ranShort = device.ranShort();
     return picture;
 }
@@ -186,9 +193,7 @@ QByteArray riffChunk(const QByteArray& bytes, FourCharCode type) {
     return {};
 }
 
-} // namespace
-
-Result<DecodedPicture> readBmp(const QByteArray& bytes) {
+Result<DecodedPicture> readWholeBmp(const QByteArray& bytes) {
     const QString name = QStringLiteral("BMP");
     const Result<QtPicture> picture = read(bytes, "bmp", name, bmpSize(bytes));
     if (!picture)
@@ -198,18 +203,32 @@ Result<DecodedPicture> readBmp(const QByteArray& bytes) {
     return converted(picture->image, {});
 }
 
-Result<DecodedPicture> readWebP(const QByteArray& bytes) {
+Result<DecodedPicture> readWholeWebP(const QByteArray& bytes) {
     const Result<QtPicture> picture = read(bytes, "webp", QStringLiteral("WebP"), webPSize(bytes));
     if (!picture)
         return picture.error();
-    const QByteArray icc = riffChunk(bytes, "ICCP");
-    const ColorProfile profile = ColorProfile::fromIcc(icc);
-    Result<DecodedPicture> result = converted(picture->image, profile);
+    const Result<EmbeddedProfile> embedded = ColorProfile::embedded(riffChunk(bytes, "ICCP"));
+    if (!embedded)
+        return embedded.error();
+    Result<DecodedPicture> result = converted(picture->image, embedded->profile);
     if (!result)
         return result;
-    if (!icc.isEmpty() && !profile)
+    if (embedded->isBroken)
         result->warnings << PictureReader::profileWarning();
-    result->raster = PictureReader::upright(std::move(result->raster),
-                                            PictureReader::exifOrientation(riffChunk(bytes, "EXIF")));
+    Result<QImage> upright = PictureReader::upright(std::move(result->raster),
+                                                    PictureReader::exifOrientation(riffChunk(bytes, "EXIF")));
+    if (!upright)
+        return upright.error();
+    result->raster = std::move(*upright);
     return result;
+}
+
+} // namespace
+
+Result<DecodedPicture> readBmp(const QByteArray& bytes) {
+    return unlessMemoryIsShort([&] { return readWholeBmp(bytes); });
+}
+
+Result<DecodedPicture> readWebP(const QByteArray& bytes) {
+    return unlessMemoryIsShort([&] { return readWholeWebP(bytes); });
 }

@@ -14,6 +14,8 @@
 namespace {
 
 Error failure(const TiffStream& stream) {
+    if (stream.isMemoryShort())
+        return outOfMemory();
     const QString cause =
         stream.error().isEmpty() ? QStringLiteral("it can't be decoded") : QString::fromUtf8(stream.error());
     return PictureReader::damaged(QStringLiteral("TIFF"), cause);
@@ -25,14 +27,12 @@ T field(TIFF* tiff, std::uint32_t tag, T fallback) {
     return TIFFGetFieldDefaulted(tiff, tag, &value) != 0 ? value : fallback;
 }
 
-ColorProfile profileOf(TIFF* tiff, bool& wasRefused) {
+Result<EmbeddedProfile> profileOf(TIFF* tiff) {
     std::uint32_t length = 0;
     void* icc = nullptr;
     if (TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &length, &icc) == 0 || icc == nullptr)
-        return {};
-    ColorProfile profile = ColorProfile::fromIcc(QByteArray(static_cast<const char*>(icc), length));
-    wasRefused = !profile;
-    return profile;
+        return EmbeddedProfile{};
+    return ColorProfile::embedded(QByteArray(static_cast<const char*>(icc), length));
 }
 
 /// How a file keeps its samples, where they are grey, RGB or CMYK of 8 or 16 bits; none for all other kinds.
@@ -149,12 +149,12 @@ class BlockReader {
           m_height(kind.isTiled ? tileSide(TIFFTAG_TILELENGTH, raster.height()) : rowsPerStrip()),
           m_rowBytes(tmsize_t{m_width} * kind.layout.bytesPerPixel()) {}
 
-    /// False where a block can't be read in full.
-    bool read(RowConverter& converter) {
+    /// Fails where a block can't be read in full.
+    Result<Done> read(const TiffStream& stream, RowConverter& converter) {
         const tmsize_t libraryRow = m_kind.isTiled ? TIFFTileRowSize(m_tiff) : TIFFScanlineSize(m_tiff);
         const tmsize_t planes = m_kind.hasPlanes ? m_kind.layout.samplesPerPixel() : 1;
         if (m_width <= 0 || m_height <= 0 || libraryRow * planes != m_rowBytes)
-            return false;
+            return failure(stream);
         // Samples that lie as the raster's do are read to where they belong.
         const bool inPlace = !m_kind.isTiled && !m_kind.hasPlanes && m_kind.layout.bytesPerPixel() == 4;
         if (!inPlace)
@@ -167,13 +167,15 @@ class BlockReader {
                 const int columns = std::min(m_width, m_raster.width() - left);
                 std::uint8_t* block = inPlace ? m_raster.scanLine(top) : m_block.data();
                 if (!readBlock(left, top, rows, block))
-                    return false;
+                    return failure(stream);
                 for (int row = 0; row < rows; ++row)
                     converter.convert(block + row * m_rowBytes,
                                       m_raster.scanLine(top + row) + 4 * tmsize_t{left}, columns);
             }
         }
-        return true;
+        if (!stream.error().isEmpty())
+            return failure(stream);
+        return Done{};
     }
 
   private:
@@ -251,42 +253,60 @@ Result<QImage> readAsRgba(TiffStream& stream, RowConverter& converter, QImage ra
     return raster;
 }
 
-} // namespace
+/// The pixels of a picture of that size and kind; of no plain kind where `plain` is null.
+Result<QImage> pixelsOf(TiffStream& stream, const PlainKind* plain, RowConverter& converter, QSize size) {
+    Result<QImage> picture = PictureReader::newPicture(size.width(), size.height());
+    if (!picture)
+        return picture;
+    if (plain == nullptr)
+        return readAsRgba(stream, converter, std::move(*picture));
+    const Result<Done> read = BlockReader(stream.handle(), *plain, *picture).read(stream, converter);
+    if (!read)
+        return read.error();
+    return picture;
+}
 
-Result<DecodedPicture> readTiff(const QByteArray& bytes) {
+Result<DecodedPicture> read(const QByteArray& bytes) {
     TiffStream stream(bytes);
     TIFF* tiff = stream.handle();
     if (tiff == nullptr)
         return failure(stream);
     const auto width = field<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0);
     const auto height = field<std::uint32_t>(tiff, TIFFTAG_IMAGELENGTH, 0);
-    if (const std::optional<Error> refused = PictureReader::refusedSize(width, height))
-        return *refused;
-    bool profileWasRefused = false;
-    const ColorProfile profile = profileOf(tiff, profileWasRefused);
+    if (const Result<Done> allowed = PictureReader::checkSize(width, height); !allowed)
+        return allowed.error();
+    const QSize size(static_cast<int>(width), static_cast<int>(height));
+    const Result<EmbeddedProfile> embedded = profileOf(tiff);
+    if (!embedded)
+        return embedded.error();
     const std::optional<PlainKind> plain = plainKind(tiff);
     const SampleLayout asRgba{SampleLayout::Colors::RGB, SampleLayout::Alpha::Premultiplied, 8, false};
-    RowConverter converter(plain ? plain->layout : asRgba, profile);
+    Result<RowConverter> converter =
+        RowConverter::create(plain ? plain->layout : asRgba, embedded->profile, size.width());
+    if (!converter)
+        return converter.error();
     if (!hasAllBlocks(tiff) || !stream.error().isEmpty())
         return failure(stream);
     stream.beginPixels();
-    Result<QImage> picture = plain && !profile ? sharedRaster(tiff, *plain, bytes, static_cast<int>(width),
-                                                              static_cast<int>(height))
-                                               : QImage();
-    if (picture->isNull()) {
-        picture = PictureReader::newRaster(width, height);
-        if (!picture)
-            return picture.error();
-        if (!plain)
-            picture = readAsRgba(stream, converter, std::move(*picture));
-        else if (!BlockReader(tiff, *plain, *picture).read(converter) || !stream.error().isEmpty())
-            picture = failure(stream);
-    }
+    Result<QImage> picture = plain && !embedded->profile
+                                 ? sharedRaster(tiff, *plain, bytes, size.width(), size.height())
+                                 : QImage();
+    if (picture->isNull())
+        picture = pixelsOf(stream, plain ? &*plain : nullptr, *converter, size);
     if (!picture)
         return picture.error();
     const auto orientation = field<std::uint16_t>(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
-    DecodedPicture decoded{PictureReader::upright(std::move(*picture), orientation), {}};
-    if (profileWasRefused || converter.profileWasRefused())
+    Result<QImage> upright = PictureReader::upright(std::move(*picture), orientation);
+    if (!upright)
+        return upright.error();
+    DecodedPicture decoded{std::move(*upright), {}};
+    if (embedded->isBroken || converter->profileWasRefused())
         decoded.warnings << PictureReader::profileWarning();
     return decoded;
+}
+
+} // namespace
+
+Result<DecodedPicture> readTiff(const QByteArray& bytes) {
+    return unlessMemoryIsShort([&] { return read(bytes); });
 }

@@ -1,7 +1,5 @@
 #include "imaging/formats/TiffStream.h"
 
-#include "base/ShortMemory.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -55,6 +53,7 @@ tmsize_t TiffStream::read(thandle_t handle, void* out, tmsize_t length) {
     std::memcpy(out, stream.m_bytes.constData() + std::min(stream.m_position, stream.m_bytes.size()),
                 static_cast<std::size_t>(count));
     stream.m_position += count;
+    stream.m_brokeOff = count < length;
     return count;
 }
 
@@ -70,10 +69,12 @@ tmsize_t TiffStream::write(thandle_t handle, void* in, tmsize_t length) {
             std::memcpy(stream.m_bytes.data() + stream.m_position, in, static_cast<std::size_t>(length));
         }
         stream.m_position = end;
-        return length;
     };
     // No exception may pass through libtiff.
-    return unlessMemoryIsShort(keep, tmsize_t{-1});
+    if (unlessMemoryIsShort(keep))
+        return length;
+    stream.m_isMemoryShort = true;
+    return -1;
 }
 
 toff_t TiffStream::seek(thandle_t handle, toff_t offset, int whence) {
@@ -97,8 +98,8 @@ toff_t TiffStream::size(thandle_t handle) {
 int TiffStream::onWarning(TIFF* tiff, void* handle, const char* module, const char* format,
                           va_list arguments) {
     // Of a directory's data that break off only a warning tells.
-    const bool breaksOff = std::strstr(format, "IO error during reading") != nullptr;
-    if (breaksOff || static_cast<TiffStream*>(handle)->m_warningsCount)
+    const auto& stream = *static_cast<TiffStream*>(handle);
+    if (stream.m_brokeOff || stream.m_warningsCount)
         onError(tiff, handle, module, format, arguments);
     return 1;
 }
@@ -109,8 +110,9 @@ int TiffStream::onError(TIFF* /*tiff*/, void* handle, const char* /*module*/, co
     if (stream.m_error.isEmpty()) {
         std::array<char, 300> text{};
         std::vsnprintf(text.data(), text.size(), format, arguments);
-        stream.m_error = unlessMemoryIsShort([&] { return QByteArray(text.data()); },
-                                             QByteArrayLiteral("not enough memory"));
+        Result<QByteArray> kept = unlessMemoryIsShort([&] { return QByteArray(text.data()); });
+        stream.m_isMemoryShort = stream.m_isMemoryShort || !kept;
+        stream.m_error = std::move(kept).valueOr(QByteArrayLiteral("not enough memory"));
     }
     return 1;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/ShortMemory.h"
+
 #include <QByteArray>
 
 #include <tiffio.h>
@@ -11,7 +13,8 @@ class TiffStream {
   public:
     /// Reads `bytes`.
     explicit TiffStream(QByteArray bytes);
-    /// Writes a new file; `expectedSize` bytes are set aside for it.
+    /// Writes a new file; `expectedSize` bytes are set aside for it, for which it may throw std::bad_alloc:
+    /// it is for this room alone, whose public functions tell of that.
     explicit TiffStream(qsizetype expectedSize);
     ~TiffStream();
     TiffStream(const TiffStream&) = delete;
@@ -22,6 +25,9 @@ class TiffStream {
 
     /// The first thing that libtiff complained of.
     const QByteArray& error() const { return m_error; }
+
+    /// Whether it failed for want of memory, as far as the system and this stream itself know.
+    bool isMemoryShort() const { return m_isMemoryShort || m_refused.wasSeen(); }
 
     /// From here on warnings count as errors: what a decoder says of pixels that it makes up for is one.
     void beginPixels() { m_warningsCount = true; }
@@ -43,5 +49,8 @@ class TiffStream {
     qsizetype m_position = 0;
     QByteArray m_error;
     bool m_warningsCount = false;
+    bool m_brokeOff = false; ///< what was read last is not all there
+    bool m_isMemoryShort = false;
+    RefusedMemory m_refused;
     TIFF* m_tiff = nullptr;
 };

@@ -24,44 +24,59 @@ void describe(TIFF* tiff, const QImage& raster, std::uint16_t alphaKind) {
     TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
 }
 
-bool writePlain(TIFF* tiff, const QImage& raster) {
+Error failure(const TiffStream& stream) {
+    if (stream.isMemoryShort())
+        return outOfMemory();
+    return {ErrorCode::Unsupported,
+            QStringLiteral("the TIFF file can't be made (%1)").arg(QString::fromUtf8(stream.error()))};
+}
+
+Result<Done> writePlain(TiffStream& stream, const QImage& raster) {
+    TIFF* tiff = stream.handle();
     describe(tiff, raster, EXTRASAMPLE_ASSOCALPHA);
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
     TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(raster.height()));
     // Nothing to encode: the strip goes in as it is. Rows of 4-byte pixels have no padding. libtiff does not
     // write to it.
     void* samples = const_cast<uchar*>(raster.constBits()); // NOLINT(cppcoreguidelines-pro-type-const-cast)
-    return TIFFWriteRawStrip(tiff, 0, samples, raster.sizeInBytes()) == raster.sizeInBytes();
+    if (TIFFWriteRawStrip(tiff, 0, samples, raster.sizeInBytes()) != raster.sizeInBytes())
+        return failure(stream);
+    return Done{};
 }
 
-bool writeCompressed(TIFF* tiff, const QImage& raster) {
-    QImage straight = straightRaster(raster);
-    if (straight.isNull())
-        return false;
+Result<Done> writeCompressed(TiffStream& stream, const QImage& raster) {
+    Result<QImage> straight = straightRaster(raster);
+    if (!straight)
+        return straight.error();
+    TIFF* tiff = stream.handle();
     describe(tiff, raster, EXTRASAMPLE_UNASSALPHA);
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_LZW);
     TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
     TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff, 0));
     for (int y = 0; y < raster.height(); ++y) {
-        if (TIFFWriteScanline(tiff, straight.scanLine(y), static_cast<std::uint32_t>(y), 0) != 1)
-            return false;
+        if (TIFFWriteScanline(tiff, straight->scanLine(y), static_cast<std::uint32_t>(y), 0) != 1)
+            return failure(stream);
     }
-    return true;
+    return Done{};
 }
 
-QByteArray file(const QImage& raster, TiffCompression compression) {
+Result<QByteArray> file(const QImage& raster, TiffCompression compression) {
     constexpr qsizetype directoryBytes = 1024;
     const bool isPlain = compression == TiffCompression::None;
     TiffStream stream(isPlain ? raster.sizeInBytes() + directoryBytes : directoryBytes);
-    TIFF* tiff = stream.handle();
-    if (tiff == nullptr || !(isPlain ? writePlain(tiff, raster) : writeCompressed(tiff, raster)))
-        return {};
+    if (stream.handle() == nullptr)
+        return failure(stream);
+    const Result<Done> written = isPlain ? writePlain(stream, raster) : writeCompressed(stream, raster);
+    if (!written)
+        return written.error();
     QByteArray tiffFile = stream.close();
-    return stream.error().isEmpty() ? tiffFile : QByteArray();
+    if (!stream.error().isEmpty())
+        return failure(stream);
+    return tiffFile;
 }
 
 } // namespace
 
-QByteArray encodeTiff(const QImage& raster, TiffCompression compression) {
+Result<QByteArray> encodeTiff(const QImage& raster, TiffCompression compression) {
     return encodedPicture(raster, [&] { return file(raster, compression); });
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <QByteArray>
 #include <QImage>
 
@@ -8,6 +10,6 @@ enum class TiffCompression {
     Lzw,  ///< with horizontal differences, of straight samples, which more programs understand
 };
 
-/// `raster` (RGBA8888_Premultiplied) as a TIFF 6.0 file of RGBA samples, 8 bits each. Empty where there are
-/// no pixels or memory is short.
-QByteArray encodeTiff(const QImage& raster, TiffCompression compression = TiffCompression::None);
+/// `raster` (RGBA8888_Premultiplied) as a TIFF 6.0 file of RGBA samples, 8 bits each. EmptySize where there
+/// are no pixels, OutOfMemory; Unsupported where the library fails.
+Result<QByteArray> encodeTiff(const QImage& raster, TiffCompression compression = TiffCompression::None);

@@ -76,7 +76,8 @@ QStringList packedRemarks(QByteArrayView packed, int side, int channels) {
 
 class Inspector {
   public:
-    Inspector(const IcnsReader& reader, qsizetype fileSize) : m_reader(reader) {
+    /// `hasPicture`: whether any element holds a picture that is known here.
+    Inspector(const IcnsReader& reader, bool hasPicture, qsizetype fileSize) : m_reader(reader) {
         for (const IcnsElement& element : reader.elements())
             m_types.insert(element.type.value);
         if (fileSize > reader.length())
@@ -84,7 +85,7 @@ class Inspector {
                 << QStringLiteral("%1 bytes follow the icon family").arg(fileSize - reader.length());
         if (reader.elements().empty())
             m_result.remarks << QStringLiteral("it has no elements");
-        else if (reader.pictureElements().empty())
+        else if (!hasPicture)
             m_result.remarks << QStringLiteral("it has no picture that is known here");
     }
 
@@ -199,8 +200,10 @@ Result<IcnsInspection> inspectIcns(const QByteArray& bytes) {
     const Result<IcnsReader> reader = IcnsReader::open(bytes);
     if (!reader)
         return reader.error();
-    return unlessMemoryIsShort(
-        [&]() -> Result<IcnsInspection> { return Inspector(*reader, bytes.size()).result(); });
+    const Result<std::vector<IcnsElement>> pictures = reader->pictureElements();
+    if (!pictures)
+        return pictures.error();
+    return unlessMemoryIsShort([&] { return Inspector(*reader, !pictures->empty(), bytes.size()).result(); });
 }
 
 QString icnsTypeDescription(FourCharCode type) {

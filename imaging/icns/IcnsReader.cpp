@@ -6,6 +6,7 @@
 #include "imaging/icns/IcnsEncoding.h"
 #include "imaging/icns/IcnsRle.h"
 #include "imaging/pixels/Premultiplication.h"
+#include "imaging/pixels/Raster.h"
 #include "imaging/png/PngReader.h"
 
 #include <algorithm>
@@ -22,15 +23,17 @@ Error damaged(const QString& detail) {
 /// Planes of one byte a pixel, in the order of `positions` (their places in an RGBA pixel), from run-length
 /// coded data.
 Result<QImage> unpackedPlanes(QByteArrayView packed, int side, std::initializer_list<int> positions) {
-    QImage image(side, side, QImage::Format_RGBA8888);
-    image.fill(Qt::white);
+    Result<QImage> image = newRaster(QSize(side, side), QImage::Format_RGBA8888);
+    if (!image)
+        return image;
+    image->fill(Qt::white);
     std::vector<std::uint8_t> plane(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
     for (const int position : positions) {
         const std::optional<QByteArrayView> rest = IcnsRle::unpack(packed, plane);
         if (!rest)
             return damaged(QStringLiteral("packed samples break off"));
         packed = *rest;
-        uchar* out = image.bits() + position;
+        uchar* out = image->bits() + position;
         for (const std::uint8_t sample : plane) {
             *out = sample;
             out += 4;
@@ -40,10 +43,12 @@ Result<QImage> unpackedPlanes(QByteArrayView packed, int side, std::initializer_
 }
 
 /// Plain samples A, R, G, B.
-QImage plainArgb(QByteArrayView data, int side) {
-    QImage image(side, side, QImage::Format_RGBA8888);
-    uchar* out = image.bits();
-    for (qsizetype i = 0; i + 3 < data.size() && i < image.sizeInBytes(); i += 4, out += 4) {
+Result<QImage> plainArgb(QByteArrayView data, int side) {
+    Result<QImage> image = newRaster(QSize(side, side), QImage::Format_RGBA8888);
+    if (!image)
+        return image;
+    uchar* out = image->bits();
+    for (qsizetype i = 0; i + 3 < data.size() && i < image->sizeInBytes(); i += 4, out += 4) {
         const std::array<char, 4> rgba{data[i + 1], data[i + 2], data[i + 3], data[i]};
         std::memcpy(out, rgba.data(), rgba.size());
     }
@@ -54,17 +59,17 @@ QImage plainArgb(QByteArrayView data, int side) {
 Result<QImage> colors(const IcnsElementType& type, QByteArrayView data, const IcnsElement* mask) {
     const int side = type.pixelSize;
     const qsizetype pixels = qsizetype{side} * side;
-    Result<QImage> image = plainArgb(data, side);
-    if (icnsPictureInfo(type, data).encoding == IcnsEncoding::PackedColors) {
+    const bool isPacked = icnsPictureInfo(type, data).encoding == IcnsEncoding::PackedColors;
+    if (isPacked) {
         if (type.hasLeadingZeros) {
             if (!data.startsWith(packedStart))
                 return damaged(QStringLiteral("packed samples do not begin with four zero bytes"));
             data = data.sliced(packedStart.size());
         }
-        image = unpackedPlanes(data, side, {0, 1, 2});
-        if (!image)
-            return image.error();
     }
+    Result<QImage> image = isPacked ? unpackedPlanes(data, side, {0, 1, 2}) : plainArgb(data, side);
+    if (!image)
+        return image;
     uchar* alpha = image->bits() + 3;
     for (qsizetype i = 0; i < pixels; ++i, alpha += 4)
         *alpha = mask != nullptr && mask->data.size() >= pixels ? static_cast<uchar>(mask->data[i]) : 255;
@@ -74,9 +79,9 @@ Result<QImage> colors(const IcnsElementType& type, QByteArrayView data, const Ic
 /// No element is meant to hold more.
 constexpr int largestSide = 1024;
 
-std::optional<Error> refusedSize(const IcnsElementType& type, const QSize& size) {
+Result<Done> checkSize(const IcnsElementType& type, const QSize& size) {
     if (std::max(size.width(), size.height()) <= largestSide)
-        return std::nullopt;
+        return Done{};
     return damaged(QStringLiteral("the element %1 holds a picture of %2 × %3 pixels")
                        .arg(type.code.text())
                        .arg(size.width())
@@ -159,15 +164,15 @@ Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
                      QStringLiteral("the element %1 holds no picture").arg(element.type.text())};
     const IcnsPictureInfo info = icnsPictureInfo(*type, element.data);
     // What is small in the file could else become very large in memory, once for each element.
-    if (const std::optional<Error> refused = refusedSize(*type, info.size))
-        return *refused;
+    if (const Result<Done> allowed = checkSize(*type, info.size); !allowed)
+        return allowed.error();
     if (info.encoding != IcnsEncoding::Unknown && !info.size.isValid())
         return damaged(QStringLiteral("the picture in the element %1 tells no size").arg(type->code.text()));
     const QByteArray bytes = QByteArray::fromRawData(element.data.data(), element.data.size());
     if (info.encoding == IcnsEncoding::Png)
-        return unlessMemoryIsShort([&] { return readPng(bytes); });
+        return readPng(bytes);
     if (info.encoding == IcnsEncoding::Jpeg2000)
-        return unlessMemoryIsShort([&] { return readJpeg2000(bytes); });
+        return readJpeg2000(bytes);
     Result<QImage> image = samples(element);
     if (!image)
         return image.error();
@@ -177,18 +182,20 @@ Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
     return DecodedPicture{std::move(*image), {}};
 }
 
-std::vector<IcnsElement> IcnsReader::pictureElements() const {
-    std::vector<IcnsElement> found;
-    // Qt's ends the program where memory is short.
-    std::unordered_set<quint32> seen;
-    for (const IcnsElement& element : m_elements) {
-        const IcnsElementType* type = icnsElementType(element.type);
-        if (type == nullptr || type->content == IcnsContent::Mask || seen.contains(element.type.value))
-            continue;
-        seen.insert(element.type.value);
-        found.push_back(element);
-    }
-    return found;
+Result<std::vector<IcnsElement>> IcnsReader::pictureElements() const {
+    return unlessMemoryIsShort([&] {
+        std::vector<IcnsElement> found;
+        // Qt's ends the program where memory is short.
+        std::unordered_set<quint32> seen;
+        for (const IcnsElement& element : m_elements) {
+            const IcnsElementType* type = icnsElementType(element.type);
+            if (type == nullptr || type->content == IcnsContent::Mask || seen.contains(element.type.value))
+                continue;
+            seen.insert(element.type.value);
+            found.push_back(element);
+        }
+        return found;
+    });
 }
 
 const IcnsElement* IcnsReader::largestElement() const {

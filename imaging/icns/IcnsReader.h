@@ -15,7 +15,7 @@ struct IcnsElement {
     QByteArrayView data;
 };
 
-/// Reads the icns container. The bytes must outlive the reader. TooLarge is a failure for want of memory.
+/// Reads the icns container. The bytes must outlive the reader. What takes memory may fail with OutOfMemory.
 class IcnsReader {
   public:
     /// Damaged where the file's or an element's length does not agree with the bytes.
@@ -33,9 +33,8 @@ class IcnsReader {
     /// The first element of that type, or null.
     const IcnsElement* element(FourCharCode type) const;
 
-    /// The elements that hold pictures, in the file's order; of several of one type the first. Throws
-    /// std::bad_alloc.
-    std::vector<IcnsElement> pictureElements() const;
+    /// The elements that hold pictures, in the file's order; of several of one type the first.
+    Result<std::vector<IcnsElement>> pictureElements() const;
 
     /// The picture of one element: Unsupported for a type that holds none, Damaged where its data are broken
     /// or say that they are a picture of more than 1024 pixels a side. Colours without their mask are opaque.

@@ -5,6 +5,7 @@
 #include "imaging/icns/IcnsRle.h"
 #include "imaging/icns/IcnsTypes.h"
 #include "imaging/pixels/Premultiplication.h"
+#include "imaging/pixels/Raster.h"
 #include "imaging/png/PngWriter.h"
 
 #include <algorithm>
@@ -43,11 +44,13 @@ std::vector<std::uint8_t> channel(const std::vector<std::uint8_t>& pixels, std::
     return samples;
 }
 
-/// The elements of `type` with a picture of its size; none where memory is short.
-std::vector<Element> elements(const IcnsElementType& type, const QImage& raster) {
+/// The elements of `type` with a picture of its size.
+Result<std::vector<Element>> elements(const IcnsElementType& type, const QImage& raster) {
     if (type.content == IcnsContent::Picture) {
-        QByteArray png = encodePng(raster);
-        return png.isEmpty() ? std::vector<Element>() : std::vector<Element>{{type.code, std::move(png)}};
+        Result<QByteArray> png = encodePng(raster);
+        if (!png)
+            return png.error();
+        return std::vector<Element>{{type.code, std::move(*png)}};
     }
     const auto count = static_cast<std::size_t>(raster.width()) * static_cast<std::size_t>(raster.height());
     std::vector<std::uint8_t> pixels(4 * count);
@@ -57,9 +60,9 @@ std::vector<Element> elements(const IcnsElementType& type, const QImage& raster)
     for (std::size_t position = 0; position <= lastColor; ++position)
         IcnsRle::pack(channel(pixels, position), colors, position == lastColor);
     const std::vector<std::uint8_t> alpha = channel(pixels, 3);
-    return {{type.code, colors},
-            {type.mask,
-             QByteArray(reinterpret_cast<const char*>(alpha.data()), static_cast<qsizetype>(alpha.size()))}};
+    return std::vector<Element>{{type.code, colors},
+                                {type.mask, QByteArray(reinterpret_cast<const char*>(alpha.data()),
+                                                       static_cast<qsizetype>(alpha.size()))}};
 }
 
 } // namespace
@@ -68,30 +71,27 @@ bool IcnsWriter::hasElement(const QSize& size) {
     return writtenType(size) != nullptr;
 }
 
-IcnsWriter::Added IcnsWriter::addImage(const QImage& raster) {
+Result<IcnsWriter::Added> IcnsWriter::addImage(const QImage& raster) {
     if (raster.isNull())
-        return Added::Failed;
+        return noPixels();
     const IcnsElementType* type = writtenType(raster.size());
     if (type == nullptr)
         return Added::NoElement;
-    return unlessMemoryIsShort(
-        [&] {
-            const std::vector<Element> made = elements(*type, raster);
-            if (made.empty())
-                return Added::Failed;
-            // All or nothing, should memory be short.
-            qsizetype length = std::max(m_file.size(), icnsHeaderSize);
-            for (const Element& element : made)
-                length += element.length();
-            m_file.reserve(length);
-            ByteWriter writer(m_file);
-            if (m_file.isEmpty())
-                writer.record(icnsHeader(icnsMagic, 0));
-            for (const Element& element : made)
-                writer.record(icnsHeader(element.code, element.length())).bytes(element.data);
-            writer.replaceBigEndian<quint32>(offsetof(IcnsHeader, length),
-                                             static_cast<quint32>(m_file.size()));
-            return Added::Yes;
-        },
-        Added::Failed);
+    return unlessMemoryIsShort([&]() -> Result<Added> {
+        const Result<std::vector<Element>> made = elements(*type, raster);
+        if (!made)
+            return made.error();
+        // All or nothing, should memory be short.
+        qsizetype length = std::max(m_file.size(), icnsHeaderSize);
+        for (const Element& element : *made)
+            length += element.length();
+        m_file.reserve(length);
+        ByteWriter writer(m_file);
+        if (m_file.isEmpty())
+            writer.record(icnsHeader(icnsMagic, 0));
+        for (const Element& element : *made)
+            writer.record(icnsHeader(element.code, element.length())).bytes(element.data);
+        writer.replaceBigEndian<quint32>(offsetof(IcnsHeader, length), static_cast<quint32>(m_file.size()));
+        return Added::Yes;
+    });
 }

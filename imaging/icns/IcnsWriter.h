@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <QByteArray>
 #include <QImage>
 
@@ -10,14 +12,14 @@ class IcnsWriter {
     enum class Added {
         Yes,
         NoElement, ///< none is made for that size
-        Failed,    ///< the picture has no pixels, or memory is short
     };
 
     /// Whether an element is made for pictures of that size.
     static bool hasElement(const QSize& size);
 
-    /// Appends the element or elements of `raster` (RGBA8888_Premultiplied).
-    Added addImage(const QImage& raster);
+    /// Appends the element or elements of `raster` (RGBA8888_Premultiplied), all of it or nothing. EmptySize
+    /// where it has no pixels, OutOfMemory.
+    Result<Added> addImage(const QImage& raster);
 
     bool isEmpty() const { return m_file.isEmpty(); }
 

@@ -11,11 +11,16 @@
 
 namespace {
 
+Error damaged(FourCharCode type) {
+    return {ErrorCode::Damaged,
+            QStringLiteral("the packed samples of the element %1 break off").arg(type.text())};
+}
+
 /// Plain samples from packed red, green and blue.
-std::optional<QByteArray> unpacked(const IcnsElementType& type, QByteArrayView packed) {
+Result<QByteArray> unpacked(const IcnsElementType& type, QByteArrayView packed) {
     if (type.hasLeadingZeros) {
         if (!packed.startsWith(packedStart))
-            return std::nullopt;
+            return damaged(type.code);
         packed = packed.sliced(packedStart.size());
     }
     const qsizetype pixels = qsizetype{type.pixelSize} * type.pixelSize;
@@ -24,7 +29,7 @@ std::optional<QByteArray> unpacked(const IcnsElementType& type, QByteArrayView p
     for (const int position : {1, 2, 3}) {
         const std::optional<QByteArrayView> rest = IcnsRle::unpack(packed, channel);
         if (!rest)
-            return std::nullopt;
+            return damaged(type.code);
         packed = *rest;
         char* to = samples.data() + position;
         for (const std::uint8_t value : channel) {
@@ -35,9 +40,9 @@ std::optional<QByteArray> unpacked(const IcnsElementType& type, QByteArrayView p
     return samples;
 }
 
-/// The block with that element; none where it would become too long.
-std::optional<QByteArray> changed(const QByteArray& before, const IcnsReader& reader, FourCharCode type,
-                                  QByteArrayView data) {
+/// The block with that element.
+Result<QByteArray> changed(const QByteArray& before, const IcnsReader& reader, FourCharCode type,
+                           QByteArrayView data) {
     const IcnsElement* replaced = reader.element(type);
     // What lies before and after the element's place.
     const qsizetype end = reader.length();
@@ -46,7 +51,8 @@ std::optional<QByteArray> changed(const QByteArray& before, const IcnsReader& re
     const qsizetype to = replaced != nullptr ? from + icnsHeaderSize + replaced->data.size() : end;
     const qsizetype total = from + icnsHeaderSize + data.size() + (end - to);
     if (total > std::numeric_limits<quint32>::max())
-        return std::nullopt;
+        return Error{ErrorCode::TooLarge,
+                     QStringLiteral("the icon family would become longer than its length can tell")};
     QByteArray after;
     after.reserve(total);
     ByteWriter(after)
@@ -64,29 +70,13 @@ QByteArray emptyFamily() {
     return family;
 }
 
-} // namespace
-
-IconFamilyBlock::Status IconFamilyBlock::setIconFamilyData(QByteArray& block, FourCharCode type,
-                                                           QByteArrayView data) {
-    const QByteArray before = block.isEmpty() ? emptyFamily() : block;
-    const Result<IcnsReader> reader = IcnsReader::open(before);
-    if (!reader)
-        return reader.error().code == ErrorCode::TooLarge ? Status::MemoryFull : Status::ParameterError;
-    std::optional<QByteArray> after =
-        unlessMemoryIsShort([&] { return changed(before, *reader, type, data); });
-    if (!after)
-        return Status::MemoryFull;
-    block = std::move(*after);
-    return Status::NoError;
-}
-
-namespace {
-
-std::optional<QByteArray> dataOf(const QByteArray& block, FourCharCode type) {
+Result<QByteArray> dataOf(const QByteArray& block, FourCharCode type) {
     const Result<IcnsReader> reader = IcnsReader::open(block);
-    const IcnsElement* element = reader ? reader->element(type) : nullptr;
+    if (!reader)
+        return reader.error();
+    const IcnsElement* element = reader->element(type);
     if (element == nullptr)
-        return std::nullopt;
+        return Error{ErrorCode::NotFound, QStringLiteral("there is no element %1").arg(type.text())};
     const IcnsElementType* known = icnsElementType(type);
     const QByteArray plain = element->data.toByteArray();
     if (known == nullptr || known->content != IcnsContent::Colors)
@@ -96,13 +86,34 @@ std::optional<QByteArray> dataOf(const QByteArray& block, FourCharCode type) {
     const qsizetype exact = qsizetype{4} * known->pixelSize * known->pixelSize;
     if (plain.size() == exact)
         return plain;
-    if (std::optional<QByteArray> samples = unpacked(*known, element->data))
-        return samples;
-    return plain.size() > exact ? std::optional(plain) : std::nullopt;
+    Result<QByteArray> samples = unpacked(*known, element->data);
+    const bool isPlain = !samples && samples.error().code == ErrorCode::Damaged && plain.size() > exact;
+    return isPlain ? plain : samples;
 }
 
 } // namespace
 
-std::optional<QByteArray> IconFamilyBlock::getIconFamilyData(const QByteArray& block, FourCharCode type) {
+Result<Done> IconFamilyBlock::setIconFamilyData(QByteArray& block, FourCharCode type, QByteArrayView data) {
+    return unlessMemoryIsShort([&]() -> Result<Done> {
+        const QByteArray before = block.isEmpty() ? emptyFamily() : block;
+        const Result<IcnsReader> reader = IcnsReader::open(before);
+        if (!reader)
+            return reader.error();
+        Result<QByteArray> after = changed(before, *reader, type, data);
+        if (!after)
+            return after.error();
+        block = std::move(*after);
+        return Done{};
+    });
+}
+
+qint16 IconFamilyBlock::platformStatus(const Error& error) {
+    constexpr qint16 parameterError = -50;
+    constexpr qint16 memoryFull = -108;
+    const bool isFull = error.code == ErrorCode::OutOfMemory || error.code == ErrorCode::TooLarge;
+    return isFull ? memoryFull : parameterError;
+}
+
+Result<QByteArray> IconFamilyBlock::getIconFamilyData(const QByteArray& block, FourCharCode type) {
     return unlessMemoryIsShort([&] { return dataOf(block, type); });
 }

@@ -2,6 +2,7 @@
 
 #include "base/ShortMemory.h"
 #include "imaging/pixels/Premultiplication.h"
+#include "imaging/pixels/Raster.h"
 #include "imaging/pixels/Resampler.h"
 
 #include <algorithm>
@@ -22,27 +23,28 @@ BitmapLayout layoutOf(const QImage& raster) {
     return layout;
 }
 
-/// `layout` with what it leaves open, or no value where it is none.
-std::optional<BitmapLayout> completed(BitmapLayout layout) {
+/// `layout` with what it leaves open. Malformed where it is none.
+Result<BitmapLayout> completed(BitmapLayout layout) {
+    const Error malformed{ErrorCode::Malformed, QStringLiteral("no bitmap has this shape")};
     const bool hasSamples = layout.samplesPerPixel >= 1 && layout.samplesPerPixel <= 4;
     const std::array depths{1, 2, 4, 8, 16};
     const bool hasDepth = std::ranges::find(depths, layout.bitsPerSample) != depths.end();
     if (layout.pixelsWide <= 0 || layout.pixelsHigh <= 0 || !hasSamples || !hasDepth)
-        return std::nullopt;
+        return malformed;
     if (layout.hasAlpha && layout.samplesPerPixel % 2 == 1)
-        return std::nullopt;
+        return malformed;
     const int together = layout.isPlanar ? 1 : layout.samplesPerPixel;
     if (layout.bitsPerPixel == 0)
         layout.bitsPerPixel = layout.bitsPerSample * together;
     if (layout.bitsPerPixel < layout.bitsPerSample * together || layout.bitsPerPixel > 64)
-        return std::nullopt;
+        return malformed;
     const qsizetype needed =
         (static_cast<qsizetype>(layout.pixelsWide) * layout.bitsPerPixel + bitsPerByte - 1) / bitsPerByte;
     if (layout.bytesPerRow == 0)
         layout.bytesPerRow = needed;
     constexpr qsizetype longestRow = qsizetype{1} << 31;
     if (layout.bytesPerRow < needed || layout.bytesPerRow > longestRow)
-        return std::nullopt;
+        return malformed;
     // Samples of less than a byte lie within one.
     const bool straddles =
         layout.bitsPerSample < bitsPerByte && layout.bitsPerPixel % layout.bitsPerSample != 0;
@@ -50,7 +52,7 @@ std::optional<BitmapLayout> completed(BitmapLayout layout) {
     constexpr qsizetype mostBytes = qsizetype{1} << 40;
     const int planes = layout.isPlanar ? layout.samplesPerPixel : 1;
     if (straddles || layout.pixelsHigh > mostBytes / layout.bytesPerRow / planes)
-        return std::nullopt;
+        return malformed;
     return layout;
 }
 
@@ -60,23 +62,19 @@ qsizetype BitmapLayout::byteCount() const {
     return bytesPerRow * pixelsHigh * (isPlanar ? samplesPerPixel : 1);
 }
 
-BitmapImageRep::BitmapImageRep(QImage raster) : m_raster(std::move(raster)) {
-    if (m_raster.format() != QImage::Format_RGBA8888_Premultiplied)
-        m_raster.convertTo(QImage::Format_RGBA8888_Premultiplied);
-    m_layout = layoutOf(m_raster);
-}
+BitmapImageRep::BitmapImageRep(QImage raster) : m_layout(layoutOf(raster)), m_raster(std::move(raster)) {}
 
 BitmapImageRep::BitmapImageRep(const BitmapLayout& layout, QByteArray samples)
     : m_layout(layout), m_samples(std::move(samples)) {}
 
-std::unique_ptr<BitmapImageRep> BitmapImageRep::initWithBitmapData(const BitmapLayout& layout,
-                                                                   const QByteArray& samples) {
-    const std::optional<BitmapLayout> whole = completed(layout);
+Result<std::unique_ptr<BitmapImageRep>> BitmapImageRep::initWithBitmapData(const BitmapLayout& layout,
+                                                                           const QByteArray& samples) {
+    const Result<BitmapLayout> whole = completed(layout);
     if (!whole)
-        return nullptr;
+        return whole.error();
     const qsizetype count = whole->byteCount();
     if (!samples.isEmpty() && samples.size() < count)
-        return nullptr;
+        return Error{ErrorCode::Malformed, QStringLiteral("there are fewer samples than the bitmap has")};
     return unlessMemoryIsShort([&] {
         QByteArray stored =
             samples.isEmpty() ? QByteArray(count, '\0') : QByteArray(samples.constData(), count);
@@ -106,18 +104,18 @@ int BitmapImageRep::sample(int x, int y, int index) const {
     return ((byte >> shift) & largest) * 255 / largest;
 }
 
-QImage BitmapImageRep::raster() const {
+Result<QImage> BitmapImageRep::raster() const {
     if (!m_raster.isNull())
         return m_raster;
-    QImage image(m_layout.pixelsWide, m_layout.pixelsHigh, QImage::Format_RGBA8888_Premultiplied);
-    if (image.isNull())
+    Result<QImage> image = newRaster(pixelSize(), QImage::Format_RGBA8888_Premultiplied);
+    if (!image)
         return image;
     const bool isGrey = m_layout.samplesPerPixel <= 2;
     const int colors = isGrey ? 1 : 3;
     const int first = m_layout.hasAlpha && m_layout.isAlphaFirst ? 1 : 0;
     const int alphaAt = m_layout.isAlphaFirst ? 0 : colors;
     for (int y = 0; y < m_layout.pixelsHigh; ++y) {
-        uchar* out = image.scanLine(y);
+        uchar* out = image->scanLine(y);
         for (int x = 0; x < m_layout.pixelsWide; ++x, out += 4) {
             for (int i = 0; i < 3; ++i)
                 out[i] = static_cast<uchar>(sample(x, y, first + (isGrey ? 0 : i)));
@@ -129,20 +127,26 @@ QImage BitmapImageRep::raster() const {
         }
     }
     if (m_layout.hasAlpha && !m_layout.isPremultiplied)
-        premultiply(image.constBits(), image.bits(),
+        premultiply(image->constBits(), image->bits(),
                     static_cast<std::size_t>(m_layout.pixelsWide) *
                         static_cast<std::size_t>(m_layout.pixelsHigh));
     return image;
 }
 
-QImage BitmapImageRep::rendered(AxisMapping x, AxisMapping y) const {
-    const QImage source = raster();
-    x.sourceLength = source.width();
-    y.sourceLength = source.height();
-    return resampled(source, x, y);
+Result<QImage> BitmapImageRep::rendered(AxisMapping x, AxisMapping y) const {
+    const Result<QImage> source = raster();
+    if (!source)
+        return source;
+    x.sourceLength = source->width();
+    y.sourceLength = source->height();
+    return resampled(*source, x, y);
 }
 
-RasterImage BitmapImageRep::CGImage() const {
+Result<RasterImage> BitmapImageRep::CGImage() const {
+    return unlessMemoryIsShort([&] { return packedImage(); });
+}
+
+RasterImage BitmapImageRep::packedImage() const {
     RasterImage image{m_layout.pixelsWide, m_layout.pixelsHigh, AlphaInfo::None, {}};
     if (m_layout.hasAlpha)
         image.alphaInfo = m_layout.isAlphaFirst

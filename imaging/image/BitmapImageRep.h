@@ -28,20 +28,20 @@ struct BitmapLayout {
 /// premultiplied, sRGB.
 class BitmapImageRep : public ImageRep {
   public:
-    /// Holds `raster`, converted to RGBA8888_Premultiplied where it is anything else.
+    /// Holds `raster`, which is RGBA8888_Premultiplied.
     explicit BitmapImageRep(QImage raster);
 
     /// A bitmap of that shape with a copy of `samples`, which are taken as they are; all zero without them.
-    /// Null where the shape is none (a size that is not positive, rows too short for their pixels), where
-    /// there are fewer bytes than it needs, or memory is short.
-    static std::unique_ptr<BitmapImageRep> initWithBitmapData(const BitmapLayout& layout,
-                                                              const QByteArray& samples = {});
+    /// Malformed where the shape is none (a size that is not positive, rows too short for their pixels) and
+    /// where there are fewer bytes than it needs; OutOfMemory.
+    static Result<std::unique_ptr<BitmapImageRep>> initWithBitmapData(const BitmapLayout& layout,
+                                                                      const QByteArray& samples = {});
 
     QSize pixelSize() const override { return {m_layout.pixelsWide, m_layout.pixelsHigh}; }
-    QImage rendered(AxisMapping x, AxisMapping y) const override;
+    Result<QImage> rendered(AxisMapping x, AxisMapping y) const override;
 
-    /// RGBA8888_Premultiplied; null where memory is short.
-    QImage raster() const;
+    /// RGBA8888_Premultiplied. OutOfMemory is the only error.
+    Result<QImage> raster() const;
 
     const BitmapLayout& layout() const { return m_layout; }
     int pixelsWide() const { return m_layout.pixelsWide; }
@@ -55,14 +55,15 @@ class BitmapImageRep : public ImageRep {
     /// The samples as they are stored.
     QByteArrayView bitmapData() const;
 
-    /// The bitmap as drawing has it.
-    virtual RasterImage CGImage() const;
+    /// The bitmap as drawing has it. OutOfMemory is the only error.
+    virtual Result<RasterImage> CGImage() const;
 
   protected:
     BitmapImageRep(const BitmapLayout& layout, QByteArray samples);
 
   private:
     int sample(int x, int y, int index) const;
+    RasterImage packedImage() const;
 
     BitmapLayout m_layout;
     QByteArray m_samples; ///< of a bitmap that is not `m_raster`

@@ -1,12 +1,22 @@
 #pragma once
 
 #include "base/ShortMemory.h"
+#include "imaging/pixels/Raster.h"
 
 #include <QByteArray>
 #include <QImage>
 
-/// What `encode` makes of `raster`; empty where there are no pixels or memory is short.
+/// The error for a picture with more pixels in a row or column than its format holds.
+inline Error sideTooLong(int longest) {
+    return {ErrorCode::TooLarge,
+            QStringLiteral("this format holds no more than %1 pixels in a row or column").arg(longest)};
+}
+
+/// What `encode` makes of `raster`. EmptySize where there are no pixels, OutOfMemory where memory is short in
+/// `encode`.
 template <typename Encode>
-QByteArray encodedPicture(const QImage& raster, Encode encode) {
-    return raster.isNull() ? QByteArray() : unlessMemoryIsShort(encode);
+Result<QByteArray> encodedPicture(const QImage& raster, Encode encode) {
+    if (raster.isNull())
+        return noPixels();
+    return unlessMemoryIsShort(encode);
 }

@@ -29,7 +29,7 @@ const ImageRep* Image::bestRepresentation(const QSizeF& pixels) const {
     return best < sizes.size() ? m_representations[best].get() : nullptr;
 }
 
-QImage Image::largestRaster() const {
+Result<QImage> Image::largestRaster() const {
     const BitmapImageRep* largest = nullptr;
     for (const auto& representation : m_representations) {
         const auto* bitmap = dynamic_cast<const BitmapImageRep*>(representation.get());

@@ -28,8 +28,8 @@ class Image {
     /// ReducedCopies::bestOf tells. Null where none is enough.
     const ImageRep* bestRepresentation(const QSizeF& pixels) const;
 
-    /// The largest bitmap, as it is. Null without one.
-    QImage largestRaster() const;
+    /// The largest bitmap, as it is; a null one where there are only drawings. OutOfMemory is the only error.
+    Result<QImage> largestRaster() const;
 
   private:
     QSizeF m_size;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "imaging/pixels/AxisMapping.h"
 
 #include <QImage>
@@ -15,8 +16,9 @@ class ImageRep {
     virtual QSize pixelSize() const = 0;
 
     /// The whole picture on a new raster of x.targetLength × y.targetLength pixels, stretched as the two
-    /// mappings say (their source lengths are set here). RGBA8888_Premultiplied; null where memory is short.
-    virtual QImage rendered(AxisMapping x, AxisMapping y) const = 0;
+    /// mappings say (their source lengths are set here). RGBA8888_Premultiplied. OutOfMemory, or why it can't
+    /// be drawn.
+    virtual Result<QImage> rendered(AxisMapping x, AxisMapping y) const = 0;
 
   protected:
     ImageRep() = default;

@@ -1,35 +1,38 @@
 #include "imaging/image/PictureBuilder.h"
 
-#include <new>
+#include "imaging/pixels/Raster.h"
+
 #include <utility>
 
-void PictureBuilder::setProfile(const ColorProfile& profile, bool isThere) {
-    m_profile = profile;
-    m_profileWasRefused = isThere && !profile;
+void PictureBuilder::setProfile(const EmbeddedProfile& embedded) {
+    m_profile = embedded.profile;
+    m_profileWasRefused = embedded.isBroken;
 }
 
-bool PictureBuilder::begin(qint64 width, qint64 height, const SampleLayout& layout) {
-    if ((m_error = PictureReader::refusedSize(width, height)))
-        return false;
+Result<Done> PictureBuilder::begin(qint64 width, qint64 height, const SampleLayout& layout) {
+    if (const Result<Done> allowed = PictureReader::checkSize(width, height); !allowed)
+        return allowed;
     m_size = QSize(static_cast<int>(width), static_cast<int>(height));
-    try {
-        const bool isUpright = PictureReader::isUpright(m_orientation);
-        const QSize needed = isUpright ? ReducedCopies::largestNeeded(m_size, m_renders) : m_size;
-        m_raster = QImage(needed, QImage::Format_RGBA8888_Premultiplied);
-        if (!m_raster.isNull() && needed != m_size)
-            m_stream.emplace(m_size, m_raster);
-    } catch (const std::bad_alloc&) {
-        m_raster = QImage();
+    const bool isUpright = PictureReader::isUpright(m_orientation);
+    const QSize needed = isUpright ? ReducedCopies::largestNeeded(m_size, m_renders) : m_size;
+    Result<QImage> raster = newRaster(needed, QImage::Format_RGBA8888_Premultiplied);
+    if (!raster)
+        return noMemoryForPixels(width, height);
+    m_raster = std::move(*raster);
+    if (needed != m_size) {
+        Result<ReducingStream> stream = ReducingStream::create(m_size, m_raster);
+        if (!stream)
+            return noMemoryForPixels(width, height);
+        m_stream.emplace(std::move(*stream));
     }
-    if (m_raster.isNull()) {
-        m_error = PictureReader::noMemory(width, height);
-        return false;
-    }
+    Result<RowConverter> converter = RowConverter::create(layout, m_profile, m_size.width());
+    if (!converter)
+        return noMemoryForPixels(width, height);
     m_next = m_raster.bits();
     m_layout = layout;
-    m_converter.emplace(layout, m_profile);
+    m_converter.emplace(std::move(*converter));
     m_profileWasRefused = m_profileWasRefused || m_converter->profileWasRefused();
-    return true;
+    return Done{};
 }
 
 std::uint8_t* PictureBuilder::nextRow() {
@@ -45,10 +48,10 @@ void PictureBuilder::addRow(const std::uint8_t* samples) {
 }
 
 Result<DecodedPicture> PictureBuilder::finish() {
-    if (m_error)
-        return *m_error;
-    DecodedPicture picture{
-        PictureReader::upright(std::move(m_raster), m_orientation), {}, m_stream ? m_size : QSize()};
+    Result<QImage> upright = PictureReader::upright(std::move(m_raster), m_orientation);
+    if (!upright)
+        return upright.error();
+    DecodedPicture picture{std::move(*upright), {}, m_stream ? m_size : QSize()};
     if (m_profileWasRefused)
         picture.warnings << PictureReader::profileWarning();
     return picture;

@@ -16,16 +16,15 @@ class PictureBuilder {
     /// A picture that stands upright becomes the largest reduced copy that one of the renders draws from.
     explicit PictureBuilder(ReducedCopies::Renders renders) : m_renders(std::move(renders)) {}
 
-    /// The embedded profile, if there is one; `isThere` that one was embedded, even if it could not be used.
-    void setProfile(const ColorProfile& profile, bool isThere);
+    void setProfile(const EmbeddedProfile& embedded);
     const ColorProfile& profile() const { return m_profile; }
 
     /// The EXIF orientation that the picture will be turned upright from.
     void setOrientation(int orientation) { m_orientation = orientation; }
 
-    /// Takes the memory for a picture whose rows come as `layout`. False, with an error, for a size that is
-    /// refused.
-    bool begin(qint64 width, qint64 height, const SampleLayout& layout);
+    /// Takes the memory for a picture whose rows come as `layout`. Errors as those of
+    /// PictureReader::checkSize, and OutOfMemory.
+    Result<Done> begin(qint64 width, qint64 height, const SampleLayout& layout);
 
     /// Whether a pixel of the layout has the four bytes of the raster's, so that the decoder may put its
     /// samples where they are converted in place.
@@ -37,14 +36,11 @@ class PictureBuilder {
     /// Converts the samples of the next row. `samples` may be what `nextRow` gave.
     void addRow(const std::uint8_t* samples);
 
-    void fail(const Error& error) { m_error = error; }
-    const std::optional<Error>& error() const { return m_error; }
-
     /// Whether rows were reduced before it came out that the picture does not stand upright: then it must be
     /// read once more, as a whole.
     bool wasReducedTooEarly() const { return m_stream && !PictureReader::isUpright(m_orientation); }
 
-    /// The picture, turned upright, with its warnings; or the error.
+    /// The picture, turned upright, with its warnings. OutOfMemory is the only error.
     Result<DecodedPicture> finish();
 
   private:
@@ -58,5 +54,4 @@ class PictureBuilder {
     QImage m_raster;
     std::uint8_t* m_next = nullptr; ///< the raster's next row
     std::optional<ReducingStream> m_stream;
-    std::optional<Error> m_error;
 };

@@ -1,16 +1,17 @@
 #include "imaging/image/PictureReader.h"
 
 #include "base/ByteReader.h"
+#include "imaging/pixels/Raster.h"
 
 #include <cstring>
 #include <utility>
 
-std::optional<Error> PictureReader::refusedSize(qint64 width, qint64 height) {
+Result<Done> PictureReader::checkSize(qint64 width, qint64 height) {
     if (width <= 0 || height <= 0)
         return Error{ErrorCode::Damaged, QStringLiteral("the picture has no pixels")};
     if (width > maximumSide || height > maximumSide || width * height > maximumPixels)
         return tooLarge(width, height);
-    return std::nullopt;
+    return Done{};
 }
 
 Error PictureReader::tooLarge(qint64 width, qint64 height) {
@@ -22,41 +23,35 @@ Error PictureReader::tooLarge(qint64 width, qint64 height) {
                 .arg(height)};
 }
 
-Error PictureReader::noMemory(qint64 width, qint64 height) {
-    return {ErrorCode::TooLarge,
-            QStringLiteral("not enough memory for %1 × %2 pixels").arg(width).arg(height)};
-}
-
-Result<QImage> PictureReader::newRaster(qint64 width, qint64 height) {
-    if (const std::optional<Error> refused = refusedSize(width, height))
-        return *refused;
-    QImage raster(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGBA8888_Premultiplied);
-    if (raster.isNull())
-        return noMemory(width, height);
-    return raster;
+Result<QImage> PictureReader::newPicture(qint64 width, qint64 height) {
+    if (const Result<Done> allowed = checkSize(width, height); !allowed)
+        return allowed.error();
+    return newRaster(QSize(static_cast<int>(width), static_cast<int>(height)),
+                     QImage::Format_RGBA8888_Premultiplied);
 }
 
 bool PictureReader::isUpright(int orientation) {
     return orientation <= 1 || orientation > 8;
 }
 
-QImage PictureReader::upright(QImage raster, int orientation) {
+Result<QImage> PictureReader::upright(QImage raster, int orientation) {
     if (isUpright(orientation))
         return raster;
     const int width = raster.width();
     const int height = raster.height();
     const bool swapsSides = orientation >= 5;
-    QImage result(swapsSides ? height : width, swapsSides ? width : height, raster.format());
-    if (result.isNull())
+    Result<QImage> result =
+        newRaster(swapsSides ? QSize(height, width) : QSize(width, height), raster.format());
+    if (!result)
         return result;
     const bool fromRight = orientation == 2 || orientation == 3 || orientation == 7 || orientation == 8;
     const bool fromBottom = orientation == 3 || orientation == 4 || orientation == 6 || orientation == 7;
     const qsizetype stride = raster.bytesPerLine();
     const uchar* source = std::as_const(raster).constBits();
     // A step along a result row moves along a source row, or along a column where the sides are swapped.
-    for (int y = 0; y < result.height(); ++y) {
-        uchar* out = result.scanLine(y);
-        for (int x = 0; x < result.width(); ++x, out += 4) {
+    for (int y = 0; y < result->height(); ++y) {
+        uchar* out = result->scanLine(y);
+        for (int x = 0; x < result->width(); ++x, out += 4) {
             const int sourceX = swapsSides ? y : x;
             const int sourceY = swapsSides ? x : y;
             const qsizetype column = fromRight ? width - 1 - sourceX : sourceX;

@@ -6,8 +6,6 @@
 #include <QSize>
 #include <QStringList>
 
-#include <optional>
-
 /// A decoded picture: upright, RGBA8888_Premultiplied, sRGB.
 struct DecodedPicture {
     QImage raster;
@@ -24,25 +22,23 @@ inline constexpr qint64 maximumPixels = 16384LL * 16384LL;
 /// The longest side that a picture may have.
 inline constexpr qint64 maximumSide = 1000000;
 
-/// The error for a picture of that many pixels, if it has none or too many of them. To be asked before any
-/// memory for pixels is taken.
-std::optional<Error> refusedSize(qint64 width, qint64 height);
+/// Whether a picture may have that many pixels: Damaged for none, TooLarge. To be asked before any memory for
+/// pixels is taken.
+Result<Done> checkSize(qint64 width, qint64 height);
 
 /// The error for a picture of that many pixels.
 Error tooLarge(qint64 width, qint64 height);
 
-/// The error where memory is short for that many pixels.
-Error noMemory(qint64 width, qint64 height);
-
-/// A raster for a picture of an allowed size, or the error where memory is short.
-Result<QImage> newRaster(qint64 width, qint64 height);
+/// A raster for a picture of that size: RGBA8888_Premultiplied. Errors as those of `checkSize`, and
+/// OutOfMemory.
+Result<QImage> newPicture(qint64 width, qint64 height);
 
 /// Whether an EXIF orientation leaves the picture as it is.
 bool isUpright(int orientation);
 
 /// `raster` turned upright. `orientation` is the value of the EXIF tag 0x0112: 1 is upright already, as is
-/// any value outside 1 to 8.
-QImage upright(QImage raster, int orientation);
+/// any value outside 1 to 8. OutOfMemory is the only error.
+Result<QImage> upright(QImage raster, int orientation);
 
 /// The orientation that an EXIF block asks for, 1 where it holds none. `exif` starts at its TIFF header; the
 /// six bytes "Exif\0\0" may stand before it. Source: CIPA DC-008, TIFF 6.0.

@@ -6,6 +6,7 @@
 #include "imaging/formats/Jpeg2000Writer.h"
 #include "imaging/formats/JpegWriter.h"
 #include "imaging/formats/TiffWriter.h"
+#include "imaging/image/EncodedPicture.h"
 #include "imaging/png/PngWriter.h"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ namespace {
 struct Encoder {
     const char* type;
     int longestSide; ///< that the format can hold
-    QByteArray (*encode)(const QImage& image, const ImageProperties& properties);
+    Result<QByteArray> (*encode)(const QImage& image, const ImageProperties& properties);
 };
 
 constexpr qint32 lzw = 5;
@@ -52,41 +53,55 @@ const Encoder* encoderOf(const QString& type) {
 
 } // namespace
 
-std::unique_ptr<ImageDestination> ImageDestination::create(const QString& path, const QString& type,
-                                                           int count) {
+Result<ImageDestination> ImageDestination::create(const QString& path, const QString& type, int count) {
+    if (path.isEmpty() || path.contains(QChar::Null))
+        return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
     const bool isIcns = type == QLatin1String(icnsType);
-    const bool isWritable = isIcns ? count >= 1 : encoderOf(type) != nullptr && count == 1;
-    if (path.isEmpty() || path.contains(QChar::Null) || !isWritable)
-        return nullptr;
-    return std::unique_ptr<ImageDestination>(new ImageDestination(path, type, count));
+    if (isIcns ? count < 1 : encoderOf(type) == nullptr || count != 1)
+        return Error{ErrorCode::Unsupported, QStringLiteral("files of this type are not written here")};
+    return ImageDestination(path, type, count);
 }
 
-void ImageDestination::addImage(const QImage& picture, const ImageProperties& properties) {
+Result<Done> ImageDestination::addImage(const QImage& picture, const ImageProperties& properties) {
     --m_missing;
+    Result<Done> kept = keep(picture, properties);
+    if (!kept && !m_failure)
+        m_failure = kept.error();
+    return kept;
+}
+
+Result<Done> ImageDestination::keep(const QImage& picture, const ImageProperties& properties) {
+    if (picture.isNull())
+        return noPixels();
     const bool isOurs = picture.format() == QImage::Format_RGBA8888_Premultiplied;
     const QImage image = isOurs ? picture : picture.convertedTo(QImage::Format_RGBA8888_Premultiplied);
+    if (image.isNull())
+        return noMemoryForPixels(picture.width(), picture.height());
     if (const Encoder* encoder = encoderOf(m_type)) {
-        if (std::max(image.width(), image.height()) > encoder->longestSide) {
-            m_error = {ErrorCode::TooLarge,
-                       QStringLiteral("this format holds no more than %1 pixels in a row or column")
-                           .arg(encoder->longestSide)};
-            return;
-        }
-        m_file = encoder->encode(image, properties);
+        if (std::max(image.width(), image.height()) > encoder->longestSide)
+            return sideTooLong(encoder->longestSide);
+        Result<QByteArray> file = encoder->encode(image, properties);
+        if (!file)
+            return file.error();
+        m_file = std::move(*file);
         m_largestSize = image.size();
-        return;
+        return Done{};
     }
-    const IcnsWriter::Added added = m_icns.addImage(image);
-    m_hasFailed = m_hasFailed || added == IcnsWriter::Added::Failed;
-    if (added == IcnsWriter::Added::Yes)
+    const Result<IcnsWriter::Added> added = m_icns.addImage(image);
+    if (!added)
+        return added.error();
+    if (*added == IcnsWriter::Added::Yes)
         m_largestSize = m_largestSize.expandedTo(image.size());
+    return Done{};
 }
 
 Result<Done> ImageDestination::finalize(AtomicFile::Durability durability) {
     if (!m_icns.isEmpty())
         m_file = m_icns.data();
-    if (m_missing != 0 || m_hasFailed || m_file.isEmpty())
-        return m_error;
+    if (m_failure)
+        return *m_failure;
+    if (m_missing != 0 || m_file.isEmpty())
+        return Error{ErrorCode::Malformed, QStringLiteral("one of its pictures can't be made")};
     const StageTimes::Timer timer(Stage::Write);
     Result<Done> written = AtomicFile::write(m_path, m_file, {durability});
     if (written)

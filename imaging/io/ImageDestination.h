@@ -6,7 +6,6 @@
 #include <QImage>
 #include <QString>
 
-#include <memory>
 #include <optional>
 
 /// What an encoder is told of one picture. A format that has no use for a property passes it over.
@@ -30,15 +29,17 @@ class ImageDestination {
     static constexpr char pngType[] = "public.png";
     static constexpr char jpeg2000Type[] = "public.jpeg-2000";
 
-    /// A destination for `count` pictures at `path`, or null where the type is not written here, can't hold
-    /// so many (all but icns hold one), or the path is none. Nothing is written before `finalize`.
-    static std::unique_ptr<ImageDestination> create(const QString& path, const QString& type, int count);
+    /// A destination for `count` pictures at `path`. NotAPath where the path is none, Unsupported where the
+    /// type is not written here or can't hold so many (all but icns hold one). Nothing is written before
+    /// `finalize`.
+    static Result<ImageDestination> create(const QString& path, const QString& type, int count);
 
-    /// Adds a picture of any format. In an icon container a size without an element is left out.
-    void addImage(const QImage& picture, const ImageProperties& properties = {});
+    /// Adds a picture of any format. In an icon container a size without an element is left out. EmptySize
+    /// where the picture has no pixels, TooLarge where one is longer than the format can tell, OutOfMemory.
+    Result<Done> addImage(const QImage& picture, const ImageProperties& properties = {});
 
-    /// Writes the file, whole or not at all. Malformed where not all pictures were added, one could
-    /// not be encoded, or none could be kept; TooLarge where one is longer than the format can tell.
+    /// Writes the file, whole or not at all. Malformed where not all pictures were added or none could be
+    /// kept; the error of `addImage` where one failed; else as AtomicFile.
     Result<Done> finalize(AtomicFile::Durability durability = AtomicFile::Durability::Cached);
 
     /// The file's size after `finalize`.
@@ -48,6 +49,8 @@ class ImageDestination {
     const QSize& largestSize() const { return m_largestSize; }
 
   private:
+    Result<Done> keep(const QImage& picture, const ImageProperties& properties);
+
     ImageDestination(QString path, QString type, int count)
         : m_path(std::move(path)), m_type(std::move(type)), m_missing(count) {}
 
@@ -55,9 +58,8 @@ class ImageDestination {
     QString m_type;
     int m_missing;
     IcnsWriter m_icns;
-    QByteArray m_file; ///< of the types that hold one picture
-    bool m_hasFailed = false;
-    Error m_error{ErrorCode::Malformed, QStringLiteral("one of its pictures can't be made")};
+    QByteArray m_file;              ///< of the types that hold one picture
+    std::optional<Error> m_failure; ///< the first of `addImage`
     QSize m_largestSize;
     qint64 m_bytesWritten = 0;
 };

@@ -1,5 +1,6 @@
 #include "imaging/io/ImageSource.h"
 
+#include "base/ShortMemory.h"
 #include "base/StageTimes.h"
 #include "files/RegularFile.h"
 #include "imaging/icns/IcnsReader.h"
@@ -16,7 +17,7 @@
 namespace {
 
 Error noMemory() {
-    return {ErrorCode::TooLarge, QStringLiteral("not enough memory for the picture")};
+    return {ErrorCode::OutOfMemory, QStringLiteral("not enough memory for the picture")};
 }
 
 Error unknownFormat() {
@@ -36,31 +37,27 @@ Result<const PictureFormatRow*> formatOf(const QByteArray& start) {
     return format;
 }
 
-std::optional<Error> refusedStart(const QByteArray& start) {
+Result<Done> checkStart(const QByteArray& start) {
     const Result<const PictureFormatRow*> format = formatOf(start);
-    return format ? std::nullopt : std::optional(format.error());
+    return format ? Result<Done>(Done{}) : format.error();
+}
 }
 
-} // namespace
-
-Result<DecodedPicture> ImageSource::decode(const QByteArray& bytes) {
-    const PictureFormatRow* format = PictureFormats::find(bytes);
-    return format != nullptr ? format->decode(bytes, std::nullopt) : unknownFormat();
-}
-
-namespace {
-
-/// `raster`'s reduced copy of that size, which may be its own. Null where memory is short.
-QImage reduced(QImage raster, const QSize& size) {
+/// `raster`'s reduced copy of that size, which may be its own.
+Result<QImage> reduced(QImage raster, const QSize& size) {
     const StageTimes::Timer timer(Stage::Reduce);
-    while (!raster.isNull() && raster.size() != size)
-        raster = stretched(raster, ReducedCopies::nextSize(raster.size()));
+    while (raster.size() != size) {
+        Result<QImage> next = stretched(raster, ReducedCopies::nextSize(raster.size()));
+        if (!next)
+            return noMemory();
+        raster = std::move(*next);
+    }
     return raster;
 }
 
 /// Adds reduced copies of `raster`, each side half as long as in the one before. None is made in the size of
-/// a representation that is there already. False where memory is short.
-bool addReducedCopies(Image& image, QImage raster) {
+/// a representation that is there already.
+Result<Done> addReducedCopies(Image& image, QImage raster) {
     const StageTimes::Timer timer(Stage::Reduce);
     const auto has = [&](const QSize& size) {
         return std::ranges::any_of(image.representations(), [&](const auto& representation) {
@@ -69,13 +66,14 @@ bool addReducedCopies(Image& image, QImage raster) {
     };
     using ReducedCopies::nextSize;
     for (QSize size = nextSize(raster.size()); size != raster.size(); size = nextSize(size)) {
-        raster = stretched(raster, size);
-        if (raster.isNull())
-            return false;
+        Result<QImage> next = stretched(raster, size);
+        if (!next)
+            return noMemory();
+        raster = std::move(*next);
         if (!has(size))
             image.addRepresentation(std::make_shared<BitmapImageRep>(raster));
     }
-    return true;
+    return Done{};
 }
 
 /// Every picture of an icns file, so that each size is drawn from what was made for it. The largest must be
@@ -89,7 +87,10 @@ Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
         return largest.error();
     LoadedPicture result{Image(largest->raster.size()), false, std::move(largest->warnings)};
     result.image.addRepresentation(std::make_shared<BitmapImageRep>(largest->raster));
-    for (const IcnsElement& element : reader->pictureElements()) {
+    const Result<std::vector<IcnsElement>> elements = reader->pictureElements();
+    if (!elements)
+        return elements.error();
+    for (const IcnsElement& element : *elements) {
         if (element.type == reader->largestElement()->type)
             continue;
         Result<DecodedPicture> picture = reader->picture(element);
@@ -99,8 +100,8 @@ Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
             result.warnings << QStringLiteral("the element %1 is passed over: %2")
                                    .arg(element.type.text(), picture.error().sentence);
     }
-    if (!addReducedCopies(result.image, std::move(largest->raster)))
-        return noMemory();
+    if (const Result<Done> added = addReducedCopies(result.image, std::move(largest->raster)); !added)
+        return added.error();
     return result;
 }
 
@@ -119,23 +120,19 @@ Result<LoadedPicture> loadBitmap(const PictureFormatRow& format, const QByteArra
     Result<DecodedPicture> decoded = format.decode(bytes, renders);
     if (!decoded)
         return decoded.error();
-    if (decoded->raster.isNull())
-        return noMemory();
     const QSize size = decoded->wholeSize.isEmpty() ? decoded->raster.size() : decoded->wholeSize;
     LoadedPicture picture{Image(size), false, std::move(decoded->warnings)};
-    QImage largest = reduced(std::move(decoded->raster), ReducedCopies::largestNeeded(size, renders));
-    if (largest.isNull())
-        return noMemory();
-    picture.image.addRepresentation(std::make_shared<BitmapImageRep>(largest));
-    if (!addReducedCopies(picture.image, std::move(largest)))
-        return noMemory();
+    Result<QImage> largest =
+        reduced(std::move(decoded->raster), ReducedCopies::largestNeeded(size, renders));
+    if (!largest)
+        return largest.error();
+    picture.image.addRepresentation(std::make_shared<BitmapImageRep>(*largest));
+    if (const Result<Done> added = addReducedCopies(picture.image, std::move(*largest)); !added)
+        return added.error();
     return picture;
 }
 
-} // namespace
-
-Result<LoadedPicture> ImageSource::load(const QByteArray& bytes, const LoadOptions& options) {
-    const StageTimes::Timer timer(Stage::Decode);
+Result<LoadedPicture> loaded(const QByteArray& bytes, const LoadOptions& options) {
     const Result<const PictureFormatRow*> format = formatOf(bytes);
     if (!format)
         return format.error();
@@ -149,9 +146,23 @@ Result<LoadedPicture> ImageSource::load(const QByteArray& bytes, const LoadOptio
     }
 }
 
+} // namespace
+
+Result<DecodedPicture> ImageSource::decode(const QByteArray& bytes) {
+    return unlessMemoryIsShort([&] {
+        const PictureFormatRow* format = PictureFormats::find(bytes);
+        return format != nullptr ? format->decode(bytes, std::nullopt) : unknownFormat();
+    });
+}
+
+Result<LoadedPicture> ImageSource::load(const QByteArray& bytes, const LoadOptions& options) {
+    const StageTimes::Timer timer(Stage::Decode);
+    return unlessMemoryIsShort([&] { return loaded(bytes, options); });
+}
+
 Result<LoadedPicture> ImageSource::loadFile(const std::string& path, const LoadOptions& options) {
     const StageTimes::Timer timer(Stage::Decode);
-    const Result<QByteArray> bytes = RegularFile::read(path, maximumFile, refusedStart);
+    const Result<QByteArray> bytes = RegularFile::read(path, maximumFile, checkStart);
     if (!bytes)
         return bytes.error();
     return load(*bytes, options);

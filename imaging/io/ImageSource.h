@@ -26,7 +26,8 @@ struct LoadOptions {
 
 /// Turns the bytes of a picture into an Image. The format is told by the content, never by a name: PNG, JPEG,
 /// TIFF, GIF (first frame), BMP, WebP, icns (largest picture), SVG. Pictures come out upright and in sRGB;
-/// one that breaks off, is damaged or has more than 16384 × 16384 pixels is an error.
+/// one that breaks off, is damaged or has more than 16384 × 16384 pixels is an error. OutOfMemory where
+/// memory is short.
 namespace ImageSource {
 
 /// An image of the picture's size in pixels. A bitmap comes with reduced copies of itself, each side half as

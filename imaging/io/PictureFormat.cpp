@@ -33,15 +33,16 @@ Result<DecodedPicture> readSvg(const QByteArray& bytes) {
     const double width = std::ceil(size.width());
     const double height = std::ceil(size.height());
     constexpr auto limit = static_cast<double>(PictureReader::maximumPixels);
-    if (const std::optional<Error> refused =
-            PictureReader::refusedSize(static_cast<qint64>(std::min(width, limit + 1)),
-                                       static_cast<qint64>(std::min(height, limit + 1))))
-        return *refused;
-    QImage raster = (*document)->rendered({0, 0, width, static_cast<int>(width)},
-                                          {0, 0, height, static_cast<int>(height)});
-    if (raster.isNull())
-        return PictureReader::damaged(QStringLiteral("SVG"), QStringLiteral("it can't be drawn"));
-    return DecodedPicture{std::move(raster), {}};
+    if (const Result<Done> allowed =
+            PictureReader::checkSize(static_cast<qint64>(std::min(width, limit + 1)),
+                                     static_cast<qint64>(std::min(height, limit + 1)));
+        !allowed)
+        return allowed.error();
+    Result<QImage> raster = (*document)->rendered({0, 0, width, static_cast<int>(width)},
+                                                  {0, 0, height, static_cast<int>(height)});
+    if (!raster)
+        return raster.error();
+    return DecodedPicture{std::move(*raster), {}};
 }
 
 /// Whether `bytes` may be XML with an svg element.

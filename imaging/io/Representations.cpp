@@ -1,26 +1,33 @@
 #include "imaging/io/Representations.h"
 
+#include "base/ShortMemory.h"
 #include "imaging/formats/TiffWriter.h"
 #include "imaging/io/ImageSource.h"
 #include "imaging/png/PngWriter.h"
 
 #include <utility>
 
-QByteArray TIFFRepresentation(const Image& image) {
-    return encodeTiff(image.largestRaster());
+Result<QByteArray> TIFFRepresentation(const Image& image) {
+    const Result<QImage> raster = image.largestRaster();
+    if (!raster)
+        return raster.error();
+    return encodeTiff(*raster);
 }
 
-std::unique_ptr<BitmapImageRep> imageRepWithData(const QByteArray& data) {
+Result<std::unique_ptr<BitmapImageRep>> imageRepWithData(const QByteArray& data) {
     Result<DecodedPicture> decoded = ImageSource::decode(data);
     if (!decoded)
-        return nullptr;
-    return std::make_unique<BitmapImageRep>(std::move(decoded->raster));
+        return decoded.error();
+    return unlessMemoryIsShort([&] { return std::make_unique<BitmapImageRep>(std::move(decoded->raster)); });
 }
 
-QByteArray representationUsingType(const BitmapImageRep& bitmap, BitmapFileType type) {
+Result<QByteArray> representationUsingType(const BitmapImageRep& bitmap, BitmapFileType type) {
+    const Result<QImage> raster = bitmap.raster();
+    if (!raster)
+        return raster.error();
     switch (type) {
     case BitmapFileType::PNG:
-        return encodePng(bitmap.raster());
+        return encodePng(*raster);
     }
-    return {};
+    return Error{ErrorCode::Unsupported, QStringLiteral("files of this type are not written here")};
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "imaging/image/BitmapImageRep.h"
 #include "imaging/image/Image.h"
 
@@ -9,14 +10,14 @@
 
 /// Images and bitmaps as the bytes of files, and back.
 
-/// The largest bitmap of `image` as an uncompressed TIFF file. Empty where it has none or memory is short.
-QByteArray TIFFRepresentation(const Image& image);
+/// The largest bitmap of `image` as an uncompressed TIFF file. EmptySize where it has none, OutOfMemory.
+Result<QByteArray> TIFFRepresentation(const Image& image);
 
-/// The first picture in `data`, of any format that ImageSource reads. Null where it can't be read.
-std::unique_ptr<BitmapImageRep> imageRepWithData(const QByteArray& data);
+/// The first picture in `data`, of any format that ImageSource reads. Fails as ImageSource does.
+Result<std::unique_ptr<BitmapImageRep>> imageRepWithData(const QByteArray& data);
 
 /// File types of `representationUsingType`, with the platform's numbers.
 enum class BitmapFileType { PNG = 4 };
 
-/// `bitmap` as a file of `type`. Empty where it has no pixels or memory is short.
-QByteArray representationUsingType(const BitmapImageRep& bitmap, BitmapFileType type);
+/// `bitmap` as a file of `type`. EmptySize where it has no pixels, OutOfMemory.
+Result<QByteArray> representationUsingType(const BitmapImageRep& bitmap, BitmapFileType type);

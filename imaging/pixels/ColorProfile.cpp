@@ -1,5 +1,7 @@
 #include "imaging/pixels/ColorProfile.h"
 
+#include "base/ShortMemory.h"
+
 #include <lcms2.h>
 
 #include <cmath>
@@ -41,19 +43,30 @@ ColorProfile::ColorProfile(void* handle, Space space) : m_space(space) {
         m_handle = std::shared_ptr<void>(handle, [](void* profile) { cmsCloseProfile(profile); });
 }
 
-ColorProfile ColorProfile::fromIcc(const QByteArray& icc) {
+Result<EmbeddedProfile> ColorProfile::embedded(const QByteArray& icc) {
     if (icc.isEmpty())
-        return {};
-    return ColorProfile(cmsOpenProfileFromMem(icc.constData(), static_cast<cmsUInt32Number>(icc.size())),
-                        spaceOf(icc));
+        return EmbeddedProfile{};
+    return unlessMemoryIsShort([&]() -> Result<EmbeddedProfile> {
+        const RefusedMemory memory;
+        void* handle = cmsOpenProfileFromMem(icc.constData(), static_cast<cmsUInt32Number>(icc.size()));
+        if (handle == nullptr && memory.wasSeen())
+            return outOfMemory();
+        if (handle == nullptr)
+            return EmbeddedProfile{{}, true};
+        return EmbeddedProfile{ColorProfile(handle, spaceOf(icc)), false};
+    });
 }
 
-ColorProfile ColorProfile::fromGamma(double encodingGamma, const Chromaticities& chromaticities, bool grey) {
+Result<ColorProfile> ColorProfile::fromGamma(double encodingGamma, const Chromaticities& chromaticities,
+                                             bool grey) {
     const bool isSrgbCurve = std::abs(encodingGamma - 0.45455) < 0.005;
     if (!(encodingGamma > 0.01) || encodingGamma > 10 ||
         (isSrgbCurve && (grey || isNear(chromaticities, srgbChromaticities))))
-        return {};
+        return ColorProfile();
+    const RefusedMemory memory;
     cmsToneCurve* curve = isSrgbCurve ? srgbCurve() : cmsBuildGamma(nullptr, 1 / encodingGamma);
+    if (curve == nullptr)
+        return outOfMemory();
     const auto& c = chromaticities;
     const cmsCIExyY white{c[0][0], c[0][1], 1};
     void* handle = nullptr;
@@ -65,5 +78,7 @@ ColorProfile ColorProfile::fromGamma(double encodingGamma, const Chromaticities&
         handle = cmsCreateRGBProfile(&white, &primaries, curves.data());
     }
     cmsFreeToneCurve(curve);
-    return ColorProfile(handle, grey ? Space::Grey : Space::RGB);
+    if (handle == nullptr)
+        return memory.wasSeen() ? Result<ColorProfile>(outOfMemory()) : ColorProfile();
+    return unlessMemoryIsShort([&] { return ColorProfile(handle, grey ? Space::Grey : Space::RGB); });
 }

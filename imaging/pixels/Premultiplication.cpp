@@ -1,6 +1,7 @@
 // Compiled once for each instruction set; the best one is chosen when the program runs.
 #include "imaging/pixels/Premultiplication.h"
 
+#include "imaging/pixels/Raster.h"
 #include "imaging/simd/VectorDispatch.h"
 
 #include <algorithm>
@@ -209,14 +210,14 @@ bool isClampedToAlpha(const std::uint8_t* in, std::size_t pixels) {
     return VECTOR_DISPATCH(isClampedToAlpha)(in, pixels);
 }
 
-QImage straightRaster(const QImage& raster) {
+Result<QImage> straightRaster(const QImage& raster) {
     if (raster.format() == QImage::Format_RGBA8888)
         return raster;
-    QImage straight(raster.size(), QImage::Format_RGBA8888);
-    if (straight.isNull())
+    Result<QImage> straight = newRaster(raster.size(), QImage::Format_RGBA8888);
+    if (!straight)
         return straight;
     for (int y = 0; y < raster.height(); ++y)
-        unpremultiply(raster.constScanLine(y), straight.scanLine(y),
+        unpremultiply(raster.constScanLine(y), straight->scanLine(y),
                       static_cast<std::size_t>(raster.width()));
     return straight;
 }

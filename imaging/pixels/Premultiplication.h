@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <QImage>
 
 #include <cstddef>
@@ -24,5 +26,6 @@ void clampToAlpha(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels)
 /// Whether no colour of `pixels` premultiplied pixels exceeds its alpha.
 bool isClampedToAlpha(const std::uint8_t* in, std::size_t pixels);
 
-/// `raster` (RGBA8888_Premultiplied or RGBA8888) with straight colours, RGBA8888; null where memory is short.
-QImage straightRaster(const QImage& raster);
+/// `raster` (RGBA8888_Premultiplied or RGBA8888) with straight colours, RGBA8888. EmptySize
+/// where `raster` has no pixels, OutOfMemory.
+Result<QImage> straightRaster(const QImage& raster);

@@ -1,5 +1,6 @@
 #include "imaging/pixels/ReducingStream.h"
 
+#include "base/ShortMemory.h"
 #include "base/StageTimes.h"
 #include "imaging/pixels/ReducedCopies.h"
 
@@ -11,6 +12,10 @@ ReducingStream::ReducingStream(const QSize& size, QImage& target)
                              fillingMapping(from.height(), to.height()));
         from = to;
     }
+}
+
+Result<ReducingStream> ReducingStream::create(const QSize& size, QImage& target) {
+    return unlessMemoryIsShort([&] { return ReducingStream(size, target); });
 }
 
 void ReducingStream::addRow(std::size_t step) {

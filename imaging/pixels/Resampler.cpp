@@ -1,12 +1,13 @@
 #include "imaging/pixels/Resampler.h"
 
+#include "base/ShortMemory.h"
+#include "imaging/pixels/Raster.h"
 #include "imaging/pixels/RowResampler.h"
 #include "imaging/simd/VectorDispatch.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <new>
 #include <vector>
 
 #undef HWY_TARGET_INCLUDE
@@ -255,21 +256,20 @@ void StreamResampler::takeResult(std::uint8_t* out) {
         m_made++, [this](int y) { return row(y); }, out);
 }
 
-QImage resampled(const QImage& source, const AxisMapping& x, const AxisMapping& y) {
+Result<QImage> resampled(const QImage& source, const AxisMapping& x, const AxisMapping& y) {
     if (x.isIdentity() && y.isIdentity())
         return source;
-    QImage target(x.targetLength, y.targetLength, QImage::Format_RGBA8888_Premultiplied);
-    if (target.isNull())
+    Result<QImage> target =
+        newRaster(QSize(x.targetLength, y.targetLength), QImage::Format_RGBA8888_Premultiplied);
+    if (!target)
         return target;
-    try {
-        RowResampler(x, y).resample(source, target);
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
+    const Result<Done> made = unlessMemoryIsShort([&] { RowResampler(x, y).resample(source, *target); });
+    if (!made)
+        return noMemoryForPixels(x.targetLength, y.targetLength);
     return target;
 }
 
-QImage stretched(const QImage& source, const QSize& size) {
+Result<QImage> stretched(const QImage& source, const QSize& size) {
     return resampled(source, fillingMapping(source.width(), size.width()),
                      fillingMapping(source.height(), size.height()));
 }

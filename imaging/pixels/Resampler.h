@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "imaging/pixels/AxisMapping.h"
 
 #include <QImage>
@@ -11,10 +12,10 @@
 ///
 /// Taps beyond the source's edges are left out and the others make up for them, so edges keep their full
 /// value. Equal samples give exactly their value. A mapping that fills the target mirrors a mirrored source
-/// to the byte, with any filter but Nearest. No colour sample exceeds its alpha. Null where memory is short.
-/// Where both mappings are the identity the result is `source` itself; the pixels are shared until one of the
-/// two is changed.
-QImage resampled(const QImage& source, const AxisMapping& x, const AxisMapping& y);
+/// to the byte, with any filter but Nearest. No colour sample exceeds its alpha. Where both mappings are the
+/// identity the result is `source` itself; the pixels are shared until one of the two is changed. EmptySize
+/// where the target has no pixels, OutOfMemory.
+Result<QImage> resampled(const QImage& source, const AxisMapping& x, const AxisMapping& y);
 
-/// The whole of `source` stretched to `size` pixels.
-QImage stretched(const QImage& source, const QSize& size);
+/// The whole of `source` stretched to `size` pixels. Fails as `resampled` does.
+Result<QImage> stretched(const QImage& source, const QSize& size);

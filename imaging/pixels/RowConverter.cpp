@@ -1,5 +1,6 @@
 #include "imaging/pixels/RowConverter.h"
 
+#include "base/ShortMemory.h"
 #include "imaging/pixels/Premultiplication.h"
 
 #include <lcms2.h>
@@ -97,12 +98,24 @@ cmsUInt32Number inputFormat(const SampleLayout& layout) {
 
 } // namespace
 
-RowConverter::RowConverter(const SampleLayout& layout, const ColorProfile& profile) : m_layout(layout) {
-    if (profile)
-        makeTransform(profile);
+Result<RowConverter> RowConverter::create(const SampleLayout& layout, const ColorProfile& profile,
+                                          int longestRow) {
+    return unlessMemoryIsShort([&]() -> Result<RowConverter> {
+        RowConverter converter(layout);
+        if (profile) {
+            if (const Result<Done> made = converter.makeTransform(profile); !made)
+                return made.error();
+        }
+        const auto pixels = static_cast<std::size_t>(longestRow);
+        if (!converter.isDirect())
+            converter.m_straight.resize(4 * pixels);
+        if (!converter.isDirect() && layout.alpha == Alpha::Premultiplied)
+            converter.m_unpremultiplied.resize(5 * pixels);
+        return converter;
+    });
 }
 
-void RowConverter::makeTransform(const ColorProfile& profile) {
+Result<Done> RowConverter::makeTransform(const ColorProfile& profile) {
     using Space = ColorProfile::Space;
     const Space wanted = m_layout.colors == Colors::Grey  ? Space::Grey
                          : m_layout.colors == Colors::RGB ? Space::RGB
@@ -111,9 +124,13 @@ void RowConverter::makeTransform(const ColorProfile& profile) {
         const auto output = static_cast<cmsUInt32Number>(COLORSPACE_SH(PT_RGB) | CHANNELS_SH(3) |
                                                          EXTRA_SH(1) | BYTES_SH(m_layout.bitsPerSample / 8));
         const cmsUInt32Number flags = m_layout.alpha == Alpha::None ? 0 : cmsFLAGS_COPY_ALPHA;
+        const RefusedMemory memory;
         const std::unique_ptr<void, cmsBool (*)(cmsHPROFILE)> srgb(cmsCreate_sRGBProfile(), cmsCloseProfile);
-        cmsHTRANSFORM transform = cmsCreateTransform(profile.handle(), inputFormat(m_layout), srgb.get(),
-                                                     output, INTENT_PERCEPTUAL, flags);
+        cmsHTRANSFORM transform = srgb ? cmsCreateTransform(profile.handle(), inputFormat(m_layout),
+                                                            srgb.get(), output, INTENT_PERCEPTUAL, flags)
+                                       : nullptr;
+        if (transform == nullptr && memory.wasSeen())
+            return outOfMemory();
         if (transform != nullptr)
             m_transform = std::shared_ptr<void>(transform, [](void* t) { cmsDeleteTransform(t); });
     }
@@ -121,6 +138,11 @@ void RowConverter::makeTransform(const ColorProfile& profile) {
         m_profileWasRefused = true;
     else if (m_layout.colors != Colors::CMYK && transformIsIdentity())
         m_transform.reset();
+    return Done{};
+}
+
+bool RowConverter::isDirect() const {
+    return !m_transform && m_layout.colors == Colors::RGB && m_layout.alpha != Alpha::None;
 }
 
 /// Whether the transform moves no colour of a probe grid by more than one step of 8 bits.
@@ -159,8 +181,7 @@ bool RowConverter::transformIsIdentity() const {
 template <typename Sample>
 void RowConverter::convertSamples(const Sample* in, std::uint8_t* out, std::size_t pixels) {
     const bool isPremultiplied = m_layout.alpha == Alpha::Premultiplied;
-    const bool isRgba = m_layout.colors == Colors::RGB && m_layout.alpha != Alpha::None;
-    if (!m_transform && isRgba) {
+    if (isDirect()) {
         if (m_layout.alpha == Alpha::Full && sizeof(Sample) == 1 && static_cast<const void*>(in) == out)
             return; // the samples are the raster's bytes already
         if (isPremultiplied)
@@ -169,10 +190,8 @@ void RowConverter::convertSamples(const Sample* in, std::uint8_t* out, std::size
             premultiply(in, out, pixels);
         return;
     }
-    m_straight.resize(4 * pixels);
     auto* straight = reinterpret_cast<Sample*>(m_straight.data());
     if (isPremultiplied) {
-        m_unpremultiplied.resize(5 * pixels);
         auto* unpremultiplied = reinterpret_cast<Sample*>(m_unpremultiplied.data());
         unpremultiply(m_layout, in, unpremultiplied, pixels);
         in = unpremultiplied;

@@ -33,9 +33,10 @@ struct SampleLayout {
 /// applied, so an sRGB picture keeps its bytes.
 class RowConverter {
   public:
-    /// `profile` may be empty. A profile that does not suit the layout's colours is not used, and
-    /// `profileWasRefused` says so.
-    RowConverter(const SampleLayout& layout, const ColorProfile& profile);
+    /// A converter of rows of up to `longestRow` pixels. `profile` may be empty. A profile that does not suit
+    /// the layout's colours is not used, and `profileWasRefused` says so. OutOfMemory is the only error.
+    static Result<RowConverter> create(const SampleLayout& layout, const ColorProfile& profile,
+                                       int longestRow);
 
     bool profileWasRefused() const { return m_profileWasRefused; }
 
@@ -44,9 +45,13 @@ class RowConverter {
     void convert(const std::uint8_t* in, std::uint8_t* out, int pixels);
 
   private:
+    explicit RowConverter(const SampleLayout& layout) : m_layout(layout) {}
+
     template <typename Sample>
     void convertSamples(const Sample* in, std::uint8_t* out, std::size_t pixels);
-    void makeTransform(const ColorProfile& profile);
+    Result<Done> makeTransform(const ColorProfile& profile);
+    /// Whether the samples are RGBA already, and only need to be premultiplied or clamped.
+    bool isDirect() const;
     bool transformIsIdentity() const;
 
     SampleLayout m_layout;

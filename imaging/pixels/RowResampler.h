@@ -22,7 +22,8 @@ struct RowTaps {
 
 } // namespace resampler
 
-/// Does the work of `resampled`, one target row after another. The constructor may throw std::bad_alloc.
+/// Does the work of `resampled`, one target row after another. For this room alone: the constructor may throw
+/// std::bad_alloc, which `resampled` and ReducingStream turn into an error.
 class RowResampler {
   public:
     RowResampler(const AxisMapping& x, const AxisMapping& y);
@@ -56,10 +57,10 @@ class RowResampler {
 };
 
 /// Gives the same bytes from a source that comes row by row from its top. Only the rows that later results
-/// need are kept. For each row: fill `nextRow`, then `addRow`, then `takeResult` while `hasResult`.
+/// need are kept. For each row: fill `nextRow`, then `addRow`, then `takeResult` while `hasResult`. For this
+/// room alone: the constructor may throw std::bad_alloc.
 class StreamResampler {
   public:
-    /// May throw std::bad_alloc.
     StreamResampler(const AxisMapping& x, const AxisMapping& y);
 
     /// Where the caller writes the next row: 4 bytes for each source pixel.

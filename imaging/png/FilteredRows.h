@@ -11,12 +11,12 @@
 #include <span>
 
 /// A picture's rows as the bytes that are compressed: with straight colours, filtered, each behind the byte
-/// that says how. Keeps the raster by reference.
+/// that says how. Keeps the raster by reference. For this room alone, whose `encodePng` tells of it: what
+/// makes rows may throw std::bad_alloc.
 class FilteredRows {
   public:
     /// Bytes without a value until one is written.
     struct Buffer {
-        /// May throw std::bad_alloc.
         explicit Buffer(std::size_t capacity)
             : bytes(std::make_unique_for_overwrite<std::uint8_t[]>(capacity)) {}
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/Result.h"
 #include "imaging/png/FilteredRows.h"
 #include "imaging/png/PngOptions.h"
 
 #include <cstddef>
-#include <optional>
 
 /// How a picture is written.
 struct PngChoice {
@@ -13,7 +13,6 @@ struct PngChoice {
     std::size_t
         expectedBytes; ///< about as many as the compressed rows will have, by runs; 0 where nobody tried
 
-    /// What `options` leave open is chosen by what becomes of a sample of the rows. None where memory is
-    /// short.
-    static std::optional<PngChoice> of(const FilteredRows& rows, int height, const PngOptions& options);
+    /// What `options` leave open is chosen by what becomes of a sample of the rows. OutOfMemory.
+    static Result<PngChoice> of(const FilteredRows& rows, int height, const PngOptions& options);
 };

@@ -1,17 +1,18 @@
 #include "imaging/png/PngReader.h"
 
+#include "base/ShortMemory.h"
 #include "imaging/image/PictureBuilder.h"
+#include "imaging/pixels/Raster.h"
 #include "imaging/png/InflatedPng.h"
 
 #include <QSysInfo>
 
 #include <png.h>
 
-#include <cmath>
 #include <csetjmp>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace {
@@ -28,7 +29,8 @@ class PngDecoder {
         : m_bytes(bytes),
           m_inflated(inflater == Inflater::Quick ? std::make_unique<InflatedPng>(bytes) : nullptr),
           m_picture(renders) {
-        m_png = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, onError, onWarning);
+        m_png = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, this, onError, onWarning, this, onAllocate,
+                                         onFree);
         if (m_png != nullptr)
             m_info = png_create_info_struct(m_png);
     }
@@ -38,12 +40,14 @@ class PngDecoder {
 
     Result<DecodedPicture> decode() {
         if (m_info == nullptr)
-            return PictureReader::damaged(QStringLiteral("PNG"), QStringLiteral("out of memory"));
+            return outOfMemory();
         if (setjmp(png_jmpbuf(m_png)) != 0) // NOLINT(cert-err52-cpp): libpng's only way to report errors
-            return PictureReader::damaged(QStringLiteral("PNG"), QString::fromLatin1(m_message.data()));
+            return failure();
         readHeader();
-        if (!m_picture.error())
-            readPixels();
+        if (const Result<Done> allowed = PictureReader::checkSize(m_width, m_height); !allowed)
+            return allowed.error();
+        if (const Result<Done> read = readPixels(); !read)
+            return read.error();
         return m_picture.finish();
     }
 
@@ -62,13 +66,33 @@ class PngDecoder {
     }
 
     static void onWarning(png_structp png, png_const_charp message) {
-        // Damage in the pixel data that libpng itself would let pass; more data than pixels is none.
-        const bool isSurplus = std::strstr(message, "Too much image data") != nullptr ||
-                               std::strstr(message, "Extra compressed data") != nullptr;
-        if (std::strncmp(message, "IDAT:", 5) == 0 && !isSurplus)
+        constexpr png_uint_32 profileChunk = 0x69434350; // 'iCCP'
+        constexpr png_uint_32 pixelsChunk = 0x49444154;  // 'IDAT'
+        const png_uint_32 chunk = png_get_io_chunk_type(png);
+        // Damage in the pixels' data that libpng itself would let pass, and such data behind other chunks.
+        // While there are pixels to be read InflatedPng knows of all damage: then it is only more data than
+        // pixels.
+        if (chunk == pixelsChunk && (!self(png)->m_inflated || self(png)->m_hasAllPixels))
             onError(png, message);
-        if (std::strstr(message, "iCCP") != nullptr)
+        if (chunk == profileChunk)
             self(png)->m_hasOddProfile = true;
+    }
+
+    static png_voidp onAllocate(png_structp png, png_alloc_size_t size) {
+        void* place = std::malloc(size); // NOLINT(cppcoreguidelines-no-malloc): libpng's contract
+        if (place == nullptr)
+            static_cast<PngDecoder*>(png_get_mem_ptr(png))->m_isMemoryShort = true;
+        return place;
+    }
+
+    static void onFree(png_structp /*png*/, png_voidp place) {
+        std::free(place); // NOLINT(cppcoreguidelines-no-malloc): libpng's contract
+    }
+
+    Error failure() const {
+        if (m_isMemoryShort)
+            return m_width > 0 && m_height > 0 ? noMemoryForPixels(m_width, m_height) : outOfMemory();
+        return PictureReader::damaged(QStringLiteral("PNG"), QString::fromLatin1(m_message.data()));
     }
 
     static void onRead(png_structp png, png_bytep out, size_t length) {
@@ -98,15 +122,14 @@ class PngDecoder {
         png_read_info(m_png, m_info);
         m_width = png_get_image_width(m_png, m_info);
         m_height = png_get_image_height(m_png, m_info);
-        if (const std::optional<Error> refused = PictureReader::refusedSize(m_width, m_height))
-            m_picture.fail(*refused);
     }
 
-    void readPixels() {
+    Result<Done> readPixels() {
         const int colorType = png_get_color_type(m_png, m_info);
         const bool isWide = png_get_bit_depth(m_png, m_info) == 16;
         const bool isGrey = (colorType & PNG_COLOR_MASK_COLOR) == 0;
-        readProfile(isGrey);
+        if (const Result<Done> read = readProfile(isGrey); !read)
+            return read;
         const bool staysGrey = isGrey && m_picture.profile();
         png_set_expand(m_png);
         if (isGrey && !staysGrey)
@@ -120,8 +143,8 @@ class PngDecoder {
         const SampleLayout layout{staysGrey ? SampleLayout::Colors::Grey : SampleLayout::Colors::RGB,
                                   SampleLayout::Alpha::Straight, isWide ? 16 : 8, false};
         readOrientation();
-        if (!m_picture.begin(m_width, m_height, layout))
-            return;
+        if (const Result<Done> begun = m_picture.begin(m_width, m_height, layout); !begun)
+            return begun;
         const std::size_t rowBytes = png_get_rowbytes(m_png, m_info);
         if (passes == 1)
             readSequential(rowBytes);
@@ -129,8 +152,10 @@ class PngDecoder {
             readInterlaced(rowBytes, passes);
         if (m_inflated && !m_inflated->endPixels())
             png_error(m_png, "damaged data");
+        m_hasAllPixels = true;
         png_read_end(m_png, m_info);
         readOrientation();
+        return Done{};
     }
 
     void readSequential(std::size_t rowBytes) {
@@ -156,28 +181,38 @@ class PngDecoder {
     }
 
     /// In the order of precedence that the format gives: iCCP, sRGB, then gAMA and cHRM.
-    void readProfile(bool isGrey) {
+    Result<Done> readProfile(bool isGrey) {
         png_charp name = nullptr;
         png_bytep icc = nullptr;
         png_uint_32 iccLength = 0;
         int method = 0;
         int intent = 0;
         if (png_get_iCCP(m_png, m_info, &name, &method, &icc, &iccLength) != 0) {
-            m_picture.setProfile(
-                ColorProfile::fromIcc(QByteArray(reinterpret_cast<const char*>(icc), iccLength)), true);
-            return;
+            const Result<EmbeddedProfile> embedded =
+                ColorProfile::embedded(QByteArray(reinterpret_cast<const char*>(icc), iccLength));
+            if (!embedded)
+                return embedded.error();
+            m_picture.setProfile(*embedded);
+            return Done{};
         }
         if (png_get_sRGB(m_png, m_info, &intent) != 0)
-            return;
-        if (m_hasOddProfile)
-            m_picture.setProfile({}, true); // there was one, and libpng left it out
+            return Done{};
+        if (m_hasOddProfile) {
+            m_picture.setProfile({{}, true}); // there was one, and libpng left it out
+            return Done{};
+        }
         double gamma = 0.45455;
         ColorProfile::Chromaticities c = ColorProfile::srgbChromaticities;
         const bool hasGamma = png_get_gAMA(m_png, m_info, &gamma) != 0;
         const bool hasChromaticities = png_get_cHRM(m_png, m_info, &c[0][0], &c[0][1], &c[1][0], &c[1][1],
                                                     &c[2][0], &c[2][1], &c[3][0], &c[3][1]) != 0;
-        if (!m_hasOddProfile && (hasGamma || hasChromaticities))
-            m_picture.setProfile(ColorProfile::fromGamma(gamma, c, isGrey), false);
+        if (!hasGamma && !hasChromaticities)
+            return Done{};
+        const Result<ColorProfile> profile = ColorProfile::fromGamma(gamma, c, isGrey);
+        if (!profile)
+            return profile.error();
+        m_picture.setProfile({*profile, false});
+        return Done{};
     }
 
     void readOrientation() {
@@ -196,14 +231,14 @@ class PngDecoder {
     png_uint_32 m_width = 0;
     png_uint_32 m_height = 0;
     std::array<char, 200> m_message{};
+    bool m_isMemoryShort = false;
+    bool m_hasAllPixels = false;
     bool m_hasOddProfile = false;
     PictureBuilder m_picture;
     std::vector<uchar> m_rows;
 };
 
-} // namespace
-
-Result<DecodedPicture> readPng(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
+Result<DecodedPicture> read(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
     static const ReducedCopies::Renders none;
     const ReducedCopies::Renders* wanted = &renders;
     auto inflater = PngDecoder::Inflater::Quick;
@@ -217,4 +252,10 @@ Result<DecodedPicture> readPng(const QByteArray& bytes, const ReducedCopies::Ren
         else
             return picture;
     }
+}
+
+} // namespace
+
+Result<DecodedPicture> readPng(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
+    return unlessMemoryIsShort([&] { return read(bytes, renders); });
 }

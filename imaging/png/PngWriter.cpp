@@ -37,31 +37,33 @@ void appendChunk(QByteArray& file, FourCharCode type, QByteArrayView data) {
 }
 
 /// Filters and compresses part by part, each as long as it is in the processor's caches.
-void appendInParts(QByteArray& png, const FilteredRows& rows, int height, const PngChoice& choice) {
+Result<Done> appendInParts(QByteArray& png, const FilteredRows& rows, int height, const PngChoice& choice) {
     constexpr std::size_t usualPart = std::size_t{64} << 10;
     const int rowsOfPart = std::max(1, static_cast<int>(usualPart / rows.size(1)));
     // Growing by doubling would touch three times the memory that is needed.
     const std::size_t expected = choice.expectedBytes + choice.expectedBytes / 8;
     const std::size_t room = RunCoder::bound(RunBlock::mostBytes + rows.size(rowsOfPart));
     png.reserve(png.size() + static_cast<qsizetype>(std::min(expected, rows.size(height)) + room));
-    Deflate::RunStream stream(png, rows.size(height), rows.size(rowsOfPart));
+    const auto stream = Deflate::RunStream::create(png, rows.size(height), rows.size(rowsOfPart));
+    if (!stream)
+        return stream.error();
     FilteredRows::Sequence sequence(rows, choice.filter, 0);
     for (int y = 0; y < height; y += rowsOfPart) {
         const int count = std::min(rowsOfPart, height - y);
         {
             const StageTimes::Timer timer(Stage::Filter);
             for (int i = 0; i < count; ++i)
-                sequence.next(stream.nextPart() + rows.size(i));
+                sequence.next((*stream)->nextPart() + rows.size(i));
         }
         const StageTimes::Timer timer(Stage::Compress);
-        stream.addPart(rows.size(count));
+        if (const Result<Done> added = (*stream)->addPart(rows.size(count)); !added)
+            return added;
     }
     const StageTimes::Timer timer(Stage::Compress);
-    stream.finish();
+    return (*stream)->finish();
 }
 
-/// False where memory is short.
-bool appendAtOnce(QByteArray& png, const FilteredRows& rows, const PngChoice& choice) {
+Result<Done> appendAtOnce(QByteArray& png, const FilteredRows& rows, const PngChoice& choice) {
     const auto filter = [&] {
         const StageTimes::Timer timer(Stage::Filter);
         return rows.all(choice.filter);
@@ -72,29 +74,30 @@ bool appendAtOnce(QByteArray& png, const FilteredRows& rows, const PngChoice& ch
 }
 
 /// The picture's rows as a zlib stream in one chunk, or in several where they do not fit into one.
-bool appendPixels(QByteArray& png, const QImage& raster, const PngOptions& options) {
+Result<Done> appendPixels(QByteArray& png, const QImage& raster, const PngOptions& options) {
     const FilteredRows rows(raster);
-    const std::optional<PngChoice> choice = PngChoice::of(rows, raster.height(), options);
+    const Result<PngChoice> choice = PngChoice::of(rows, raster.height(), options);
     if (!choice)
-        return false;
+        return choice.error();
     const qsizetype start = beginChunk(png, PngHeader::pixelsType);
-    if (choice->method == Deflate::Method::Runs)
-        appendInParts(png, rows, raster.height(), *choice);
-    else if (!appendAtOnce(png, rows, *choice))
-        return false;
+    const Result<Done> appended = choice->method == Deflate::Method::Runs
+                                      ? appendInParts(png, rows, raster.height(), *choice)
+                                      : appendAtOnce(png, rows, *choice);
+    if (!appended)
+        return appended;
     if (png.size() - start <= maximumChunk) {
         finishChunk(png, start);
-        return true;
+        return Done{};
     }
     const QByteArray stream = png.sliced(start);
     png.truncate(start - 8);
     for (qsizetype at = 0; at < stream.size(); at += maximumChunk)
         appendChunk(png, PngHeader::pixelsType,
                     QByteArrayView(stream).sliced(at, std::min(maximumChunk, stream.size() - at)));
-    return true;
+    return Done{};
 }
 
-QByteArray file(const QImage& raster, const PngOptions& options) {
+Result<QByteArray> file(const QImage& raster, const PngOptions& options) {
     QByteArray png;
     png.append(PngHeader::signature);
     QByteArray header;
@@ -106,14 +109,14 @@ QByteArray file(const QImage& raster, const PngOptions& options) {
         .bytes(kind);
     appendChunk(png, PngHeader::headerType, header);
     appendChunk(png, "sRGB", QByteArrayView("\0", 1));
-    if (!appendPixels(png, raster, options))
-        return {};
+    if (const Result<Done> appended = appendPixels(png, raster, options); !appended)
+        return appended.error();
     appendChunk(png, PngHeader::endType, {});
     return png;
 }
 
 } // namespace
 
-QByteArray encodePng(const QImage& raster, const PngOptions& options) {
+Result<QByteArray> encodePng(const QImage& raster, const PngOptions& options) {
     return encodedPicture(raster, [&] { return file(raster, options); });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "imaging/png/PngOptions.h"
 
 #include <QByteArray>
@@ -7,5 +8,5 @@
 
 /// `raster` (RGBA8888_Premultiplied, or RGBA8888 with straight colours) as a PNG file (ISO/IEC 15948): 8-bit
 /// RGBA, opaque pictures too, not interlaced; the chunks IHDR, sRGB (perceptual), IDAT and IEND. The same
-/// raster gives the same bytes. Empty where there are no pixels or memory is short.
-QByteArray encodePng(const QImage& raster, const PngOptions& options = {});
+/// raster gives the same bytes. EmptySize where there are no pixels, OutOfMemory.
+Result<QByteArray> encodePng(const QImage& raster, const PngOptions& options = {});

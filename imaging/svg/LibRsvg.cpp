@@ -3,7 +3,6 @@
 #include <QLibrary>
 #include <QLoggingCategory>
 
-#include <optional>
 #include <type_traits>
 
 namespace {
@@ -16,14 +15,16 @@ void toQt(const gchar* domain, GLogLevelFlags /*level*/, const gchar* message, g
 
 /// For libraries that log in fields.
 GLogWriterOutput fieldsToQt(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer /*data*/) {
-    const LibRsvg* const rsvg = LibRsvg::loaded();
+    const Result<LibRsvg>& rsvg = LibRsvg::loaded();
     gchar* text = rsvg->formatLogFields(level, fields, count, FALSE);
     qCDebug(glibLog) << text;
     rsvg->free(text);
     return G_LOG_WRITER_HANDLED;
 }
 
-std::optional<LibRsvg> resolved() {
+Result<LibRsvg> resolved() {
+    const Error missing{ErrorCode::Unsupported,
+                        QStringLiteral("the SVG document can't be drawn, since librsvg is missing")};
     // The version of librsvg's binary interface. The headers included here belong to it.
     constexpr int version = 2;
     QLibrary library(QStringLiteral("rsvg-2"), version);
@@ -31,7 +32,7 @@ std::optional<LibRsvg> resolved() {
         // The system may not look where the library was at build time.
         library.setFileNameAndVersion(QStringLiteral(LIBRSVG_FOLDER "/librsvg-2"), version);
         if (!library.load())
-            return std::nullopt;
+            return missing;
     }
     LibRsvg rsvg;
     bool isComplete = true;
@@ -53,6 +54,7 @@ std::optional<LibRsvg> resolved() {
     resolve(rsvg.destroySurface, "cairo_surface_destroy");
     resolve(rsvg.createContext, "cairo_create");
     resolve(rsvg.destroyContext, "cairo_destroy");
+    resolve(rsvg.contextStatus, "cairo_status");
     resolve(rsvg.translate, "cairo_translate");
     resolve(rsvg.scale, "cairo_scale");
     resolve(rsvg.freeError, "g_error_free");
@@ -60,14 +62,14 @@ std::optional<LibRsvg> resolved() {
     resolve(rsvg.setLogHandler, "g_log_set_default_handler");
     resolve(rsvg.setLogWriter, "g_log_set_writer_func");
     resolve(rsvg.formatLogFields, "g_log_writer_format_fields");
-    return isComplete ? std::optional(rsvg) : std::nullopt;
+    return isComplete ? Result<LibRsvg>(rsvg) : missing;
 }
 
 } // namespace
 
-const LibRsvg* LibRsvg::loaded() {
-    static const std::optional<LibRsvg> library = [] {
-        std::optional<LibRsvg> found = resolved();
+const Result<LibRsvg>& LibRsvg::loaded() {
+    static const Result<LibRsvg> library = [] {
+        Result<LibRsvg> found = resolved();
         // GLib lets a process set a writer only once.
         if (found) {
             found->setLogHandler(toQt, nullptr);
@@ -75,5 +77,5 @@ const LibRsvg* LibRsvg::loaded() {
         }
         return found;
     }();
-    return library ? &*library : nullptr;
+    return library;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Result.h"
+
 #include <librsvg/rsvg.h>
 
 /// The functions of librsvg, and of the libraries below it, that draw SVG pictures. They are loaded with the
@@ -7,9 +9,9 @@
 /// writing a small icon. Each member points to the function in its declaration; ownership is the same as
 /// there.
 struct LibRsvg {
-    /// Null where librsvg can't be loaded. From the first call on, messages of GLib and of the libraries
-    /// above it go to Qt's logging category "glib" instead of to standard error.
-    static const LibRsvg* loaded();
+    /// Unsupported where librsvg can't be loaded. From the first call on, messages of GLib and of the
+    /// libraries above it go to Qt's logging category "glib" instead of to standard error.
+    static const Result<LibRsvg>& loaded();
 
     decltype(&::rsvg_handle_new_from_data) newFromData = nullptr;
     decltype(&::rsvg_handle_set_dpi) setDpi = nullptr;
@@ -25,6 +27,7 @@ struct LibRsvg {
     decltype(&::cairo_surface_destroy) destroySurface = nullptr;
     decltype(&::cairo_create) createContext = nullptr;
     decltype(&::cairo_destroy) destroyContext = nullptr;
+    decltype(&::cairo_status) contextStatus = nullptr;
     decltype(&::cairo_translate) translate = nullptr;
     decltype(&::cairo_scale) scale = nullptr;
 

@@ -1,6 +1,8 @@
 #include "imaging/svg/SvgDocument.h"
 
+#include "base/ShortMemory.h"
 #include "imaging/image/PictureReader.h"
+#include "imaging/pixels/Raster.h"
 #include "imaging/svg/LibRsvg.h"
 #include "imaging/svg/SvgGuard.h"
 
@@ -11,7 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <optional>
+#include <memory>
 #include <utility>
 
 namespace {
@@ -22,12 +24,13 @@ Error damaged(const QString& detail) {
 
 /// Unpacks a gzip file (RFC 1952).
 Result<QByteArray> gunzip(const QByteArray& bytes) {
+    QByteArray out;
+    QByteArray block(1 << 16, Qt::Uninitialized);
     z_stream stream{};
     constexpr int gzipWindow = 15 + 16;
     if (inflateInit2(&stream, gzipWindow) != Z_OK)
-        return damaged(QStringLiteral("it can't be unpacked"));
-    QByteArray out;
-    QByteArray block(1 << 16, Qt::Uninitialized);
+        return outOfMemory();
+    const std::unique_ptr<z_stream, decltype(&inflateEnd)> ended(&stream, inflateEnd);
     stream.next_in =
         reinterpret_cast<Bytef*>(const_cast<char*>(bytes.constData())); // NOLINT: zlib does not write there
     stream.avail_in = static_cast<uInt>(std::min<qsizetype>(bytes.size(), SvgGuard::maximumBytes));
@@ -38,9 +41,10 @@ Result<QByteArray> gunzip(const QByteArray& bytes) {
         status = inflate(&stream, Z_NO_FLUSH);
         out.append(block.constData(), block.size() - static_cast<qsizetype>(stream.avail_out));
     }
-    inflateEnd(&stream);
     if (status == Z_OK)
         return Error{ErrorCode::TooLarge, QStringLiteral("the SVG document is larger than 64 MiB")};
+    if (status == Z_MEM_ERROR)
+        return outOfMemory();
     if (status != Z_STREAM_END)
         return damaged(QStringLiteral("it can't be unpacked"));
     return out;
@@ -144,6 +148,10 @@ struct SvgDocument::Handle {
 };
 
 Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArray& bytes) {
+    return unlessMemoryIsShort([&] { return parsed(bytes); });
+}
+
+Result<std::shared_ptr<const SvgDocument>> SvgDocument::parsed(const QByteArray& bytes) {
     QByteArray document = bytes;
     if (bytes.startsWith("\x1f\x8b")) {
         Result<QByteArray> unpacked = gunzip(bytes);
@@ -151,11 +159,10 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
             return unpacked.error();
         document = std::move(*unpacked);
     }
-    if (const std::optional<Error> refused = SvgGuard::refused(document))
-        return *refused;
-    if (LibRsvg::loaded() == nullptr)
-        return Error{ErrorCode::Unsupported,
-                     QStringLiteral("the SVG document can't be drawn, since librsvg is missing")};
+    if (const Result<Done> allowed = SvgGuard::check(document); !allowed)
+        return allowed.error();
+    if (!LibRsvg::loaded())
+        return LibRsvg::loaded().error();
     // A document in UTF-16, for example, contains neither word, and may have filters.
     if (document.contains("filter") || !document.contains("svg"))
         startFilterThreads();
@@ -173,12 +180,12 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
     constexpr double smallest = 1e-3;
     if (!(width >= smallest) || !(height >= smallest) || !std::isfinite(width) || !std::isfinite(height))
         return damaged(QStringLiteral("its size is empty"));
-    if (const std::optional<Error> failure = svg->drawingError())
-        return *failure;
+    if (const Result<Done> drawn = svg->checkDrawing(); !drawn)
+        return drawn.error();
     return std::shared_ptr<const SvgDocument>(std::move(svg));
 }
 
-std::optional<Error> SvgDocument::draw(QImage& target, const QRectF& viewport) const {
+Result<Done> SvgDocument::draw(QImage& target, const QRectF& viewport) const {
     target.fill(0);
     const std::unique_ptr<cairo_surface_t, DestroySurface> surface(
         rsvg().createSurfaceForData(target.bits(), CAIRO_FORMAT_ARGB32, target.width(), target.height(),
@@ -189,24 +196,37 @@ std::optional<Error> SvgDocument::draw(QImage& target, const QRectF& viewport) c
     rsvg().scale(cairo.get(), viewport.width() / m_size.width(), viewport.height() / m_size.height());
     const RsvgRectangle page{0, 0, m_size.width(), m_size.height()};
     GError* rawError = nullptr;
+    const RefusedMemory memory;
     const gboolean isDrawn = rsvg().renderDocument(m_handle->handle, cairo.get(), &page, &rawError);
+    // librsvg has one code for all errors.
+    const bool isMemoryShort =
+        isDrawn == FALSE &&
+        (memory.wasSeen() || rsvg().contextStatus(cairo.get()) == CAIRO_STATUS_NO_MEMORY);
     const GErrorPointer error(rawError);
     rsvg().finishSurface(surface.get());
+    if (isMemoryShort)
+        return noMemoryForPixels(target.width(), target.height());
     if (isDrawn == FALSE)
         return damaged(text(error.get()));
     toRgba(target);
-    return std::nullopt;
+    return Done{};
 }
 
-std::optional<Error> SvgDocument::drawingError() const {
+Result<Done> SvgDocument::checkDrawing() const {
     constexpr int probeSide = 16;
-    QImage probe(probeSide, probeSide, QImage::Format_RGBA8888_Premultiplied);
-    return draw(probe, QRectF(0, 0, probeSide, probeSide));
+    Result<QImage> probe = newRaster(QSize(probeSide, probeSide), QImage::Format_RGBA8888_Premultiplied);
+    if (!probe)
+        return probe.error();
+    return draw(*probe, QRectF(0, 0, probeSide, probeSide));
 }
 
-QImage SvgDocument::rendered(AxisMapping x, AxisMapping y) const {
-    QImage target(x.targetLength, y.targetLength, QImage::Format_RGBA8888_Premultiplied);
-    if (target.isNull() || draw(target, QRectF(x.origin, y.origin, x.length, y.length)))
-        return {};
+Result<QImage> SvgDocument::rendered(AxisMapping x, AxisMapping y) const {
+    Result<QImage> target =
+        newRaster(QSize(x.targetLength, y.targetLength), QImage::Format_RGBA8888_Premultiplied);
+    if (!target)
+        return target;
+    const Result<Done> drawn = draw(*target, QRectF(x.origin, y.origin, x.length, y.length));
+    if (!drawn)
+        return drawn.error();
     return target;
 }

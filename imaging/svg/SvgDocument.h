@@ -14,8 +14,8 @@
 /// links to other files are left out. A document that SvgGuard refuses is not drawn at all.
 class SvgDocument final : public ImageRep {
   public:
-    /// Reads an SVG document, plain or compressed with gzip. Fails where it is damaged, empty, or refused by
-    /// SvgGuard, and where librsvg is missing.
+    /// Reads an SVG document, plain or compressed with gzip. Fails where SvgGuard refuses it; Damaged where it
+    /// is empty or can't be drawn, Unsupported where librsvg is missing, OutOfMemory.
     static Result<std::shared_ptr<const SvgDocument>> fromBytes(const QByteArray& bytes);
 
     /// The document's own size in CSS pixels: its width and height, or else those of its view box, or else
@@ -23,15 +23,16 @@ class SvgDocument final : public ImageRep {
     const QSizeF& size() const { return m_size; }
 
     QSize pixelSize() const override { return {}; }
-    QImage rendered(AxisMapping x, AxisMapping y) const override;
+    Result<QImage> rendered(AxisMapping x, AxisMapping y) const override;
 
-    /// Draws the document once, small. The error where it can't be drawn.
-    std::optional<Error> drawingError() const;
+    /// Draws the document once, small. Damaged where it can't be drawn, OutOfMemory.
+    Result<Done> checkDrawing() const;
 
   private:
     struct Handle;
+    static Result<std::shared_ptr<const SvgDocument>> parsed(const QByteArray& bytes);
     explicit SvgDocument(std::shared_ptr<Handle> handle) : m_handle(std::move(handle)) {}
-    std::optional<Error> draw(QImage& target, const QRectF& viewport) const;
+    Result<Done> draw(QImage& target, const QRectF& viewport) const;
 
     std::shared_ptr<Handle> m_handle;
     QSizeF m_size;

@@ -1,5 +1,6 @@
 #include "imaging/svg/SvgGuard.h"
 
+#include "base/ShortMemory.h"
 #include "imaging/image/PictureReader.h"
 #include "imaging/svg/SvgEmbeddedPicture.h"
 #include "imaging/svg/SvgNumbers.h"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -41,7 +43,7 @@ class Pass {
           m_mayHaveDashes(document.contains("dash") || document.contains("&#") || document.contains('\\') ||
                           !document.contains("svg")) {}
 
-    std::optional<Error> refused() {
+    Result<Done> check() {
         while (!m_reader.atEnd() && !m_error)
             take(m_reader.readNext());
         if (!m_error && m_reader.hasError())
@@ -50,13 +52,15 @@ class Pass {
                 QStringLiteral("line %1: %2").arg(m_reader.lineNumber()).arg(m_reader.errorString()));
         if (!m_error && m_longestLine / m_shortestDashes > SvgGuard::maximumDashes)
             m_error = tooLarge(QStringLiteral("has dashes that are too short for its lines"));
-        if (!m_error)
-            m_error = m_references.refused();
+        if (!m_error) {
+            if (const Result<Done> allowed = m_references.check(); !allowed)
+                m_error = allowed.error();
+        }
         const double largest = std::max(m_fontSize, usualFontSize) * m_references.textScale() *
                                std::pow(m_fontFactor, m_textDepth);
         if (!m_error && m_references.textScale() > 0 && !(largest <= SvgGuard::maximumFontSize))
             m_error = tooLarge(QStringLiteral("has text that is too large"));
-        return m_error;
+        return m_error ? Result<Done>(*m_error) : Done{};
     }
 
   private:
@@ -339,7 +343,7 @@ class Pass {
 
     QXmlStreamReader m_reader;
     SvgReferences m_references;
-    std::optional<Error> m_error;
+    std::optional<Error> m_error; ///< the first one
     int m_elements = 0;
     int m_depth = 0;
     QStringList m_names; ///< of the elements that are open
@@ -359,8 +363,8 @@ class Pass {
 
 } // namespace
 
-std::optional<Error> SvgGuard::refused(const QByteArray& document) {
+Result<Done> SvgGuard::check(const QByteArray& document) {
     if (document.size() > maximumBytes)
         return tooLarge(QStringLiteral("is larger than %1 MiB").arg(maximumBytes >> 20));
-    return Pass(document).refused();
+    return unlessMemoryIsShort([&] { return Pass(document).check(); });
 }

@@ -4,8 +4,6 @@
 
 #include <QByteArray>
 
-#include <optional>
-
 /// Refuses documents that the drawing library can't cope with. The library has no limits of its own that
 /// hold: a small document may make it draw for hours, take all memory or end the process. So each document is
 /// checked once, as a stream, before anything of it is drawn. SvgReferences checks what is drawn by
@@ -34,9 +32,9 @@ inline constexpr double maximumDashes = 1e6;
 inline constexpr int maximumOctaves = 12;
 inline constexpr int maximumKernel = 100;
 
-/// The error for a document that is not well-formed, declares entities or default attributes, embeds anything
-/// but PNG and JPEG pictures, or goes beyond the limits. Links to other files are not checked: nothing
-/// outside of a document is opened.
-std::optional<Error> refused(const QByteArray& document);
+/// Damaged for a document that is not well-formed. Unsupported for one that declares entities or default
+/// attributes, or embeds anything but PNG and JPEG pictures. TooLarge for one that goes beyond the limits.
+/// OutOfMemory. Links to other files are not checked: nothing outside of a document is opened.
+Result<Done> check(const QByteArray& document);
 
 } // namespace SvgGuard

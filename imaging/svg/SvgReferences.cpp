@@ -217,24 +217,29 @@ void SvgReferences::refuse(const QString& sentence) {
         m_error = Error{ErrorCode::TooLarge, sentence};
 }
 
-std::optional<Error> SvgReferences::refused() {
-    if (m_elements.empty())
-        return std::nullopt;
+Result<Done> SvgReferences::check() {
+    if (!m_elements.empty())
+        measureAll();
+    return m_error ? Result<Done>(*m_error) : Done{};
+}
+
+/// Refuses what would draw too much.
+void SvgReferences::measureAll() {
     if (m_ruleCount * static_cast<double>(m_elements.size()) > maximumComparisons) {
         refuse(QStringLiteral("the SVG document has too many style rules for so many elements"));
-        return m_error;
+        return;
     }
     // An element's parent comes before it.
     for (Element& element : m_elements) {
         resolve(element);
         if (m_paintLinks > maximumComparisons) {
             refuse(QStringLiteral("the SVG document has too many style rules for so many elements"));
-            return m_error;
+            return;
         }
     }
     measure(0);
     if (m_error)
-        return m_error;
+        return;
     const Cost& drawn = m_elements.front().cost;
     double ownElements = 0;
     double ownLayers = 0;
@@ -252,7 +257,6 @@ std::optional<Error> SvgReferences::refused() {
     else if (drawn.layerDepth > maximumLayerDepth)
         refuse(QStringLiteral("the SVG document's masks, filters and opacities are nested deeper than %1")
                    .arg(maximumLayerDepth));
-    return m_error;
 }
 
 /// Takes an element that is met again while it is being measured. A pattern, or another element that is drawn

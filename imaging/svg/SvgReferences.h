@@ -50,11 +50,11 @@ class SvgReferences {
 
     void addRules(const std::vector<SvgStyle::Rule>& rules);
 
-    /// The error for a document that would draw too much. Called once, after the last element has closed.
-    std::optional<Error> refused();
+    /// TooLarge for a document that would draw too much. Called once, after the last element has closed.
+    Result<Done> check();
 
     /// How many times larger than its font a text of the document may be drawn, at most; 0 without text.
-    /// Known after `refused`.
+    /// Known after `check`.
     double textScale() const { return m_elements.empty() ? 0 : m_elements.front().cost.textScale; }
 
   private:
@@ -101,6 +101,7 @@ class SvgReferences {
     void resolve(Element& element);
     void apply(const SvgStyle::Declaration& declaration, Element& element, Paints& paints) const;
     void addTarget(const QString& link, Indices& targets) const;
+    void measureAll();
     void measure(int index);
     void measureWithin(Element& element);
     const Cost* visit(int index, bool isTarget);
@@ -115,7 +116,7 @@ class SvgReferences {
     double m_ruleCount = 0;
     std::vector<Paints> m_paints{Paints{}};
     double m_paintLinks = 0;
-    Indices m_path;            ///< the elements being measured, each within the one before
-    Indices m_targetPositions; ///< the places in m_path of elements that others refer to
-    std::optional<Error> m_error;
+    Indices m_path;               ///< the elements being measured, each within the one before
+    Indices m_targetPositions;    ///< the places in m_path of elements that others refer to
+    std::optional<Error> m_error; ///< the first one
 };

@@ -8,7 +8,9 @@
 #include <vector>
 
 /// An AppleDouble file, version 2: what a file has besides its data, beside it under the name "._" and the
-/// file's. A value. Entries that are not asked for here stay as they are. Source: RFC 1740, appendix B.
+/// file's. A value. Entries that are not asked for here stay as they are. Its operations
+/// belong to this room and may throw std::bad_alloc, of which the store tells instead. Source: RFC 1740,
+/// appendix B.
 class AppleDouble {
   public:
     /// One with nothing in it.

@@ -1,5 +1,7 @@
 #include "platform/forks/AppleDoubleForkStore.h"
 
+#include "base/ShortMemory.h"
+#include "base/SystemError.h"
 #include "files/AtomicFile.h"
 #include "files/FilePath.h"
 #include "files/RegularFile.h"
@@ -15,19 +17,10 @@
 
 namespace {
 
-/// `cause` is an errno value.
-Error failure(const QString& path, ErrorCode code, int cause) {
-    return {code, QStringLiteral("%1: %2").arg(path, AtomicFile::systemSentence(cause))};
-}
-
-Error inFile(const QString& path, const Error& error) {
-    return {error.code, QStringLiteral("%1: %2").arg(path, error.sentence)};
-}
-
 /// What the store has of an item, which must exist; nothing of one without an AppleDouble file.
 Result<AppleDouble> contentsOf(const QString& path, const QString& sidecar) {
     if (!QFileInfo::exists(path))
-        return failure(path, ErrorCode::NotFound, ENOENT);
+        return about(path, systemError(ENOENT, ErrorCode::NotFound));
     const QFileInfo info(sidecar);
     if (!info.exists() && !info.isSymLink())
         return AppleDouble();
@@ -35,10 +28,10 @@ Result<AppleDouble> contentsOf(const QString& path, const QString& sidecar) {
     constexpr qint64 largest = std::numeric_limits<quint32>::max();
     const Result<QByteArray> bytes = RegularFile::read(QFile::encodeName(sidecar).toStdString(), largest);
     if (!bytes)
-        return inFile(sidecar, bytes.error());
+        return about(sidecar, bytes.error());
     Result<AppleDouble> parsed = AppleDouble::parse(*bytes);
     if (!parsed)
-        return inFile(sidecar, parsed.error());
+        return about(sidecar, parsed.error());
     return parsed;
 }
 
@@ -62,7 +55,7 @@ Result<Done> writeSidecar(const QString& sidecar, const QString& item, const App
     if (stat(QFile::encodeName(item).constData(), &status) == 0)
         options.newMode = status.st_mode & readAndWrite;
     const Result<Done> written = AtomicFile::write(sidecar, contents.data(), options);
-    return written ? written : inFile(sidecar, written.error());
+    return written ? written : about(sidecar, written.error());
 }
 
 } // namespace
@@ -74,55 +67,67 @@ QString AppleDoubleForkStore::sidecarPath(const QString& path) {
 }
 
 Result<Done> AppleDoubleForkStore::removeItem(const QString& path) {
-    // Of a link its own: what it leads to stays.
-    const QString own = ownPath(path);
-    if (const Result<Done> removed = FileForkStore::removeItem(path); !removed)
-        return removed.error();
-    return removeRemains(own);
+    return unlessMemoryIsShort([&]() -> Result<Done> {
+        // Of a link its own: what it leads to stays.
+        const QString own = ownPath(path);
+        if (const Result<Done> removed = FileForkStore::removeItem(path); !removed)
+            return removed.error();
+        return removeRemains(own);
+    });
 }
 
 Result<Done> AppleDoubleForkStore::removeRemains(const QString& path) {
-    const QString sidecar = beside(ownPath(path));
-    const QFileInfo info(sidecar);
-    if (!info.exists() && !info.isSymLink())
-        return Done{};
-    // A folder of that name is somebody's own, with all that is in it.
-    if (info.isDir() && !info.isSymLink())
-        return failure(sidecar, ErrorCode::NotWritable, EISDIR);
-    return FileForkStore::removeItem(sidecar);
+    return unlessMemoryIsShort([&]() -> Result<Done> {
+        const QString sidecar = beside(ownPath(path));
+        const QFileInfo info(sidecar);
+        if (!info.exists() && !info.isSymLink())
+            return Done{};
+        // A folder of that name is somebody's own, with all that is in it.
+        if (info.isDir() && !info.isSymLink())
+            return about(sidecar, systemError(EISDIR, ErrorCode::NotWritable));
+        return FileForkStore::removeItem(sidecar);
+    });
 }
 
 Result<QByteArray> AppleDoubleForkStore::resourceFork(const QString& path) const {
-    const Result<AppleDouble> contents = contentsOf(path, sidecarPath(path));
-    if (!contents)
-        return contents.error();
-    return contents->resourceFork();
+    return unlessMemoryIsShort([&]() -> Result<QByteArray> {
+        const Result<AppleDouble> contents = contentsOf(path, sidecarPath(path));
+        if (!contents)
+            return contents.error();
+        return contents->resourceFork();
+    });
 }
 
 Result<Done> AppleDoubleForkStore::setResourceFork(const QString& path, const QByteArray& fork) {
-    const QString sidecar = sidecarPath(path);
-    Result<AppleDouble> contents = contentsOf(path, sidecar);
-    if (!contents)
-        return contents.error();
-    contents->setResourceFork(fork);
-    return writeSidecar(sidecar, path, *contents);
+    return unlessMemoryIsShort([&]() -> Result<Done> {
+        const QString sidecar = sidecarPath(path);
+        Result<AppleDouble> contents = contentsOf(path, sidecar);
+        if (!contents)
+            return contents.error();
+        contents->setResourceFork(fork);
+        return writeSidecar(sidecar, path, *contents);
+    });
 }
 
 Result<FinderInfo> AppleDoubleForkStore::finderInfo(const QString& path) const {
-    const Result<AppleDouble> contents = contentsOf(path, sidecarPath(path));
-    if (!contents)
-        return contents.error();
-    return contents->finderInfo();
+    return unlessMemoryIsShort([&]() -> Result<FinderInfo> {
+        const Result<AppleDouble> contents = contentsOf(path, sidecarPath(path));
+        if (!contents)
+            return contents.error();
+        return contents->finderInfo();
+    });
 }
 
 Result<Done> AppleDoubleForkStore::setFinderInfo(const QString& path, const FinderInfo& info) {
-    const QString sidecar = sidecarPath(path);
-    Result<AppleDouble> contents = contentsOf(path, sidecar);
-    if (!contents)
-        return contents.error();
-    // What is as it should be needs no file.
-    if (contents->finderInfo() == info)
-        return Done{};
-    contents->setFinderInfo(info);
-    return writeSidecar(sidecar, path, *contents);
+    return unlessMemoryIsShort([&]() -> Result<Done> {
+        const QString sidecar = sidecarPath(path);
+        Result<AppleDouble> contents = contentsOf(path, sidecar);
+        if (!contents)
+            return contents.error();
+        // What is as it should be needs no file.
+        if (contents->finderInfo() == info)
+            return Done{};
+        contents->setFinderInfo(info);
+        return writeSidecar(sidecar, path, *contents);
+    });
 }

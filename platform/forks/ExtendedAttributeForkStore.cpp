@@ -1,6 +1,7 @@
 #include "platform/forks/ExtendedAttributeForkStore.h"
 
-#include "files/AtomicFile.h"
+#include "base/ShortMemory.h"
+#include "base/SystemError.h"
 
 #include <QFile>
 
@@ -40,7 +41,7 @@ int setAttribute(const char* path, const char* name, const void* value, std::siz
 #endif
 
 Error failure(const QString& path, ErrorCode code, int error) {
-    return {code, QStringLiteral("%1: %2").arg(path, AtomicFile::systemSentence(error))};
+    return about(path, systemError(error, code));
 }
 
 Result<QByteArray> read(const QString& path, const char* name) {
@@ -79,20 +80,22 @@ Result<Done> write(const QString& path, const char* name, const QByteArray& valu
 } // namespace
 
 Result<QByteArray> ExtendedAttributeForkStore::resourceFork(const QString& path) const {
-    return read(path, resourceForkName);
+    return unlessMemoryIsShort([&] { return read(path, resourceForkName); });
 }
 
 Result<Done> ExtendedAttributeForkStore::setResourceFork(const QString& path, const QByteArray& fork) {
-    return write(path, resourceForkName, fork);
+    return unlessMemoryIsShort([&] { return write(path, resourceForkName, fork); });
 }
 
 Result<FinderInfo> ExtendedAttributeForkStore::finderInfo(const QString& path) const {
-    const Result<QByteArray> bytes = read(path, finderInfoName);
-    if (!bytes)
-        return bytes.error();
-    return FinderInfo(*bytes);
+    return unlessMemoryIsShort([&]() -> Result<FinderInfo> {
+        const Result<QByteArray> bytes = read(path, finderInfoName);
+        if (!bytes)
+            return bytes.error();
+        return FinderInfo(*bytes);
+    });
 }
 
 Result<Done> ExtendedAttributeForkStore::setFinderInfo(const QString& path, const FinderInfo& info) {
-    return write(path, finderInfoName, info.bytes());
+    return unlessMemoryIsShort([&] { return write(path, finderInfoName, info.bytes()); });
 }

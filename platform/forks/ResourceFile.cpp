@@ -1,5 +1,6 @@
 #include "platform/forks/ResourceFile.h"
 
+#include "base/ShortMemory.h"
 #include "platform/forks/CurrentForkStore.h"
 
 #include <vector>
@@ -24,17 +25,19 @@ ResourceFile::~ResourceFile() {
 }
 
 Result<std::unique_ptr<ResourceFile>> ResourceFile::open(const QString& path) {
-    ForkStore& store = currentForkStore();
-    const Result<QByteArray> bytes = store.resourceFork(path);
-    if (!bytes)
-        return bytes.error();
-    if (bytes->isEmpty())
-        return Error{ErrorCode::NotFound, QStringLiteral("%1: it has no resource fork").arg(path)};
-    Result<ResourceFork> fork = ResourceFork::parse(*bytes);
-    if (!fork)
-        return Error{fork.error().code, QStringLiteral("%1: %2").arg(path, fork.error().sentence)};
-    // The constructor is private.
-    return std::unique_ptr<ResourceFile>(new ResourceFile(store, path, std::move(*fork)));
+    return unlessMemoryIsShort([&]() -> Result<std::unique_ptr<ResourceFile>> {
+        ForkStore& store = currentForkStore();
+        const Result<QByteArray> bytes = store.resourceFork(path);
+        if (!bytes)
+            return bytes.error();
+        if (bytes->isEmpty())
+            return Error{ErrorCode::NotFound, QStringLiteral("%1: it has no resource fork").arg(path)};
+        Result<ResourceFork> fork = ResourceFork::parse(*bytes);
+        if (!fork)
+            return about(path, fork.error());
+        // The constructor is private.
+        return std::unique_ptr<ResourceFile>(new ResourceFile(store, path, std::move(*fork)));
+    });
 }
 
 ResourceFile* ResourceFile::current() {
@@ -42,16 +45,18 @@ ResourceFile* ResourceFile::current() {
 }
 
 Result<Done> ResourceFile::close() {
-    leave();
-    if (m_fork == m_stored)
-        return Done{};
-    const Result<QByteArray> bytes = m_fork.data();
-    if (!bytes)
-        return bytes.error();
-    Result<Done> written = m_store.setResourceFork(m_path, *bytes);
-    if (written)
-        m_stored = m_fork;
-    return written;
+    return unlessMemoryIsShort([&]() -> Result<Done> {
+        leave();
+        if (m_fork == m_stored)
+            return Done{};
+        const Result<QByteArray> bytes = m_fork.data();
+        if (!bytes)
+            return bytes.error();
+        Result<Done> written = m_store.setResourceFork(m_path, *bytes);
+        if (written)
+            m_stored = m_fork;
+        return written;
+    });
 }
 
 void ResourceFile::leave() {

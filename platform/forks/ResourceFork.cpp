@@ -2,6 +2,7 @@
 
 #include "base/ByteReader.h"
 #include "base/ByteWriter.h"
+#include "base/ShortMemory.h"
 
 #include <algorithm>
 #include <limits>
@@ -185,7 +186,7 @@ Result<ResourceFork> ResourceFork::parse(const QByteArray& bytes) {
     result.m_attributes = mapHeader->attributes;
     for (Reference& reference : *references) {
         reference.resource.data = contents->at(reference.dataOffset);
-        result.addResource(std::move(reference.resource));
+        result.m_resources.push_back(std::move(reference.resource));
     }
     return result;
 }
@@ -304,8 +305,8 @@ bool ResourceFork::isReadOnly() const {
     return (m_attributes & mapReadOnly) != 0;
 }
 
-void ResourceFork::addResource(Resource resource) {
-    m_resources.push_back(std::move(resource));
+Result<Done> ResourceFork::addResource(Resource resource) {
+    return unlessMemoryIsShort([&] { m_resources.push_back(std::move(resource)); });
 }
 
 bool ResourceFork::removeResource(FourCharCode type, qint16 number) {

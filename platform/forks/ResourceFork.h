@@ -22,8 +22,10 @@ struct Resource {
     bool operator==(const Resource&) const = default;
 };
 
-/// The resources of a file and what else its resource fork holds. A value. Source of the format: Inside
-/// Macintosh: More Macintosh Toolbox, chapter 1, "Resource File Format"; all integers are big-endian.
+/// The resources of a file and what else its resource fork holds. A value: to copy one may throw
+/// std::bad_alloc, as `parse` and `data` may, which belong to this room; what opens and writes forks tells of
+/// it instead. Source of the format: Inside Macintosh: More Macintosh Toolbox, chapter 1, "Resource File
+/// Format"; all integers are big-endian.
 class ResourceFork {
   public:
     /// A fork without resources.
@@ -43,7 +45,7 @@ class ResourceFork {
     const Resource* resource(FourCharCode type, qint16 number) const;
 
     /// Puts the resource behind the others, even where there is one of its type and number.
-    void addResource(Resource resource);
+    Result<Done> addResource(Resource resource);
 
     /// Whether the whole fork is meant to stay as it is.
     bool isReadOnly() const;

@@ -1,5 +1,6 @@
 #include "platform/services/PropertyList.h"
 
+#include "base/ShortMemory.h"
 #include "platform/services/PropertyListGuard.h"
 
 #include <QDateTime>
@@ -118,9 +119,7 @@ std::optional<QVariant> toVariant(plist_t node, int depth) {
     }
 }
 
-} // namespace
-
-Result<QVariant> PropertyList::parse(const QByteArray& bytes) {
+Result<QVariant> parsed(const QByteArray& bytes) {
     const Error malformed{ErrorCode::Malformed, QStringLiteral("not a property list")};
     QByteArray list = bytes;
     if (list.startsWith("\xEF\xBB\xBF"))
@@ -129,9 +128,11 @@ Result<QVariant> PropertyList::parse(const QByteArray& bytes) {
     const bool isBinary = list.startsWith("bplist00");
     if (list.size() > std::numeric_limits<qint32>::max())
         return malformed;
-    if (const std::optional<Error> refused =
-            isBinary ? PropertyListGuard::refusedBinary(list) : PropertyListGuard::refusedXml(list))
-        return *refused;
+    if (const Result<Done> allowed =
+            isBinary ? PropertyListGuard::checkBinary(list) : PropertyListGuard::checkXml(list);
+        !allowed)
+        return allowed.error();
+    const RefusedMemory memory;
     plist_t raw = nullptr;
     const auto length = static_cast<uint32_t>(list.size());
     if (isBinary)
@@ -140,9 +141,15 @@ Result<QVariant> PropertyList::parse(const QByteArray& bytes) {
         plist_from_xml(list.constData(), length, &raw);
     const std::unique_ptr<void, PlistFree> root(raw);
     if (!root)
-        return malformed;
+        return memory.wasSeen() ? outOfMemory() : malformed;
     std::optional<QVariant> value = toVariant(root.get(), 0);
     if (!value)
         return malformed;
     return std::move(*value);
+}
+
+} // namespace
+
+Result<QVariant> PropertyList::parse(const QByteArray& bytes) {
+    return unlessMemoryIsShort([&] { return parsed(bytes); });
 }

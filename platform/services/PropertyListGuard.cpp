@@ -4,6 +4,7 @@
 
 #include <QXmlStreamReader>
 
+#include <optional>
 #include <vector>
 
 namespace {
@@ -125,7 +126,7 @@ class BinaryList {
 
 } // namespace
 
-std::optional<Error> PropertyListGuard::refusedXml(const QByteArray& list) {
+Result<Done> PropertyListGuard::checkXml(const QByteArray& list) {
     QXmlStreamReader reader(list);
     int depth = 0;
     int objects = 0;
@@ -148,10 +149,10 @@ std::optional<Error> PropertyListGuard::refusedXml(const QByteArray& list) {
     }
     if (reader.hasError() || objects == 0)
         return Error{ErrorCode::Malformed, QStringLiteral("not a property list")};
-    return std::nullopt;
+    return Done{};
 }
 
-std::optional<Error> PropertyListGuard::refusedBinary(const QByteArray& list) {
+Result<Done> PropertyListGuard::checkBinary(const QByteArray& list) {
     const BinaryList objects(list);
     if (!objects.isValid())
         return Error{ErrorCode::Malformed, QStringLiteral("not a property list")};
@@ -175,5 +176,5 @@ std::optional<Error> PropertyListGuard::refusedBinary(const QByteArray& list) {
         if (open.size() > maximumObjects)
             return tooLarge();
     }
-    return std::nullopt;
+    return Done{};
 }

@@ -108,9 +108,7 @@ void ImageView::drawPicture(QPainter& painter) {
     const QSizeF fitted = m_image.size().scaled(bounds, Qt::KeepAspectRatio);
     const QSize pixels(std::max(1, qRound(fitted.width())), std::max(1, qRound(fitted.height())));
     if (m_shown.size() != pixels) {
-        GraphicsContext context(pixels, 1);
-        context.drawImage(m_image, QRectF(QPointF(0, 0), pixels));
-        m_shown = context.image().largestRaster();
+        m_shown = drawnRaster(m_image, pixels).valueOr({});
     }
     m_shown.setDevicePixelRatio(scale);
     const QPointF corner(std::floor((bounds.width() - pixels.width()) / 2) / scale,

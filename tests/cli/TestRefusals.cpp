@@ -1,4 +1,4 @@
-#include "files/AtomicFile.h"
+#include "base/SystemError.h"
 #include "tests/cli/CliTest.h"
 #include "tests/support/Slowness.h"
 
@@ -35,7 +35,7 @@ class Refusals : public CliTest {
 };
 
 QString cause(int error) {
-    return AtomicFile::systemSentence(error);
+    return systemSentence(error);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "files/AtomicFile.h"
+#include "base/SystemError.h"
 #include "tests/cli/CliTest.h"
 
 #include <QDir>
@@ -27,7 +27,7 @@ class WriteFailures : public CliTest {
 TEST_F(WriteFailures, a_file_that_grows_too_long_is_named_and_the_others_are_written) {
     const ProcessResult result = generateShort(u"iphone"_s);
     expectOneError(result, u"Icon-App-1024x1024@1x.png"_s);
-    EXPECT_TRUE(result.errors.contains(AtomicFile::systemSentence(EFBIG).toUtf8()));
+    EXPECT_TRUE(result.errors.contains(systemSentence(EFBIG).toUtf8()));
     EXPECT_FALSE(result.errors.contains("Icon-App-20x20@2x.png"));
     EXPECT_EQ(tree(), std::vector<std::string>{"iphone/AppIcon.appiconset/Icon-App-20x20@2x.png"});
     EXPECT_EQ(icon(u"iphone/AppIcon.appiconset/Icon-App-20x20@2x.png"_s).size(), QSize(40, 40));
@@ -52,7 +52,7 @@ TEST_F(WriteFailures, a_folder_in_the_place_of_an_icon_fails_that_icon_alone) {
     ASSERT_TRUE(QDir().mkpath(out() + u"/iphone/AppIcon.appiconset/Icon-App-29x29@2x.png"_s));
     const ProcessResult result = generate(sample(u"svg"_s), {u"--platform"_s, u"iphone"_s});
     expectOneError(result, u"iphone/AppIcon.appiconset/Icon-App-29x29@2x.png: "_s +
-                               AtomicFile::systemSentence(EISDIR));
+                               systemSentence(EISDIR));
     EXPECT_EQ(tree().size(), 9U);
     EXPECT_TRUE(QFileInfo(out() + u"/iphone/AppIcon.appiconset/Icon-App-29x29@2x.png"_s).isDir());
     EXPECT_TRUE(result.output.contains("8 files"));

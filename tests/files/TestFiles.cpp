@@ -1,3 +1,4 @@
+#include "base/SystemError.h"
 #include "files/AtomicFile.h"
 #include "files/FileDescriptor.h"
 #include "files/Folder.h"
@@ -135,7 +136,7 @@ TEST(AtomicFile, links_in_a_circle_are_an_error_and_stay) {
     ASSERT_TRUE(QFile::link(QStringLiteral("link.png"), link));
     const Result<Done> written = AtomicFile::write(link, "new");
     ASSERT_FALSE(written);
-    EXPECT_EQ(written.error().sentence, AtomicFile::systemSentence(ELOOP));
+    EXPECT_EQ(written.error().sentence, systemSentence(ELOOP));
     EXPECT_TRUE(QFileInfo(link).isSymLink());
 }
 
@@ -344,7 +345,7 @@ TEST(AtomicFile, a_path_as_long_as_the_system_takes_leaves_room_for_the_temporar
     EXPECT_EQ(contents(longest), "x");
     const Result<Done> tooLong = AtomicFile::write(longest + u'g', "x");
     ASSERT_FALSE(tooLong);
-    EXPECT_EQ(tooLong.error().sentence, AtomicFile::systemSentence(ENAMETOOLONG));
+    EXPECT_EQ(tooLong.error().sentence, systemSentence(ENAMETOOLONG));
 }
 
 TEST(Folder, makes_all_missing_folders) {

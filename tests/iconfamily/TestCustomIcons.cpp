@@ -199,7 +199,7 @@ TEST_F(CustomIcons, a_link_leads_to_what_gets_the_icon) {
 
 TEST_F(CustomIcons, a_protected_icon_or_fork_stays_as_it_is) {
     ResourceFork fork;
-    fork.addResource({"icns", iconNumber, QByteArray(), Resource::isProtected, "older"});
+    EXPECT_TRUE(fork.addResource({"icns", iconNumber, QByteArray(), Resource::isProtected, "older"}));
     QByteArray bytes = *fork.data();
     ASSERT_TRUE(store.setResourceFork(item, bytes));
     EXPECT_FALSE(family->setAsCustomIconForFile(item));
@@ -257,8 +257,8 @@ TEST_F(CustomIcons, an_older_icon_is_replaced_and_other_resources_stay) {
     ASSERT_TRUE(store.createResourceFork(item, std::nullopt));
     {
         const auto file = ResourceFile::open(item);
-        (*file)->fork().addResource({"icns", iconNumber, QByteArray(), 0, "older"});
-        (*file)->fork().addResource({"TEXT", iconNumber, QByteArray(), 0, "text"});
+        EXPECT_TRUE((*file)->fork().addResource({"icns", iconNumber, QByteArray(), 0, "older"}));
+        EXPECT_TRUE((*file)->fork().addResource({"TEXT", iconNumber, QByteArray(), 0, "text"}));
         ASSERT_TRUE((*file)->close());
     }
     ASSERT_TRUE(family->setAsCustomIconForFile(item));
@@ -336,7 +336,7 @@ TEST_F(CustomIcons, a_folders_icon_is_made_anew_each_time) {
     ASSERT_TRUE(family->setAsCustomIconForDirectory(folder));
     {
         const auto file = ResourceFile::open(icon);
-        (*file)->fork().addResource({"TEXT", iconNumber, QByteArray(), 0, "text"});
+        EXPECT_TRUE((*file)->fork().addResource({"TEXT", iconNumber, QByteArray(), 0, "text"}));
         ASSERT_TRUE((*file)->close());
     }
     ASSERT_TRUE(family->setAsCustomIconForDirectory(folder));
@@ -494,8 +494,8 @@ TEST_F(CustomIcons, the_files_beside_a_folder_are_these_bytes) {
 /// A file beside an item with an icon, another resource and Finder information.
 QByteArray goodSidecar() {
     ResourceFork fork;
-    fork.addResource({"TEXT", 5, QByteArray("name"), 0x20, "text"});
-    fork.addResource({"icns", iconNumber, QByteArray(), 0, "older"});
+    EXPECT_TRUE(fork.addResource({"TEXT", 5, QByteArray("name"), 0x20, "text"}));
+    EXPECT_TRUE(fork.addResource({"icns", iconNumber, QByteArray(), 0, "older"}));
     AppleDouble file;
     file.setResourceFork(*fork.data());
     FinderInfo info;

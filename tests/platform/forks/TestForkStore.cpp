@@ -359,10 +359,10 @@ TEST_F(ForkStoreTest, an_open_fork_is_the_current_one_until_it_is_closed) {
         const Result<std::unique_ptr<ResourceFile>> inner = ResourceFile::open(second);
         ASSERT_TRUE(inner);
         EXPECT_EQ(ResourceFile::current(), inner->get());
-        (*inner)->fork().addResource({"icns", 1, std::nullopt, 0, "lost"});
+        EXPECT_TRUE((*inner)->fork().addResource({"icns", 1, std::nullopt, 0, "lost"}));
     }
     EXPECT_EQ(ResourceFile::current(), outer->get());
-    (*outer)->fork().addResource({"icns", 1, std::nullopt, 0, "kept"});
+    EXPECT_TRUE((*outer)->fork().addResource({"icns", 1, std::nullopt, 0, "kept"}));
     EXPECT_TRUE((*outer)->close());
     EXPECT_EQ(ResourceFile::current(), nullptr);
     EXPECT_EQ(ResourceFork::parse(*store.resourceFork(first))->resource("icns", 1)->data, "kept");
@@ -387,10 +387,10 @@ TEST_F(ForkStoreTest, closing_tells_what_could_not_be_written) {
     ASSERT_TRUE(store.createResourceFork(item, std::nullopt));
     const Result<std::unique_ptr<ResourceFile>> opened = ResourceFile::open(item);
     ASSERT_TRUE(opened);
-    (*opened)->fork().addResource({"icns", 1, QByteArray(300, 'n'), 0, {}});
+    EXPECT_TRUE((*opened)->fork().addResource({"icns", 1, QByteArray(300, 'n'), 0, {}}));
     EXPECT_FALSE((*opened)->close());
     EXPECT_TRUE((*opened)->fork().removeResource("icns", 1));
-    (*opened)->fork().addResource({"icns", 1, std::nullopt, 0, "data"});
+    EXPECT_TRUE((*opened)->fork().addResource({"icns", 1, std::nullopt, 0, "data"}));
     ASSERT_TRUE(QFile::remove(item));
     EXPECT_FALSE((*opened)->close());
 }

@@ -84,7 +84,7 @@ TEST(ResourceFork, adding_and_removing_changes_nothing_else) {
     Result<ResourceFork> fork = ResourceFork::parse(HandMade().bytes());
     ASSERT_TRUE(fork);
     const ResourceFork before = *fork;
-    fork->addResource(resource("ICN#", -16455, QByteArray(256, 'i')));
+    EXPECT_TRUE(fork->addResource(resource("ICN#", -16455, QByteArray(256, 'i'))));
     EXPECT_EQ(fork->resource("ICN#", -16455)->data, QByteArray(256, 'i'));
     const Result<ResourceFork> again = ResourceFork::parse(*fork->data());
     ASSERT_TRUE(again);
@@ -97,8 +97,8 @@ TEST(ResourceFork, adding_and_removing_changes_nothing_else) {
 
 TEST(ResourceFork, the_first_of_two_of_one_number_counts) {
     ResourceFork fork;
-    fork.addResource(resource("icns", 1, "first"));
-    fork.addResource(resource("icns", 1, "second"));
+    EXPECT_TRUE(fork.addResource(resource("icns", 1, "first")));
+    EXPECT_TRUE(fork.addResource(resource("icns", 1, "second")));
     EXPECT_EQ(fork.resource("icns", 1)->data, "first");
     EXPECT_TRUE(fork.removeResource("icns", 1));
     EXPECT_EQ(fork.resource("icns", 1)->data, "second");
@@ -106,9 +106,9 @@ TEST(ResourceFork, the_first_of_two_of_one_number_counts) {
 
 TEST(ResourceFork, types_are_grouped_when_written) {
     ResourceFork fork;
-    fork.addResource(resource("aaaa", 1, "1"));
-    fork.addResource(resource("bbbb", 2, "2"));
-    fork.addResource(resource("aaaa", 3, "3"));
+    EXPECT_TRUE(fork.addResource(resource("aaaa", 1, "1")));
+    EXPECT_TRUE(fork.addResource(resource("bbbb", 2, "2")));
+    EXPECT_TRUE(fork.addResource(resource("aaaa", 3, "3")));
     const Result<ResourceFork> again = ResourceFork::parse(*fork.data());
     ASSERT_TRUE(again);
     const std::vector<Resource> expected{resource("aaaa", 1, "1"), resource("aaaa", 3, "3"),
@@ -181,28 +181,28 @@ TEST(ResourceFork, lists_that_share_bytes_stand_for_no_more_than_there_are) {
 
 TEST(ResourceFork, what_does_not_fit_is_refused) {
     ResourceFork longName;
-    longName.addResource({"icns", 1, QByteArray(256, 'n'), 0, {}});
+    EXPECT_TRUE(longName.addResource({"icns", 1, QByteArray(256, 'n'), 0, {}}));
     EXPECT_EQ(longName.data().error().code, ErrorCode::Unsupported);
 
     ResourceFork manyNames;
     for (int i = 0; i < 300; ++i)
-        manyNames.addResource(
-            {"icns", static_cast<qint16>(i), QByteArray(250, 'n') + QByteArray::number(1000 + i), 0, {}});
+        EXPECT_TRUE(manyNames.addResource(
+            {"icns", static_cast<qint16>(i), QByteArray(250, 'n') + QByteArray::number(1000 + i), 0, {}}));
     EXPECT_EQ(manyNames.data().error().code, ErrorCode::Unsupported);
 
     ResourceFork manyOfOneType;
     for (int i = 0; i < 6000; ++i)
-        manyOfOneType.addResource(resource("icns", static_cast<qint16>(i), {}));
+        EXPECT_TRUE(manyOfOneType.addResource(resource("icns", static_cast<qint16>(i), {})));
     EXPECT_EQ(manyOfOneType.data().error().code, ErrorCode::Unsupported);
 
     ResourceFork manyTypes;
     for (quint32 i = 0; i < 6000; ++i)
-        manyTypes.addResource({FourCharCode(i), 1, std::nullopt, 0, {}});
+        EXPECT_TRUE(manyTypes.addResource({FourCharCode(i), 1, std::nullopt, 0, {}}));
     EXPECT_EQ(manyTypes.data().error().code, ErrorCode::Unsupported);
 
     ResourceFork muchData;
-    muchData.addResource(resource("icns", 1, QByteArray(0x1000000, 'd')));
+    EXPECT_TRUE(muchData.addResource(resource("icns", 1, QByteArray(0x1000000, 'd'))));
     ASSERT_TRUE(muchData.data());
-    muchData.addResource(resource("icns", 2, "2"));
+    EXPECT_TRUE(muchData.addResource(resource("icns", 2, "2")));
     EXPECT_EQ(muchData.data().error().code, ErrorCode::Unsupported);
 }

@@ -1,0 +1,248 @@
+#include "iconfamily/CustomIcon.h"
+
+#include "base/ShortMemory.h"
+#include "base/SystemError.h"
+#include "files/FilePath.h"
+#include "iconfamily/CarbonFSRefCreation.h"
+#include "iconfamily/IconFamily.h"
+#include "platform/forks/CurrentForkStore.h"
+#include "platform/forks/ResourceFile.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <cerrno>
+
+namespace {
+
+using CarbonFSRefCreation::reference;
+
+constexpr FourCharCode familyResource("icns");
+constexpr qint16 customIconNumber = -16455;
+
+/// What shows the icon where only the elements of old systems are read, in this order.
+constexpr FourCharCode compatibilityTypes[] = {"icl8", "ICN#", "ics8", "ics#"};
+
+/// The file in a folder that holds the folder's icon.
+const QString iconFileName = QStringLiteral("Icon\r");
+
+/// A store that keeps forks.
+Result<ForkStore*> availableStore() {
+    ForkStore& store = currentForkStore();
+    if (!store.isAvailable())
+        return Error{ErrorCode::Unsupported, QStringLiteral("files have no resource forks on this system")};
+    return &store;
+}
+
+/// The path of an item that exists.
+Result<QString> existing(const QString& path) {
+    const Result<FSRef> item = reference(path, false);
+    if (!item)
+        return about(path, item.error());
+    return item->path;
+}
+
+/// Changes the Finder flags of an item.
+template <typename Change>
+Result<Done> changeFlags(ForkStore& store, const QString& path, Change change) {
+    Result<FinderInfo> info = store.finderInfo(path);
+    if (!info)
+        return info.error();
+    info->setFlags(static_cast<quint16>(change(info->flags())));
+    return store.setFinderInfo(path, *info);
+}
+
+Result<Done> markCustomIcon(ForkStore& store, const QString& path) {
+    return changeFlags(store, path, [](quint16 flags) {
+        return (flags & ~(FinderInfo::hasCustomIcon | FinderInfo::hasBeenInited)) | FinderInfo::hasCustomIcon;
+    });
+}
+
+Result<Done> unmarkCustomIcon(ForkStore& store, const QString& path) {
+    return changeFlags(store, path, [](quint16 flags) {
+        return flags & ~(FinderInfo::hasCustomIcon | FinderInfo::hasBeenInited);
+    });
+}
+
+/// Takes the icon out of the fork of that item, if it has one.
+Result<Done> removeIcon(ResourceFork& fork, const QString& path) {
+    if (fork.isReadOnly())
+        return about(path, {ErrorCode::NotWritable, QStringLiteral("its resource fork is read-only")});
+    const Resource* icon = fork.resource(familyResource, customIconNumber);
+    if (icon != nullptr && (icon->attributes & Resource::isProtected) != 0)
+        return about(path, {ErrorCode::NotWritable, QStringLiteral("its icon is protected")});
+    fork.removeResource(familyResource, customIconNumber);
+    return Done{};
+}
+
+/// Puts the family into the resource fork of that item.
+Result<Done> addToFork(const IconFamily& family, const QString& path, bool withCompatibility) {
+    const Result<std::unique_ptr<ResourceFile>> file = ResourceFile::open(path);
+    if (!file)
+        return file.error();
+    ResourceFork& fork = (*file)->fork();
+    if (const Result<Done> removed = removeIcon(fork, path); !removed)
+        return removed;
+    const Result<Done> added =
+        fork.addResource({familyResource, customIconNumber, QByteArray(), 0, family.data()});
+    if (!added)
+        return added;
+    if (withCompatibility) {
+        for (const FourCharCode type : compatibilityTypes) {
+            // An element that is missing is passed over.
+            const Result<Done> done = family.addElement(type, customIconNumber);
+            if (!done && done.error().code == ErrorCode::OutOfMemory)
+                return done;
+        }
+    }
+    return (*file)->close();
+}
+
+/// The folder that a path's item stands in. A relative path is one below the current folder.
+QString folderOf(const QString& path) {
+    const QString folder = deletingLastPathComponent(path);
+    if (path.startsWith(u'/'))
+        return folder;
+    return folder.isEmpty() ? QDir::currentPath() : appendingPathComponent(QDir::currentPath(), folder);
+}
+
+/// The path of the file that gets the icon, with a fork of its own: what a link leads to, a new file where
+/// there is none.
+Result<QString> fileWithFork(ForkStore& store, const QString& path, const QString& parent) {
+    const Result<FSRef> found = reference(path, false);
+    const QString file = found ? found->path : appendingPathComponent(parent, lastPathComponent(path));
+    const Result<ForkStore::Created> created = store.createResourceFork(file, std::nullopt);
+    if (!created)
+        return created.error();
+    return *created == ForkStore::Created::WasThere ? existing(path) : file;
+}
+
+Result<Done> setOnFile(ForkStore& store, const IconFamily& family, const QString& path,
+                       bool withCompatibility, const Result<ForkStore::FileTime>& date) {
+    const Result<FSRef> parent = reference(folderOf(path), false);
+    if (!parent)
+        return about(path, parent.error());
+    const Result<QString> file = fileWithFork(store, path, parent->path);
+    if (!file)
+        return file.error();
+    if (const Result<Done> added = addToFork(family, *file, withCompatibility); !added)
+        return added;
+    if (const Result<Done> marked = markCustomIcon(store, *file); !marked)
+        return marked;
+    if (date)
+        static_cast<void>(store.setModificationDate(*file, *date));
+    return store.notifyChanged(parent->path);
+}
+
+/// The path of a folder that exists.
+Result<QString> existingFolder(const QString& path) {
+    Result<QString> folder = existing(path);
+    if (folder && !QFileInfo(*folder).isDir())
+        return about(path, systemError(ENOTDIR, ErrorCode::NotWritable));
+    return folder;
+}
+
+/// Removes a folder's icon file, if it has one.
+Result<Done> removeIconFile(ForkStore& store, const QString& iconPath) {
+    return QFileInfo::exists(iconPath) ? store.removeItem(iconPath) : Done{};
+}
+
+/// Makes the icon file and marks the folder.
+Result<Done> setOnFolder(ForkStore& store, const IconFamily& family, const QString& folder,
+                         bool withCompatibility) {
+    const QString iconPath = appendingPathComponent(folder, iconFileName);
+    if (const Result<Done> removed = store.removeRemains(iconPath); !removed)
+        return removed;
+    const Result<FSRef> icon = reference(iconPath, true);
+    if (!icon)
+        return about(iconPath, icon.error());
+    Result<FinderInfo> info = store.finderInfo(icon->path);
+    if (!info)
+        return info.error();
+    info->setType("icon");
+    info->setCreator("MACS");
+    info->setFlags(FinderInfo::isInvisible);
+    if (const Result<Done> set = store.setFinderInfo(icon->path, *info); !set)
+        return set;
+    // The file is there: that its fork can't be the first thing made of it is expected.
+    if (const Result<ForkStore::Created> created = store.createResourceFork(icon->path, *info); !created)
+        return created.error();
+    if (const Result<Done> added = addToFork(family, icon->path, withCompatibility); !added)
+        return added;
+    if (const Result<Done> marked = markCustomIcon(store, folder); !marked)
+        return marked;
+    return store.notifyChanged(folder);
+}
+
+Result<Done> removeFromFile(ForkStore& store, const QString& path) {
+    const Result<QString> item = existing(path);
+    if (!item)
+        return item.error();
+    const Result<std::unique_ptr<ResourceFile>> file = ResourceFile::open(*item);
+    if (!file)
+        return file.error();
+    if (const Result<Done> removed = removeIcon((*file)->fork(), *item); !removed)
+        return removed;
+    if (const Result<Done> closed = (*file)->close(); !closed)
+        return closed;
+    if (const Result<Done> unmarked = unmarkCustomIcon(store, *item); !unmarked)
+        return unmarked;
+    return store.notifyChanged(deletingLastPathComponent(*item));
+}
+
+/// A folder that is not there has no mark.
+Result<Done> unmarkFolder(ForkStore& store, const QString& path) {
+    const Result<FSRef> folder = reference(path, false);
+    if (!folder)
+        return folder.error().code == ErrorCode::OutOfMemory ? Result<Done>(folder.error()) : Done{};
+    if (const Result<Done> unmarked = unmarkCustomIcon(store, folder->path); !unmarked)
+        return unmarked;
+    return store.notifyChanged(folder->path);
+}
+
+} // namespace
+
+CustomIcon::Outcome CustomIcon::setOnFile(const IconFamily& family, const QString& path,
+                                          bool withCompatibility) {
+    const Result<ForkStore*> store = availableStore();
+    if (!store)
+        return {store.error()};
+    // A file that is not there yet has no date.
+    const Result<ForkStore::FileTime> date = (*store)->modificationDate(path);
+    return {unlessMemoryIsShort([&] { return ::setOnFile(**store, family, path, withCompatibility, date); }),
+            date ? Result<Done>(Done{}) : date.error()};
+}
+
+CustomIcon::Outcome CustomIcon::setOnFolder(const IconFamily& family, const QString& path,
+                                            bool withCompatibility) {
+    const Result<ForkStore*> store = availableStore();
+    if (!store)
+        return {store.error()};
+    const Result<QString> folder = unlessMemoryIsShort([&] { return existingFolder(path); });
+    if (!folder)
+        return {folder.error()};
+    const Result<Done> removed = unlessMemoryIsShort(
+        [&] { return removeIconFile(**store, appendingPathComponent(*folder, iconFileName)); });
+    if (!removed)
+        return {removed, removed};
+    return {unlessMemoryIsShort([&] { return ::setOnFolder(**store, family, *folder, withCompatibility); })};
+}
+
+CustomIcon::Outcome CustomIcon::removeFromFile(const QString& path) {
+    const Result<ForkStore*> store = availableStore();
+    if (!store)
+        return {store.error()};
+    return {unlessMemoryIsShort([&] { return ::removeFromFile(**store, path); })};
+}
+
+CustomIcon::Outcome CustomIcon::removeFromFolder(const QString& path) {
+    const Result<ForkStore*> store = availableStore();
+    if (!store)
+        return {store.error()};
+    if (const Result<Done> unmarked = unlessMemoryIsShort([&] { return unmarkFolder(**store, path); });
+        !unmarked)
+        return {unmarked};
+    const Result<Done> removed =
+        unlessMemoryIsShort([&] { return (*store)->removeItem(appendingPathComponent(path, iconFileName)); });
+    return {removed, removed};
+}
