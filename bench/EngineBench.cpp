@@ -70,12 +70,12 @@ void decode(benchmark::State& state, const QImage& raster, const QByteArray& fil
 
 void decodePng(benchmark::State& state, Kind kind) {
     const QImage& raster = picture(state, kind);
-    decode(state, raster, encodePng(raster), [](const QByteArray& file) { return readPng(file); });
+    decode(state, raster, *encodePng(raster), [](const QByteArray& file) { return readPng(file); });
 }
 
 void decodeJpeg(benchmark::State& state) {
     const QImage& raster = picture(state, Kind::Photo);
-    decode(state, raster, encodeJpeg(raster, 0.9), [](const QByteArray& file) { return readJpeg(file); });
+    decode(state, raster, *encodeJpeg(raster, 0.9), [](const QByteArray& file) { return readJpeg(file); });
 }
 
 /// Converts rows in place. Each run starts from the result of the run before, which takes the same time.
@@ -105,9 +105,10 @@ void resample(benchmark::State& state) {
     const QSize size(static_cast<int>(state.range(2)), static_cast<int>(state.range(3)));
     QImage result;
     while (state.KeepRunning()) {
-        result = stretched(raster, size);
-        if (hasFailed(state, !result.isNull()))
+        const Result<QImage> made = stretched(raster, size);
+        if (hasFailed(state, made.operator bool()))
             return;
+        result = *made;
     }
     countPixels(state, result.sizeInBytes() > raster.sizeInBytes() ? result : raster);
 }
@@ -122,13 +123,11 @@ void decorate(benchmark::State& state, bool isDecorated) {
         Path::bezierPathWithRoundedRect(QRectF(QPointF(), size), 0.22 * size.width(), 0.22 * size.height());
     path.setLineWidth(0.05 * size.width());
     while (state.KeepRunning()) {
-        GraphicsContext context(size, 1);
-        if (isDecorated)
-            context.addClip(path);
-        context.drawImage(image, QRectF(QPointF(), size));
-        if (isDecorated)
-            context.stroke(path, {0.2, 0.2, 0.2, 1});
-        if (hasFailed(state, context.hasRaster()))
+        Result<GraphicsContext> context = GraphicsContext::create(size, 1);
+        const bool isDrawn = context && (!isDecorated || context->addClip(path)) &&
+                             context->drawImage(image, QRectF(QPointF(), size)) &&
+                             (!isDecorated || context->stroke(path, {0.2, 0.2, 0.2, 1}));
+        if (hasFailed(state, isDrawn))
             return;
         benchmark::DoNotOptimize(context);
     }
@@ -139,9 +138,10 @@ template <typename Encode>
 void encode(benchmark::State& state, const QImage& raster, const Encode& write) {
     QByteArray file;
     while (state.KeepRunning()) {
-        file = write(raster);
-        if (hasFailed(state, !file.isEmpty()))
+        Result<QByteArray> written = write(raster);
+        if (hasFailed(state, written.operator bool()))
             return;
+        file = std::move(*written);
     }
     countPixels(state, raster);
     state.counters["bytes"] = static_cast<double>(file.size());
@@ -153,7 +153,7 @@ void writeTiff(benchmark::State& state) {
 
 void tiffAgain(benchmark::State& state) {
     const QImage& raster = picture(state, Kind::Logo);
-    decode(state, raster, encodeTiff(raster), readTiff);
+    decode(state, raster, *encodeTiff(raster), readTiff);
 }
 
 void encodeWholePng(benchmark::State& state, Kind kind) {
@@ -179,7 +179,7 @@ QByteArray filtered(const QImage& straight, bool isAdaptive) {
 }
 
 void filterRows(benchmark::State& state, bool isAdaptive) {
-    const QImage straight = straightRaster(picture(state, Kind::Photo));
+    const QImage straight = *straightRaster(picture(state, Kind::Photo));
     while (state.KeepRunning())
         benchmark::DoNotOptimize(filtered(straight, isAdaptive));
     countPixels(state, straight);
@@ -187,14 +187,14 @@ void filterRows(benchmark::State& state, bool isAdaptive) {
 
 /// Compresses a logo without filters and a photograph with filters, as the PNG writer mostly does.
 void compress(benchmark::State& state, Kind kind, Deflate::Method method) {
-    const QImage straight = straightRaster(picture(state, kind));
+    const QImage straight = *straightRaster(picture(state, kind));
     const QByteArray rows = filtered(straight, kind == Kind::Photo);
     const std::span bytes(reinterpret_cast<const std::uint8_t*>(rows.constData()),
                           static_cast<std::size_t>(rows.size()));
     QByteArray stream;
     while (state.KeepRunning()) {
         stream.clear();
-        if (hasFailed(state, Deflate::append(stream, bytes, method)))
+        if (hasFailed(state, Deflate::append(stream, bytes, method).operator bool()))
             return;
     }
     countPixels(state, straight);
@@ -213,7 +213,8 @@ void writeIcns(benchmark::State& state) {
     while (state.KeepRunning()) {
         IcnsWriter writer;
         for (const QImage& image : images) {
-            if (hasFailed(state, writer.addImage(image) == IcnsWriter::Added::Yes))
+            const Result<IcnsWriter::Added> added = writer.addImage(image);
+            if (hasFailed(state, added && *added == IcnsWriter::Added::Yes))
                 return;
         }
         file = writer.data();

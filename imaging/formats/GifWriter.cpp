@@ -21,7 +21,7 @@ int writeOutput(GifFileType* gif, const GifByteType* bytes, int length) {
 
 /// Why the library failed. Memory is all that there is to write to.
 Error failure(int code) {
-    if (code == E_GIF_ERR_WRITE_FAILED || code == E_GIF_ERR_NOT_ENOUGH_MEM)
+    if (code == E_GIF_ERR_WRITE_FAILED || code == E_GIF_ERR_DISK_IS_FULL || code == E_GIF_ERR_NOT_ENOUGH_MEM)
         return outOfMemory();
     const char* text = GifErrorString(code);
     return {ErrorCode::Unsupported,

@@ -64,7 +64,7 @@ Result<ImageDestination> ImageDestination::create(const QString& path, const QSt
 
 Result<Done> ImageDestination::addImage(const QImage& picture, const ImageProperties& properties) {
     --m_missing;
-    Result<Done> kept = keep(picture, properties);
+    Result<Done> kept = unlessMemoryIsShort([&] { return keep(picture, properties); });
     if (!kept && !m_failure)
         m_failure = kept.error();
     return kept;

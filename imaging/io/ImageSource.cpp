@@ -41,7 +41,6 @@ Result<Done> checkStart(const QByteArray& start) {
     const Result<const PictureFormatRow*> format = formatOf(start);
     return format ? Result<Done>(Done{}) : format.error();
 }
-}
 
 /// `raster`'s reduced copy of that size, which may be its own.
 Result<QImage> reduced(QImage raster, const QSize& size) {

@@ -14,6 +14,6 @@ Error noPixels();
 /// A new raster, whose pixels have no values yet. EmptySize without a pixel, OutOfMemory.
 Result<QImage> newRaster(const QSize& size, QImage::Format format);
 
-/// Copies the pixels of `raster` where they are shared, so that they may be changed. After a failure, which
-/// is OutOfMemory, the raster is null.
+/// Copies the pixels of `raster` where they are shared, so that they may be changed. OutOfMemory is the
+/// only error; the raster is of no use then.
 Result<Done> makeOwn(QImage& raster);

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "base/Result.h"
+
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <vector>
 
@@ -25,6 +29,16 @@ class Pause {
     Pause(const Pause&) = delete;
     Pause& operator=(const Pause&) = delete;
 };
+
+/// Whether an operation succeeded. Expects that want of memory is the only cause of a failure.
+template <typename T>
+bool hasSucceeded(const Result<T>& result) {
+    if (!result) {
+        EXPECT_EQ(result.error().code, ErrorCode::OutOfMemory) << result.error().sentence.toStdString();
+        EXPECT_TRUE(result.error().sentence.contains(QLatin1String("not enough memory")));
+    }
+    return result.operator bool();
+}
 
 /// Runs `operation` often: each time the next one of its allocations fails, or that `step` further on.
 /// Expects that nothing is thrown, that nothing is kept, and that it fails at least once. `operation` returns

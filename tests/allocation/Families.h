@@ -26,7 +26,7 @@ inline QByteArray ofEveryKind() {
     const QImage small = Pictures::translucentNoise(16, 16, 1);
     const QByteArray plane = packed(QByteArray(256, 'a'));
     const QByteArray largePlane = packed(QByteArray(qsizetype{128} * 128, 'a'));
-    return IcnsBytes::icns(element("ic07", encodePng(small)) + element("ic11", encodeJpeg2000(small)) +
+    return IcnsBytes::icns(element("ic07", *encodePng(small)) + element("ic11", *encodeJpeg2000(small)) +
                            element("icp4", "ARGB" + plane + plane + plane + plane) +
                            element("is32", plane + plane + plane) + element("s8mk", QByteArray(256, 'm')) +
                            element("it32", QByteArray(4, '\0') + largePlane + largePlane + largePlane) +

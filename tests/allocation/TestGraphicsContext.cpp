@@ -5,24 +5,24 @@
 
 #include <gtest/gtest.h>
 
-#include <new>
-
 namespace {
 
 constexpr int side = 40;
 const QRectF bounds(0, 0, side, side);
 
-/// What `decorate` makes of a context with a picture of its own size in it, whose pixels it then shares; null
-/// where memory is short.
+/// What `decorate` makes of a context with a picture of its own size in it, whose pixels it then shares.
 template <typename Decorate>
-QImage drawn(const Image& image, Decorate decorate) {
-    try {
-        GraphicsContext context(bounds.size(), 1);
-        decorate(context, [&] { context.drawImage(image, bounds); });
-        return context.image().largestRaster();
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
+Result<QImage> drawn(const Image& image, Decorate decorate) {
+    Result<GraphicsContext> context = GraphicsContext::create(bounds.size(), 1);
+    if (!context)
+        return context.error();
+    const Result<Done> decorated = decorate(*context, [&] { return context->drawImage(image, bounds); });
+    if (!decorated)
+        return decorated.error();
+    const Result<Image> result = context->image();
+    if (!result)
+        return result.error();
+    return result->largestRaster();
 }
 
 template <typename Decorate>
@@ -30,14 +30,14 @@ void expectWholeOrNone(Decorate decorate) {
     const QImage picture = Pictures::translucentNoise(side, side, 1);
     Image image(bounds.size());
     image.addRepresentation(std::make_shared<BitmapImageRep>(picture));
-    const QImage expected = drawn(image, decorate);
+    const QImage expected = *drawn(image, decorate);
     const QImage untouched = picture.copy();
     FailingAllocations::expectFailuresOf(
         [&] {
-            const QImage result = drawn(image, decorate);
-            EXPECT_TRUE(result.isNull() || result == expected);
+            const Result<QImage> result = drawn(image, decorate);
+            EXPECT_TRUE(!result || *result == expected);
             EXPECT_TRUE(picture == untouched);
-            return !result.isNull();
+            return FailingAllocations::hasSucceeded(result);
         },
         FailingAllocations::none);
 }
@@ -48,21 +48,21 @@ TEST(GraphicsContextAllocations, a_border_is_drawn_or_nothing_is) {
     expectWholeOrNone([](GraphicsContext& context, const auto& drawImage) {
         Path path = Path::bezierPathWithRect(bounds);
         path.setLineWidth(6);
-        drawImage();
-        context.stroke(path, {1, 0, 0, 1});
+        Result<Done> done = drawImage();
+        return done ? context.stroke(path, {1, 0, 0, 1}) : done;
     });
 }
 
 TEST(GraphicsContextAllocations, a_corner_is_cut_or_nothing_is_drawn) {
     expectWholeOrNone([](GraphicsContext& context, const auto& drawImage) {
-        context.addClip(Path::bezierPathWithRoundedRect(bounds, 9, 9));
-        drawImage();
+        Result<Done> clipped = context.addClip(Path::bezierPathWithRoundedRect(bounds, 9, 9));
+        return clipped ? drawImage() : clipped;
     });
 }
 
 TEST(GraphicsContextAllocations, two_pictures_are_drawn_or_none_is) {
     expectWholeOrNone([](GraphicsContext& /*context*/, const auto& drawImage) {
-        drawImage();
-        drawImage();
+        Result<Done> first = drawImage();
+        return first ? drawImage() : first;
     });
 }

@@ -11,9 +11,7 @@ QImage drawn(const QString& picture, const QSizeF& size) {
     const Result<LoadedPicture> whole = ImageSource::loadFile(picture.toStdString());
     if (!whole)
         return {};
-    GraphicsContext context(size, 1);
-    context.drawImage(whole->image, QRectF(QPointF(0, 0), size));
-    return context.image().largestRaster();
+    return *drawnRaster(whole->image, size);
 }
 
 QImage largestOf(const QByteArray& icns) {

@@ -20,7 +20,8 @@ class Renderer {
     QImage operator()(const QImage& source, double width, double height) const {
         return IconRenderer(input, screen)
             .drawImage(Pictures::image(source), QSizeF(width, height))
-            .largestRaster();
+            .largestRaster()
+            .valueOr({});
     }
 };
 
@@ -256,7 +257,7 @@ TEST(IconRenderer, a_symmetric_picture_stays_symmetric_to_the_byte_with_all_deco
     for (const int side : {16, 29, 87, 167, 300, 512}) {
         const IconRenderer renderer(render.input, render.screen);
         const QImage result =
-            renderer.drawImage(Pictures::loadedImage(source), QSizeF(side, side)).largestRaster();
+            renderer.drawImage(Pictures::loadedImage(source), QSizeF(side, side)).largestRaster().valueOr({});
         EXPECT_TRUE(Pictures::same(Pictures::mirroredLeftRight(result), result)) << side;
         EXPECT_TRUE(Pictures::same(Pictures::mirroredTopBottom(result), result)) << side;
     }
@@ -311,7 +312,7 @@ TEST(IconRenderer, a_drawing_is_drawn_anew_at_each_size) {
     const FakeInput input;
     const FakeScreen screen;
     const QImage result =
-        IconRenderer(input, screen).drawImage(picture->image, QSizeF(500, 500)).largestRaster();
+        IconRenderer(input, screen).drawImage(picture->image, QSizeF(500, 500)).largestRaster().valueOr({});
     EXPECT_EQ(pixel(result, 249, 250), (Pixel{255, 0, 0, 255}));
     EXPECT_EQ(pixel(result, 250, 250), (Pixel{0, 0, 255, 255}));
     EXPECT_EQ(pixel(result, 499, 0), (Pixel{0, 0, 255, 255}));
@@ -325,7 +326,7 @@ TEST(IconRenderer, the_source_is_not_changed) {
     render.input.style = {true, 0.2F, true, 0.1F, {1, 0, 0, 1}};
     IconRenderer(render.input, render.screen).drawImage(image, QSizeF(64, 64));
     EXPECT_EQ(image.representations(), before);
-    EXPECT_TRUE(Pictures::same(image.largestRaster(), source));
+    EXPECT_TRUE(Pictures::same(image.largestRaster().valueOr({}), source));
 }
 
 TEST(CgiImageRef, without_an_image_there_is_none) {
@@ -367,8 +368,14 @@ TEST(IconRenderer, a_picture_that_cannot_be_drawn_leaves_no_empty_icon) {
     ASSERT_TRUE(picture);
     const FakeInput input;
     const FakeScreen screen;
-    EXPECT_TRUE(
-        IconRenderer(input, screen).drawImage(picture->image, QSizeF(40000, 10)).largestRaster().isNull());
-    EXPECT_FALSE(
-        IconRenderer(input, screen).drawImage(picture->image, QSizeF(400, 10)).largestRaster().isNull());
+    EXPECT_TRUE(IconRenderer(input, screen)
+                    .drawImage(picture->image, QSizeF(40000, 10))
+                    .largestRaster()
+                    .valueOr({})
+                    .isNull());
+    EXPECT_FALSE(IconRenderer(input, screen)
+                     .drawImage(picture->image, QSizeF(400, 10))
+                     .largestRaster()
+                     .valueOr({})
+                     .isNull());
 }

@@ -117,8 +117,10 @@ TEST(IconSetGenerator, a_file_holds_exactly_the_renders_pixels) {
     fixture.input.picture = Pictures::loadedImage(Pictures::translucentNoise(100, 100, 5));
     fixture.useCatalogue(onlyIphone(entry(text("k"), text("{57, 57}"), text("icon"))));
     fixture.generate(0);
-    const QImage render =
-        fixture.generator.renderer().drawImage(fixture.input.picture, QSizeF(57, 57)).largestRaster();
+    const QImage render = fixture.generator.renderer()
+                              .drawImage(fixture.input.picture, QSizeF(57, 57))
+                              .largestRaster()
+                              .valueOr({});
     const Result<DecodedPicture> png =
         readPng(contents(fixture.path(text("iphone/AppIcon.appiconset/icon.png"))));
     ASSERT_TRUE(png);
@@ -197,8 +199,10 @@ TEST(IconSetGenerator, the_containers_elements_are_those_of_the_seven_sizes_larg
         const int size = sizes[next++];
         const Result<DecodedPicture> picture = icns->picture(element);
         ASSERT_TRUE(picture);
-        const QImage render =
-            fixture.generator.renderer().drawImage(fixture.input.picture, QSizeF(size, size)).largestRaster();
+        const QImage render = fixture.generator.renderer()
+                                  .drawImage(fixture.input.picture, QSizeF(size, size))
+                                  .largestRaster()
+                                  .valueOr({});
         EXPECT_TRUE(Pictures::same(picture->raster, render)) << size;
     }
 }

@@ -13,7 +13,7 @@ namespace {
 using Interpolation = IconFamily::ImageInterpolation;
 
 QImage resampled(const Image& image, int size, Interpolation interpolation = Interpolation::High) {
-    return IconFamily::resampleImage(image, size, interpolation).largestRaster();
+    return IconFamily::resampleImage(image, size, interpolation).largestRaster().valueOr({});
 }
 
 /// The rectangle of pixels that are not transparent.

@@ -63,7 +63,7 @@ Image Pictures::image(const QImage& raster) {
 }
 
 Image Pictures::loadedImage(const QImage& raster) {
-    return ImageSource::load(encodePng(raster))->image;
+    return ImageSource::load(*encodePng(raster))->image;
 }
 
 Pictures::Pixel Pictures::pixel(const QImage& raster, int x, int y) {

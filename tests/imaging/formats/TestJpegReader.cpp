@@ -52,7 +52,7 @@ void expectFile(const char* name, const std::vector<Pixel>& expected, int column
     const Result<LoadedPicture> picture = ImageSource::load(fixture(name));
     ASSERT_TRUE(picture) << picture.error().sentence.toStdString();
     EXPECT_TRUE(picture->warnings.isEmpty());
-    expectBlocks(picture->image.largestRaster(), expected, columns, side, tolerance, inset);
+    expectBlocks(picture->image.largestRaster().valueOr({}), expected, columns, side, tolerance, inset);
 }
 
 /// Where the segment with that marker begins, its 0xff byte.

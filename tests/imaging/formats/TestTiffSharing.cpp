@@ -14,7 +14,7 @@ constexpr int width = 37;
 constexpr int height = 29;
 
 QByteArray plainTiff() {
-    return encodeTiff(Pictures::translucentNoise(width, height, 3), TiffCompression::None);
+    return *encodeTiff(Pictures::translucentNoise(width, height, 3), TiffCompression::None);
 }
 
 bool shares(const QImage& raster, const QByteArray& file) {

@@ -46,7 +46,7 @@ constexpr quint32 largest = std::numeric_limits<quint32>::max();
 } // namespace
 
 TEST(IcnsEncoding, a_png_tells_its_size_in_its_first_chunk) {
-    const QByteArray png = encodePng(Pictures::flat(7, 5, Qt::red));
+    const QByteArray png = *encodePng(Pictures::flat(7, 5, Qt::red));
     EXPECT_EQ(infoOf("ic07", png).encoding, IcnsEncoding::Png);
     EXPECT_EQ(infoOf("ic07", png).size, QSize(7, 5));
     for (qsizetype length = 8; length < 24; ++length)
@@ -99,7 +99,7 @@ TEST(IcnsEncoding, a_jp2_file_tells_the_size_of_its_first_codestream) {
 }
 
 TEST(IcnsEncoding, files_that_are_as_long_as_plain_samples_are_files) {
-    EXPECT_EQ(infoOf("ic04", asLongAsPlain(encodePng(Pictures::flat(16, 16, Qt::red)))).encoding,
+    EXPECT_EQ(infoOf("ic04", asLongAsPlain(*encodePng(Pictures::flat(16, 16, Qt::red)))).encoding,
               IcnsEncoding::Png);
     const QByteArray stream = codestream({16, 16, 0, 0, 16, 16, 0, 0});
     EXPECT_EQ(infoOf("ic04", asLongAsPlain(stream)).encoding, IcnsEncoding::Jpeg2000);
@@ -115,7 +115,7 @@ TEST(IcnsEncoding, files_that_are_as_long_as_plain_samples_are_files) {
 }
 
 TEST(IcnsEncoding, samples_are_given_of_elements_that_hold_some) {
-    const QByteArray png = encodePng(Pictures::flat(16, 16, Qt::red));
+    const QByteArray png = *encodePng(Pictures::flat(16, 16, Qt::red));
     const QByteArray file =
         icns(element("icp4", png) + element("s8mk", QByteArray(256, 'x')) + element("abcd", "x") +
              element("ic05", "nothing") + element("ic04", QByteArray("\x80\1\2\3", 4).repeated(256)));
@@ -133,8 +133,8 @@ TEST(IcnsEncoding, samples_are_given_of_elements_that_hold_some) {
 }
 
 TEST(IcnsEncoding, the_largest_picture_is_the_one_that_says_so) {
-    const QByteArray small = encodePng(Pictures::flat(7, 5, Qt::red));
-    const QByteArray large = encodePng(Pictures::flat(64, 64, Qt::red));
+    const QByteArray small = *encodePng(Pictures::flat(7, 5, Qt::red));
+    const QByteArray large = *encodePng(Pictures::flat(64, 64, Qt::red));
     const QByteArray file = icns(element("ic10", small) + element("ic12", large) + element("ic11", small));
     EXPECT_EQ(IcnsReader::open(file)->largestElement()->type, FourCharCode("ic12"));
     const QByteArray none = icns(element("abcd", "x"));

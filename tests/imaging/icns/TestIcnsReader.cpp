@@ -87,7 +87,7 @@ QByteArray plainArgb(int side) {
 }
 
 QByteArray png(int side, const QColor& color) {
-    return encodePng(Pictures::flat(side, side, color));
+    return *encodePng(Pictures::flat(side, side, color));
 }
 
 void expectPicture(const QByteArray& file, const QImage& expected) {

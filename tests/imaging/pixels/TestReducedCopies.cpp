@@ -23,18 +23,16 @@ using ReducedCopies::nextSize;
 /// The copy of `picture` that has `size`, made from rows that come one by one.
 QImage streamed(const QImage& picture, const QSize& size) {
     QImage copy(size, picture.format());
-    ReducingStream stream(picture.size(), copy);
+    Result<ReducingStream> stream = ReducingStream::create(picture.size(), copy);
     for (int y = 0; y < picture.height(); ++y) {
-        std::copy_n(picture.constScanLine(y), 4 * picture.width(), stream.nextRow());
-        stream.addRow();
+        std::copy_n(picture.constScanLine(y), 4 * picture.width(), stream->nextRow());
+        stream->addRow();
     }
     return copy;
 }
 
 QImage drawn(const Image& image, const QSizeF& size) {
-    GraphicsContext context(size, 1);
-    context.drawImage(image, QRectF(QPointF(0, 0), size));
-    return context.image().largestRaster();
+    return *drawnRaster(image, size);
 }
 
 /// Options for a single render of that size.
@@ -120,7 +118,7 @@ TEST(ReducedCopies, rows_that_come_one_by_one_give_the_same_copies) {
         const QImage picture = Pictures::translucentNoise(size.width(), size.height(), 7);
         QImage expected = picture;
         for (QSize copy = nextSize(size); copy != expected.size(); copy = nextSize(copy)) {
-            expected = stretched(expected, copy);
+            expected = *stretched(expected, copy);
             EXPECT_TRUE(Pictures::same(streamed(picture, copy), expected))
                 << size.width() << " x " << size.height() << " to " << copy.width() << " x " << copy.height();
         }

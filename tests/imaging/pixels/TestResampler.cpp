@@ -19,14 +19,12 @@
 namespace {
 
 QImage resampled(const QImage& source, int width, int height) {
-    return resampled(source, fillingMapping(source.width(), width), fillingMapping(source.height(), height));
+    return *resampled(source, fillingMapping(source.width(), width), fillingMapping(source.height(), height));
 }
 
 /// Renders as for an icon: through the loaded picture's reduced copies.
 QImage rendered(const QImage& source, int width, int height) {
-    GraphicsContext context(QSizeF(width, height), 1);
-    context.drawImage(Pictures::loadedImage(source), QRectF(0, 0, width, height));
-    return context.image().largestRaster();
+    return *drawnRaster(Pictures::loadedImage(source), QSizeF(width, height));
 }
 
 /// cos(π r² ÷ n): a wave whose frequency grows with the distance from the middle, up to the Nyquist limit.

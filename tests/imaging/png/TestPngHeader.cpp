@@ -15,7 +15,7 @@ QByteArray start(quint32 width, quint32 height, const QByteArray& type = "IHDR",
 } // namespace
 
 TEST(PngHeader, a_file_tells_its_size) {
-    EXPECT_EQ(PngHeader::size(encodePng(Pictures::flat(7, 13, QColor(1, 2, 3)))), QSize(7, 13));
+    EXPECT_EQ(PngHeader::size(*encodePng(Pictures::flat(7, 13, QColor(1, 2, 3)))), QSize(7, 13));
     EXPECT_EQ(PngHeader::size(start(1, 1)), QSize(1, 1));
     EXPECT_EQ(PngHeader::size(start(0, 0)), QSize(0, 0));
 }

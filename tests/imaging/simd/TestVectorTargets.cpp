@@ -29,8 +29,8 @@ std::vector<QByteArray> results() {
                                                         {1023, 5, 511, 3}}};
     for (const auto& [width, height, targetWidth, targetHeight] : sizes) {
         const QImage picture = Pictures::translucentNoise(width, height, 5);
-        add(stretched(picture, QSize(targetWidth, targetHeight)));
-        const QImage straight = straightRaster(picture);
+        add(*stretched(picture, QSize(targetWidth, targetHeight)));
+        const QImage straight = *straightRaster(picture);
         add(straight);
         QByteArray pixels(picture.sizeInBytes(), 0);
         auto* out = reinterpret_cast<std::uint8_t*>(pixels.data());
@@ -41,11 +41,11 @@ std::vector<QByteArray> results() {
         all.push_back(pixels);
         unpremultiplyArgb(picture.constBits(), out, count);
         all.push_back(pixels);
-        all.push_back(encodePng(picture, {PngFilterStrategy::Adaptive, Deflate::Method::Runs}));
-        all.push_back(encodePng(picture));
+        all.push_back(*encodePng(picture, {PngFilterStrategy::Adaptive, Deflate::Method::Runs}));
+        all.push_back(*encodePng(picture));
         // Runs, which noise has none of.
-        const QImage flat = stretched(stretched(picture, QSize(3, 3)), QSize(width, 2 * height));
-        all.push_back(encodePng(flat, {PngFilterStrategy::Adaptive, Deflate::Method::Runs}));
+        const QImage flat = *stretched(*stretched(picture, QSize(3, 3)), QSize(width, 2 * height));
+        all.push_back(*encodePng(flat, {PngFilterStrategy::Adaptive, Deflate::Method::Runs}));
         all.emplace_back(1, isClampedToAlpha(straight.constBits(), count) ? 'y' : 'n');
         all.emplace_back(1, isClampedToAlpha(picture.constBits(), count) ? 'y' : 'n');
     }

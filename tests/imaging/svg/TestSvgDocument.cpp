@@ -177,7 +177,7 @@ TEST(SvgDocument, it_is_loaded_as_a_drawing_of_its_own_size) {
     EXPECT_EQ(picture->image.size(), QSizeF(30.5, 10));
     ASSERT_EQ(picture->image.representations().size(), 1U);
     EXPECT_TRUE(picture->image.representations().front()->pixelSize().isEmpty());
-    EXPECT_TRUE(picture->image.largestRaster().isNull());
+    EXPECT_TRUE(picture->image.largestRaster().valueOr({}).isNull());
 }
 
 // Drawing.
@@ -434,7 +434,7 @@ TEST(SvgDocument, entities_that_multiply_end_soon) {
 
 TEST(SvgDocument, a_picture_in_the_document_is_drawn_and_one_outside_is_not) {
     const Folder folder;
-    const QByteArray png = encodePng(Pictures::flat(4, 4, QColor(255, 0, 0)));
+    const QByteArray png = *encodePng(Pictures::flat(4, 4, QColor(255, 0, 0)));
     folder.write("picture.png", png);
     const auto document = [](const QByteArray& attribute, const QByteArray& link) {
         return svg("width='4' height='4'", "<image width='4' height='4' " + attribute + "='" + link + "'/>");
@@ -452,7 +452,7 @@ TEST(SvgDocument, a_picture_in_the_document_is_drawn_and_one_outside_is_not) {
 
 TEST(SvgDocument, an_outside_picture_is_not_drawn_from_the_folder_of_the_file_either) {
     const Folder folder;
-    folder.write("picture.png", encodePng(Pictures::flat(4, 4, QColor(255, 0, 0))));
+    folder.write("picture.png", *encodePng(Pictures::flat(4, 4, QColor(255, 0, 0))));
     folder.write("document.svg",
                  svg("width='4' height='4'", "<image width='4' height='4' href='picture.png'/>"));
     const Result<LoadedPicture> picture = ImageSource::loadFile(folder.path("document.svg").toStdString());

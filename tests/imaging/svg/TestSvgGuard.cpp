@@ -280,7 +280,7 @@ TEST(SvgGuard, entities_and_default_attributes_are_refused) {
 
 TEST(SvgGuard, only_PNG_and_JPEG_pictures_may_be_embedded) {
     const auto image = [](const QByteArray& link) { return svg("<image width='9' href='" + link + "'/>"); };
-    const QByteArray png = encodePng(Pictures::flat(4, 4, QColor(255, 0, 0))).toBase64();
+    const QByteArray png = encodePng(Pictures::flat(4, 4, QColor(255, 0, 0)))->toBase64();
     expectLetThrough(image("data:image/png;base64," + png));
     expectLetThrough(image(" data:image/png;base64," + png.left(20) + "\n  " + png.mid(20)));
     expectLetThrough(image("data:;base64," + png));
@@ -307,7 +307,7 @@ TEST(SvgGuard, only_PNG_and_JPEG_pictures_may_be_embedded) {
 }
 
 TEST(SvgGuard, embedded_pictures_that_say_to_be_enormous_are_refused) {
-    QByteArray png = encodePng(Pictures::flat(4, 4, QColor(255, 0, 0)));
+    QByteArray png = *encodePng(Pictures::flat(4, 4, QColor(255, 0, 0)));
     png.replace(16, 8, QByteArray::fromHex("0000753000007530"));
     expectRefused(svg("<image href='data:image/png;base64," + png.toBase64() + "'/>"),
                   "more than 33554432 pixels");
@@ -319,7 +319,7 @@ TEST(SvgGuard, embedded_pictures_that_say_to_be_enormous_are_refused) {
 
 TEST(SvgGuard, an_embedded_png_that_does_not_begin_with_its_header_tells_no_size) {
     // A chunk before the header that looks like a small one.
-    QByteArray png = encodePng(Pictures::flat(4, 4, QColor(255, 0, 0)));
+    QByteArray png = *encodePng(Pictures::flat(4, 4, QColor(255, 0, 0)));
     png.insert(8, QByteArray::fromHex("00000008707256740000000100000001aaf3d159"));
     expectRefused(svg("<image href='data:image/png;base64," + png.toBase64() + "'/>"), "it tells no size");
 }
