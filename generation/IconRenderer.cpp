@@ -47,7 +47,9 @@ Result<Image> drawn(const Image& image, const QSizeF& size, const GenerationInpu
 Result<Image> IconRenderer::rendered(const Image& image, const QSizeF& size) const {
     const StageTimes::Timer timer(Stage::Decorate);
     Result<Image> render = drawn(image, size, m_input, m_screen.scale());
-    return render ? render : ofIcon(render.error(), size);
+    if (!render)
+        return ofIcon(render.error(), size);
+    return render;
 }
 
 Result<QImage> IconRenderer::throughTiff(const Image& image) {

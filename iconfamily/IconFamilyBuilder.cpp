@@ -119,9 +119,8 @@ Image IconFamily::resampleImage(const Image& image, qint32 toIconWidth,
     const Result<QImage> raster = fitted(image, toIconWidth, usingImageInterpolation);
     if (!raster)
         return {};
-    const auto made =
-        unlessMemoryIsShort([&] { return imageOf(std::make_shared<const BitmapImageRep>(*raster)); });
-    return made ? *made : Image();
+    return unlessMemoryIsShort([&] { return imageOf(std::make_shared<const BitmapImageRep>(*raster)); })
+        .valueOr({});
 }
 
 std::unique_ptr<IconFamily>

@@ -32,7 +32,7 @@ void PreviewStrip::render() {
     for (std::size_t i = 0; i < sizes.size(); ++i)
         m_icons.at(i) = picture.isNull() ? QImage()
                                          : m_renderer->drawImage(picture, QSizeF(sizes.at(i), sizes.at(i)))
-                                               .largestRaster().valueOr({})
+                                               .largestRaster()
                                                .valueOr({});
     update();
 }

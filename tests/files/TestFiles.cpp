@@ -400,7 +400,7 @@ TEST(RegularFile, its_start_may_be_refused_before_the_rest_is_read) {
     const std::string path = folder.filePath(QStringLiteral("sparse")).toStdString();
     ASSERT_TRUE(AtomicFile::write(QString::fromStdString(path), "start"));
     ASSERT_EQ(truncate(path.c_str(), off_t{1} << 40), 0);
-    const auto refuse = [](const QByteArray& start) -> std::optional<Error> {
+    const auto refuse = [](const QByteArray& start) -> Result<Done> {
         EXPECT_EQ(start.size(), 64 << 10);
         EXPECT_TRUE(start.startsWith("start"));
         return Error{ErrorCode::UnknownFormat, QStringLiteral("no")};

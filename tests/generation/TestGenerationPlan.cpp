@@ -289,9 +289,9 @@ TEST(GenerationPlan, icons_come_in_the_order_of_the_keys_and_a_key_without_an_en
 }
 
 TEST(OutputFolder, a_name_with_a_NUL_or_two_points_has_no_path) {
-    EXPECT_EQ(OutputFolder::pngIn(text("f"), QStringLiteral("a") + QChar::Null), std::nullopt);
+    EXPECT_FALSE(OutputFolder::pngIn(text("f"), QStringLiteral("a") + QChar::Null));
     for (const char* name : {"..", "../a", "a/..", "a/../b"})
-        EXPECT_EQ(OutputFolder::pngIn(text("f"), text(name)), std::nullopt) << name;
-    EXPECT_EQ(OutputFolder::pngIn(text("f"), text("..a")), text("f/..a.png"));
-    EXPECT_EQ(OutputFolder::pngIn(text("f"), QString()), text("f/.png"));
+        EXPECT_FALSE(OutputFolder::pngIn(text("f"), text(name))) << name;
+    EXPECT_EQ(*OutputFolder::pngIn(text("f"), text("..a")), text("f/..a.png"));
+    EXPECT_EQ(*OutputFolder::pngIn(text("f"), QString()), text("f/.png"));
 }

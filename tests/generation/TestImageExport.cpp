@@ -210,7 +210,7 @@ TEST_F(ImageExportTest, gif_of_many_colours_is_near_and_right_on_average) {
 }
 
 TEST_F(ImageExportTest, a_table_of_few_colours_is_theirs) {
-    const IndexedPicture picture = indexedPicture(Pictures::raster(3, 1, [](int x, int) {
+    const IndexedPicture picture = *indexedPicture(Pictures::raster(3, 1, [](int x, int) {
         return x == 0 ? QColor(5, 5, 5) : x == 1 ? QColor(1, 2, 3) : QColor(0, 0, 0, 0);
     }));
     const std::vector<IndexedPicture::Rgb> expected{{0, 0, 0}, {1, 2, 3}, {5, 5, 5}};
@@ -220,7 +220,7 @@ TEST_F(ImageExportTest, a_table_of_few_colours_is_theirs) {
 }
 
 TEST_F(ImageExportTest, a_table_of_many_colours_has_255) {
-    const IndexedPicture picture = indexedPicture(Pictures::noise(64, 64, 3));
+    const IndexedPicture picture = *indexedPicture(Pictures::noise(64, 64, 3));
     EXPECT_FALSE(picture.hasTransparency);
     EXPECT_EQ(picture.colors.size(), 255U);
     EXPECT_GT(std::set<IndexedPicture::Rgb>(picture.colors.begin(), picture.colors.end()).size(), 250U);
@@ -228,7 +228,7 @@ TEST_F(ImageExportTest, a_table_of_many_colours_has_255) {
 
 TEST_F(ImageExportTest, a_table_is_made_of_any_number_of_colours) {
     // Spread over more cells of all grids but the coarsest than are looked at.
-    const IndexedPicture picture = indexedPicture(Pictures::noise(400, 300, 3));
+    const IndexedPicture picture = *indexedPicture(Pictures::noise(400, 300, 3));
     EXPECT_EQ(picture.colors.size(), 255U);
     EXPECT_EQ(picture.indexes.size(), 400U * 300U);
 }
@@ -241,14 +241,14 @@ TEST_F(ImageExportTest, bmp_of_more_bytes_than_it_can_tell_is_none) {
 }
 
 TEST_F(ImageExportTest, a_destination_holds_what_its_type_can) {
-    EXPECT_EQ(ImageDestination::create(path(), QStringLiteral("public.png"), 2), nullptr);
-    EXPECT_EQ(ImageDestination::create(path(), QStringLiteral("public.png"), 0), nullptr);
-    EXPECT_EQ(ImageDestination::create(path(), QStringLiteral("public.webp"), 1), nullptr);
-    const auto destination = ImageDestination::create(path(), QStringLiteral("public.png"), 1);
-    ASSERT_NE(destination, nullptr);
+    EXPECT_FALSE(ImageDestination::create(path(), QStringLiteral("public.png"), 2));
+    EXPECT_FALSE(ImageDestination::create(path(), QStringLiteral("public.png"), 0));
+    EXPECT_FALSE(ImageDestination::create(path(), QStringLiteral("public.webp"), 1));
+    auto destination = ImageDestination::create(path(), QStringLiteral("public.png"), 1);
+    ASSERT_TRUE(destination);
     EXPECT_FALSE(destination->finalize()) << "nothing was added";
-    const auto second = ImageDestination::create(path(), QStringLiteral("public.png"), 1);
-    second->addImage(Pictures::flat(4, 2, Qt::red));
+    auto second = ImageDestination::create(path(), QStringLiteral("public.png"), 1);
+    EXPECT_TRUE(second->addImage(Pictures::flat(4, 2, Qt::red)));
     EXPECT_TRUE(second->finalize());
     EXPECT_EQ(second->largestSize(), QSize(4, 2));
     EXPECT_EQ(second->bytesWritten(), QFileInfo(path()).size());
@@ -259,7 +259,7 @@ TEST_F(ImageExportTest, gif_of_a_narrow_range_keeps_its_colours_apart) {
     EXPECT_LE(largestDifference(roundTrip(Gif, grey), grey), 2);
     const QImage narrow =
         Pictures::raster(32, 32, [](int x, int y) { return QColor(100 + x, 100 + y, 90 + (x + y) / 4); });
-    EXPECT_GT(indexedPicture(narrow).colors.size(), 200U);
+    EXPECT_GT(indexedPicture(narrow)->colors.size(), 200U);
     EXPECT_LE(largestDifference(roundTrip(Gif, narrow), narrow), 6);
 }
 

@@ -28,7 +28,7 @@ std::unique_ptr<BitmapImageRep> bitmap(int size, int seed = 0) {
     QByteArray bytes(4 * size * size, Qt::Uninitialized);
     for (qsizetype i = 0; i < bytes.size(); ++i)
         bytes[i] = static_cast<char>((i * 37 + i / 64 + seed) % 256);
-    return BitmapImageRep::initWithBitmapData(layout, bytes);
+    return BitmapImageRep::initWithBitmapData(layout, bytes).valueOr(nullptr);
 }
 
 std::unique_ptr<BitmapImageRep> mask(int size, int value) {
@@ -37,7 +37,8 @@ std::unique_ptr<BitmapImageRep> mask(int size, int value) {
     layout.pixelsHigh = size;
     layout.samplesPerPixel = 1;
     layout.hasAlpha = false;
-    return BitmapImageRep::initWithBitmapData(layout, QByteArray(size * size, static_cast<char>(value)));
+    return BitmapImageRep::initWithBitmapData(layout, QByteArray(size * size, static_cast<char>(value)))
+        .valueOr(nullptr);
 }
 
 TEST(IconFamily, an_empty_one_has_no_bytes_and_the_first_element_makes_the_header) {
@@ -345,7 +346,9 @@ TEST(IconFamilyBlock, a_block_never_grows_beyond_what_its_length_can_tell) {
     QByteArray block = before;
     // Of this length, but never read.
     const QByteArrayView huge(before.constData(), qsizetype{0xffffffff});
-    EXPECT_EQ(IconFamilyBlock::setIconFamilyData(block, "efgh", huge), IconFamilyBlock::Status::MemoryFull);
+    const Result<Done> stored = IconFamilyBlock::setIconFamilyData(block, "efgh", huge);
+    ASSERT_FALSE(stored);
+    EXPECT_EQ(IconFamilyBlock::platformStatus(stored.error()), -108);
     EXPECT_EQ(block, before);
 }
 

@@ -216,7 +216,7 @@ TEST(IconFamilyBuilder, smaller_sizes_are_made_from_the_one_of_1024) {
         const auto decoded = family->bitmapImageRepWithAlphaForIconFamilyElement("ic05");
         ASSERT_NE(decoded, nullptr);
         // Opaque, so that stored and drawn colours are the same.
-        EXPECT_EQ(Pictures::largestDifference(decoded->raster(), expected), 0);
+        EXPECT_EQ(Pictures::largestDifference(*decoded->raster(), expected), 0);
     }
 }
 
@@ -232,9 +232,10 @@ TEST(IconFamilyBuilder, a_built_family_comes_back_as_one_image_with_all_its_size
     EXPECT_EQ(sizes, (std::vector<int>{512, 256, 128, 48, 32, 16}));
     const auto* smallest = dynamic_cast<const BitmapImageRep*>(image.representations().back().get());
     ASSERT_NE(smallest, nullptr);
-    EXPECT_EQ(Pictures::largestDifference(
-                  smallest->raster(), family->bitmapImageRepWithAlphaForIconFamilyElement("ic04")->raster()),
-              0)
+    EXPECT_EQ(
+        Pictures::largestDifference(*smallest->raster(),
+                                    *family->bitmapImageRepWithAlphaForIconFamilyElement("ic04")->raster()),
+        0)
         << "opaque";
 }
 
@@ -244,7 +245,7 @@ TEST(IconFamilyBuilder, masks_unknown_and_broken_elements_are_no_representations
     const auto family = IconFamily::init();
     BitmapLayout layout;
     layout.pixelsWide = layout.pixelsHigh = 16;
-    const auto bitmap = BitmapImageRep::initWithBitmapData(layout);
+    const auto bitmap = BitmapImageRep::initWithBitmapData(layout).valueOr(nullptr);
     ASSERT_TRUE(family->setIconFamilyElement("s8mk", bitmap.get()));
     EXPECT_TRUE(family->imageWithAllReps().isNull());
     ASSERT_TRUE(family->setIconFamilyElement("ic04", bitmap.get()));

@@ -28,7 +28,7 @@ std::unique_ptr<BitmapImageRep> bitmap(int size, int samples, int bitsPerPixel, 
                     static_cast<char>(byteAt ? byteAt(x, y, i) : (7 * x + 13 * y + 50 * i) % 256);
         }
     }
-    return BitmapImageRep::initWithBitmapData(layout, data);
+    return BitmapImageRep::initWithBitmapData(layout, data).valueOr(nullptr);
 }
 
 std::unique_ptr<BitmapImageRep> shaped(const std::function<void(BitmapLayout&)>& change) {
@@ -36,7 +36,7 @@ std::unique_ptr<BitmapImageRep> shaped(const std::function<void(BitmapLayout&)>&
     layout.pixelsWide = 16;
     layout.pixelsHigh = 16;
     change(layout);
-    return BitmapImageRep::initWithBitmapData(layout);
+    return BitmapImageRep::initWithBitmapData(layout).valueOr(nullptr);
 }
 
 using Conversion = std::optional<QByteArray> (*)(const BitmapImageRep&, qint32);
@@ -189,7 +189,7 @@ class RasterBitmap final : public BitmapImageRep {
   public:
     RasterBitmap(const BitmapLayout& layout, RasterImage image)
         : BitmapImageRep(layout, QByteArray(layout.byteCount(), '\x55')), m_image(std::move(image)) {}
-    RasterImage CGImage() const override { return m_image; }
+    Result<RasterImage> CGImage() const override { return m_image; }
 
   private:
     RasterImage m_image;
@@ -247,7 +247,7 @@ TEST(SampleConversion,
 
 TEST(SampleConversion, a_bitmaps_own_image_has_its_words_in_little_endian_order) {
     const auto last = bitmap(16, 4, 32, 4, [](int x, int, int i) { return i == 3 ? 255 : 10 * i + x; });
-    const RasterImage image = last->CGImage();
+    const RasterImage image = *last->CGImage();
     EXPECT_EQ(image.alphaInfo, AlphaInfo::PremultipliedLast);
     EXPECT_EQ(image.bytes.size(), 1024) << "packed";
     EXPECT_EQ(image.bytes.mid(4, 4), QByteArray("\xff\x15\x0b\x01", 4));
@@ -255,8 +255,8 @@ TEST(SampleConversion, a_bitmaps_own_image_has_its_words_in_little_endian_order)
     ASSERT_TRUE(out);
     EXPECT_EQ(out->mid(4, 4), QByteArray("\xff\x01\x0b\x15", 4));
     const auto rgb = bitmap(16, 3, 24);
-    EXPECT_EQ(rgb->CGImage().alphaInfo, AlphaInfo::None);
-    EXPECT_EQ(rgb->CGImage().bytes.first(3), rgb->bitmapData().first(3).toByteArray());
+    EXPECT_EQ(rgb->CGImage()->alphaInfo, AlphaInfo::None);
+    EXPECT_EQ(rgb->CGImage()->bytes.first(3), rgb->bitmapData().first(3).toByteArray());
 }
 
 TEST(SampleConversion, eight_bit_data_is_the_last_byte_of_each_pixel) {
@@ -311,7 +311,7 @@ TEST(SampleConversion, one_bit_rows_are_copied) {
         data[3 * y] = static_cast<char>(y);
         data[3 * y + 1] = static_cast<char>(200 + y);
     }
-    const std::optional<QByteArray> out = mask1(*BitmapImageRep::initWithBitmapData(layout, data), 16);
+    const std::optional<QByteArray> out = mask1(**BitmapImageRep::initWithBitmapData(layout, data), 16);
     ASSERT_TRUE(out);
     ASSERT_EQ(out->size(), 64);
     for (int y = 0; y < 16; ++y) {

@@ -173,7 +173,7 @@ TEST(Shadow, a_blur_is_a_gaussian_of_half_its_radius_at_any_scale) {
         edge.addRect(-100, -100, 200, 300);
         QPainterPath everywhere;
         everywhere.addRect(0, 0, 200, 40);
-        drawShadow(painter, edge, {{0, 0, 0, 1}, {0, 0}, radius}, everywhere);
+        EXPECT_TRUE(drawShadow(painter, edge, {{0, 0, 0, 1}, {0, 0}, radius}, everywhere));
         painter.end();
         // Beside a straight edge at x = 100 the coverage follows the normal distribution.
         for (int x = qRound(85 * scale); x < qRound(115 * scale); ++x) {
@@ -211,7 +211,7 @@ TEST(Shadow, is_thrown_by_its_offset_and_cut_by_its_clip) {
     shape.addRect(0, 0, 10, 10);
     QPainterPath clip;
     clip.addRect(20, 0, 8, 40);
-    drawShadow(painter, shape, {{1, 0, 0, 0.5}, {20, 5}, 0}, clip);
+    EXPECT_TRUE(drawShadow(painter, shape, {{1, 0, 0, 0.5}, {20, 5}, 0}, clip));
     painter.end();
     EXPECT_EQ(picture.pixelColor(5, 5).alpha(), 0) << "not the shape itself";
     EXPECT_EQ(picture.pixelColor(24, 10), QColor(255, 0, 0, 128));

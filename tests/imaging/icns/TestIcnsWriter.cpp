@@ -50,12 +50,12 @@ TEST(IcnsRle, the_last_byte_can_stand_alone) {
 TEST(IcnsWriter, only_sizes_with_an_element_are_kept) {
     IcnsWriter writer;
     EXPECT_TRUE(writer.isEmpty());
-    EXPECT_EQ(writer.addImage(QImage()), IcnsWriter::Added::Failed);
-    EXPECT_EQ(writer.addImage(Pictures::flat(48, 48, Qt::red)), IcnsWriter::Added::NoElement);
-    EXPECT_EQ(writer.addImage(Pictures::flat(32, 16, Qt::red)), IcnsWriter::Added::NoElement);
+    EXPECT_EQ(writer.addImage(QImage()).error().code, ErrorCode::EmptySize);
+    EXPECT_EQ(*writer.addImage(Pictures::flat(48, 48, Qt::red)), IcnsWriter::Added::NoElement);
+    EXPECT_EQ(*writer.addImage(Pictures::flat(32, 16, Qt::red)), IcnsWriter::Added::NoElement);
     EXPECT_TRUE(writer.isEmpty());
-    EXPECT_EQ(writer.addImage(Pictures::flat(64, 64, Qt::red)), IcnsWriter::Added::Yes);
-    EXPECT_EQ(writer.addImage(Pictures::flat(16, 16, Qt::red)), IcnsWriter::Added::Yes);
+    EXPECT_EQ(*writer.addImage(Pictures::flat(64, 64, Qt::red)), IcnsWriter::Added::Yes);
+    EXPECT_EQ(*writer.addImage(Pictures::flat(16, 16, Qt::red)), IcnsWriter::Added::Yes);
     const QByteArray file = writer.data();
     const Result<IcnsReader> reader = IcnsReader::open(file);
     ASSERT_TRUE(reader);

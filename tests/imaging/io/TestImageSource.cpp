@@ -188,20 +188,20 @@ TEST(ImageSource, the_environment_does_not_lower_the_limit) {
 }
 
 TEST(ImageSource, the_limit_is_16384_by_16384_or_as_many_pixels_in_all) {
-    EXPECT_FALSE(PictureReader::refusedSize(16384, 16384).has_value());
-    EXPECT_FALSE(PictureReader::refusedSize(1000000, 268).has_value());
+    EXPECT_TRUE(PictureReader::checkSize(16384, 16384));
+    EXPECT_TRUE(PictureReader::checkSize(1000000, 268));
     for (const auto& [w, h] : {std::pair<qint64, qint64>{16384, 16385},
                                {268435457, 1},
                                {0xffffffff, 0xffffffff},
                                {0x7fffffffffffffff, 0x7fffffffffffffff}}) {
-        const std::optional<Error> error = PictureReader::refusedSize(w, h);
-        ASSERT_TRUE(error.has_value()) << w << " × " << h;
-        EXPECT_EQ(error->code, ErrorCode::TooLarge);
+        const Result<Done> checked = PictureReader::checkSize(w, h);
+        ASSERT_FALSE(checked) << w << " × " << h;
+        EXPECT_EQ(checked.error().code, ErrorCode::TooLarge);
     }
     for (const auto& [w, h] : {std::pair<qint64, qint64>{0, 1}, {1, 0}, {-1, -1}}) {
-        const std::optional<Error> error = PictureReader::refusedSize(w, h);
-        ASSERT_TRUE(error.has_value()) << w << " × " << h;
-        EXPECT_EQ(error->code, ErrorCode::Damaged);
+        const Result<Done> checked = PictureReader::checkSize(w, h);
+        ASSERT_FALSE(checked) << w << " × " << h;
+        EXPECT_EQ(checked.error().code, ErrorCode::Damaged);
     }
 }
 
@@ -218,10 +218,10 @@ TEST(ImageSource, what_once_broke_it_is_read_or_refused) {
 
 TEST(ImageSource, a_side_beyond_the_limit_is_refused_for_its_size) {
     for (const auto& [width, height] : {std::pair{1000001, 1}, {1, 1000001}, {16385, 16384}}) {
-        const std::optional<Error> refused = PictureReader::refusedSize(width, height);
-        ASSERT_TRUE(refused);
-        EXPECT_EQ(refused->code, ErrorCode::TooLarge);
+        const Result<Done> checked = PictureReader::checkSize(width, height);
+        ASSERT_FALSE(checked);
+        EXPECT_EQ(checked.error().code, ErrorCode::TooLarge);
     }
-    EXPECT_FALSE(PictureReader::refusedSize(1000000, 268));
-    EXPECT_FALSE(PictureReader::refusedSize(16384, 16384));
+    EXPECT_TRUE(PictureReader::checkSize(1000000, 268));
+    EXPECT_TRUE(PictureReader::checkSize(16384, 16384));
 }

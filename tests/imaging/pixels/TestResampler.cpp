@@ -310,7 +310,7 @@ TEST(Resampler, a_pixel_that_the_picture_hardly_reaches_takes_the_nearest_sample
          {std::pair{31, 16.04}, {16, 10.03}, {40, 20.01}, {33, 20.05}, {64, 29.01}}) {
         const int target = static_cast<int>(std::ceil(length));
         const AxisMapping axis{source, 0, length, target};
-        const QImage result = resampled(Pictures::flat(source, source, QColor(9, 80, 200)), axis, axis);
+        const QImage result = *resampled(Pictures::flat(source, source, QColor(9, 80, 200)), axis, axis);
         EXPECT_TRUE(Pictures::same(result, Pictures::flat(target, target, QColor(9, 80, 200))))
             << source << " " << length;
     }

@@ -51,8 +51,8 @@ QImage rendered(const QByteArray& document, int width, int height) {
     EXPECT_TRUE(result) << result.error().sentence.toStdString();
     if (!result)
         return {};
-    return (*result)->rendered({0, 0, static_cast<double>(width), width},
-                               {0, 0, static_cast<double>(height), height});
+    return *(*result)->rendered({0, 0, static_cast<double>(width), width},
+                                {0, 0, static_cast<double>(height), height});
 }
 
 void expectError(const QByteArray& document, ErrorCode code) {
@@ -229,7 +229,7 @@ TEST(SvgDocument, it_is_stretched_as_a_whole) {
 TEST(SvgDocument, it_is_drawn_where_the_mapping_says) {
     const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(redSquare);
     ASSERT_TRUE(document);
-    const QImage raster = (*document)->rendered({0, 3, 4, 10}, {0, 1, 2, 5});
+    const QImage raster = *(*document)->rendered({0, 3, 4, 10}, {0, 1, 2, 5});
     ASSERT_EQ(raster.size(), QSize(10, 5));
     EXPECT_EQ(pixel(raster, 2, 1), clear);
     EXPECT_EQ(pixel(raster, 3, 0), clear);
@@ -457,7 +457,7 @@ TEST(SvgDocument, an_outside_picture_is_not_drawn_from_the_folder_of_the_file_ei
                  svg("width='4' height='4'", "<image width='4' height='4' href='picture.png'/>"));
     const Result<LoadedPicture> picture = ImageSource::loadFile(folder.path("document.svg").toStdString());
     ASSERT_TRUE(picture);
-    EXPECT_TRUE(isClear(picture->image.representations().front()->rendered({0, 0, 4, 4}, {0, 0, 4, 4})));
+    EXPECT_TRUE(isClear(*picture->image.representations().front()->rendered({0, 0, 4, 4}, {0, 0, 4, 4})));
 }
 
 TEST(SvgDocument, other_documents_are_not_included) {

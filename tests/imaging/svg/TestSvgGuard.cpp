@@ -17,8 +17,8 @@ QByteArray svg(const QByteArray& content, const QByteArray& attributes = {}) {
 
 /// The sentence with which the document is refused; empty where it is let through.
 std::string refusal(const QByteArray& document) {
-    const std::optional<Error> error = SvgGuard::refused(document);
-    return error ? error->sentence.toStdString() : std::string();
+    const Result<Done> checked = SvgGuard::check(document);
+    return checked ? std::string() : checked.error().sentence.toStdString();
 }
 
 void expectRefused(const QByteArray& document, const std::string& part) {
