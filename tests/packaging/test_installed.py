@@ -27,6 +27,8 @@ class Installed(unittest.TestCase):
         wanted |= {f"share/icons/hicolor/{size}x{size}/apps/tobrimax.png" for size in SIZES}
         wanted |= {f"share/doc/tobrimax/{name}" for name in ("README.md", "CHANGELOG.md", "copyright")}
         wanted |= {f"lib/cmake/Tobrimax/Tobrimax{name}.cmake" for name in ("Config", "ConfigVersion", "Icons", "Programs")}
+        wanted |= {"share/man/man1/tobrimax-cli.1", "share/bash-completion/completions/tobrimax-cli",
+                   "share/fish/vendor_completions.d/tobrimax-cli.fish", "share/zsh/site-functions/_tobrimax-cli"}
         found = {str(path.relative_to(PREFIX)) for path in PREFIX.rglob("*") if not path.is_dir()}
         # This file's name has the kind of build in it.
         found = {name for name in found if not re.fullmatch(r"lib/cmake/Tobrimax/TobrimaxPrograms-\w+\.cmake", name)}
