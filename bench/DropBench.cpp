@@ -1,6 +1,7 @@
 // Measures how long the main window takes from a dropped picture to its preview on the screen:
 //   bench_drop PICTURE LIMIT [RUNS]
 // LIMIT is in milliseconds. The exit status is 1 where the median is above it.
+#include "mainwindow/MainWindowController.h"
 #include "mainwindow/PreviewStrip.h"
 #include "platform/services/Bundle.h"
 #include "platform/services/NotificationCenter.h"

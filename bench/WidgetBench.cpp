@@ -1,6 +1,7 @@
 // Measures how long the main window's own drawing takes: a slider, and the strip of icons while a slider
 // moves.
 #include "bench/Median.h"
+#include "mainwindow/MainWindowController.h"
 #include "mainwindow/PreviewStrip.h"
 #include "mainwindow/TetraSliderCell.h"
 #include "platform/services/Bundle.h"
