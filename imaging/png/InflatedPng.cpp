@@ -118,25 +118,37 @@ bool InflatedPng::advance() {
     return !m_ready.empty();
 }
 
+/// Gives the inflater the next chunk with pixels' data. False where none follows, and where it is damaged.
+bool InflatedPng::takeChunk() {
+    for (;;) {
+        const std::optional<Chunk> chunk = nextChunk();
+        if (!chunk || !chunk->isPixels())
+            return false;
+        if (!chunk->isIntact())
+            return damaged();
+        m_position += chunk->length();
+        const std::span<const std::uint8_t> data = chunk->data();
+        m_inflater.next_in = const_cast<std::uint8_t*>(data.data()); // it only reads them
+        m_inflater.avail_in = static_cast<std::uint32_t>(data.size());
+        if (!data.empty())
+            return true;
+    }
+}
+
 /// Fills `out`, or a part of it where the stream ends.
 bool InflatedPng::inflate(std::span<std::uint8_t> out) {
     m_inflater.next_out = out.data();
     m_inflater.avail_out = static_cast<std::uint32_t>(out.size());
     while (m_inflater.avail_out > 0 && m_inflater.block_state != ISAL_BLOCK_FINISH) {
-        // It may keep some bytes until there is room for them.
-        if (m_inflater.avail_in == 0 && m_inflater.block_state != ISAL_BLOCK_INPUT_DONE) {
-            const std::optional<Chunk> chunk = nextChunk();
-            if (!chunk || !chunk->isPixels() || !chunk->isIntact())
-                return damaged();
-            m_position += chunk->length();
-            const std::span<const std::uint8_t> data = chunk->data();
-            m_inflater.next_in = const_cast<std::uint8_t*>(data.data()); // it only reads them
-            m_inflater.avail_in = static_cast<std::uint32_t>(data.size());
-            if (data.empty())
-                continue;
-        }
-        const int result = isal_inflate(&m_inflater);
+        // The inflater may keep some bytes until there is room for them.
+        const bool hasInput =
+            m_inflater.avail_in > 0 || m_inflater.block_state == ISAL_BLOCK_INPUT_DONE || takeChunk();
+        const std::uint32_t room = m_inflater.avail_out;
+        const int result = m_isDamaged ? ISAL_INVALID_BLOCK : isal_inflate(&m_inflater);
         if (result != ISAL_DECOMP_OK && result != ISAL_END_INPUT && result != ISAL_OUT_OVERFLOW)
+            return damaged();
+        const bool isStuck = m_inflater.avail_out == room && m_inflater.block_state != ISAL_BLOCK_FINISH;
+        if (!hasInput && isStuck)
             return damaged();
     }
     return true;

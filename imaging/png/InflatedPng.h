@@ -29,7 +29,8 @@ class InflatedPng {
     /// passed over. False as for `read`.
     [[nodiscard]] bool endPixels();
 
-    /// Whether a checksum is wrong, or the pixels' data can't be decompressed or break off.
+    /// Whether a checksum is wrong, the pixels' data can't be decompressed or break off, or more of them
+    /// stand behind another chunk.
     bool isDamaged() const { return m_isDamaged; }
 
   private:
@@ -58,6 +59,7 @@ class InflatedPng {
     bool damaged();
     bool advance();
     bool inflate(std::span<std::uint8_t> out);
+    bool takeChunk();
     bool takePixels();
     bool skipPixels();
     void wrapPart(std::size_t length, bool isLast);
