@@ -57,9 +57,17 @@ void AppDelegate::showAlertForRateApp() {
 }
 
 void AppDelegate::alertDidEndClose(Alert* /*alert*/, int returnCode, void* /*contextInfo*/) {
+    const auto rememberAnswer = [this] { _surroundings.defaults.setString(currentBuild(), appVersion); };
     const QUrl storePage(
         QStringLiteral("macappstore://itunes.apple.com/app/id%1?ls=1&mt=8").arg(storeIdentifier));
-    if (returnCode == noReturn || _surroundings.mainWindow.workspace.openURL(storePage))
-        _surroundings.defaults.setString(currentBuild(), appVersion);
+    if (returnCode == noReturn)
+        rememberAnswer();
+    else
+        _surroundings.mainWindow.workspace.openURLWithCompletionHandler(storePage, this,
+                                                                        [rememberAnswer](bool isOpened) {
+                                                                            if (isOpened)
+                                                                                rememberAnswer();
+                                                                        });
+    // The outcome may come later. Another alert that is up by then is not to be ended.
     _surroundings.application.stopModal();
 }

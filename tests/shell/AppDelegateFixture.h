@@ -50,14 +50,27 @@ class AppDelegateFixture : public testing::Test {
         return nullptr;
     }
 
-    /// Records addresses. `succeeds` decides whether they count as opened.
+    /// Records addresses. `succeeds` decides whether they count as opened. With `isSlow`, the outcome is told
+    /// when the test calls `outcome`.
     class StoreWorkspace final : public Workspace {
       public:
         QList<QUrl> asked;
         bool succeeds = true;
+        bool isSlow = false;
+        std::function<void()> outcome;
         bool openURL(const QUrl& url) override {
             asked << url;
             return succeeds;
+        }
+        void openURLWithCompletionHandler(const QUrl& url, QObject* receiver,
+                                          std::function<void(bool)> completionHandler) override {
+            asked << url;
+            outcome = [this, completionHandler, receiver = QPointer<QObject>(receiver)] {
+                if (receiver != nullptr)
+                    completionHandler(succeeds);
+            };
+            if (!isSlow)
+                outcome();
         }
     };
 

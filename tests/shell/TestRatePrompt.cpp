@@ -140,6 +140,43 @@ TEST_F(RatePromptTest, a_store_page_that_does_not_open_records_nothing) {
     EXPECT_FALSE(defaults.allKeys().contains(QStringLiteral("appVersion")));
 }
 
+TEST_F(RatePromptTest, the_build_is_recorded_when_the_outcome_is_known_and_nothing_waits_for_it) {
+    workspace.isSlow = true;
+    for (const bool succeeds : {false, true}) {
+        workspace.succeeds = succeeds;
+        delegate.showAlertForRateApp();
+        Events::settle();
+        press(QStringLiteral("YES"));
+        EXPECT_EQ(alert(), nullptr) << "closed before the outcome";
+        EXPECT_FALSE(defaults.hasKey(QStringLiteral("appVersion")));
+        // Another alert is not ended by the outcome.
+        Alert other;
+        other.addButtonWithTitle(QStringLiteral("Ok"));
+        QTimer::singleShot(0, &other, [&] {
+            workspace.outcome();
+            EXPECT_TRUE(other.isVisible());
+            other.done(0);
+        });
+        other.runModal();
+        EXPECT_EQ(defaults.hasKey(QStringLiteral("appVersion")), succeeds);
+    }
+    EXPECT_EQ(defaults.stringForKey(QStringLiteral("appVersion")), build());
+}
+
+TEST_F(RatePromptTest, an_outcome_that_comes_after_the_delegates_end_is_harmless) {
+    workspace.isSlow = true;
+    auto other =
+        std::make_unique<AppDelegate>(AppDelegate::Surroundings{application,
+                                                                {bundle, screen, workspace},
+                                                                defaults,
+                                                                [](const QString&) { return false; },
+                                                                [](const StoreError&) { return false; }});
+    other->alertDidEndClose(nullptr, 1, nullptr);
+    other.reset();
+    workspace.outcome();
+    EXPECT_FALSE(defaults.hasKey(QStringLiteral("appVersion")));
+}
+
 TEST_F(RatePromptTest, either_answer_stops_a_modal_session) {
     for (const int answer : {0, 1}) {
         Alert modal;
