@@ -9,6 +9,7 @@
 #include "platform/widgets/EnabledFollower.h"
 #include "ui_MainWindowController.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
 #include <QGuiApplication>
@@ -179,7 +180,21 @@ void MainWindowController::colorPickerAction(QObject* /*sender*/) {
                                                            : std::nullopt);
 }
 
+/// Assistive technology presses controls directly, also while a panel blocks their window.
+bool MainWindowController::showsPanel() {
+    for (QDialog* panel : window()->findChildren<QDialog*>(Qt::FindDirectChildrenOnly)) {
+        if (!panel->isVisible() || !panel->isModal())
+            continue;
+        panel->raise();
+        panel->activateWindow();
+        return true;
+    }
+    return QApplication::activeModalWidget() != nullptr;
+}
+
 void MainWindowController::actionGenerateIcons(QObject* /*sender*/) {
+    if (showsPanel())
+        return;
     if (sourceImage().isNull() || platformIndex() == -1) {
         auto* alert = new Alert;
         alert->setMessageText(QStringLiteral("Icon File Error"));
@@ -204,6 +219,8 @@ void MainWindowController::actionGenerateIcons(QObject* /*sender*/) {
 }
 
 void MainWindowController::openPicture() {
+    if (showsPanel())
+        return;
     auto* panel = new QFileDialog(window());
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::ExistingFile);

@@ -52,13 +52,15 @@ class MainWindowController final : public WindowController, public GenerationInp
     void borderChecked(QCheckBox* sender);
     void sliderBorderWidthAction(QObject* sender);
     void colorPickerAction(QObject* sender);
+    /// Does nothing while a panel or alert blocks the window.
     void actionGenerateIcons(QObject* sender);
 
     /// Enables the seven controls. Called after each drop, also of a file that is no picture.
     void imageAddednotification();
 
     // Actions of the menus.
-    /// Asks for a file and does what a drop of it does.
+    /// Asks for a file and does what a drop of it does. Does nothing while a panel or alert blocks the
+    /// window.
     void openPicture();
     /// Puts the picture of the well on the clipboard.
     void copyPicture();
@@ -93,6 +95,8 @@ class MainWindowController final : public WindowController, public GenerationInp
 
     void connectActions();
     void connectPreview(PreviewStrip& strip);
+    /// Whether a panel or alert blocks the window. The window's own comes to the front.
+    bool showsPanel();
     double previewWidth() const;
     void setPreviewLayerRadius(double radius);
 

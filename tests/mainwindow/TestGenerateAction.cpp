@@ -1,7 +1,10 @@
 #include "platform/widgets/Alert.h"
 #include "tests/mainwindow/MainWindowFixture.h"
 
+#include <QAccessible>
 #include <QClipboard>
+#include <QElapsedTimer>
+#include <QTimer>
 
 namespace {
 
@@ -197,6 +200,63 @@ TEST_F(GenerateAction, an_opened_picture_arrives_as_a_dropped_one) {
     chooser->selectNameFilter(chooser->nameFilters().last());
     choose(chooser, textFile());
     EXPECT_TRUE(controller->sourceImage().isNull()) << "as a drop, it clears the well";
+}
+
+TEST_F(GenerateAction, assistive_technology_gets_no_second_panel_or_alert) {
+    const auto press = [](QWidget* control) {
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(control);
+        ASSERT_NE(accessible, nullptr);
+        accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        // A button acts a tenth of a second later, when it has shown that it is pressed.
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < 200)
+            Events::settle();
+    };
+    const auto sheets = [this] {
+        int count = 0;
+        for (const QDialog* dialog : controller->window()->findChildren<QDialog*>())
+            count += dialog->isVisible() ? 1 : 0;
+        return count;
+    };
+    const auto pressBothTwice = [&] {
+        for (int time = 0; time < 2; ++time) {
+            press(controller->generateBtn);
+            press(controller->imgViewIcon);
+        }
+    };
+    // The alert for a file that is no picture.
+    drop(textFile());
+    pressBothTwice();
+    EXPECT_EQ(sheets(), 1);
+    ASSERT_NE(sheet<Alert>(), nullptr);
+    Events::key(sheet<Alert>(), Qt::Key_Return);
+    Events::settle();
+    // The chooser of the folder.
+    drop(pictureFile());
+    pressBothTwice();
+    EXPECT_EQ(sheets(), 1);
+    ASSERT_NE(sheet<QFileDialog>(), nullptr);
+    EXPECT_EQ(sheet<QFileDialog>()->fileMode(), QFileDialog::Directory);
+    sheet<QFileDialog>()->reject();
+    Events::settle();
+    // The chooser of a picture.
+    press(controller->imgViewIcon);
+    pressBothTwice();
+    EXPECT_EQ(sheets(), 1);
+    ASSERT_NE(sheet<QFileDialog>(), nullptr);
+    EXPECT_EQ(sheet<QFileDialog>()->fileMode(), QFileDialog::ExistingFile);
+    sheet<QFileDialog>()->reject();
+    Events::settle();
+    // An alert that blocks all windows.
+    Alert alert;
+    alert.addButtonWithTitle(QStringLiteral("Ok"));
+    QTimer::singleShot(0, &alert, [&] {
+        pressBothTwice();
+        EXPECT_EQ(sheets(), 0);
+        alert.done(0);
+    });
+    alert.runModal();
 }
 
 TEST_F(GenerateAction, an_empty_well_that_is_clicked_asks_for_a_picture) {
