@@ -13,6 +13,7 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWindow>
 
 const QString BorderImageView::imageAdded = QStringLiteral("imageAdded");
 
@@ -134,21 +135,48 @@ void BorderImageView::dragEnterEvent(QDragEnterEvent* event) {
     if (draggingEntered(event->mimeData()) != DragOperation::Copy)
         return;
     answerCopy(*event);
-    setDropHighlighted(true);
+    const QMimeData* dragged = event->mimeData();
+    m_carriesFile = dragged != nullptr && !MimeContents::fileNames(*dragged).isEmpty();
+    followDrag(*event);
 }
 
 void BorderImageView::dragMoveEvent(QDragMoveEvent* event) {
     if (draggingUpdated(event->mimeData()) != DragOperation::Copy)
         return;
     answerCopy(*event);
+    followDrag(*event);
+}
+
+/// Shows whether the drag would bring a file. The user may change what it offers on the way, with a key.
+void BorderImageView::followDrag(const QDropEvent& event) {
+    const bool bringsFile = m_carriesFile && event.possibleActions().testFlag(Qt::CopyAction);
+    setDropHighlighted(bringsFile);
+    // The window tells when the mouse is free again.
+    if (QWindow* handle = window()->windowHandle(); handle != nullptr && bringsFile)
+        handle->installEventFilter(this);
+}
+
+void BorderImageView::endDrag() {
+    setDropHighlighted(false);
+    if (QWindow* handle = window()->windowHandle())
+        handle->removeEventFilter(this);
+}
+
+bool BorderImageView::eventFilter(QObject* watched, QEvent* event) {
+    // A drag whose source dies does not leave. While a drag goes on, its source has the mouse; when the
+    // source dies, the mouse comes to the window below it.
+    const QEvent::Type type = event->type();
+    if (watched->isWindowType() && (type == QEvent::Enter || type == QEvent::MouseMove))
+        endDrag();
+    return ImageView::eventFilter(watched, event);
 }
 
 void BorderImageView::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
-    setDropHighlighted(false);
+    endDrag();
 }
 
 void BorderImageView::dropEvent(QDropEvent* event) {
-    setDropHighlighted(false);
+    endDrag();
     event->setAccepted(performDragOperation(event->mimeData()));
     answerCopy(*event);
 }

@@ -4,6 +4,7 @@
 #include "platform/widgets/Accessibility.h"
 #include "platform/widgets/ImageView.h"
 
+class QDropEvent;
 class QMimeData;
 
 /// A view's answer to a drag over it.
@@ -11,6 +12,8 @@ enum class DragOperation { None = 0, Copy = 1 };
 
 /// The image well. It takes the picture that is dropped on it, and strokes the icons' border over the picture
 /// as a preview. Each arrival posts the notification "imageAdded", without an object.
+///
+/// The well is highlighted while a drag is over it that carries a file and offers a copy.
 class BorderImageView : public ImageView, public AccessiblePress {
     Q_OBJECT
 
@@ -68,8 +71,11 @@ class BorderImageView : public ImageView, public AccessiblePress {
     void dropEvent(QDropEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void followDrag(const QDropEvent& event);
+    void endDrag();
     void showArrived(const Image& image);
     void describe();
 
@@ -78,4 +84,7 @@ class BorderImageView : public ImageView, public AccessiblePress {
     bool _border = false;
     float _borderWidth = 0;
     std::optional<Color> _borderColor;
+
+    /// Whether the drag that entered last carries a file.
+    bool m_carriesFile = false;
 };
