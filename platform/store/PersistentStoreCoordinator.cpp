@@ -156,6 +156,15 @@ bool hand(StoreError* to, StoreError error) {
     return false;
 }
 
+/// The error of a save that has failed: what could not be saved, and where. `cause` tells why.
+StoreError notSaved(const QString& path, const QString& cause) {
+    StoreError error =
+        storeError(StoreErrorCode::NotWritable,
+                   QStringLiteral("The application's data could not be saved in \"%1\"").arg(path));
+    error.localizedFailureReason = cause;
+    return error;
+}
+
 } // namespace
 
 PersistentStoreCoordinator::FileState PersistentStoreCoordinator::fileState() const {
@@ -193,8 +202,7 @@ bool PersistentStoreCoordinator::addPersistentStoreWithType(const QString& type,
 
 bool PersistentStoreCoordinator::save(const StoredObjects& objects, StoreError* error) {
     if (fileState() != m_fileState)
-        return hand(error, storeError(StoreErrorCode::NotWritable,
-                                      QStringLiteral("Another program has changed the file.")));
+        return hand(error, notSaved(m_path, QStringLiteral("Another program has changed the file.")));
     const QByteArray bytes = document(objects, m_model);
     const Result<Done> written = AtomicFile::write(m_path, bytes, {AtomicFile::Durability::Synced});
     if (!written) {
@@ -205,7 +213,7 @@ bool PersistentStoreCoordinator::save(const StoredObjects& objects, StoreError* 
             RegularFile::read(QFile::encodeName(m_path).toStdString(), largestFile);
         if (found && *found == bytes)
             m_fileState = state;
-        return hand(error, storeError(StoreErrorCode::NotWritable, written.error().sentence));
+        return hand(error, notSaved(m_path, written.error().sentence));
     }
     m_objects = objects;
     m_fileState = fileState();

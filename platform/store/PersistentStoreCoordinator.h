@@ -43,7 +43,8 @@ class PersistentStoreCoordinator {
 
     /// Replaces the file's objects with `objects`, whole and synced to the disk. False, with `error`, on a
     /// failure, and where another program has changed the file since it was opened or saved. The file then
-    /// stays as it is, unless only syncing the folder has failed: then the new file is in place.
+    /// stays as it is, unless only syncing the folder has failed: then the new file is in place. The error
+    /// says where the objects could not be saved; its failure reason tells why.
     bool save(const StoredObjects& objects, StoreError* error = nullptr);
 
   private:

@@ -154,7 +154,9 @@ TEST_F(SavedDataTest, a_failed_save_is_presented) {
     const FullDisk disk;
     modelled.saveAction(nullptr);
     ASSERT_EQ(presented.size(), 1U);
-    EXPECT_EQ(presented[0].localizedDescription, QStringLiteral("File too large"));
+    EXPECT_EQ(presented[0].localizedDescription,
+              QStringLiteral("The application's data could not be saved in \"%1\"").arg(storePath()));
+    EXPECT_EQ(presented[0].localizedFailureReason, QStringLiteral("File too large"));
     EXPECT_TRUE(modelled.managedObjectContext()->hasChanges());
 }
 
@@ -184,7 +186,9 @@ TEST_F(SavedDataTest, a_full_file_system_is_presented_and_leaves_the_earlier_fil
     EXPECT_EQ(after, before);
     EXPECT_EQ(left, QStringList({QStringLiteral("filler"), QStringLiteral("Tobrimax.storedata")}));
     ASSERT_EQ(presented.size(), 1U);
-    EXPECT_EQ(presented[0].localizedDescription, QStringLiteral("No space left on device"));
+    EXPECT_EQ(presented[0].localizedDescription,
+              QStringLiteral("The application's data could not be saved in \"%1\"").arg(storePath()));
+    EXPECT_EQ(presented[0].localizedFailureReason, QStringLiteral("No space left on device"));
 }
 #endif
 

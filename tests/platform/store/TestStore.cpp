@@ -181,6 +181,8 @@ TEST_F(StoreTest, what_another_program_has_written_meanwhile_stays) {
     write("<store format=\"7\"></store>");
     EXPECT_FALSE(context.save(&error));
     EXPECT_EQ(error.code, static_cast<qint64>(StoreErrorCode::NotWritable));
+    EXPECT_TRUE(error.localizedDescription.contains(path)) << "says what could not be saved, and where";
+    EXPECT_EQ(error.localizedFailureReason, QStringLiteral("Another program has changed the file."));
     EXPECT_EQ(read(), "<store format=\"7\"></store>");
     EXPECT_TRUE(context.hasChanges());
 }
@@ -318,7 +320,9 @@ TEST_F(StoreTest, a_save_that_fails_keeps_file_and_changes) {
     ASSERT_TRUE(QDir(folderPath).removeRecursively());
     EXPECT_FALSE(context.save(&error));
     EXPECT_EQ(error.code, static_cast<qint64>(StoreErrorCode::NotWritable));
-    EXPECT_EQ(error.localizedDescription, QStringLiteral("No such file or directory"));
+    EXPECT_EQ(error.localizedDescription,
+              QStringLiteral("The application's data could not be saved in \"%1\"").arg(path));
+    EXPECT_EQ(error.localizedFailureReason, QStringLiteral("No such file or directory"));
     EXPECT_TRUE(context.hasChanges());
     QDir(folder.path()).mkdir(QStringLiteral("data"));
     EXPECT_TRUE(context.save(&error));
