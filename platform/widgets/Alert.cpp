@@ -1,17 +1,22 @@
 #include "platform/widgets/Alert.h"
 
 #include "platform/services/Bundle.h"
+#include "platform/widgets/BackgroundMover.h"
 
 #include <QAbstractButton>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 
 #include <utility>
 
 Alert::Alert() {
-    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    // Some window managers put a minimise, a maximise and a close button on every title bar, whatever a
+    // window asks for.
+    setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
+    new BackgroundMover(*this);
     setAlertStyle(Style::Warning);
     // A message may hold a path. A path is not markup.
     setTextFormat(Qt::PlainText);
@@ -50,7 +55,9 @@ int Alert::returnCode() const {
     return result();
 }
 
-QAbstractButton* Alert::cancelButton() const {
+QAbstractButton* Alert::escapeButton() const {
+    if (m_buttons.size() == 1)
+        return m_buttons.front().first;
     for (const auto& [button, code] : m_buttons) {
         // A desktop may have marked a letter of the title with "&".
         const QString title = button->text().remove(QLatin1Char('&'));
@@ -91,13 +98,21 @@ void Alert::showEvent(QShowEvent* event) {
     QMessageBox::showEvent(event);
 }
 
+void Alert::paintEvent(QPaintEvent* event) {
+    QMessageBox::paintEvent(event);
+    // The line sets the alert off from the window behind it.
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Dark));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
 void Alert::keyPressEvent(QKeyEvent* event) {
     if (event->key() != Qt::Key_Escape && !event->matches(QKeySequence::Cancel)) {
         QMessageBox::keyPressEvent(event);
         return;
     }
-    if (QAbstractButton* cancel = cancelButton())
-        cancel->click();
+    if (QAbstractButton* pressed = escapeButton())
+        pressed->click();
 }
 
 void Alert::closeEvent(QCloseEvent* event) {

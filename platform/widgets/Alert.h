@@ -5,8 +5,9 @@
 #include <functional>
 
 /// A message that waits until one of its buttons is pressed. Return presses the first button. Escape presses
-/// the button "Cancel" (in English or in the current language), if there is one. Closing the alert in another
-/// way does nothing.
+/// the only button, or the button "Cancel" (in English or in the current language), if there is one. Closing
+/// the alert in another way does nothing; the alert has no title bar with buttons for that. Any part without
+/// a control moves it.
 class Alert : public QMessageBox {
     Q_OBJECT
 
@@ -36,12 +37,13 @@ class Alert : public QMessageBox {
 
   protected:
     void showEvent(QShowEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
   private:
     int returnCode() const;
-    QAbstractButton* cancelButton() const;
+    QAbstractButton* escapeButton() const;
 
     std::vector<std::pair<QAbstractButton*, int>> m_buttons;
 };

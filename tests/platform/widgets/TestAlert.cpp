@@ -58,14 +58,38 @@ TEST_F(AlertTest, escape_presses_a_button_named_cancel) {
     EXPECT_EQ(answer, 1001);
 }
 
-TEST_F(AlertTest, escape_and_closing_do_nothing_without_one) {
+TEST_F(AlertTest, escape_presses_an_only_button) {
     alert->addButtonWithTitle(QStringLiteral("Ok"));
+    show();
+    Events::key(alert, Qt::Key_Escape);
+    EXPECT_EQ(answer, 1000);
+}
+
+TEST_F(AlertTest, escape_and_closing_do_nothing_with_two_buttons_that_do_not_cancel) {
+    alert->addButtonWithTitle(QStringLiteral("YES"));
+    alert->addButtonWithTitle(QStringLiteral("NO"));
     show();
     Events::key(alert, Qt::Key_Escape);
     EXPECT_FALSE(alert->close());
     EXPECT_TRUE(alert->isVisible());
     EXPECT_FALSE(answer.has_value());
-    EXPECT_FALSE(alert->windowFlags().testFlag(Qt::WindowCloseButtonHint));
+}
+
+TEST_F(AlertTest, has_no_title_bar_with_buttons) {
+    alert->addButtonWithTitle(QStringLiteral("Ok"));
+    show();
+    const Qt::WindowFlags flags = alert->windowFlags();
+    EXPECT_TRUE(flags.testFlag(Qt::FramelessWindowHint));
+    for (const Qt::WindowType button :
+         {Qt::WindowMinimizeButtonHint, Qt::WindowMaximizeButtonHint, Qt::WindowCloseButtonHint})
+        EXPECT_FALSE(flags.testFlag(button));
+    EXPECT_EQ(alert->windowTitle(), QStringLiteral("A message")) << "the desktop's list shows it";
+    // A line takes the place of the frame.
+    const QImage shown = alert->grab().toImage();
+    const QColor line = alert->palette().color(QPalette::Dark);
+    for (const QPoint& edge : {QPoint(0, 0), QPoint(shown.width() - 1, 0), QPoint(0, shown.height() - 1),
+                               QPoint(shown.width() - 1, shown.height() - 1)})
+        EXPECT_EQ(shown.pixelColor(edge).rgb(), line.rgb());
 }
 
 TEST_F(AlertTest, a_button_may_have_a_code_of_its_own) {
