@@ -76,8 +76,11 @@ void AppDelegate::setupWindowStyle() {
                            Qt::WindowMinimizeButtonHint);
     if (styled->findChild<BackgroundMover*>() == nullptr)
         new BackgroundMover(*styled);
-    // A window manager draws the title bar opaque. Without a text it is as plain as possible.
-    styled->setWindowTitle({});
+    // A window manager draws the title bar opaque. Without a text it is as plain as possible. Qt shows the
+    // application's name in place of an empty title, so the title is a blank. A screen reader says the name.
+    if (!styled->windowTitle().trimmed().isEmpty())
+        styled->setAccessibleName(styled->windowTitle());
+    styled->setWindowTitle(QStringLiteral(" "));
     styled->setVisible(wasVisible);
     styled->activateWindow();
 }

@@ -3,7 +3,8 @@
 #include <QPointer>
 #include <QWidget>
 
-/// A window without frame or title bar. Its content is cut along rounded corners.
+/// A window without frame or title bar. Its content is cut along rounded corners. What lies outside of the
+/// corners belongs to the windows behind, also on a desktop that has no translucent windows.
 class ELGRoundWindow : public QWidget {
     Q_OBJECT
 

@@ -65,6 +65,34 @@ TEST(RoundWindow, cuts_its_content_with_everything_in_it_along_corners_of_20_poi
     inside->setParent(nullptr);
 }
 
+TEST(RoundWindow, leaves_its_corners_to_the_windows_behind_and_keeps_the_whole_edge) {
+    ELGRoundWindow window(QRect(0, 0, 200, 100));
+    std::unique_ptr<QWidget> view = colored(Qt::red);
+    window.setContentView(view.get());
+    window.show();
+    Events::settle();
+    for (const QSize& size : {QSize(200, 100), QSize(131, 77)}) {
+        window.resize(size);
+        Events::settle();
+        const QRegion mask = window.mask();
+        window.clearMask();
+        const QImage shown = grabbed(window, 1);
+        window.setMask(mask);
+        int cut = 0;
+        for (int y = 0; y < size.height(); ++y) {
+            for (int x = 0; x < size.width(); ++x) {
+                const bool isKept = mask.contains(QPoint(x, y));
+                EXPECT_TRUE(isKept || shown.pixelColor(x, y).alpha() == 0) << x << ' ' << y;
+                cut += isKept ? 0 : 1;
+            }
+        }
+        // Four corners of 20 × 20 points, each without the quarter of a circle: 343 points, less the edge.
+        EXPECT_GE(cut, 260);
+        EXPECT_LE(cut, 343);
+    }
+    view->setParent(nullptr);
+}
+
 TEST(RoundWindow, a_later_content_view_is_rounded_and_the_earlier_one_keeps_its_rounding) {
     ELGRoundWindow window(QRect(0, 0, 200, 100));
     std::unique_ptr<QWidget> first = colored(Qt::red);
