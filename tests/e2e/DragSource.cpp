@@ -1,5 +1,5 @@
-// A window in the upper left corner of the screen. Its files can be dragged from it. Usage: DragSource
-// FILE...
+// A window in the upper left corner of the screen. Its files or addresses can be dragged from it. It offers
+// to copy and to move them, or to move them alone. Usage: DragSource [--move] FILE-OR-ADDRESS...
 #include <QApplication>
 #include <QDrag>
 #include <QMimeData>
@@ -13,9 +13,11 @@ namespace {
 
 class Source final : public QWidget {
   public:
-    explicit Source(const QStringList& paths) {
-        for (const QString& path : paths)
-            m_urls << QUrl::fromLocalFile(path);
+    explicit Source(QStringList items) {
+        if (items.removeAll(QStringLiteral("--move")) > 0)
+            m_offered = Qt::MoveAction;
+        for (const QString& item : items)
+            m_urls << (item.contains(QStringLiteral("://")) ? QUrl(item) : QUrl::fromLocalFile(item));
         setWindowTitle(QStringLiteral("DragSource"));
         setWindowFlag(Qt::X11BypassWindowManagerHint);
         setGeometry(0, 0, 60, 60);
@@ -28,7 +30,7 @@ class Source final : public QWidget {
         // Qt deletes the drag later, because its data are asked for after exec has returned.
         auto* drag = new QDrag(this);
         drag->setMimeData(files);
-        const Qt::DropAction action = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
+        const Qt::DropAction action = drag->exec(m_offered, Qt::MoveAction);
         // Tells the test what the target has done.
         std::puts(action == Qt::CopyAction ? "copied" : action == Qt::IgnoreAction ? "ignored" : "other");
         std::fflush(stdout);
@@ -36,6 +38,7 @@ class Source final : public QWidget {
 
   private:
     QList<QUrl> m_urls;
+    Qt::DropActions m_offered = Qt::CopyAction | Qt::MoveAction;
 };
 
 } // namespace

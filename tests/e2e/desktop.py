@@ -59,9 +59,7 @@ class Desktop:
         for name in ("home", "runtime", "bin"):
             (self.folder / name).mkdir(mode=0o700)
         self.opened_file = self.folder / "opened"
-        recorder = self.folder / "bin" / "xdg-open"
-        recorder.write_text(f'#!/bin/sh\nprintf "%s\\n" "$1" >> "{self.opened_file}"\n')
-        recorder.chmod(0o755)
+        self.use_opener("exit 0")
         kept = {name: os.environ[name] for name in ("LANG", "TMPDIR", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")
                 if name in os.environ}
         home = self.folder / "home"
@@ -76,7 +74,7 @@ class Desktop:
         }
         self.environment["DISPLAY"] = self._start_display()
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus()
-        self._start_program("openbox", "--sm-disable", stderr=subprocess.DEVNULL)
+        self.start_program("openbox", "--sm-disable", stderr=subprocess.DEVNULL)
         wait_for(lambda: b"window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "the window manager")
         # This process reads the accessibility tree of this desktop.
         os.environ.update(self.environment)
@@ -85,13 +83,13 @@ class Desktop:
         self.atspi = Atspi
         Atspi.init()
 
-    def _start_program(self, *command, environment=None, **options):
+    def start_program(self, *command, environment=None, **options):
         process = subprocess.Popen(command, env=environment or self.environment, start_new_session=True, **options)
-        self._stack.callback(self._stop, process)
+        self._stack.callback(self.stop, process)
         return process
 
     @staticmethod
-    def _stop(process):
+    def stop(process):
         with contextlib.suppress(ProcessLookupError):
             os.killpg(process.pid, signal.SIGTERM)
         try:
@@ -104,14 +102,14 @@ class Desktop:
 
     def _start_display(self):
         reading, writing = os.pipe()
-        self._start_program("Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24", "-nolisten", "tcp", "-noreset",
+        self.start_program("Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24", "-nolisten", "tcp", "-noreset",
                             pass_fds=(writing,), stderr=subprocess.DEVNULL)
         os.close(writing)
         with os.fdopen(reading) as pipe:
             return f":{pipe.readline().strip()}"
 
     def _start_bus(self):
-        bus = self._start_program("dbus-daemon", "--session", "--nofork", "--print-address=1",
+        bus = self.start_program("dbus-daemon", "--session", "--nofork", "--print-address=1",
                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         return bus.stdout.readline().decode().strip()
 
@@ -124,7 +122,7 @@ class Desktop:
     def start_application(self, **environment):
         self._log = open(self.folder / "log", "ab")
         self._stack.callback(self._log.close)
-        self.application = self._start_program(PROGRAMS["tobrimax"], stderr=self._log,
+        self.application = self.start_program(PROGRAMS["tobrimax"], stderr=self._log,
                                                environment=self.environment | environment)
         self.window = self.wait_for_window("Tobrimax")
         return self.application
@@ -132,6 +130,17 @@ class Desktop:
     def application_log(self):
         log = self.folder / "log"
         return log.read_text() if log.exists() else ""
+
+    def use_opener(self, ending):
+        """Has the desktop open addresses with a program that notes them and then does `ending`, a line of shell."""
+        opener = self.folder / "bin" / "xdg-open"
+        opener.write_text(f'#!/bin/sh\necho $$ > "{self.folder}/opener"\n'
+                          f'printf "%s\\n" "$1" >> "{self.opened_file}"\n{ending}\n')
+        opener.chmod(0o755)
+
+    def opener_process(self):
+        """The number of the process that has opened the last address."""
+        return int((self.folder / "opener").read_text())
 
     def opened(self):
         return self.opened_file.read_text().split("\n")[:-1] if self.opened_file.exists() else []
@@ -222,9 +231,9 @@ class Desktop:
 
     # Dragging
 
-    def drag_onto_well(self, *paths, screenshot=None):
-        """Drags the files from a window of another process onto the image well, with the mouse."""
-        source = self._start_program(PROGRAMS["drag_source"], *map(str, paths), stdout=subprocess.PIPE)
+    def drag_over_well(self, *paths):
+        """Drags the files from a window of another process over the image well, with the mouse. Returns the process."""
+        source = self.start_program(PROGRAMS["drag_source"], *map(str, paths), stdout=subprocess.PIPE)
         wait_for(lambda: self.windows("DragSource"), "the source of the drag")
         target = self.well()
         self.run("xdotool", "mousemove", "30", "30", "mousedown", "1")
@@ -234,11 +243,16 @@ class Desktop:
                      str(30 + (target[1] - 30) * i // steps))
             time.sleep(0.03)
         time.sleep(0.3)
+        return source
+
+    def drag_onto_well(self, *paths, screenshot=None):
+        """Drags the files onto the image well. Returns what the source was answered."""
+        source = self.drag_over_well(*paths)
         if screenshot is not None:
             self.screenshot(screenshot)
         self.run("xdotool", "mouseup", "1")
         answer = source.stdout.readline().decode().strip()
         # The source serves the data after the mouse button is released.
         time.sleep(0.5)
-        self._stop(source)
+        self.stop(source)
         return answer

@@ -1,11 +1,13 @@
 """Uses the built application as a person does: with mouse, keyboard and a real drag from another process.
 
-usage: test_application.py TOBRIMAX TOBRIMAX_CLI DRAG_SOURCE SAMPLE ARTEFACTS [TEST…]
+usage: test_application.py TOBRIMAX TOBRIMAX_CLI DRAG_SOURCE PLAIN_WINDOW SAMPLE ARTEFACTS [TEST…]
 """
 
 import filecmp
+import os
 import pathlib
 import re
+import signal
 import struct
 import subprocess
 import sys
@@ -145,8 +147,12 @@ class ApplicationTest(unittest.TestCase):
             buttons = [element.get_name() for element in desktop.elements("push button")]
             self.assertIn("Ok", buttons)
             desktop.screenshot("6-alert")
-            # Closing the sheet and Escape do nothing. The sheet's window is blocked.
-            desktop.key("alt+F4", "Escape")
+            # No window manager puts buttons on the sheet.
+            alert = desktop.windows("Icon File Error")[-1]
+            extents = desktop.run("xprop", "-id", alert, "_NET_FRAME_EXTENTS").decode().split("=")[-1]
+            self.assertLessEqual(max(map(int, extents.split(","))), 2, "no title bar")
+            # Closing the sheet does nothing. The sheet's window is blocked.
+            desktop.key("alt+F4")
             desktop.run("xdotool", "mousemove", *map(str, desktop.well()), "click", "1")
             time.sleep(1)
             self.assertTrue(desktop.windows("Icon File Error"))
@@ -156,9 +162,38 @@ class ApplicationTest(unittest.TestCase):
             desktop.wait_until_gone("Icon File Error")
             wait_for(lambda: "closing Window Class Alert" in desktop.application_log(), "the log line")
             self.assertEqual(desktop.application_log().count("closing Window Class Alert"), 1)
+            # Escape presses the only button too.
+            desktop.wait_for_window("Tobrimax")
+            desktop.key("alt+g")
+            desktop.wait_for_window("Icon File Error")
+            desktop.key("Escape")
+            desktop.wait_until_gone("Icon File Error")
             desktop.wait_for_window("Tobrimax")
             self.assertEqual(desktop.opened(), [])
             self.close_and_expect_status_0(desktop)
+
+    def test_the_well_lights_up_for_a_file_that_can_be_copied(self):
+        with Desktop(self.artefacts()) as desktop:
+            desktop.start_application()
+            well = wait_for(lambda: next((element for element in desktop.elements("push button")
+                                          if "Drop a picture" in (element.get_description() or "")), None), "the well")
+            x, y, width, height = desktop.extents(well)
+            at = (x + 20, y + height - 20)
+            unlit = desktop.color(*at)
+            for dragged in (("--move", SAMPLE), ("http://localhost/a.png",)):
+                source = desktop.drag_over_well(*dragged)
+                self.assertEqual(desktop.color(*at), unlit, dragged)
+                desktop.run("xdotool", "mousemove", "30", "30", "mouseup", "1")
+                desktop.stop(source)
+            source = desktop.drag_over_well(SAMPLE)
+            wait_for(lambda: desktop.color(*at) != unlit, "the highlight")
+            time.sleep(1.5)
+            self.assertNotEqual(desktop.color(*at), unlit, "lit while the drag rests")
+            desktop.screenshot("lit")
+            # A source that dies sends nothing more, and the mouse does not move.
+            source.kill()
+            wait_for(lambda: desktop.color(*at) == unlit, "the highlight to go out", 5)
+            desktop.run("xdotool", "mouseup", "1")
 
     def test_a_display_of_scale_2_changes_no_pixel_size(self):
         with Desktop(self.artefacts(), scale=2) as desktop:
@@ -248,6 +283,39 @@ class ApplicationTest(unittest.TestCase):
             self.quit(desktop)
             self.assertEqual(self.settings(desktop), {"appOpenedCount": "0", "appVersion": build})
 
+    def test_a_store_page_that_does_not_open_is_asked_for_again(self):
+        with Desktop(self.artefacts()) as desktop:
+            desktop.use_opener("exit 3")
+            self.launch_until_asked(desktop)
+            desktop.key("Return")  # YES
+            desktop.wait_until_gone("Rate Us")
+            wait_for(desktop.opened, "the store page")
+            time.sleep(0.5)
+            self.quit(desktop)
+            self.assertEqual(self.settings(desktop), {"appOpenedCount": "0"})
+
+    def test_quitting_does_not_end_what_opens_the_store_page(self):
+        with Desktop(self.artefacts()) as desktop:
+            desktop.use_opener("exec sleep 60")
+            self.launch_until_asked(desktop)
+            desktop.key("Return")  # YES
+            desktop.wait_until_gone("Rate Us")
+            wait_for(desktop.opened, "the store page")
+            self.quit(desktop)
+            self.assertIn("appVersion", self.settings(desktop))
+            os.kill(desktop.opener_process(), signal.SIGKILL)  # it is still there
+
+    def test_the_plain_window_has_a_name_but_no_title(self):
+        with Desktop(self.artefacts()) as desktop:
+            window = desktop.start_program(PROGRAMS["plain_window"])
+            frame = wait_for(lambda: desktop.element("Tobrimax", "frame"), "the window")
+            self.assertTrue(desktop.extents(frame)[2] > 100)
+            ids = wait_for(lambda: desktop.run("xdotool", "search", "--onlyvisible", "--pid", str(window.pid)).decode().split(),
+                           "the window")
+            titles = [desktop.run("xprop", "-id", identifier, "_NET_WM_NAME", "WM_NAME").decode() for identifier in ids]
+            self.assertNotIn("Tobrimax", "".join(titles))
+            desktop.screenshot("plain")
+
     def open_promotion(self, desktop):
         desktop.key("alt+h")
         desktop.key("m")
@@ -274,8 +342,12 @@ class ApplicationTest(unittest.TestCase):
             desktop.key("alt+o")
             wait_for(desktop.opened, "its store page")
             self.assertTrue(desktop.opened()[0].startswith("macappstore://"))
+            # Its corners show what is behind it: there is no compositing manager here.
+            corners = [(x + 1, y + 1), (x + width - 2, y + 1), (x + 1, y + height - 2), (x + width - 2, y + height - 2)]
+            colors = [desktop.color(*corner) for corner in corners]
             desktop.key("Escape")
             desktop.wait_until_gone("More from Varnholt")
+            wait_for(lambda: [desktop.color(*corner) for corner in corners] == colors, "the same colours")
             self.assertIsNone(desktop.application.poll())
             self.assertNotIn("closing Window", desktop.application_log())
             self.open_promotion(desktop)
@@ -300,6 +372,6 @@ class ApplicationTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    PROGRAMS["tobrimax"], PROGRAMS["tobrimax-cli"], PROGRAMS["drag_source"] = sys.argv[1:4]
-    SAMPLE, ARTEFACTS = (pathlib.Path(argument) for argument in sys.argv[4:6])
-    unittest.main(argv=sys.argv[:1] + sys.argv[6:], verbosity=2)
+    PROGRAMS.update(zip(("tobrimax", "tobrimax-cli", "drag_source", "plain_window"), sys.argv[1:5]))
+    SAMPLE, ARTEFACTS = (pathlib.Path(argument) for argument in sys.argv[5:7])
+    unittest.main(argv=sys.argv[:1] + sys.argv[7:], verbosity=2)
