@@ -34,7 +34,6 @@ class GraphicsContext {
     // Each operation may fail with OutOfMemory. Half a picture is of no use, so the context is not used any
     // further then.
 
-
     /// The filter that resamples the pictures drawn from now on.
     ResampleFilter imageInterpolation() const { return m_imageInterpolation; }
     void setImageInterpolation(ResampleFilter filter) { m_imageInterpolation = filter; }

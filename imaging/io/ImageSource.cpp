@@ -121,8 +121,7 @@ Result<LoadedPicture> loadBitmap(const PictureFormatRow& format, const QByteArra
         return decoded.error();
     const QSize size = decoded->wholeSize.isEmpty() ? decoded->raster.size() : decoded->wholeSize;
     LoadedPicture picture{Image(size), false, std::move(decoded->warnings)};
-    Result<QImage> largest =
-        reduced(std::move(decoded->raster), ReducedCopies::largestNeeded(size, renders));
+    Result<QImage> largest = reduced(std::move(decoded->raster), ReducedCopies::largestNeeded(size, renders));
     if (!largest)
         return largest.error();
     picture.image.addRepresentation(std::make_shared<BitmapImageRep>(*largest));

@@ -200,8 +200,7 @@ Result<Done> SvgDocument::draw(QImage& target, const QRectF& viewport) const {
     const gboolean isDrawn = rsvg().renderDocument(m_handle->handle, cairo.get(), &page, &rawError);
     // librsvg has one code for all errors.
     const bool isMemoryShort =
-        isDrawn == FALSE &&
-        (memory.wasSeen() || rsvg().contextStatus(cairo.get()) == CAIRO_STATUS_NO_MEMORY);
+        isDrawn == FALSE && (memory.wasSeen() || rsvg().contextStatus(cairo.get()) == CAIRO_STATUS_NO_MEMORY);
     const GErrorPointer error(rawError);
     rsvg().finishSurface(surface.get());
     if (isMemoryShort)

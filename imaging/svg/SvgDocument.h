@@ -14,8 +14,8 @@
 /// links to other files are left out. A document that SvgGuard refuses is not drawn at all.
 class SvgDocument final : public ImageRep {
   public:
-    /// Reads an SVG document, plain or compressed with gzip. Fails where SvgGuard refuses it; Damaged where it
-    /// is empty or can't be drawn, Unsupported where librsvg is missing, OutOfMemory.
+    /// Reads an SVG document, plain or compressed with gzip. Fails where SvgGuard refuses it; Damaged where
+    /// it is empty or can't be drawn, Unsupported where librsvg is missing, OutOfMemory.
     static Result<std::shared_ptr<const SvgDocument>> fromBytes(const QByteArray& bytes);
 
     /// The document's own size in CSS pixels: its width and height, or else those of its view box, or else

@@ -51,8 +51,7 @@ TEST_F(WriteFailures, an_older_file_stays_whole_where_the_new_one_fails) {
 TEST_F(WriteFailures, a_folder_in_the_place_of_an_icon_fails_that_icon_alone) {
     ASSERT_TRUE(QDir().mkpath(out() + u"/iphone/AppIcon.appiconset/Icon-App-29x29@2x.png"_s));
     const ProcessResult result = generate(sample(u"svg"_s), {u"--platform"_s, u"iphone"_s});
-    expectOneError(result, u"iphone/AppIcon.appiconset/Icon-App-29x29@2x.png: "_s +
-                               systemSentence(EISDIR));
+    expectOneError(result, u"iphone/AppIcon.appiconset/Icon-App-29x29@2x.png: "_s + systemSentence(EISDIR));
     EXPECT_EQ(tree().size(), 9U);
     EXPECT_TRUE(QFileInfo(out() + u"/iphone/AppIcon.appiconset/Icon-App-29x29@2x.png"_s).isDir());
     EXPECT_TRUE(result.output.contains("8 files"));

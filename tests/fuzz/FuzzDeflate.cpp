@@ -35,20 +35,22 @@ Bytes told(const std::uint8_t* data, std::size_t size) {
 
 QByteArray inParts(const Bytes& bytes, std::size_t part) {
     QByteArray stream;
-    Deflate::RunStream runs(stream, bytes.size(), part);
+    const Result<std::unique_ptr<Deflate::RunStream>> runs =
+        Deflate::RunStream::create(stream, bytes.size(), part);
+    require(runs.operator bool());
     for (std::size_t at = 0; at < bytes.size(); at += part) {
         const std::size_t size = std::min(part, bytes.size() - at);
-        std::copy_n(bytes.data() + at, size, runs.nextPart());
-        runs.addPart(size);
+        std::copy_n(bytes.data() + at, size, (*runs)->nextPart());
+        require((*runs)->addPart(size).operator bool());
     }
-    runs.finish();
+    require((*runs)->finish().operator bool());
     return stream;
 }
 
 void check(const Bytes& bytes, std::size_t part) {
     QByteArray stream;
-    require(Deflate::append(stream, bytes, Deflate::Method::Runs));
-    require(static_cast<std::size_t>(stream.size()) == Deflate::length(bytes, Deflate::Method::Runs));
+    require(Deflate::append(stream, bytes, Deflate::Method::Runs).operator bool());
+    require(static_cast<std::size_t>(stream.size()) == *Deflate::length(bytes, Deflate::Method::Runs));
     require(inParts(bytes, part) == stream);
     const std::unique_ptr<libdeflate_decompressor, void (*)(libdeflate_decompressor*)> decompressor(
         libdeflate_alloc_decompressor(), libdeflate_free_decompressor);

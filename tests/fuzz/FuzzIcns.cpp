@@ -14,7 +14,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!reader)
         return 0;
     require(inspection->elements.size() == reader->elements().size());
-    for (const IcnsElement& element : reader->pictureElements()) {
+    const Result<std::vector<IcnsElement>> elements = reader->pictureElements();
+    require(elements.operator bool());
+    for (const IcnsElement& element : *elements) {
         const Result<DecodedPicture> picture = reader->picture(element);
         require(!picture || !picture->raster.isNull());
         const Result<QImage> samples = reader->samples(element);

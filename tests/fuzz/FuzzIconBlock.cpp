@@ -15,8 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QByteArray value = bytes.right(qFromBigEndian<quint16>(data + 4));
     for (const QByteArray& before : {QByteArray(), bytes}) {
         QByteArray block = before;
-        const auto status = IconFamilyBlock::setIconFamilyData(block, type, value);
-        if (status != IconFamilyBlock::Status::NoError) {
+        if (!IconFamilyBlock::setIconFamilyData(block, type, value)) {
             require(block == before);
             continue;
         }
@@ -35,8 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             isReplaced = isReplaced || isFirst;
             require(after->elements()[i].data == (isFirst ? QByteArrayView(value) : element.data));
         }
-        const std::optional<QByteArray> fetched = IconFamilyBlock::getIconFamilyData(block, type);
-        require(icnsElementType(type) != nullptr || fetched == value);
+        const Result<QByteArray> fetched = IconFamilyBlock::getIconFamilyData(block, type);
+        require(icnsElementType(type) != nullptr || (fetched && *fetched == value));
     }
     return 0;
 }

@@ -28,7 +28,7 @@ void requireSameCopies(const QByteArray& bytes) {
             continue;
         require(std::ranges::any_of(all, [&](const auto& other) {
             const auto* bitmap = dynamic_cast<const BitmapImageRep*>(other.get());
-            return bitmap != nullptr && bitmap->raster() == copy->raster();
+            return bitmap != nullptr && *bitmap->raster() == *copy->raster();
         }));
     }
 }

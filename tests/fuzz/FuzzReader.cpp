@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     const QImage& raster = picture->raster;
-    require(!PictureReader::refusedSize(raster.width(), raster.height()));
+    require(PictureReader::checkSize(raster.width(), raster.height()).operator bool());
     require(raster.format() == QImage::Format_RGBA8888_Premultiplied);
     // No colour exceeds its alpha.
     for (int y = 0; y < raster.height(); ++y) {

@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     require((*document)->size().width() > 0 && (*document)->size().height() > 0);
     constexpr int side = 20;
-    const QImage icon = (*document)->rendered({0, 0, side, side}, {0, 0, side, side});
-    require(icon.isNull() || icon.size() == QSize(side, side));
+    const Result<QImage> icon = (*document)->rendered({0, 0, side, side}, {0, 0, side, side});
+    require(!icon || icon->size() == QSize(side, side));
     return 0;
 }
