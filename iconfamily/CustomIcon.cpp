@@ -81,16 +81,15 @@ Result<Done> addToFork(const IconFamily& family, const QString& path, bool withC
     if (!file)
         return file.error();
     ResourceFork& fork = (*file)->fork();
-    if (const Result<Done> removed = removeIcon(fork, path); !removed)
+    if (Result<Done> removed = removeIcon(fork, path); !removed)
         return removed;
-    const Result<Done> added =
-        fork.addResource({familyResource, customIconNumber, QByteArray(), 0, family.data()});
+    Result<Done> added = fork.addResource({familyResource, customIconNumber, QByteArray(), 0, family.data()});
     if (!added)
         return added;
     if (withCompatibility) {
         for (const FourCharCode type : compatibilityTypes) {
             // An element that is missing is passed over.
-            const Result<Done> done = family.addElement(type, customIconNumber);
+            Result<Done> done = family.addElement(type, customIconNumber);
             if (!done && done.error().code == ErrorCode::OutOfMemory)
                 return done;
         }
@@ -125,9 +124,9 @@ Result<Done> setOnFile(ForkStore& store, const IconFamily& family, const QString
     const Result<QString> file = fileWithFork(store, path, parent->path);
     if (!file)
         return file.error();
-    if (const Result<Done> added = addToFork(family, *file, withCompatibility); !added)
+    if (Result<Done> added = addToFork(family, *file, withCompatibility); !added)
         return added;
-    if (const Result<Done> marked = markCustomIcon(store, *file); !marked)
+    if (Result<Done> marked = markCustomIcon(store, *file); !marked)
         return marked;
     if (date)
         static_cast<void>(store.setModificationDate(*file, *date));
@@ -151,7 +150,7 @@ Result<Done> removeIconFile(ForkStore& store, const QString& iconPath) {
 Result<Done> setOnFolder(ForkStore& store, const IconFamily& family, const QString& folder,
                          bool withCompatibility) {
     const QString iconPath = appendingPathComponent(folder, iconFileName);
-    if (const Result<Done> removed = store.removeRemains(iconPath); !removed)
+    if (Result<Done> removed = store.removeRemains(iconPath); !removed)
         return removed;
     const Result<FSRef> icon = reference(iconPath, true);
     if (!icon)
@@ -162,14 +161,14 @@ Result<Done> setOnFolder(ForkStore& store, const IconFamily& family, const QStri
     info->setType("icon");
     info->setCreator("MACS");
     info->setFlags(FinderInfo::isInvisible);
-    if (const Result<Done> set = store.setFinderInfo(icon->path, *info); !set)
+    if (Result<Done> set = store.setFinderInfo(icon->path, *info); !set)
         return set;
     // The file is there: that its fork can't be the first thing made of it is expected.
     if (const Result<ForkStore::Created> created = store.createResourceFork(icon->path, *info); !created)
         return created.error();
-    if (const Result<Done> added = addToFork(family, icon->path, withCompatibility); !added)
+    if (Result<Done> added = addToFork(family, icon->path, withCompatibility); !added)
         return added;
-    if (const Result<Done> marked = markCustomIcon(store, folder); !marked)
+    if (Result<Done> marked = markCustomIcon(store, folder); !marked)
         return marked;
     return store.notifyChanged(folder);
 }
@@ -181,11 +180,11 @@ Result<Done> removeFromFile(ForkStore& store, const QString& path) {
     const Result<std::unique_ptr<ResourceFile>> file = ResourceFile::open(*item);
     if (!file)
         return file.error();
-    if (const Result<Done> removed = removeIcon((*file)->fork(), *item); !removed)
+    if (Result<Done> removed = removeIcon((*file)->fork(), *item); !removed)
         return removed;
-    if (const Result<Done> closed = (*file)->close(); !closed)
+    if (Result<Done> closed = (*file)->close(); !closed)
         return closed;
-    if (const Result<Done> unmarked = unmarkCustomIcon(store, *item); !unmarked)
+    if (Result<Done> unmarked = unmarkCustomIcon(store, *item); !unmarked)
         return unmarked;
     return store.notifyChanged(deletingLastPathComponent(*item));
 }
@@ -195,7 +194,7 @@ Result<Done> unmarkFolder(ForkStore& store, const QString& path) {
     const Result<FSRef> folder = reference(path, false);
     if (!folder)
         return folder.error().code == ErrorCode::OutOfMemory ? Result<Done>(folder.error()) : Done{};
-    if (const Result<Done> unmarked = unmarkCustomIcon(store, folder->path); !unmarked)
+    if (Result<Done> unmarked = unmarkCustomIcon(store, folder->path); !unmarked)
         return unmarked;
     return store.notifyChanged(folder->path);
 }

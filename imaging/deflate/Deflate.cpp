@@ -53,7 +53,7 @@ Result<Done> appendRuns(QByteArray& stream, std::span<const std::uint8_t> bytes)
     while (!bytes.empty()) {
         const std::span<const std::uint8_t> part = bytes.first(std::min(bytes.size(), largestPart));
         std::ranges::copy(part, (*runs)->nextPart());
-        if (const Result<Done> added = (*runs)->addPart(part.size()); !added)
+        if (Result<Done> added = (*runs)->addPart(part.size()); !added)
             return added;
         bytes = bytes.subspan(part.size());
     }

@@ -187,7 +187,7 @@ Result<Done> GraphicsContext::drawImage(const Image& image, const QRectF& rect) 
     const bool clipDecides = m_clip && rect.contains(m_clipBounds);
     const bool cutsPixels = !clipDecides && !device.isWhole();
     if (cutsPixels || m_clip) {
-        if (const Result<Done> own = makeOwn(*layer); !own)
+        if (Result<Done> own = makeOwn(*layer); !own)
             return own;
     }
     if (cutsPixels)
@@ -198,7 +198,7 @@ Result<Done> GraphicsContext::drawImage(const Image& image, const QRectF& rect) 
         m_raster = std::move(*layer); // source over an empty raster
         return Done{};
     }
-    if (const Result<Done> made = makeRaster(); !made)
+    if (Result<Done> made = makeRaster(); !made)
         return made;
     compositeOver(*layer, device.x.begin, device.y.begin);
     return Done{};
@@ -207,7 +207,7 @@ Result<Done> GraphicsContext::drawImage(const Image& image, const QRectF& rect) 
 Result<Done> GraphicsContext::stroke(const Path& path, const Color& color) {
     if (!(path.lineWidth() > 0) || !(color.alpha > 0))
         return Done{};
-    if (const Result<Done> made = makeRaster(); !made)
+    if (Result<Done> made = makeRaster(); !made)
         return made;
     // The stroke of a convex outline lies between two outlines: half the line width outside of it, and half
     // the line width inside.

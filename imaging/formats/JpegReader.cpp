@@ -111,7 +111,7 @@ class JpegDecoder {
     }
 
     Result<Done> readPixels() {
-        if (const Result<Done> read = readMarkers(); !read)
+        if (Result<Done> read = readMarkers(); !read)
             return read;
         SampleLayout layout;
         switch (m_jpeg.jpeg_color_space) {
@@ -133,8 +133,7 @@ class JpegDecoder {
             layout = {SampleLayout::Colors::RGB, SampleLayout::Alpha::Full, 8, false};
             break;
         }
-        if (const Result<Done> begun = m_picture.begin(m_jpeg.image_width, m_jpeg.image_height, layout);
-            !begun)
+        if (Result<Done> begun = m_picture.begin(m_jpeg.image_width, m_jpeg.image_height, layout); !begun)
             return begun;
         jpeg_start_decompress(&m_jpeg);
         const bool isInPlace = m_picture.isInPlace();

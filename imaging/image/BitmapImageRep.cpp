@@ -134,7 +134,7 @@ Result<QImage> BitmapImageRep::raster() const {
 }
 
 Result<QImage> BitmapImageRep::rendered(AxisMapping x, AxisMapping y) const {
-    const Result<QImage> source = raster();
+    Result<QImage> source = raster();
     if (!source)
         return source;
     x.sourceLength = source->width();

@@ -10,7 +10,7 @@ void PictureBuilder::setProfile(const EmbeddedProfile& embedded) {
 }
 
 Result<Done> PictureBuilder::begin(qint64 width, qint64 height, const SampleLayout& layout) {
-    if (const Result<Done> allowed = PictureReader::checkSize(width, height); !allowed)
+    if (Result<Done> allowed = PictureReader::checkSize(width, height); !allowed)
         return allowed;
     m_size = QSize(static_cast<int>(width), static_cast<int>(height));
     const bool isUpright = PictureReader::isUpright(m_orientation);

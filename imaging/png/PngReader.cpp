@@ -128,7 +128,7 @@ class PngDecoder {
         const int colorType = png_get_color_type(m_png, m_info);
         const bool isWide = png_get_bit_depth(m_png, m_info) == 16;
         const bool isGrey = (colorType & PNG_COLOR_MASK_COLOR) == 0;
-        if (const Result<Done> read = readProfile(isGrey); !read)
+        if (Result<Done> read = readProfile(isGrey); !read)
             return read;
         const bool staysGrey = isGrey && m_picture.profile();
         png_set_expand(m_png);
@@ -143,7 +143,7 @@ class PngDecoder {
         const SampleLayout layout{staysGrey ? SampleLayout::Colors::Grey : SampleLayout::Colors::RGB,
                                   SampleLayout::Alpha::Straight, isWide ? 16 : 8, false};
         readOrientation();
-        if (const Result<Done> begun = m_picture.begin(m_width, m_height, layout); !begun)
+        if (Result<Done> begun = m_picture.begin(m_width, m_height, layout); !begun)
             return begun;
         const std::size_t rowBytes = png_get_rowbytes(m_png, m_info);
         if (passes == 1)

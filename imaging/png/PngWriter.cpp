@@ -56,7 +56,7 @@ Result<Done> appendInParts(QByteArray& png, const FilteredRows& rows, int height
                 sequence.next((*stream)->nextPart() + rows.size(i));
         }
         const StageTimes::Timer timer(Stage::Compress);
-        if (const Result<Done> added = (*stream)->addPart(rows.size(count)); !added)
+        if (Result<Done> added = (*stream)->addPart(rows.size(count)); !added)
             return added;
     }
     const StageTimes::Timer timer(Stage::Compress);
@@ -80,9 +80,9 @@ Result<Done> appendPixels(QByteArray& png, const QImage& raster, const PngOption
     if (!choice)
         return choice.error();
     const qsizetype start = beginChunk(png, PngHeader::pixelsType);
-    const Result<Done> appended = choice->method == Deflate::Method::Runs
-                                      ? appendInParts(png, rows, raster.height(), *choice)
-                                      : appendAtOnce(png, rows, *choice);
+    Result<Done> appended = choice->method == Deflate::Method::Runs
+                                ? appendInParts(png, rows, raster.height(), *choice)
+                                : appendAtOnce(png, rows, *choice);
     if (!appended)
         return appended;
     if (png.size() - start <= maximumChunk) {

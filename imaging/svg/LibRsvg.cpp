@@ -68,7 +68,7 @@ Result<LibRsvg> resolved() {
 } // namespace
 
 const Result<LibRsvg>& LibRsvg::loaded() {
-    static const Result<LibRsvg> library = [] {
+    static Result<LibRsvg> library = [] {
         Result<LibRsvg> found = resolved();
         // GLib lets a process set a writer only once.
         if (found) {
