@@ -99,7 +99,7 @@ Result<Done> addToFork(const IconFamily& family, const QString& path, bool withC
 
 /// The folder that a path's item stands in. A relative path is one below the current folder.
 QString folderOf(const QString& path) {
-    const QString folder = deletingLastPathComponent(path);
+    QString folder = deletingLastPathComponent(path);
     if (path.startsWith(u'/'))
         return folder;
     return folder.isEmpty() ? QDir::currentPath() : appendingPathComponent(QDir::currentPath(), folder);
