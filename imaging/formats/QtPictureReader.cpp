@@ -91,6 +91,24 @@ struct QtPicture {
     bool ranShort = false;
 };
 
+/// Qt's limit while a picture is read, in MiB.
+constexpr int qtLimit = 4096;
+
+/// Whether the user's own limit for Qt's readers, an environment variable above `qtLimit`, allows a picture
+/// of four bytes a pixel.
+Result<Done> checkUsersLimit(const PixelSize& size) {
+    const int mebibytes = QImageReader::allocationLimit();
+    constexpr qint64 mebibyte = 1 << 20;
+    if (mebibytes == qtLimit || mebibytes == 0 || size.width * size.height * 4 <= mebibytes * mebibyte)
+        return Done{};
+    return Error{ErrorCode::TooLarge,
+                 QStringLiteral("the picture has %1 × %2 pixels, for which the %3 MiB of the environment "
+                                "variable QT_IMAGEIO_MAXALLOC are too few")
+                     .arg(size.width)
+                     .arg(size.height)
+                     .arg(mebibytes)};
+}
+
 Error unreadableHeader(const QString& name) {
     return PictureReader::damaged(name, QStringLiteral("its header can't be read"));
 }
@@ -105,8 +123,9 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
         return allowed.error();
     // Behind the limit above Qt's own is only a backstop. It is for the whole process: what Qt itself reads,
     // as from the clipboard, keeps the lower one.
-    qunsetenv("QT_IMAGEIO_MAXALLOC"); // it would stand above the next line
-    const QtAllocationLimit limit(4096);
+    const QtAllocationLimit limit(qtLimit);
+    if (const Result<Done> allowed = checkUsersLimit(*size); !allowed)
+        return allowed.error();
     WatchedDevice device(bytes);
     QImageReader reader(&device, format);
     reader.setAutoDetectImageFormat(false);
