@@ -27,7 +27,7 @@ QSize IconContainer::largestSize(int scale) {
 }
 
 Result<IconContainer::Written> IconContainer::write(const Image& image, const IconRenderer& renderer,
-                                                    const QString& path) {
+                                                    const QString& path, PngStore* pngs) {
     std::vector<QImage> rasters;
     for (const QSizeF& size : renders()) {
         const Result<Image> render = renderer.rendered(image, size);
@@ -45,7 +45,8 @@ Result<IconContainer::Written> IconContainer::write(const Image& image, const Ic
     if (!destination)
         return destination.error();
     for (QImage& raster : rasters) {
-        if (const Result<Done> added = destination->addImage(std::exchange(raster, {})); !added)
+        if (const Result<Done> added = destination->addImage(std::exchange(raster, {}), {.pngs = pngs});
+            !added)
             return added.error();
     }
     if (const Result<Done> written = destination->finalize(); !written)

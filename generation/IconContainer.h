@@ -2,6 +2,7 @@
 
 #include "base/Result.h"
 #include "generation/IconRenderer.h"
+#include "imaging/png/PngStore.h"
 
 #include <array>
 #include <vector>
@@ -25,7 +26,8 @@ struct Written {
 };
 
 /// Renders `image` in these sizes and writes what the container has elements for to the file at `path`,
-/// whole or not at all.
-Result<Written> write(const Image& image, const IconRenderer& renderer, const QString& path);
+/// whole or not at all. PNG files of its pictures come from `pngs` if there is one.
+Result<Written> write(const Image& image, const IconRenderer& renderer, const QString& path,
+                      PngStore* pngs = nullptr);
 
 } // namespace IconContainer

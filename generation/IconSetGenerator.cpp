@@ -12,7 +12,7 @@ IconSetGenerator::IconSetGenerator(const GenerationInput& input, const Surroundi
     : m_input(input),
       m_surroundings(surroundings),
       m_renderer(input, surroundings.screen),
-      m_writer(input, m_renderer, surroundings.observer) {}
+      m_writer(input, m_renderer, m_pngs, surroundings.observer) {}
 
 QString IconSetGenerator::appiconsetPathString(const QString& idiom) const {
     return OutputFolder::appiconsetPathString(m_input.outputPathString(), idiom);
@@ -30,6 +30,7 @@ void IconSetGenerator::generateIconsWithImage(const Image& image,
         if (loaded.error().code == ErrorCode::Malformed)
             return;
     }
+    const PngStore::Keeping keeping(m_pngs);
     // Without an array to read there are no entries, but everything else goes on.
     const IconSizeCatalogue catalogue = loaded ? *loaded : IconSizeCatalogue();
     logLine(QStringLiteral("output url %1").arg(fileUrlText(m_input.outputPathString())));
@@ -57,7 +58,7 @@ void IconSetGenerator::writeContainer(const Image& image, const QString& idiom) 
         tellFailure(OutputFolder::containerBeside(folder), path.error());
         return;
     }
-    const Result<IconContainer::Written> written = IconContainer::write(image, m_renderer, *path);
+    const Result<IconContainer::Written> written = IconContainer::write(image, m_renderer, *path, &m_pngs);
     if (!written)
         tellFailure(*path, written.error());
     else if (m_surroundings.observer != nullptr)

@@ -5,6 +5,7 @@
 #include "generation/IconRenderer.h"
 #include "generation/IconSizeCatalogue.h"
 #include "generation/IconWriter.h"
+#include "imaging/png/PngStore.h"
 #include "platform/services/Screen.h"
 #include "platform/services/Workspace.h"
 
@@ -47,5 +48,6 @@ class IconSetGenerator {
     const GenerationInput& m_input;
     Surroundings m_surroundings;
     IconRenderer m_renderer;
+    mutable PngStore m_pngs; ///< of the generation under way
     IconWriter m_writer;
 };

@@ -28,22 +28,23 @@ Result<std::unique_ptr<BitmapImageRep>> throughTiff(Image render) {
     return imageRepWithData(*tiff);
 }
 
-Result<EncodedIcon> encoded(Image render) {
+Result<EncodedIcon> encoded(Image render, PngStore& pngs) {
     const Result<std::unique_ptr<BitmapImageRep>> bitmap = throughTiff(std::move(render));
     if (!bitmap)
         return bitmap.error();
-    Result<QByteArray> png = representationUsingType(**bitmap, BitmapFileType::PNG);
+    Result<QByteArray> png = representationUsingType(**bitmap, BitmapFileType::PNG, &pngs);
     if (!png)
         return png.error();
     return EncodedIcon{std::move(*png), (*bitmap)->pixelSize()};
 }
 
 /// The icon of `size` points. Why there is none, in the words for an icon.
-Result<EncodedIcon> made(const IconRenderer& renderer, const Image& image, const QSizeF& size) {
+Result<EncodedIcon> made(const IconRenderer& renderer, const Image& image, const QSizeF& size,
+                         PngStore& pngs) {
     Result<Image> render = renderer.rendered(image, size);
     if (!render)
         return render.error();
-    Result<EncodedIcon> icon = encoded(std::move(*render));
+    Result<EncodedIcon> icon = encoded(std::move(*render), pngs);
     return icon ? std::move(icon) : IconRenderer::ofIcon(icon.error(), size);
 }
 
@@ -58,7 +59,7 @@ void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QSt
     const Result<Done> folder = Folder::create(appiconsetPath(idiom));
     if (!folder)
         logLine(QStringLiteral("Error\uFF1A%1").arg(folder.error().sentence));
-    const Result<EncodedIcon> icon = made(m_renderer, image, withSize);
+    const Result<EncodedIcon> icon = made(m_renderer, image, withSize, m_pngs);
 
     const Result<QString> path = OutputFolder::pngPath(appiconsetPath(idiom), andName);
     const QString shownPath = path ? *path : OutputFolder::shownPngPath(appiconsetPath(idiom), andName);

@@ -2,13 +2,15 @@
 
 #include "generation/GenerationObserver.h"
 #include "generation/IconRenderer.h"
+#include "imaging/png/PngStore.h"
 
 /// Writes one icon as a PNG file into its idiom's folder.
 class IconWriter {
   public:
     /// All are kept by reference; `observer` may be null.
-    IconWriter(const GenerationInput& input, const IconRenderer& renderer, GenerationObserver* observer)
-        : m_input(input), m_renderer(renderer), m_observer(observer) {}
+    IconWriter(const GenerationInput& input, const IconRenderer& renderer, PngStore& pngs,
+               GenerationObserver* observer)
+        : m_input(input), m_renderer(renderer), m_pngs(pngs), m_observer(observer) {}
 
     /// Makes the idiom's folder, renders `image` at `withSize` points and writes `andName`.png there,
     /// replacing a file of that name. A folder that can't be made is logged and the rest tried all the same.
@@ -20,5 +22,6 @@ class IconWriter {
 
     const GenerationInput& m_input;
     const IconRenderer& m_renderer;
+    PngStore& m_pngs;
     GenerationObserver* m_observer;
 };

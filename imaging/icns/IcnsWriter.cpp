@@ -45,9 +45,9 @@ std::vector<std::uint8_t> channel(const std::vector<std::uint8_t>& pixels, std::
 }
 
 /// The elements of `type` with a picture of its size.
-Result<std::vector<Element>> elements(const IcnsElementType& type, const QImage& raster) {
+Result<std::vector<Element>> elements(const IcnsElementType& type, const QImage& raster, PngStore* pngs) {
     if (type.content == IcnsContent::Picture) {
-        Result<QByteArray> png = encodePng(raster);
+        Result<QByteArray> png = pngs != nullptr ? pngs->encoded(raster) : encodePng(raster);
         if (!png)
             return png.error();
         return std::vector<Element>{{type.code, std::move(*png)}};
@@ -71,14 +71,14 @@ bool IcnsWriter::hasElement(const QSize& size) {
     return writtenType(size) != nullptr;
 }
 
-Result<IcnsWriter::Added> IcnsWriter::addImage(const QImage& raster) {
+Result<IcnsWriter::Added> IcnsWriter::addImage(const QImage& raster, PngStore* pngs) {
     if (raster.isNull())
         return noPixels();
     const IcnsElementType* type = writtenType(raster.size());
     if (type == nullptr)
         return Added::NoElement;
     return unlessMemoryIsShort([&]() -> Result<Added> {
-        const Result<std::vector<Element>> made = elements(*type, raster);
+        const Result<std::vector<Element>> made = elements(*type, raster, pngs);
         if (!made)
             return made.error();
         // All or nothing, should memory be short.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "imaging/png/PngStore.h"
 
 #include <QByteArray>
 #include <QImage>
@@ -17,9 +18,9 @@ class IcnsWriter {
     /// Whether an element is made for pictures of that size.
     static bool hasElement(const QSize& size);
 
-    /// Appends the element or elements of `raster` (RGBA8888_Premultiplied), all of it or nothing. EmptySize
-    /// where it has no pixels, OutOfMemory.
-    Result<Added> addImage(const QImage& raster);
+    /// Appends the element or elements of `raster` (RGBA8888_Premultiplied), all of it or nothing. A PNG
+    /// comes from `pngs` if there is one. EmptySize where the raster has no pixels, OutOfMemory.
+    Result<Added> addImage(const QImage& raster, PngStore* pngs = nullptr);
 
     bool isEmpty() const { return m_file.isEmpty(); }
 

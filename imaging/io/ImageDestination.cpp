@@ -40,7 +40,9 @@ constexpr Encoder encoders[] = {
     {ImageDestination::gifType, 65535,
      [](const QImage& image, const ImageProperties&) { return encodeGif(image); }},
     {ImageDestination::pngType, unlimited,
-     [](const QImage& image, const ImageProperties&) { return encodePng(image); }},
+     [](const QImage& image, const ImageProperties& properties) {
+         return properties.pngs != nullptr ? properties.pngs->encoded(image) : encodePng(image);
+     }},
     {ImageDestination::jpeg2000Type, unlimited,
      [](const QImage& image, const ImageProperties&) { return encodeJpeg2000(image); }},
 };
@@ -87,7 +89,7 @@ Result<Done> ImageDestination::keep(const QImage& picture, const ImageProperties
         m_largestSize = image.size();
         return Done{};
     }
-    const Result<IcnsWriter::Added> added = m_icns.addImage(image);
+    const Result<IcnsWriter::Added> added = m_icns.addImage(image, properties.pngs);
     if (!added)
         return added.error();
     if (*added == IcnsWriter::Added::Yes)

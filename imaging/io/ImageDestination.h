@@ -10,8 +10,9 @@
 
 /// What an encoder is told of one picture. A format that has no use for a property passes it over.
 struct ImageProperties {
-    std::optional<float> lossyCompressionQuality; ///< from 0 to 1; without one it is 1
-    std::optional<qint32> tiffCompression;        ///< the value of TIFF's own tag 259; 5 is LZW
+    std::optional<float> lossyCompressionQuality = {}; ///< from 0 to 1; without one it is 1
+    std::optional<qint32> tiffCompression = {};        ///< the value of TIFF's own tag 259; 5 is LZW
+    PngStore* pngs = nullptr;                          ///< where PNG encodings come from, if there is one
 
     bool operator==(const ImageProperties&) const = default;
 };

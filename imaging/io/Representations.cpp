@@ -21,13 +21,14 @@ Result<std::unique_ptr<BitmapImageRep>> imageRepWithData(const QByteArray& data)
     return unlessMemoryIsShort([&] { return std::make_unique<BitmapImageRep>(std::move(decoded->raster)); });
 }
 
-Result<QByteArray> representationUsingType(const BitmapImageRep& bitmap, BitmapFileType type) {
+Result<QByteArray> representationUsingType(const BitmapImageRep& bitmap, BitmapFileType type,
+                                           PngStore* pngs) {
     const Result<QImage> raster = bitmap.raster();
     if (!raster)
         return raster.error();
     switch (type) {
     case BitmapFileType::PNG:
-        return encodePng(*raster);
+        return pngs != nullptr ? pngs->encoded(*raster) : encodePng(*raster);
     }
     return Error{ErrorCode::Unsupported, QStringLiteral("files of this type are not written here")};
 }

@@ -3,6 +3,7 @@
 #include "base/Result.h"
 #include "imaging/image/BitmapImageRep.h"
 #include "imaging/image/Image.h"
+#include "imaging/png/PngStore.h"
 
 #include <QByteArray>
 
@@ -19,5 +20,7 @@ Result<std::unique_ptr<BitmapImageRep>> imageRepWithData(const QByteArray& data)
 /// File types of `representationUsingType`, with the platform's numbers.
 enum class BitmapFileType { PNG = 4 };
 
-/// `bitmap` as a file of `type`. EmptySize where it has no pixels, OutOfMemory.
-Result<QByteArray> representationUsingType(const BitmapImageRep& bitmap, BitmapFileType type);
+/// `bitmap` as a file of `type`, by way of `pngs` if there is one. EmptySize where it has no pixels,
+/// OutOfMemory.
+Result<QByteArray> representationUsingType(const BitmapImageRep& bitmap, BitmapFileType type,
+                                           PngStore* pngs = nullptr);

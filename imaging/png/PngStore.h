@@ -1,0 +1,44 @@
+#pragma once
+
+#include "base/Result.h"
+
+#include <QByteArray>
+#include <QImage>
+
+#include <vector>
+
+/// PNG files of rasters, kept while a set of icons is written: a raster that is equal byte for byte to an
+/// earlier one gets the same file again, and is not compressed twice.
+class PngStore {
+  public:
+    /// Rasters and files together take no more bytes than this. What does not fit is encoded and not kept.
+    static constexpr qsizetype mostBytes = qsizetype{16} << 20;
+
+    /// Keeps files in `store` for as long as it lives. The store is empty afterwards.
+    class Keeping {
+      public:
+        explicit Keeping(PngStore& store) : m_store(store) { m_store.m_keeps = true; }
+        ~Keeping();
+        Keeping(const Keeping&) = delete;
+        Keeping& operator=(const Keeping&) = delete;
+
+      private:
+        PngStore& m_store;
+    };
+
+    /// `encodePng` of `raster`. Fails as that does.
+    Result<QByteArray> encoded(const QImage& raster);
+
+    /// The bytes that are kept.
+    qsizetype keptBytes() const { return m_bytes; }
+
+  private:
+    struct Entry {
+        QImage raster;
+        QByteArray png;
+    };
+
+    std::vector<Entry> m_entries;
+    qsizetype m_bytes = 0;
+    bool m_keeps = false;
+};
