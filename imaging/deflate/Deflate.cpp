@@ -3,7 +3,6 @@
 #include "base/ByteWriter.h"
 #include "base/ShortMemory.h"
 
-#include <isa-l/igzip_lib.h>
 #include <libdeflate.h>
 
 #include <algorithm>
@@ -18,15 +17,8 @@ struct FreeCompressor {
     void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
 };
 
-/// A library refuses settings; the ones here it takes.
-Error refused(const QString& library) {
-    return {ErrorCode::Unsupported, QStringLiteral("%1 can't compress this").arg(library)};
-}
-
-Result<Done> appendThorough(QByteArray& stream, std::span<const std::uint8_t> bytes) {
-    // Of much data the next level takes a quarter more time for some percent less.
-    constexpr std::size_t much = std::size_t{512} << 10;
-    const int level = bytes.size() > much ? 5 : 6;
+/// By libdeflate at `level`. Its matches do not depend on the processor.
+Result<Done> appendMatches(QByteArray& stream, std::span<const std::uint8_t> bytes, int level) {
     const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
         libdeflate_alloc_compressor(level));
     if (!compressor)
@@ -37,7 +29,7 @@ Result<Done> appendThorough(QByteArray& stream, std::span<const std::uint8_t> by
     const std::size_t length =
         libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), stream.data() + start, room);
     if (length == 0)
-        return refused(QStringLiteral("libdeflate"));
+        return Error{ErrorCode::Unsupported, QStringLiteral("libdeflate can't compress this")};
     stream.resize(start + static_cast<qsizetype>(length));
     return Done{};
 }
@@ -60,55 +52,12 @@ Result<Done> appendRuns(QByteArray& stream, std::span<const std::uint8_t> bytes)
     return (*runs)->finish();
 }
 
-/// The compressor's state and its tables, which it fills itself.
-struct QuickState {
-    isal_zstream stream;
-    std::uint8_t tables[ISAL_DEF_LVL1_DEFAULT];
-};
+constexpr int quickLevel = 1;
 
-/// ISA-L looks so far ahead of the place that it compresses.
-constexpr std::size_t lookAhead = ISAL_LOOK_AHEAD;
-
-Result<Done> appendQuick(QByteArray& stream, std::span<const std::uint8_t> bytes) {
-    // While ISA-L 2.30 goes on from a stream's first place it takes the state's own address for bytes: into
-    // its table of what stands where comes an entry that another run of the program has elsewhere. With just
-    // enough bytes for that first place it stops behind it, and reads the next ones properly.
-    constexpr std::size_t forOnePlace = lookAhead + 1;
-    if (bytes.size() <= forOnePlace)
-        return appendThorough(stream, bytes);
-    const std::unique_ptr<QuickState> state(new (std::nothrow) QuickState);
-    if (!state)
-        return outOfMemory();
-    isal_zstream& zlib = state->stream;
-    isal_deflate_init(&zlib);
-    zlib.level = 1;
-    zlib.level_buf = state->tables;
-    zlib.level_buf_size = sizeof state->tables;
-    zlib.gzip_flag = IGZIP_ZLIB;
-    // It counts in 32 bits.
-    constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max() / 2;
-    const qsizetype start = stream.size();
-    qsizetype end = start;
-    stream.resize(start + static_cast<qsizetype>(bytes.size() + bytes.size() / 64 + 512));
-    const std::uint8_t* const last = bytes.data() + bytes.size();
-    zlib.next_in = const_cast<std::uint8_t*>(bytes.data()); // NOLINT(cppcoreguidelines-pro-type-const-cast)
-    do {
-        if (end == stream.size())
-            stream.resize(stream.size() + stream.size() / 2);
-        const auto in = zlib.next_in == bytes.data()
-                            ? forOnePlace
-                            : std::min(most, static_cast<std::size_t>(last - zlib.next_in));
-        const auto room = std::min(most, static_cast<std::size_t>(stream.size() - end));
-        zlib.avail_in = static_cast<std::uint32_t>(in);
-        zlib.end_of_stream = zlib.next_in + in == last ? 1 : 0;
-        zlib.next_out = reinterpret_cast<std::uint8_t*>(stream.data()) + end;
-        zlib.avail_out = static_cast<std::uint32_t>(room);
-        if (isal_deflate(&zlib) != COMP_OK)
-            return refused(QStringLiteral("ISA-L"));
-        end += static_cast<qsizetype>(room - zlib.avail_out);
-    } while (zlib.internal_state.state != ZSTATE_END);
-    stream.resize(end);
-    return Done{};
+/// Of much data level 6 takes a quarter more time for some percent less.
+int thoroughLevel(std::size_t size) {
+    constexpr std::size_t much = std::size_t{512} << 10;
+    return size > much ? 5 : 6;
 }
 
 } // namespace
@@ -120,11 +69,11 @@ Result<Done> Deflate::append(QByteArray& stream, std::span<const std::uint8_t> b
         case Method::Runs:
             return appendRuns(stream, bytes);
         case Method::Quick:
-            return appendQuick(stream, bytes);
+            return appendMatches(stream, bytes, quickLevel);
         case Method::Thorough:
             break;
         }
-        return appendThorough(stream, bytes);
+        return appendMatches(stream, bytes, thoroughLevel(bytes.size()));
     };
     Result<Done> appended = unlessMemoryIsShort(append);
     if (!appended)

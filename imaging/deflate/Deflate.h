@@ -10,13 +10,12 @@
 #include <memory>
 #include <span>
 
-/// Compresses into zlib streams (RFC 1950, RFC 1951). The same bytes give the same stream.
+/// Compresses into zlib streams (RFC 1950, RFC 1951). The same bytes give the same stream, on every processor.
 namespace Deflate {
 
 enum class Method {
     Runs,  ///< RunCoder: of repetitions only runs of bytes and pixels; for gradients and photographs
-    Quick, ///< ISA-L: looks for the plainest repetitions; for dense data with some of them. Next to none go
-           ///< to libdeflate
+    Quick, ///< libdeflate's fastest level: for dense data with some repetitions
     Thorough, ///< libdeflate: the smallest for all other data, several times as slow
 };
 

@@ -28,16 +28,16 @@ class Trial {
         return *m_runs;
     }
 
-    /// What the quick method leaves of it.
-    Result<double> quick() {
-        if (!m_quick)
-            m_quick = quickOf(m_sample.filled());
-        return *m_quick;
+    /// What the thorough method leaves of it, or nearly that.
+    Result<double> thorough() {
+        if (!m_thorough)
+            m_thorough = thoroughOf(m_sample.filled());
+        return *m_thorough;
     }
 
-    // The same of its middle third.
+    // What runs and the quick method leave of its middle third.
     double runsOfMiddle() const { return runsOf(middle()); }
-    Result<double> quickOfMiddle() const { return quickOf(middle()); }
+    Result<double> quickOfMiddle() const { return leftBy(Method::Quick, middle()); }
 
   private:
     using Bytes = std::span<const std::uint8_t>;
@@ -51,8 +51,17 @@ class Trial {
         return static_cast<double>(length) / static_cast<double>(bytes.size());
     }
     static double runsOf(Bytes bytes) { return part(Deflate::runsLength(bytes), bytes); }
-    static Result<double> quickOf(Bytes bytes) {
-        const Result<std::size_t> length = Deflate::length(bytes, Method::Quick);
+    static Result<double> thoroughOf(Bytes bytes) {
+        constexpr std::size_t few = std::size_t{4} << 10;
+        if (bytes.size() <= few)
+            return leftBy(Method::Thorough, bytes);
+        // The quick method shows it in less time.
+        const Result<double> quick = leftBy(Method::Quick, bytes);
+        constexpr double ofQuick = 0.97;
+        return quick ? Result<double>(ofQuick * *quick) : quick;
+    }
+    static Result<double> leftBy(Method method, Bytes bytes) {
+        const Result<std::size_t> length = Deflate::length(bytes, method);
         if (!length)
             return length.error();
         return part(*length, bytes);
@@ -61,11 +70,23 @@ class Trial {
     PngFilterStrategy m_filter;
     FilteredRows::Buffer m_sample;
     std::optional<double> m_runs;
-    std::optional<Result<double>> m_quick;
+    std::optional<Result<double>> m_thorough;
 };
 
 /// Where more than that is left there are few repetitions to be found but runs.
 constexpr double dense = 0.3;
+
+/// The thorough method's time grows with the rows. It counts as if the method left this part of them more:
+/// where it saves less than that, runs are the better choice.
+constexpr double thoroughTime = 0.0015;
+
+/// About what the better method leaves of rows that are not dense.
+Result<double> leftOf(Trial& trial) {
+    const Result<double> thorough = trial.thorough();
+    if (!thorough)
+        return thorough.error();
+    return std::min(trial.runs(), *thorough + thoroughTime);
+}
 
 /// The filter that leaves less.
 Result<Trial> betterTrial(const FilteredRows& rows) {
@@ -74,25 +95,27 @@ Result<Trial> betterTrial(const FilteredRows& rows) {
     // In dense rows runs are as good a guide, and a faster one.
     if (adaptive.runs() > dense && plain.runs() > dense)
         return adaptive.runs() < plain.runs() ? std::move(adaptive) : std::move(plain);
-    const Result<double> adaptiveLeft = adaptive.quick();
+    const Result<double> adaptiveLeft = leftOf(adaptive);
     if (!adaptiveLeft)
         return adaptiveLeft.error();
-    const Result<double> plainLeft = plain.quick();
+    const Result<double> plainLeft = leftOf(plain);
     if (!plainLeft)
         return plainLeft.error();
     return *adaptiveLeft < *plainLeft ? std::move(adaptive) : std::move(plain);
 }
 
 Result<Method> methodFor(Trial& trial) {
-    const bool isDense = trial.runs() > dense;
+    if (trial.runs() <= dense) {
+        const Result<double> thorough = trial.thorough();
+        if (!thorough)
+            return thorough.error();
+        return trial.runs() <= *thorough + thoroughTime ? Method::Runs : Method::Thorough;
+    }
     // In dense rows the fast method may cost a little, and a part of the sample tells.
-    const Result<double> quick = isDense ? trial.quickOfMiddle() : trial.quick();
+    const Result<double> quick = trial.quickOfMiddle();
     if (!quick)
         return quick.error();
-    if (isDense && trial.runsOfMiddle() <= 1.05 * *quick)
-        return Method::Runs;
-    // Elsewhere the thorough method finds more than the quick one shows.
-    if (!isDense && trial.runs() <= 0.92 * *quick)
+    if (trial.runsOfMiddle() <= 1.05 * *quick)
         return Method::Runs;
     return *quick > dense ? Method::Quick : Method::Thorough;
 }
