@@ -6,12 +6,12 @@
 #include <limits>
 #include <utility>
 
-/// A number of bytes: an offset or a length, from a whole number of any type, also from one that the bytes
-/// themselves tell. One that is negative, or more than bytes in memory can be, is out of reach, and so is
-/// every sum and product with it: nothing wraps.
+/// A number of bytes: an offset or a length. It is made from an integer of any type, also from one that was
+/// read from a file. A negative number, or one larger than qsizetype can hold, is out of range. Every sum and
+/// product with such a number is out of range too; nothing wraps around.
 class ByteCount {
   public:
-    // NOLINTBEGIN(google-explicit-constructor): it stands for the number.
+    // NOLINTBEGIN(google-explicit-constructor): a number can stand wherever a ByteCount is expected.
     template <std::integral Number>
     constexpr ByteCount(Number number)
         : m_count(std::in_range<qsizetype>(number) && std::cmp_greater_equal(number, 0)
@@ -25,7 +25,7 @@ class ByteCount {
 
     constexpr bool isAtMost(qsizetype limit) const { return m_count != outOfReach && m_count <= limit; }
 
-    /// Negative where it is out of reach.
+    /// The number; negative if it is out of range.
     constexpr qsizetype value() const { return m_count; }
 
     friend constexpr ByteCount operator+(ByteCount a, ByteCount b) {

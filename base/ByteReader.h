@@ -12,8 +12,8 @@
 #include <optional>
 #include <type_traits>
 
-/// Bytes that are read with a check of each reach: there is no value of what does not lie inside of them as a
-/// whole. A view: the bytes must outlive it and whatever it hands out.
+/// Reads numbers and records from bytes and checks the bounds of each access: a read that is not completely
+/// inside the bytes gives no value. It is a view: the bytes must outlive it and every slice taken from it.
 class ByteReader {
   public:
     explicit ByteReader(QByteArrayView bytes) : m_bytes(bytes) {}
@@ -22,21 +22,21 @@ class ByteReader {
     qsizetype size() const { return m_bytes.size(); }
     bool isEmpty() const { return m_bytes.isEmpty(); }
 
-    /// The `length` bytes from `at` on; `at` may be the end where `length` is 0.
+    /// The `length` bytes from `at` on. With a `length` of 0, `at` may be the end.
     std::optional<ByteReader> slice(ByteCount at, ByteCount length) const {
         if (!at.isAtMost(size()) || !length.isAtMost(size() - at.value()))
             return std::nullopt;
         return ByteReader(m_bytes.sliced(at.value(), length.value()));
     }
 
-    /// All bytes from `at` on; at the end, no bytes.
+    /// All bytes from `at` on; empty at the end.
     std::optional<ByteReader> from(ByteCount at) const {
         if (!at.isAtMost(size()))
             return std::nullopt;
         return ByteReader(m_bytes.sliced(at.value()));
     }
 
-    /// The whole number that is stored in that byte order.
+    /// The integer that is stored in the given byte order.
     template <std::integral Number>
     std::optional<Number> number(ByteCount at, std::endian order) const {
         const std::optional<ByteReader> found = slice(at, sizeof(Number));
@@ -46,19 +46,19 @@ class ByteReader {
                                          : qFromLittleEndian<Number>(found->m_bytes.data());
     }
 
-    /// The whole number whose most significant byte comes first.
+    /// The integer that is stored with its most significant byte first.
     template <std::integral Number>
     std::optional<Number> bigEndian(ByteCount at) const {
         return number<Number>(at, std::endian::big);
     }
 
-    /// The whole number whose least significant byte comes first.
+    /// The integer that is stored with its least significant byte first.
     template <std::integral Number>
     std::optional<Number> littleEndian(ByteCount at) const {
         return number<Number>(at, std::endian::little);
     }
 
-    /// The whole number without a sign that is stored in `width` bytes, at most eight, in that order.
+    /// The unsigned integer that is stored in `width` bytes, at most eight, in the given byte order.
     std::optional<quint64> number(ByteCount at, ByteCount width, std::endian order) const {
         constexpr qsizetype widest = sizeof(quint64);
         const std::optional<ByteReader> found = width.isAtMost(widest) ? slice(at, width) : std::nullopt;
@@ -77,7 +77,7 @@ class ByteReader {
         return code ? std::optional(FourCharCode(*code)) : std::nullopt;
     }
 
-    /// The record: a struct whose fields tell their byte order (quint32_be and its like) and leave no gaps.
+    /// A struct whose fields have a fixed byte order (quint32_be and the like) and no padding.
     template <typename Record>
     std::optional<Record> record(ByteCount at) const {
         static_assert(std::is_trivially_copyable_v<Record> &&
@@ -90,7 +90,7 @@ class ByteReader {
         return result;
     }
 
-    /// The record with that index of those that stand one behind the other from `at` on.
+    /// Record number `index`, counted from 0, of the consecutive records that start at `at`.
     template <typename Record>
     std::optional<Record> record(ByteCount at, std::integral auto index) const {
         return record<Record>(at + ByteCount(index) * ByteCount(sizeof(Record)));

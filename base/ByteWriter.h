@@ -12,20 +12,20 @@
 #include <cstdint>
 #include <type_traits>
 
-/// The bytes of a whole number, the most significant first.
+/// The bytes of an integer, the most significant first.
 template <std::integral Number>
 std::array<std::uint8_t, sizeof(Number)> bigEndianBytes(std::type_identity_t<Number> value) {
     return std::bit_cast<std::array<std::uint8_t, sizeof(Number)>>(qToBigEndian<Number>(value));
 }
 
-/// The bytes of a whole number, the least significant first.
+/// The bytes of an integer, the least significant first.
 template <std::integral Number>
 std::array<std::uint8_t, sizeof(Number)> littleEndianBytes(std::type_identity_t<Number> value) {
     return std::bit_cast<std::array<std::uint8_t, sizeof(Number)>>(qToLittleEndian<Number>(value));
 }
 
-/// Appends numbers and records to bytes, in a stated byte order. The caller names a number's type: how many
-/// bytes are written does not hang on how the number was calculated. Throws std::bad_alloc.
+/// Appends numbers and records to bytes, in a stated byte order. The caller names the number's type, so the
+/// count of written bytes does not depend on how the number was calculated. Throws std::bad_alloc.
 class ByteWriter {
   public:
     /// Appends to `bytes`, which must outlive it.
@@ -43,7 +43,7 @@ class ByteWriter {
 
     ByteWriter& fourCharCode(FourCharCode code) { return bigEndian<quint32>(code.value); }
 
-    /// A struct whose fields tell their byte order (quint32_be and its like) and leave no gaps.
+    /// A struct whose fields have a fixed byte order (quint32_be and the like) and no padding.
     template <typename Record>
     ByteWriter& record(const Record& fields) {
         static_assert(std::is_trivially_copyable_v<Record> &&
@@ -56,8 +56,8 @@ class ByteWriter {
         return *this;
     }
 
-    /// Puts a number in the place of bytes that are there already; false, and nothing changed, where they are
-    /// not.
+    /// Overwrites existing bytes with a number. If the bytes are not all there, it changes nothing and
+    /// returns false.
     template <std::integral Number>
     bool replaceBigEndian(ByteCount at, std::type_identity_t<Number> value) {
         if (!(at + sizeof(Number)).isAtMost(m_bytes.size()))

@@ -3,8 +3,8 @@
 #include <QLoggingCategory>
 #include <QString>
 
-/// The category that every diagnostic line goes to; a program or a test reads or hides it there.
+/// The category of all diagnostic lines. Programs and tests read or silence them through it.
 Q_DECLARE_LOGGING_CATEGORY(tobrimaxLog)
 
-/// The diagnostic log: one line, exactly this text.
+/// Writes one line to the diagnostic log: exactly this text.
 void logLine(const QString& text);

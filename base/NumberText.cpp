@@ -26,7 +26,7 @@ std::size_t digitsAt(std::string_view text, std::size_t at) {
     return end - at;
 }
 
-/// How many characters a number of digits has that `text` begins with; 0 without one.
+/// The length of the decimal number that `text` begins with; 0 if it begins with no number.
 std::size_t decimalLength(std::string_view text) {
     std::size_t digits = digitsAt(text, 0);
     std::size_t end = digits;
@@ -47,7 +47,7 @@ std::size_t decimalLength(std::string_view text) {
     return end;
 }
 
-/// The length of what may stand behind "nan": letters, digits and underscores in parentheses.
+/// The length of the payload that may follow "nan": letters, digits and underscores in parentheses.
 std::size_t payloadLength(std::string_view text) {
     if (text.empty() || text[0] != '(')
         return 0;
@@ -57,7 +57,7 @@ std::size_t payloadLength(std::string_view text) {
     return end != text.end() && *end == ')' ? static_cast<std::size_t>(end - text.begin()) + 1 : 0;
 }
 
-/// A number that is a word, without its sign.
+/// A number written as a word (infinity or nan), without its sign.
 NumberText::Number word(std::string_view text) {
     if (beginsWith(text, "infinity"))
         return {std::numeric_limits<double>::infinity(), true, 8};

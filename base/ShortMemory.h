@@ -6,12 +6,13 @@
 #include <new>
 #include <type_traits>
 
-/// Want of memory, where nothing more is known. Takes no memory itself.
+/// The error for too little memory, if nothing more is known. Takes no memory itself.
 inline Error outOfMemory() {
     return {ErrorCode::OutOfMemory, QStringLiteral("not enough memory")};
 }
 
-/// The Result that stands for a T: itself for a Result, Result<Done> for nothing.
+/// The Result type of an operation that returns a T: the same type if T is a Result, Result<Done> if T is
+/// void.
 template <typename T>
 struct AsResult {
     using Type = Result<T>;
@@ -25,7 +26,7 @@ struct AsResult<void> {
     using Type = Result<Done>;
 };
 
-/// What `operation` returns, as a Result; OutOfMemory where it throws std::bad_alloc.
+/// Runs `operation` and returns its value as a Result; OutOfMemory if it throws std::bad_alloc.
 template <typename Operation>
 auto unlessMemoryIsShort(Operation operation) -> typename AsResult<std::invoke_result_t<Operation&>>::Type {
     try {
@@ -40,12 +41,12 @@ auto unlessMemoryIsShort(Operation operation) -> typename AsResult<std::invoke_r
     }
 }
 
-/// Watches whether the C library refuses memory, which it leaves in errno. For libraries that fail without
-/// telling that this is why.
+/// Notices that the C library had no memory to give, by the ENOMEM that it leaves in errno. For libraries
+/// that fail without giving this reason.
 class RefusedMemory {
   public:
     RefusedMemory() { errno = 0; }
 
-    /// Whether the last failure of a call since this was made was want of memory.
+    /// Whether the last call that failed since construction failed for lack of memory.
     bool wasSeen() const { return errno == ENOMEM; } // NOLINT(readability-convert-member-functions-to-static)
 };

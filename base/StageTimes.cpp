@@ -7,7 +7,7 @@ namespace {
 struct Clocks {
     bool areRunning = false;
     StageTimes::Clock::time_point begin;
-    StageTimes::Clock::time_point last; ///< up to when time has been counted for a stage
+    StageTimes::Clock::time_point last; ///< the time of stages is counted up to here
     std::array<StageTimes::Clock::duration, StageTimes::stageCount> times{};
     StageTimes::Timer* innermost = nullptr;
 };

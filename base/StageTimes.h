@@ -4,20 +4,19 @@
 #include <chrono>
 #include <cstddef>
 
-/// What the work on a set consists of.
+/// The stages of making an icon set.
 enum class Stage {
     Decode,   ///< from the file's bytes to pixels
-    Reduce,   ///< the reduced copies, and from one of these, or from a drawing, to an icon's pixels
+    Reduce,   ///< makes the reduced copies; draws an icon's pixels from one of them, or from an SVG drawing
     Decorate, ///< clip and border
     Tiff,     ///< into a TIFF encoding and back
-    Choose,   ///< which filter and compressor suit a picture
+    Choose,   ///< chooses the filter and the compressor for a picture
     Filter,
     Compress,
     Write,
 };
 
-/// How long each stage took. For one thread, and only where it was asked for: a clock that nobody reads costs
-/// nothing.
+/// Measures how long each stage takes. For one thread. It reads the clock only after `begin`.
 class StageTimes {
   public:
     using Clock = std::chrono::steady_clock;
@@ -27,16 +26,17 @@ class StageTimes {
     static constexpr std::array<const char*, stageCount> names{"decode", "reduce", "decorate", "tiff",
                                                                "choose", "filter", "compress", "write"};
 
-    /// Counts from here on, from zero.
+    /// Starts counting, from zero.
     static void begin();
 
-    /// Milliseconds of each stage since then.
+    /// Milliseconds of each stage since `begin`.
     static std::array<double, stageCount> milliseconds();
 
-    /// Milliseconds in all since then.
+    /// Milliseconds in all since `begin`.
     static double total();
 
-    /// Counts its lifetime for a stage. What happens inside another one meanwhile counts for that one only.
+    /// Counts its lifetime for a stage. The time of a timer inside another one counts for the inner stage
+    /// only.
     class Timer {
       public:
         explicit Timer(Stage stage);

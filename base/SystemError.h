@@ -4,9 +4,9 @@
 
 #include <QString>
 
-/// The cause of `number` (an errno value) as the system words it, "No space left on device" for example.
+/// The system's own words for `number` (an errno value), for example "No space left on device".
 QString systemSentence(int number);
 
-/// The error of a call that left `number` in errno. Want of memory and a full disk (ENOSPC, EDQUOT) have
-/// codes of their own, every other cause has the code `otherwise`.
+/// The error of a call that left `number` in errno. Too little memory and a full disk (ENOSPC, EDQUOT) have
+/// their own codes; every other cause gets the code `otherwise`.
 Error systemError(int number, ErrorCode otherwise);
