@@ -14,7 +14,7 @@
 
 namespace {
 
-// To work in a folder it need not be readable.
+// Writing into a folder needs no permission to read the folder.
 #if defined(O_PATH)
 constexpr int searchOnly = O_PATH;
 #elif defined(O_SEARCH)
@@ -29,20 +29,20 @@ Error writeError(int error) {
     return systemError(error, ErrorCode::NotWritable);
 }
 
-/// The file that is to be written: what it is called, and what is there.
+/// The file to be written: its path, and the mode of an existing file.
 struct Target {
-    QByteArray path; ///< in bytes: names need not be of any encoding
+    QByteArray path; ///< bytes, because file names need not be in any encoding
     std::optional<mode_t> mode{};
 
     QByteArray folder() const { return path.left(path.lastIndexOf('/') + 1); }
     QByteArray name() const { return path.mid(path.lastIndexOf('/') + 1); }
 };
 
-/// What is written where `path` is to be written.
+/// The file that a write to `path` will replace or create.
 Result<Target> targetOf(const QByteArray& path) {
     struct stat status = {};
     if (stat(path.constData(), &status) != 0) {
-        // A link to nowhere is replaced, as is nothing.
+        // A link that leads nowhere is replaced by a new file.
         if (errno == ENOENT)
             return Target{path};
         return writeError(errno);
@@ -62,15 +62,16 @@ Result<Target> targetOf(const QByteArray& path) {
     return target;
 }
 
-/// Removes what killed processes left in a folder. A folder may hold very many files and get many more: it is
-/// looked through before the first write, and not again in this run.
+/// Removes the temporaries that killed processes left in a folder. A folder may hold very many files, so it
+/// is searched only before this run's first write into it.
 void removeAbandonedOnce(const FileDescriptor& folder, const QByteArray& name) {
     static std::set<QByteArray> searched;
     if (searched.insert(name).second)
         TemporaryFile::removeAbandoned(folder);
 }
 
-/// Makes renames in a folder last. 0 or the errno of a failure; not every file system can, which is none.
+/// Syncs a folder to the disk, so that renames in it last. Returns 0 or the errno of a failure. A file system
+/// that cannot sync folders is not a failure.
 int syncFolder(const FileDescriptor& folder) {
     if (!folder.isOpen())
         return 0;
@@ -78,7 +79,7 @@ int syncFolder(const FileDescriptor& folder) {
     return failure == EINVAL || failure == ENOTSUP || failure == EBADF ? 0 : failure;
 }
 
-/// Puts a new file in the target's place. 0 or the errno of a failure.
+/// Puts a new file in the target's place. Returns 0 or the errno of a failure.
 int replace(const FileDescriptor& folder, const Target& target, const QByteArray& bytes,
             const AtomicFile::Options& options) {
     const bool isSynced = options.durability == AtomicFile::Durability::Synced;
@@ -91,7 +92,7 @@ int replace(const FileDescriptor& folder, const Target& target, const QByteArray
     const std::optional<mode_t> mode = target.mode ? target.mode : options.newMode;
     TemporaryFile temporary(folder);
     int failure = temporary.create();
-    // First, so that nobody reads who may not.
+    // The mode is set before the bytes are written, so that only permitted users can read them.
     if (failure == 0 && mode)
         failure = temporary.setMode(*mode);
     if (failure == 0)

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Calls `flush` until no signal interrupts it. The errno of a failure, or 0.
+/// Calls `flush` again for as long as signals interrupt it. Returns 0 or the errno of a failure.
 template <typename Flush>
 int flushed(const Flush& flush) {
     while (flush() == -1) {
@@ -18,7 +18,7 @@ int flushed(const Flush& flush) {
 
 int FileDescriptor::sync() const {
 #ifdef F_FULLFSYNC
-    // On macOS fsync leaves the bytes in the drive's own cache. Some file systems know no more than fsync.
+    // On macOS, fsync leaves the bytes in the drive's own cache. Some file systems offer only fsync.
     const int failure = flushed([this] { return fcntl(m_number, F_FULLFSYNC); });
     if (failure != EINVAL && failure != ENOTSUP && failure != ENOTTY)
         return failure;

@@ -5,11 +5,11 @@
 #include <cerrno>
 #include <utility>
 
-/// A file descriptor that is closed at the end.
+/// Owns a file descriptor and closes it in the destructor.
 class FileDescriptor {
   public:
     FileDescriptor() = default;
-    /// Takes over a descriptor, or the -1 of a call that failed.
+    /// Takes over a descriptor, or the -1 of a failed call.
     explicit FileDescriptor(int number) : m_number(number) {}
     ~FileDescriptor() { close(); }
     FileDescriptor(FileDescriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
@@ -23,13 +23,13 @@ class FileDescriptor {
     bool isOpen() const { return m_number >= 0; }
     int number() const { return m_number; }
 
-    /// Closes it before its end. The errno of a failure, after which it is closed all the same, or 0.
+    /// Closes it before the destructor does. Returns 0 or the errno of a failure; it is closed in both cases.
     int close() {
         const int number = std::exchange(m_number, -1);
         return number >= 0 && ::close(number) != 0 ? errno : 0;
     }
 
-    /// Waits until the disk has what was written. The errno of a failure, or 0.
+    /// Waits until the disk has what was written. Returns 0 or the errno of a failure.
     int sync() const;
 
   private:

@@ -7,9 +7,9 @@
 /// `path` as a file URL for log lines: percent-encoded, with a trailing slash for an existing folder.
 QString fileUrlText(const QString& path);
 
-/// `path` with its percent escapes replaced. An escape is a percent sign and two hexadecimal digits, its
-/// bytes are read as UTF-8; any other percent sign stays. NotAPath where the result holds a NUL or invalid
-/// UTF-8: such a text names no file.
+/// `path` with its percent escapes replaced. An escape is a percent sign and two hexadecimal digits; its
+/// bytes are read as UTF-8. Any other percent sign stays. NotAPath if the result holds a NUL or invalid
+/// UTF-8.
 Result<QString> replacingPercentEscapes(const QString& path);
 
 /// `path` without its last component: "/a/b" gives "/a", "/a" gives "/", "a" gives "".

@@ -4,7 +4,7 @@
 
 #include <ctime>
 
-/// When the item was last changed: a file's bytes, or which items a folder has.
+/// When a file's bytes, or the list of items in a folder, last changed.
 inline timespec modificationTime(const struct stat& status) {
 #ifdef __APPLE__
     return status.st_mtimespec;

@@ -22,7 +22,7 @@ Result<Done> created(const QString& path) {
     const QByteArray name = QFile::encodeName(path);
     if (isFolder(name))
         return Done{};
-    constexpr mode_t everybody = 0777; // less what the process's mask takes away
+    constexpr mode_t everybody = 0777; // less the process's umask
     for (qsizetype end = 1; end <= name.size(); ++end) {
         if (end < name.size() && name[end] != '/')
             continue;

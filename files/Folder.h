@@ -6,7 +6,7 @@
 
 namespace Folder {
 
-/// Makes the folder of exactly that path, with all missing folders above it. One that exists is no error.
+/// Makes the folder of exactly this path, and all missing folders above it. An existing folder is no error.
 Result<Done> create(const QString& path);
 
 } // namespace Folder

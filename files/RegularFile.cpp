@@ -19,25 +19,25 @@ Error notRegular() {
 }
 
 Error failure(int error) {
-    // A socket, or a device that is not there.
+    // The file is a socket, or a device that is not there.
     if (error == ENXIO || error == ENODEV)
         return notRegular();
     return systemError(error, error == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable);
 }
 
-/// Asks for large pages where much is about to be filled: else most of the time goes into having small ones.
+/// Asks for large pages if the buffer is large: with small pages, most of the time is spent on mapping them.
 void preferLargePages([[maybe_unused]] QByteArray& buffer) {
 #ifdef MADV_HUGEPAGE
     constexpr qsizetype page = 2 << 20;
     char* data = buffer.data();
-    // To the first whole page.
+    // Skips to the first whole large page.
     const auto skipped = static_cast<qsizetype>(-reinterpret_cast<std::uintptr_t>(data) % page);
     if (buffer.size() > skipped + page)
         madvise(data + skipped, static_cast<std::size_t>(buffer.size() - skipped), MADV_HUGEPAGE);
 #endif
 }
 
-/// Reads on until `buffer` has `length` bytes or the file ends.
+/// Reads until `buffer` has `length` bytes or the file ends.
 Result<Done> readUpTo(int descriptor, QByteArray& buffer, qsizetype length) {
     qsizetype at = buffer.size();
     buffer.resize(length);
@@ -58,7 +58,7 @@ Result<Done> readUpTo(int descriptor, QByteArray& buffer, qsizetype length) {
 
 Result<QByteArray> contents(const std::string& path, qint64 maximumBytes,
                             const std::function<Result<Done>(const QByteArray& start)>& check) {
-    // Without waiting for a writer, should it be a FIFO.
+    // O_NONBLOCK: opening a FIFO does not wait for a writer.
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     if (!file.isOpen())
         return failure(errno);
@@ -81,7 +81,7 @@ Result<QByteArray> contents(const std::string& path, qint64 maximumBytes,
     if (status.st_size > maximumBytes)
         return Error{ErrorCode::TooLarge,
                      QStringLiteral("the file is larger than %1 MiB").arg(maximumBytes >> 20)};
-    // A file that shrinks meanwhile simply ends earlier.
+    // If the file shrinks while it is read, the bytes end earlier.
     if (const Result<Done> done = readUpTo(file.number(), bytes, status.st_size); !done)
         return done.error();
     return bytes;

@@ -9,9 +9,9 @@
 
 namespace RegularFile {
 
-/// The bytes of the file of that name (in the file system's own bytes). Anything else than a regular file is
-/// refused without being read, and so is one of more than `maximumBytes`. `check` sees the first 64 KiB; its
-/// error is that of the file.
+/// The bytes of the file with this path (in the file system's own encoding). Anything but a regular file is
+/// refused without being read. `check` gets the first 64 KiB; if it returns an error, `read` returns that
+/// error. TooLarge if the file has more than `maximumBytes`.
 Result<QByteArray> read(const std::string& path, qint64 maximumBytes,
                         const std::function<Result<Done>(const QByteArray& start)>& check = {});
 

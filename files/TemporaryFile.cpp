@@ -14,7 +14,8 @@ namespace {
 
 constexpr std::string_view prefix = ".tobrimax-";
 
-/// ".tobrimax-PROCESS-NUMBER": short, so that a target of the longest allowed name still has room beside it.
+/// ".tobrimax-PROCESS-NUMBER". Its length does not depend on the target's name, which may be the longest
+/// allowed one.
 QByteArray nextName() {
     static std::atomic<unsigned> counter{0};
     return QByteArray(prefix.data(), prefix.size()) + QByteArray::number(static_cast<qint64>(getpid())) +
@@ -25,7 +26,7 @@ bool isNumber(std::string_view text) {
     return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
 
-/// Whether `nextName` gives such names.
+/// Whether `name` has the form that `nextName` makes.
 bool isName(std::string_view name) {
     if (!name.starts_with(prefix))
         return false;
@@ -35,9 +36,10 @@ bool isName(std::string_view name) {
            isNumber(name.substr(dash + 1));
 }
 
-/// Removes a temporary that nobody holds.
+/// Removes a temporary file that no process has locked.
 void removeIfAbandoned(const FileDescriptor& folder, const char* name) {
-    // Neither through a link nor waiting for a reader, whatever somebody called by such a name.
+    // Another program may use such a name for a link or a FIFO: links are not followed, and opening a FIFO
+    // does not wait.
     constexpr int flags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
     FileDescriptor file(openat(folder.number(), name, O_RDWR | flags));
     if (!file.isOpen())
@@ -47,7 +49,7 @@ void removeIfAbandoned(const FileDescriptor& folder, const char* name) {
     if (!file.isOpen() || fstat(file.number(), &opened) != 0 || !S_ISREG(opened.st_mode) ||
         flock(file.number(), LOCK_EX | LOCK_NB) != 0)
         return;
-    // Another process may have removed it meanwhile, and a third one used the name again.
+    // Another process may have removed the file, and a third one may have used its name again.
     if (fstatat(folder.number(), name, &named, AT_SYMLINK_NOFOLLOW) == 0 && named.st_dev == opened.st_dev &&
         named.st_ino == opened.st_ino)
         unlinkat(folder.number(), name, 0);
@@ -70,8 +72,8 @@ int TemporaryFile::create() {
             continue;
         if (!file.isOpen())
             return errno;
-        // Whoever came before the lock takes the file for abandoned, and removes it. On a file system
-        // without locks nobody does.
+        // Before the lock was taken, another process may have taken the file for abandoned and removed it. A
+        // file system without locks never lets that happen.
         struct stat status = {};
         if ((flock(file.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) ||
             (fstat(file.number(), &status) == 0 && status.st_nlink == 0))
@@ -89,8 +91,8 @@ int TemporaryFile::setMode(mode_t mode) {
 }
 
 int TemporaryFile::write(const QByteArray& bytes) {
-    // For a long piece Linux looks for as much memory in one place, which a virtual machine mostly has to ask
-    // for anew: that takes several times as long as the copy.
+    // For a long write, Linux looks for contiguous memory of the same length. A virtual machine mostly has to
+    // ask its host for it, which takes several times as long as the copy.
     constexpr qsizetype longest = qsizetype{64} << 10;
     qsizetype written = 0;
     while (written < bytes.size()) {
@@ -130,7 +132,7 @@ void TemporaryFile::removeAbandoned(const FileDescriptor& folder) {
         ::close(listed);
         return;
     }
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody else reads this stream
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): only this function reads this stream
     while (const dirent* entry = readdir(entries.get())) {
         if (isName(entry->d_name))
             removeIfAbandoned(folder, entry->d_name);

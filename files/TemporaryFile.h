@@ -6,36 +6,38 @@
 
 #include <sys/types.h>
 
-/// A new file beside one that it is going to replace. It is locked (flock) as long as it is somebody's: one
-/// that can be locked was left behind by a process that ended early, and anybody may remove it.
+/// A new file in the same folder as the file that it will replace. It is locked (flock) as long as a process
+/// uses it. A temporary that can be locked was left behind by a process that ended early; any process may
+/// remove it.
 ///
-/// Every operation answers with 0 or the errno of its failure.
+/// Every operation returns 0 or the errno of its failure.
 class TemporaryFile {
   public:
-    /// In an open folder, kept by reference. Nothing is made yet.
+    /// For a file in an open folder. Keeps a reference to `folder`; nothing is created yet.
     explicit TemporaryFile(const FileDescriptor& folder) : m_folder(folder) {}
     /// Removes the file, unless it was moved.
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    /// Makes the file, with the permissions that the process's mask leaves.
+    /// Creates the file, with the permissions that the process's umask leaves.
     int create();
     int setMode(mode_t mode);
     int write(const QByteArray& bytes);
-    /// Waits until the disk has it.
+    /// Waits until the disk has the bytes.
     int sync();
-    /// No more is written; the lock stays.
+    /// Ends the writing; the file stays locked.
     int close();
-    /// Gives it a name in the same folder, replacing what has that name.
+    /// Renames the file within its folder and replaces an existing file of that name.
     int moveTo(const QByteArray& name);
 
-    /// Removes temporaries from an open folder that nobody holds. What fails is left for another time.
+    /// Removes the temporaries in an open folder that no process has locked. Failures are ignored; a later
+    /// call may succeed.
     static void removeAbandoned(const FileDescriptor& folder);
 
   private:
     const FileDescriptor& m_folder;
-    QByteArray m_name; ///< empty where there is no file to be removed
+    QByteArray m_name; ///< empty if there is no file to remove
     FileDescriptor m_file;
-    FileDescriptor m_lock; ///< the same open file: it is unlocked when both are closed
+    FileDescriptor m_lock; ///< a duplicate of m_file's descriptor: the file is unlocked when both are closed
 };
