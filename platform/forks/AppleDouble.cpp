@@ -20,7 +20,7 @@ struct FileHeader {
 };
 static_assert(sizeof(FileHeader) == 24);
 
-/// The number of entries, in 16 bits, stands between the header and them.
+/// The number of entries, in 16 bits, follows the header; the entries follow it.
 constexpr qsizetype entriesAt = sizeof(FileHeader) + sizeof(quint16);
 
 struct EntryHeader {
@@ -30,8 +30,8 @@ struct EntryHeader {
 };
 static_assert(sizeof(EntryHeader) == 12);
 
-// macOS keeps extended attributes behind the Finder information, in the same entry, and tells their places
-// from the file's start: where the entry moves, they move along.
+// macOS keeps extended attributes after the Finder information, in the same entry. Their offsets count from
+// the file's start, so they change when the entry moves.
 
 struct AttributesHeader {
     quint32_be magic;
@@ -45,8 +45,8 @@ struct AttributesHeader {
 };
 static_assert(sizeof(AttributesHeader) == 36);
 
-// An attribute: the place of its value from the file's start and the value's length, in 32 bits each, flags
-// in 16, the name's length in 8, the name, and as many bytes as make the whole a multiple of 4.
+// An attribute: the offset of its value from the file's start and the value's length, in 32 bits each; flags
+// in 16 bits; the name's length in 8 bits; the name; padding to a multiple of 4 bytes.
 constexpr qsizetype nameLengthAt = sizeof(quint32) + sizeof(quint32) + sizeof(quint16);
 constexpr qsizetype nameAt = nameLengthAt + qsizetype{sizeof(quint8)};
 
@@ -58,7 +58,7 @@ Error damaged(const char* detail) {
             QStringLiteral("the AppleDouble file is damaged (%1)").arg(QLatin1String(detail))};
 }
 
-/// The Finder information's entry with the places of its attributes moved by `distance`.
+/// The Finder information's entry with the offsets of its attributes moved by `distance`.
 QByteArray moved(QByteArray entry, qsizetype distance) {
     const auto header = ByteReader(entry).record<AttributesHeader>(attributesAt);
     if (distance == 0 || !header || header->magic != attributesMagic)
@@ -107,7 +107,7 @@ Result<AppleDouble> AppleDouble::parse(const QByteArray& bytes) {
         if (!entry)
             return damaged("its list of entries breaks off");
         const auto data = file.slice(entry->offset, entry->length);
-        // Entries that share bytes could stand for far more than there are.
+        // Entries that share bytes could claim far more data than the file has.
         total = total + entry->length;
         if (!data || !total.isAtMost(file.size()))
             return damaged("an entry lies outside");
@@ -115,7 +115,8 @@ Result<AppleDouble> AppleDouble::parse(const QByteArray& bytes) {
             return damaged("an entry is there twice");
         result.m_entries.push_back({entry->identifier, data->view().toByteArray(), entry->offset});
     }
-    // The two that are always written count even where they are not there yet.
+    // Finder information and resource fork are always written, so they count even if the file does not have
+    // them yet.
     const bool hasInfo = result.find(finderInfoEntry) != nullptr;
     const bool hasFork = result.find(resourceForkEntry) != nullptr;
     if (*entryCount + (hasInfo ? 0 : 1) + (hasFork ? 0 : 1) > mostEntries)

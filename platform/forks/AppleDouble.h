@@ -7,28 +7,28 @@
 
 #include <vector>
 
-/// An AppleDouble file, version 2: what a file has besides its data, beside it under the name "._" and the
-/// file's. A value. Entries that are not asked for here stay as they are. Its operations
-/// belong to this room and may throw std::bad_alloc, of which the store tells instead. Source: RFC 1740,
-/// appendix B.
+/// An AppleDouble file, version 2: what a file has besides its data. It is kept in the same folder, under the
+/// file's name with "._" before it. A value. Entries other than the resource fork and the Finder information
+/// stay as they are. Its operations are for this room only and may throw std::bad_alloc; the store turns that
+/// into an error. Source: RFC 1740, appendix B.
 class AppleDouble {
   public:
-    /// One with nothing in it.
+    /// Empty: no resource fork, no Finder information.
     AppleDouble() = default;
 
-    /// Damaged where `bytes` are no whole AppleDouble file, Unsupported for another version and for more
-    /// entries than anybody writes.
+    /// Damaged if `bytes` are not a complete AppleDouble file. Unsupported for another version, or for more
+    /// than 256 entries.
     static Result<AppleDouble> parse(const QByteArray& bytes);
 
-    /// The file. Finder information comes first and the resource fork last, and both are there even where
-    /// they are empty: macOS reads no other.
+    /// The file's bytes. Finder information comes first and the resource fork last. Both are written even if
+    /// they are empty: macOS does not read a file without them.
     QByteArray data() const;
 
-    /// Empty without one.
+    /// Empty if the file has no resource fork.
     QByteArray resourceFork() const;
     void setResourceFork(const QByteArray& fork);
 
-    /// All zero without any.
+    /// All zero if the file has no Finder information.
     FinderInfo finderInfo() const;
     void setFinderInfo(const FinderInfo& info);
 
@@ -36,7 +36,7 @@ class AppleDouble {
     struct Entry {
         quint32 identifier;
         QByteArray data;
-        qsizetype offset; ///< in the file that it was read from; 0 for a new one
+        qsizetype offset; ///< in the file that was parsed; 0 for a new entry
     };
 
     Entry& entry(quint32 identifier);

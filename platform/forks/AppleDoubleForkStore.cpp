@@ -17,14 +17,14 @@
 
 namespace {
 
-/// What the store has of an item, which must exist; nothing of one without an AppleDouble file.
+/// What the store keeps for an existing item; empty if the item has no AppleDouble file.
 Result<AppleDouble> contentsOf(const QString& path, const QString& sidecar) {
     if (!QFileInfo::exists(path))
         return about(path, systemError(ENOENT, ErrorCode::NotFound));
     const QFileInfo info(sidecar);
     if (!info.exists() && !info.isSymLink())
         return AppleDouble();
-    // What macOS itself can keep in such a file is shorter than 4 GiB.
+    // macOS itself can keep less than 4 GiB in such a file.
     constexpr qint64 largest = std::numeric_limits<quint32>::max();
     const Result<QByteArray> bytes = RegularFile::read(QFile::encodeName(sidecar).toStdString(), largest);
     if (!bytes)
@@ -35,7 +35,8 @@ Result<AppleDouble> contentsOf(const QString& path, const QString& sidecar) {
     return parsed;
 }
 
-/// The name of an item in the folder that it stands in, where links on the way to it are followed.
+/// The path of an item with the links to its folder resolved. If the item itself is a link, it is not
+/// resolved.
 QString ownPath(const QString& path) {
     const QString absolute = QDir::current().absoluteFilePath(path);
     const QString folder = QFileInfo(deletingLastPathComponent(absolute)).canonicalFilePath();
@@ -61,14 +62,14 @@ Result<Done> writeSidecar(const QString& sidecar, const QString& item, const App
 } // namespace
 
 QString AppleDoubleForkStore::sidecarPath(const QString& path) {
-    // The file system's own names: ".." behind a link is not what it seems.
+    // The file system resolves links first: in "link/..", the ".." leads to the parent of the link's target.
     const QString canonical = QFileInfo(path).canonicalFilePath();
     return beside(canonical.isEmpty() ? ownPath(path) : canonical);
 }
 
 Result<Done> AppleDoubleForkStore::removeItem(const QString& path) {
     return unlessMemoryIsShort([&]() -> Result<Done> {
-        // Of a link its own: what it leads to stays.
+        // For a link, removes the link's own AppleDouble file. The file that it leads to keeps its own.
         const QString own = ownPath(path);
         if (const Result<Done> removed = FileForkStore::removeItem(path); !removed)
             return removed.error();
@@ -82,7 +83,7 @@ Result<Done> AppleDoubleForkStore::removeRemains(const QString& path) {
         const QFileInfo info(sidecar);
         if (!info.exists() && !info.isSymLink())
             return Done{};
-        // A folder of that name is somebody's own, with all that is in it.
+        // A folder of that name belongs to the user and stays, with all that is in it.
         if (info.isDir() && !info.isSymLink())
             return about(sidecar, systemError(EISDIR, ErrorCode::NotWritable));
         return FileForkStore::removeItem(sidecar);
@@ -124,7 +125,7 @@ Result<Done> AppleDoubleForkStore::setFinderInfo(const QString& path, const Find
         Result<AppleDouble> contents = contentsOf(path, sidecar);
         if (!contents)
             return contents.error();
-        // What is as it should be needs no file.
+        // If nothing changes, no AppleDouble file is made.
         if (contents->finderInfo() == info)
             return Done{};
         contents->setFinderInfo(info);

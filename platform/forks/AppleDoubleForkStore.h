@@ -3,10 +3,10 @@
 #include "platform/forks/AppleDouble.h"
 #include "platform/forks/FileForkStore.h"
 
-/// Keeps forks in AppleDouble files beside the items: what macOS itself reads from archives and from volumes
-/// without forks. The file of "a/b" is "a/._b"; links are followed. An AppleDouble file that can't be read is
-/// an error, and stays as it is; one that is made or replaced can be read by whom the one before, or else the
-/// item, can be.
+/// Keeps forks in AppleDouble files beside the items, as macOS does in archives and on volumes without forks.
+/// The file of "a/b" is "a/._b"; links are followed. An AppleDouble file that can't be read is an error and
+/// is not changed. A replaced AppleDouble file keeps its permissions; a new one gets the item's read and
+/// write permissions.
 class AppleDoubleForkStore final : public FileForkStore {
   public:
     Result<Done> removeItem(const QString& path) override;
@@ -16,6 +16,6 @@ class AppleDoubleForkStore final : public FileForkStore {
     Result<FinderInfo> finderInfo(const QString& path) const override;
     Result<Done> setFinderInfo(const QString& path, const FinderInfo& info) override;
 
-    /// The AppleDouble file of an item.
+    /// The path of an item's AppleDouble file.
     static QString sidecarPath(const QString& path);
 };

@@ -2,11 +2,11 @@
 
 #include "platform/forks/ForkStore.h"
 
-/// The store in use. One is in use at a time; until ForkStoreInUse puts another there, it is the system's:
-/// extended attributes on macOS, elsewhere NoForkStore.
+/// The store in use. Until ForkStoreInUse puts another one in its place, it is the system's: extended
+/// attributes on macOS, NoForkStore elsewhere.
 ForkStore& currentForkStore();
 
-/// Puts a store into use for as long as this object lives. The store must live longer.
+/// Puts a store into use until this object is destroyed. The store must live longer.
 class ForkStoreInUse {
   public:
     explicit ForkStoreInUse(ForkStore& store);

@@ -22,7 +22,7 @@ ssize_t getAttribute(const char* path, const char* name, void* value, std::size_
 }
 
 int setAttribute(const char* path, const char* name, const void* value, std::size_t size) {
-    // A resource fork is written over, not replaced: what is left of a longer one would stay.
+    // setxattr overwrites a resource fork in place: the end of a longer old fork would stay.
     removexattr(path, name, 0);
     return setxattr(path, name, value, size, 0, 0);
 }
@@ -48,8 +48,8 @@ Result<QByteArray> read(const QString& path, const char* name) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return failure(path, ErrorCode::NotAPath, ENOENT);
     const QByteArray file = QFile::encodeName(path);
-    // Asking for the length first would not save from asking again: it may grow meanwhile. A value that just
-    // fills the buffer may go on: macOS gives as much of a resource fork as there is room for.
+    // The value may grow at any time, so asking for its length first would not help. If a value exactly fills
+    // the buffer, there may be more: macOS returns as much of a resource fork as fits.
     constexpr qsizetype usual = 2048;
     QByteArray value(usual, Qt::Uninitialized);
     const auto get = [&] {

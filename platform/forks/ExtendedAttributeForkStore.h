@@ -3,8 +3,7 @@
 #include "platform/forks/FileForkStore.h"
 
 /// Keeps forks in the extended attributes "com.apple.ResourceFork" and "com.apple.FinderInfo", as macOS does.
-/// On other systems the names stand in the namespace "user.", and what fits into an attribute is the file
-/// system's matter.
+/// On other systems the names begin with "user.", and the file system limits the size of an attribute.
 class ExtendedAttributeForkStore final : public FileForkStore {
   public:
     Result<QByteArray> resourceFork(const QString& path) const override;

@@ -19,7 +19,7 @@
 
 namespace {
 
-/// A text that can name a file.
+/// Whether the text can name a file.
 bool isPath(const QString& path) {
     return !path.isEmpty() && !path.contains(QChar::Null);
 }

@@ -9,9 +9,9 @@
 #include <array>
 #include <cstring>
 
-/// The 32 bytes that the file browser of macOS keeps of a file or folder, big-endian. Of a file the first
-/// four are its type and the next four its creator; the flags stand in the same place for both. Source:
-/// Inside Macintosh: Macintosh Toolbox Essentials, chapter 7, "Finder Interface Reference".
+/// The 32 bytes that the macOS file browser keeps for a file or folder, big-endian. For a file, the first
+/// four bytes are its type and the next four its creator. The flags are in the same place for files and
+/// folders. Source: Inside Macintosh: Macintosh Toolbox Essentials, chapter 7, "Finder Interface Reference".
 class FinderInfo {
   public:
     static constexpr qsizetype size = 32;
@@ -23,7 +23,7 @@ class FinderInfo {
 
     /// All zero.
     FinderInfo() = default;
-    /// The first 32 of `bytes`; what is missing is zero.
+    /// Takes the first 32 of `bytes`; missing bytes are zero.
     explicit FinderInfo(QByteArrayView bytes) {
         if (!bytes.isEmpty())
             std::memcpy(&m_fields, bytes.data(), static_cast<std::size_t>(std::min(size, bytes.size())));

@@ -9,8 +9,8 @@
 #include <memory>
 #include <optional>
 
-/// What files have besides their data, and what is done to files on its behalf: resource forks, Finder
-/// information, modification dates, and telling the file browser that a folder has changed.
+/// Access to what files have besides their data: resource forks, Finder information and modification dates.
+/// It also tells the file browser that a folder has changed.
 class ForkStore {
   public:
     /// The time of a file's last change, to the nanosecond.
@@ -25,12 +25,12 @@ class ForkStore {
 
     virtual ~ForkStore() = default;
 
-    /// Whether there are forks at all. Where there are none, every operation fails and touches nothing.
+    /// Whether this store can keep forks. If not, every operation fails and touches nothing.
     virtual bool isAvailable() const = 0;
 
-    /// Removes a file, or a folder with all that it holds, and what the store keeps of it.
+    /// Removes a file, or a folder with all that it holds, and what the store keeps for it.
     virtual Result<Done> removeItem(const QString& path) = 0;
-    /// Removes what the store may still keep of an item that is gone, before a new one of its name is made.
+    /// Removes what the store may still keep for a removed item, before a new item of its name is made.
     virtual Result<Done> removeRemains(const QString& path) = 0;
 
     virtual Result<FileTime> modificationDate(const QString& path) const = 0;
@@ -38,17 +38,17 @@ class ForkStore {
 
     /// The fork's bytes; empty for an item without one.
     virtual Result<QByteArray> resourceFork(const QString& path) const = 0;
-    /// As whole as the store's place writes it.
+    /// Replaces the fork. Whether an interrupted write leaves the old fork depends on the store.
     virtual Result<Done> setResourceFork(const QString& path, const QByteArray& fork) = 0;
-    /// Makes a fork without resources: of a new file where there is nothing of that name, else of the file
-    /// that is there unless it has one already. Folders, and links that lead nowhere, are left alone.
+    /// Makes an empty resource fork. If there is no file of that name, it makes one. An existing fork stays.
+    /// Folders and links that lead nowhere are left alone.
     virtual Result<Created> createResourceFork(const QString& path,
                                                const std::optional<FinderInfo>& info) = 0;
 
-    /// All zero for an item without any.
+    /// All zero for an item without Finder information.
     virtual Result<FinderInfo> finderInfo(const QString& path) const = 0;
     virtual Result<Done> setFinderInfo(const QString& path, const FinderInfo& info) = 0;
 
-    /// Tells the system that what a folder shows has changed.
+    /// Tells the system that the folder's appearance has changed.
     virtual Result<Done> notifyChanged(const QString& folder) = 0;
 };

@@ -2,7 +2,7 @@
 
 #include "platform/forks/ForkStore.h"
 
-/// The store of systems whose files have no forks: every operation fails before it touches the disk.
+/// The store for systems whose files have no forks: every operation fails before it touches the disk.
 class NoForkStore final : public ForkStore {
   public:
     bool isAvailable() const override { return false; }

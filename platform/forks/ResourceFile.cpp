@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Those that are open, the current one last.
+/// The open files; the last one is the current one.
 std::vector<ResourceFile*>& openFiles() {
     static std::vector<ResourceFile*> files;
     return files;
@@ -35,7 +35,7 @@ Result<std::unique_ptr<ResourceFile>> ResourceFile::open(const QString& path) {
         Result<ResourceFork> fork = ResourceFork::parse(*bytes);
         if (!fork)
             return about(path, fork.error());
-        // The constructor is private.
+        // std::make_unique cannot call the private constructor.
         return std::unique_ptr<ResourceFile>(new ResourceFile(store, path, std::move(*fork)));
     });
 }

@@ -5,25 +5,25 @@
 
 #include <memory>
 
-/// The resource fork of an item, open for reading and writing, in the store that was in use when it was
-/// opened. The one that was opened last and is still open is the current one. One thread at a time.
+/// An item's resource fork, open for reading and writing. It stays in the store that was in use when it was
+/// opened. The most recently opened file that is still open is the current one. Not thread-safe.
 class ResourceFile {
   public:
-    /// Opens the item's fork and makes it the current one. An error where the item has none, or a damaged
-    /// one.
+    /// Opens the item's fork and makes it the current one. An error if the item has no fork or a damaged one.
     static Result<std::unique_ptr<ResourceFile>> open(const QString& path);
 
-    /// Null where none is open.
+    /// Null if no file is open.
     static ResourceFile* current();
 
-    /// Closes it; changes that `close` did not write are lost.
+    /// Closes the file. Changes not written by `close` are lost.
     ~ResourceFile();
     ResourceFile(const ResourceFile&) = delete;
     ResourceFile& operator=(const ResourceFile&) = delete;
 
     ResourceFork& fork() { return m_fork; }
 
-    /// Writes the fork whole, where it was changed. It is current no longer, whatever the result.
+    /// Writes the whole fork if it was changed. After this, it is not the current file, even if the write
+    /// fails.
     Result<Done> close();
 
   private:

@@ -12,9 +12,9 @@
 
 namespace {
 
-// Maps are the standard library's: Qt's end the program where memory is short.
+// Maps are std:: maps: Qt's end the program if memory is short.
 
-// The records of a fork.
+// The records of a fork, all big-endian.
 
 struct ForkHeader {
     quint32_be dataOffset;
@@ -24,7 +24,7 @@ struct ForkHeader {
 };
 static_assert(sizeof(ForkHeader) == 16);
 
-/// What stands before the data for the system and for applications.
+/// The bytes before the data, for the system (112) and for applications (128).
 constexpr qsizetype reservedSize = 112 + 128;
 
 struct MapHeader {
@@ -47,7 +47,7 @@ static_assert(sizeof(TypeEntry) == 8);
 struct ReferenceEntry {
     qint16_be number;
     quint16_be nameOffset; ///< from the name list's start
-    quint32_be dataOffset; ///< the attributes in the upper 8 bits; from the data's start
+    quint32_be dataOffset; ///< from the data's start; the upper 8 bits are the attributes
     quint32_be handle;
 };
 static_assert(sizeof(ReferenceEntry) == 12);
@@ -68,19 +68,19 @@ Error unsupported(const char* detail) {
             QStringLiteral("the resources do not fit into a resource fork (%1)").arg(QLatin1String(detail))};
 }
 
-/// A resource whose data are not read yet.
+/// A resource with the offset of its data, before the data are read.
 struct Reference {
     Resource resource;
     quint32 dataOffset = 0;
 };
 
-/// What the references of a map lead to.
+/// Reads the references of a map.
 Result<std::vector<Reference>> readReferences(const ByteReader& map, const MapHeader& header) {
     const auto typeList = map.from(header.typeListOffset);
     const auto lastType = typeList ? typeList->bigEndian<quint16>(0) : std::nullopt;
     if (!lastType)
         return damaged("the list of types lies outside");
-    // 0xFFFF stands for none.
+    // 0xFFFF means no types.
     const auto typeCount = static_cast<quint16>(*lastType + 1);
     std::vector<Reference> references;
     ByteCount referenceBytes = 0;
@@ -89,7 +89,7 @@ Result<std::vector<Reference>> readReferences(const ByteReader& map, const MapHe
         if (!type)
             return damaged("the list of types breaks off");
         const auto count = static_cast<quint16>(type->lastIndex + 1);
-        // Lists that share bytes could stand for far more resources than there are bytes.
+        // Lists that share bytes could claim far more resources than the fork has bytes for.
         referenceBytes = referenceBytes + ByteCount(count) * sizeof(ReferenceEntry);
         if (!referenceBytes.isAtMost(map.size()))
             return damaged("there are more references than its map has room for");
@@ -116,8 +116,8 @@ Result<std::vector<Reference>> readReferences(const ByteReader& map, const MapHe
     return references;
 }
 
-/// The data at each of the offsets that references have. Several may lead to the same data, which are kept
-/// once; but none may begin inside of others.
+/// The data at each offset that the references name. Several references may share one offset; their data are
+/// kept once. Data that begin inside other data are refused.
 Result<std::unordered_map<quint32, QByteArray>> readData(const ByteReader& section,
                                                          const std::vector<Reference>& references) {
     std::map<quint32, QByteArrayView> views;
@@ -140,7 +140,7 @@ Result<std::unordered_map<quint32, QByteArray>> readData(const ByteReader& secti
     return data;
 }
 
-/// Resources of one type, by their places in the fork.
+/// The resources of one type, in the order of the fork.
 struct TypeGroup {
     FourCharCode type;
     std::vector<const Resource*> resources;
@@ -195,7 +195,7 @@ namespace {
 
 constexpr qsizetype largestMapOffset = std::numeric_limits<quint16>::max();
 
-/// The parts of a fork while resource after resource is added to them. What was shared stays shared.
+/// The parts of a fork under construction. Resources that shared data still share it in the written fork.
 class ForkParts {
   public:
     QByteArray data;
@@ -241,7 +241,7 @@ class ForkParts {
     }
 
     Result<quint32> dataOffset(const QByteArray& bytes) {
-        // Shared data are told by their place in memory.
+        // Shared data are recognised by their address in memory.
         const char* place = bytes.isEmpty() ? nullptr : bytes.constData();
         if (place == nullptr || !m_dataOffsets.contains(place)) {
             if (data.size() > qsizetype{largestDataOffset})
@@ -287,7 +287,7 @@ Result<QByteArray> ResourceFork::data() const {
     QByteArray fork;
     ByteWriter writer(fork);
     writer.record(header).bytes(m_reserved).bytes(parts.data).record(mapHeader);
-    // One less than there are, in 16 bits: none are 0xffff.
+    // The count is stored less one, in 16 bits: 0xFFFF means no types.
     writer.bigEndian<quint16>(static_cast<quint16>(groups.size() + 0xffff));
     writer.bytes(parts.types).bytes(parts.references).bytes(parts.names);
     return fork;

@@ -10,7 +10,7 @@
 
 /// One resource of a fork.
 struct Resource {
-    /// The attribute of a resource that may be neither changed nor removed.
+    /// The attribute bit of a resource that may not be changed or removed.
     static constexpr quint8 isProtected = 0x08;
 
     FourCharCode type;
@@ -22,42 +22,42 @@ struct Resource {
     bool operator==(const Resource&) const = default;
 };
 
-/// The resources of a file and what else its resource fork holds. A value: to copy one may throw
-/// std::bad_alloc, as `parse` and `data` may, which belong to this room; what opens and writes forks tells of
-/// it instead. Source of the format: Inside Macintosh: More Macintosh Toolbox, chapter 1, "Resource File
-/// Format"; all integers are big-endian.
+/// The resources of a file, and the other contents of its resource fork. A value. Copying, `parse` and `data`
+/// may throw std::bad_alloc and are for this room only; the classes that open and write forks return an error
+/// instead. All integers of the format are big-endian. Source: Inside Macintosh: More Macintosh Toolbox,
+/// chapter 1, "Resource File Format".
 class ResourceFork {
   public:
     /// A fork without resources.
     ResourceFork();
 
-    /// Damaged where `bytes` are no whole fork, down to the last resource and name.
+    /// Damaged if `bytes` are not a complete fork: every resource and name is checked.
     static Result<ResourceFork> parse(const QByteArray& bytes);
 
-    /// The fork's bytes. Unsupported where there are more resources than its 16-bit offsets or more data than
-    /// its 24-bit ones can tell.
+    /// The fork's bytes. Unsupported if the resources do not fit into the format's 16-bit offsets, or the
+    /// data into its 24-bit offsets.
     Result<QByteArray> data() const;
 
-    /// In the order in which they were read and added. `data` groups them by type.
+    /// In the order in which they were read or added. `data` groups them by type.
     const std::vector<Resource>& resources() const { return m_resources; }
 
     /// The first resource of that type and number, or null.
     const Resource* resource(FourCharCode type, qint16 number) const;
 
-    /// Puts the resource behind the others, even where there is one of its type and number.
+    /// Adds the resource as the last one, even if there is one of the same type and number.
     Result<Done> addResource(Resource resource);
 
-    /// Whether the whole fork is meant to stay as it is.
+    /// Whether the fork is marked read-only as a whole.
     bool isReadOnly() const;
 
-    /// Takes the first resource of that type and number out; whether there was one.
+    /// Removes the first resource of that type and number. Returns whether there was one.
     bool removeResource(FourCharCode type, qint16 number);
 
     bool operator==(const ResourceFork&) const = default;
 
   private:
     std::vector<Resource> m_resources;
-    /// What stands between the header and the data: the system's and the applications' own bytes.
+    /// The bytes between the header and the data, which belong to the system and to applications.
     QByteArray m_reserved;
     quint16 m_attributes = 0;
 };
