@@ -13,7 +13,7 @@
 
 Result<FSRef> CarbonFSRefCreation::reference(const QString& path, bool createFileIfNecessary) {
     return unlessMemoryIsShort([&]() -> Result<FSRef> {
-        // A NUL would end the name before its end.
+        // A NUL would cut the name off.
         if (path.isEmpty() || path.contains(QChar::Null))
             return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
         const auto found = [&]() -> Result<Done> {
@@ -27,7 +27,7 @@ Result<FSRef> CarbonFSRefCreation::reference(const QString& path, bool createFil
             isThere = AtomicFile::write(path, {});
         if (!isThere)
             return isThere.error();
-        // The item itself, whatever links lead to it.
+        // The item's own path, with all links resolved.
         FSRef reference{QFileInfo(path).canonicalFilePath()};
         if (reference.path.isEmpty())
             return systemError(ENOENT, ErrorCode::NotFound);

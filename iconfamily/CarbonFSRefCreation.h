@@ -4,19 +4,19 @@
 
 #include <QString>
 
-/// A reference to an item that exists.
+/// A reference to an existing item.
 struct FSRef {
-    QString path; ///< absolute, without links
+    QString path; ///< absolute, with all links resolved
 };
 
-/// What paths are asked for besides what a text can.
+/// Makes references to items from their paths.
 namespace CarbonFSRefCreation {
 
-/// The item of that name. Where there is none and `createFileIfNecessary` is set, an empty file is made
-/// first; else it is NotFound. Also fails as the file system or AtomicFile does.
+/// The item at `path`. If it is missing and `createFileIfNecessary` is set, an empty file is made first; if
+/// it is not set, the error is NotFound. Other errors are those of the file system and of AtomicFile.
 Result<FSRef> reference(const QString& path, bool createFileIfNecessary);
 
-/// Fills `reference` with that item; whether there is one.
+/// Fills `reference` with that item. Returns whether the item exists.
 bool getFSRef(const QString& path, FSRef& reference, bool createFileIfNecessary);
 
 } // namespace CarbonFSRefCreation

@@ -20,13 +20,13 @@ using CarbonFSRefCreation::reference;
 constexpr FourCharCode familyResource("icns");
 constexpr qint16 customIconNumber = -16455;
 
-/// What shows the icon where only the elements of old systems are read, in this order.
+/// The elements that old systems show, in the order in which they are added.
 constexpr FourCharCode compatibilityTypes[] = {"icl8", "ICN#", "ics8", "ics#"};
 
 /// The file in a folder that holds the folder's icon.
 const QString iconFileName = QStringLiteral("Icon\r");
 
-/// A store that keeps forks.
+/// The store in use, if it can keep forks.
 Result<ForkStore*> availableStore() {
     ForkStore& store = currentForkStore();
     if (!store.isAvailable())
@@ -64,7 +64,7 @@ Result<Done> unmarkCustomIcon(ForkStore& store, const QString& path) {
     });
 }
 
-/// Takes the icon out of the fork of that item, if it has one.
+/// Removes the icon from the item's fork, if there is one.
 Result<Done> removeIcon(ResourceFork& fork, const QString& path) {
     if (fork.isReadOnly())
         return about(path, {ErrorCode::NotWritable, QStringLiteral("its resource fork is read-only")});
@@ -75,7 +75,7 @@ Result<Done> removeIcon(ResourceFork& fork, const QString& path) {
     return Done{};
 }
 
-/// Puts the family into the resource fork of that item.
+/// Adds the family to the item's resource fork.
 Result<Done> addToFork(const IconFamily& family, const QString& path, bool withCompatibility) {
     const Result<std::unique_ptr<ResourceFile>> file = ResourceFile::open(path);
     if (!file)
@@ -88,7 +88,7 @@ Result<Done> addToFork(const IconFamily& family, const QString& path, bool withC
         return added;
     if (withCompatibility) {
         for (const FourCharCode type : compatibilityTypes) {
-            // An element that is missing is passed over.
+            // A missing element is skipped.
             Result<Done> done = family.addElement(type, customIconNumber);
             if (!done && done.error().code == ErrorCode::OutOfMemory)
                 return done;
@@ -97,7 +97,7 @@ Result<Done> addToFork(const IconFamily& family, const QString& path, bool withC
     return (*file)->close();
 }
 
-/// The folder that a path's item stands in. A relative path is one below the current folder.
+/// The folder of a path's item. A relative path starts at the current folder.
 QString folderOf(const QString& path) {
     QString folder = deletingLastPathComponent(path);
     if (path.startsWith(u'/'))
@@ -105,8 +105,8 @@ QString folderOf(const QString& path) {
     return folder.isEmpty() ? QDir::currentPath() : appendingPathComponent(QDir::currentPath(), folder);
 }
 
-/// The path of the file that gets the icon, with a fork of its own: what a link leads to, a new file where
-/// there is none.
+/// The path of the file that gets the icon. A link is followed, a missing file is made, and an empty fork is
+/// added if there is none.
 Result<QString> fileWithFork(ForkStore& store, const QString& path, const QString& parent) {
     const Result<FSRef> found = reference(path, false);
     const QString file = found ? found->path : appendingPathComponent(parent, lastPathComponent(path));
@@ -163,7 +163,7 @@ Result<Done> setOnFolder(ForkStore& store, const IconFamily& family, const QStri
     info->setFlags(FinderInfo::isInvisible);
     if (Result<Done> set = store.setFinderInfo(icon->path, *info); !set)
         return set;
-    // The file is there: that its fork can't be the first thing made of it is expected.
+    // `reference` has made the file, so Created::WasThere is the usual answer here and not an error.
     if (const Result<ForkStore::Created> created = store.createResourceFork(icon->path, *info); !created)
         return created.error();
     if (Result<Done> added = addToFork(family, icon->path, withCompatibility); !added)
@@ -189,7 +189,7 @@ Result<Done> removeFromFile(ForkStore& store, const QString& path) {
     return store.notifyChanged(deletingLastPathComponent(*item));
 }
 
-/// A folder that is not there has no mark.
+/// A missing folder has no mark to remove.
 Result<Done> unmarkFolder(ForkStore& store, const QString& path) {
     const Result<FSRef> folder = reference(path, false);
     if (!folder)
@@ -206,7 +206,7 @@ CustomIcon::Outcome CustomIcon::setOnFile(const IconFamily& family, const QStrin
     const Result<ForkStore*> store = availableStore();
     if (!store)
         return {store.error()};
-    // A file that is not there yet has no date.
+    // A missing file has no date; that does not end the operation.
     const Result<ForkStore::FileTime> date = (*store)->modificationDate(path);
     return {unlessMemoryIsShort([&] { return ::setOnFile(**store, family, path, withCompatibility, date); }),
             date ? Result<Done>(Done{}) : date.error()};

@@ -6,28 +6,29 @@
 
 class IconFamily;
 
-/// Custom icons of files and folders, in the ForkStore that is in use, with the cause where a step fails.
-/// Each operation ends at the first step that fails; what was done until then stays. IconFamily's operations
-/// of these names answer no more than whether all steps succeeded.
+/// Custom icons of files and folders, in the ForkStore in use. Each operation ends at the first step that
+/// fails and returns its cause; the steps before it stay done. IconFamily's operations of the same purpose
+/// return only whether all steps succeeded.
 namespace CustomIcon {
 
-/// What became of an operation.
+/// The result of an operation.
 struct Outcome {
     Result<Done> result;
-    /// The error of a step of the file manager. Reading a file's date is one that does not end the operation.
+    /// The error of a file manager step. A failure to read a file's date is stored here and does not end the
+    /// operation.
     Result<Done> fileManager = Done{};
 };
 
-/// Makes `family` the custom icon of a file, which is made where it is missing.
+/// Makes `family` the custom icon of a file. A missing file is made.
 Outcome setOnFile(const IconFamily& family, const QString& path, bool withCompatibility);
 
 /// Makes `family` the custom icon of a folder.
 Outcome setOnFolder(const IconFamily& family, const QString& path, bool withCompatibility);
 
-/// Takes the custom icon off a file.
+/// Removes the custom icon of a file.
 Outcome removeFromFile(const QString& path);
 
-/// Takes the custom icon off a folder.
+/// Removes the custom icon of a folder.
 Outcome removeFromFolder(const QString& path);
 
 } // namespace CustomIcon

@@ -23,7 +23,7 @@ std::unique_ptr<IconFamily> IconFamily::iconFamily() {
 }
 
 std::unique_ptr<IconFamily> IconFamily::initWithData(const QByteArray& data) {
-    // The bytes may be another's, who lets them go.
+    // A deep copy: the caller may free the bytes that `data` refers to.
     return initWithIconFamilyHandle(QByteArray(data.constData(), data.size()));
 }
 
@@ -49,7 +49,7 @@ std::unique_ptr<IconFamily> IconFamily::iconFamilyWithContentsOfFile(const QStri
 }
 
 std::unique_ptr<IconFamily> IconFamily::initWithIconFamilyHandle(QByteArray handle) {
-    // The constructor is private, and so is not std::make_unique's.
+    // std::make_unique cannot call the private constructor.
     return std::unique_ptr<IconFamily>(new (std::nothrow) IconFamily(std::move(handle)));
 }
 
@@ -81,7 +81,8 @@ bool IconFamily::writeToFile(const QString& path) const {
 
 namespace {
 
-/// The samples of `bitmap` as `element` keeps them. No value where it has another size or memory is short.
+/// The samples of `bitmap` in the form that `element` stores. No value if the bitmap has another size or
+/// shape, or if memory is short.
 std::optional<QByteArray> converted(const BitmapImageRep& bitmap, const WritableElement& element) {
     switch (element.content) {
     case ElementContent::Colors:
@@ -134,7 +135,7 @@ Result<Done> IconFamily::addElement(FourCharCode type, qint16 asResID) const {
 
 namespace {
 
-/// A null image where the block holds no picture that is known here.
+/// A null image if the block holds no picture of a known format.
 Result<Image> imageOf(const QByteArray& block) {
     const Result<IcnsReader> reader = IcnsReader::open(block);
     if (!reader)

@@ -1,4 +1,4 @@
-// A whole family from one picture.
+// Builds a whole family from one picture.
 #include "base/ShortMemory.h"
 #include "iconfamily/IconFamily.h"
 #include "imaging/drawing/GraphicsContext.h"
@@ -23,7 +23,7 @@ ResampleFilter filterOf(IconFamily::ImageInterpolation interpolation) {
     }
 }
 
-/// A drawing where there is one, else the bitmap with the most pixels; null without representations.
+/// The drawing if there is one, else the bitmap with the most pixels; null if there are no representations.
 std::shared_ptr<const ImageRep> largestRepresentation(const Image& image) {
     std::shared_ptr<const ImageRep> largest;
     const auto area = [](const ImageRep& representation) {
@@ -38,12 +38,12 @@ std::shared_ptr<const ImageRep> largestRepresentation(const Image& image) {
     return largest;
 }
 
-/// The other edge of what is drawn into a square of `edge`.
+/// The shorter edge of a picture after its longer edge was scaled to `edge`.
 float fittedEdge(double shorter, double longer, double edge) {
     return static_cast<float>(std::floor(shorter * edge / longer + 0.5));
 }
 
-/// A picture of one raster as a bitmap with alpha first.
+/// A bitmap with alpha first, made from `raster`.
 Result<std::shared_ptr<const BitmapImageRep>> captured(const QImage& raster) {
     return unlessMemoryIsShort([&]() -> Result<std::shared_ptr<const BitmapImageRep>> {
         BitmapLayout layout;
@@ -60,7 +60,7 @@ Result<std::shared_ptr<const BitmapImageRep>> captured(const QImage& raster) {
     });
 }
 
-/// `image` fitted into a square, in its middle. EmptySize where there is nothing to draw or no such square.
+/// `image` fitted into a square, centred. EmptySize if there is nothing to draw or no square of that size.
 Result<QImage> fitted(const Image& image, qint32 toIconWidth, ResampleFilter filter) {
     const std::shared_ptr<const ImageRep> representation = largestRepresentation(image);
     if (representation == nullptr || toIconWidth <= 0)
@@ -82,7 +82,7 @@ Result<QImage> fitted(const Image& image, qint32 toIconWidth, ResampleFilter fil
     context->setImageInterpolation(filter);
     const float left = (static_cast<float>(edge) - width) * 0.5F;
     const float bottom = (static_cast<float>(edge) - height) * 0.5F;
-    // An edge that rounds to nothing leaves the square transparent.
+    // If an edge rounds to 0, the square stays transparent.
     if (width > 0 && height > 0) {
         const QRectF place(static_cast<double>(left), static_cast<double>(bottom), static_cast<double>(width),
                            static_cast<double>(height));
@@ -96,14 +96,14 @@ Result<QImage> fitted(const Image& image, qint32 toIconWidth, IconFamily::ImageI
     return unlessMemoryIsShort([&] { return fitted(image, toIconWidth, filterOf(interpolation)); });
 }
 
-/// The same as a bitmap with alpha first.
+/// The same picture as a bitmap with alpha first.
 Result<std::shared_ptr<const BitmapImageRep>> thumbnail(const Image& image, qint32 size,
                                                         IconFamily::ImageInterpolation interpolation) {
     const Result<QImage> raster = fitted(image, size, interpolation);
     return raster ? captured(*raster) : raster.error();
 }
 
-/// The image with that bitmap alone.
+/// An image with this bitmap as its only representation.
 Result<Image> imageOf(const std::shared_ptr<const BitmapImageRep>& bitmap) {
     return unlessMemoryIsShort([&] {
         Image image(QSizeF(bitmap->pixelSize()));
@@ -133,7 +133,7 @@ IconFamily::initWithThumbnailsOfImage(const Image& image, ImageInterpolation usi
     const Result<Image> master = imageOf(*bitmap);
     if (!master)
         return nullptr;
-    // Refused, since this type takes 512 pixels; the family has none of it.
+    // This call fails, since 'ic10' takes 512 pixels here. It only logs a line; the family gets no 'ic10'.
     family->setIconFamilyElement("ic10", bitmap->get());
     struct Thumbnail {
         qint32 size;
@@ -142,7 +142,7 @@ IconFamily::initWithThumbnailsOfImage(const Image& image, ImageInterpolation usi
     static constexpr std::array thumbnails{Thumbnail{512, "ic09"}, Thumbnail{256, "ic08"},
                                            Thumbnail{128, "ic07"}, Thumbnail{48, "ic06"},
                                            Thumbnail{32, "ic05"},  Thumbnail{16, "ic04"}};
-    // One that can't be made is left out.
+    // A thumbnail that can't be made is left out.
     for (const Thumbnail& wanted : thumbnails) {
         if (const auto made = thumbnail(*master, wanted.size, usingImageInterpolation))
             family->setIconFamilyElement(wanted.type, made->get());

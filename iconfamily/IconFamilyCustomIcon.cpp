@@ -1,10 +1,11 @@
-// Icon families as the custom icons of files and folders.
+// Makes icon families the custom icons of files and folders.
 #include "iconfamily/CustomIcon.h"
 #include "iconfamily/IconFamily.h"
 
 namespace {
 
-/// Fills `error`, where there is one, from a step of the file manager; whether all steps succeeded.
+/// Fills `error`, if it is not null, with the error of a file manager step. Returns whether all steps
+/// succeeded.
 bool answer(const CustomIcon::Outcome& outcome, Error* error) {
     if (!outcome.fileManager && error != nullptr)
         *error = outcome.fileManager.error();

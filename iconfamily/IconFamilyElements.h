@@ -2,24 +2,24 @@
 
 #include "imaging/icns/IcnsTypes.h"
 
-/// What an element keeps of a bitmap.
+/// What an element stores for each pixel of a bitmap.
 enum class ElementContent {
     Colors,   ///< A, R, G, B samples
-    Channel,  ///< a byte of one channel
-    Coverage, ///< a byte of coverage
-    Bits,     ///< a bit, twice
+    Channel,  ///< one byte of one channel
+    Coverage, ///< one byte of coverage
+    Bits,     ///< one bit, stored twice
 };
 
-/// An element type that a bitmap can be stored as.
+/// An element type as which a bitmap can be stored.
 struct WritableElement {
     FourCharCode code;
-    int pixelSize; ///< that the bitmap must have
+    int pixelSize; ///< the size that the bitmap must have
     ElementContent content;
 };
 
-/// Null for any other type.
+/// Null if no bitmap can be stored as this type.
 const WritableElement* writableElement(FourCharCode type);
 
-/// A type that can be read back as a bitmap, which are those with colours; its pixel size is that of icns
-/// files, for 'ic10' not the one that it is stored with. Null for any other type.
+/// An element type that can be read back as a bitmap: one with colours. Its pixel size is the one in icns
+/// files; for 'ic10' that differs from the size of the stored bitmap. Null for any other type.
 const IcnsElementType* readableElement(FourCharCode type);

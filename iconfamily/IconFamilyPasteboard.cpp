@@ -1,4 +1,4 @@
-// Icon families on pasteboards.
+// Reads icon families from pasteboards and writes them there.
 #include "iconfamily/IconFamily.h"
 
 QStringList IconFamily::readableTypesForPasteboard(const Pasteboard& /*pasteboard*/) {
@@ -18,7 +18,7 @@ std::unique_ptr<IconFamily> IconFamily::initWithPasteboardPropertyList(const QBy
     return initWithData(propertyList);
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): asked of the family that is written
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): callers ask the family that they write
 QStringList IconFamily::writableTypesForPasteboard(const Pasteboard& pasteboard) const {
     return readableTypesForPasteboard(pasteboard);
 }

@@ -22,7 +22,7 @@ void permute(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels, cons
 #if HWY_TARGET != HWY_SCALAR
     const hn::ScalableTag<std::uint8_t> bytes;
     const std::size_t step = hn::Lanes(bytes) / 4;
-    // Within blocks of 16 bytes, which is as far as a table reaches.
+    // TableLookupBytes looks up bytes only within blocks of 16 bytes.
     HWY_ALIGN std::uint8_t indices[16];
     for (std::size_t i = 0; i < sizeof indices; ++i)
         indices[i] = static_cast<std::uint8_t>(i - i % 4 + map[i % 4]);

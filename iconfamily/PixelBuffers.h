@@ -7,13 +7,13 @@
 /// Operations on whole buffers of pixels.
 namespace PixelBuffers {
 
-/// Which byte of a pixel each byte of the result is.
+/// For each byte of a result pixel: the index of its byte in the source pixel.
 using Map = std::array<std::uint8_t, 4>;
 
-/// Pixels of four bytes in another order. `in` and `out` may be the same.
+/// Reorders the bytes of 4-byte pixels. `in` and `out` may be the same buffer.
 void permute(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels, const Map& map);
 
-/// Pixels of three bytes as 255 and those three. The buffers do not overlap.
+/// Expands 3-byte pixels to 4 bytes, with 255 as the first byte. The buffers must not overlap.
 void expandRgb(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels);
 
 } // namespace PixelBuffers

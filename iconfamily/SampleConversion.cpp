@@ -1,4 +1,4 @@
-// The four conversions of a bitmap into the bytes of an element.
+// Converts bitmaps into the bytes of elements, in four ways.
 #include "base/Log.h"
 #include "base/ShortMemory.h"
 #include "iconfamily/IconFamily.h"
@@ -17,12 +17,12 @@ bool isOfSize(const BitmapImageRep& bitmap, qint32 size) {
     return size > 0 && bitmap.pixelsWide() == size && bitmap.pixelsHigh() == size;
 }
 
-/// Logs why the operation `name` has no result.
+/// Logs why the conversion `name` has no result.
 void refuse(const char* name, const QString& cause) {
     logLine(QStringLiteral("%1:requiredPixelSize: returning NULL due to %2").arg(QLatin1String(name), cause));
 }
 
-/// The checks after that of the size which the three operations on bytes share.
+/// The checks after that of the size. Three of the conversions share them.
 bool hasShape(const BitmapImageRep& bitmap, const char* name, bool takesGrey) {
     if (bitmap.isPlanar()) {
         refuse(name, QStringLiteral("isPlanar == YES"));
@@ -51,7 +51,7 @@ Result<QByteArray> samples(const BitmapImageRep& bitmap, qint32 size) {
     const Result<RasterImage> image = bitmap.CGImage();
     if (!image)
         return image.error();
-    // No more than the buffer holds, whatever the image has.
+    // The image may hold more or fewer bytes than the buffer: extra ones are ignored, missing ones are 0.
     QByteArray scratch(4 * qsizetype{image->height} * image->width, '\0');
     std::memcpy(scratch.data(), image->bytes.constData(),
                 static_cast<std::size_t>(std::min(scratch.size(), image->bytes.size())));
@@ -70,18 +70,18 @@ Result<QByteArray> samples(const BitmapImageRep& bitmap, qint32 size) {
             unpremultiplyArgb(to, to, pixels);
     } else {
         PixelBuffers::expandRgb(from, to, pixels);
-        // So that G, R and 255 come first, and B stays last.
+        // The result is G, R, 255, B.
         PixelBuffers::permute(to, to, pixels, {2, 1, 0, 3});
     }
     return out;
 }
 
-/// The answer of an operation, which has no value where it fails.
+/// No value if the conversion failed.
 std::optional<QByteArray> answer(const Result<QByteArray>& result) {
     return result ? std::optional(*result) : std::nullopt;
 }
 
-/// One byte of each pixel: the one at `offset` of `stride`.
+/// One byte of each pixel: the byte at `offset` in a pixel of `stride` bytes.
 Result<QByteArray> oneByte(const BitmapImageRep& bitmap, qint32 size, qsizetype stride, qsizetype offset) {
     return unlessMemoryIsShort([&] {
         QByteArray out(qsizetype{size} * size, Qt::Uninitialized);
@@ -95,7 +95,7 @@ Result<QByteArray> oneByte(const BitmapImageRep& bitmap, qint32 size, qsizetype 
     });
 }
 
-/// A bit of each pixel, twice.
+/// One bit of each pixel; all bits are stored twice.
 QByteArray bitsTwice(const BitmapImageRep& bitmap, qint32 size) {
     const int bits = bitmap.bitsPerPixel();
     const qsizetype row = size / pixelsPerByte;
