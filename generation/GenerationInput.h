@@ -5,17 +5,16 @@
 
 #include <QString>
 
-/// What a generation works from. Each value is asked for at the moment of its use, so a change made while a
-/// generation runs counts from there on.
+/// The inputs of a generation. Each value is read at the moment of its use, so a change during a generation
+/// has an effect from then on.
 class GenerationInput {
   public:
     virtual ~GenerationInput() = default;
 
-    /// The source picture; a null image where there is none.
+    /// The source picture; a null image if there is none.
     virtual Image sourceImage() const = 0;
 
-    /// The place of what was chosen in `Platforms::choices`; -1 where nothing is. An index without a choice
-    /// acts as 0.
+    /// The index in `Platforms::choices`, or -1 if nothing is chosen. An index without a choice acts as 0.
     virtual int platformIndex() const = 0;
 
     /// The path of the output folder.

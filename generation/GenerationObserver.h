@@ -5,14 +5,14 @@
 #include <QSize>
 #include <QString>
 
-/// Hears of each file of a generation as it is written or fails. The engine itself goes on after a failure
-/// and tells nobody else.
+/// Receives each file that a generation writes or fails to write. A failure does not stop the generation and
+/// is reported only here.
 class GenerationObserver {
   public:
     struct File {
         QString idiom;
         QString path;
-        QSize pixelSize; ///< of the largest picture in it
+        QSize pixelSize; ///< the size of the largest picture in the file
         qint64 bytes = 0;
     };
 
@@ -20,7 +20,7 @@ class GenerationObserver {
 
     virtual void fileWritten(const File& file) = 0;
 
-    /// `path` is the file or folder that could not be written, or the name of the catalogue where there is
-    /// none.
+    /// `path` is the file or folder that could not be written, or the name of the catalogue if no catalogue
+    /// could be loaded.
     virtual void failed(const QString& path, const Error& error) = 0;
 };

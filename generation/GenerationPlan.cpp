@@ -60,7 +60,7 @@ void GenerationPlan::addContainer(const IconSizeCatalogue& catalogue, Platform p
     for (const QSizeF& points : IconContainer::renders())
         file.renders.push_back({points, points * scale});
     file.pixelSize = IconContainer::largestSize(scale);
-    // By the icons before it, whether or not they can be made.
+    // The platform's icons make the folder, even if none of them can be written.
     file.isFolderMade = !catalogue.dictionary(platform).isEmpty();
     m_files.push_back(std::move(file));
 }

@@ -38,7 +38,7 @@ Result<IconContainer::Written> IconContainer::write(const Image& image, const Ic
             return IconRenderer::ofIcon(raster.error(), size);
         rasters.push_back(std::move(*raster));
     }
-    // They are rendered smallest first, and stored largest first.
+    // The pictures are rendered smallest first and stored largest first.
     std::ranges::reverse(rasters);
     Result<ImageDestination> destination = ImageDestination::create(
         path, QString::fromLatin1(ImageDestination::icnsType), static_cast<int>(rasters.size()));

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// The one path that is both the clip and the border's outline. Radii are computed in double precision from
-/// the single-precision value.
+/// The path is both the clip and the border's outline. Radii are calculated in double precision from the
+/// single-precision value.
 Path outline(const IconStyle& style, const QRectF& bounds) {
     if (!style.roundCorner)
         return Path::bezierPathWithRect(bounds);
@@ -20,7 +20,7 @@ Path outline(const IconStyle& style, const QRectF& bounds) {
     return Path::bezierPathWithRoundedRect(bounds, radius * bounds.width(), radius * bounds.height());
 }
 
-/// Draws the picture into the clip, then the border.
+/// Draws the picture into the clip, then draws the border.
 Result<Image> drawn(const Image& image, const QSizeF& size, const GenerationInput& input, int scale) {
     const QRectF bounds(QPointF(0, 0), size);
     Path path = outline(input.iconStyle(), bounds);

@@ -31,7 +31,7 @@ void IconSetGenerator::generateIconsWithImage(const Image& image,
             return;
     }
     const PngStore::Keeping keeping(m_pngs);
-    // Without an array to read there are no entries, but everything else goes on.
+    // If there is no array to read, there are no entries, but all other steps are done.
     const IconSizeCatalogue catalogue = loaded ? *loaded : IconSizeCatalogue();
     logLine(QStringLiteral("output url %1").arg(fileUrlText(m_input.outputPathString())));
     for (const Platform platform : Platforms::ofIndex(m_input.platformIndex())) {

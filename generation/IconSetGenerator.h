@@ -9,11 +9,11 @@
 #include "platform/services/Screen.h"
 #include "platform/services/Workspace.h"
 
-/// Turns one picture into the icon files of the chosen platform, synchronously and on the calling thread.
-/// Failures are logged or told to the observer; none ends a generation but a malformed catalogue.
+/// Makes the icon files of the chosen platform from one picture, synchronously and on the calling thread.
+/// Failures are logged or reported to the observer. Only a malformed catalogue ends a generation early.
 class IconSetGenerator {
   public:
-    /// What the generator needs of the world around it, kept by reference.
+    /// The services that the generator uses, kept by reference.
     struct Surroundings {
         const Screen& screen;
         Workspace& workspace;
@@ -21,21 +21,21 @@ class IconSetGenerator {
     };
 
     IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings);
-    // Its parts refer to each other.
+    // The members refer to each other, so a copy would be wrong.
     IconSetGenerator(const IconSetGenerator&) = delete;
     IconSetGenerator& operator=(const IconSetGenerator&) = delete;
 
-    /// Writes the whole set for the current platform index from `image`, with the icons of the catalogue as
-    /// it was loaded for this generation. One that is malformed ends the generation before anything is
-    /// written; without one there are no icons, and everything else is done.
+    /// Writes the whole set for the current platform index from `image`. `loaded` is the catalogue as loaded
+    /// for this generation. If it is malformed, the generation ends before anything is written. If it is
+    /// missing or can't be read, no icons are written, but all other steps are done.
     void generateIconsWithImage(const Image& image, const Result<IconSizeCatalogue>& loaded) const;
 
-    /// Writes one idiom's PNG files, for each key of `keysArr` the entry of `InfoDict`, then opens the output
-    /// folder.
+    /// Writes one idiom's PNG files, one for each key of `keysArr` from its entry in `InfoDict`. Then opens
+    /// the output folder.
     void outputImage(const Image& image, const QVariantMap& InfoDict, const QStringList& keysArr,
                      const QString& idiom) const;
 
-    /// The folder that an idiom's PNG files go into.
+    /// The folder of an idiom's PNG files.
     QString appiconsetPathString(const QString& idiom) const;
 
     const IconRenderer& renderer() const { return m_renderer; }

@@ -26,15 +26,14 @@ Result<QByteArray> resourceBytes(const QString& path) {
     constexpr qint64 maximumBytes = 16 << 20;
     if (!path.startsWith(u':'))
         return RegularFile::read(QFile::encodeName(path).toStdString(), maximumBytes);
-    // Compiled into the program.
+    // The resource is compiled into the program.
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return Error{ErrorCode::NotReadable, file.errorString()};
     return file.readAll();
 }
 
-/// Malformed where something is wrong with an entry. Keys may be missing, values of another type than text
-/// may not stand there.
+/// Malformed if an entry is not a dictionary or a value in it is not text. Keys may be missing.
 Result<Done> checkEntry(const QString& idiom, const QString& key, const QVariant& entry) {
     const QString where = QStringLiteral("the entry \"%1\" of %2").arg(key, idiom);
     if (entry.typeId() != QMetaType::QVariantMap)
@@ -100,8 +99,8 @@ QSizeF sizeFromString(const QString& text) {
     const char* const end = at + characters.size();
     std::vector<double> numbers;
     while (at != end && numbers.size() < 2) {
-        // Only what begins with a digit, or a sign or point before one, is a number: "nan" and "inf" are
-        // words.
+        // A number begins with a digit, or with a sign or a point before a digit. "nan" and "inf" are words,
+        // not numbers.
         const char* digits = at;
         if (*digits == '+' || *digits == '-')
             ++digits;

@@ -14,21 +14,20 @@
 
 class Bundle;
 
-/// Which icons each platform needs and at what size: the property list "ImageSizeFile.plist". Its root is an
-/// array whose first five elements are the dictionaries of the platforms, in the order of `Platform`; each
+/// The icons of each platform and their sizes, from the property list "ImageSizeFile.plist". The first five
+/// elements of its root array are the dictionaries of the platforms, in the order of `Platform`. A dictionary
 /// maps a key to an entry with the strings "Dimensions" (the file's pixel size, as "{w, h}") and "Name" (its
 /// base name).
 class IconSizeCatalogue {
   public:
-    /// Its name among the resources.
+    /// The file's name among the resources.
     static constexpr char resourceName[] = "ImageSizeFile.plist";
 
-    /// No icons for any platform.
+    /// A catalogue without icons.
     IconSizeCatalogue() = default;
 
-    /// The catalogue in `bundle` as it is now. NotFound or NotReadable where there is no array to be had;
-    /// Malformed for an array that does not hold what a catalogue must: fewer than five elements, or
-    /// something of another type in a dictionary's or string's place.
+    /// Loads the catalogue from `bundle`. NotFound or NotReadable if there is no array. Malformed if the
+    /// array has fewer than five elements, or if a dictionary or string in it has another type.
     static Result<IconSizeCatalogue> load(const Bundle& bundle);
 
     const QVariantMap& dictionary(Platform platform) const {
@@ -47,5 +46,5 @@ class IconSizeCatalogue {
     std::array<QVariantMap, Platforms::all.size()> m_dictionaries;
 };
 
-/// The first two numbers in `text` as width and height; 0 × 0 where it holds fewer.
+/// The first two numbers in `text` as width and height; 0 × 0 if there are fewer.
 QSizeF sizeFromString(const QString& text);

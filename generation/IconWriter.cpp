@@ -11,14 +11,14 @@
 
 namespace {
 
-/// The PNG encoding of a render and the pixels in it.
+/// The PNG encoding of a render, and its size in pixels.
 struct EncodedIcon {
     QByteArray png;
     QSize pixelSize;
 };
 
-/// By way of a TIFF encoding and a bitmap made from it, so that the file holds exactly the render's pixels
-/// and alpha. Neither the render nor the encoding is kept longer than it is needed.
+/// A bitmap made from the render's TIFF encoding. The PNG file then holds exactly the render's pixels and
+/// alpha. The render is freed before the decoding starts.
 Result<std::unique_ptr<BitmapImageRep>> throughTiff(Image render) {
     const StageTimes::Timer timer(Stage::Tiff);
     const Result<QByteArray> tiff = TIFFRepresentation(render);
@@ -38,7 +38,7 @@ Result<EncodedIcon> encoded(Image render, PngStore& pngs) {
     return EncodedIcon{std::move(*png), (*bitmap)->pixelSize()};
 }
 
-/// The icon of `size` points. Why there is none, in the words for an icon.
+/// Renders and encodes the icon of `size` points. Errors are worded for an icon.
 Result<EncodedIcon> made(const IconRenderer& renderer, const Image& image, const QSizeF& size,
                          PngStore& pngs) {
     Result<Image> render = renderer.rendered(image, size);

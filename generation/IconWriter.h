@@ -12,8 +12,9 @@ class IconWriter {
                GenerationObserver* observer)
         : m_input(input), m_renderer(renderer), m_pngs(pngs), m_observer(observer) {}
 
-    /// Makes the idiom's folder, renders `image` at `withSize` points and writes `andName`.png there,
-    /// replacing a file of that name. A folder that can't be made is logged and the rest tried all the same.
+    /// Makes the idiom's folder, renders `image` at `withSize` points and writes it there as `andName`.png,
+    /// replacing a file of that name. If the folder can't be made, this is logged and the writing is tried
+    /// anyway.
     void saveImage(const Image& image, const QSizeF& withSize, const QString& andName,
                    const QString& idiom) const;
 

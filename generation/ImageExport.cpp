@@ -6,7 +6,7 @@
 
 namespace {
 
-// The platform's values. That lossless formats have a quality too is as it should be.
+// The platform's values. It sets a quality for lossless formats too.
 constexpr float jpegQuality = 0.7F;
 constexpr float fullQuality = 1;
 constexpr qint32 lzw = 5;

@@ -4,31 +4,31 @@
 
 #include <QString>
 
-/// Where the files of an idiom go. The folder's path is used as it stands to make the folder, but with its
-/// percent escapes replaced to write a file: a chosen folder whose name holds such an escape yields two
-/// different paths. Both sides have always worked like this and are kept.
+/// The paths of an idiom's files. To make the folder, its path is used as it is; to write a file, percent
+/// escapes in the folder's path are replaced. If the chosen folder's name holds such an escape, the two paths
+/// differ. See docs/compatibility.md.
 namespace OutputFolder {
 
 /// The container's name, without its suffix.
 inline constexpr char containerName[] = "Application";
 
-/// `outputPathString` with "/idiom/AppIcon.appiconset" appended, or "/android/icons", as plain text: neither
-/// created nor unescaped nor cleaned up.
+/// `outputPathString` with "/idiom/AppIcon.appiconset" or "/android/icons" appended as plain text. The folder
+/// is not created, and the path is neither unescaped nor normalised.
 QString appiconsetPathString(const QString& outputPathString, const QString& idiom);
 
-/// The path of an idiom's PNG file. NotAPath where the unescaped folder is no path, or the name leads out
-/// of it.
+/// The path of an idiom's PNG file. NotAPath if the unescaped folder is not a valid path, or if the name
+/// leads out of it.
 Result<QString> pngPath(const QString& appiconsetPath, const QString& name);
 
-/// The path of the icon container "Application.icns", in the folder above the mac idiom's. NotAPath
-/// where the unescaped folder is none.
+/// The path of the icon container "Application.icns", in the parent of the mac idiom's folder for PNG files.
+/// NotAPath if the unescaped folder is not a valid path.
 Result<QString> containerPath(const QString& appiconsetPath);
 
-/// As `pngPath` and `containerPath`, in a folder whose path is taken as it stands.
+/// Like `pngPath` and `containerPath`, but without replacing escapes in the folder's path.
 Result<QString> pngIn(const QString& folder, const QString& name);
 QString containerBeside(const QString& folder);
 
-/// What is told of a PNG file that has no path.
+/// The text to show for a PNG file that has no path.
 QString shownPngPath(const QString& folder, const QString& name);
 
 } // namespace OutputFolder
