@@ -2,10 +2,10 @@
 
 #include "platform/services/Bundle.h"
 
-/// The program's resources with a size catalogue of the user's own in place of the built-in one.
+/// The program's resources, with the user's own size catalogue in place of the built-in one.
 class CatalogueBundle final : public Bundle {
   public:
-    /// An empty path keeps the built-in catalogue.
+    /// If the path is empty, the built-in catalogue stays.
     explicit CatalogueBundle(QString cataloguePath) : m_cataloguePath(std::move(cataloguePath)) {}
 
     QString pathForResource(const QString& name) const override;

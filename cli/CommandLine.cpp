@@ -39,7 +39,7 @@ bool hasOption(const CLI::App& app, const std::string& option) {
     });
 }
 
-/// The complaint about a word of the command line that nothing takes.
+/// The complaint about a word of the command line that is neither an option, a command nor an argument.
 UsageError unknownWord(const CLI::App& app, const std::vector<Command>& commands, const std::string& word) {
     const std::vector<const CLI::App*> named = namedCommands(app);
     const CLI::App& last = named.empty() ? app : *named.back();
@@ -65,7 +65,7 @@ UsageError unknownWord(const CLI::App& app, const std::vector<Command>& commands
     return {"'" + word + "' is one argument too many" + (hasRemark ? command->remark(word) : std::string())};
 }
 
-/// The complaint about the first word that nothing takes, if there is one.
+/// The complaint about the first such word, if there is one.
 std::optional<UsageError> unknownWord(const CLI::App& app, const std::vector<Command>& commands) {
     for (const std::string& word : app.remaining(true)) {
         if (word != "--")
@@ -74,8 +74,8 @@ std::optional<UsageError> unknownWord(const CLI::App& app, const std::vector<Com
     return std::nullopt;
 }
 
-/// The parser's complaint. In words of our own where an option has too many values or none: such a complaint
-/// begins with the option's name.
+/// The parser's complaint. It is reworded if an option has too many values or none; such a complaint begins
+/// with the option's name.
 UsageError reworded(const CLI::App& app, const CLI::ParseError& error) {
     const std::string text = error.what();
     if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::ArgumentMismatch))
@@ -132,7 +132,7 @@ std::vector<Command> addCommands(CLI::App& app) {
 ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
     CLI::App app;
     const std::vector<Command> commands = addCommands(app);
-    // The parser reports by exceptions; they end here.
+    // The parser throws exceptions; they are caught here.
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& request) {

@@ -1,4 +1,4 @@
-// The command lines of `custom-icon`.
+// Parses the command lines of `custom-icon`.
 #include "cli/Command.h"
 #include "cli/CustomIconCommands.h"
 

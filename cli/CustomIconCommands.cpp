@@ -19,7 +19,7 @@ int fail(const QString& sentence) {
     return 1;
 }
 
-/// Calls `operation` with the store that was asked for; the cause is printed where it fails.
+/// Calls `operation` with the chosen store in use. If it fails, prints the cause.
 int run(const CustomIconOptions& options, const QString& what,
         const std::function<CustomIcon::Outcome()>& operation) {
     const auto work = [&] {

@@ -4,17 +4,17 @@
 
 #include <string>
 
-/// What the commands of `tobrimax-cli custom-icon` were asked to do. Each returns the exit status.
+/// The options of the commands of `tobrimax-cli custom-icon`. Each run function returns the exit status.
 
 struct CustomIconOptions {
     QString path;
-    std::string file;           ///< the icns file, of `set`, in the file system's own bytes
+    std::string file;           ///< the icns file, in the file system's own encoding; only for `set`
     bool appleDouble = false;   ///< forks are kept in AppleDouble files beside the items
-    bool compatibility = false; ///< of `set`
+    bool compatibility = false; ///< only for `set`
 };
 
 /// Makes an icns file the custom icon of a file or folder.
 int runCustomIconSet(const CustomIconOptions& options);
 
-/// Takes the custom icon off a file or folder.
+/// Removes the custom icon of a file or folder.
 int runCustomIconRemove(const CustomIconOptions& options);

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The picture stretched to the size that was asked for, or as it is.
+/// The picture, stretched to `size` if there is one.
 Result<QImage> rasterOf(const LoadedPicture& picture, const std::optional<QSize>& size) {
     if (!size && !picture.isDrawing)
         return picture.image.largestRaster();

@@ -6,12 +6,12 @@
 #include <optional>
 #include <string>
 
-/// What `tobrimax-cli export` was asked to do.
+/// The options of `tobrimax-cli export`.
 struct ExportOptions {
-    std::string picture; ///< in the file system's own bytes
-    quint64 format = 0;  ///< as ImageExport counts them
+    std::string picture; ///< in the file system's own encoding
+    quint64 format = 0;  ///< the format's number in ImageExport
     QString out;
-    std::optional<QSize> size; ///< in pixels; without one that of the picture
+    std::optional<QSize> size; ///< in pixels; if empty, the picture's own size
 };
 
 /// Writes the picture in one format. Returns the exit status.

@@ -1,4 +1,4 @@
-// The command line of `export`.
+// Parses the command line of `export`.
 #include "cli/Command.h"
 #include "cli/ExportCommand.h"
 #include "imaging/io/PictureFormat.h"
@@ -12,7 +12,7 @@ namespace {
 
 using Work = std::function<int()>;
 
-/// In the order of their numbers.
+/// The formats' words in the order of ImageExport's numbers.
 const std::vector<std::string>& formatWords() {
     static const std::vector<std::string> words{"jpeg", "tiff", "bmp", "gif", "png", "jpeg2000"};
     return words;
@@ -32,7 +32,7 @@ Parsed<quint64> formatNumber(const std::string& word) {
     return static_cast<quint64>(found - formatWords().begin());
 }
 
-/// "640x480".
+/// Parses a size such as "640x480".
 Parsed<QSize> size(const std::string& text) {
     const QStringList parts = QString::fromStdString(text).split(u'x');
     constexpr int longest = 1000000;

@@ -23,7 +23,7 @@ namespace {
 
 using Catalogue = IconSizeCatalogue;
 
-/// The command's options as the generator's inputs, one platform at a time.
+/// Passes the command's options to the generator, one platform at a time.
 class OptionsInput final : public GenerationInput {
   public:
     OptionsInput(const GenerateOptions& options, Image image)
@@ -42,14 +42,15 @@ class OptionsInput final : public GenerationInput {
     int m_platformIndex = -1;
 };
 
-/// The generator opens the folder once per platform; on a command line it is opened once, when all is done.
+/// Opens nothing. The generator opens the folder once per platform; the command opens it once, after the last
+/// platform.
 class QuietWorkspace final : public Workspace {
   public:
     bool openURL(const QUrl& /*url*/) override { return true; }
 };
 
-/// Why nothing can be written below `out`, if that is so. It need not exist, but what stands in its place, or
-/// the nearest folder above it, must be a folder that can be written to.
+/// The reason why nothing can be written below `out`, if there is one. `out` may be missing. If it is, its
+/// nearest existing parent must be a folder that can be written to; else `out` itself must be one.
 std::optional<QString> outputFolderError(const QString& out) {
     if (out.isEmpty() || out.contains(QChar::Null))
         return QStringLiteral("not a path");
@@ -99,7 +100,7 @@ int runGenerate(const GenerateOptions& options) {
                                                  picture.error().sentence));
         return report.finish();
     }
-    // Here, so that a folder that can't be made is told once and not for each file.
+    // If the output folder can't be made, this reports it once and not for each file.
     if (const Result<Done> made = Folder::create(options.out); !made) {
         report.fail(made.error().sentence);
         return report.finish();

@@ -1,4 +1,4 @@
-// The command line of `generate`.
+// Parses the command line of `generate`.
 #include "cli/Command.h"
 #include "cli/GenerateCommand.h"
 #include "cli/StyleWords.h"
@@ -12,7 +12,7 @@
 
 namespace {
 
-/// The words of --platform and what each stands for, in the order in which they are made.
+/// The words of --platform with their platforms, in the order of generation.
 const std::vector<Platforms::Choice>& platformWords() {
     static const std::vector<Platforms::Choice> words = [] {
         const std::span<const Platforms::Choice> choices = Platforms::choices();
@@ -23,7 +23,7 @@ const std::vector<Platforms::Choice>& platformWords() {
     return words;
 }
 
-/// "iphone, ipad, universal (iphone and ipad), … or all".
+/// For the help text: "iphone, ipad, universal (iphone and ipad), … or all".
 std::string platformWordsText() {
     std::string text;
     for (const Platforms::Choice& choice : Platforms::choices()) {
@@ -38,7 +38,7 @@ std::string platformWordsText() {
     return text + " or " + platformWords().back().word;
 }
 
-/// The options of `generate` as they are typed.
+/// The options of `generate` as typed.
 struct GenerateWords {
     std::string picture;
     std::string out;

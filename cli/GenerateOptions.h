@@ -8,13 +8,13 @@
 #include <string>
 #include <vector>
 
-/// What `tobrimax-cli generate` was asked to do.
+/// The options of `tobrimax-cli generate`.
 struct GenerateOptions {
-    std::string picture; ///< in the file system's own bytes
+    std::string picture; ///< in the file system's own encoding
     QString out;
-    std::vector<Platform> platforms; ///< each once, in the order of work
+    std::vector<Platform> platforms; ///< each platform once, in the order of generation
     IconStyle style;
-    QString catalogue; ///< empty for the built-in one
+    QString catalogue; ///< empty for the built-in catalogue
     bool open = false;
     bool quiet = false;
     bool verbose = false;

@@ -22,7 +22,7 @@ QString counted(qsizetype count, const QString& one, const QString& many) {
     return QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many);
 }
 
-/// Each stage's milliseconds, those that belong to none, and all together.
+/// The milliseconds of each stage, of everything else, and in all.
 std::vector<std::pair<QString, double>> stageTimes() {
     std::vector<std::pair<QString, double>> times;
     const double total = StageTimes::total();
@@ -40,7 +40,7 @@ std::vector<std::pair<QString, double>> stageTimes() {
 } // namespace
 
 void GenerateReport::fileWritten(const File& file) {
-    // Two entries of one name write the same file: it is listed once, as it is in the end.
+    // If two entries have the same name, they write the same file. It is listed once, with the last values.
     std::erase_if(m_files, [&](const File& other) { return other.path == file.path; });
     m_files.push_back(file);
     if (m_progress != nullptr)
@@ -69,7 +69,7 @@ QString GenerateReport::shortPath(const QString& path) const {
     return path.startsWith(folder) ? path.mid(folder.size()) : path;
 }
 
-/// One line for each cause, naming every file that it kept from being written.
+/// Prints one line for each cause, with all files that could not be written because of it.
 void GenerateReport::printFailures() const {
     QStringList causes;
     for (const Failure& failure : m_failures) {

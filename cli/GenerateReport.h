@@ -8,22 +8,22 @@
 
 #include <vector>
 
-/// Collects what a generation does and tells it to people, or to programs as JSON.
+/// Collects the results of a generation and prints them for people, or as JSON for programs.
 class GenerateReport final : public GenerationObserver {
   public:
     explicit GenerateReport(const GenerateOptions& options) : m_options(options) {}
 
-    /// From here on progress is shown.
+    /// Shows progress from now on.
     void begin(Terminal::ProgressBar& progress) { m_progress = &progress; }
 
     void fileWritten(const File& file) override;
     void failed(const QString& path, const Error& error) override;
 
     void warn(const QString& sentence);
-    /// A failure that is not about one file of the set.
+    /// Reports a failure that is not about one file of the set.
     void fail(const QString& sentence);
 
-    /// Writes everything out and returns the exit status.
+    /// Prints everything and returns the exit status.
     int finish();
 
   private:

@@ -1,4 +1,4 @@
-// The command lines of `icns`.
+// Parses the command lines of `icns`.
 #include "cli/Command.h"
 #include "cli/IcnsCommands.h"
 #include "cli/StyleWords.h"

@@ -6,15 +6,15 @@
 
 #include <string>
 
-/// What the commands of `tobrimax-cli icns` were asked to do. Files that are read are named in the file
-/// system's own bytes. Each returns the exit status.
+/// The options of the commands of `tobrimax-cli icns`. Input paths are in the file system's own encoding.
+/// Each run function returns the exit status.
 
 struct IcnsListOptions {
     std::string file;
     bool json = false;
 };
 
-/// Prints what a file holds, and what is odd about it.
+/// Prints the contents of a file, and what is odd about it.
 int runIcnsList(const IcnsListOptions& options);
 
 struct IcnsExtractOptions {
@@ -22,7 +22,7 @@ struct IcnsExtractOptions {
     QString out;
 };
 
-/// Writes each picture of a file as a PNG file. 1 also where one of them can't be shown.
+/// Writes each picture of a file as a PNG file. The exit status is also 1 if a picture can't be decoded.
 int runIcnsExtract(const IcnsExtractOptions& options);
 
 struct IcnsMakeOptions {
@@ -31,5 +31,5 @@ struct IcnsMakeOptions {
     IconStyle style;
 };
 
-/// Writes an icns file of one picture in the seven sizes of the Mac's container.
+/// Writes an icns file from one picture, in the seven sizes of the Mac's icon container.
 int runIcnsMake(const IcnsMakeOptions& options);

@@ -16,17 +16,17 @@ struct Extracted {
     QSize size;
 };
 
-/// The picture of an element as a PNG file: a file of that kind as it is, everything else encoded anew with
-/// the colours that are stored.
+/// An element's picture as a PNG file. A picture that is stored as PNG is returned unchanged; every other
+/// picture is encoded as PNG with its stored colours.
 Result<Extracted> extracted(const IcnsReader& reader, const IcnsElement& element) {
-    // Decoded in any case, so that nothing broken is written.
+    // The picture is always decoded, so that a damaged one is not written.
     const Result<DecodedPicture> picture = reader.picture(element);
     if (!picture)
         return picture.error();
     const IcnsPictureInfo info = icnsPictureInfo(*icnsElementType(element.type), element.data);
     if (info.encoding == IcnsEncoding::Png)
         return Extracted{element.data.toByteArray(), picture->raster.size()};
-    // A file of another kind holds none.
+    // An element that holds a picture file (JPEG 2000, for example) has no plain samples.
     const Result<QImage> samples = reader.samples(element);
     if (!samples && samples.error().code == ErrorCode::OutOfMemory)
         return samples.error();

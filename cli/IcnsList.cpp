@@ -20,7 +20,7 @@ bool hasPicture(const Element& element) {
     return element.info.encoding != IcnsEncoding::Unknown;
 }
 
-/// Prints many lines, some at a time.
+/// Prints many lines in large portions.
 class Lines {
   public:
     void add(const QString& line) {
@@ -31,7 +31,7 @@ class Lines {
             print();
     }
 
-    /// Prints the rest; whether all could be printed.
+    /// Prints the rest. Returns whether all lines could be printed.
     bool finish() {
         print();
         return m_isPrinted;
@@ -69,7 +69,7 @@ QString line(const Row& row, const Widths& widths) {
     QString text;
     for (std::size_t i = 0; i < row.size(); ++i) {
         const QString padding(widths[i] - row[i].size(), u' ');
-        // Numbers stand to the right.
+        // The last column, a number, is right-aligned.
         text += i + 1 == row.size() ? padding + row[i] : row[i] + padding + QLatin1String("  ");
     }
     return text;
@@ -125,7 +125,7 @@ QJsonObject jsonOf(const Element& element) {
     return object;
 }
 
-/// One document, of which no more than a part is in memory: a file may have very many elements.
+/// Prints one document in portions, since a file may have very many elements.
 bool printJson(const IcnsListOptions& options, const IcnsInspection& inspection, qsizetype bytes) {
     const QString head =
         compact({{QStringLiteral("file"), QFile::decodeName(options.file.c_str())},

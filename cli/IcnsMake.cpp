@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The style, for a renderer that asks for nothing else.
+/// Passes the style to the renderer, which uses no other input.
 class StyleInput final : public GenerationInput {
   public:
     explicit StyleInput(const IcnsMakeOptions& options) : m_options(options) {}

@@ -13,7 +13,7 @@ int InputFile::fail(const std::string& path, const Error& error) {
 }
 
 std::optional<QByteArray> InputFile::readIcns(const std::string& path) {
-    // The length in an icns file's header has 32 bits.
+    // An icns file's length is stored in 32 bits in its header.
     constexpr qint64 largest = std::numeric_limits<quint32>::max();
     const auto check = [](const QByteArray& start) -> Result<Done> {
         if (IcnsReader::lengthOf(start))

@@ -8,23 +8,23 @@
 #include <optional>
 #include <string>
 
-/// Files that commands read, named in the file system's own bytes, and what is said where they can't.
+/// Reads the input files of commands and reports errors. Paths are in the file system's own encoding.
 namespace InputFile {
 
-/// Tells the error and returns the exit status that goes with it.
+/// Prints the error and returns the exit status 1.
 int fail(const std::string& path, const Error& error);
 
-/// An icns file and the reader of its bytes.
+/// An icns file's bytes and their reader.
 struct IcnsFile {
     QByteArray bytes;
     IcnsReader reader;
 };
 
-/// A whole icns file. No value where it can't be read or is none, which is told.
+/// Opens an icns file. If it can't be read or is not an icns file, prints the error and returns no value.
 std::optional<IcnsFile> openIcns(const std::string& path);
 
-/// The bytes of a file that begins as an icns file. No value where it can't be read or is none, which is
-/// told.
+/// The bytes of a file that begins like an icns file. If it can't be read or does not begin so, prints the
+/// error and returns no value.
 std::optional<QByteArray> readIcns(const std::string& path);
 
 } // namespace InputFile

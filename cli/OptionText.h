@@ -14,11 +14,11 @@ struct UsageError {
     std::string sentence;
 };
 
-/// A value, or the complaint that stands in its place.
+/// A value, or a complaint in its place.
 template <typename T>
 using Parsed = std::variant<T, UsageError>;
 
-/// Takes one parsed value; false where it is a complaint, which goes to `error`.
+/// Moves a parsed value to `value`. If it is a complaint, stores that in `error` and returns false.
 template <typename T>
 bool take(const Parsed<T>& parsed, T& value, std::optional<UsageError>& error) {
     if (const auto* found = std::get_if<UsageError>(&parsed)) {
@@ -29,10 +29,10 @@ bool take(const Parsed<T>& parsed, T& value, std::optional<UsageError>& error) {
     return true;
 }
 
-/// What the words of a command line mean.
+/// Turns the words of a command line into values.
 namespace OptionText {
 
-/// A path or name as it was typed; `what` names it in the complaint.
+/// A path or name as typed; `what` names it in the complaint.
 Parsed<QString> decoded(const std::string& text, const std::string& what);
 
 /// A number from 0 to 1.
@@ -40,7 +40,7 @@ Parsed<float> fraction(const std::string& option, const std::string& text);
 
 Parsed<Color> color(const std::string& text);
 
-/// "; did you mean '…'?" with the nearest of `words`.
+/// "; did you mean '…'?" with the word from `words` that is nearest to `word`.
 std::string didYouMean(const std::string& word, const std::vector<std::string>& words);
 
 } // namespace OptionText

@@ -4,6 +4,6 @@
 
 #include <QStringList>
 
-/// What is to be said of a picture before icons of up to `largestSide` pixels are made of it: that it is
-/// smaller, not square, and what could not be honoured when it was read.
+/// Warnings about a picture before icons of up to `largestSide` pixels are made from it: it is smaller than
+/// that, it is not square, or the reader had to ignore a part of it.
 QStringList pictureWarnings(const LoadedPicture& picture, double largestSide);

@@ -7,7 +7,7 @@
 
 #include <string>
 
-/// The options of a command that decorates icons, as they are typed.
+/// The style options of a command, as typed.
 struct StyleWords {
     std::string roundCorner;
     std::string border;
@@ -16,6 +16,6 @@ struct StyleWords {
     /// Adds the options to `command`.
     void addTo(CLI::App& command);
 
-    /// The style that they ask for.
+    /// The style of the typed options.
     Parsed<IconStyle> style(const CLI::App& command) const;
 };

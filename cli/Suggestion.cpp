@@ -32,7 +32,7 @@ std::string nearestWord(const std::string& word, const std::vector<std::string>&
     std::string nearest;
     std::size_t least = std::numeric_limits<std::size_t>::max();
     for (const std::string& candidate : words) {
-        // Who stops early means the word that begins so.
+        // A word that is the beginning of a candidate counts as that candidate, cut short.
         const std::size_t d = candidate.starts_with(word) ? 0 : distance(word, candidate);
         if (d < least) {
             least = d;

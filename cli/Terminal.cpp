@@ -15,7 +15,7 @@ namespace {
 
 bool logIsShown = false;
 
-/// Whether a terminal may do something else with it than show it.
+/// Whether a terminal may do something other than show the character.
 bool isUnsafe(char32_t c) {
     if (c >= 0x20 && c < 0x7F)
         return false;
@@ -34,10 +34,10 @@ QString hexadecimal(char32_t c, int digits) {
     return QStringLiteral("%1").arg(static_cast<uint>(c), digits, 16, QLatin1Char('0'));
 }
 
-/// `text` with what `isUnsafe` replaced by what `escape` makes of it.
+/// `text` with each character that `isUnsafe` replaced by the result of `escape`.
 template <class Escape>
 QString escapedBy(const Escape& escape, const QString& text) {
-    // As most texts are.
+    // Most texts are printable ASCII and need no escapes.
     if (std::ranges::all_of(text, [](QChar c) { return c.unicode() >= 0x20 && c.unicode() < 0x7F; }))
         return text;
     QString shown;
@@ -79,7 +79,7 @@ QString Terminal::escaped(const QString& text) {
 
 QString Terminal::escapedJson(const QString& document) {
     const auto escape = [](char32_t c) {
-        // They only lay the document out: those of texts are escaped already.
+        // Newlines here only format the document; newlines inside its texts are escaped already.
         if (c == U'\n')
             return QString(u'\n');
         QString units;

@@ -2,30 +2,30 @@
 
 #include <QString>
 
-/// What is written to the standard streams, always as UTF-8.
+/// Writes to the standard streams, always as UTF-8.
 namespace Terminal {
 
-/// `text` as it may be shown: control characters, line separators and those that only
+/// `text` in a form that is safe to show. Control characters, line separators and invisible characters that
 /// change how others are shown (the direction of writing, for instance) are escaped.
 QString escaped(const QString& text);
 
-/// A JSON document that says the same, with such characters in its texts escaped as JSON does.
+/// The same JSON document with such characters in its texts escaped as in JSON.
 QString escapedJson(const QString& document);
 
-/// One line on standard output, as it is. False where it could not be written.
+/// Prints one line on standard output, unescaped. False if it could not be written.
 bool print(const QString& line);
 
-/// Says that standard output can't be written and returns the exit status that goes with it.
+/// Reports that standard output can't be written, and returns the exit status 1.
 int outputFailure();
 
-/// "tobrimax-cli: error: …" and "tobrimax-cli: warning: …" on standard error, escaped.
+/// Prints "tobrimax-cli: error: …" or "tobrimax-cli: warning: …" on standard error, escaped.
 void error(const QString& sentence);
 void warning(const QString& sentence);
 
-/// Sends the diagnostic log to standard error, or nowhere, as everything else that libraries print.
+/// Sends the diagnostic log to standard error, or discards it. Messages of libraries are always discarded.
 void showDiagnosticLog(bool isShown);
 
-/// A bar on standard error that tells how far a job has come; nothing where that is no terminal.
+/// A progress bar on standard error; not shown if standard error is not a terminal.
 class ProgressBar {
   public:
     ProgressBar(int total, bool isWanted);

@@ -2,7 +2,7 @@
 
 #include "platform/services/Screen.h"
 
-/// A display that never scales: points are pixels, wherever the program runs.
+/// A display with scale 1: a point is always a pixel.
 class UnscaledScreen final : public Screen {
   public:
     int scale() const override { return 1; }

@@ -12,8 +12,8 @@
 
 namespace {
 
-/// Keeps what one picture's buffers were in for the next one: to have each of them from the system again
-/// costs more time than to fill it.
+/// Keeps the memory of one picture's buffers for the next picture: getting new memory from the system takes
+/// longer than filling it.
 void keepFreedMemory() {
 #ifdef __GLIBC__
     constexpr int largestKept = 32 << 20;
@@ -26,16 +26,17 @@ void keepFreedMemory() {
 
 int main(int argc, char** argv) {
     keepFreedMemory();
-    // A limit on file sizes and a reader that went away are errors of the write, not the end of the program.
+    // With these signals ignored, a file size limit or a closed pipe makes a write fail and does not end the
+    // program.
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
     try {
-        // Before the application, which may have something to say about the locale.
+        // The handler is installed before the application is made, which may print messages about the locale.
         Terminal::showDiagnosticLog(false);
         const QCoreApplication application(argc, argv);
         return runCommandLine(argc, argv);
     } catch (const std::bad_alloc&) {
-        // In a way that needs none.
+        // Prints without allocating memory.
         std::fputs("tobrimax-cli: error: not enough memory\n", stderr);
         return 1;
     }
