@@ -13,7 +13,7 @@ const QByteArray nine("\x81\x02\x83\x04\x85\x06\x87\x08\x89", 9);
 constexpr quint64 beyondSigned = quint64{1} << 63U;
 constexpr qsizetype largest = std::numeric_limits<qsizetype>::max();
 
-/// Offsets and lengths that no nine bytes reach, some of which wrap where they are added carelessly.
+/// Offsets and lengths that lie outside of nine bytes. Some of them wrap around in an unchecked sum.
 const ByteCount unreachable[] = {10,
                                  -1,
                                  qint64{1} << 31,
@@ -213,7 +213,7 @@ TEST(ByteReader, records_stand_one_behind_the_other) {
     EXPECT_FALSE(reader.record<Pair>(0, 2));
     EXPECT_FALSE(reader.record<Pair>(0, -1));
     EXPECT_FALSE(reader.record<Pair>(4, -1));
-    // Four times each of these is 0, or 4, where it wraps.
+    // An unchecked product of four and one of these wraps around to 0 or 4.
     for (const quint64 index : {quint64{1} << 30U, (quint64{1} << 30U) + 1, quint64{1} << 62U,
                                 (quint64{1} << 62U) + 1, beyondSigned})
         EXPECT_FALSE(reader.record<Pair>(0, index)) << index;

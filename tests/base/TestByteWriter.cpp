@@ -49,7 +49,7 @@ TEST(ByteWriter, a_record_is_written_with_its_fields_own_orders) {
 TEST(ByteWriter, what_is_written_is_read) {
     for (const quint64 value : {quint64{0}, quint64{1} << 31U, (quint64{1} << 32U) - 1, quint64{1} << 32U,
                                 quint64{1} << 63U, std::numeric_limits<quint64>::max()}) {
-        QByteArray bytes(1, '-'); // so that the numbers stand at odd offsets
+        QByteArray bytes(1, '-'); // puts the numbers at odd offsets
         ByteWriter(bytes).bigEndian<quint64>(value).littleEndian<quint64>(value);
         EXPECT_EQ(ByteReader(bytes).bigEndian<quint64>(1), value);
         EXPECT_EQ(ByteReader(bytes).littleEndian<quint64>(9), value);
