@@ -37,7 +37,8 @@ mode_t modeOf(const QString& path) {
     return status.st_mode & 0777;
 }
 
-/// A file as another process would have left it, or as it has it while it writes.
+/// A temporary file of another process: locked if the process still writes it, else left behind by a process
+/// that ended.
 FileDescriptor temporaryOfAnother(const QTemporaryDir& folder, const QString& name, bool isHeld) {
     FileDescriptor file(
         open(QFile::encodeName(folder.filePath(name)).constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
@@ -232,7 +233,7 @@ TEST(AtomicFile, many_processes_may_write_the_same_files) {
     const QTemporaryDir folder;
     constexpr int processes = 4;
     constexpr int turns = 100;
-    // Each is as long as its letter says.
+    // Each process writes its own letter, and its own length.
     const auto bytesOf = [](int process) {
         return QByteArray(10'000 + 1'000 * process, static_cast<char>('a' + process));
     };
