@@ -17,7 +17,7 @@ QByteArray finderBytes() {
     return bytes;
 }
 
-/// Two extended attributes behind the Finder information, with their places for an entry at `offset`.
+/// Finder information followed by two extended attributes, whose offsets fit an entry at `offset`.
 QByteArray finderBytesWithAttributes(quint32 offset) {
     const quint32 dataStart = offset + 34 + 36 + 16 + 20;
     return finderBytes() + QByteArray(2, '\0') + "ATTR" + big<quint32>(7) + big<quint32>(dataStart + 8) +
@@ -66,7 +66,7 @@ TEST(AppleDouble, what_is_not_there_is_empty) {
     const AppleDouble file;
     EXPECT_EQ(file.resourceFork(), QByteArray());
     EXPECT_EQ(file.finderInfo(), FinderInfo());
-    // Both entries are there all the same: macOS reads no other file.
+    // Both entries are written even if they are empty: macOS does not read a file without them.
     EXPECT_EQ(file.data(),
               start + big<quint16>(2) + entry(9, 50, 32) + entry(2, 82, 0) + QByteArray(32, '\0'));
 }
@@ -140,7 +140,7 @@ TEST(AppleDouble, anything_else_is_refused) {
     expectError(start + big<quint16>(1) + entry(2, 0xffffffff, 1), ErrorCode::Damaged);
     expectError(start + big<quint16>(1) + entry(2, 0, 0xffffffff), ErrorCode::Damaged);
     expectError(start + big<quint16>(2) + entry(2, 50, 0) + entry(2, 50, 0), ErrorCode::Damaged);
-    // Entries that share bytes.
+    // Two entries share bytes.
     expectError(start + big<quint16>(2) + entry(2, 0, 50) + entry(3, 0, 50), ErrorCode::Damaged);
 }
 

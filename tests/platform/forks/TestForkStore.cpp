@@ -36,7 +36,7 @@ class ForkStoreTest : public testing::Test {
     QTemporaryDir m_folder;
 };
 
-/// Each store that keeps forks, where the file system lets it.
+/// Runs with each store that keeps forks; extended attributes are skipped on a file system without them.
 class FileForkStoreTest : public ForkStoreTest, public testing::WithParamInterface<const char*> {
   protected:
     void SetUp() override {
@@ -154,7 +154,7 @@ TEST_P(FileForkStoreTest, what_is_removed_leaves_nothing) {
 
 TEST_P(FileForkStoreTest, a_fork_of_any_length_is_read) {
     const QString item = file(QStringLiteral("item"));
-    // Around the length that is read at once.
+    // Lengths around the size of the read buffer.
     for (const qsizetype length : {0, 1, 2047, 2048, 2049, 3000}) {
         const QByteArray fork(length, 'f');
         ASSERT_TRUE(m_store->setResourceFork(item, fork)) << length;
@@ -274,7 +274,7 @@ TEST_F(ForkStoreTest, beside_the_longest_names_there_is_no_place) {
 }
 
 TEST_F(ForkStoreTest, a_new_fork_without_its_information_is_an_error) {
-    /// Keeps forks, and no information.
+    /// Keeps forks, but refuses Finder information.
     class Store final : public FileForkStore {
       public:
         Result<QByteArray> resourceFork(const QString& /*path*/) const override { return m_fork; }

@@ -8,7 +8,7 @@ using Refusals::eachBeginning;
 
 namespace {
 
-/// A fork put together by hand: two types, three resources, of which two have names and two share their data.
+/// A fork built by hand: two types and three resources. Two resources have names, and two share their data.
 struct HandMade {
     QByteArray reserved = QByteArray(112, 's') + QByteArray(128, 'a');
     QByteArray data = big<quint32>(3) + "abc" + big<quint32>(0) + big<quint32>(5) + "12345";
@@ -63,7 +63,7 @@ TEST(ResourceFork, resources_are_read_with_all_that_belongs_to_them) {
 
 TEST(ResourceFork, what_is_read_is_written_again) {
     HandMade fork;
-    // The bytes that no resource has are not kept.
+    // Bytes that belong to no resource are not kept, so this fork has none.
     fork.data = big<quint32>(3) + "abc" + big<quint32>(5) + "12345";
     fork.references.replace(QByteArray(big<quint32>(11)), QByteArray(big<quint32>(7)));
     EXPECT_EQ(roundTrip(fork.bytes()), fork.bytes());
@@ -141,7 +141,7 @@ TEST(ResourceFork, places_outside_are_damaged) {
         bytes.replace(map + at, 2, big<quint16>(0xfffe));
         expectDamaged(bytes);
     }
-    // A name and the data of a resource.
+    // A name's offset, the offset of a resource's data, and the length of that data.
     QByteArray name = good;
     name.replace(map + 46 + 12 + 2, 2, big<quint16>(0x7fff));
     expectDamaged(name);
