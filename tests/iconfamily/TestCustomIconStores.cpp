@@ -20,7 +20,7 @@ using IcnsBytes::icns;
 
 namespace {
 
-/// Each store that keeps forks, where the file system lets it.
+/// Runs with each store that keeps forks; extended attributes are skipped on a file system without them.
 class CustomIconStores : public testing::TestWithParam<const char*> {
   protected:
     void SetUp() override {
@@ -45,7 +45,7 @@ class CustomIconStores : public testing::TestWithParam<const char*> {
         return store->finderInfo(path)->flags();
     }
 
-    /// The types of the resources of an item.
+    /// The types of an item's resources.
     QStringList types(const QString& path) const {
         const Result<ResourceFork> fork = ResourceFork::parse(*store->resourceFork(path));
         QStringList result;

@@ -23,8 +23,7 @@ namespace {
 const QString iconName = QStringLiteral("Icon\r");
 constexpr qint16 iconNumber = -16455;
 
-/// A store that fails where a case wants it to, and keeps a record of the folders that were said to have
-/// changed.
+/// A store that fails at the steps that a test chooses. It records the folders that were reported as changed.
 class FailingStore final : public FileForkStore {
   public:
     std::function<bool(const QString& step, const QString& path)> fails = [](const auto&, const auto&) {
@@ -76,7 +75,7 @@ class FailingStore final : public FileForkStore {
     Result<Done> setFinderInfo(const QString& path, const FinderInfo& info) override {
         if (fails(QStringLiteral("set info"), path))
             return refusal();
-        // A store may touch the item itself.
+        // Storing Finder information may change the item's modification date.
         if (changesDates && !m_store.setModificationDate(path, {5, 5}))
             return refusal();
         return m_store.setFinderInfo(path, info);
@@ -104,7 +103,7 @@ class CustomIcons : public testing::Test {
         ASSERT_TRUE(QDir(root).mkdir(QStringLiteral("folder")));
     }
 
-    /// Fails at one step, of any path or of those that end as given.
+    /// Lets one step fail: for every path, or only for paths that end with `end`.
     void failAt(const QString& step, const QString& end = {}) {
         store.fails = [step, end](const QString& at, const QString& path) {
             return at == step && path.endsWith(end);
@@ -119,7 +118,7 @@ class CustomIcons : public testing::Test {
         ASSERT_TRUE(AppleDoubleForkStore().setFinderInfo(path, info));
     }
 
-    /// The types of the resources of an item.
+    /// The types of an item's resources.
     QStringList types(const QString& path) const {
         QStringList result;
         const Result<QByteArray> bytes = AppleDoubleForkStore().resourceFork(path);
@@ -206,7 +205,7 @@ TEST_F(CustomIcons, a_protected_icon_or_fork_stays_as_it_is) {
     EXPECT_FALSE(IconFamily::removeCustomIconFromFile(item));
     EXPECT_EQ(iconOf(item), "older");
     bytes = *ResourceFork().data();
-    // The attributes of the map.
+    // Sets the read-only flag among the map's attributes.
     bytes[256 + 23] = '\x80';
     ASSERT_TRUE(store.setResourceFork(item, bytes));
     EXPECT_FALSE(family->setAsCustomIconForFile(item));
@@ -232,7 +231,7 @@ TEST_F(CustomIcons, all_four_old_elements_are_added_in_their_order) {
     EXPECT_EQ(types(item), all);
     ASSERT_TRUE(full->setAsCustomIconForDirectory(folder, true, nullptr));
     EXPECT_EQ(types(icon), all);
-    // Added again, since only the icon itself is replaced.
+    // The second call adds them again, since it replaces only the icon itself.
     ASSERT_TRUE(full->setAsCustomIconForFile(item, true, nullptr));
     EXPECT_EQ(types(item).size(), 9);
 }
@@ -242,7 +241,7 @@ TEST_F(CustomIcons, only_the_form_with_an_error_adds_compatibility) {
     EXPECT_EQ(types(item), QStringList{QStringLiteral("icns")});
     EXPECT_TRUE(family->setAsCustomIconForDirectory(folder, true));
     EXPECT_EQ(types(icon), QStringList{QStringLiteral("icns")});
-    // In their own order; what is missing, or empty, is passed over.
+    // The elements keep their order; missing and empty elements are skipped.
     const QStringList all{QStringLiteral("icns"), QStringLiteral("ICN#"), QStringLiteral("ics8")};
     EXPECT_TRUE(family->setAsCustomIconForFile(item, true, nullptr));
     EXPECT_EQ(types(item), all);
@@ -373,7 +372,7 @@ TEST_F(CustomIcons, a_folder_fails_at_the_first_step_that_fails_and_keeps_what_w
 }
 
 TEST_F(CustomIcons, what_stands_in_the_place_of_a_folders_icon_is_removed) {
-    // A folder of that name with all that it holds.
+    // A folder with the icon file's name, and with something in it.
     ASSERT_TRUE(QDir(folder).mkpath(iconName + QStringLiteral("/inner")));
     EXPECT_TRUE(family->setAsCustomIconForDirectory(folder));
     EXPECT_TRUE(QFileInfo(icon).isFile());
@@ -491,7 +490,7 @@ TEST_F(CustomIcons, the_files_beside_a_folder_are_these_bytes) {
                                     big16(0x4000) + QByteArray(22, '\0') + fork);
 }
 
-/// A file beside an item with an icon, another resource and Finder information.
+/// An AppleDouble file with an icon, another resource and Finder information.
 QByteArray goodSidecar() {
     ResourceFork fork;
     EXPECT_TRUE(fork.addResource({"TEXT", 5, QByteArray("name"), 0x20, "text"}));
@@ -504,7 +503,7 @@ QByteArray goodSidecar() {
     return file.data();
 }
 
-/// Cut off at each byte, and with each byte of the parts that tell places and lengths set to each of three
+/// Damaged copies of the AppleDouble file: cut off at each byte, and with each byte set to each of three
 /// values.
 std::vector<QByteArray> hostileSidecars() {
     const QByteArray good = goodSidecar();
@@ -522,7 +521,7 @@ std::vector<QByteArray> hostileSidecars() {
     return hostile;
 }
 
-/// What an item has that a custom icon is no reason to change.
+/// The resources of an item that a custom icon must not change.
 std::vector<Resource> othersOf(const QByteArray& sidecar) {
     std::vector<Resource> others;
     if (const Result<AppleDouble> file = AppleDouble::parse(sidecar)) {
@@ -554,7 +553,7 @@ TEST_F(CustomIcons, hostile_files_beside_an_item_lose_nothing) {
             const bool isDone =
                 isRemoval ? IconFamily::removeCustomIconFromFile(item) : family->setAsCustomIconForFile(item);
             const QByteArray after = read();
-            // Refused, or there was nothing to remove.
+            // The operation was refused, or there was nothing to remove.
             if (after == before)
                 continue;
             ++changedCount;

@@ -84,7 +84,7 @@ TEST(IconFamily, ic10_takes_512_and_not_1024) {
     EXPECT_FALSE(family->setIconFamilyElement("ic10", bitmap(1024).get()));
     EXPECT_EQ(log.lines().size(), 1);
     EXPECT_TRUE(family->setIconFamilyElement("ic10", bitmap(512).get()));
-    // And is read as 1024: too short.
+    // 'ic10' is read with 1024 pixels, so the stored 512 are too short.
     EXPECT_EQ(family->bitmapImageRepWithAlphaForIconFamilyElement("ic10"), nullptr);
 }
 
@@ -153,7 +153,7 @@ TEST(IconFamily, stored_samples_come_back_as_they_are_and_are_said_to_be_premult
     EXPECT_TRUE(decoded->layout().hasAlpha);
     EXPECT_FALSE(decoded->isPlanar());
     EXPECT_EQ(decoded->bitmapData(), QByteArrayView(family->data()).sliced(16));
-    // R, G, B, A of the source, straight.
+    // The source's pixels are straight R, G, B, A.
     const QByteArrayView in = source->bitmapData();
     const QByteArrayView out = decoded->bitmapData();
     for (qsizetype i = 0; i < in.size(); i += 4) {
@@ -209,7 +209,7 @@ TEST(IconFamily, an_element_that_is_too_short_is_null_and_of_one_too_long_the_be
 }
 
 TEST(IconFamily, packed_colours_of_other_writers_are_unpacked) {
-    // 130 + 126 of a kind make one channel of 16 × 16.
+    // A run of 130 bytes and a run of 126 bytes make one channel of 16 × 16.
     const auto channel = [](char value) {
         return QByteArray("\xff", 1) + value + QByteArray("\xfb", 1) + value;
     };
@@ -247,7 +247,7 @@ TEST(IconFamily, each_type_is_read_in_its_size_and_with_its_mask) {
         QByteArray elements = element(type.code, samples);
         QByteArray expected = samples;
         if (type.mask != nullptr) {
-            // A mask of another type must not count.
+            // Masks of other types are ignored.
             for (const char* mask : {"s8mk", "l8mk", "h8mk", "t8mk"})
                 elements +=
                     element(mask, QByteArray(128 * 128, std::string(mask) == type.mask ? '\x42' : '\x18'));
@@ -287,7 +287,7 @@ TEST(IconFamily, translucent_samples_are_shown_as_straight_and_decoded_as_they_a
 TEST(IconFamily, packed_colours_of_128_pixels_are_unpacked_behind_their_four_bytes) {
     QByteArray packed(4, '\0');
     for (const char value : {'\x0a', '\x14', '\x1e'}) {
-        // 126 runs of 130 and one of 4 make 16384.
+        // 126 runs of 130 bytes and one run of 4 make 16384 bytes.
         for (int i = 0; i < 126; ++i)
             packed += QByteArray("\xff", 1) + value;
         packed += QByteArray("\x81", 1) + value;
@@ -344,7 +344,7 @@ TEST(IconFamily, its_bytes_are_its_own) {
 TEST(IconFamilyBlock, a_block_never_grows_beyond_what_its_length_can_tell) {
     const QByteArray before = icns(element("abcd", "x"));
     QByteArray block = before;
-    // Of this length, but never read.
+    // The view claims this length, but its bytes are never read.
     const QByteArrayView huge(before.constData(), qsizetype{0xffffffff});
     const Result<Done> stored = IconFamilyBlock::setIconFamilyData(block, "efgh", huge);
     ASSERT_FALSE(stored);
@@ -400,7 +400,7 @@ TEST_F(IconFamilyFiles, what_is_stored_is_what_a_parser_of_its_own_expects) {
     EXPECT_EQ(checked.output, "25 elements\n") << checked.errors.toStdString();
 }
 
-/// Every hostile file as the bytes of a family.
+/// Loads every hostile file as the bytes of a family.
 TEST(IconFamilyHostile, any_bytes_are_kept_and_whatever_can_be_read_of_them_is_whole) {
     const QTemporaryDir folder;
     const ProcessResult made = runProcess(
@@ -454,7 +454,7 @@ TEST_F(IconFamilyFiles, is_written_in_place) {
 TEST_F(IconFamilyFiles, a_full_disk_is_a_failure) {
     if (!QFileInfo::exists(QStringLiteral("/dev/full")))
         GTEST_SKIP() << "this system has no /dev/full";
-    // A few bytes fail when they are flushed, many at once.
+    // With a few bytes the flush fails; with many bytes the write fails.
     const auto family = IconFamily::initWithData("bytes");
     EXPECT_FALSE(family->writeToFile(QStringLiteral("/dev/full")));
     EXPECT_FALSE(

@@ -16,7 +16,7 @@ QImage resampled(const Image& image, int size, Interpolation interpolation = Int
     return IconFamily::resampleImage(image, size, interpolation).largestRaster().valueOr({});
 }
 
-/// The rectangle of pixels that are not transparent.
+/// The smallest rectangle around all pixels that are not transparent.
 QRect drawnRect(const QImage& raster) {
     QRect rect;
     for (int y = 0; y < raster.height(); ++y) {
@@ -38,7 +38,7 @@ TEST(IconFamilyBuilder, fits_a_wide_picture_by_its_width_and_centres_it) {
 TEST(IconFamilyBuilder, fits_a_tall_picture_by_its_height) {
     const Image tall = Pictures::loadedImage(Pictures::flat(150, 300, Qt::red));
     EXPECT_EQ(drawnRect(resampled(tall, 48)), QRect(12, 0, 24, 48));
-    // floor(100 × 16 / 300 + 0.5) = 5, in the middle: half a pixel on either side.
+    // The width is floor(100 × 16 ÷ 300 + 0.5) = 5. Centred, it covers half a pixel at either side.
     const QImage odd = resampled(Pictures::loadedImage(Pictures::flat(100, 300, Qt::red)), 16);
     EXPECT_EQ(drawnRect(odd), QRect(5, 0, 6, 16));
     EXPECT_NEAR(odd.pixelColor(5, 8).alpha(), 128, 1);
@@ -47,13 +47,13 @@ TEST(IconFamilyBuilder, fits_a_tall_picture_by_its_height) {
 }
 
 TEST(IconFamilyBuilder, the_other_edge_is_rounded_half_up) {
-    // 200 × 16 ÷ 300 = 10.67 gives 11, two and a half pixels from the left.
+    // 200 × 16 ÷ 300 = 10.67 is rounded to 11. The picture begins 2.5 pixels from the left.
     EXPECT_EQ(drawnRect(resampled(Pictures::loadedImage(Pictures::flat(200, 300, Qt::red)), 16)),
               QRect(2, 0, 12, 16));
-    // 50 × 16 ÷ 320 = 2.5 gives 3.
+    // 50 × 16 ÷ 320 = 2.5 is rounded to 3.
     EXPECT_EQ(drawnRect(resampled(Pictures::loadedImage(Pictures::flat(320, 50, Qt::red)), 16)).height(), 4);
     EXPECT_EQ(drawnRect(resampled(Pictures::loadedImage(Pictures::flat(320, 59, Qt::red)), 16)).height(), 4);
-    // 59 × 16 ÷ 320 = 2.95; 40 × 16 ÷ 320 = 2 lies on whole pixels.
+    // 59 × 16 ÷ 320 = 2.95 is rounded to 3, too. 40 × 16 ÷ 320 = 2 fits whole pixels.
     EXPECT_EQ(drawnRect(resampled(Pictures::loadedImage(Pictures::flat(320, 40, Qt::red)), 16)).height(), 2);
 }
 
@@ -116,7 +116,7 @@ TEST(IconFamilyBuilder, a_square_picture_fills_the_square) {
 }
 
 TEST(IconFamilyBuilder, of_a_bitmap_the_size_in_pixels_counts) {
-    // Half as wide in points as in pixels.
+    // The image is half as wide in points as in pixels.
     Image image(QSizeF(150, 300));
     image.addRepresentation(std::make_shared<BitmapImageRep>(Pictures::flat(300, 300, Qt::red)));
     EXPECT_EQ(drawnRect(resampled(image, 48)), QRect(0, 0, 48, 48));
@@ -163,12 +163,12 @@ TEST(IconFamilyBuilder, the_five_interpolations_are_four_filters) {
 }
 
 TEST(IconFamilyBuilder, low_is_a_triangle_and_medium_a_cubic) {
-    // A step from 0 to 255 in the middle of 8 samples, enlarged four times.
+    // A step in the middle of 8 samples, enlarged four times.
     const Image step = Pictures::loadedImage(
         Pictures::raster(8, 8, [](int x, int) { return x < 4 ? QColor(0, 0, 0) : QColor(200, 200, 200); }));
     const auto triangle = [](double x) { return std::clamp(x - 3.5, 0.0, 1.0) * 200; };
     const auto cubic = [](double x) {
-        // Catmull and Rom through 0, 0, 200, 200 at 2.5, 3.5, 4.5, 5.5.
+        // The Catmull-Rom curve through 0, 0, 200, 200 at 2.5, 3.5, 4.5, 5.5.
         const auto weight = [](double d) {
             d = std::abs(d);
             return d < 1   ? 1.5 * d * d * d - 2.5 * d * d + 1
@@ -215,7 +215,7 @@ TEST(IconFamilyBuilder, smaller_sizes_are_made_from_the_one_of_1024) {
         const QImage expected = resampled(master, 32, interpolation);
         const auto decoded = family->bitmapImageRepWithAlphaForIconFamilyElement("ic05");
         ASSERT_NE(decoded, nullptr);
-        // Opaque, so that stored and drawn colours are the same.
+        // The picture is opaque, so stored and drawn colours are the same.
         EXPECT_EQ(Pictures::largestDifference(*decoded->raster(), expected), 0);
     }
 }

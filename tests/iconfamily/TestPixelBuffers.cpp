@@ -18,7 +18,7 @@ Bytes noise(std::size_t size, unsigned seed) {
     return bytes;
 }
 
-/// From none to several vectors of any width, and one pixel more and less.
+/// From no pixels to several vectors of any width, and one pixel more or less.
 const std::vector<std::size_t> lengths{0,  1,  2,  3,  7,  8,  9,   15,  16,  17,
                                        31, 32, 33, 63, 64, 65, 127, 128, 129, 1000};
 
@@ -32,7 +32,7 @@ void expectPermutePlain() {
             Bytes expected(in.size());
             for (std::size_t i = 0; i < in.size(); ++i)
                 expected[i] = in[i - i % 4 + map[i % 4]];
-            // One byte from alignment, and with a guard behind.
+            // The output is misaligned by one byte and has a guard byte at either end.
             Bytes out(in.size() + 2, 0xee);
             PixelBuffers::permute(in.data(), out.data() + 1, pixels, map);
             ASSERT_EQ(out.front(), 0xee);

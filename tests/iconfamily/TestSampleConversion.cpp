@@ -7,8 +7,8 @@
 
 namespace {
 
-/// A bitmap of `size` squared in that shape, with rows of `padding` bytes more than needed; `byteAt` gives
-/// byte `i` of pixel (x, y), and the padding is 0xEE.
+/// A square bitmap of `size` pixels a side in that shape. Rows are `padding` bytes longer than needed, filled
+/// with 0xEE. `byteAt` gives byte `i` of pixel (x, y).
 std::unique_ptr<BitmapImageRep> bitmap(int size, int samples, int bitsPerPixel, int padding = 0,
                                        const std::function<int(int x, int y, int i)>& byteAt = {}) {
     BitmapLayout layout;
@@ -114,7 +114,7 @@ TEST(SampleConversion, pixels_of_24_bits_come_out_as_green_red_255_blue_in_rows_
 
 TEST(SampleConversion, refusals_say_why_in_these_words) {
     const RecordingLog log;
-    // Planar comes before the depth, the depth before the shape.
+    // Planar is checked before the depth, and the depth before the shape.
     const auto planar = shaped([](BitmapLayout& layout) {
         layout.isPlanar = true;
         layout.bitsPerSample = 16;
@@ -184,7 +184,7 @@ TEST(SampleConversion, grey_is_taken_by_the_masks_alone) {
     EXPECT_EQ(log.lines().size(), 2);
 }
 
-/// A bitmap whose raster image is the test's own.
+/// A bitmap with a raster image that the test chooses.
 class RasterBitmap final : public BitmapImageRep {
   public:
     RasterBitmap(const BitmapLayout& layout, RasterImage image)
@@ -195,7 +195,7 @@ class RasterBitmap final : public BitmapImageRep {
     RasterImage m_image;
 };
 
-/// The first pixel that comes out of a raster image of these bytes.
+/// The first converted pixel of a raster image with these bytes.
 QByteArray firstPixel(AlphaInfo info, const QByteArray& bytes, int bitsPerPixel = 32) {
     BitmapLayout layout;
     layout.pixelsWide = 1;
@@ -234,7 +234,7 @@ TEST(SampleConversion, all_alphas_and_colours_are_divided_with_rounding) {
 }
 
 TEST(SampleConversion, colours_of_24_bits_come_out_in_an_order_of_their_own) {
-    // R, G, B become 255, R, G, B and then 2, 1, 0, 3 of these.
+    // R, G, B become 255, R, G, B; these are then reordered to G, R, 255, B.
     EXPECT_EQ(firstPixel(AlphaInfo::None, QByteArray("\x0a\x14\x1e", 3), 24),
               QByteArray("\x14\x0a\xff\x1e", 4));
 }
@@ -280,7 +280,7 @@ TEST(SampleConversion, eight_bit_mask_is_the_fourth_byte_or_opaque) {
 }
 
 TEST(SampleConversion, one_bit_mask_tests_the_first_byte_and_comes_twice) {
-    // Only pixel (9, 2) has a first byte; all have a fourth.
+    // Only pixel (9, 2) has a first byte other than 0; every fourth byte is 255.
     const auto source = bitmap(16, 4, 32, 5, [](int x, int y, int i) {
         return i == 3 ? 255 : i == 0 && x == 9 && y == 2 ? 1 : 0;
     });
