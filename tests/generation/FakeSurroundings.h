@@ -12,7 +12,7 @@
 #include <functional>
 #include <vector>
 
-/// Inputs that a test sets, and that can change while a generation runs.
+/// Inputs that a test sets, also during a generation.
 class FakeInput final : public GenerationInput {
   public:
     Image picture;
@@ -32,7 +32,7 @@ class FakeScreen final : public Screen {
     int scale() const override { return factor; }
 };
 
-/// Records what is opened; `onOpen` runs at each opening.
+/// Records the opened URLs and calls `onOpen` for each.
 class FakeWorkspace final : public Workspace {
   public:
     QStringList opened;
@@ -45,10 +45,10 @@ class FakeWorkspace final : public Workspace {
     }
 };
 
-/// Resources in a folder of the test's own.
+/// A bundle with a catalogue that the test chooses.
 class FakeBundle final : public Bundle {
   public:
-    QString catalogue; ///< empty: the built-in one
+    QString catalogue; ///< empty for the built-in catalogue
 
     QString pathForResource(const QString& name) const override {
         return catalogue.isEmpty() ? Bundle::pathForResource(name) : catalogue;
@@ -59,7 +59,7 @@ class RecordingObserver final : public GenerationObserver {
   public:
     std::vector<File> files;
     QStringList failures; ///< "path: sentence"
-    QStringList paths;    ///< of both, in the order in which they were told
+    QStringList paths;    ///< of written and failed files, in the order of their reports
 
     void fileWritten(const File& file) override {
         files.push_back(file);
@@ -71,7 +71,7 @@ class RecordingObserver final : public GenerationObserver {
     }
 };
 
-/// Writes a catalogue with these five platform dictionaries, as the text between <array> and </array>.
+/// Writes a catalogue. `array` is the text between <array> and </array>: five platform dictionaries.
 inline void writeCatalogue(const QString& path, const QString& array) {
     QFile file(path);
     if (file.open(QIODevice::WriteOnly))
@@ -80,7 +80,7 @@ inline void writeCatalogue(const QString& path, const QString& array) {
                        .toUtf8());
 }
 
-/// A generator with everything around it, writing into a folder of its own.
+/// A generator with its surroundings. It writes into its own temporary folder.
 class GeneratorFixture {
   public:
     GeneratorFixture() {
@@ -101,7 +101,7 @@ class GeneratorFixture {
         generator.generateIconsWithImage(input.picture, IconSizeCatalogue::load(bundle));
     }
 
-    /// Has every later generation read a catalogue with these five platform dictionaries.
+    /// Makes every later generation read a catalogue with these five platform dictionaries.
     void useCatalogue(const QString& array) {
         bundle.catalogue = resources.filePath(QStringLiteral("ImageSizeFile.plist"));
         writeCatalogue(bundle.catalogue, array);
@@ -136,7 +136,7 @@ inline QString entry(const QString& key, const QString& dimensions, const QStrin
         .arg(key, dimensions, name);
 }
 
-/// Five platforms of which only the first has entries.
+/// Five platform dictionaries; only the first has entries.
 inline QString onlyIphone(const QString& entries) {
     return QStringLiteral("<dict>") + entries + QStringLiteral("</dict><dict/><dict/><dict/><dict/>");
 }

@@ -40,8 +40,8 @@ QSize sizeOnDisk(const QString& path) {
     return largest ? largest->raster.size() : QSize();
 }
 
-/// Generates, and expects that to do what the plan says: each file in its order, written or not, in its size,
-/// and afterwards just those on the disk that remain. `root` is where files go.
+/// Generates, and expects that the result follows the plan: each file in its order, written or failed, with
+/// its size; and afterwards exactly the remaining files on the disk. `root` is the folder of the files.
 void expectPlanned(GeneratorFixture& fixture, int index, const QString& root) {
     const GenerationPlan plan = planOf(fixture, index);
     fixture.observer = {};
@@ -74,13 +74,14 @@ void expectPlanned(GeneratorFixture& fixture, int index, const QString& root) {
 }
 
 const QString oddEntries =
-    // Doubled names: of one size, of two, one that can't be made behind one that can, and two spellings.
+    // Pairs of entries with the same name: with one size; with two sizes; with a second size that can't be
+    // made; with two spellings of the name.
     entry(text("a1"), text("{20, 20}"), text("same")) + entry(text("a2"), text("{20, 20}"), text("same")) +
     entry(text("b1"), text("{30, 30}"), text("twice")) + entry(text("b2"), text("{31, 17}"), text("twice")) +
     entry(text("c1"), text("{8, 8}"), text("stays")) + entry(text("c2"), text("{0, 0}"), text("stays")) +
     entry(text("d1"), text("{9, 9}"), text("spelled")) +
     entry(text("d2"), text("{7, 7}"), text("./spelled")) +
-    // Names.
+    // Odd names.
     entry(text("e1"), text("{10, 10}"), QString()) + entry(text("e2"), text("{10, 10}"), text("sub/icon")) +
     entry(text("e3"), text("{11, 11}"), text("/leading")) +
     entry(text("e4"), text("{12, 12}"), text("../out")) +
@@ -89,7 +90,7 @@ const QString oddEntries =
     entry(text("e8"), text("{13, 13}"), text(".")) +
     entry(text("e9"), text("{14, 14}"), text("Application.icns")) +
     text("<key>f1</key><dict><key>Dimensions</key><string>{15, 15}</string></dict>") +
-    // Sizes.
+    // Odd sizes.
     text("<key>g1</key><dict><key>Name</key><string>no size</string></dict><key>g2</key><dict/>") +
     entry(text("h1"), text("{-20, 20}"), text("negative")) +
     entry(text("h2"), text("{0, 20}"), text("flat")) +

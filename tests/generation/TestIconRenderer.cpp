@@ -36,7 +36,7 @@ TEST(IconRenderer, without_decoration_the_same_size_keeps_an_opaque_pictures_byt
 }
 
 TEST(IconRenderer, without_decoration_the_same_size_keeps_a_translucent_pictures_colours) {
-    // From straight samples in a file, over premultiplied ones, to straight samples again.
+    // A file's straight samples are premultiplied for the drawing and made straight again for the file.
     for (int alpha = 1; alpha < 256; alpha += 2) {
         for (int c = 0; c < 256; c += 5) {
             const QImage render = Renderer()(Pictures::flat(1, 1, QColor(c, 0, 0, alpha)), 1, 1);
@@ -48,7 +48,8 @@ TEST(IconRenderer, without_decoration_the_same_size_keeps_a_translucent_pictures
 }
 
 TEST(IconRenderer, the_picture_is_stretched_not_cropped_or_padded) {
-    // Left half red, right half blue, twice as wide as high: both halves fill half of a square.
+    // The left half is red and the right half blue; the picture is twice as wide as high. Each half fills
+    // half of a square.
     const QImage source =
         Pictures::raster(128, 64, [](int x, int) { return x < 64 ? QColor(Qt::red) : QColor(Qt::blue); });
     const QImage render = Renderer()(source, 64, 64);
@@ -82,7 +83,7 @@ TEST(IconRenderer, a_radius_of_half_the_side_or_more_gives_a_circle) {
         for (int x = 0; x < 100; ++x) {
             const double radius = std::hypot(x + 0.5 - 50, y + 0.5 - 50);
             const int alpha = pixel(circle, x, y).alpha;
-            // The covered part of a pixel on the edge is close to its distance from the edge.
+            // The coverage of a pixel on the edge is close to its distance from the edge.
             const double tolerance = radius < 49.2 || radius > 50.8 ? 0 : 40;
             ASSERT_NEAR(alpha, 255 * std::clamp(50.5 - radius, 0.0, 1.0), tolerance);
         }
@@ -113,7 +114,7 @@ TEST(IconRenderer, radii_follow_width_and_height_and_the_border_the_width_alone)
     render.input.style.roundCorner = true;
     render.input.style.cornerRadiusPercent = 0.25F;
     const QImage plain = render(Pictures::flat(8, 8, blue), 80, 40);
-    // x radius 20, y radius 10: just outside and inside of the ellipse along its diagonal.
+    // x radius 20, y radius 10: one point just outside the ellipse on its diagonal, one just inside.
     const auto isInside = [](double x, double y) { return std::hypot((x - 20) / 20, (y - 10) / 10) < 1; };
     ASSERT_TRUE(isInside(6.5, 3.5));
     ASSERT_FALSE(isInside(4.5, 1.5));
@@ -153,8 +154,8 @@ TEST(IconRenderer, a_border_of_a_tenth_of_100_shows_five_pixels_along_each_edge)
 }
 
 TEST(IconRenderer, the_width_is_the_single_precision_value_widened) {
-    // 0.3F is a little more than 0.3: of 100 pixels 30.0000012, half of that is visible. 0.7F is a little
-    // less than 0.7.
+    // 0.3F is a little more than 0.3: of 100 pixels it gives 30.0000012, and half of that is visible. 0.7F is
+    // a little less than 0.7.
     Renderer render;
     render.input.style.border = true;
     render.input.style.borderColor = white;
@@ -204,7 +205,8 @@ TEST(IconRenderer, the_border_follows_the_rounded_outline_inside_the_clip) {
             if (radius > 40.8 && radius < 49.2) {
                 ASSERT_EQ(pixel(result, x, y), (Pixel{255, 255, 255, 255}));
             }
-            // Both drawings pass through the clip: c of the picture, then c of the border over what c left.
+            // Picture and border both pass through the clip: a pixel with coverage c gets c of the picture,
+            // then c of the border over it.
             const int alpha = pixel(clipped, x, y).alpha;
             if (radius > 49.2) {
                 ASSERT_NEAR(pixel(result, x, y).alpha, alpha + (255 - alpha) * alpha / 255.0, 1);
@@ -219,7 +221,7 @@ TEST(IconRenderer, a_hairline_border_is_as_opaque_as_it_is_wide) {
     render.input.style.borderWidth = 0.01F;
     render.input.style.borderColor = white;
     const QImage result = render(Pictures::flat(50, 50, Qt::black), 50, 50);
-    // Half a pixel wide, of which a quarter of a pixel shows.
+    // The border is half a pixel wide; a quarter of a pixel of it is visible.
     EXPECT_EQ(pixel(result, 0, 25).red, 64);
     EXPECT_EQ(pixel(result, 1, 25).red, 0);
 }
@@ -356,13 +358,13 @@ TEST(IconRenderer, a_border_on_a_fractional_edge_ends_with_the_picture) {
     rounded.input.style.roundCorner = true;
     rounded.input.style.cornerRadiusPercent = 0;
     const QImage result = plain(Pictures::flat(8, 8, Qt::black), 27.5, 27.5);
-    // Half of the picture, and over it half of the border.
+    // Half of the picture, with half of the border over it.
     EXPECT_EQ(pixel(result, 27, 14), (Pixel{128, 128, 128, 192}));
     EXPECT_TRUE(Pictures::same(rounded(Pictures::flat(8, 8, Qt::black), 27.5, 27.5), result));
 }
 
 TEST(IconRenderer, a_picture_that_cannot_be_drawn_leaves_no_empty_icon) {
-    // Wider than the drawing library's surfaces may be.
+    // The picture is drawn wider than a surface of the drawing library may be.
     const Result<LoadedPicture> picture = ImageSource::load(
         "<svg xmlns='http://www.w3.org/2000/svg' width='2' height='2'><rect width='2' height='2'/></svg>");
     ASSERT_TRUE(picture);

@@ -349,7 +349,7 @@ TEST(IconSetGenerator, an_escape_in_the_chosen_folders_name_parts_the_folder_fro
     EXPECT_TRUE(fixture.files().isEmpty());
     EXPECT_EQ(fixture.observer.failures.size(), 1);
     EXPECT_FALSE(log.lines().join(QString()).contains(text("Error")));
-    // The file lands in the folder of the unescaped name, once that is there.
+    // The file goes into the folder with the unescaped name if that folder exists.
     ASSERT_TRUE(Folder::create(fixture.path(text("a b/iphone/AppIcon.appiconset"))));
     fixture.generate(0);
     EXPECT_EQ(fixture.files(), QStringList(text("a b/iphone/AppIcon.appiconset/icon.png")));
@@ -435,7 +435,7 @@ TEST(IconSetGenerator, the_container_is_not_written_without_one_of_its_pictures)
     GeneratorFixture fixture;
     fixture.useCatalogue(onlyIphone(QString()));
     ASSERT_TRUE(Folder::create(fixture.path(text("mac"))));
-    fixture.screen.factor = 40; // renders of 40960 pixels are beyond every limit
+    fixture.screen.factor = 40; // renders of 40960 pixels are larger than every limit
     fixture.generate(4);
     EXPECT_TRUE(fixture.files().isEmpty());
     EXPECT_EQ(fixture.observer.failures.size(), 1);

@@ -25,7 +25,7 @@ class ImageExportTest : public testing::Test {
   protected:
     QString path(const QString& name = QStringLiteral("picture")) const { return m_folder.filePath(name); }
 
-    /// Writes and reads again.
+    /// Writes a picture and reads it back.
     QImage roundTrip(quint64 number, const QImage& raster) const {
         const Result<Done> saved = ImageExport::saveImageInSelectedFormat(number, path(), raster);
         EXPECT_TRUE(saved) << (saved ? "" : saved.error().sentence.toStdString());
@@ -56,7 +56,7 @@ QImage overWhite(const QImage& raster) {
     });
 }
 
-/// Soft shapes, as JPEG is made for.
+/// Soft shapes, which suit JPEG.
 QImage soft(int width, int height) {
     return Pictures::raster(width, height, [&](int x, int y) {
         return QColor(40 + 150 * x / width, 60 + 120 * y / height, 200 - 100 * x / width,
@@ -96,7 +96,7 @@ TEST_F(ImageExportTest, each_number_logs_its_text_and_writes_its_format) {
     const QByteArray starts[] = {"\xff\xd8\xff", "II*",     "BM",
                                  "GIF89a",       "\x89PNG", QByteArray("\0\0\0\x0cjP  ", 8)};
     for (quint64 number = 0; number < 6; ++number) {
-        // The name has no say.
+        // The file's name does not change its format.
         const QString name = QStringLiteral("%1.png").arg(number);
         EXPECT_TRUE(ImageExport::saveImageInSelectedFormat(number, path(name), raster));
         EXPECT_TRUE(start(name).startsWith(starts[number])) << number;
@@ -203,7 +203,7 @@ TEST_F(ImageExportTest, gif_of_many_colours_is_near_and_right_on_average) {
             }
         }
     }
-    // 6 × 6 × 6 colours spread evenly would be off by 15 without diffusion.
+    // Without diffusion, 6 × 6 × 6 evenly spaced colours would differ by 15.
     EXPECT_LT(std::sqrt(squares / (3 * 128 * 128)), 13);
     for (const double sum : sums)
         EXPECT_LT(std::abs(sum / (128 * 128)), 0.05);
@@ -227,14 +227,14 @@ TEST_F(ImageExportTest, a_table_of_many_colours_has_255) {
 }
 
 TEST_F(ImageExportTest, a_table_is_made_of_any_number_of_colours) {
-    // Spread over more cells of all grids but the coarsest than are looked at.
+    // Noise has so many colours that only the coarsest grid has few enough cells.
     const IndexedPicture picture = *indexedPicture(Pictures::noise(400, 300, 3));
     EXPECT_EQ(picture.colors.size(), 255U);
     EXPECT_EQ(picture.indexes.size(), 400U * 300U);
 }
 
 TEST_F(ImageExportTest, bmp_of_more_bytes_than_it_can_tell_is_none) {
-    // Of these pixels none is looked at: there are not so many.
+    // The picture is refused before its pixels are read, so the buffer needs only one.
     const uchar pixel[4] = {};
     const QImage large(pixel, 32768, 16384, QImage::Format_RGBA8888_Premultiplied);
     EXPECT_EQ(encodeBmp(large).error().code, ErrorCode::TooLarge);
