@@ -9,7 +9,7 @@ using Names = std::vector<std::string>;
 
 class CatalogueOption : public CliTest {
   protected:
-    /// Runs with a catalogue that Python makes of an expression.
+    /// Runs with a catalogue that a Python expression describes.
     ProcessResult generateBy(const QString& expression, const QStringList& more = {}) const {
         return generate(sample(u"svg"_s),
                         QStringList{u"--catalogue"_s, propertyList(u"sizes.plist"_s, expression)} + more);

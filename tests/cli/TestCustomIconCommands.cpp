@@ -137,7 +137,7 @@ TEST_F(CustomIconCommands, an_icon_survives_the_archives_that_are_told_of) {
     file(u"folder/lib._x.dat"_s, "no AppleDouble file");
     expectDone(run({u"set"_s, u"folder"_s, u"icon.icns"_s}));
     expectDone(run({u"set"_s, u"folder/b"_s, u"icon.icns"_s}));
-    // What the README has, with another name.
+    // Takes the command from the README and changes its name.
     QFile readme(QStringLiteral(PROJECT_DIR "/README.md"));
     ASSERT_TRUE(readme.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(readme.readAll());

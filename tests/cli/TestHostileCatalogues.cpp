@@ -7,8 +7,8 @@
 
 namespace {
 
-/// Property lists that are made to harm: each ends in a sentence, soon, and with nothing written outside of
-/// the output folder.
+/// Hostile property lists: each is refused soon and with a sentence, and nothing is written outside of the
+/// output folder.
 class HostileCatalogues : public CliTest {
   protected:
     ProcessResult generateBy(const QString& catalogue) const {
@@ -28,7 +28,7 @@ class HostileCatalogues : public CliTest {
         return "<?xml version='1.0'?><!DOCTYPE plist " + type + "><plist version='1.0'>" + root + "</plist>";
     }
 
-    /// A catalogue of one entry for the iPhone beside a sound one.
+    /// A catalogue for the iPhone with this entry and a sound one.
     QByteArray oneEntry(const QByteArray& name, const QByteArray& dimensions) const {
         const auto entry = [](const QByteArray& key, const QByteArray& entryName, const QByteArray& size) {
             return "<key>" + key + "</key><dict><key>Name</key><string>" + entryName +
@@ -42,7 +42,7 @@ class HostileCatalogues : public CliTest {
 const QByteArray appleType =
     "PUBLIC '-//Apple//DTD PLIST 1.0//EN' 'http://www.apple.com/DTDs/PropertyList-1.0.dtd'";
 
-/// Big-endian, in so many bytes.
+/// The big-endian bytes of a number, `width` of them.
 QByteArray number(quint64 value, int width) {
     QByteArray bytes(width, '\0');
     for (int i = width; i-- > 0; value >>= 8)
@@ -50,7 +50,7 @@ QByteArray number(quint64 value, int width) {
     return bytes;
 }
 
-/// A binary list of these objects; references and places have four bytes.
+/// A binary property list of these objects, with references and offsets of four bytes.
 QByteArray binary(const QList<QByteArray>& objects) {
     QByteArray bytes = "bplist00";
     QByteArray places;
@@ -116,7 +116,7 @@ TEST_F(HostileCatalogues, circles) {
     expectRefused(file(u"itself.plist"_s, binary({arrayOf({0})})), tooDeep);
     expectRefused(file(u"itself-often.plist"_s, binary({arrayOf({0, 0, 0, 0, 0, 0, 0, 0})})), tooDeep);
     expectRefused(file(u"two.plist"_s, binary({arrayOf({1}), arrayOf({0})})), tooDeep);
-    // Not in a circle, and all the same 8^60 objects.
+    // There is no circle here, but the list stands for 8^60 objects.
     QList<QByteArray> tree;
     for (quint64 i = 1; i <= 60; ++i)
         tree << arrayOf({i, i, i, i, i, i, i, i});
@@ -140,7 +140,7 @@ TEST_F(HostileCatalogues, lies_in_binary_lists) {
         expectRefused(file(u"lie.plist"_s, lie), "");
     for (qsizetype length = 0; length < sound.size(); length += 3)
         expectRefused(file(u"cut.plist"_s, sound.left(length)), "");
-    // A string, data and an array of two thousand million.
+    // A string, data and an array that each claim a length of about two thousand million.
     for (const char* object :
          {"\x5f\x12\x7f\xff\xff\xff", "\x4f\x12\x7f\xff\xff\xff", "\xaf\x12\x7f\xff\xff\xff"})
         expectRefused(file(u"length.plist"_s, binary({arrayOf({1}), QByteArray(object, 6)})), "");

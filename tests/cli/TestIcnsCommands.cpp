@@ -16,7 +16,7 @@ class IcnsCommands : public CliTest {
         return runCli(QStringList{u"icns"_s} + words, path({}));
     }
 
-    /// An icns file with a plain picture of 16 pixels in one colour.
+    /// An icns file with an uncompressed picture of 16 × 16 pixels in one colour.
     QString plain(const QString& name, const QByteArray& pixel = QByteArray("\xff\x01\x02\x03", 4)) const {
         return file(name, icns(element("ic04", pixel.repeated(256))));
     }
@@ -182,7 +182,7 @@ TEST_F(IcnsCommands, a_smaller_picture_that_is_broken_is_passed_over_with_a_warn
     const ProcessResult made = run({u"make"_s, name, u"--out"_s, u"b.icns"_s});
     EXPECT_EQ(made.exitStatus, 0);
     EXPECT_TRUE(made.errors.contains("warning: the element ic04 is passed over: "));
-    // The largest counts.
+    // The largest picture is used, so it is an error if that one is broken.
     const QString broken =
         file(u"c.icns"_s, icns(element("ic07", "broken") + element("ic04", QByteArray(1024, 'x'))));
     expectOneError(run({u"make"_s, broken, u"--out"_s, u"d.icns"_s}),

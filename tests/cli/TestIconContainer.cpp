@@ -6,8 +6,8 @@
 
 namespace {
 
-/// What the scripts share. Pictures are compared by their premultiplied pixels: the colour of a transparent
-/// one is no matter.
+/// The common beginning of the scripts. Pictures are compared by their premultiplied pixels, so the colours
+/// of transparent pixels do not matter.
 const char* const prelude =
     "import sys\n"
     "from PIL import Image\n"
@@ -26,7 +26,7 @@ const char* const prelude =
 
 class IconContainer : public CliTest, public testing::WithParamInterface<const char*> {
   protected:
-    /// Makes the Mac's set with rounded, half transparent edges, so that alpha counts.
+    /// Makes the Mac's set with rounded, partly transparent edges, so that alpha is compared too.
     QByteArray measured(const QString& script) const {
         generated(sample(QString::fromLatin1(GetParam())),
                   {u"--platform"_s, u"mac"_s, u"--round-corner"_s, u"0.22"_s});

@@ -6,10 +6,10 @@
 
 namespace {
 
-/// Names that are easily misread.
+/// Names that a program easily misreads.
 class Names : public CliTest {
   protected:
-    /// Runs in the case's folder, for the iPhone.
+    /// Generates the iPhone's set in the test's folder.
     ProcessResult generateInto(const QString& folder, const QString& picture) const {
         return runCli({u"generate"_s, u"--platform"_s, u"iphone"_s, u"--out"_s, folder, u"--"_s, picture},
                       path({}));
@@ -114,7 +114,7 @@ TEST_F(Names, letters_of_all_scripts) {
 }
 
 TEST_F(Names, a_picture_whose_name_is_not_UTF8) {
-    // The shell removes the picture again: Qt, which removes the case's folder, has no way to name it.
+    // The shell removes the picture itself: Qt removes the test's folder, but cannot name this file.
     const QString script = u"name=$(printf 'a\\377.svg'); cp \"$1\" \"$name\" || exit 9\n"
                            "\"$0\" generate \"$name\" --out icons --platform iphone; status=$?\n"
                            "rm \"$name\"; exit $status"_s;

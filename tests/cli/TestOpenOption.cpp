@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A file browser stands in for the desktop's that notes what it is told to open.
+/// Replaces the desktop's file browser with a script that records what it should open.
 class OpenOption : public CliTest {
   protected:
     void SetUp() override {
@@ -26,7 +26,7 @@ class OpenOption : public CliTest {
                           path({}));
     }
 
-    /// What was opened after a run: waited for, and for a while longer in case that there is more.
+    /// What a run opened. Waits for the first record, and a while longer in case there are more.
     QString opened(int mostMilliseconds) const {
         const QString record = path(u"bin/opened"_s);
         QElapsedTimer timer;

@@ -11,7 +11,7 @@ namespace {
 
 class PlatformOption : public CliTest {
   protected:
-    /// How many files lie in each idiom's folder after a run with these platforms.
+    /// The number of files in each idiom's folder after a run with these platforms.
     std::map<std::string, int> filesPerFolder(const QStringList& platforms) const {
         QStringList arguments;
         for (const QString& platform : platforms)
@@ -90,7 +90,7 @@ TEST_F(PlatformOption, what_is_named_twice_is_made_once) {
     const ProcessResult result = generate(sample(u"svg"_s), words);
     EXPECT_EQ(result.exitStatus, 0);
     EXPECT_EQ(printedJson(result)[u"files"_s].toArray().size(), 19);
-    // The log has a line for each set that is begun and one for each that is done.
+    // The log has one line for each set that begins and one for each set that is done.
     EXPECT_EQ(result.errorLines().size(), 4) << result.errors.toStdString();
 }
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Pictures as people have them. They are looked at on the iPhone's icon of 180 pixels.
+/// Pictures as users have them. They are checked on the iPhone's icon of 180 pixels.
 class RealPictures : public CliTest {
   protected:
     QImage made(const QString& picture, bool isSmall = false) const {
@@ -23,7 +23,7 @@ class RealPictures : public CliTest {
     }
 };
 
-/// One colour in each quarter.
+/// A picture with one colour in each quarter.
 QImage quarters(int side, const std::array<QColor, 4>& colors) {
     QImage image(side, side, QImage::Format_RGB888);
     for (int y = 0; y < side; ++y) {
@@ -55,7 +55,7 @@ TEST_F(RealPictures, a_JPEG_that_is_to_be_turned) {
                                        "exif[0x0112] = 6\n"
                                        "straight = Image.open(path.replace('turned.jpg', 'straight.png'))\n"
                                        "straight.save(path, quality=95, exif=exif)"_s);
-    // By a quarter, clockwise.
+    // The picture is turned a quarter clockwise.
     const QImage icon = made(turned);
     EXPECT_TRUE(isNear(icon.pixelColor(45, 45), Qt::blue, 8));
     EXPECT_TRUE(isNear(icon.pixelColor(135, 45), Qt::red, 8));

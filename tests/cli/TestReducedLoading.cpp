@@ -6,7 +6,7 @@
 
 namespace {
 
-/// What a render of that size looks like that is drawn from the whole picture and all of its copies.
+/// A render of that size, drawn from the whole picture with all of its reduced copies.
 QImage drawn(const QString& picture, const QSizeF& size) {
     const Result<LoadedPicture> whole = ImageSource::loadFile(picture.toStdString());
     if (!whole)
@@ -22,7 +22,7 @@ QImage largestOf(const QByteArray& icns) {
     return largest ? largest->raster : QImage();
 }
 
-/// A command loads no more of a picture than what it draws takes: it must know all of that.
+/// A command loads only the reduced copies that its renders need. It must know the sizes of all of them.
 class ReducedLoading : public CliTest {
   protected:
     QString noise() const { return picture(u"noise.png"_s, Pictures::noise(2048, 2048, 3)); }

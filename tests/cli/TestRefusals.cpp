@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What can't be done is told at once, in one line, and leaves nothing behind.
+/// An impossible request is refused at once, in one line, and leaves nothing behind.
 class Refusals : public CliTest {
   protected:
     void expectRefused(const QString& picture, const QString& sentence, const QStringList& more = {}) const {

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Styles are looked at on one red icon, 180 pixels wide.
+/// Checks styles on one red icon, 180 pixels wide.
 class StyleOptions : public CliTest {
   protected:
     QImage styled(const QStringList& options) const {

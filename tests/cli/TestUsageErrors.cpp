@@ -6,7 +6,8 @@ namespace {
 
 class UsageErrors : public CliTest {
   protected:
-    /// Whether these words are refused with one line that says all of `sentences`, and nothing else happens.
+    /// Expects that the words are refused with one line that contains all `sentences`, and that nothing else
+    /// happens.
     void expectWrong(const QStringList& words, const QStringList& sentences) const {
         const ProcessResult result = runCli(words, path({}));
         EXPECT_EQ(result.exitStatus, 2);
@@ -19,7 +20,7 @@ class UsageErrors : public CliTest {
             EXPECT_TRUE(line.contains(sentence)) << line.toStdString() << " lacks " << sentence.toStdString();
         EXPECT_TRUE(tree(path({})).empty());
     }
-    /// The same of a call that would succeed but for `more`.
+    /// The same for a call that would succeed without `more`.
     void expectWrongOption(const QStringList& more, const QStringList& sentences) const {
         expectWrong(QStringList{u"generate"_s, sample(u"svg"_s), u"--out"_s, out()} + more, sentences);
     }

@@ -4,7 +4,7 @@ namespace {
 
 class Warnings : public CliTest {
   protected:
-    /// The lines on standard error of a run that succeeds.
+    /// The lines on standard error of a successful run.
     QStringList warned(const QString& picture, const QString& platform) const {
         const ProcessResult result = generate(picture, {u"--platform"_s, platform});
         EXPECT_EQ(result.exitStatus, 0) << result.errors.toStdString();

@@ -11,10 +11,10 @@
 
 namespace {
 
-/// Failures in the midst of a run: what can be written is, and the rest is named.
+/// Failures during a run: all other files are written, and the failed ones are reported.
 class WriteFailures : public CliTest {
   protected:
-    /// Runs with files no longer than 4096 bytes, as if the disk were full beyond.
+    /// Runs with a limit of 4096 bytes for each file, as on a full disk.
     ProcessResult generateShort(const QString& platform) const {
         return runProcess(u"/bin/sh"_s,
                           {u"-c"_s, u"ulimit -f 8; exec \"$0\" \"$@\""_s, QStringLiteral(TOBRIMAX_CLI),

@@ -1,6 +1,6 @@
 """Gives tobrimax-cli names that are easily misread, for pictures, folders and icons: test_odd_names.py TOBRIMAX_CLI [CASE]
 
-On disk a name is what was told, byte by byte. On the screen nothing controls the terminal or turns the writing round."""
+On the disk, a name has exactly the given bytes. Messages never control the terminal or change the writing direction."""
 
 import json
 import os
@@ -31,7 +31,7 @@ def is_shown_safely(text):
 
 class OddNamesTest(unittest.TestCase):
     def setUp(self):
-        # In bytes throughout: names need not be of any encoding.
+        # Names are bytes here, since they need not be in any encoding.
         self.folder = os.fsencode(pathlib.Path(tempfile.mkdtemp()).resolve())
         self.addCleanup(shutil.rmtree, self.folder)
         self.picture = self.file(b"picture.svg", SVG)
@@ -48,7 +48,7 @@ class OddNamesTest(unittest.TestCase):
         return self.file(b"catalogue.plist", plistlib.dumps([entries, {}, {}, {}, {}], fmt=plistlib.FMT_BINARY))
 
     def run_cli(self, *words):
-        """Runs the program in the case's folder. Whatever it prints is fit to be shown."""
+        """Runs the program in the test's folder. Checks that its output is safe to show."""
         words = [word if isinstance(word, bytes) else word.encode() for word in words]
         result = subprocess.run([os.fsencode(PROGRAM), *words], capture_output=True, cwd=self.folder, timeout=120)
         for stream in result.stdout, result.stderr:
@@ -110,7 +110,7 @@ class OddNamesTest(unittest.TestCase):
                                  [b"iphone/AppIcon.appiconset/icon.png"])
                 self.generated(self.picture, name, catalogue)
                 self.generated(self.picture, name, catalogue, "--verbose")
-        # Those that look alike are not the same.
+        # Names that look alike are different names.
         self.assertEqual(sorted(os.listdir(self.folder)),
                          sorted([name.encode() for name in ODD] + [b"catalogue.plist", b"picture.svg"]))
 
@@ -118,14 +118,14 @@ class OddNamesTest(unittest.TestCase):
         catalogue = self.catalogue("icon")
         for name in b"caf\xe9", b"a\xff\x1b[31m":
             self.assertEqual(self.generate(self.picture, name, catalogue).returncode, 2)
-        # Nor does an escape stand for such bytes, or for what ends a name.
+        # An escape may not stand for such bytes either, nor for the byte that ends a name.
         for name in "a%ff", "a%00", "a%ed%a0%80":
             result = self.generate(self.picture, name, catalogue)
             self.assertEqual((result.returncode, result.stderr.count(b"\n")), (1, 1))
             self.assertEqual(self.files_below(os.path.join(self.folder, name.encode())), [])
 
     def test_folder_with_escapes(self):
-        """The folder is made as it is called, and written to unescaped."""
+        """The folder is made under its plain name; files are written under the unescaped name."""
         catalogue = self.catalogue("icon")
         for name, unescaped in (("a%20b", "a b"), ("%C3%a9", "\u00e9"), ("x%1B[31m", "x\x1b[31m"), ("y%2Fz", "y/z"),
                                 ("%2525", "%25")):
@@ -150,7 +150,7 @@ class OddNamesTest(unittest.TestCase):
         self.generated(self.picture, "out", catalogue, "--verbose")
 
     def test_icon_with_escapes(self):
-        """Only the folder is unescaped."""
+        """Escapes are replaced in the folder's name only."""
         self.generated(self.picture, "out", self.catalogue("a%20b", "%2e%2e%2f"))
         self.assertEqual(sorted(os.listdir(os.path.join(self.folder, b"out/iphone/AppIcon.appiconset"))),
                          [b"%2e%2e%2f.png", b"a%20b.png"])
@@ -168,7 +168,7 @@ class OddNamesTest(unittest.TestCase):
                 shutil.rmtree(os.path.join(self.folder, b"out"))
 
     def test_icon_with_slashes(self):
-        """A slash leads into a folder, which nobody makes, and never out of the platform's own."""
+        """A slash leads into a folder that is not made, and never out of the platform's folder."""
         catalogue = self.catalogue("below/icon", "/absolute", "../above", "a/../b", "..")
         result = self.generate(self.picture, "out", catalogue, "--json")
         self.assertEqual(result.returncode, 1)
@@ -181,7 +181,7 @@ class OddNamesTest(unittest.TestCase):
                          [b"iphone/AppIcon.appiconset/absolute.png", b"iphone/AppIcon.appiconset/below/icon.png"])
 
     def folder_of_length(self, length):
-        """A path below the case's folder of that many bytes, with no part that is too long."""
+        """A path of that many bytes below the test's folder. No part of it is too long for a file name."""
         path = self.folder
         while length - len(path) > 202:
             path += b"/" + b"d" * 200
