@@ -31,7 +31,8 @@ namespace {
 
 constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
 
-/// Set while an operation runs, and while it takes memory of its own. Of other threads nothing is counted.
+/// isRunning is set during an operation, isWatching during an operation outside of a Pause. Other threads are
+/// not counted.
 thread_local bool isRunning = false;
 thread_local bool isWatching = false;
 std::size_t counted = 0;
@@ -42,7 +43,7 @@ struct Range {
     std::uintptr_t begin;
     std::uintptr_t end;
 };
-/// Where the code of the libraries lies that are left out.
+/// The addresses of the code of the libraries that are left out.
 std::array<Range, 64> ranges;
 std::size_t rangeCount = 0;
 
@@ -61,7 +62,7 @@ int addLeftOut(dl_phdr_info* library, std::size_t /*size*/, void* data) {
     return 0;
 }
 
-/// Whether this allocation is the one that fails. `caller` is the place that asks for it.
+/// Whether this allocation is the one to fail. `caller` is the address of the code that asks for it.
 bool fails(const void* caller) {
     if (!isWatching)
         return false;
@@ -87,12 +88,12 @@ void letGo(void* place) {
 struct Run {
     bool result = false;
     bool hasThrown = false;
-    bool wasReached = false; ///< the allocation that should fail
+    bool wasReached = false; ///< whether the operation got to the allocation that should fail
     std::size_t allocations = 0;
     std::size_t left = 0;
 };
 
-/// Lets that allocation fail.
+/// Runs `operation` and lets allocation number `which` fail.
 Run run(const std::function<bool()>& operation, std::size_t which, FailingAllocations::Libraries names) {
     rangeCount = 0;
     dl_iterate_phdr(addLeftOut, &names);
@@ -133,7 +134,8 @@ void FailingAllocations::expectFailuresOf(const std::function<bool()>& operation
         SCOPED_TRACE("allocation " + std::to_string(which));
         Run result = run(operation, which, leftOut);
         EXPECT_FALSE(result.hasThrown);
-        // What is made once for the life of the process is kept the first time, and only then.
+        // Memory that a library keeps for the life of the process is allocated only the first time, so a
+        // second run must keep nothing.
         if (result.left != 0)
             result = run(operation, which, leftOut);
         EXPECT_EQ(result.left, 0U);
@@ -143,13 +145,13 @@ void FailingAllocations::expectFailuresOf(const std::function<bool()>& operation
         if (testing::Test::HasFailure())
             return;
     }
-    // Under AddressSanitizer there may be nothing to refuse.
+    // Under AddressSanitizer, `malloc` never fails here, so there may be no failure.
     EXPECT_TRUE(failures > 0 || TOBRIMAX_OWN_MALLOC == 0);
     EXPECT_TRUE(operation()) << "with memory again";
 }
 
 void FailingAllocations::expectNoneIn(const std::function<bool()>& operation) {
-    // What is made once for the life of the process is made by now.
+    // This run allocates what libraries keep for the life of the process.
     ASSERT_TRUE(operation());
     const Run result = run(operation, never, fragile);
     EXPECT_TRUE(result.result);
@@ -157,7 +159,7 @@ void FailingAllocations::expectNoneIn(const std::function<bool()>& operation) {
     EXPECT_EQ(result.left, 0U);
 }
 
-// NOLINTBEGIN: what these are called and how they behave is laid down.
+// NOLINTBEGIN: the C and C++ standards fix the names and the behaviour of these functions.
 #if TOBRIMAX_OWN_MALLOC
 
 extern "C" {

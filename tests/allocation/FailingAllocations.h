@@ -7,21 +7,20 @@
 #include <functional>
 #include <vector>
 
-/// What happens to an operation when memory runs out at any point of it. A program that this is linked into
-/// has memory functions of its own, `new` as well as `malloc` (under AddressSanitizer, which brings its own
-/// `malloc`, only `new`). They refuse what they are asked for by our code, the standard library and the C
-/// libraries.
+/// Tests an operation with memory running out at any point of it. A test program that links this has its own
+/// memory functions: `new` and `malloc` (only `new` under AddressSanitizer, which has its own `malloc`). They
+/// can refuse memory to our code, the standard library and the C libraries.
 namespace FailingAllocations {
 
-/// Parts of the names of libraries whose own code is left out.
+/// Parts of library names. Allocations by the code of these libraries do not fail.
 using Libraries = std::vector<const char*>;
 
-/// Parts of Qt end the program where they get no memory (byte arrays and rasters do not). OpenJPEG 2.5
-/// reads and frees what it did not get.
+/// Parts of Qt end the program if they get no memory (byte arrays and rasters do not). OpenJPEG 2.5 reads and
+/// frees memory that it did not get.
 inline const Libraries fragile{"libQt6", "libopenjp2"};
 inline const Libraries none;
 
-/// While it lives, nothing fails and nothing is kept account of: for what an operation checks.
+/// While it exists, no allocation fails and none is counted: for checks inside an operation.
 class Pause {
   public:
     Pause();
@@ -30,7 +29,7 @@ class Pause {
     Pause& operator=(const Pause&) = delete;
 };
 
-/// Whether an operation succeeded. Expects that want of memory is the only cause of a failure.
+/// Whether an operation succeeded. Expects OutOfMemory as the error of a failure.
 template <typename T>
 bool hasSucceeded(const Result<T>& result) {
     if (!result) {
@@ -40,14 +39,14 @@ bool hasSucceeded(const Result<T>& result) {
     return result.operator bool();
 }
 
-/// Runs `operation` often: each time the next one of its allocations fails, or that `step` further on.
-/// Expects that nothing is thrown, that nothing is kept, and that it fails at least once. `operation` returns
-/// false where it reports failure, true where it had its whole result in spite of all, and expects by itself
-/// that there is nothing between the two. It can be repeated, and lets go of what it makes.
+/// Runs `operation` many times; each time, one allocation fails: the first, then every `step`-th after it.
+/// Expects that the operation throws nothing, keeps no memory, and fails at least once. `operation` must be
+/// repeatable and free what it makes. It returns false for a reported failure and true for a complete result;
+/// it checks by itself that a result is complete.
 void expectFailuresOf(const std::function<bool()>& operation, const Libraries& leftOut = fragile,
                       std::size_t step = 1);
 
-/// Expects that all memory that `operation` takes is taken by the fragile libraries.
+/// Expects that `operation` takes memory only through the fragile libraries.
 void expectNoneIn(const std::function<bool()>& operation);
 
 } // namespace FailingAllocations

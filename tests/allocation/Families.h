@@ -8,7 +8,7 @@
 /// Icns data for the tests of this folder.
 namespace Families {
 
-/// Packed without any run.
+/// Packed channels that have no runs.
 inline QByteArray packed(const QByteArray& samples) {
     QByteArray bytes;
     for (qsizetype at = 0; at < samples.size(); at += 128) {
@@ -20,7 +20,7 @@ inline QByteArray packed(const QByteArray& samples) {
 }
 
 /// A PNG and a JPEG 2000 file, packed ARGB, packed colours with and without leading zeros, plain samples, and
-/// two masks: eight elements, of which six hold a picture.
+/// two masks: eight elements, six of them with a picture.
 inline QByteArray ofEveryKind() {
     using IcnsBytes::element;
     const QImage small = Pictures::translucentNoise(16, 16, 1);

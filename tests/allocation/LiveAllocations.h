@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-/// The places of memory that was taken and not given back. Takes no memory itself.
+/// The addresses of all memory that is allocated and not yet freed. Takes no memory itself.
 class LiveAllocations {
   public:
     void clear() {
@@ -18,7 +18,7 @@ class LiveAllocations {
         std::size_t at = slotOf(value);
         for (std::size_t tried = 0; m_slots[at] > gone; at = next(at)) {
             if (++tried == slots)
-                std::abort(); // more than any operation here takes
+                std::abort(); // no operation here allocates so much
         }
         m_slots[at] = value;
         ++m_count;
@@ -40,7 +40,7 @@ class LiveAllocations {
 
   private:
     static constexpr std::size_t slots = std::size_t{1} << 15U;
-    // No memory lies at these two.
+    // These two numbers are never the address of allocated memory.
     static constexpr std::uintptr_t free = 0;
     static constexpr std::uintptr_t gone = 1;
 

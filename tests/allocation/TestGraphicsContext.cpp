@@ -10,7 +10,8 @@ namespace {
 constexpr int side = 40;
 const QRectF bounds(0, 0, side, side);
 
-/// What `decorate` makes of a context with a picture of its own size in it, whose pixels it then shares.
+/// The picture in a context after `decorate`. The context holds a picture of its own size and shares the
+/// picture's pixels.
 template <typename Decorate>
 Result<QImage> drawn(const Image& image, Decorate decorate) {
     Result<GraphicsContext> context = GraphicsContext::create(bounds.size(), 1);

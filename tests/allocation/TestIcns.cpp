@@ -16,7 +16,7 @@ using FailingAllocations::hasSucceeded;
 
 namespace {
 
-/// Whether there is a picture, which must then be that of `expected`.
+/// Whether there is a picture. If there is one, expects that it equals `expected`.
 bool isWhole(const Result<DecodedPicture>& picture, const QImage& expected) {
     EXPECT_TRUE(!picture || Pictures::same(picture->raster, expected));
     return hasSucceeded(picture);

@@ -19,7 +19,7 @@ using FailingAllocations::Pause;
 
 namespace {
 
-/// Whether there is a family, which must then have these bytes.
+/// Whether there is a family. If there is one, expects that it has these bytes.
 bool isWhole(const std::unique_ptr<IconFamily>& family, const QByteArray& expected) {
     EXPECT_TRUE(family == nullptr || family->data() == expected);
     return family != nullptr;
@@ -36,7 +36,7 @@ QByteArray content(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// While it lives, the diagnostic log goes nowhere.
+/// Discards the diagnostic log while it exists.
 class QuietLog {
   public:
     QuietLog()
@@ -172,7 +172,8 @@ TEST(IconFamilyAllocations, a_built_family_lacks_the_elements_that_there_was_no_
         }
         return family->data().size() == expected->data().size();
     };
-    // Thousands, nearly all of the resampler's: every one of those is tried at a smaller size.
+    // There are thousands of allocations, nearly all by the resampler. The test before lets each of the
+    // resampler's fail at a smaller size.
     expectFailuresOf(isWhole, FailingAllocations::fragile, 97);
 }
 

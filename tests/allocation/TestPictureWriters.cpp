@@ -49,9 +49,9 @@ TEST(PictureWriterAllocations, gif_is_whole_or_none) {
 }
 
 TEST(PictureWriterAllocations, tiff_is_whole_or_none) {
-    // libtiff itself reads what it did not get when it closes a file.
+    // When libtiff closes a file, it reads memory that it did not get.
     const FailingAllocations::Libraries leftOut{"libtiff"};
-    // Of several strips.
+    // The picture has several strips.
     const QImage raster = Pictures::translucentNoise(200, 100, 1);
     expectWholeOrNone([&] { return encodeTiff(raster, TiffCompression::Lzw); }, leftOut);
     expectWholeOrNone([&] { return encodeTiff(raster, TiffCompression::None); }, leftOut);
@@ -60,7 +60,7 @@ TEST(PictureWriterAllocations, tiff_is_whole_or_none) {
 TEST(PictureWriterAllocations, jpeg_2000_is_whole_or_none) {
     const QImage raster = Pictures::translucentNoise(7, 5, 1);
     expectWholeOrNone([&] { return encodeJpeg2000(raster); }, {"libopenjp2"});
-    // Of the library's own memory the first alone, that of the picture.
+    // Of the library's own allocations only the first fails, the one for the picture.
     expectFailuresOf([&] { return hasSucceeded(encodeJpeg2000(raster)); }, {"libQt6"}, 1 << 30);
 }
 
