@@ -99,7 +99,7 @@ Fault faultOf(const char* name, bool isWrite = false, bool needsRoom = false) {
         syscall(SYS_kill, syscall(SYS_getpid), SIGKILL);
 }
 
-/// Makes a call with `call`, unless it is counted and fails there. It fails as a whole.
+/// Makes a call, unless it is counted and has a fault. A call with a fault does nothing and fails.
 template <class Call>
 int checked(bool isCounted, const char* name, bool needsRoom, const Call& call) {
     if (isCounted) {
@@ -121,7 +121,7 @@ int openIn(int folder, const char* path, int flags, mode_t mode) {
                    [&] { return syscall(SYS_openat, folder, path, flags, mode); });
 }
 
-/// The mode among the arguments of an `open`; 0 where there is none.
+/// The mode among the arguments of an `open`; 0 if there is no mode.
 mode_t modeOf(int flags, std::va_list arguments) {
     return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
 }
@@ -218,7 +218,7 @@ int fchmod(int descriptor, mode_t mode) noexcept {
                    [&] { return syscall(SYS_fchmod, descriptor, mode); });
 }
 
-// A structure has the same name.
+// There is also a structure with this name.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wshadow"
 int flock(int descriptor, int operation) noexcept {

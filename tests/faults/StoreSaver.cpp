@@ -1,4 +1,4 @@
-// Saves a text in a store as the application saves its data: store_saver FILE TEXT. Where that fails it tries
+// Saves a text in a store, as the application saves its data: store_saver FILE TEXT. If that fails, it tries
 // once more. Exit status: 0 saved, 1 saved at the second try, 2 not saved, 3 the store can't be opened.
 #include "files/FilePath.h"
 #include "files/Folder.h"

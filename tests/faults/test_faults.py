@@ -1,7 +1,7 @@
 """Makes each call on the output fail in turn, or kills the program there, and checks what the program leaves:
 test_faults.py TOBRIMAX_CLI FAULT_LIBRARY STORE_SAVER [CASE]
 
-Each file is whole after every fault: the old one or the new one. The program reports a file as written only where it
+Each file is whole after every fault: the old one or the new one. The program reports a file as written only if it
 is. The next run removes what a killed run leaves."""
 
 import errno
@@ -48,7 +48,7 @@ class Subject:
         self.new = self.found()
 
     def prepare(self):
-        """Makes the state in which a run begins."""
+        """Sets up the files that are there before a run."""
         for path in sorted(self.out.rglob("*"), reverse=True):
             path.rmdir() if path.is_dir() else path.unlink()
         if self.out.exists():
@@ -58,7 +58,7 @@ class Subject:
         raise NotImplementedError
 
     def found(self):
-        """{path: bytes} of the files that are there, temporary ones left out."""
+        """{path: bytes} of all files except temporary ones."""
         return {path: path.read_bytes()
                 for path in self.out.rglob("*") if path.is_file() and not is_temporary(path)}
 
@@ -67,12 +67,12 @@ class Subject:
 
     def run(self, kind=None, call=0, limits=None):
         """Runs the command within `limits`, {resource: value}. Returns its result and the names of the calls that it
-        made; a name that ends with "!" is of a call that failed."""
+        made; a "!" follows the name of a call that failed."""
         log = self.folder / "log"
         log.unlink(missing_ok=True)
         variables = dict(os.environ, LD_PRELOAD=str(LIBRARY), FAULT_FOLDER=str(self.out), FAULT_LOG=str(log),
                          FAULT_CALL=str(call), FAULT_KIND=str(kind or ""))
-        # AddressSanitizer refuses to run where another library is loaded first, unless it is told not to check that.
+        # AddressSanitizer refuses to run if another library is loaded first; this option turns that check off.
         variables["ASAN_OPTIONS"] = variables.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"
 
         def limit():
@@ -90,7 +90,7 @@ class Subject:
         return calls
 
     def check(self, test, result):
-        """Checks the files, and what the program says of them, after a run that was not killed."""
+        """Checks the files, and what the program reports about them, after a run that was not killed."""
         found = self.found()
         self.check_whole(test, found)
         if result.returncode == 0:
@@ -108,7 +108,7 @@ class Subject:
 
 
 class Icons(Subject):
-    """Three icons in a folder that is not there yet."""
+    """Three icons in a folder that the program makes."""
 
     platform = "iphone"
 
@@ -133,7 +133,7 @@ class Icons(Subject):
 
 
 class Container(Icons):
-    """An icon and then the Mac's container. Older files of both names are there before."""
+    """An icon and then the Mac's container. Older files of both names exist already."""
 
     platform = "mac"
 
@@ -256,14 +256,14 @@ class FaultTest(unittest.TestCase):
             names = {name[:-1] for name in calls if name.endswith("!")}
             failed |= names
             told += result.returncode != 0
-            # A failed close after the bytes were written is reported too; a failure of another close is not.
+            # A failed close after the bytes were written is reported too. Failures of other closes are not reported.
             closes = re.search(r"write (fsync )?close!", " ".join(calls))
             if names & {"create", "write", "fsync", "rename"} or closes:
                 self.assertNotEqual(result.returncode, 0)
             if "unlink" not in names:
                 self.assertEqual(subject.temporaries(), [])
         self.assertLessEqual({"create", "write", "rename"}, failed)
-        # A file that is on the disk when it is reported is synced: the bytes first, then the name.
+        # A subject that promises to have the file on the disk syncs it: first the bytes, then the name.
         self.assertEqual("fsync" in failed, subject.is_synced)
         if subject.is_synced:
             self.assertRegex(" ".join(subject.run_plainly()), r"write( write)* fsync close rename fsync")
@@ -281,7 +281,7 @@ class FaultTest(unittest.TestCase):
         self.assertGreater(strays, 0)
 
     def check_writes(self, subject):
-        """A short write and an interrupted one are not failures."""
+        """After a short or an interrupted write the program goes on."""
         for kind in "short", "interrupt":
             count = 0
             for result, calls in self.each_call(subject, kind):
@@ -293,7 +293,7 @@ class FaultTest(unittest.TestCase):
 
 
     def test_missing_library(self):
-        """Without librsvg SVG pictures are refused, and all others are drawn."""
+        """Without librsvg, SVG pictures are refused and all other pictures are drawn."""
         svg = self.folder / "picture.svg"
         svg.write_text('<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"><rect width="9" height="9"/></svg>')
         png = self.folder / "picture.png"

@@ -26,7 +26,7 @@ CLONE_NEWNS, CLONE_NEWUSER = 0x00020000, 0x10000000
 
 
 def enter_mount_namespace():
-    """Gives this process mounts of its own, as root or in a user namespace. False where that is not permitted."""
+    """Gives this process mounts of its own, as root or in a user namespace. False if that is not permitted."""
     libc = ctypes.CDLL(None, use_errno=True)
     user, group = os.getuid(), os.getgid()
     if libc.unshare(CLONE_NEWNS) != 0:
@@ -126,7 +126,7 @@ class LimitTest(unittest.TestCase):
             self.assertEqual(outcomes, [False] * 5 + [True] * 2)
 
     def starts(self, memory):
-        """Whether the program starts with so much memory. Where it is too little, libraries end the program."""
+        """Whether the program starts with this memory limit. If it is too low, libraries end the program."""
         result = subprocess.run([test_faults.PROGRAM, "--version"], capture_output=True,
                                 preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (memory, memory)))
         return result.returncode == 0
@@ -145,7 +145,7 @@ class LimitTest(unittest.TestCase):
         self.assertIn(False, outcomes)
 
     def test_two_at_once(self):
-        """Both runs succeed, and each file is that of one of them."""
+        """Both runs succeed, and each file is completely from one of them."""
         subject = Container(self.folder)
         (self.folder / "other").mkdir()
         other = Container(self.folder / "other", subject.out, "tomato")
