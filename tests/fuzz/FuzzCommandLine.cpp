@@ -1,5 +1,5 @@
-// Parses any words as a command line. The result is work to do, a text to print, or a complaint: exactly one
-// of them. The work is not done.
+// Parses any words as a command line. The result is exactly one of three: work to do, a text to print, or a
+// complaint. The work is not done.
 
 #include "cli/CommandLine.h"
 #include "tests/fuzz/Require.h"

@@ -15,8 +15,8 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// The bytes that `data` describes. Every two bytes of it add one byte, or repeat what stands 1 to 15 bytes
-/// before, up to 32 KiB.
+/// The bytes that `data` describes. Every two bytes of `data` add one byte, or repeat the bytes 1
+/// to 15 places back, up to 32 KiB of them.
 Bytes told(const std::uint8_t* data, std::size_t size) {
     constexpr std::size_t most = 400000;
     Bytes bytes;

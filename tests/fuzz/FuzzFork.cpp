@@ -10,8 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     if (Result<ResourceFork> fork = ResourceFork::parse(bytes)) {
         const Result<QByteArray> written = fork->data();
-        // Names may share bytes in a file. Where each has its own bytes they may need more room than there
-        // is.
+        // Names may share bytes in a file. Written separately, they may need more room than the format has.
         if (!written)
             return 0;
         const Result<ResourceFork> again = ResourceFork::parse(*written);

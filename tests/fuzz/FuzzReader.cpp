@@ -1,5 +1,5 @@
-// Gives any bytes to the reader of one format, READER in the header HEADER. It answers with a picture of an
-// allowed size, or with a sentence.
+// Gives any bytes to the reader of one format, READER in the header HEADER. The reader returns a picture of
+// an allowed size, or an error with a sentence.
 
 #include HEADER
 #include "imaging/image/PictureReader.h"

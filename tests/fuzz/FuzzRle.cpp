@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     constexpr std::size_t smallIcon = 256;
     std::vector<std::uint8_t> unpacked(smallIcon);
     if (const std::optional<QByteArrayView> rest = IcnsRle::unpack(any, unpacked)) {
-        // The bytes that were taken unpack on their own. Without the last one they do not.
+        // The bytes that were used unpack on their own. Without their last byte they do not.
         const QByteArrayView taken = any.chopped(rest->size());
         std::vector<std::uint8_t> again(smallIcon);
         require(IcnsRle::unpack(taken, again) && again == unpacked);

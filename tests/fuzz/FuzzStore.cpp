@@ -28,8 +28,8 @@ bool open(PersistentStoreCoordinator& coordinator, const QString& path) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // Lies in the build folder, since the fuzzer ends without destructors. The fuzzer runs in the project's
-    // root.
+    // The folder is in the build folder, since the fuzzer ends without calling destructors. The fuzzer runs
+    // in the project's root.
     static const QTemporaryDir folder(QStringLiteral("build/fuzz/store-XXXXXX"));
     require(folder.isValid());
     const QString path = folder.filePath(QStringLiteral("Tobrimax.storedata"));

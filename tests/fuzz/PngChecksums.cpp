@@ -1,4 +1,4 @@
-// Gives the chunks of a mutated PNG their right checksums. With wrong ones nearly every file would be refused
+// Corrects the checksums of a mutated PNG's chunks. With wrong checksums nearly every file would be refused
 // at once.
 
 #include <QtEndian>
