@@ -22,7 +22,7 @@ inline void settle() {
     }
 }
 
-/// Delivers events until `condition` holds. False where it does not within ten seconds.
+/// Delivers events until `condition` holds. False if it does not within ten seconds.
 inline bool waitFor(const std::function<bool()>& condition) {
     constexpr int limit = 10'000;
     QElapsedTimer timer;

@@ -5,7 +5,7 @@
 
 #include <functional>
 
-/// The bytes of a file in tests/data/pictures; empty where no file has that name.
+/// The bytes of a file in tests/data/pictures; empty if there is no file of that name.
 QByteArray fixture(const char* name);
 
 /// The patterns that most files in tests/data/pictures show. No two pixels are the same, so every exchange of

@@ -6,7 +6,7 @@
 
 /// The result of a program's run.
 struct ProcessResult {
-    int exitStatus = -1; ///< -1 where it did not start, crashed or ran for more than a minute
+    int exitStatus = -1; ///< -1 if it did not start, crashed or ran for more than a minute
     QByteArray output;
     QByteArray errors;
     double seconds = 0;
@@ -15,12 +15,12 @@ struct ProcessResult {
     QStringList errorLines() const;
 };
 
-/// Runs a program, which is looked for on PATH, to its end, in `workingFolder` if one is given.
+/// Runs a program, found through PATH, to its end, in `workingFolder` if one is given.
 ProcessResult runProcess(const QString& program, const QStringList& arguments,
                          const QString& workingFolder = {});
 
 /// Runs tobrimax-cli.
 ProcessResult runCli(const QStringList& arguments, const QString& workingFolder = {});
 
-/// Runs a script of the Python that has Pillow.
+/// Runs a script with the Python that has Pillow.
 ProcessResult runPython(const QString& script, const QStringList& arguments);

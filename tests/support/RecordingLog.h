@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <QtGlobal>
 
-/// Takes the diagnostic log's lines while it lives. Only one may exist at a time.
+/// Records the lines of the diagnostic log while it exists. Only one may exist at a time.
 class RecordingLog {
   public:
     RecordingLog();

@@ -6,11 +6,11 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    // Without a display, unless one is asked for, and without the settings of the user's own desktop.
+    // Runs without a display unless one is chosen, and without the settings of the user's desktop.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    // The home lies in the build folder. A child process that aborts leaves its home behind, so its home lies
-    // in its parent's.
+    // The home folder is in the build folder. A child process that aborts does not remove its home, so it
+    // gets one inside its parent's home.
     const QString parent =
         qEnvironmentVariable("TOBRIMAX_TEST_HOME", QFileInfo(QString::fromLocal8Bit(argv[0])).absolutePath());
     const QTemporaryDir home(parent + QStringLiteral("/home-XXXXXX"));
