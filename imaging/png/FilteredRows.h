@@ -10,12 +10,12 @@
 #include <memory>
 #include <span>
 
-/// A picture's rows as the bytes that are compressed: with straight colours, filtered, each behind the byte
-/// that says how. Keeps the raster by reference. For this room alone, whose `encodePng` tells of it: what
-/// makes rows may throw std::bad_alloc.
+/// A picture's rows as a PNG compresses them: straight colours, filtered, each row after its filter byte.
+/// Keeps the raster by reference. Only this room uses it: functions that make rows may throw std::bad_alloc,
+/// which `encodePng` turns into OutOfMemory.
 class FilteredRows {
   public:
-    /// Bytes without a value until one is written.
+    /// Bytes that are not initialised. The first `size` of them are filled.
     struct Buffer {
         explicit Buffer(std::size_t capacity)
             : bytes(std::make_unique_for_overwrite<std::uint8_t[]>(capacity)) {}
@@ -26,21 +26,21 @@ class FilteredRows {
         std::size_t size = 0;
     };
 
-    /// RGBA8888 or RGBA8888_Premultiplied.
+    /// `raster` is RGBA8888 or RGBA8888_Premultiplied.
     explicit FilteredRows(const QImage& raster)
         : m_raster(raster), m_rowBytes(4 * static_cast<std::size_t>(raster.width())) {}
 
-    /// The bytes of `rows` rows.
+    /// The length in bytes of `rows` filtered rows.
     std::size_t size(int rows) const { return (1 + m_rowBytes) * static_cast<std::size_t>(rows); }
 
     Buffer all(PngFilterStrategy strategy) const;
-    /// Bands of rows that lie evenly spread over the picture; all of a small picture.
+    /// Some bands of rows, spread evenly over the picture; all rows of a small picture.
     Buffer sample(PngFilterStrategy strategy) const;
 
-    /// One row after the other.
+    /// Filters one row after the other.
     class Sequence {
       public:
-        /// From row `first` on. The row before counts, though it is not given.
+        /// Starts at row `first`. The row above it is used by the filter but not returned.
         Sequence(const FilteredRows& rows, PngFilterStrategy strategy, int first);
 
         /// Writes the next row: `size(1)` bytes.

@@ -12,9 +12,9 @@
 namespace {
 
 constexpr std::size_t typeLength = 4;
-/// Length and type in front of a chunk's data, a checksum behind them.
+/// A chunk's length and type stand before its data, its checksum after them.
 constexpr std::size_t frameLength = 4 + typeLength + 4;
-/// Of a type's first letter: set in a chunk that a reader may do without.
+/// The bit of a type's first letter that is set in ancillary chunks: a reader may skip them.
 constexpr std::uint8_t ancillaryBit = 0x20;
 
 template <std::size_t Length>
@@ -44,7 +44,7 @@ std::size_t InflatedPng::Chunk::length() const {
     return data().size() + frameLength;
 }
 
-// The state and the part are filled when they are needed.
+// The inflater's state and the part are large: they are filled only when they are needed.
 InflatedPng::InflatedPng(const QByteArray& bytes) : m_bytes(bytes) {
     m_ready = left().first(std::min<std::size_t>(PngHeader::signature.size(), left().size()));
     m_position = m_ready.size();
@@ -68,7 +68,7 @@ bool InflatedPng::read(std::uint8_t* out, std::size_t length) {
 bool InflatedPng::endPixels() {
     if (m_place != Place::InPixels)
         return true;
-    // The stream may end here, or go on with more than there are pixels.
+    // The stream may end here, or go on with more data than the pixels need.
     std::array<std::uint8_t, 1024> surplus;
     if (!inflate(surplus) || !skipPixels())
         return false;
@@ -82,7 +82,7 @@ std::span<const std::uint8_t> InflatedPng::left() const {
         .subspan(m_position);
 }
 
-/// None where the file ends within it.
+/// No value where the file ends within the chunk.
 std::optional<InflatedPng::Chunk> InflatedPng::nextChunk() const {
     const ByteReader rest(left());
     const auto length = rest.bigEndian<std::uint32_t>(0);
@@ -118,7 +118,7 @@ bool InflatedPng::advance() {
     return !m_ready.empty();
 }
 
-/// Gives the inflater the next chunk with pixels' data. False where none follows, and where it is damaged.
+/// Gives the inflater the next chunk of pixel data. False where no such chunk follows, or it is damaged.
 bool InflatedPng::takeChunk() {
     for (;;) {
         const std::optional<Chunk> chunk = nextChunk();
@@ -128,7 +128,7 @@ bool InflatedPng::takeChunk() {
             return damaged();
         m_position += chunk->length();
         const std::span<const std::uint8_t> data = chunk->data();
-        m_inflater.next_in = const_cast<std::uint8_t*>(data.data()); // it only reads them
+        m_inflater.next_in = const_cast<std::uint8_t*>(data.data()); // ISA-L only reads them
         m_inflater.avail_in = static_cast<std::uint32_t>(data.size());
         if (!data.empty())
             return true;
@@ -168,7 +168,7 @@ bool InflatedPng::takePixels() {
     return true;
 }
 
-/// Passes over the chunks of pixels' data that are left.
+/// Skips the remaining chunks of pixel data. False where one is damaged.
 bool InflatedPng::skipPixels() {
     for (;;) {
         const std::optional<Chunk> chunk = nextChunk();
@@ -180,7 +180,7 @@ bool InflatedPng::skipPixels() {
     }
 }
 
-/// Makes a chunk of the part's bytes.
+/// Makes an IDAT chunk of the part's first `length` bytes.
 void InflatedPng::wrapPart(std::size_t length, bool isLast) {
     constexpr std::array<std::uint8_t, 2> streamHeader{0x78, 0x01};
     constexpr std::array<std::uint8_t, 1> storedBlock{};

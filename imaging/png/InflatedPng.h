@@ -10,48 +10,48 @@
 #include <optional>
 #include <span>
 
-/// A PNG file (ISO/IEC 15948) as libpng is to read it: the same chunks, but in place of its IDAT chunks
-/// others, whose zlib stream has stored blocks only (RFC 1951, section 3.2.4). So ISA-L decompresses the
-/// pixels' data, in half the time that zlib takes or less, and in parts.
+/// Gives libpng a PNG file (ISO/IEC 15948) whose pixel data are already decompressed. All chunks stay the
+/// same except the IDAT chunks: new ones, with a zlib stream of stored blocks only (RFC 1951, section 3.2.4),
+/// replace them. So ISA-L decompresses the pixel data, part by part, in at most half of zlib's time.
 ///
-/// The checksums of critical chunks and of the pixels' data are checked here. The new chunks' checksums are
-/// zeros: the reader is set to ignore them. The new stream's own checksum is right.
+/// The checksums of critical chunks and of the pixel data are checked here. The new chunks have zeros as
+/// checksums, and libpng is set to ignore them. The new stream's own checksum is right.
 class InflatedPng {
   public:
     /// Keeps `bytes` by reference.
     explicit InflatedPng(const QByteArray& bytes);
 
-    /// Puts the next `length` bytes to `out`. False where there are not as many, and where something is
-    /// damaged: what is wrong is to be learned from the file as it is.
+    /// Writes the next `length` bytes to `out`. False where fewer are left, or the file is damaged. Read the
+    /// original file with libpng alone to learn what is wrong.
     [[nodiscard]] bool read(std::uint8_t* out, std::size_t length);
 
-    /// To be called when the reader has all pixels: surplus data, which may decompress to very much, is
-    /// passed over. False as for `read`.
+    /// Skips surplus pixel data, which may decompress to very much. Call it when the reader has all pixels.
+    /// False as for `read`.
     [[nodiscard]] bool endPixels();
 
-    /// Whether a checksum is wrong, the pixels' data can't be decompressed or break off, or more of them
-    /// stand behind another chunk.
+    /// Whether a checksum is wrong, or the pixel data can't be decompressed, break off, or go on after
+    /// another chunk.
     bool isDamaged() const { return m_isDamaged; }
 
   private:
     enum class Place { BeforePixels, InPixels, AtPixelsEnd, BehindPixels };
-    /// Of the file, whole.
+    /// A complete chunk of the file.
     struct Chunk {
         std::span<const std::uint8_t> typeAndData;
-        std::uint32_t checksum; ///< of both, as the file tells it
+        std::uint32_t checksum; ///< of type and data, as the file states it
 
         bool isCritical() const;
         bool isPixels() const;
         bool isIntact() const;
         std::span<const std::uint8_t> data() const;
-        /// With all that is around the data.
+        /// The length of the whole chunk, not only of its data.
         std::size_t length() const;
     };
 
     static constexpr std::size_t partLength = std::size_t{32} << 10;
-    /// A chunk's length and type, a zlib stream's header and a block's.
+    /// Room before a part: a chunk's length and type, the zlib stream's header, a block's header.
     static constexpr std::size_t leading = 8 + 2 + 5;
-    /// A last block without bytes, the stream's checksum and the chunk's.
+    /// Room after a part: an empty last block, the stream's checksum, the chunk's checksum.
     static constexpr std::size_t trailing = 5 + 4 + 4;
 
     std::span<const std::uint8_t> left() const;

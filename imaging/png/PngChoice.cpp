@@ -13,7 +13,8 @@ namespace {
 
 using Deflate::Method;
 
-/// A sample filtered one way.
+/// A sample of the rows with one filter strategy. Tells how well methods compress it, as the compressed
+/// length divided by the sample's length.
 class Trial {
   public:
     Trial(const FilteredRows& rows, PngFilterStrategy filter)
@@ -21,7 +22,7 @@ class Trial {
 
     PngFilterStrategy filter() const { return m_filter; }
 
-    /// What runs leave of it.
+    /// By Method::Runs.
     double runs() {
         if (!m_runs)
             m_runs = runsOf(m_sample.filled());
@@ -73,7 +74,8 @@ class Trial {
     std::optional<Result<double>> m_thorough;
 };
 
-/// Where more than that is left there are few repetitions to be found but runs.
+/// Rows that compress to more than this part of their length are dense: they have few repetitions except
+/// runs.
 constexpr double dense = 0.3;
 
 /// The thorough method's time grows with the rows. It counts as if the method left this part of them more:
@@ -88,11 +90,11 @@ Result<double> leftOf(Trial& trial) {
     return std::min(trial.runs(), *thorough + thoroughTime);
 }
 
-/// The filter that leaves less.
+/// The trial with the filter strategy that compresses better.
 Result<Trial> betterTrial(const FilteredRows& rows) {
     Trial adaptive(rows, PngFilterStrategy::Adaptive);
     Trial plain(rows, PngFilterStrategy::None);
-    // In dense rows runs are as good a guide, and a faster one.
+    // In dense rows the runs are as good a guide as the quick method, and a faster one.
     if (adaptive.runs() > dense && plain.runs() > dense)
         return adaptive.runs() < plain.runs() ? std::move(adaptive) : std::move(plain);
     const Result<double> adaptiveLeft = leftOf(adaptive);
@@ -111,7 +113,7 @@ Result<Method> methodFor(Trial& trial) {
             return thorough.error();
         return trial.runs() <= *thorough + thoroughTime ? Method::Runs : Method::Thorough;
     }
-    // In dense rows the fast method may cost a little, and a part of the sample tells.
+    // In dense rows the faster method may compress a little less, and a part of the sample is enough to tell.
     const Result<double> quick = trial.quickOfMiddle();
     if (!quick)
         return quick.error();

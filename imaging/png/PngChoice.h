@@ -6,13 +6,14 @@
 
 #include <cstddef>
 
-/// How a picture is written.
+/// The filter strategy and the compression method for a picture.
 struct PngChoice {
     PngFilterStrategy filter;
     Deflate::Method method;
-    std::size_t
-        expectedBytes; ///< about as many as the compressed rows will have, by runs; 0 where nobody tried
+    /// The estimated length of all rows compressed by runs; 0 where no sample was tried.
+    std::size_t expectedBytes;
 
-    /// What `options` leave open is chosen by what becomes of a sample of the rows. OutOfMemory.
+    /// Takes what `options` give, and chooses the rest by how well a sample of the rows compresses.
+    /// OutOfMemory.
     static Result<PngChoice> of(const FilteredRows& rows, int height, const PngOptions& options);
 };

@@ -23,7 +23,7 @@ constexpr std::size_t pixelBytes = 4;
 
 using Sums = std::array<std::uint64_t, filterTypes>;
 
-/// A row and the one above it, each behind a pixel of zeros.
+/// A row and the row above it. A pixel of zeros stands before each.
 struct Rows {
     const std::uint8_t* row;
     const std::uint8_t* above;
@@ -32,7 +32,7 @@ struct Rows {
 
 #if HWY_TARGET == HWY_SCALAR
 
-// The same in plain C++, for processors and compilers without anything better.
+// Plain C++, for processors and compilers without vector instructions.
 
 int paeth(int left, int above, int aboveLeft) {
     const int toLeft = std::abs(above - aboveLeft);
@@ -70,7 +70,7 @@ using Tag = hn::ScalableTag<std::uint8_t>;
 using SumTag = hn::Repartition<std::uint64_t, Tag>;
 using Bytes = hn::Vec<Tag>;
 
-/// The bytes that a filter looks at, for as many bytes of a row as a vector has.
+/// A vector of a row's bytes, with the neighbours that filters use.
 struct Neighbours {
     Bytes here;
     Bytes left;
@@ -83,7 +83,7 @@ HWY_INLINE Neighbours neighbours(const Rows& rows, std::size_t at) {
             hn::LoadU(Tag(), rows.above + at), hn::LoadU(Tag(), rows.above + at - pixelBytes)};
 }
 
-/// The last bytes of a row, fewer than a vector has, with zeros behind.
+/// The same for a row's last bytes, which are too few for a vector: zeros follow them.
 HWY_INLINE Neighbours lastNeighbours(const Rows& rows, std::size_t at) {
     HWY_ALIGN std::uint8_t padded[4][hwy::kMaxVectorSize] = {};
     const std::size_t rest = rows.bytes - at;
@@ -95,7 +95,7 @@ HWY_INLINE Neighbours lastNeighbours(const Rows& rows, std::size_t at) {
             hn::Load(Tag(), padded[3])};
 }
 
-/// Of the three neighbours the one nearest to left + above − above left; of equals the first in this order.
+/// The neighbour that is nearest to left + above − above left; of equally near ones the first in this order.
 HWY_INLINE Bytes paeth(const Neighbours& n) {
     const Bytes zero = hn::Zero(Tag());
     const Bytes aboveMore = hn::SaturatedSub(n.above, n.aboveLeft);
@@ -104,7 +104,7 @@ HWY_INLINE Bytes paeth(const Neighbours& n) {
     const Bytes leftLess = hn::SaturatedSub(n.aboveLeft, n.left);
     const Bytes toLeft = hn::Or(aboveMore, aboveLess);
     const Bytes toAbove = hn::Or(leftMore, leftLess);
-    // The two differences add up where both have the same sign; a sum above 255 is not the least anyway.
+    // The two differences add up where both have the same sign. A sum above 255 can't be the least.
     const Bytes apart = hn::Or(hn::SaturatedSub(toLeft, toAbove), hn::SaturatedSub(toAbove, toLeft));
     const auto haveOneSign =
         hn::And(hn::Eq(hn::Min(aboveMore, leftLess), zero), hn::Eq(hn::Min(aboveLess, leftMore), zero));
@@ -121,7 +121,7 @@ HWY_INLINE Bytes filtered(const Neighbours& n) {
     if constexpr (Type == UpType)
         return hn::Sub(n.here, n.above);
     if constexpr (Type == AverageType) {
-        // AverageRound rounds up where this one is to be rounded down.
+        // AverageRound rounds up, but the format rounds down.
         const Bytes odd = hn::And(hn::Xor(n.left, n.above), hn::Set(Tag(), 1));
         return hn::Sub(n.here, hn::Sub(hn::AverageRound(n.left, n.above), odd));
     }

@@ -13,19 +13,19 @@ class PngFilter {
   public:
     explicit PngFilter(std::size_t rowBytes);
 
-    /// Where the next row's bytes are to be put. The row that was there before becomes the one above; above
-    /// the first there are zeros.
+    /// The place for the next row's bytes. The row before it becomes the row above. Above the first row there
+    /// are zeros.
     std::uint8_t* nextRow();
 
-    /// Writes a filter byte and the filtered row (1 + row bytes), with the filter whose bytes, taken as
-    /// signed, have the least sum of magnitudes; of equals the one with the lowest number.
+    /// Writes a filter byte and the filtered row: 1 + row bytes in all. Takes the filter whose bytes, read as
+    /// signed numbers, have the least sum of magnitudes; of equal sums the filter with the lowest number.
     void adaptive(std::uint8_t* out) const;
 
-    /// The filter byte of rows that are left as they are.
+    /// The filter byte of unfiltered rows.
     static constexpr std::uint8_t noneType = 0;
 
   private:
     std::size_t m_rowBytes;
-    std::array<std::vector<std::uint8_t>, 2> m_rows; ///< each behind a pixel of zeros
+    std::array<std::vector<std::uint8_t>, 2> m_rows; ///< a pixel of zeros stands before each
     std::size_t m_current = 0;
 };

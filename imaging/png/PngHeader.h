@@ -7,7 +7,7 @@
 
 #include <optional>
 
-/// What a PNG file begins with. Source: ISO/IEC 15948, 5.2, 7.1 and 11.2.2.
+/// The signature and the first chunk of a PNG file. Source: ISO/IEC 15948, 5.2, 7.1 and 11.2.2.
 namespace PngHeader {
 
 inline constexpr QByteArrayView signature("\x89PNG\r\n\x1a\n");
@@ -17,8 +17,8 @@ inline constexpr FourCharCode headerType("IHDR");
 inline constexpr FourCharCode pixelsType("IDAT");
 inline constexpr FourCharCode endType("IEND");
 
-/// Width and height in pixels, as the file's first chunk tells them; they may be 0. No value unless that is
-/// an IHDR chunk, and both are numbers that the format allows.
+/// Width and height in pixels from the file's first chunk; they may be 0. No value where the signature is
+/// missing, the first chunk is no IHDR chunk, or a number is larger than the format allows.
 inline std::optional<QSize> size(QByteArrayView file) {
     struct FirstChunk {
         quint32_be length;

@@ -10,7 +10,8 @@ enum class PngFilterStrategy {
     Adaptive, ///< for each row the filter with the least sum of absolute differences: best for photographs
 };
 
-/// What is not said is chosen for the picture, by a sample of its rows; of a small one by all of them.
+/// A value that is not given is chosen for the picture by a sample of its rows, for a small picture by all
+/// rows.
 struct PngOptions {
     std::optional<PngFilterStrategy> filter;
     std::optional<Deflate::Method> method;

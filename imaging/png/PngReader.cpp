@@ -17,12 +17,12 @@
 
 namespace {
 
-/// libpng reports errors by longjmp to `decode`. No function between there and libpng keeps an object with a
-/// destructor across a call into it; what must outlive an error is a member.
+/// libpng reports errors by longjmp to `decode`, which calls no destructors. So no function in between holds
+/// an object with a destructor while it calls libpng. What is needed after an error is a member.
 class PngDecoder {
   public:
-    /// What decompresses the pixels' data: InflatedPng, or libpng by zlib, which tells what is wrong with
-    /// them.
+    /// What decompresses the pixel data. Quick: InflatedPng. Telling: libpng with zlib, which reports what is
+    /// wrong with damaged data.
     enum class Inflater { Quick, Telling };
 
     PngDecoder(const QByteArray& bytes, const ReducedCopies::Renders& renders, Inflater inflater)
@@ -51,10 +51,10 @@ class PngDecoder {
         return m_picture.finish();
     }
 
-    /// Whether the picture was reduced and then turned out not to stand upright.
+    /// Whether the picture was reduced before its orientation was known, and is not upright.
     bool wasReducedTooEarly() const { return m_picture.wasReducedTooEarly(); }
 
-    /// Whether it was the quick inflater that failed.
+    /// Whether InflatedPng found the data damaged.
     bool failedToInflate() const { return m_inflated && m_inflated->isDamaged(); }
 
   private:
@@ -69,9 +69,9 @@ class PngDecoder {
         constexpr png_uint_32 profileChunk = 0x69434350; // 'iCCP'
         constexpr png_uint_32 pixelsChunk = 0x49444154;  // 'IDAT'
         const png_uint_32 chunk = png_get_io_chunk_type(png);
-        // Damage in the pixels' data that libpng itself would let pass, and such data behind other chunks.
-        // While there are pixels to be read InflatedPng knows of all damage: then it is only more data than
-        // pixels.
+        // libpng only warns of some damage in the pixel data, and of pixel data after other chunks: both are
+        // errors here. As long as InflatedPng has pixels to give, it finds all damage itself: then the
+        // warning means only that there are more data than pixels.
         if (chunk == pixelsChunk && (!self(png)->m_inflated || self(png)->m_hasAllPixels))
             onError(png, message);
         if (chunk == profileChunk)
@@ -114,9 +114,9 @@ class PngDecoder {
         png_set_read_fn(m_png, this, onRead);
         if (m_inflated)
             png_set_crc_action(m_png, PNG_CRC_QUIET_USE, PNG_CRC_DEFAULT);
-        // Our own limit answers, with its own sentence.
+        // PictureReader::checkSize checks the size, with its own message.
         png_set_user_limits(m_png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
-        // Texts are of no use here, and small ones can become very large.
+        // Text chunks are not needed, and small ones can decompress to very much.
         static constexpr png_byte texts[] = "tEXt\0zTXt\0iTXt";
         png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, texts, 3);
         png_read_info(m_png, m_info);
@@ -168,7 +168,7 @@ class PngDecoder {
         }
     }
 
-    /// Interlaced rows come several times: they are all kept as the file has them until the last pass.
+    /// Interlaced rows come in several passes: all samples are kept, not converted, until the last pass.
     void readInterlaced(std::size_t rowBytes, int passes) {
         m_rows.resize(rowBytes * m_height);
         for (int pass = 0; pass < passes; ++pass) {
@@ -198,7 +198,7 @@ class PngDecoder {
         if (png_get_sRGB(m_png, m_info, &intent) != 0)
             return Done{};
         if (m_hasOddProfile) {
-            m_picture.setProfile({{}, true}); // there was one, and libpng left it out
+            m_picture.setProfile({{}, true}); // the file has a profile that libpng refused
             return Done{};
         }
         double gamma = 0.45455;
@@ -247,7 +247,7 @@ Result<DecodedPicture> read(const QByteArray& bytes, const ReducedCopies::Render
         Result<DecodedPicture> picture = decoder.decode();
         if (decoder.failedToInflate())
             inflater = PngDecoder::Inflater::Telling;
-        else if (decoder.wasReducedTooEarly()) // the orientation may stand behind the pixels
+        else if (decoder.wasReducedTooEarly()) // the orientation may stand after the pixels
             wanted = &none;
         else
             return picture;

@@ -16,7 +16,7 @@ namespace {
 
 constexpr qsizetype maximumChunk = 0x7fffffff;
 
-/// Starts a chunk, whose data are to be appended before it is finished.
+/// Starts a chunk and returns where its data begin. Append the data, then call `finishChunk`.
 qsizetype beginChunk(QByteArray& file, FourCharCode type) {
     ByteWriter(file).bigEndian<quint32>(0).fourCharCode(type);
     return file.size();
@@ -36,11 +36,11 @@ void appendChunk(QByteArray& file, FourCharCode type, QByteArrayView data) {
     finishChunk(file, start);
 }
 
-/// Filters and compresses part by part, each as long as it is in the processor's caches.
+/// Filters and compresses part by part: each part is compressed while it is still in the processor's caches.
 Result<Done> appendInParts(QByteArray& png, const FilteredRows& rows, int height, const PngChoice& choice) {
     constexpr std::size_t usualPart = std::size_t{64} << 10;
     const int rowsOfPart = std::max(1, static_cast<int>(usualPart / rows.size(1)));
-    // Growing by doubling would touch three times the memory that is needed.
+    // All room is reserved at once: growing by doubling would touch three times the memory.
     const std::size_t expected = choice.expectedBytes + choice.expectedBytes / 8;
     const std::size_t room = RunCoder::bound(RunBlock::mostBytes + rows.size(rowsOfPart));
     png.reserve(png.size() + static_cast<qsizetype>(std::min(expected, rows.size(height)) + room));
@@ -73,7 +73,7 @@ Result<Done> appendAtOnce(QByteArray& png, const FilteredRows& rows, const PngCh
     return Deflate::append(png, filtered.filled(), choice.method);
 }
 
-/// The picture's rows as a zlib stream in one chunk, or in several where they do not fit into one.
+/// Appends the picture's rows as a zlib stream in one chunk, or in several where one is too short.
 Result<Done> appendPixels(QByteArray& png, const QImage& raster, const PngOptions& options) {
     const FilteredRows rows(raster);
     const Result<PngChoice> choice = PngChoice::of(rows, raster.height(), options);
