@@ -8,20 +8,21 @@
 #include <cstring>
 #include <span>
 
-/// Writes bits, the first one into the lowest place of a byte (RFC 1951, section 3.1.1). There must be room
-/// for eight bytes behind the last one that counts.
+/// Writes bits into bytes, from the lowest bit of each byte up (RFC 1951, section 3.1.1). The output needs
+/// room for eight bytes after the last one.
 class BitWriter {
   public:
     explicit BitWriter(std::uint8_t* out) : m_out(out) {}
 
-    /// Up to 56 bits between two flushes.
+    /// Takes up to 56 bits between two flushes.
     void put(std::uint64_t bits, unsigned count) {
         m_bits |= bits << m_count;
         m_count += count;
     }
     void put(const PrefixCode::Code& code) { put(code.bits, code.length); }
 
-    /// Writes the whole bytes, and up to eight more that do not count yet.
+    /// Writes the whole bytes. It always writes eight bytes; later ones overwrite those after the whole
+    /// bytes.
     void flush() {
         const std::uint64_t little = qToLittleEndian(m_bits);
         std::memcpy(m_out, &little, sizeof little);
@@ -43,9 +44,9 @@ class BitWriter {
         m_out += bytes.size();
     }
 
-    /// Behind the whole bytes.
+    /// The end of the whole bytes.
     const std::uint8_t* end() const { return m_out; }
-    /// The whole bytes have been moved: the next one belongs there.
+    /// Goes on at `out`, where the caller moved the end of the whole bytes.
     void continueAt(std::uint8_t* out) { m_out = out; }
 
   private:

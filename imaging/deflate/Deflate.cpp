@@ -34,7 +34,7 @@ Result<Done> appendMatches(QByteArray& stream, std::span<const std::uint8_t> byt
     return Done{};
 }
 
-/// Deflate with a window of 32 KiB, no dictionary, the fastest of four levels.
+/// A zlib header: deflate with a window of 32 KiB, no dictionary, the fastest of four levels.
 constexpr std::array<char, 2> runsHeader{'\x78', '\x01'};
 
 Result<Done> appendRuns(QByteArray& stream, std::span<const std::uint8_t> bytes) {
@@ -54,7 +54,7 @@ Result<Done> appendRuns(QByteArray& stream, std::span<const std::uint8_t> bytes)
 
 constexpr int quickLevel = 1;
 
-/// Of much data level 6 takes a quarter more time for some percent less.
+/// For much data level 6 takes a quarter more time and saves only some percent.
 int thoroughLevel(std::size_t size) {
     constexpr std::size_t much = std::size_t{512} << 10;
     return size > much ? 5 : 6;
@@ -83,7 +83,7 @@ Result<Done> Deflate::append(QByteArray& stream, std::span<const std::uint8_t> b
 
 Result<std::unique_ptr<Deflate::RunStream>> Deflate::RunStream::create(QByteArray& stream, std::size_t length,
                                                                        std::size_t largestPart) {
-    // The constructor is private.
+    // Not std::make_unique: the constructor is private.
     return unlessMemoryIsShort(
         [&] { return std::unique_ptr<RunStream>(new RunStream(stream, length, largestPart)); });
 }
@@ -93,9 +93,9 @@ Deflate::RunStream::RunStream(QByteArray& stream, std::size_t length, std::size_
       m_end(stream.size()),
       m_coder(length, largestPart) {}
 
-/// Where the next bytes are written, which come from `size` further ones.
+/// Makes room for what `size` further bytes are compressed to, and returns where it begins.
 std::uint8_t* Deflate::RunStream::room(std::size_t size) {
-    // Not as much as the whole stream could need, which mostly is many times what it does.
+    // Room for only these bytes: the whole stream could need many times more than it mostly takes.
     const std::size_t most = RunCoder::bound(RunBlock::mostBytes + size);
     m_stream.resize(m_end + static_cast<qsizetype>(most));
     return reinterpret_cast<std::uint8_t*>(m_stream.data()) + m_end;

@@ -10,38 +10,38 @@
 #include <memory>
 #include <span>
 
-/// Compresses into zlib streams (RFC 1950, RFC 1951). The same bytes give the same stream, on every processor.
+/// Compresses into zlib streams (RFC 1950, RFC 1951). The same bytes give the same stream, on every
+/// processor.
 namespace Deflate {
 
 enum class Method {
-    Runs,  ///< RunCoder: of repetitions only runs of bytes and pixels; for gradients and photographs
-    Quick, ///< libdeflate's fastest level: for dense data with some repetitions
+    Runs,     ///< RunCoder: of repetitions only runs of bytes and pixels; for gradients and photographs
+    Quick,    ///< libdeflate's fastest level: for dense data with some repetitions
     Thorough, ///< libdeflate: the smallest for all other data, several times as slow
 };
 
-/// Appends `bytes` as one stream to `stream`. OutOfMemory; after an error `stream` has the length that it
-/// had.
+/// Appends `bytes` as one stream to `stream`. OutOfMemory; after an error `stream` has its old length.
 Result<Done> append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method);
 
-/// The length of such a stream by Method::Runs. Takes no memory.
+/// The length in bytes of the stream that `append` makes by Method::Runs. Allocates no memory.
 std::size_t runsLength(std::span<const std::uint8_t> bytes);
 
-/// The length of such a stream, without writing it where that is faster. OutOfMemory.
+/// The length in bytes of the stream that `append` makes by `method`. OutOfMemory.
 Result<std::size_t> length(std::span<const std::uint8_t> bytes, Method method);
 
-/// What `append` appends by Method::Runs, from bytes that come in parts. It takes the memory of a block and a
-/// part. Its functions fail with OutOfMemory; what was appended is of no use then.
+/// Appends the same stream as `append` by Method::Runs, but from bytes that come in parts. It takes memory
+/// for one block and one part. Its functions fail with OutOfMemory; what they appended is of no use then.
 class RunStream {
   public:
     /// For `length` bytes in parts of at most `largestPart`. Keeps `stream` by reference.
     static Result<std::unique_ptr<RunStream>> create(QByteArray& stream, std::size_t length,
                                                      std::size_t largestPart);
 
-    /// Where the next part is to be put.
+    /// The place for the next part's bytes.
     std::uint8_t* nextPart() { return m_coder.nextPart(); }
-    /// Takes the `size` bytes that are there now.
+    /// Takes `size` bytes from that place.
     Result<Done> addPart(std::size_t size);
-    /// To be called behind the last part.
+    /// Call it after the last part.
     Result<Done> finish();
 
   private:

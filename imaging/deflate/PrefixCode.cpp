@@ -5,28 +5,29 @@
 
 namespace {
 
-/// A symbol, and how often it occurs; in a tree also an inner node.
+/// A leaf of a tree (a symbol and how often it occurs), or an inner node.
 struct Node {
     std::uint64_t count;
-    std::uint16_t symbol; ///< of a leaf
+    std::uint16_t symbol; ///< of leaves only
     std::uint16_t parent;
 };
 
 constexpr unsigned longestPossible = 15;
 using LengthCounts = std::array<unsigned, longestPossible + 1>;
 
-/// Sorts by counts, leaves of one count by their symbols.
+/// Sorts by count, leaves of equal counts by symbol.
 void sortByCount(std::span<Node> leaves) {
     std::ranges::sort(leaves, [](const Node& a, const Node& b) {
         return a.count != b.count ? a.count < b.count : a.symbol < b.symbol;
     });
 }
 
-/// How many codes of each length there are in a tree whose leaves, the first `leaves` nodes, are in rising
-/// order of their counts (Moffat and Katajainen, "In-Place Calculation of Minimum-Redundancy Codes", 1995,
-/// with nodes of their own in place of reuse). Longer codes than `longest` count as that long.
+/// Builds the tree and counts its codes of each length. The first `leaves` nodes are the leaves, in rising
+/// order of their counts. After Moffat and Katajainen, "In-Place Calculation of Minimum-Redundancy Codes",
+/// 1995, but inner nodes do not reuse the leaves' places. Codes longer than `longest` are counted as
+/// `longest` bits long.
 LengthCounts lengthsOf(std::span<Node> nodes, std::size_t leaves, unsigned longest) {
-    // The two nodes of least count become one: they are the next leaves or the next inner nodes.
+    // The two nodes of least count become one. Each of them is the next leaf or the next inner node.
     std::size_t leaf = 0;
     std::size_t inner = leaves;
     const std::size_t end = 2 * leaves - 1;
@@ -87,7 +88,7 @@ void PrefixCode::assign(std::span<const std::uint32_t> counts, unsigned longest,
         if (counts[symbol] > 0)
             nodes[leaves++] = {counts[symbol], static_cast<std::uint16_t>(symbol), 0};
     }
-    // Of two symbols that make up for missing ones the first may be there already.
+    // Where fewer than two symbols occur, symbols 0 and 1 make up for the missing ones, unless they occur.
     constexpr std::size_t least = 2;
     for (std::size_t symbol = 0; symbol < least && leaves < least; ++symbol) {
         if (counts[symbol] == 0)

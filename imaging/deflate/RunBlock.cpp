@@ -19,10 +19,10 @@ namespace hn = hwy::HWY_NAMESPACE;
 using RunSymbols::distances;
 using RunSymbols::farthest;
 
-/// Bytes whose equals are looked for at once: one for each bit of a mask.
+/// How many bytes are compared at once: one for each bit of a mask.
 constexpr std::size_t window = 64;
 
-/// A bit for each byte of a window that equals the one `distance` before it.
+/// A mask of the window's bytes. A bit is set where a byte equals the byte `distance` before it.
 HWY_INLINE std::uint64_t repeated(const std::uint8_t* at, std::size_t distance) {
     std::uint64_t mask = 0;
 #if HWY_TARGET == HWY_SCALAR
@@ -41,7 +41,7 @@ HWY_INLINE std::uint64_t repeated(const std::uint8_t* at, std::size_t distance) 
     return mask;
 }
 
-/// The bits at which that many set ones begin.
+/// The bits at which at least `Length` set bits begin.
 template <std::size_t Length>
 HWY_INLINE std::uint64_t beginnings(std::uint64_t mask) {
     std::size_t found = 1;
@@ -50,7 +50,8 @@ HWY_INLINE std::uint64_t beginnings(std::uint64_t mask) {
     return found < Length ? mask & mask >> (Length - found) : mask;
 }
 
-/// The bytes around a place, from `farthest` before it to a window behind it: those that there are.
+/// The bytes around a place, from `farthest` before it to the end of the window that begins there. Zeros
+/// stand for bytes beyond the last one.
 class Surroundings {
   public:
     Surroundings(const std::uint8_t* at, const std::uint8_t* last) : m_at(at) {
@@ -68,7 +69,7 @@ class Surroundings {
     std::array<std::uint8_t, farthest + window> m_copy;
 };
 
-/// How many bytes repeat those `distance` before them, at least `known` and at most `most`.
+/// How many bytes from `at` on equal the bytes `distance` before them: at least `known`, at most `most`.
 HWY_INLINE std::size_t runLength(const std::uint8_t* at, const std::uint8_t* last, std::size_t distance,
                                  std::size_t known, std::size_t most) {
     while (known < most) {
@@ -85,10 +86,10 @@ HWY_INLINE std::size_t runLength(const std::uint8_t* at, const std::uint8_t* las
 struct Found {
     std::size_t offset;
     std::size_t length;
-    std::uint16_t distance; ///< index
+    std::uint16_t distance; ///< index into `distances`
 };
 
-/// The first run of a window, as far as the window shows it; a length of 0 where none begins there.
+/// The first run that begins in a window, as far as the window shows it. Its length is 0 where no run begins.
 HWY_INLINE Found firstRun(const std::uint8_t* at, std::uint64_t wanted) {
     const std::array<std::uint64_t, distances.size()> masks{
         repeated(at, distances[0].bytes) & wanted, repeated(at, distances[1].bytes) & wanted,
@@ -104,7 +105,7 @@ HWY_INLINE Found firstRun(const std::uint8_t* at, std::uint64_t wanted) {
     for (std::size_t i = 0; i < distances.size(); ++i) {
         if ((begins[i] >> offset & 1U) == 0)
             continue;
-        // A farther distance takes more bits.
+        // A farther distance takes more bits: its run has to be longer.
         const auto length = static_cast<std::size_t>(std::countr_one(masks[i] >> offset));
         if (length > found.length + (found.length > 0 ? distances[i].extra.count : 0))
             found = {offset, length, static_cast<std::uint16_t>(i)};
@@ -122,7 +123,7 @@ void count(const std::uint8_t* bytes, std::size_t size, RunBlock::Parts& parts) 
         ++parts.bytes[i][bytes[i]];
 }
 
-/// Divides [begin, end) of [first, last).
+/// Divides [begin, end), a part of [first, last), into runs and the bytes between them.
 void divide(const std::uint8_t* first, const std::uint8_t* begin, const std::uint8_t* end,
             const std::uint8_t* last, RunBlock::Parts& parts) {
     const std::uint8_t* counted = begin;
@@ -135,7 +136,7 @@ void divide(const std::uint8_t* first, const std::uint8_t* begin, const std::uin
         if (found.length == 0) {
             if (left < window)
                 break;
-            // A run may begin where the window does not show enough of it.
+            // A run may begin near the window's end, where too little of it shows.
             at += window - (distances.back().leastRun - 1);
             continue;
         }

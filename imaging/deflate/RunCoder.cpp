@@ -17,7 +17,8 @@ using RunSymbols::distances;
 using RunSymbols::distanceSymbolCount;
 using RunSymbols::symbolCount;
 
-/// How the lengths of a block's codes are told: lengths, and symbols for repeated ones.
+/// A step in the list of a block's code lengths (RFC 1951, section 3.2.7): a length, or a symbol for repeated
+/// lengths.
 struct LengthStep {
     std::uint8_t symbol;
     std::uint8_t extraCount;
@@ -28,7 +29,7 @@ constexpr std::size_t lengthSymbolCount = 19;
 constexpr std::array<std::uint8_t, lengthSymbolCount> lengthOrder{16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
                                                                   11, 4,  12, 3, 13, 2, 14, 1, 15};
 
-/// How often the same value stands from `at` on, at most `most` times.
+/// How many equal values stand from `at` on, at most `most`.
 std::size_t runAt(std::span<const std::uint8_t> lengths, std::size_t at, std::size_t most) {
     std::size_t run = 1;
     while (run < most && at + run < lengths.size() && lengths[at + run] == lengths[at])
@@ -38,7 +39,7 @@ std::size_t runAt(std::span<const std::uint8_t> lengths, std::size_t at, std::si
 
 constexpr std::size_t mostLengths = symbolCount + distanceSymbolCount;
 
-/// The steps that tell the lengths of all codes.
+/// The steps that list the lengths of all codes.
 struct LengthSteps {
     std::array<LengthStep, mostLengths> steps{};
     std::size_t count = 0;
@@ -73,15 +74,15 @@ LengthSteps lengthSteps(std::span<const std::uint8_t> lengths) {
     return result;
 }
 
-/// A block's codes, and what the block takes with them.
+/// A block's codes, and the bits that the block takes with them.
 struct Codes {
     std::array<Code, symbolCount> symbols{};
     std::array<Code, distanceSymbolCount> distances{};
-    std::size_t symbolsTold = symbolCount; ///< those behind have no code
-    std::size_t distancesTold = 1;         ///< likewise; at least one is told
+    std::size_t symbolsTold = symbolCount; ///< the symbols after these have no code
+    std::size_t distancesTold = 1;         ///< likewise; at least one is listed
     LengthSteps lengths;
     std::array<Code, lengthSymbolCount> lengthSymbols{};
-    std::size_t lengthsTold = lengthSymbolCount; ///< of those symbols, in the format's own order
+    std::size_t lengthsTold = lengthSymbolCount; ///< of `lengthSymbols`, in `lengthOrder`
     std::uint64_t bits = 0;
 
     explicit Codes(const RunBlock& block) {
@@ -133,7 +134,7 @@ struct Codes {
 
 constexpr std::size_t longestStored = 65535;
 
-/// The bits of a stream that has that many, with such bytes stored behind it.
+/// The length in bits of a stream of `bits` bits after `length` stored bytes are appended.
 std::uint64_t withStored(std::uint64_t bits, std::size_t length) {
     do {
         const std::size_t part = std::min(length, longestStored);
@@ -143,7 +144,7 @@ std::uint64_t withStored(std::uint64_t bits, std::size_t length) {
     return bits;
 }
 
-/// Whether a block takes no more without codes, wherever in a byte it begins.
+/// Whether a block is stored without codes: that takes no more bits, at whatever bit of a byte it begins.
 bool isStored(const Codes& codes, const RunBlock& block) {
     constexpr std::uint64_t worstPlace = 6;
     return codes.bits >= withStored(worstPlace, block.bytes().size()) - worstPlace;
@@ -194,7 +195,7 @@ struct Joined {
     void add(const Code& code) { add(code.bits, code.length); }
 };
 
-/// The bits of every run: the length's code and the distance's, each with what follows it.
+/// The bits of every possible run: the length's code and the distance's code, each with its extra bits.
 class RunBits {
   public:
     explicit RunBits(const Codes& codes) {
@@ -228,8 +229,8 @@ class RunBits {
     std::array<std::array<Bits, RunSymbols::longest + 1>, distances.size()> m_runs{};
 };
 
-/// Returns the writer behind the block. A writer that is kept elsewhere would be read anew for each code: the
-/// bytes written could be its own, as far as a compiler knows.
+/// Returns the writer as it is after the block. It is passed by value for speed: by reference it would be
+/// read again after each code, since for the compiler the written bytes could be those of the writer itself.
 BitWriter write(BitWriter writer, const RunBlock& block, bool isLast) {
     const Codes codes(block);
     if (isStored(codes, block)) {
@@ -245,7 +246,8 @@ BitWriter write(BitWriter writer, const RunBlock& block, bool isLast) {
         byteCodes.write(writer, at, run.bytesBefore);
         const std::size_t left = run.bytesBefore % 4;
         at += run.bytesBefore - left;
-        // Without a branch for each of them; a run's own bytes stand behind these.
+        // The last three bytes or fewer, without branches. at[0] to at[2] can be read: the run's bytes
+        // follow.
         writer.put(left > 0 ? codes.symbols[at[0]] : nothing);
         writer.put(left > 1 ? codes.symbols[at[1]] : nothing);
         writer.put(left > 2 ? codes.symbols[at[2]] : nothing);
@@ -294,7 +296,7 @@ RunCoder::RunCoder(std::size_t length, std::size_t largestPart)
 std::size_t RunCoder::addPart(std::size_t size, std::uint8_t* out) {
     m_writer.continueAt(out);
     m_end += size;
-    // Something is left for the last block.
+    // Some bytes stay, so that `finish` has a last block.
     while (m_end - m_begin > RunBlock::mostBytes)
         writeBlock(false);
     return static_cast<std::size_t>(m_writer.end() - out);

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The symbols of deflate (RFC 1951, section 3.2.5), of whose distances a few are used: the last byte, and
-/// the last three pixels of four bytes.
+/// The symbols of deflate (RFC 1951, section 3.2.5). Only four distances are used: one byte, and one, two or
+/// three pixels of four bytes.
 namespace RunSymbols {
 
 inline constexpr std::size_t byteCount = 256;
@@ -18,14 +18,14 @@ inline constexpr std::size_t symbolCount = firstLength + lengthCount;
 inline constexpr std::size_t shortest = 3;
 inline constexpr std::size_t longest = 258;
 
-/// Bits that follow a symbol.
+/// A symbol and the extra bits that follow it.
 struct Extra {
     std::uint8_t symbol;
     std::uint8_t bits;
     std::uint8_t count;
 };
 
-/// How many bits follow a symbol of lengths, which counts from `firstLength`.
+/// How many extra bits follow a length symbol. `lengthSymbol` counts from `firstLength`.
 constexpr std::uint8_t extraCountOf(std::size_t lengthSymbol) {
     constexpr std::size_t ofOneLength = 8;
     if (lengthSymbol < ofOneLength || lengthSymbol + 1 == lengthCount)
@@ -33,7 +33,7 @@ constexpr std::uint8_t extraCountOf(std::size_t lengthSymbol) {
     return static_cast<std::uint8_t>(lengthSymbol / 4 - 1);
 }
 
-/// Of each length from the shortest on; the symbols count from `firstLength`.
+/// The symbol and the extra bits of each length, from `shortest` on. The symbols count from `firstLength`.
 inline constexpr auto lengths = [] {
     std::array<Extra, longest - shortest + 1> all{};
     std::size_t at = 0;
@@ -42,7 +42,7 @@ inline constexpr auto lengths = [] {
         for (unsigned bits = 0; bits < 1U << count; ++bits)
             all[at++] = {symbol, static_cast<std::uint8_t>(bits), count};
     }
-    // The longest has a symbol of its own, though the one before has bits for it.
+    // The longest length has its own symbol, though the symbol before has extra bits for it.
     all.back() = {lengthCount - 1, 0, 0};
     return all;
 }();
@@ -56,7 +56,7 @@ inline constexpr std::size_t leastRun = 10;
 
 struct Distance {
     std::size_t bytes;
-    std::size_t leastRun; ///< at that distance
+    std::size_t leastRun; ///< at this distance
     Extra extra;
 };
 
