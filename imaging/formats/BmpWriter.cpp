@@ -9,11 +9,11 @@
 namespace {
 
 struct BmpHeader {
-    // File header, behind its two letters.
+    // The file header after its two letters.
     quint32_le fileSize;
     quint32_le reserved;
     quint32_le pixelsAt;
-    // Version 5.
+    // The version 5 header.
     quint32_le headerSize;
     qint32_le width;
     qint32_le height; ///< positive: rows from the bottom

@@ -34,7 +34,7 @@ void forEachPixel(const QImage& straight, Visit visit) {
     }
 }
 
-/// All colours of opaque pixels, in order, unless there are more than a table holds.
+/// All colours of opaque pixels, in order; no value where there are more than a table holds.
 std::optional<std::vector<Rgb>> fewColors(const QImage& straight) {
     std::map<Rgb, bool> seen;
     forEachPixel(straight, [&](const uchar* pixel) {
@@ -56,10 +56,10 @@ struct Cell {
     double count = 0;
 };
 
-/// The cells that have pixels, of a grid with that many bits a channel; no value where there are too many.
+/// The cells with pixels, in a grid of `bits` bits a channel; no value where there are more than `most`.
 std::optional<std::vector<Cell>> cellsOf(const QImage& straight, int bits, std::size_t most) {
     const int dropped = 8 - bits;
-    // Qt's ends the program where memory is short.
+    // Not QHash: it ends the program where memory is short.
     std::unordered_map<quint32, std::size_t> places;
     places.reserve(most + 1);
     std::vector<Cell> cells;
@@ -85,7 +85,8 @@ std::optional<std::vector<Cell>> cellsOf(const QImage& straight, int bits, std::
     return cells;
 }
 
-/// The finest grid with a number of cells that can be handled: a picture of few colours keeps them apart.
+/// The cells of the finest grid that does not have too many of them. A picture of few colours keeps them
+/// apart.
 std::vector<Cell> histogram(const QImage& straight) {
     constexpr std::size_t most = 1 << 15;
     constexpr int coarsest = 5;
@@ -99,7 +100,7 @@ std::vector<Cell> histogram(const QImage& straight) {
 /// A range of cells that one colour stands for.
 struct Box {
     std::size_t first;
-    std::size_t last;        ///< one behind
+    std::size_t last;        ///< one after the last
     std::size_t channel = 0; ///< the one with the largest variance
     double variance = 0;     ///< of that channel, over all pixels
     std::array<double, 3> mean{};
@@ -128,7 +129,7 @@ Box boxOf(const std::vector<Cell>& cells, std::size_t first, std::size_t last) {
     return box;
 }
 
-/// Splits the box with the largest variance at its mean until there are enough.
+/// Splits the box with the largest variance at its mean, again and again until there are enough boxes.
 std::vector<Box> medianCut(std::vector<Cell>& cells) {
     std::vector<Box> boxes{boxOf(cells, 0, cells.size())};
     while (boxes.size() < largestTable) {
@@ -169,7 +170,7 @@ std::size_t nearest(const std::vector<Mean>& table, const Mean& color) {
     return best;
 }
 
-/// Moves each colour to the mean of the cells that are nearest to it, some times over.
+/// Moves each colour to the mean of the cells that are nearest to it, in several rounds.
 void refine(std::vector<Mean>& table, const std::vector<Cell>& cells) {
     constexpr int rounds = 4;
     for (int round = 0; round < rounds; ++round) {
@@ -203,7 +204,7 @@ std::vector<Rgb> bestColors(const QImage& straight) {
     return colors;
 }
 
-/// Chooses colours row by row and hands on what each choice loses.
+/// Chooses colours row by row, and spreads the error of each choice over the neighbours.
 class Diffusion {
   public:
     Diffusion(const std::vector<Rgb>& colors, int width)
@@ -219,7 +220,7 @@ class Diffusion {
     }
 
     std::size_t choose(const uchar* pixel, int x) {
-        // The first place is left of the row.
+        // The first place of a row is for a pixel left of the picture.
         const auto at = static_cast<std::size_t>(x) + 1;
         Mean wanted{};
         std::size_t key = 0;
@@ -246,13 +247,13 @@ class Diffusion {
     static constexpr std::uint16_t unknown = 0xffff;
 
     std::vector<Mean> m_table;
-    /// The nearest of the table to each colour, as far as it was asked for.
+    /// The index of the table's nearest colour, for each colour that was asked for before.
     std::vector<std::uint16_t> m_known = std::vector<std::uint16_t>(std::size_t{1} << 24U, unknown);
     std::vector<Mean> m_below;
     std::vector<Mean> m_row;
 };
 
-/// `indexedPicture` of the same raster with straight colours.
+/// As `indexedPicture`, of a raster with straight colours.
 IndexedPicture indexed(const QImage& straight) {
     IndexedPicture picture;
     forEachPixel(straight, [&](const uchar* pixel) {

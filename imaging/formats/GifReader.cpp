@@ -37,8 +37,9 @@ Error failure(int code) {
                                                              : QStringLiteral("error %1").arg(code));
 }
 
-/// Reads the file's records up to the first frame's descriptor; `transparent` becomes the index that its
-/// control block names, -1 where none does. False with the library's error set.
+/// Reads the file's records up to the first frame's descriptor. A control block on the way sets
+/// `transparent`: to the index of transparent pixels, or to -1. On failure it returns false, and the
+/// library's error is set.
 bool findFirstFrame(GifFileType* gif, int& transparent) {
     for (;;) {
         GifRecordType type = UNDEFINED_RECORD_TYPE;
@@ -98,7 +99,7 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
     const ColorMapObject* colors = frame.ColorMap != nullptr ? frame.ColorMap : gif->SColorMap;
     if (colors == nullptr)
         return PictureReader::damaged(QStringLiteral("GIF"), QStringLiteral("it has no colours"));
-    // A canvas without a size, or one that the frame does not fit on, is the frame's.
+    // A canvas without a size, or too small for the frame, is enlarged to hold the frame.
     const int canvasWidth = std::max(gif->SWidth, frame.Left + frame.Width);
     const int canvasHeight = std::max(gif->SHeight, frame.Top + frame.Height);
     if (const Result<Done> allowed = PictureReader::checkSize(frame.Width, frame.Height); !allowed)

@@ -19,7 +19,7 @@ int writeOutput(GifFileType* gif, const GifByteType* bytes, int length) {
     return appended ? length : 0;
 }
 
-/// Why the library failed. Memory is all that there is to write to.
+/// Why the library failed. It writes only to memory, so a failed write is want of memory.
 Error failure(int code) {
     if (code == E_GIF_ERR_WRITE_FAILED || code == E_GIF_ERR_DISK_IS_FULL || code == E_GIF_ERR_NOT_ENOUGH_MEM)
         return outOfMemory();

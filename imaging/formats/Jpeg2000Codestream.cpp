@@ -7,15 +7,15 @@
 
 namespace {
 
-/// What stands before a box's data in a JP2 file; the length is that of the whole box.
+/// The header of a box in a JP2 file. The length is that of the whole box.
 struct BoxHeader {
     quint32_be length;
     quint32_be type;
 };
 static_assert(sizeof(BoxHeader) == 8);
 
-/// What the size marker tells behind its own length and the capabilities: where the picture and the first
-/// tile begin and end on the reference grid.
+/// The size marker's data after its own length and the capabilities: where the picture and the first tile lie
+/// on the reference grid.
 struct GridExtent {
     quint32_be right;
     quint32_be bottom;
@@ -34,13 +34,14 @@ struct Box {
     ByteCount size; ///< with the header; it may reach beyond the file
 };
 
-/// The box that `bytes` begin with; no value where it breaks off in its header.
+/// The box at the start of `bytes`. No value where its header breaks off, or states a length that is too
+/// short.
 std::optional<Box> firstBox(const ByteReader& bytes) {
     const auto header = bytes.record<BoxHeader>(0);
     if (!header)
         return std::nullopt;
     Box box{FourCharCode(header->type), sizeof(BoxHeader), header->length};
-    // A box of length 0 reaches to the end, one of length 1 tells its length in 64 bits.
+    // Length 0: the box reaches to the end. Length 1: the true length follows in 64 bits.
     if (header->length == 0)
         box.size = bytes.size();
     if (header->length == 1) {
@@ -50,7 +51,7 @@ std::optional<Box> firstBox(const ByteReader& bytes) {
     return box.size.isAtMost(box.headerSize - 1) ? std::nullopt : std::optional(box);
 }
 
-/// The tiles between `origin` and `end`; no value where that can't be.
+/// The number of tiles between `origin` and `end`; no value where the numbers are impossible.
 std::optional<quint64> tilesAlong(quint32 origin, quint32 length, quint32 end) {
     if (length == 0 || origin > end)
         return std::nullopt;
@@ -107,7 +108,7 @@ bool Jpeg2000Codestream::hasAllTiles(QByteArrayView codestream) {
     if (!told || told->tiles > mostTiles)
         return false;
     constexpr quint16 tilePart = 0xff90;
-    // The main header's markers each tell their length, which does not count the marker itself.
+    // A length follows each marker of the main header. It does not count the marker itself.
     const ByteReader reader(codestream);
     ByteCount at = 2;
     while (reader.bigEndian<quint16>(at).value_or(tilePart) != tilePart) {
@@ -126,7 +127,7 @@ bool Jpeg2000Codestream::hasAllTiles(QByteArrayView codestream) {
         if (!seen[*tile])
             --missing;
         seen[*tile] = true;
-        // The last part may reach to the end.
+        // Length 0: the last part reaches to the end.
         if (*length == 0)
             break;
         at = at + *length;

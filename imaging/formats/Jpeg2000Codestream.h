@@ -5,13 +5,14 @@
 
 #include <optional>
 
-/// What a JPEG 2000 file tells before it is decoded. Source: ISO/IEC 15444-1, annexes A and I.
+/// Facts about a JPEG 2000 file that are known without decoding it. Source: ISO/IEC 15444-1, annexes A and I.
 namespace Jpeg2000Codestream {
 
-/// What a bare codestream begins with.
+/// The first bytes of a codestream.
 inline constexpr QByteArrayView start("\xFF\x4F\xFF\x51");
 
-/// The first codestream of a JP2 file, or the bare one that `file` is: that is what is shown.
+/// The codestream that is shown: the first one in a JP2 file, or `file` itself where it is a bare codestream.
+/// No value where there is no codestream.
 std::optional<QByteArrayView> find(QByteArrayView file);
 
 struct Size {
@@ -19,14 +20,14 @@ struct Size {
     quint64 tiles = 0;
 };
 
-/// What a codestream's size marker tells; what stands left of and above the picture's origin is no part of
-/// it. No value where it can't be.
+/// The size from a codestream's size marker. It does not count the area left of and above the picture's
+/// origin. No value where the marker's numbers are impossible.
 std::optional<Size> size(QByteArrayView codestream);
 
 /// Whether the length of the size marker agrees with its number of components.
 bool isWellFormed(QByteArrayView codestream);
 
-/// Whether a part of every tile is there.
+/// Whether every tile has at least one part in the codestream.
 bool hasAllTiles(QByteArrayView codestream);
 
 } // namespace Jpeg2000Codestream

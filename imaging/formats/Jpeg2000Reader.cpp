@@ -55,7 +55,7 @@ using OpenJpeg::Codec;
 using OpenJpeg::Picture;
 using OpenJpeg::Stream;
 
-/// A sample of that component as a byte.
+/// A component's sample as a byte.
 std::uint8_t byteOf(const opj_image_comp_t& component, std::size_t index) {
     const std::int64_t maximum = (std::int64_t{1} << component.prec) - 1;
     const std::int64_t offset = component.sgnd != 0 ? std::int64_t{1} << (component.prec - 1) : 0;
@@ -63,7 +63,7 @@ std::uint8_t byteOf(const opj_image_comp_t& component, std::size_t index) {
     return static_cast<std::uint8_t>((value * 255 + maximum / 2) / maximum);
 }
 
-/// Unsupported where the picture is of no kind that is read here.
+/// Unsupported for a kind of picture that is not read here.
 Result<Done> checkKind(const opj_image_t& picture) {
     const opj_image_comp_t& first = picture.comps[0];
     for (OPJ_UINT32 i = 0; i < picture.numcomps; ++i) {
@@ -147,7 +147,7 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
             PictureReader::checkSize(picture->x1 - picture->x0, picture->y1 - picture->y0);
         !allowed)
         return allowed.error();
-    // Before the memory for them is taken.
+    // Checked before memory for the components is taken.
     constexpr OPJ_UINT32 mostComponents = 4;
     if (picture->numcomps > mostComponents)
         return Error{ErrorCode::Unsupported,
@@ -155,7 +155,7 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
     if (opj_decode(codec.get(), stream.get(), picture.get()) == OPJ_FALSE ||
         opj_end_decompress(codec.get(), stream.get()) == OPJ_FALSE)
         return failure();
-    // The library passes missing tiles over.
+    // The library ignores missing tiles.
     const auto codestream = Jpeg2000Codestream::find(bytes);
     if (!codestream || !Jpeg2000Codestream::hasAllTiles(*codestream))
         return PictureReader::damaged(name, QStringLiteral("a tile is missing"));

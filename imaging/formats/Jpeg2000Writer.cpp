@@ -22,7 +22,8 @@ struct Output {
 
     bool isMemoryShort = false;
 
-    /// Goes to `end`; false where there is no memory up to there. No exception may pass through the library.
+    /// Moves the position to `end`, and fills the file with zeros up to there. False where memory is short:
+    /// no exception may pass through the library.
     bool goTo(qsizetype end) {
         const Result<Done> gone = unlessMemoryIsShort([&] {
             if (end > bytes.size())
@@ -99,7 +100,7 @@ Result<QByteArray> file(const QImage& raster) {
     parameters.tcp_rates[0] = 0;
     parameters.cp_disto_alloc = 1;
     parameters.tcp_mct = 1;
-    // No more halvings than the shorter side has.
+    // Each resolution halves the picture: the shorter side limits how many there are.
     const auto shorter = static_cast<unsigned>(std::min(raster.width(), raster.height()));
     parameters.numresolution = std::min(parameters.numresolution, static_cast<int>(std::bit_width(shorter)));
     const RefusedMemory memory;

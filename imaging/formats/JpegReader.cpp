@@ -17,8 +17,8 @@
 
 namespace {
 
-/// libjpeg reports errors by longjmp to `decode`. No function between there and libjpeg keeps an object with
-/// a destructor across a call into it; what must outlive an error is a member.
+/// libjpeg reports errors by longjmp to `decode`, which calls no destructors. So no function in between holds
+/// an object with a destructor while it calls libjpeg. What is needed after an error is a member.
 class JpegDecoder {
   public:
     JpegDecoder(const QByteArray& bytes, const ReducedCopies::Renders& renders)
@@ -91,7 +91,8 @@ class JpegDecoder {
         }
     }
 
-    /// A progressive picture takes time for each of its scans, and a small file may have any number of them.
+    /// Limits the scans of a progressive picture: each takes time, and a small file may have any number of
+    /// them.
     static void onProgress(j_common_ptr jpeg) {
         constexpr int maximumScans = 500;
         if (self(jpeg)->m_jpeg.input_scan_number > maximumScans) {

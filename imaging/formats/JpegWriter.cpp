@@ -16,8 +16,8 @@
 
 namespace {
 
-/// libjpeg reports errors by longjmp to `encode`. No function between there and libjpeg keeps an object with
-/// a destructor across a call into it; what must outlive an error is a member.
+/// libjpeg reports errors by longjmp to `encode`, which calls no destructors. So no function in between holds
+/// an object with a destructor while it calls libjpeg. What is needed after an error is a member.
 class JpegEncoder {
   public:
     explicit JpegEncoder(const QImage& raster)

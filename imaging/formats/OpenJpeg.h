@@ -6,7 +6,7 @@
 
 #include <memory>
 
-/// OpenJPEG's objects with their owners.
+/// Owners of OpenJPEG's objects.
 namespace OpenJpeg {
 
 template <auto destroy>

@@ -15,8 +15,8 @@
 
 namespace {
 
-/// Bytes in memory as a device that remembers whether a reader asked for more than there are. Some of Qt's
-/// readers report success for a picture that breaks off.
+/// A device that reads bytes in memory. It remembers whether a reader asked for more bytes than there are:
+/// some of Qt's readers report success for a picture that breaks off.
 class WatchedDevice final : public QIODevice {
   public:
     explicit WatchedDevice(const QByteArray& bytes) : m_bytes(bytes) { open(ReadOnly | Unbuffered); }
@@ -40,7 +40,8 @@ class WatchedDevice final : public QIODevice {
     bool m_ranShort = false;
 };
 
-/// Straight RGBA or its like, converted in bands that are small enough for Qt to stay on this thread.
+/// `image` converted to sRGB from `profile`. It is converted in bands: these are so small that Qt does not
+/// use other threads.
 Result<DecodedPicture> converted(const QImage& image, const ColorProfile& profile) {
     Result<QImage> raster = PictureReader::newPicture(image.width(), image.height());
     if (!raster)
@@ -67,7 +68,7 @@ Result<DecodedPicture> converted(const QImage& image, const ColorProfile& profil
     return picture;
 }
 
-/// Qt's limit for the memory of a picture, in MiB, until the end of this object.
+/// Sets Qt's limit for the memory of a picture, in MiB, as long as this object exists.
 class QtAllocationLimit {
   public:
     explicit QtAllocationLimit(int limit) : m_earlier(QImageReader::allocationLimit()) {
@@ -113,8 +114,8 @@ Error unreadableHeader(const QString& name) {
     return PictureReader::damaged(name, QStringLiteral("its header can't be read"));
 }
 
-/// `size` comes from the file's header, read here: to ask Qt's readers for it may already take memory for
-/// pixels.
+/// Reads a picture by Qt's reader for `format`. `size` comes from the file's header, without Qt: Qt's readers
+/// may already take memory for pixels when they are asked for the size.
 Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const QString& name,
                        const std::optional<PixelSize>& size) {
     if (!size)
@@ -139,7 +140,8 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
     return picture;
 }
 
-/// The size in a BMP file's header; a negative height, of a picture stored from the top, without its sign.
+/// The size in a BMP file's header. The height of a picture stored from the top is negative there; it is
+/// returned without the sign.
 std::optional<PixelSize> bmpSize(const QByteArray& bytes) {
     struct CoreHeader {
         quint32_le size;
@@ -165,14 +167,14 @@ std::optional<PixelSize> bmpSize(const QByteArray& bytes) {
     return PixelSize{info->width, std::abs(qint64{info->height})};
 }
 
-/// What stands before a chunk's data in a RIFF file.
+/// The header of a chunk in a RIFF file.
 struct RiffHeader {
     quint32_be type;
     quint32_le length;
 };
 static_assert(sizeof(RiffHeader) == 8);
 
-/// Where the first chunk of a RIFF file begins, behind the file's own header and the type of what it holds.
+/// Where the first chunk of a RIFF file begins: after the file's own header and the type of its contents.
 constexpr qsizetype firstChunk = sizeof(RiffHeader) + sizeof(quint32);
 
 /// The canvas size in a WebP file's first chunk (RFC 9649).
@@ -197,7 +199,7 @@ std::optional<PixelSize> webPSize(const QByteArray& bytes) {
     return std::nullopt;
 }
 
-/// The contents of the first chunk of that type in a RIFF file; empty where there is none.
+/// The data of the first chunk of `type` in a RIFF file; empty where there is no such chunk.
 QByteArray riffChunk(const QByteArray& bytes, FourCharCode type) {
     auto rest = ByteReader(bytes).from(firstChunk);
     while (rest) {

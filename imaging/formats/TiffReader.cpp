@@ -35,11 +35,12 @@ Result<EmbeddedProfile> profileOf(TIFF* tiff) {
     return ColorProfile::embedded(QByteArray(static_cast<const char*>(icc), length));
 }
 
-/// How a file keeps its samples, where they are grey, RGB or CMYK of 8 or 16 bits; none for all other kinds.
+/// How a file stores plain samples: grey, RGB or CMYK of 8 or 16 bits. `plainKind` has no value for other
+/// files.
 struct PlainKind {
     SampleLayout layout;
     bool isTiled = false;
-    bool hasPlanes = false; ///< one block for each sample of its pixels, instead of one for all
+    bool hasPlanes = false; ///< each sample of the pixels has blocks of its own
 };
 
 std::optional<PlainKind> plainKind(TIFF* tiff) {
@@ -62,7 +63,7 @@ std::optional<PlainKind> plainKind(TIFF* tiff) {
     } else if (photometric == PHOTOMETRIC_RGB) {
         layout.colors = SampleLayout::Colors::RGB;
     } else if (photometric == PHOTOMETRIC_YCBCR && compression == COMPRESSION_JPEG && !kind.hasPlanes) {
-        // The JPEG decoder hands over RGB when asked to.
+        // The JPEG decoder returns RGB when it is asked to.
         layout.colors = SampleLayout::Colors::RGB;
         if (TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB) == 0)
             return std::nullopt;
@@ -77,7 +78,7 @@ std::optional<PlainKind> plainKind(TIFF* tiff) {
     std::uint16_t extraCount = 0;
     std::uint16_t* extra = nullptr;
     TIFFGetFieldDefaulted(tiff, TIFFTAG_EXTRASAMPLES, &extraCount, &extra);
-    // Alpha of a negative would be ambiguous.
+    // Alpha with inverted grey would be ambiguous.
     if (samples != layout.colorCount() + 1 || extraCount != 1 || extra == nullptr || layout.inverted)
         return std::nullopt;
     layout.alpha = extra[0] == EXTRASAMPLE_ASSOCALPHA ? SampleLayout::Alpha::Premultiplied
@@ -85,7 +86,8 @@ std::optional<PlainKind> plainKind(TIFF* tiff) {
     return kind;
 }
 
-/// Whether every strip or tile lies somewhere: libtiff would read one without a place from the file's start.
+/// Whether every strip or tile has a place and a length: libtiff would read a block without a place from the
+/// file's start.
 bool hasAllBlocks(TIFF* tiff) {
     const std::uint32_t count = TIFFIsTiled(tiff) != 0 ? TIFFNumberOfTiles(tiff) : TIFFNumberOfStrips(tiff);
     for (std::uint32_t block = 0; block < count; ++block) {
@@ -95,8 +97,8 @@ bool hasAllBlocks(TIFF* tiff) {
     return count > 0;
 }
 
-/// The raster where its bytes are the file's own: premultiplied RGBA of 8 bits, not compressed, one strip
-/// behind the other. It shares `bytes`. Null where the samples lie in any other way.
+/// A raster that shares `bytes` instead of copying them. For premultiplied RGBA of 8 bits that is not
+/// compressed, in strips that follow each other directly. Null for all other files.
 QImage sharedRaster(TIFF* tiff, const PlainKind& kind, const QByteArray& bytes, int width, int height) {
     const bool isLikeRaster = kind.layout.colors == SampleLayout::Colors::RGB &&
                               kind.layout.alpha == SampleLayout::Alpha::Premultiplied &&
@@ -122,7 +124,7 @@ QImage sharedRaster(TIFF* tiff, const PlainKind& kind, const QByteArray& bytes, 
         end += size;
         y += rows;
     }
-    // A small part of a file is not worth it to keep the whole.
+    // A small part of a file is copied: to share it would keep the whole file in memory.
     if (y < height || end - begin < static_cast<std::uint64_t>(bytes.size()) / 2)
         return {};
     const auto* samples = reinterpret_cast<const std::uint8_t*>(bytes.constData()) + begin;
@@ -134,7 +136,7 @@ QImage sharedRaster(TIFF* tiff, const PlainKind& kind, const QByteArray& bytes, 
     const auto release = [](void* array) { delete static_cast<QByteArray*>(array); };
     QImage raster(samples, width, height, row, QImage::Format_RGBA8888_Premultiplied, release, shared.get());
     if (!raster.isNull())
-        (void)shared.release(); // by the raster from here on
+        (void)shared.release(); // the raster deletes it from here on
     return raster;
 }
 
@@ -155,7 +157,7 @@ class BlockReader {
         const tmsize_t planes = m_kind.hasPlanes ? m_kind.layout.samplesPerPixel() : 1;
         if (m_width <= 0 || m_height <= 0 || libraryRow * planes != m_rowBytes)
             return failure(stream);
-        // Samples that lie as the raster's do are read to where they belong.
+        // Full rows of four-byte pixels are read directly into the raster.
         const bool inPlace = !m_kind.isTiled && !m_kind.hasPlanes && m_kind.layout.bytesPerPixel() == 4;
         if (!inPlace)
             m_block.resize(static_cast<std::size_t>(m_rowBytes) * static_cast<std::size_t>(m_height));
@@ -179,7 +181,7 @@ class BlockReader {
     }
 
   private:
-    /// 0 for a tile that is far larger than the picture: only a hostile file has those.
+    /// A tile's side; 0 where it is far larger than the picture: only a hostile file has such tiles.
     int tileSide(std::uint32_t tag, int pictureSide) const {
         const int largest = std::max(pictureSide + 16, 1024);
         const auto side = field<std::uint32_t>(m_tiff, tag, 0);
@@ -228,7 +230,8 @@ class BlockReader {
     std::vector<std::uint8_t> m_plane;
 };
 
-/// Every other kind, as the library's own RGBA: associated alpha, the first row of the file first.
+/// Reads all other kinds of samples. libtiff turns them into RGBA: associated alpha, rows in the file's
+/// order.
 Result<QImage> readAsRgba(TiffStream& stream, RowConverter& converter, QImage raster) {
     TIFF* tiff = stream.handle();
     char cause[1024] = {};
@@ -239,7 +242,7 @@ Result<QImage> readAsRgba(TiffStream& stream, RowConverter& converter, QImage ra
                          .arg(QString::fromUtf8(cause))};
     if (TIFFRGBAImageBegin(&decoder, tiff, 1, cause) == 0)
         return PictureReader::damaged(QStringLiteral("TIFF"), QString::fromUtf8(cause));
-    // Rows as the file has them: it is turned upright afterwards, like any other picture.
+    // Rows in the file's order: the picture is turned upright later, like any other.
     decoder.req_orientation = decoder.orientation;
     const bool isWhole = TIFFRGBAImageGet(&decoder, reinterpret_cast<std::uint32_t*>(raster.bits()),
                                           decoder.width, decoder.height) != 0;
@@ -253,7 +256,7 @@ Result<QImage> readAsRgba(TiffStream& stream, RowConverter& converter, QImage ra
     return raster;
 }
 
-/// The pixels of a picture of that size and kind; of no plain kind where `plain` is null.
+/// The pixels of a picture of `size`. `plain` is null where the samples are not plain.
 Result<QImage> pixelsOf(TiffStream& stream, const PlainKind* plain, RowConverter& converter, QSize size) {
     Result<QImage> picture = PictureReader::newPicture(size.width(), size.height());
     if (!picture)

@@ -9,7 +9,8 @@
 
 namespace {
 
-/// A picture's directory must not make libtiff ask for more memory than the largest picture needs.
+/// The most memory that libtiff may take at once. A damaged directory can't make it take more than the
+/// largest picture needs.
 constexpr tmsize_t maximumAllocation = tmsize_t{1} << 31;
 
 } // namespace
@@ -82,7 +83,7 @@ toff_t TiffStream::seek(thandle_t handle, toff_t offset, int whence) {
     const qsizetype base = whence == SEEK_SET   ? 0
                            : whence == SEEK_CUR ? stream.m_position
                                                 : stream.m_bytes.size();
-    // Far beyond any file, where an addition could wrap.
+    // Far beyond any file, yet small enough that the addition below can't overflow.
     constexpr qsizetype farthest = qsizetype{1} << 40;
     const auto distance = static_cast<std::int64_t>(offset);
     if (distance < -farthest || distance > farthest || base + distance < 0)
@@ -97,7 +98,7 @@ toff_t TiffStream::size(thandle_t handle) {
 
 int TiffStream::onWarning(TIFF* tiff, void* handle, const char* module, const char* format,
                           va_list arguments) {
-    // Of a directory's data that break off only a warning tells.
+    // libtiff only warns of a directory's data that break off.
     const auto& stream = *static_cast<TiffStream*>(handle);
     if (stream.m_brokeOff || stream.m_warningsCount)
         onError(tiff, handle, module, format, arguments);

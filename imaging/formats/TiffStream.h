@@ -8,13 +8,13 @@
 
 #include <cstdarg>
 
-/// A TIFF file in memory, as libtiff wants to see it.
+/// A TIFF file in memory, which libtiff reads or writes.
 class TiffStream {
   public:
     /// Reads `bytes`.
     explicit TiffStream(QByteArray bytes);
-    /// Writes a new file; `expectedSize` bytes are set aside for it, for which it may throw std::bad_alloc:
-    /// it is for this room alone, whose public functions tell of that.
+    /// Writes a new file and reserves `expectedSize` bytes for it. Only this room uses it: it may throw
+    /// std::bad_alloc, which the room's public functions turn into OutOfMemory.
     explicit TiffStream(qsizetype expectedSize);
     ~TiffStream();
     TiffStream(const TiffStream&) = delete;
@@ -23,16 +23,16 @@ class TiffStream {
     /// Null where the file could not be opened.
     TIFF* handle() const { return m_tiff; }
 
-    /// The first thing that libtiff complained of.
+    /// libtiff's first error message; empty where there was no error.
     const QByteArray& error() const { return m_error; }
 
-    /// Whether it failed for want of memory, as far as the system and this stream itself know.
+    /// Whether memory was short, as far as the system and this stream itself know.
     bool isMemoryShort() const { return m_isMemoryShort || m_refused.wasSeen(); }
 
-    /// From here on warnings count as errors: what a decoder says of pixels that it makes up for is one.
+    /// From here on warnings count as errors: decoders only warn of pixels that they make up for.
     void beginPixels() { m_warningsCount = true; }
 
-    /// Ends a file that is written and hands over its bytes.
+    /// Finishes a written file and returns its bytes.
     QByteArray close();
 
   private:
@@ -49,7 +49,7 @@ class TiffStream {
     qsizetype m_position = 0;
     QByteArray m_error;
     bool m_warningsCount = false;
-    bool m_brokeOff = false; ///< what was read last is not all there
+    bool m_brokeOff = false; ///< the last read got fewer bytes than it asked for
     bool m_isMemoryShort = false;
     RefusedMemory m_refused;
     TIFF* m_tiff = nullptr;

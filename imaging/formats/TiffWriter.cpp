@@ -17,7 +17,7 @@ void describe(TIFF* tiff, const QImage& raster, std::uint16_t alphaKind) {
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
     TIFFSetField(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
-    // Every RGB file has a resolution; nobody knows one of these pixels.
+    // The format wants a resolution for RGB. The true one is not known.
     constexpr double pixelsPerInch = 72;
     TIFFSetField(tiff, TIFFTAG_XRESOLUTION, pixelsPerInch);
     TIFFSetField(tiff, TIFFTAG_YRESOLUTION, pixelsPerInch);
@@ -36,8 +36,8 @@ Result<Done> writePlain(TiffStream& stream, const QImage& raster) {
     describe(tiff, raster, EXTRASAMPLE_ASSOCALPHA);
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
     TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(raster.height()));
-    // Nothing to encode: the strip goes in as it is. Rows of 4-byte pixels have no padding. libtiff does not
-    // write to it.
+    // The strip is written as it is, without encoding. Rows of 4-byte pixels have no padding. libtiff does
+    // not change the samples.
     void* samples = const_cast<uchar*>(raster.constBits()); // NOLINT(cppcoreguidelines-pro-type-const-cast)
     if (TIFFWriteRawStrip(tiff, 0, samples, raster.sizeInBytes()) != raster.sizeInBytes())
         return failure(stream);

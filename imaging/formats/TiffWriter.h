@@ -7,7 +7,7 @@
 
 enum class TiffCompression {
     None, ///< one strip of premultiplied samples ("associated alpha")
-    Lzw,  ///< with horizontal differences, of straight samples, which more programs understand
+    Lzw,  ///< straight samples, which more programs understand, with horizontal differences
 };
 
 /// `raster` (RGBA8888_Premultiplied) as a TIFF 6.0 file of RGBA samples, 8 bits each. EmptySize where there
