@@ -8,8 +8,8 @@
 
 namespace {
 
-/// Invalid also for more tiles than a small picture has use for: each takes memory before anything is
-/// decoded.
+/// The size of a JPEG 2000 file or codestream. Invalid also for more tiles than a small picture needs: each
+/// takes memory before anything is decoded.
 QSize jpeg2000Size(QByteArrayView file) {
     constexpr quint64 mostTiles = 1024;
     const auto codestream = Jpeg2000Codestream::find(file);
@@ -25,9 +25,9 @@ bool isPackedArgb(QByteArrayView data, int side) {
     return rest.has_value();
 }
 
-/// The side of plain samples of that length; 0 where it is none.
+/// The side in pixels of plain samples of `length` bytes; 0 where plain samples can't have this length.
 int plainSide(const IcnsElementType& type, qsizetype length) {
-    // The type of 1024 pixels is also stored with 512.
+    // An element of the type of 1024 pixels may hold 512.
     for (const int side : {type.pixelSize, type.pixelSize / 2}) {
         const bool isAllowed = side == type.pixelSize || type.code == FourCharCode("ic10");
         if (isAllowed && length == qsizetype{4} * side * side)
@@ -37,7 +37,8 @@ int plainSide(const IcnsElementType& type, qsizetype length) {
 }
 
 IcnsPictureInfo pictureInfo(const IcnsElementType& type, QByteArrayView data) {
-    // Plain samples may begin as a file does: where their length is just right, a beginning is not enough.
+    // Plain samples may begin like a file. So where the length is exactly that of plain samples, more than
+    // the first bytes is checked.
     const int side = plainSide(type, data.size());
     if (const std::optional<QSize> png = PngHeader::size(data);
         png || (side == 0 && data.startsWith(PngHeader::signature)))

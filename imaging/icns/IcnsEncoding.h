@@ -16,13 +16,13 @@ enum class IcnsEncoding {
     Mask,         ///< samples of one byte
 };
 
-/// What an element of a known type tells of its picture without being decoded.
+/// Facts about the picture in an element of a known type that are known without decoding it.
 struct IcnsPictureInfo {
     IcnsEncoding encoding = IcnsEncoding::Unknown;
-    /// In pixels. Of a PNG or JPEG 2000 file as its header tells it; invalid where there is none.
+    /// In pixels; for a PNG or JPEG 2000 file from its header. Invalid where no size is known.
     QSize size;
 };
 
-/// A file inside (PNG, JPEG 2000) and packed ARGB are told by how they begin, plain samples by their exact
+/// A PNG or JPEG 2000 file and packed ARGB are recognised by their first bytes, plain samples by their exact
 /// length, everything else by the type. Sources: PNG 11.2.2; ISO/IEC 15444-1, A.5.1 and annex I.
 IcnsPictureInfo icnsPictureInfo(const IcnsElementType& type, QByteArrayView data);

@@ -17,7 +17,7 @@ struct Description {
 
 constexpr FourCharCode tableOfContents("TOC ");
 
-/// What the types mean that hold no picture which is known here.
+/// The meanings of types that hold no picture that is read here.
 constexpr Description descriptions[] = {
     {tableOfContents, "table of contents"},
     {"icnV", "version of the tool that made it"},
@@ -46,7 +46,7 @@ constexpr Description descriptions[] = {
     {FourCharCode(0xfdd92fa8), "variant: dark"},
 };
 
-/// Whether a file inside an element of that type is shown wrongly in application bundles.
+/// Whether a PNG or JPEG 2000 file in an element of `type` is shown wrongly in application bundles.
 bool failsInBundles(FourCharCode type) {
     constexpr FourCharCode types[] = {"ic04", "ic05", "icp4", "icp5", "icp6"};
     return std::ranges::find(types, type) != std::end(types);
@@ -60,7 +60,7 @@ QString sizeText(const QSize& size) {
     return QStringLiteral("%1 × %2 pixels").arg(size.width()).arg(size.height());
 }
 
-/// What is odd about run-length coded channels, if anything is.
+/// Remarks about run-length coded channels; empty where nothing is odd.
 QStringList packedRemarks(QByteArrayView packed, int side, int channels) {
     const auto pixels = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
     for (int i = 0; i < channels; ++i) {
@@ -76,7 +76,7 @@ QStringList packedRemarks(QByteArrayView packed, int side, int channels) {
 
 class Inspector {
   public:
-    /// `hasPicture`: whether any element holds a picture that is known here.
+    /// `hasPicture`: whether any element holds a picture that is read here.
     Inspector(const IcnsReader& reader, bool hasPicture, qsizetype fileSize) : m_reader(reader) {
         for (const IcnsElement& element : reader.elements())
             m_types.insert(element.type.value);
@@ -189,7 +189,7 @@ class Inspector {
 
     const IcnsReader& m_reader;
     IcnsInspection m_result;
-    // Qt's sets end the program where memory is short.
+    // Not QSet: it ends the program where memory is short.
     std::unordered_set<quint32> m_types;
     std::unordered_set<quint32> m_seen;
 };

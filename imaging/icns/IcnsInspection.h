@@ -8,26 +8,26 @@
 
 #include <vector>
 
-/// What is to be told of an icns file without showing its pictures.
+/// A description of an icns file, without its pictures.
 struct IcnsInspection {
     struct Element {
         FourCharCode type;
-        IcnsPictureInfo info;    ///< Unknown, and no size, of types that hold no picture or mask
+        IcnsPictureInfo info;    ///< Unknown and without a size for types that hold no picture or mask
         qsizetype bytes = 0;     ///< of the data
-        bool isRepeated = false; ///< another of its type stands before it, which is the one that counts
-        QStringList remarks;     ///< sentences about what else is odd
+        bool isRepeated = false; ///< an element of the same type stands before it, and counts instead
+        QStringList remarks;     ///< sentences about other odd things
     };
 
     std::vector<Element> elements; ///< in the file's order
     QStringList remarks;           ///< about the whole file
 };
 
-/// Takes time in proportion to the number of elements: of several elements of one type only the first is
-/// looked into, and files inside are not decoded. Damaged as IcnsReader::open.
+/// Takes time in proportion to the number of elements: only the first element of each type is looked into,
+/// and PNG and JPEG 2000 files are not decoded. Damaged as IcnsReader::open.
 Result<IcnsInspection> inspectIcns(const QByteArray& bytes);
 
-/// What a type stands for, for people.
+/// A description of a type for people.
 QString icnsTypeDescription(FourCharCode type);
 
-/// The encoding, for people.
+/// The name of an encoding for people.
 QString icnsEncodingName(IcnsEncoding encoding);

@@ -20,8 +20,8 @@ Error damaged(const QString& detail) {
     return PictureReader::damaged(QStringLiteral("icns"), detail);
 }
 
-/// Planes of one byte a pixel, in the order of `positions` (their places in an RGBA pixel), from run-length
-/// coded data.
+/// An RGBA image from run-length coded planes of one byte a pixel. `positions` are the places of these planes
+/// in an RGBA pixel.
 Result<QImage> unpackedPlanes(QByteArrayView packed, int side, std::initializer_list<int> positions) {
     Result<QImage> image = newRaster(QSize(side, side), QImage::Format_RGBA8888);
     if (!image)
@@ -42,7 +42,7 @@ Result<QImage> unpackedPlanes(QByteArrayView packed, int side, std::initializer_
     return image;
 }
 
-/// Plain samples A, R, G, B.
+/// An RGBA image from plain samples in the order A, R, G, B.
 Result<QImage> plainArgb(QByteArrayView data, int side) {
     Result<QImage> image = newRaster(QSize(side, side), QImage::Format_RGBA8888);
     if (!image)
@@ -55,7 +55,7 @@ Result<QImage> plainArgb(QByteArrayView data, int side) {
     return image;
 }
 
-/// Red, green and blue with the alpha of their mask.
+/// An RGBA image from red, green and blue, with the alpha of `mask`; opaque without a mask.
 Result<QImage> colors(const IcnsElementType& type, QByteArrayView data, const IcnsElement* mask) {
     const int side = type.pixelSize;
     const qsizetype pixels = qsizetype{side} * side;
@@ -76,7 +76,7 @@ Result<QImage> colors(const IcnsElementType& type, QByteArrayView data, const Ic
     return image;
 }
 
-/// No element is meant to hold more.
+/// The side in pixels of the largest element type.
 constexpr int largestSide = 1024;
 
 Result<Done> checkSize(const IcnsElementType& type, const QSize& size) {
@@ -163,7 +163,7 @@ Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
         return Error{ErrorCode::Unsupported,
                      QStringLiteral("the element %1 holds no picture").arg(element.type.text())};
     const IcnsPictureInfo info = icnsPictureInfo(*type, element.data);
-    // What is small in the file could else become very large in memory, once for each element.
+    // A small file inside an element could become very large in memory, once for each element.
     if (const Result<Done> allowed = checkSize(*type, info.size); !allowed)
         return allowed.error();
     if (info.encoding != IcnsEncoding::Unknown && !info.size.isValid())
@@ -185,7 +185,7 @@ Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
 Result<std::vector<IcnsElement>> IcnsReader::pictureElements() const {
     return unlessMemoryIsShort([&] {
         std::vector<IcnsElement> found;
-        // Qt's ends the program where memory is short.
+        // Not QSet: it ends the program where memory is short.
         std::unordered_set<quint32> seen;
         for (const IcnsElement& element : m_elements) {
             const IcnsElementType* type = icnsElementType(element.type);

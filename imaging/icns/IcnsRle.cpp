@@ -29,8 +29,8 @@ void appendLiteral(std::span<const std::uint8_t> bytes, QByteArray& out) {
     }
 }
 
-/// Hands over one packet of a channel after the other: whether it is a run, its bytes, and how many it stands
-/// for. What follows the channel, or no value.
+/// Calls `take(isRun, bytes, count)` for each packet of a channel: `count` is how many bytes of the channel
+/// it stands for. Returns what follows the channel; no value where the packets do not fill it exactly.
 template <typename Take>
 std::optional<QByteArrayView> forEachPacket(QByteArrayView packed, std::size_t channelSize, Take take) {
     while (channelSize > 0) {

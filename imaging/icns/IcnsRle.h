@@ -8,19 +8,20 @@
 
 class QByteArray;
 
-/// The run-length code of icns channels: a control byte from 0 to 127 is followed by that many and one more
-/// bytes as they are, one from 128 to 255 by one byte that stands for (control − 125), 3 to 130, of its kind.
+/// The run-length code of icns channels. After a control byte from 0 to 127 follow (control + 1) bytes as
+/// they are. After a control byte from 128 to 255 follows one byte, which stands for (control − 125) equal
+/// bytes: 3 to 130.
 namespace IcnsRle {
 
-/// Appends one packed channel to `out`. `lastAlone` ends it with its last byte as a literal of its own, which
-/// some readers need at the end of the last channel.
+/// Appends one packed channel to `out`. With `lastAlone` the last byte is a literal of its own. Some readers
+/// need that at the end of the last channel.
 void pack(std::span<const std::uint8_t> channel, QByteArray& out, bool lastAlone);
 
 /// Unpacks exactly `channel.size()` bytes from the front of `packed` and returns what follows them. No value
-/// where `packed` ends before, or a run reaches past the channel's end.
+/// where `packed` ends too early, or a packet reaches past the channel's end.
 std::optional<QByteArrayView> unpack(QByteArrayView packed, std::span<std::uint8_t> channel);
 
-/// As `unpack` of a channel of that many bytes, but keeps none.
+/// As `unpack` for a channel of `channelSize` bytes, but does not keep the bytes.
 std::optional<QByteArrayView> skip(QByteArrayView packed, std::size_t channelSize);
 
 } // namespace IcnsRle

@@ -8,8 +8,8 @@
 
 #include <span>
 
-/// What stands before the elements of an icns file, and before each element: a code and the length of what it
-/// begins, these eight bytes included. Big-endian.
+/// The header of an icns file and of each of its elements: a code, and the length of the file or element,
+/// which includes these eight bytes. Big-endian.
 struct IcnsHeader {
     quint32_be code;
     quint32_be length;
@@ -18,15 +18,15 @@ static_assert(sizeof(IcnsHeader) == 8);
 
 inline constexpr qsizetype icnsHeaderSize = sizeof(IcnsHeader);
 
-/// The header of something of that code; `length` with the header itself.
+/// A header with `code`. `length` includes the header itself.
 IcnsHeader icnsHeader(FourCharCode code, qsizetype length);
 
 inline constexpr FourCharCode icnsMagic("icns");
 
-/// What stands before packed colours of 128 pixels.
+/// The bytes before packed colours of 128 pixels.
 inline constexpr QByteArrayView packedStart("\0\0\0\0", 4);
 
-/// What packed ARGB samples begin with.
+/// The first bytes of packed ARGB samples.
 inline constexpr QByteArrayView argbMark("ARGB");
 
 /// What an element type holds.
@@ -41,7 +41,7 @@ struct IcnsElementType {
     FourCharCode code;
     IcnsContent content;
     int pixelSize;                ///< of its square picture
-    int scale = 1;                ///< the picture's pixels in one point, along a side
+    int scale = 1;                ///< pixels per point along a side
     FourCharCode mask = {};       ///< the type of the element with the alpha of Colors
     bool hasLeadingZeros = false; ///< four zero bytes stand before the packed samples
 
@@ -52,5 +52,5 @@ struct IcnsElementType {
 /// The types that hold a picture or a part of one, most pixels first.
 std::span<const IcnsElementType> icnsElementTypes();
 
-/// The known type of that code, or null.
+/// The known type with `code`, or null.
 const IcnsElementType* icnsElementType(FourCharCode code);

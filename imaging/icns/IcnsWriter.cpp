@@ -21,7 +21,7 @@ namespace {
 /// application bundle.
 constexpr FourCharCode writtenTypes[] = {"ic10", "ic09", "ic08", "ic07", "ic12", "il32", "is32"};
 
-/// The type that is written for pictures of that size, or null.
+/// The type that is written for pictures of `size`, or null.
 const IcnsElementType* writtenType(const QSize& size) {
     const auto* found = std::ranges::find_if(
         writtenTypes, [&](FourCharCode code) { return size == icnsElementType(code)->size(); });
@@ -81,7 +81,7 @@ Result<IcnsWriter::Added> IcnsWriter::addImage(const QImage& raster, PngStore* p
         const Result<std::vector<Element>> made = elements(*type, raster, pngs);
         if (!made)
             return made.error();
-        // All or nothing, should memory be short.
+        // Room is reserved first: where memory is short, nothing is added.
         qsizetype length = std::max(m_file.size(), icnsHeaderSize);
         for (const Element& element : *made)
             length += element.length();

@@ -12,10 +12,10 @@ class IcnsWriter {
   public:
     enum class Added {
         Yes,
-        NoElement, ///< none is made for that size
+        NoElement, ///< no element is made for this size
     };
 
-    /// Whether an element is made for pictures of that size.
+    /// Whether an element is made for pictures of `size`, in pixels.
     static bool hasElement(const QSize& size);
 
     /// Appends the element or elements of `raster` (RGBA8888_Premultiplied), all of it or nothing. A PNG
@@ -24,7 +24,7 @@ class IcnsWriter {
 
     bool isEmpty() const { return m_file.isEmpty(); }
 
-    /// The file; empty without elements.
+    /// The file's bytes; empty where no element was added.
     const QByteArray& data() const { return m_file; }
 
   private:

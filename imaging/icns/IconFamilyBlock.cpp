@@ -40,11 +40,11 @@ Result<QByteArray> unpacked(const IcnsElementType& type, QByteArrayView packed) 
     return samples;
 }
 
-/// The block with that element.
+/// The block after `data` took the place of the element of `type`, or were appended as a new element.
 Result<QByteArray> changed(const QByteArray& before, const IcnsReader& reader, FourCharCode type,
                            QByteArrayView data) {
     const IcnsElement* replaced = reader.element(type);
-    // What lies before and after the element's place.
+    // The place of the element: [from, to).
     const qsizetype end = reader.length();
     const qsizetype from =
         replaced != nullptr ? replaced->data.data() - before.constData() - icnsHeaderSize : end;
@@ -81,8 +81,8 @@ Result<QByteArray> dataOf(const QByteArray& block, FourCharCode type) {
     const QByteArray plain = element->data.toByteArray();
     if (known == nullptr || known->content != IcnsContent::Colors)
         return plain;
-    // As the reader has it: what is just as long as plain samples is plain, all else packed. What is longer,
-    // and nothing packed, is plain too, with something behind it.
+    // Like the reader, this takes data of exactly the length of plain samples as plain, and all others as
+    // packed. Longer data that can't be unpacked are plain samples too, with more bytes after them.
     const qsizetype exact = qsizetype{4} * known->pixelSize * known->pixelSize;
     if (plain.size() == exact)
         return plain;
