@@ -23,7 +23,7 @@ BitmapLayout layoutOf(const QImage& raster) {
     return layout;
 }
 
-/// `layout` with what it leaves open. Malformed where it is none.
+/// `layout` with values in place of its zeros. Malformed where no bitmap can have this shape.
 Result<BitmapLayout> completed(BitmapLayout layout) {
     const Error malformed{ErrorCode::Malformed, QStringLiteral("no bitmap has this shape")};
     const bool hasSamples = layout.samplesPerPixel >= 1 && layout.samplesPerPixel <= 4;
@@ -45,7 +45,7 @@ Result<BitmapLayout> completed(BitmapLayout layout) {
     constexpr qsizetype longestRow = qsizetype{1} << 31;
     if (layout.bytesPerRow < needed || layout.bytesPerRow > longestRow)
         return malformed;
-    // Samples of less than a byte lie within one.
+    // A sample of less than a byte may not lie in two bytes.
     const bool straddles =
         layout.bitsPerSample < bitsPerByte && layout.bitsPerPixel % layout.bitsPerSample != 0;
     // More than any memory holds.
@@ -78,7 +78,7 @@ Result<std::unique_ptr<BitmapImageRep>> BitmapImageRep::initWithBitmapData(const
     return unlessMemoryIsShort([&] {
         QByteArray stored =
             samples.isEmpty() ? QByteArray(count, '\0') : QByteArray(samples.constData(), count);
-        // The constructor is protected.
+        // Not std::make_unique: the constructor is protected.
         return std::unique_ptr<BitmapImageRep>(new BitmapImageRep(*whole, std::move(stored)));
     });
 }
@@ -89,7 +89,7 @@ QByteArrayView BitmapImageRep::bitmapData() const {
     return m_samples;
 }
 
-/// A sample of a pixel, in the order in which they stand, as 8 bits.
+/// A sample of a pixel as 8 bits. `index` counts the samples in the order in which they are stored.
 int BitmapImageRep::sample(int x, int y, int index) const {
     const auto* bytes = reinterpret_cast<const uchar*>(bitmapData().data());
     const qsizetype plane = m_layout.isPlanar ? index * m_layout.bytesPerRow * m_layout.pixelsHigh : 0;

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-/// The shape of a bitmap's samples. Rows stand from the top.
+/// The shape of a bitmap's samples. The top row comes first.
 struct BitmapLayout {
     int pixelsWide = 0;
     int pixelsHigh = 0;
@@ -18,29 +18,29 @@ struct BitmapLayout {
     bool isAlphaFirst = false;
     bool isPremultiplied = true;
     qsizetype bytesPerRow = 0; ///< 0: as many as the pixels need
-    int bitsPerPixel = 0;      ///< 0: as many as the samples need; of one sample in a planar bitmap
+    int bitsPerPixel = 0;      ///< 0: as many as the samples need; in a planar bitmap for one sample
 
     /// The bytes of all rows and planes.
     qsizetype byteCount() const;
 };
 
-/// A bitmap: samples of any shape. Those that pictures are drawn from are RGBA, 8 bits per sample,
-/// premultiplied, sRGB.
+/// A bitmap: samples of any shape. Pictures are drawn from bitmaps of RGBA, 8 bits per sample, premultiplied,
+/// sRGB.
 class BitmapImageRep : public ImageRep {
   public:
     /// Holds `raster`, which is RGBA8888_Premultiplied.
     explicit BitmapImageRep(QImage raster);
 
-    /// A bitmap of that shape with a copy of `samples`, which are taken as they are; all zero without them.
-    /// Malformed where the shape is none (a size that is not positive, rows too short for their pixels) and
-    /// where there are fewer bytes than it needs; OutOfMemory.
+    /// A bitmap of the shape `layout` with an unchanged copy of `samples`, or with zeros where `samples` is
+    /// empty. Malformed where the shape is impossible (a size that is not positive, rows too short for their
+    /// pixels) or needs more bytes than there are; OutOfMemory.
     static Result<std::unique_ptr<BitmapImageRep>> initWithBitmapData(const BitmapLayout& layout,
                                                                       const QByteArray& samples = {});
 
     QSize pixelSize() const override { return {m_layout.pixelsWide, m_layout.pixelsHigh}; }
     Result<QImage> rendered(AxisMapping x, AxisMapping y) const override;
 
-    /// RGBA8888_Premultiplied. OutOfMemory is the only error.
+    /// The bitmap as RGBA8888_Premultiplied. OutOfMemory is the only error.
     Result<QImage> raster() const;
 
     const BitmapLayout& layout() const { return m_layout; }
@@ -55,7 +55,7 @@ class BitmapImageRep : public ImageRep {
     /// The samples as they are stored.
     QByteArrayView bitmapData() const;
 
-    /// The bitmap as drawing has it. OutOfMemory is the only error.
+    /// The bitmap in the form that drawing uses. OutOfMemory is the only error.
     virtual Result<RasterImage> CGImage() const;
 
   protected:
@@ -66,6 +66,6 @@ class BitmapImageRep : public ImageRep {
     RasterImage packedImage() const;
 
     BitmapLayout m_layout;
-    QByteArray m_samples; ///< of a bitmap that is not `m_raster`
+    QByteArray m_samples; ///< empty where `m_raster` holds the bitmap
     QImage m_raster;
 };

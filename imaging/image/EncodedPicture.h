@@ -12,8 +12,8 @@ inline Error sideTooLong(int longest) {
             QStringLiteral("this format holds no more than %1 pixels in a row or column").arg(longest)};
 }
 
-/// What `encode` makes of `raster`. EmptySize where there are no pixels, OutOfMemory where memory is short in
-/// `encode`.
+/// Calls `encode` and returns its file. EmptySize where `raster` has no pixels, OutOfMemory where memory is
+/// short in `encode`.
 template <typename Encode>
 Result<QByteArray> encodedPicture(const QImage& raster, Encode encode) {
     if (raster.isNull())

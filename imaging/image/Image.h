@@ -24,11 +24,11 @@ class Image {
     const std::vector<std::shared_ptr<const ImageRep>>& representations() const { return m_representations; }
     void addRepresentation(std::shared_ptr<const ImageRep> representation);
 
-    /// The representation to draw `pixels` from: a drawing if there is one, else the bitmap that
-    /// ReducedCopies::bestOf tells. Null where none is enough.
+    /// The representation from which a render of `pixels` is drawn: a drawing if there is one, else the
+    /// bitmap that ReducedCopies::bestOf chooses. Null where that finds no bitmap.
     const ImageRep* bestRepresentation(const QSizeF& pixels) const;
 
-    /// The largest bitmap, as it is; a null one where there are only drawings. OutOfMemory is the only error.
+    /// The largest bitmap; null where there is no bitmap. OutOfMemory is the only error.
     Result<QImage> largestRaster() const;
 
   private:

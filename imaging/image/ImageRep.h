@@ -12,12 +12,12 @@ class ImageRep {
   public:
     virtual ~ImageRep() = default;
 
-    /// The pixels that it holds; empty for a drawing, which has as many as are asked for.
+    /// The size in pixels; empty for a drawing, which has no size of its own.
     virtual QSize pixelSize() const = 0;
 
     /// The whole picture on a new raster of x.targetLength × y.targetLength pixels, stretched as the two
-    /// mappings say (their source lengths are set here). RGBA8888_Premultiplied. OutOfMemory, or why it can't
-    /// be drawn.
+    /// mappings say (their source lengths are set here). RGBA8888_Premultiplied. Fails with OutOfMemory, or
+    /// with the reason why it can't be drawn.
     virtual Result<QImage> rendered(AxisMapping x, AxisMapping y) const = 0;
 
   protected:

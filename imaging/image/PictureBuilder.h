@@ -8,36 +8,37 @@
 #include <optional>
 #include <utility>
 
-/// What decoders that work row by row have in common: they learn of a profile, an orientation and a size,
-/// then hand over rows of samples, and a finished picture comes out. Keeps all that must outlive a decoder's
-/// jump out of an error.
+/// Builds a picture for decoders that work row by row. A decoder sets the profile and the orientation, begins
+/// with the size, adds the rows, and finishes. The builder holds the objects that are still needed after a
+/// decoder's longjmp out of an error.
 class PictureBuilder {
   public:
-    /// A picture that stands upright becomes the largest reduced copy that one of the renders draws from.
+    /// A picture that need not be turned becomes a reduced copy: the largest that one of the renders draws
+    /// from.
     explicit PictureBuilder(ReducedCopies::Renders renders) : m_renders(std::move(renders)) {}
 
     void setProfile(const EmbeddedProfile& embedded);
     const ColorProfile& profile() const { return m_profile; }
 
-    /// The EXIF orientation that the picture will be turned upright from.
+    /// The EXIF orientation, from which the picture is turned upright at the end.
     void setOrientation(int orientation) { m_orientation = orientation; }
 
-    /// Takes the memory for a picture whose rows come as `layout`. Errors as those of
-    /// PictureReader::checkSize, and OutOfMemory.
+    /// Takes the memory for a picture whose rows have `layout`. Errors as those of PictureReader::checkSize,
+    /// and OutOfMemory.
     Result<Done> begin(qint64 width, qint64 height, const SampleLayout& layout);
 
-    /// Whether a pixel of the layout has the four bytes of the raster's, so that the decoder may put its
-    /// samples where they are converted in place.
+    /// Whether a pixel of the layout has four bytes, like a pixel of the raster. Then the decoder may write
+    /// its samples to `nextRow`, and they are converted in place.
     bool isInPlace() const { return m_layout.bytesPerPixel() == 4; }
 
-    /// That place for the next row, from the top.
+    /// The place for the next row. Rows come from the top.
     std::uint8_t* nextRow();
 
     /// Converts the samples of the next row. `samples` may be what `nextRow` gave.
     void addRow(const std::uint8_t* samples);
 
-    /// Whether rows were reduced before it came out that the picture does not stand upright: then it must be
-    /// read once more, as a whole.
+    /// Whether rows were reduced before an orientation was set that turns the picture. Then read it again
+    /// without renders, since only the whole picture can be turned.
     bool wasReducedTooEarly() const { return m_stream && !PictureReader::isUpright(m_orientation); }
 
     /// The picture, turned upright, with its warnings. OutOfMemory is the only error.

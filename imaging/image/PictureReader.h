@@ -9,8 +9,8 @@
 /// A decoded picture: upright, RGBA8888_Premultiplied, sRGB.
 struct DecodedPicture {
     QImage raster;
-    QStringList warnings; ///< sentences for people, of what could not be honoured
-    QSize wholeSize = {}; ///< of the picture, where the raster is a reduced copy of it; else empty
+    QStringList warnings; ///< sentences for people, about what could not be used
+    QSize wholeSize = {}; ///< the picture's size where the raster is a reduced copy; else empty
 };
 
 /// What the readers of all formats share.
@@ -22,8 +22,8 @@ inline constexpr qint64 maximumPixels = 16384LL * 16384LL;
 /// The longest side that a picture may have.
 inline constexpr qint64 maximumSide = 1000000;
 
-/// Whether a picture may have that many pixels: Damaged for none, TooLarge. To be asked before any memory for
-/// pixels is taken.
+/// Checks a picture's size in pixels: Damaged where it has no pixels, TooLarge beyond the limits. Call it
+/// before any memory for pixels is taken.
 Result<Done> checkSize(qint64 width, qint64 height);
 
 /// The error for a picture of that many pixels.
@@ -40,8 +40,8 @@ bool isUpright(int orientation);
 /// any value outside 1 to 8. OutOfMemory is the only error.
 Result<QImage> upright(QImage raster, int orientation);
 
-/// The orientation that an EXIF block asks for, 1 where it holds none. `exif` starts at its TIFF header; the
-/// six bytes "Exif\0\0" may stand before it. Source: CIPA DC-008, TIFF 6.0.
+/// The orientation that an EXIF block states, or 1 where it states no orientation. `exif` starts at its TIFF
+/// header; the six bytes "Exif\0\0" may stand before it. Source: CIPA DC-008, TIFF 6.0.
 int exifOrientation(const QByteArray& exif);
 
 /// The warning for a colour profile that can't be used.

@@ -14,9 +14,9 @@ enum class AlphaInfo {
     NoneSkipFirst = 6,
 };
 
-/// A bitmap as drawing has it: packed rows from the top; pixels of 32 bits are words of little-endian order,
-/// so that R, G, B, A stand as A, B, G, R in memory and A, R, G, B as B, G, R, A. All others stand as they
-/// are.
+/// A bitmap in the form that drawing uses. Rows come from the top, without padding. Pixels of 32 bits are
+/// little-endian words: R, G, B, A are stored as A, B, G, R, and A, R, G, B as B, G, R, A. All other pixels
+/// are stored unchanged.
 struct RasterImage {
     int width = 0;
     int height = 0;

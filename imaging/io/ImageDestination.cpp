@@ -18,7 +18,7 @@ namespace {
 /// A type that holds one picture.
 struct Encoder {
     const char* type;
-    int longestSide; ///< that the format can hold
+    int longestSide; ///< in pixels, that the format can hold
     Result<QByteArray> (*encode)(const QImage& image, const ImageProperties& properties);
 };
 

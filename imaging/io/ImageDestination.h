@@ -8,7 +8,7 @@
 
 #include <optional>
 
-/// What an encoder is told of one picture. A format that has no use for a property passes it over.
+/// What an encoder is told about one picture. A format ignores the properties that it has no use for.
 struct ImageProperties {
     std::optional<float> lossyCompressionQuality = {}; ///< from 0 to 1; without one it is 1
     std::optional<qint32> tiffCompression = {};        ///< the value of TIFF's own tag 259; 5 is LZW
@@ -17,11 +17,11 @@ struct ImageProperties {
     bool operator==(const ImageProperties&) const = default;
 };
 
-/// Writes one or more pictures to one file of a type that is named by its identifier. The file's name has no
-/// say.
+/// Writes one or more pictures to one file. An identifier names the file's type; the file's name does not
+/// matter.
 class ImageDestination {
   public:
-    // The types.
+    // The identifiers of the types.
     static constexpr char icnsType[] = "com.apple.icns";
     static constexpr char jpegType[] = "public.jpeg";
     static constexpr char tiffType[] = "public.tiff";
@@ -30,23 +30,24 @@ class ImageDestination {
     static constexpr char pngType[] = "public.png";
     static constexpr char jpeg2000Type[] = "public.jpeg-2000";
 
-    /// A destination for `count` pictures at `path`. NotAPath where the path is none, Unsupported where the
-    /// type is not written here or can't hold so many (all but icns hold one). Nothing is written before
-    /// `finalize`.
+    /// A destination for `count` pictures at `path`. NotAPath where the path is empty or contains a null
+    /// character, Unsupported where the type is not written here or can't hold `count` pictures (all types
+    /// but icns hold one). Nothing is written before `finalize`.
     static Result<ImageDestination> create(const QString& path, const QString& type, int count);
 
-    /// Adds a picture of any format. In an icon container a size without an element is left out. EmptySize
-    /// where the picture has no pixels, TooLarge where one is longer than the format can tell, OutOfMemory.
+    /// Adds a picture of any pixel format. An icns file leaves out pictures of sizes that have no element.
+    /// EmptySize where the picture has no pixels, TooLarge where a side is too long for the format,
+    /// OutOfMemory.
     Result<Done> addImage(const QImage& picture, const ImageProperties& properties = {});
 
-    /// Writes the file, whole or not at all. Malformed where not all pictures were added or none could be
-    /// kept; the error of `addImage` where one failed; else as AtomicFile.
+    /// Writes the file, whole or not at all. Fails with the first error of `addImage`; with Malformed where
+    /// not `count` pictures were added or all of them were left out; else as AtomicFile.
     Result<Done> finalize(AtomicFile::Durability durability = AtomicFile::Durability::Cached);
 
     /// The file's size after `finalize`.
     qint64 bytesWritten() const { return m_bytesWritten; }
 
-    /// The largest picture that was kept.
+    /// The size in pixels of the largest picture that was kept.
     const QSize& largestSize() const { return m_largestSize; }
 
   private:
@@ -59,8 +60,8 @@ class ImageDestination {
     QString m_type;
     int m_missing;
     IcnsWriter m_icns;
-    QByteArray m_file;              ///< of the types that hold one picture
-    std::optional<Error> m_failure; ///< the first of `addImage`
+    QByteArray m_file;              ///< before `finalize` only of types that hold one picture
+    std::optional<Error> m_failure; ///< the first error of `addImage`
     QSize m_largestSize;
     qint64 m_bytesWritten = 0;
 };

@@ -24,7 +24,8 @@ Error unknownFormat() {
     return {ErrorCode::UnknownFormat, QStringLiteral("not a picture (of %1)").arg(PictureFormats::names())};
 }
 
-/// The largest picture without compression, 16 bits a sample, with room for what stands around its pixels.
+/// The most bytes of a file: the largest picture without compression, 16 bits a sample, and room for all that
+/// stands around its pixels.
 constexpr qint64 maximumFile = 8 * PictureReader::maximumPixels + (64 << 20);
 
 /// The format of a file that begins with `start`.
@@ -42,7 +43,7 @@ Result<Done> checkStart(const QByteArray& start) {
     return format ? Result<Done>(Done{}) : format.error();
 }
 
-/// `raster`'s reduced copy of that size, which may be its own.
+/// The reduced copy of `raster` that has `size`, which may be the raster's own size.
 Result<QImage> reduced(QImage raster, const QSize& size) {
     const StageTimes::Timer timer(Stage::Reduce);
     while (raster.size() != size) {
@@ -54,8 +55,8 @@ Result<QImage> reduced(QImage raster, const QSize& size) {
     return raster;
 }
 
-/// Adds reduced copies of `raster`, each side half as long as in the one before. None is made in the size of
-/// a representation that is there already.
+/// Adds reduced copies of `raster`. Each copy's sides are half as long as those of the copy before. A size
+/// that already has a representation is left out.
 Result<Done> addReducedCopies(Image& image, QImage raster) {
     const StageTimes::Timer timer(Stage::Reduce);
     const auto has = [&](const QSize& size) {
@@ -75,8 +76,8 @@ Result<Done> addReducedCopies(Image& image, QImage raster) {
     return Done{};
 }
 
-/// Every picture of an icns file, so that each size is drawn from what was made for it. The largest must be
-/// whole.
+/// Loads every picture of an icns file, so that each size is drawn from the picture made for it. Fails where
+/// the largest picture is damaged; smaller damaged ones are left out with a warning.
 Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
     const Result<IcnsReader> reader = IcnsReader::open(bytes);
     if (!reader)
@@ -113,7 +114,7 @@ Result<LoadedPicture> loadSvg(const QByteArray& bytes) {
     return picture;
 }
 
-/// The one picture of a file.
+/// Loads a file of a format with one bitmap.
 Result<LoadedPicture> loadBitmap(const PictureFormatRow& format, const QByteArray& bytes,
                                  const ReducedCopies::Renders& renders) {
     Result<DecodedPicture> decoded = format.decode(bytes, renders);

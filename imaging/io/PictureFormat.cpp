@@ -58,7 +58,7 @@ bool isLikelySvg(const QByteArray& bytes) {
     return view.trimmed().startsWith(u'<') && (isUtf16 || view.contains(QLatin1String("svg")));
 }
 
-/// Formats are tried in this order. SVG is the last: it alone is told by a guess.
+/// Formats are tried in this order. SVG is last, since it is the only format that is guessed.
 constexpr PictureFormatRow rows[] = {
     {.format = PictureFormat::Png, .name = "PNG", .starts = {PngHeader::signature}, .readReduced = readPng},
     {.format = PictureFormat::Jpeg, .name = "JPEG", .starts = {"\xff\xd8\xff"}, .readReduced = readJpeg},
@@ -71,7 +71,7 @@ constexpr PictureFormatRow rows[] = {
     {.format = PictureFormat::Bmp, .name = "BMP", .starts = {"BM"}, .read = readBmp},
     {.format = PictureFormat::WebP, .name = "WebP", .starts = {"RIFF????WEBP"}, .read = readWebP},
     {.format = PictureFormat::Icns, .name = "icns", .starts = {"icns"}, .read = readIcns},
-    // gzip's start stands for a compressed document.
+    // A compressed document begins like a gzip file.
     {.format = PictureFormat::Svg,
      .name = "SVG",
      .starts = {"\x1f\x8b"},

@@ -11,20 +11,20 @@
 /// A format of pictures that are read.
 enum class PictureFormat { Png, Jpeg, Tiff, Gif, Bmp, WebP, Icns, Svg };
 
-/// How a format is told and read: a row of the table in PictureFormat.cpp.
+/// How a format is recognised and read: a row of the table in PictureFormat.cpp.
 struct PictureFormatRow {
-    /// In a start: any byte.
+    /// Stands for any byte in `starts`.
     static constexpr char anyByte = '?';
 
     PictureFormat format;
     const char* name; ///< for people
-    /// A file of the format begins as one of these.
+    /// A file of the format begins with one of these.
     std::array<QByteArrayView, 4> starts = {};
-    /// Tells the format from more than its start; null where the starts are enough.
+    /// Recognises the format by more than its first bytes; null where `starts` are enough.
     bool (*isLikely)(const QByteArray& bytes) = nullptr;
-    /// Reads the first picture. Of the two readers a format has one.
+    /// Reads the first picture. A format has either this reader or `readReduced`.
     Result<DecodedPicture> (*read)(const QByteArray& bytes) = nullptr;
-    /// The same; it may hand over the largest reduced copy that one of the renders draws from.
+    /// The same, but may return a reduced copy: the largest that one of the renders draws from.
     Result<DecodedPicture> (*readReduced)(const QByteArray& bytes,
                                           const ReducedCopies::Renders& renders) = nullptr;
 
@@ -35,10 +35,10 @@ struct PictureFormatRow {
 
 namespace PictureFormats {
 
-/// The row of the format that `bytes`, or what they are the start of, are of; null where none is known.
+/// The row of the format of a file that begins with `bytes`; null where the format is not known.
 const PictureFormatRow* find(const QByteArray& bytes);
 
-/// The names of all, as the end of a sentence: "PNG, JPEG … or SVG".
+/// The names of all formats, for the end of a sentence: "PNG, JPEG … or SVG".
 QString names();
 
 } // namespace PictureFormats

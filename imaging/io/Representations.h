@@ -11,7 +11,7 @@
 
 /// Images and bitmaps as the bytes of files, and back.
 
-/// The largest bitmap of `image` as an uncompressed TIFF file. EmptySize where it has none, OutOfMemory.
+/// The largest bitmap of `image` as an uncompressed TIFF file. EmptySize where it has no bitmap, OutOfMemory.
 Result<QByteArray> TIFFRepresentation(const Image& image);
 
 /// The first picture in `data`, of any format that ImageSource reads. Fails as ImageSource does.

@@ -1,4 +1,4 @@
-// Compiled once for each instruction set, to learn which features of the processor its code takes.
+// Compiled once for each instruction set, to learn which features of the processor its code needs.
 #include "imaging/simd/VectorDispatch.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@
 
 namespace vectordispatch::HWY_NAMESPACE {
 
-// The same words that Highway gives the compiler.
+// The same feature names that Highway gives the compiler.
 #ifdef HWY_TARGET_STR
 [[maybe_unused]] constexpr VectorDispatch::InstructionSet instructionSet{HWY_TARGET, HWY_TARGET_STR};
 #else
@@ -31,7 +31,7 @@ struct Feature {
     bool isThere;
 };
 
-// The compiler's question takes nothing but a literal.
+// __builtin_cpu_supports takes only literals.
 #define FEATURE(name)                                                                                        \
     Feature {                                                                                                \
         name, __builtin_cpu_supports(name) != 0                                                              \
