@@ -1,6 +1,6 @@
 // Measures how long each stage of the engine takes, and how many bytes of pixels it does in a second. Sizes
-// are width × height. Sizes that are not powers of two show what the last pixels cost that do not fill a
-// vector.
+// are width × height. Sizes that are not powers of two show the cost of a row's last pixels, which do not
+// fill a vector.
 #include "bench/SourcePicture.h"
 #include "imaging/deflate/Deflate.h"
 #include "imaging/drawing/GraphicsContext.h"

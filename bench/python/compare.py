@@ -48,7 +48,7 @@ def table(head, rows):
 
 
 def stage_times(path, folder, runs):
-    """{stage: seconds} as tobrimax-cli tells them (--timings); empty where this build does not tell them."""
+    """{stage: seconds} from tobrimax-cli's option --timings; empty where this build does not report them."""
     command = [tools.CLI, "generate", path, "--out", folder, "--json", "--timings"]
     figures = []
     for _ in range(runs):
@@ -148,7 +148,7 @@ def limit_sentence(results, stages):
 
 
 def reduced(tool, path, target):
-    """`path`, a picture of quality.SIDE, reduced to `target` by a tool in the way in which it makes icons."""
+    """`path`, a picture of quality.SIDE, reduced to `target` by a tool. The tool reduces it as it does for icons."""
     folder = measured.fresh(tools.WORK / "quality")
     if tool is tools.TAURI:
         command, name = [*tool.command(path, folder), "--png", str(target)], f"{target}x{target}.png"

@@ -24,7 +24,7 @@ Point = collections.namedtuple("Point", "x pixels wall peak")
 
 
 def side(i):
-    """The side of the i-th icon of a made-up catalogue: from 32 to 224 pixels, evenly spread, in no order."""
+    """The side of the i-th icon of a made-up catalogue: from 32 to 224 pixels, spread evenly, not in order."""
     return 32 + 37 * i % 193
 
 
@@ -37,8 +37,8 @@ def made_up_catalogue(count):
 
 
 def points(runs, cases):
-    """A point for each of `cases`, [(x, pixels, words, files)]: `words` are the command's, and it writes so many files.
-    The cases take turns."""
+    """A point for each of `cases`, [(x, pixels, words, files)]: `words` are the command's, `files` is how many files it
+    writes. The cases take turns."""
     figures = {case[0]: [] for case in cases}
     for turn in range(runs):
         for x, _, words, files in cases:

@@ -65,8 +65,8 @@ def _band_limited(samples, target):
 
 
 def _difference(result, wanted, counts):
-    """The root mean square of the difference, over the pixels for whose distance from the middle `counts` is true. The
-    distance is the larger one of the two axes; the border has distance 1."""
+    """The root mean square of the difference. A pixel counts where `counts` is true for its distance from the middle.
+    The distance is the larger one of the two axes; the border has distance 1."""
     levels = result.convert("RGB").getchannel("G").getdata()
     places = [abs(2 * (i + 0.5) / result.width - 1) for i in range(result.width)]
     distances = [max(x, y) for y in places for x in places]

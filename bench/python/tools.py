@@ -128,7 +128,7 @@ TAURI = Tauri("tauri icon")
 
 
 def all_for(side):
-    """The tools that are run on a source of that side. No icon is larger than 1024 pixels, so for a source of 1024 the
+    """The tools that are run on a source with `side`. No icon is larger than 1024 pixels, so for a source of 1024 the
     first reduction of (b) would change nothing."""
     clever = [SHARP_ONCE] if side <= 1024 else [SHARP_ONCE, SHARP_FIRST, SHARP_BOTH]
     return [OURS, SHARP, *clever, SHARP_EACH, SHARP_THREADS, IMAGEMAGICK, TAURI]

@@ -77,7 +77,7 @@ STORED_FOR = {
 
 
 def stored(image, orientation):
-    """`image` as a file stores it whose orientation turns it upright."""
+    """`image` as a file with `orientation` stores it. The orientation turns it upright again."""
     method = STORED_FOR[orientation]
     return image if method is None else image.transpose(method)
 
@@ -90,7 +90,7 @@ def exif(orientation, order="<"):
 # ICC profiles.
 
 def icc(device_class, space, connection, tags, version=0x02400000):
-    """A profile with those tags."""
+    """A profile with `tags`."""
     table = struct.pack(">I", len(tags))
     at = 128 + 4 + 12 * len(tags)
     contents = b""
@@ -157,7 +157,7 @@ def grey_ink_cmyk():
 
 def srgb():
     profile = ImageCms.ImageCmsProfile(ImageCms.createProfile("sRGB")).tobytes()
-    # The same time of creation in each run.
+    # A fixed time of creation, so that each run makes the same file.
     return profile[:24] + struct.pack(">6H", 2020, 1, 1, 0, 0, 0) + profile[36:]
 
 
@@ -409,7 +409,7 @@ def make_tiffs():
     save("rgb-lzw.tif", out.getvalue())
 
 
-# GIF, written without a library. All codes have the same length: a clear code comes before they would grow.
+# GIF, written without a library. All codes have the same length: a clear code comes before the codes would grow.
 
 def lzw(indices, bits):
     codes = []
@@ -545,7 +545,7 @@ def make_large():
 # icns.
 
 def icns_picture(side):
-    """Sixteen blocks with alpha: 51 times 1 to 5."""
+    """Sixteen blocks. Their alpha is 51 times 1 to 5."""
     image = Image.new("RGBA", (side, side))
     step = side // 4
     for row in range(4):

@@ -16,7 +16,7 @@ from PIL import Image, ImageDraw
 
 PROGRAM = README = ""
 PICTURES = 20
-FILES = 54  # of a set
+FILES = 54  # in a set
 
 
 def recipe(first_words):

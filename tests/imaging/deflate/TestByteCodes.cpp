@@ -23,7 +23,7 @@ Codes assigned(double ratio) {
     return codes;
 }
 
-/// The bytes that `write` leaves, behind three bits that were there before.
+/// The written bytes: three bits, then the bits that `write` writes.
 template <typename Write>
 std::vector<std::uint8_t> written(std::size_t size, const Write& write) {
     std::vector<std::uint8_t> out(2 * size + 16);
@@ -74,7 +74,7 @@ TEST(ByteCodes, of_the_longest_codes_nothing_is_lost) {
     const ByteCodes byteCodes(codes);
     const auto out = written(bytes.size(),
                              [&](BitWriter& writer) { byteCodes.write(writer, bytes.data(), bytes.size()); });
-    // 256 codes of 14 bits behind three others.
+    // 256 codes of 14 bits after three other bits.
     ASSERT_EQ(out.size(), 449U);
     std::size_t bit = 3;
     for (const Code& code : codes) {

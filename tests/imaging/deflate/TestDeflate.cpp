@@ -30,7 +30,7 @@ Bytes repetitive(std::size_t size) {
     return bytes;
 }
 
-/// By zlib itself; `stream` must be one whole stream with a right checksum.
+/// Decompresses with zlib, which accepts only one whole stream with a right checksum.
 Bytes inflated(const QByteArray& stream, std::size_t size) {
     QByteArray sized(4, 0);
     qToBigEndian(static_cast<quint32>(size), sized.data());
@@ -93,9 +93,9 @@ TEST(Deflate, the_same_bytes_give_the_same_stream) {
 }
 
 TEST(Deflate, the_stream_does_not_depend_on_where_the_memory_is) {
-    // The first bytes, those from the second on and those from the third on again, with little else that
-    // repeats: what a compressor's table says of these places shows. Of few values, or else they would be
-    // stored as they are.
+    // The bytes from the first, the second and the third place on are repeated later, and little else is. So
+    // the result shows what a compressor's table holds for these places. There are only 16 values, or else
+    // the bytes would be stored.
     Bytes bytes = noise(400);
     for (std::uint8_t& byte : bytes)
         byte %= 16;
@@ -104,7 +104,7 @@ TEST(Deflate, the_stream_does_not_depend_on_where_the_memory_is) {
     std::copy_n(bytes.begin() + 2, 6, bytes.begin() + 300);
     for (const Deflate::Method method : methods) {
         std::set<QByteArray> streams;
-        // Each of these moves what is allocated behind it.
+        // Each kept block moves the memory that is allocated after it.
         std::vector<std::unique_ptr<char[]>> kept;
         for (int i = 0; i < 8192; ++i) {
             kept.push_back(std::make_unique_for_overwrite<char[]>(std::size_t{64} << 10));

@@ -17,8 +17,8 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// The stream of `bytes` that come in parts of that size. Nothing is written behind the room that is asked
-/// for.
+/// The stream of `bytes`, which come in parts of `part` bytes. Expects that nothing is written beyond the
+/// room that `bound` asks for.
 Bytes written(const Bytes& bytes, std::size_t part = 50000) {
     constexpr std::uint8_t guard = 0xee;
     Bytes stream;
@@ -42,7 +42,7 @@ Bytes written(const Bytes& bytes, std::size_t part = 50000) {
     return stream;
 }
 
-/// By another program's reading, which must use up the whole stream.
+/// Expects that libdeflate reads these bytes back, and uses the whole stream.
 void expectReadsBack(const Bytes& bytes, const Bytes& stream) {
     const std::unique_ptr<libdeflate_decompressor, void (*)(libdeflate_decompressor*)> decompressor(
         libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
@@ -57,7 +57,7 @@ void expectReadsBack(const Bytes& bytes, const Bytes& stream) {
     EXPECT_TRUE(back == bytes);
 }
 
-/// Bytes of which the n-th is as likely as the ratio's n-th power.
+/// Random bytes. The value n is as likely as the n-th power of `ratio`.
 Bytes skewed(std::size_t size, double ratio) {
     std::mt19937 random(5);
     Bytes bytes(size);
@@ -131,7 +131,7 @@ TEST(RunCoder, parts_make_no_difference) {
 }
 
 TEST(RunCoder, runs_of_bytes_and_pixels_take_next_to_nothing) {
-    // Bytes that repeat each 1, 2, 3, 4, 6, 8 or 12 are runs; each 7 they are not.
+    // Bytes that repeat after 1, 2, 3, 4, 6, 8 or 12 bytes are runs. Bytes that repeat after 7 are not.
     std::mt19937 random(4);
     for (const std::size_t period : {1UL, 2UL, 3UL, 4UL, 6UL, 8UL, 12UL, 7UL}) {
         Bytes bytes(period);
@@ -212,7 +212,7 @@ TEST(RunCoder, each_block_follows_its_own_bytes) {
 
 namespace {
 
-/// Whether the codes are such that none begins as another one, and no bit is wasted.
+/// Whether no code is the beginning of another code, and no bit is wasted.
 bool isComplete(std::span<const PrefixCode::Code> codes) {
     std::uint64_t used = 0;
     for (const PrefixCode::Code& code : codes)
@@ -224,7 +224,7 @@ bool isComplete(std::span<const PrefixCode::Code> codes) {
 
 TEST(PrefixCode, codes_are_complete_and_none_is_longer_than_allowed) {
     for (const unsigned longest : {7U, 9U, 14U, 15U}) {
-        // From all alike to counts that would ask for very long codes.
+        // From equal counts to counts that would need very long codes.
         for (const double growth : {1.0, 1.1, 1.7, 3.0}) {
             std::vector<std::uint32_t> counts;
             double count = 1;
@@ -236,7 +236,7 @@ TEST(PrefixCode, codes_are_complete_and_none_is_longer_than_allowed) {
             for (std::size_t i = 0; i < codes.size(); ++i) {
                 EXPECT_GE(codes[i].length, 1);
                 EXPECT_LE(codes[i].length, longest);
-                // What occurs more often has no longer code.
+                // A symbol that occurs more often has no longer code.
                 EXPECT_TRUE(i == 0 || counts[i] == counts[i - 1] || codes[i].length <= codes[i - 1].length);
             }
         }
@@ -251,7 +251,7 @@ TEST(PrefixCode, lengths_are_those_of_the_least_sum) {
     std::vector<int> lengths(counts.size());
     std::ranges::transform(codes, lengths.begin(), &PrefixCode::Code::length);
     EXPECT_EQ(lengths, (std::vector<int>{1, 0, 3, 2, 3}));
-    // In the order of the symbols, the first bit lowest: 0, 110, 10, 111.
+    // In the order of the symbols: 0, 110, 10, 111. The first bit is the lowest.
     EXPECT_EQ(codes[0].bits, 0b0);
     EXPECT_EQ(codes[3].bits, 0b01);
     EXPECT_EQ(codes[2].bits, 0b011);

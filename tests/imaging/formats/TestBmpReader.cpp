@@ -80,7 +80,7 @@ TEST(ImageSourceBmp, a_picture_from_the_top_cut_off_at_any_byte_is_an_error) {
 }
 
 TEST(ImageSourceBmp, run_lengths_that_break_off_are_an_error) {
-    // Behind the last pixel is the end of the picture.
+    // The last two bytes, after the last pixel, mark the end of the picture.
     expectNeedsEveryByte(fixture("rle-8.bmp"), 2);
 }
 

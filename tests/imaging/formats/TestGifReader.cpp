@@ -36,7 +36,7 @@ void expectPicture(const QByteArray& bytes, const std::function<QColor(int x, in
 
 constexpr qsizetype headerSize = 13;
 constexpr qsizetype colorTableSize = qsizetype{3} * 16;
-/// Where the first frame's descriptor begins: behind the header, the colours and the frame's control block.
+/// Where the first frame's descriptor begins: after the header, the colours and the frame's control block.
 constexpr qsizetype frameStart = headerSize + colorTableSize + 8;
 
 } // namespace
@@ -85,14 +85,14 @@ TEST(ImageSourceGif, a_frame_that_reaches_past_the_canvas_enlarges_it) {
 TEST(ImageSourceGif, a_file_cut_off_within_its_first_frame_is_an_error) {
     for (const char* name : {"plain.gif", "interlaced.gif", "local-colors.gif", "small-frame.gif"}) {
         SCOPED_TRACE(name);
-        // Behind the frame are the end of its blocks and the end of the file.
+        // The last two bytes, after the frame, mark the end of its blocks and the end of the file.
         expectNeedsEveryByte(fixture(name), 2);
     }
 }
 
 TEST(ImageSourceGif, a_colour_that_the_table_does_not_have_is_an_error) {
     QByteArray gif = fixture("plain.gif");
-    gif[10] = static_cast<char>(0xf0); // two colours, the others become what follows
+    gif[10] = static_cast<char>(0xf0); // a table of two colours: the others are removed
     EXPECT_FALSE(ImageSource::decode(gif.remove(headerSize + 6, colorTableSize - 6)));
 }
 

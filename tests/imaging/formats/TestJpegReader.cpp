@@ -18,7 +18,7 @@ using Refusals::expectNeedsEveryByte;
 
 namespace {
 
-// What the fixtures show: blocks of one colour each, which the format keeps but for rounding.
+// The fixtures show blocks of one colour each. The format keeps these colours except for rounding.
 
 constexpr int blockSide = 8;
 
@@ -27,8 +27,8 @@ const std::vector<Pixel> blocks = {{200, 40, 40, 255},  {40, 180, 60, 255},   {5
 const std::vector<Pixel> greys = {{0, 0, 0, 255},       {51, 51, 51, 255},    {102, 102, 102, 255},
                                   {153, 153, 153, 255}, {204, 204, 204, 255}, {255, 255, 255, 255}};
 
-/// That the raster shows those blocks, so many in a row, each to within `tolerance` at its middle and near
-/// its corner, `inset` pixels from its sides.
+/// Expects that the raster shows these blocks, `columns` in a row. Each block is compared at its middle and
+/// near its corner, `inset` pixels from its sides, to within `tolerance`.
 void expectBlocks(const QImage& raster, const std::vector<Pixel>& expected, int columns, int side,
                   int tolerance, int inset = 0) {
     const int rows = static_cast<int>(expected.size()) / columns;
@@ -55,7 +55,7 @@ void expectFile(const char* name, const std::vector<Pixel>& expected, int column
     expectBlocks(picture->image.largestRaster().valueOr({}), expected, columns, side, tolerance, inset);
 }
 
-/// Where the segment with that marker begins, its 0xff byte.
+/// Where the segment with `marker` begins: its 0xff byte.
 qsizetype segment(const QByteArray& jpeg, uchar marker) {
     return jpeg.indexOf(QByteArray("\xff").append(static_cast<char>(marker)));
 }
@@ -70,7 +70,7 @@ TEST(ImageSourceJpeg, colours_are_read_to_within_the_formats_rounding) {
 }
 
 TEST(ImageSourceJpeg, colours_of_half_the_resolution_are_read) {
-    // They blend where blocks meet.
+    // Colours blend where blocks meet.
     expectFile("subsampled.jpg", blocks, 3, 16, 4, 2);
 }
 
@@ -168,7 +168,7 @@ TEST(ImageSourceJpeg, a_profile_with_a_piece_missing_is_warned_of) {
 }
 
 TEST(ImageSourceJpeg, a_profile_for_other_colours_is_warned_of) {
-    // The profile of ink in a picture without any.
+    // A profile for inks in a picture without inks.
     const QByteArray ink = fixture("cmyk-adobe-icc.jpg");
     const qsizetype from = segment(ink, 0xe2);
     ASSERT_GT(from, 0);

@@ -1,4 +1,4 @@
-// TIFF pictures in the layouts that libtiff can write, made here with it.
+// TIFF pictures in the layouts that libtiff can write. libtiff writes them here.
 
 #include "imaging/formats/TiffStream.h"
 #include "imaging/io/ImageSource.h"
@@ -142,7 +142,7 @@ TEST(TiffKinds, a_JPEG_compressed_picture_that_breaks_off_inside_is_an_error) {
     QByteArray file = tiffFile(
         {.photometric = PHOTOMETRIC_YCBCR, .samples = 3, .compression = COMPRESSION_JPEG}, {60, 120, 180});
     ASSERT_TRUE(ImageSource::decode(file));
-    // The end marker right behind the last strip's scan header: the decoder would make its pixels up.
+    // The end marker comes directly after the last strip's scan header: the decoder would make up the pixels.
     const qsizetype scan = file.lastIndexOf("\xff\xda");
     ASSERT_GT(scan, 0);
     const qsizetype samples =

@@ -44,8 +44,7 @@ void expectRow(const char* name, const std::vector<Pixel>& expected, int toleran
     }
 }
 
-/// The file (of the processor's usual byte order, little-endian) with another first value for a tag of one
-/// value.
+/// `tiff`, a little-endian file, with `value` as the value of a tag.
 QByteArray withTag(QByteArray tiff, quint16 tag, quint32 value) {
     const auto directory = qFromLittleEndian<quint32>(tiff.constData() + 4);
     const auto count = qFromLittleEndian<quint16>(tiff.constData() + directory);
@@ -146,7 +145,7 @@ TEST(ImageSourceTiff, pictures_are_turned_upright) {
 }
 
 TEST(ImageSourceTiff, a_file_cut_off_at_any_byte_is_an_error) {
-    // Each has its directory, or something that belongs to it, at its end.
+    // Each file ends with its directory, or with data that belong to the directory.
     for (const char* name :
          {"rgb.tif", "rgba-unassociated.tif", "rgb-tiled.tif", "rgb-planes.tif", "rgb-big-endian.tif"}) {
         SCOPED_TRACE(name);
@@ -155,7 +154,7 @@ TEST(ImageSourceTiff, a_file_cut_off_at_any_byte_is_an_error) {
 }
 
 TEST(ImageSourceTiff, pixels_that_are_cut_off_are_an_error) {
-    // The pixels as they are at the end of a file that begins with its directory.
+    // The pixels are moved behind the directory, to the end of the file.
     for (const char* name : {"rgba-unassociated.tif", "grey-8.tif", "palette-8.tif", "rgb-deflate.tif"}) {
         SCOPED_TRACE(name);
         QByteArray tiff = fixture(name);
@@ -217,7 +216,7 @@ TEST(ImageSourceTiff, a_size_beyond_the_limit_is_refused_at_once) {
             SCOPED_TRACE(side);
             expectError(withTag(withTag(tiff, widthTag, side), heightTag, side), ErrorCode::TooLarge);
         }
-        // The library need not even open what has more bytes than there can be.
+        // libtiff may refuse to open a picture with more bytes than there can be.
         for (const quint32 side : {0x7fffffffU, 0xffffffffU})
             EXPECT_FALSE(ImageSource::decode(withTag(withTag(tiff, widthTag, side), heightTag, side)))
                 << side;

@@ -1,4 +1,4 @@
-// Which TIFF pictures share the bytes of their file, and which may not.
+// Which TIFF pictures share the bytes of their file, and which have to be copied.
 
 #include "imaging/formats/TiffWriter.h"
 #include "imaging/io/ImageSource.h"
@@ -84,7 +84,7 @@ TEST(TiffSharing, a_wrong_length_of_the_only_strip_costs_no_sample) {
     ASSERT_EQ(length, 4U * width * height);
     length -= 4 * width;
     std::memcpy(file.data() + at + entry.size(), &length, sizeof length);
-    // libtiff knows better.
+    // libtiff corrects the length.
     const Result<DecodedPicture> decoded = ImageSource::decode(file);
     ASSERT_TRUE(decoded);
     EXPECT_TRUE(decoded->raster == Pictures::translucentNoise(width, height, 3));

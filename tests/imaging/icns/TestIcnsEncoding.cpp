@@ -36,7 +36,7 @@ QByteArray box(const char* type, const QByteArray& data) {
     return number(static_cast<quint32>(8 + data.size())) + type + data;
 }
 
-/// A file with so much behind it that it is as long as plain samples of 16 × 16 pixels.
+/// `file` with zeros behind it. It is as long as plain samples of 16 × 16 pixels.
 QByteArray asLongAsPlain(const QByteArray& file) {
     return file.leftJustified(1024, '\0');
 }

@@ -26,7 +26,7 @@ using Refusals::expectNeedsEveryByte;
 
 namespace {
 
-/// One sample after the other: the red, green, blue (0 to 2) or alpha (3) of a test picture.
+/// A sample of a test picture: red, green, blue (channels 0 to 2) or alpha (3).
 int sample(int channel, int x, int y) {
     const int values[] = {(37 * x + 5 * y) % 256, (11 * x + 53 * y) % 256, (71 * x + 29 * y) % 256,
                           (8 * x + 15 * y) % 256};
@@ -42,7 +42,7 @@ QByteArray plane(int channel, int side) {
     return bytes;
 }
 
-/// Packed without any run.
+/// `bytes` packed as literals, without runs.
 QByteArray literals(const QByteArray& bytes) {
     QByteArray packed;
     for (qsizetype at = 0; at < bytes.size(); at += 128) {
@@ -169,7 +169,7 @@ TEST(IcnsReader, packed_argb_is_read) {
 }
 
 TEST(IcnsReader, runs_of_every_length_are_unpacked) {
-    // Runs of 3, 4, … as far as they go, then literals.
+    // Runs of 3, 4, … as long as they fit, then literals.
     QByteArray packed;
     QByteArray unpacked;
     constexpr int pixels = 128 * 128;
@@ -234,7 +234,7 @@ TEST(IcnsReader, a_file_of_another_program_is_read_picture_by_picture) {
         const Result<DecodedPicture> picture = reader->picture(*found);
         ASSERT_TRUE(picture);
         const int step = type.side / 4;
-        // The largest has no mask there.
+        // The largest picture of that file has no mask.
         const QImage expected = Pictures::raster(type.side, type.side, [&](int x, int y) {
             const int column = x / step;
             const int row = y / step;
@@ -371,7 +371,7 @@ TEST(IcnsReader, an_icns_file_in_an_icns_file_is_an_error) {
 
 TEST(IcnsReader, a_png_element_beyond_the_limit_is_refused) {
     QByteArray picture = png(16, Qt::red);
-    // The header's check sum is wrong then: what matters is that nothing is taken for pixels before an error.
+    // The header's check sum is wrong now, too. But the size is checked first.
     picture.replace(16, 8, number(0x7fffffff) + number(0x7fffffff));
     EXPECT_FALSE(ImageSource::decode(icns(element("ic10", picture))));
 }

@@ -1,7 +1,7 @@
 """Checks a family that was stored element by element from bitmaps of known bytes: check_store.py FILE
 
-A bitmap of S × S pixels has the bytes (37 i + i ÷ 64 + S) modulo 256, for each i: R, G, B, A, straight. Expected is
-worked out here from the bitmaps alone."""
+A bitmap of S × S pixels has the bytes (37 i + i ÷ 64 + S) modulo 256, for each i: R, G, B, A, straight. The expected
+elements are worked out here from the bitmaps alone."""
 
 import pathlib
 import sys

@@ -1,7 +1,7 @@
-"""Hostile icns files, each with what must become of it.
+"""Hostile icns files, each with its expected results.
 
-cases() yields Case objects. As a program it writes them all into a folder, with one JSON file, expected.json, that
-tells of each file the status of `icns list`, the status of `icns extract`, the number of pictures that are extracted,
+cases() yields Case objects. As a program this writes all files into a folder, and a JSON file, expected.json. For each
+file that states the status of `icns list`, the status of `icns extract`, the number of pictures that are extracted,
 and whether the file is an icns file from its first to its last byte."""
 
 import dataclasses
@@ -18,8 +18,8 @@ class Case:
     name: str
     data: bytes
     list_status: int  # 0 where the container is whole
-    extract_status: int  # 0 where every picture in it is
-    pictures: int  # that are extracted
+    extract_status: int  # 0 where every picture in it is whole
+    pictures: int  # the number that is extracted
     sentence: str = ""  # that the error of `extract` contains
     remark: str = ""  # that `list` prints
 
@@ -34,12 +34,12 @@ def refused(name, data, sentence):
 
 
 def broken(name, data, sentence="", remark="", pictures=0):
-    """A whole container with a picture that is none."""
+    """A whole container with a broken picture."""
     return Case(name, data, 0, 1, pictures, sentence, remark)
 
 
 def odd(name, data, pictures, remark=""):
-    """Odd, and shown all the same."""
+    """An odd file. Its pictures are extracted all the same."""
     return Case(name, data, 0, 0, pictures, "", remark)
 
 
@@ -59,7 +59,7 @@ def containers():
         yield refused(f"total-{total}", icns(element("is32", packed(16, 1, 2, 3)), total=total), LENGTH)
     for total in (len(SMALL) + 1, 0x7fffffff, 0x80000000, 0xffffffff):
         yield refused(f"total-{total:#x}", SMALL[:4] + struct.pack(">I", total) + SMALL[8:], LENGTH)
-    # Shorter than the elements: within a header, within data, and between two elements.
+    # The file's length is too short. It ends within an element's header, within its data, or between two elements.
     for total in (9, 15, 16, 17, 27, 29, 35, 36, 100, 291):
         data = SMALL[:4] + struct.pack(">I", total) + SMALL[8:]
         yield refused(f"total-within-{total}", data, "breaks off" if total in (9, 15, 29, 35) else LENGTH)
@@ -115,7 +115,7 @@ def pictures():
         yield broken(f"{code}-noise", one(bytes(range(1, 100))), "no known picture", "no picture that is known")
         yield broken(f"{code}-png-start", one(b"\x89PNG"), "no known picture", "no picture that is known")
         yield broken(f"{code}-png-signature", one(b"\x89PNG\r\n\x1a\n"), "tells no size", "breaks off")
-        # A chunk before the header that looks like a small one.
+        # A chunk before the header: it looks like the header of a small picture.
         hidden = png_of_size(4096, 4096)
         hidden = hidden[:8] + chunk(b"prVt", struct.pack(">II", 16, 16)) + hidden[8:]
         yield broken(f"{code}-png-hidden-size", one(hidden), "tells no size", "breaks off")
@@ -149,7 +149,7 @@ def pictures():
         yield odd(f"{code}-argb-followed", one(b"ARGB" + packed(side, 255, 1, 2, 3) + b"xy"), 1,
                   "2 bytes follow its samples")
         yield odd(f"{code}-plain", one(plain), 1, "plain samples")
-        # Samples that begin as something else does.
+        # Plain samples that begin like other data.
         for name, start in {"png": b"\x89PNG", "png-signature": b"\x89PNG\r\n\x1a\n", "codestream": b"\xff\x4f\xff\x51",
                             "argb": b"ARGB", "jp2": b"\0\0\0\x0cjP  "}.items():
             yield odd(f"{code}-plain-as-{name}", one((start * (side * side))[:4 * side * side]), 1, "plain samples")

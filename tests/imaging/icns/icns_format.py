@@ -1,5 +1,5 @@
-"""An icns reader and the small writers that test files are made with, written for the tests alone: it shares nothing
-with the program that it checks. All integers are big-endian."""
+"""An icns reader, and small writers that make test files. They are for tests only, and share nothing with the program
+that they check. All integers are big-endian."""
 
 import struct
 import zlib
@@ -89,6 +89,6 @@ def png(width, height, pixel=b"\x20\x40\x60\xff"):
 
 
 def png_of_size(width, height):
-    """A PNG file that says that it has that size, and has next to no pixels."""
+    """A PNG file whose header states this size, but which has almost no pixels."""
     return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 6, 0, 0, 0)) +
             chunk(b"IDAT", zlib.compress(b"\0" * 100)) + chunk(b"IEND", b""))

@@ -12,7 +12,7 @@ import unittest
 import hostile
 
 PROGRAM = ""
-# What is instrumented is slow, and the sanitizers reserve far more address space than the limit.
+# Instrumented programs are slow, and sanitizers reserve far more address space than the limit.
 IS_INSTRUMENTED = "ASAN_OPTIONS" in os.environ or "LLVM_PROFILE_FILE" in os.environ
 MEMORY = None if IS_INSTRUMENTED else 1 << 30
 SECONDS = 10 if IS_INSTRUMENTED else 2
@@ -20,7 +20,7 @@ SECONDS = 10 if IS_INSTRUMENTED else 2
 
 class HostileTest(unittest.TestCase):
     def run_cli(self, *words):
-        # A machine that has much else to do may take long for little.
+        # A busy machine may take long for a short run, so there are three attempts.
         for _ in range(3):
             start = time.monotonic()
             result = subprocess.run([PROGRAM, "icns", *words], capture_output=True, timeout=60, check=False)

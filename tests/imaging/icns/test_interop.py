@@ -21,7 +21,7 @@ def run(*words):
 
 
 def pattern(side):
-    """Every column another alpha, every pixel another colour."""
+    """A picture in which each column has its own alpha and each pixel its own colour."""
     image = Image.new("RGBA", (side, side))
     image.putdata([(x * 7 % 256, y * 5 % 256, x * y % 256, x * 255 // (side - 1)) for y in range(side)
                    for x in range(side)])
@@ -83,7 +83,7 @@ class InteropTest(unittest.TestCase):
         out = self.folder / "other"
         out.mkdir()
         run("icns2png", "-x", "-o", out, file)
-        # It does not know ic07 and ic12.
+        # icns2png does not know ic07 and ic12.
         for code, side in {"ic10": 1024, "ic09": 512, "ic08": 256, "il32": 32, "is32": 16}.items():
             self.assert_same(straight(out / f"made_{side}x{side}x32.png"), pictures[code])
 

@@ -48,7 +48,7 @@ void expectUnreadable(const std::string& path, ErrorCode code) {
     EXPECT_LT(timer.elapsed(), 1000) << path;
 }
 
-/// The limit of Qt's readers as the environment sets it, for as long as it lives.
+/// Sets the limit of Qt's readers in the environment, as long as this object exists.
 class EnvironmentLimit {
   public:
     explicit EnvironmentLimit(const char* megabytes) { qputenv(name, megabytes); }
@@ -170,7 +170,7 @@ TEST(ImageSource, a_name_of_any_bytes_is_read) {
 }
 
 TEST(ImageSource, the_environment_does_not_raise_the_limit) {
-    const EnvironmentLimit limit("0"); // none at all, to Qt
+    const EnvironmentLimit limit("0"); // no limit, for Qt
     QByteArray bmp = fixture("rgb-24.bmp");
     qToLittleEndian<qint32>(20000, bmp.data() + 18);
     qToLittleEndian<qint32>(20000, bmp.data() + 22);

@@ -20,7 +20,7 @@ class ForeignReaderTest(unittest.TestCase):
         temporary = tempfile.TemporaryDirectory()
         self.addCleanup(temporary.cleanup)
         self.folder = pathlib.Path(temporary.name)
-        # Every alpha; colours that are still the same after they were multiplied by it.
+        # Every other row is opaque. In the other rows the alpha changes along the row.
         self.picture = Image.new("RGBA", (51, 37))
         self.picture.putdata([(x * 5, y * 6, 255 - x * 5, 255 if y % 2 else x * 5) for y in range(37)
                               for x in range(51)])
@@ -88,7 +88,7 @@ class ForeignReaderTest(unittest.TestCase):
         white.alpha_composite(self.picture)
         with Image.open(ppm) as image:
             self.assert_near(image, white.convert("RGB"), 10)
-        # The quantisation tables of quality 70: (50 × (200 - 140) + 50) ÷ 100 of the standard's.
+        # Quality 70 means 60 percent (200 - 2 × 70) of the standard's quantisation tables, rounded. They begin with 16.
         with Image.open(path) as image:
             self.assertEqual(image.quantization[0][0], (16 * 60 + 50) // 100)
 

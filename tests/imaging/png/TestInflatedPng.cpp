@@ -45,19 +45,19 @@ std::vector<Chunk> chunksOf(const QByteArray& file) {
     return chunks;
 }
 
-/// All that it gives, asked for as many bytes at a time.
+/// The bytes of `inflated`, read in steps of `step` bytes.
 QByteArray allOf(InflatedPng& inflated, qsizetype step) {
     QByteArray all;
     for (;;) {
         QByteArray part(step, 0);
-        // Only what is there as a whole is given.
+        // It fails where fewer than `step` bytes are left.
         if (!inflated.read(reinterpret_cast<std::uint8_t*>(part.data()), static_cast<std::size_t>(step)))
             return all;
         all += part;
     }
 }
 
-/// Of the IDAT chunks taken together.
+/// The joined data of all IDAT chunks.
 QByteArray pixelData(const std::vector<Chunk>& chunks) {
     QByteArray data;
     for (const Chunk& chunk : chunks) {
@@ -67,8 +67,8 @@ QByteArray pixelData(const std::vector<Chunk>& chunks) {
     return data;
 }
 
-/// The bytes of stored blocks between a zlib stream's header and its checksum; none where it has anything
-/// else.
+/// The bytes of stored blocks between a zlib stream's header and its checksum; no value where it has other
+/// blocks.
 std::optional<QByteArray> storedBytes(const QByteArray& stream) {
     QByteArray bytes;
     for (qsizetype at = 2; at + 5 <= stream.size();) {
@@ -152,7 +152,7 @@ TEST(InflatedPng, damage_is_told) {
         return inflated.isDamaged();
     };
     EXPECT_FALSE(isDamaged(whole));
-    // The checksums of IHDR, of both chunks of pixels and of IEND.
+    // The checksums of IHDR, of both IDAT chunks and of IEND.
     const qsizetype headerEnd = 8 + 12 + 13;
     for (const qsizetype at :
          {headerEnd - 1, headerEnd + 12 + 500 - 1, whole.size() - 13, whole.size() - 1}) {
@@ -160,7 +160,7 @@ TEST(InflatedPng, damage_is_told) {
         file[at] = static_cast<char>(file[at] ^ 1);
         EXPECT_TRUE(isDamaged(file)) << at;
     }
-    // Streams that are wrong though the chunks are not: header, blocks, checksum.
+    // The chunks are right, but the stream in them is wrong: its header, its blocks or its checksum.
     for (const qsizetype at : {qsizetype{0}, qsizetype{1}, qsizetype{2}, data.size() / 2, data.size() - 1}) {
         QByteArray wrong = data;
         wrong[at] = static_cast<char>(wrong[at] ^ 0x20);
@@ -181,7 +181,7 @@ TEST(InflatedPng, a_file_that_breaks_off_ends_there) {
 }
 
 TEST(InflatedPng, surplus_pixels_are_passed_over) {
-    // Zeros behind the pixels, a thousandth of them in the file.
+    // Very many zeros follow the pixels. They take a thousandth of that in the file.
     constexpr qsizetype many = qsizetype{1} << 26;
     const QByteArray file = fileOf({header, {"IDAT", compressed(QByteArray(many, 0))}, text, end});
     InflatedPng inflated(file);

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The part of a file that tells its size.
+/// The first bytes of a file, up to its width and height.
 QByteArray start(quint32 width, quint32 height, const QByteArray& type = "IHDR", quint32 length = 13) {
     return QByteArray("\x89PNG\r\n\x1a\n", 8) + big(length) + type + big(width) + big(height);
 }

@@ -42,13 +42,13 @@ std::function<QColor(int, int)> paletteOf(int count) {
     return [count](int x, int y) { return paletteColor(paletteIndex(x, y, count)); };
 }
 
-/// As `colors`, but transparent wherever it is the colour of the pixel (4, 3).
+/// As `colors`, but each pixel with the colour of the pixel (4, 3) is transparent.
 std::function<QColor(int, int)> withoutKey(const std::function<QColor(int, int)>& colors) {
     return
         [colors](int x, int y) { return colors(x, y) == colors(4, 3) ? QColor(0, 0, 0, 0) : colors(x, y); };
 }
 
-/// That a file of one row is read as these colours, to within `tolerance`.
+/// Expects that a file of one row is read as these colours, to within `tolerance`.
 void expectRow(const char* name, const std::vector<Pixel>& expected, int tolerance) {
     SCOPED_TRACE(name);
     const Result<DecodedPicture> picture = ImageSource::decode(fixture(name));
@@ -290,7 +290,7 @@ TEST(ImageSourcePng, a_large_picture_has_reduced_copies_that_halve_its_sides) {
 TEST(ImageSourcePng, a_long_thin_picture_is_halved_along_its_length) {
     const Image image = Pictures::loadedImage(Pictures::noise(5000, 1, 1));
     EXPECT_EQ(image.representations().back()->pixelSize(), QSize(40, 1));
-    // What is drawn from: twice the width that is asked for, and the height that there is.
+    // A render draws from a copy with at least twice its width, and with all of the picture's height.
     EXPECT_EQ(image.bestRepresentation(QSizeF(16, 16))->pixelSize(), QSize(40, 1));
     EXPECT_EQ(image.bestRepresentation(QSizeF(100, 100))->pixelSize(), QSize(313, 1));
 }

@@ -42,7 +42,7 @@ QImage photograph(int side) {
     });
 }
 
-/// Every filter and method, and none said.
+/// Every combination of filter and method, also with one or both of them left open.
 std::vector<PngOptions> everyOption() {
     std::vector<PngOptions> options;
     for (const auto& filter : std::initializer_list<std::optional<PngFilterStrategy>>{
@@ -54,7 +54,7 @@ std::vector<PngOptions> everyOption() {
     return options;
 }
 
-/// The rows of a PNG with one IDAT chunk as they went into the compressor.
+/// The filtered rows of a PNG with one IDAT chunk.
 QList<QByteArray> filteredRows(const QByteArray& png, qsizetype rowBytes) {
     const qsizetype start = png.indexOf("IDAT") + 4;
     const auto length = qFromBigEndian<quint32>(png.constData() + start - 8);
@@ -119,7 +119,7 @@ TEST(PngWriter, what_is_chosen_suits_the_picture) {
                 most = std::max(most, length);
             }
             EXPECT_LT(least, most);
-            // Of larger ones only a sample is tried, and the quick method may be some percent behind.
+            // Only a sample of larger pictures is tried, and the quick method may take some percent more.
             EXPECT_LE(static_cast<double>(encodePng(raster)->size()), 1.05 * static_cast<double>(least))
                 << side;
         }
@@ -159,7 +159,7 @@ TEST(PngWriter, pngcheck_accepts_its_files) {
 }
 
 TEST(PngFilter, each_row_takes_the_filter_with_the_least_sum) {
-    // The first of a rising row: Sub leaves small steps. A row equal to the one above: Up leaves zeros.
+    // The first row rises: Sub leaves small steps. The second row equals the row above: Up leaves zeros.
     const std::vector<std::uint8_t> row{10, 90, 200, 255, 13, 93, 203, 255, 16, 96, 206, 255};
     std::vector<std::uint8_t> out(row.size() + 1);
     PngFilter filter(row.size());
@@ -173,7 +173,7 @@ TEST(PngFilter, each_row_takes_the_filter_with_the_least_sum) {
 
 namespace {
 
-/// The format's own words, byte by byte.
+/// A filter's prediction of one byte, as the format defines it.
 int prediction(int type, int left, int above, int aboveLeft) {
     const int estimate = left + above - aboveLeft;
     const int toLeft = std::abs(estimate - left);
@@ -215,7 +215,7 @@ Bytes plainlyFiltered(const Bytes& row, const Bytes& above) {
     return best;
 }
 
-/// Rows for which each filter is the best in turn, of every length around those of vectors.
+/// A row for which the filter of type `kind` is the best; random bytes for kind 5.
 Bytes rowFor(int kind, std::size_t bytes, const Bytes& above, std::mt19937& random) {
     Bytes row(bytes);
     for (std::size_t i = 0; i < bytes; ++i) {

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// What the vector code makes of pictures whose rows are no whole number of vectors.
+/// The results of the vector code for pictures whose rows do not fill a whole number of vectors.
 std::vector<QByteArray> results() {
     std::vector<QByteArray> all;
     const auto add = [&](const QImage& raster) {
@@ -43,7 +43,7 @@ std::vector<QByteArray> results() {
         all.push_back(pixels);
         all.push_back(*encodePng(picture, {PngFilterStrategy::Adaptive, Deflate::Method::Runs}));
         all.push_back(*encodePng(picture));
-        // Runs, which noise has none of.
+        // A picture with runs: noise has no runs.
         const QImage flat = *stretched(*stretched(picture, QSize(3, 3)), QSize(width, 2 * height));
         all.push_back(*encodePng(flat, {PngFilterStrategy::Adaptive, Deflate::Method::Runs}));
         all.emplace_back(1, isClampedToAlpha(straight.constBits(), count) ? 'y' : 'n');
@@ -71,8 +71,7 @@ TEST(VectorTargets, a_feature_that_is_not_known_is_missing) {
 #endif
 }
 
-// A newer Highway that fails here takes features that VectorDispatch does not know: they are to be added
-// there.
+// Where this fails with a newer Highway, it uses features that VectorDispatch does not know. Add them there.
 TEST(VectorTargets, the_instruction_sets_are_those_that_Highways_own_library_finds) {
     const std::int64_t found = VectorDispatch::supported() & HWY_TARGETS;
     const std::int64_t expected = (hwy::SupportedTargets() | HWY_STATIC_TARGET) & HWY_TARGETS;
