@@ -52,7 +52,7 @@ int main(int argc, char** argv) {
         PixelBuffers::permute(in.data(), out.data(), pixels, {0, 3, 2, 1});
     });
     report("expand R, G, B to 255, R, G, B", [&] { PixelBuffers::expandRgb(in.data(), out.data(), pixels); });
-    // The noise has every alpha, since opaque pixels are passed over. The plain loop works in place: each run
+    // The noise has every alpha, since opaque pixels are skipped. The plain loop works in place: each run
     // starts from the result of the run before, which takes the same time.
     const double divided = report("unpremultiply", [&] { unpremultiplyArgb(in.data(), out.data(), pixels); });
     out = in;

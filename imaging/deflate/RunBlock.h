@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <span>
 
-/// Bytes that repeat what stands a little before them.
+/// Bytes that are equal to the bytes a little before them.
 struct Run {
     std::uint32_t bytesBefore; ///< between the run before and this one
     std::uint16_t length;

@@ -183,7 +183,7 @@ void writeCodes(BitWriter& writer, const Codes& codes, bool isLast) {
     }
 }
 
-/// Codes and further bits, one behind the other.
+/// Codes and extra bits, joined.
 struct Joined {
     std::uint64_t bits = 0;
     unsigned length = 0;

@@ -8,9 +8,8 @@
 
 class QByteArray;
 
-/// The run-length code of icns channels. After a control byte from 0 to 127 follow (control + 1) bytes as
-/// they are. After a control byte from 128 to 255 follows one byte, which stands for (control − 125) equal
-/// bytes: 3 to 130.
+/// The run-length code of icns channels. Control byte from 0 to 127: the next (control + 1) bytes are taken
+/// as they are. Control byte from 128 to 255: the next byte is repeated (control − 125) times, 3 to 130.
 namespace IcnsRle {
 
 /// Appends one packed channel to `out`. With `lastAlone` the last byte is a literal of its own. Some readers

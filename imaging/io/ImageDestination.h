@@ -41,7 +41,7 @@ class ImageDestination {
     Result<Done> addImage(const QImage& picture, const ImageProperties& properties = {});
 
     /// Writes the file, whole or not at all. Fails with the first error of `addImage`; with Malformed where
-    /// not `count` pictures were added or all of them were left out; else as AtomicFile.
+    /// fewer or more than `count` pictures were added, or all of them were left out; else as AtomicFile.
     Result<Done> finalize(AtomicFile::Durability durability = AtomicFile::Durability::Cached);
 
     /// The file's size after `finalize`.

@@ -24,8 +24,8 @@ Error unknownFormat() {
     return {ErrorCode::UnknownFormat, QStringLiteral("not a picture (of %1)").arg(PictureFormats::names())};
 }
 
-/// The most bytes of a file: the largest picture without compression, 16 bits a sample, and room for all that
-/// stands around its pixels.
+/// The most bytes of a file: the largest picture without compression, 16 bits a sample, and room for all data
+/// around its pixels.
 constexpr qint64 maximumFile = 8 * PictureReader::maximumPixels + (64 << 20);
 
 /// The format of a file that begins with `start`.

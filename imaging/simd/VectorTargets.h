@@ -9,8 +9,8 @@
 #define HWY_COMPILE_ONLY_SCALAR
 #else
 // SVE and RVV: the length of these vectors is known only when the program runs. Such vectors can't be
-// members, and they narrow in another order. AVX-512 beyond HWY_AVX3, whose bits are below that bit: these
-// sets have nothing that is used here.
+// members, and they narrow in another order. HWY_AVX3 - 1: the bits below HWY_AVX3 are newer AVX-512 sets,
+// which have nothing that is used here.
 #define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV | (HWY_AVX3 - 1))
 #endif
 

@@ -24,7 +24,7 @@ struct Kind {
     QByteArray icc = {};
 };
 
-/// A picture whose every pixel has these samples.
+/// A picture in which every pixel has the samples `pixel`.
 QByteArray tiffFile(const Kind& kind, const std::vector<std::uint8_t>& pixel) {
     TiffStream stream(qsizetype{1} << 16);
     TIFF* file = stream.handle();
