@@ -4,6 +4,7 @@
 #include "imaging/pixels/Premultiplication.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <map>
@@ -223,16 +224,16 @@ class Diffusion {
         // The first place of a row is for a pixel left of the picture.
         const auto at = static_cast<std::size_t>(x) + 1;
         Mean wanted{};
-        std::size_t key = 0;
+        std::uint32_t key = 0;
         for (std::size_t channel = 0; channel < 3; ++channel) {
             const auto whole = std::lround(std::clamp(pixel[channel] + m_row[at][channel], 0.0, 255.0));
             wanted[channel] = static_cast<double>(whole);
-            key = key << 8U | static_cast<std::size_t>(whole);
+            key = key << 8U | static_cast<std::uint32_t>(whole);
         }
-        std::uint16_t& known = m_known[key];
-        if (known == unknown)
-            known = static_cast<std::uint16_t>(nearest(m_table, wanted));
-        const std::size_t chosen = known;
+        Nearest& known = m_known[(key ^ key >> 12U) % m_known.size()];
+        if (known.color != key)
+            known = {key, static_cast<std::uint32_t>(nearest(m_table, wanted))};
+        const std::size_t chosen = known.index;
         for (std::size_t channel = 0; channel < 3; ++channel) {
             const double lost = (wanted[channel] - m_table[chosen][channel]) / 16;
             m_row[at + 1][channel] += 7 * lost;
@@ -244,11 +245,15 @@ class Diffusion {
     }
 
   private:
-    static constexpr std::uint16_t unknown = 0xffff;
+    /// The place in the table that is nearest to a colour.
+    struct Nearest {
+        std::uint32_t color = 0xffffffff; ///< no colour: they have 24 bits
+        std::uint32_t index = 0;
+    };
 
     std::vector<Mean> m_table;
-    /// The index of the table's nearest colour, for each colour that was asked for before.
-    std::vector<std::uint16_t> m_known = std::vector<std::uint16_t>(std::size_t{1} << 24U, unknown);
+    /// For the colours that were wanted last. Graphics want the same ones again.
+    std::array<Nearest, 4096> m_known{};
     std::vector<Mean> m_below;
     std::vector<Mean> m_row;
 };
