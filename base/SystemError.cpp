@@ -3,10 +3,18 @@
 #include "base/ShortMemory.h"
 
 #include <cerrno>
+#include <cstring>
 #include <system_error>
 
 QString systemSentence(int number) {
+#if defined(__GLIBC__) && __GLIBC_PREREQ(2, 32)
+    // In English. What strerror says is in the user's language, and in the encoding of the user's locale.
+    const char* sentence = strerrordesc_np(number);
+    return sentence != nullptr ? QString::fromLatin1(sentence)
+                               : QStringLiteral("Unknown error %1").arg(number);
+#else
     return QString::fromStdString(std::generic_category().message(number));
+#endif
 }
 
 Error systemError(int number, ErrorCode otherwise) {

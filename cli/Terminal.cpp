@@ -114,8 +114,18 @@ void Terminal::showDiagnosticLog(bool isShown) {
     qInstallMessageHandler(onMessage);
 }
 
+namespace {
+
+/// Whether standard error is a terminal that knows what moves its cursor.
+bool hasCursor() {
+    const QByteArray terminal = qgetenv("TERM");
+    return isatty(STDERR_FILENO) != 0 && !terminal.isEmpty() && terminal != "dumb";
+}
+
+} // namespace
+
 Terminal::ProgressBar::ProgressBar(int total, bool isWanted)
-    : m_total(total), m_isShown(isWanted && total > 0 && isatty(STDERR_FILENO) != 0) {
+    : m_total(total), m_isShown(isWanted && total > 0 && hasCursor()) {
     draw();
 }
 

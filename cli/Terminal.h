@@ -25,7 +25,8 @@ void warning(const QString& sentence);
 /// Sends the diagnostic log to standard error, or discards it. Messages of libraries are always discarded.
 void showDiagnosticLog(bool isShown);
 
-/// A progress bar on standard error; not shown if standard error is not a terminal.
+/// A progress bar on standard error; not shown if standard error is not a terminal, or if the variable TERM is
+/// empty or "dumb".
 class ProgressBar {
   public:
     ProgressBar(int total, bool isWanted);

@@ -133,6 +133,36 @@ TEST_F(Printing, a_summary_counts_the_files_of_each_platform_and_names_the_folde
         << lines.last().toStdString();
 }
 
+TEST_F(Printing, progress_is_shown_on_terminals_that_can_erase_it) {
+    // What a terminal of that kind gets.
+    const auto shown = [&](const QString& terminal) {
+        return printedByPython(u"import os, pty, sys\n"
+                               "os.environ['TERM'] = sys.argv[1]\n"
+                               "def read(terminal):\n"
+                               "    return os.read(terminal, 4096)\n"
+                               "sys.exit(pty.spawn(sys.argv[2:], read))\n"_s,
+                               {terminal, QStringLiteral(TOBRIMAX_CLI), u"generate"_s, sample(u"svg"_s),
+                                u"--out"_s, out(), u"--platform"_s, u"iphone"_s});
+    };
+    const QByteArray capable = shown(u"xterm"_s);
+    EXPECT_TRUE(capable.contains("9/9 icons\x1b[K\r\x1b[K")) << capable.toStdString();
+    for (const QString& terminal : {u"dumb"_s, u""_s}) {
+        const QByteArray plain = shown(terminal);
+        EXPECT_TRUE(plain.startsWith("iphone ")) << plain.toStdString();
+        EXPECT_FALSE(plain.contains('\x1b')) << plain.toStdString();
+    }
+}
+
+TEST_F(Printing, causes_are_in_english_in_any_language) {
+    const QStringList environment{u"LC_ALL=C.UTF-8"_s, u"LANGUAGE=de:fr:es:ja"_s};
+    const ProcessResult result = runProcess(
+        u"env"_s, environment + QStringList{QStringLiteral(TOBRIMAX_CLI), u"generate"_s,
+                                            path(u"nowhere.png"_s), u"--out"_s, out(), u"--json"_s});
+    expectOneError(result, u"nowhere.png: No such file or directory"_s);
+    EXPECT_THAT(strings(printedJson(result)[u"errors"_s]),
+                testing::ElementsAre(testing::EndsWith(": No such file or directory")));
+}
+
 TEST_F(Printing, quiet_prints_nothing) {
     const ProcessResult result = generated(sample(u"svg"_s), {u"--quiet"_s});
     EXPECT_EQ(result.output.toStdString(), "");
