@@ -21,7 +21,7 @@ void addStore(CLI::App& command, CustomIconOptions& options) {
 Parsed<CustomIconOptions> optionsFrom(const CustomIconWords& words) {
     CustomIconOptions options = words.options;
     std::optional<UsageError> error;
-    if (!take(OptionText::decoded(words.path, "PATH"), options.path, error))
+    if (!take(OptionText::path(words.path, "PATH"), options.path, error))
         return *error;
     return options;
 }

@@ -54,7 +54,7 @@ Parsed<ExportOptions> optionsFrom(const CLI::App& app, const ExportWords& words)
     if (options.picture.empty())
         return UsageError{"PICTURE is empty"};
     if (!take(formatNumber(words.format), options.format, error) ||
-        !take(OptionText::decoded(words.out, "--out"), options.out, error) ||
+        !take(OptionText::path(words.out, "--out"), options.out, error) ||
         (app.count("--size") > 0 && !take(size(words.size), pixels, error)))
         return *error;
     if (pixels.isValid())

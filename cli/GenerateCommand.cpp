@@ -6,13 +6,14 @@
 #include "cli/GenerateReport.h"
 #include "cli/PictureWarnings.h"
 #include "cli/UnscaledScreen.h"
+#include "files/FileItem.h"
+#include "files/FilePath.h"
 #include "files/Folder.h"
+#include "files/PathBytes.h"
 #include "generation/GenerationPlan.h"
 #include "generation/IconSetGenerator.h"
 #include "imaging/io/ImageSource.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 
 #include <unistd.h>
@@ -54,12 +55,12 @@ class QuietWorkspace final : public Workspace {
 std::optional<QString> outputFolderError(const QString& out) {
     if (out.isEmpty() || out.contains(QChar::Null))
         return QStringLiteral("not a path");
-    QString nearest = QFileInfo(out).absoluteFilePath();
-    while (!QFileInfo::exists(nearest) && !QFileInfo(nearest).isSymLink() && nearest != QLatin1String("/"))
-        nearest = QFileInfo(nearest).absolutePath();
-    if (!QFileInfo(nearest).isDir())
+    QString nearest = FileItem::absolutePath(out);
+    while (!FileItem::isThere(nearest) && nearest != QLatin1String("/"))
+        nearest = deletingLastPathComponent(nearest);
+    if (!FileItem::isFolder(nearest))
         return systemSentence(ENOTDIR);
-    if (access(QFile::encodeName(nearest).constData(), W_OK | X_OK) != 0)
+    if (access(PathBytes::encoded(nearest).constData(), W_OK | X_OK) != 0)
         return systemSentence(errno);
     return std::nullopt;
 }
@@ -70,7 +71,10 @@ void openFolder(const QString& out, GenerateReport& report) {
 #else
     const QString program = QStringLiteral("xdg-open");
 #endif
-    if (!QProcess::startDetached(program, {QFileInfo(out).absoluteFilePath()}))
+    const QString path = FileItem::absolutePath(out);
+    // A process gets its arguments as texts. In a URL every byte has one.
+    const bool isText = PathBytes::withReplacements(path) == path;
+    if (!QProcess::startDetached(program, {isText ? path : fileUrlText(path)}))
         report.warn(QStringLiteral("the folder could not be opened: %1 does not start").arg(program));
 }
 
@@ -96,8 +100,8 @@ int runGenerate(const GenerateOptions& options) {
     const GenerationPlan plan(*catalogue, options.platforms, screen.scale());
     Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {plan.renders()});
     if (!picture) {
-        report.fail(QStringLiteral("%1: %2").arg(QFile::decodeName(options.picture.c_str()),
-                                                 picture.error().sentence));
+        report.fail(
+            QStringLiteral("%1: %2").arg(PathBytes::decoded(options.picture), picture.error().sentence));
         return report.finish();
     }
     // If the output folder can't be made, this reports it once and not for each file.

@@ -107,11 +107,11 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
     GenerateOptions options;
     const bool hasCatalogue = generate.count("--catalogue") > 0;
     std::optional<UsageError> error;
-    const bool isTaken = take(OptionText::decoded(words.out, "--out"), options.out, error) &&
-                         take(platformsOf(words.platforms), options.platforms, error) &&
-                         (!hasCatalogue || take(OptionText::decoded(words.catalogue, "--catalogue"),
-                                                options.catalogue, error)) &&
-                         take(words.style.style(generate), options.style, error);
+    const bool isTaken =
+        take(OptionText::path(words.out, "--out"), options.out, error) &&
+        take(platformsOf(words.platforms), options.platforms, error) &&
+        (!hasCatalogue || take(OptionText::path(words.catalogue, "--catalogue"), options.catalogue, error)) &&
+        take(words.style.style(generate), options.style, error);
     if (!isTaken)
         return *error;
     if (words.picture.empty())

@@ -1,9 +1,9 @@
 #include "cli/GenerateReport.h"
 
 #include "base/StageTimes.h"
+#include "files/FileItem.h"
+#include "files/PathBytes.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -20,6 +20,13 @@ QString byteText(qint64 bytes) {
 
 QString counted(qsizetype count, const QString& one, const QString& many) {
     return QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many);
+}
+
+QJsonArray jsonTexts(const QStringList& texts) {
+    QJsonArray array;
+    for (const QString& text : texts)
+        array.append(PathBytes::withReplacements(text));
+    return array;
 }
 
 /// The milliseconds of each stage, of everything else, and in all.
@@ -124,7 +131,7 @@ bool GenerateReport::printSummary() const {
                                 .arg(byteText(bytes), 12)) &&
             isPrinted;
     }
-    const QString folder = Terminal::escaped(QDir::cleanPath(QFileInfo(m_options.out).absoluteFilePath()));
+    const QString folder = Terminal::escaped(FileItem::absolutePath(m_options.out));
     return Terminal::print(QStringLiteral("%1 %2 %3  in %4")
                                .arg(QStringLiteral("all"), -9)
                                .arg(counted(static_cast<qsizetype>(m_files.size()), QStringLiteral("file"),
@@ -147,15 +154,16 @@ bool GenerateReport::printJson() const {
     QJsonArray files;
     for (const File& file : m_files)
         files.append(QJsonObject{{QStringLiteral("platform"), file.idiom},
-                                 {QStringLiteral("path"), file.path},
+                                 {QStringLiteral("path"), PathBytes::withReplacements(file.path)},
                                  {QStringLiteral("width"), file.pixelSize.width()},
                                  {QStringLiteral("height"), file.pixelSize.height()},
                                  {QStringLiteral("bytes"), file.bytes}});
-    QJsonObject document{{QStringLiteral("picture"), QString::fromLocal8Bit(m_options.picture.c_str())},
-                         {QStringLiteral("out"), m_options.out},
-                         {QStringLiteral("files"), files},
-                         {QStringLiteral("warnings"), QJsonArray::fromStringList(m_warnings)},
-                         {QStringLiteral("errors"), QJsonArray::fromStringList(m_errors)}};
+    QJsonObject document{
+        {QStringLiteral("picture"), PathBytes::withReplacements(PathBytes::decoded(m_options.picture))},
+        {QStringLiteral("out"), PathBytes::withReplacements(m_options.out)},
+        {QStringLiteral("files"), files},
+        {QStringLiteral("warnings"), jsonTexts(m_warnings)},
+        {QStringLiteral("errors"), jsonTexts(m_errors)}};
     if (m_options.timings) {
         QJsonObject timings;
         for (const auto& [name, milliseconds] : stageTimes())

@@ -45,7 +45,7 @@ Command extractCommand(CLI::App& icns) {
         std::optional<UsageError> error;
         if (options.file.empty())
             return UsageError{"FILE is empty"};
-        if (!take(OptionText::decoded(words->out, "--out"), options.out, error))
+        if (!take(OptionText::path(words->out, "--out"), options.out, error))
             return *error;
         return [options] { return runIcnsExtract(options); };
     };
@@ -71,7 +71,7 @@ Command makeCommand(CLI::App& icns) {
         std::optional<UsageError> error;
         if (options.picture.empty())
             return UsageError{"PICTURE is empty"};
-        if (!take(OptionText::decoded(words->out, "--out"), options.out, error) ||
+        if (!take(OptionText::path(words->out, "--out"), options.out, error) ||
             !take(words->style.style(*app), options.style, error))
             return *error;
         return [options] { return runIcnsMake(options); };

@@ -7,8 +7,6 @@
 #include "imaging/icns/IcnsEncoding.h"
 #include "imaging/png/PngWriter.h"
 
-#include <QFile>
-
 namespace {
 
 struct Extracted {

@@ -1,9 +1,9 @@
 #include "cli/IcnsCommands.h"
 #include "cli/InputFile.h"
 #include "cli/Terminal.h"
+#include "files/PathBytes.h"
 #include "imaging/icns/IcnsInspection.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -128,7 +128,7 @@ QJsonObject jsonOf(const Element& element) {
 /// Prints one document in portions, since a file may have very many elements.
 bool printJson(const IcnsListOptions& options, const IcnsInspection& inspection, qsizetype bytes) {
     const QString head =
-        compact({{QStringLiteral("file"), QFile::decodeName(options.file.c_str())},
+        compact({{QStringLiteral("file"), PathBytes::withReplacements(PathBytes::decoded(options.file))},
                  {QStringLiteral("bytes"), bytes},
                  {QStringLiteral("remarks"), QJsonArray::fromStringList(inspection.remarks)}});
     Lines lines;

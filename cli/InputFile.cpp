@@ -1,14 +1,13 @@
 #include "cli/InputFile.h"
 
 #include "cli/Terminal.h"
+#include "files/PathBytes.h"
 #include "files/RegularFile.h"
-
-#include <QFile>
 
 #include <limits>
 
 int InputFile::fail(const std::string& path, const Error& error) {
-    Terminal::error(QStringLiteral("%1: %2").arg(QFile::decodeName(path.c_str()), error.sentence));
+    Terminal::error(QStringLiteral("%1: %2").arg(PathBytes::decoded(path), error.sentence));
     return 1;
 }
 

@@ -2,17 +2,12 @@
 
 #include "cli/ColorText.h"
 #include "cli/Suggestion.h"
+#include "files/PathBytes.h"
 
-#include <QStringDecoder>
-
-Parsed<QString> OptionText::decoded(const std::string& text, const std::string& what) {
+Parsed<QString> OptionText::path(const std::string& text, const std::string& what) {
     if (text.empty())
         return UsageError{what + " is empty"};
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString result = decoder.decode(QByteArray::fromStdString(text));
-    if (decoder.hasError())
-        return UsageError{what + " is not valid UTF-8"};
-    return result;
+    return PathBytes::decoded(text);
 }
 
 Parsed<float> OptionText::fraction(const std::string& option, const std::string& text) {

@@ -32,8 +32,8 @@ bool take(const Parsed<T>& parsed, T& value, std::optional<UsageError>& error) {
 /// Turns the words of a command line into values.
 namespace OptionText {
 
-/// A path or name as typed; `what` names it in the complaint.
-Parsed<QString> decoded(const std::string& text, const std::string& what);
+/// A path as typed, in any bytes (see PathBytes); `what` names it in the complaint.
+Parsed<QString> path(const std::string& text, const std::string& what);
 
 /// A number from 0 to 1.
 Parsed<float> fraction(const std::string& option, const std::string& text);

@@ -1,6 +1,7 @@
 #include "cli/Terminal.h"
 
 #include "base/Log.h"
+#include "files/PathBytes.h"
 
 #include <QChar>
 
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 #include <string>
 
 namespace {
@@ -24,6 +26,7 @@ bool isUnsafe(char32_t c) {
     case QChar::Other_Format:
     case QChar::Separator_Line:
     case QChar::Separator_Paragraph:
+    case QChar::Other_Surrogate:
         return true;
     default:
         return false;
@@ -41,8 +44,10 @@ QString escapedBy(const Escape& escape, const QString& text) {
     if (std::ranges::all_of(text, [](QChar c) { return c.unicode() >= 0x20 && c.unicode() < 0x7F; }))
         return text;
     QString shown;
-    for (const uint code : text.toUcs4()) {
-        const char32_t c = code;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const QChar unit = text[at];
+        const bool isPair = unit.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
+        const char32_t c = isPair ? QChar::surrogateToUcs4(unit, text[++at]) : char32_t{unit.unicode()};
         if (isUnsafe(c))
             shown += escape(c);
         else
@@ -71,6 +76,9 @@ QString Terminal::escaped(const QString& text) {
             return QStringLiteral("\\n");
         if (QChar::category(c) == QChar::Other_Control)
             return QStringLiteral("\\x") + hexadecimal(c, 2);
+        const auto byte = c <= 0xFFFF ? PathBytes::rawByte(QChar(static_cast<char16_t>(c))) : std::nullopt;
+        if (byte)
+            return QStringLiteral("\\x") + hexadecimal(*byte, 2);
         return c <= 0xFFFF ? QStringLiteral("\\u") + hexadecimal(c, 4)
                            : QStringLiteral("\\U") + hexadecimal(c, 8);
     };

@@ -6,7 +6,8 @@
 namespace Terminal {
 
 /// `text` in a form that is safe to show. Control characters, line separators and invisible characters that
-/// change how others are shown (the direction of writing, for instance) are escaped.
+/// change how others are shown (the direction of writing, for instance) are escaped, and so are bytes of names
+/// that are not UTF-8.
 QString escaped(const QString& text);
 
 /// The same JSON document with such characters in its texts escaped as in JSON.

@@ -2,9 +2,8 @@
 
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
+#include "files/PathBytes.h"
 #include "files/TemporaryFile.h"
-
-#include <QFile>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -112,7 +111,7 @@ Result<Done> AtomicFile::write(const QString& path, const QByteArray& bytes, con
     return unlessMemoryIsShort([&]() -> Result<Done> {
         if (path.isEmpty() || path.contains(QChar::Null))
             return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
-        const Result<Target> target = targetOf(QFile::encodeName(path));
+        const Result<Target> target = targetOf(PathBytes::encoded(path));
         if (!target)
             return target.error();
         const QByteArray folderName = target->folder();

@@ -1,9 +1,10 @@
 #include "files/FilePath.h"
 
+#include "files/FileItem.h"
+#include "files/PathBytes.h"
+
 #include <QByteArray>
-#include <QFileInfo>
 #include <QStringDecoder>
-#include <QUrl>
 
 namespace {
 
@@ -26,14 +27,16 @@ QString withoutTrailingSlashes(QString path) {
 } // namespace
 
 QString fileUrlText(const QString& path) {
-    QString absolute = QFileInfo(path).absoluteFilePath();
-    if (!absolute.endsWith(u'/') && QFileInfo(path).isDir())
+    QString absolute = FileItem::absolutePath(path);
+    if (!absolute.endsWith(u'/') && FileItem::isFolder(path))
         absolute += u'/';
-    return QUrl::fromLocalFile(absolute).toString(QUrl::FullyEncoded);
+    const QByteArray bytes = PathBytes::encoded(absolute);
+    // What may stand in a URL's path as it is.
+    return QStringLiteral("file://") + QLatin1String(bytes.toPercentEncoding("/!$&'()*+,;=:@"));
 }
 
 Result<QString> replacingPercentEscapes(const QString& path) {
-    const QByteArray escaped = path.toUtf8();
+    const QByteArray escaped = PathBytes::encoded(path);
     QByteArray bytes;
     bytes.reserve(escaped.size());
     for (qsizetype i = 0; i < escaped.size(); ++i) {

@@ -2,8 +2,7 @@
 
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
-
-#include <QFile>
+#include "files/PathBytes.h"
 
 #include <sys/stat.h>
 
@@ -19,7 +18,7 @@ bool isFolder(const QByteArray& path) {
 Result<Done> created(const QString& path) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = PathBytes::encoded(path);
     if (isFolder(name))
         return Done{};
     constexpr mode_t everybody = 0777; // less the process's umask
@@ -31,7 +30,7 @@ Result<Done> created(const QString& path) {
             continue;
         const int error = errno;
         if (!isFolder(part))
-            return about(QFile::decodeName(part),
+            return about(PathBytes::decoded(part),
                          systemError(error == EEXIST ? ENOTDIR : error, ErrorCode::NotWritable));
     }
     return Done{};

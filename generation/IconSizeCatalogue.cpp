@@ -1,6 +1,7 @@
 #include "generation/IconSizeCatalogue.h"
 
 #include "base/NumberText.h"
+#include "files/PathBytes.h"
 #include "files/RegularFile.h"
 #include "platform/services/Bundle.h"
 #include "platform/services/PropertyList.h"
@@ -25,7 +26,7 @@ Error malformed(const QString& sentence) {
 Result<QByteArray> resourceBytes(const QString& path) {
     constexpr qint64 maximumBytes = 16 << 20;
     if (!path.startsWith(u':'))
-        return RegularFile::read(QFile::encodeName(path).toStdString(), maximumBytes);
+        return RegularFile::read(PathBytes::encoded(path).toStdString(), maximumBytes);
     // The resource is compiled into the program.
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))

@@ -3,9 +3,8 @@
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
 #include "files/AtomicFile.h"
-
-#include <QFile>
-#include <QFileInfo>
+#include "files/FileItem.h"
+#include "files/PathBytes.h"
 
 #include <sys/stat.h>
 
@@ -18,7 +17,7 @@ Result<FSRef> CarbonFSRefCreation::reference(const QString& path, bool createFil
             return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
         const auto found = [&]() -> Result<Done> {
             struct stat status {};
-            if (stat(QFile::encodeName(path).constData(), &status) == 0)
+            if (stat(PathBytes::encoded(path).constData(), &status) == 0)
                 return Done{};
             return systemError(errno, errno == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable);
         };
@@ -28,7 +27,7 @@ Result<FSRef> CarbonFSRefCreation::reference(const QString& path, bool createFil
         if (!isThere)
             return isThere.error();
         // The item's own path, with all links resolved.
-        FSRef reference{QFileInfo(path).canonicalFilePath()};
+        FSRef reference{FileItem::canonicalPath(path)};
         if (reference.path.isEmpty())
             return systemError(ENOENT, ErrorCode::NotFound);
         return reference;

@@ -2,14 +2,12 @@
 
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
+#include "files/FileItem.h"
 #include "files/FilePath.h"
 #include "iconfamily/CarbonFSRefCreation.h"
 #include "iconfamily/IconFamily.h"
 #include "platform/forks/CurrentForkStore.h"
 #include "platform/forks/ResourceFile.h"
-
-#include <QDir>
-#include <QFileInfo>
 
 #include <cerrno>
 
@@ -102,7 +100,8 @@ QString folderOf(const QString& path) {
     QString folder = deletingLastPathComponent(path);
     if (path.startsWith(u'/'))
         return folder;
-    return folder.isEmpty() ? QDir::currentPath() : appendingPathComponent(QDir::currentPath(), folder);
+    return folder.isEmpty() ? FileItem::currentFolder()
+                            : appendingPathComponent(FileItem::currentFolder(), folder);
 }
 
 /// The path of the file that gets the icon. A link is followed, a missing file is made, and an empty fork is
@@ -136,14 +135,14 @@ Result<Done> setOnFile(ForkStore& store, const IconFamily& family, const QString
 /// The path of a folder that exists.
 Result<QString> existingFolder(const QString& path) {
     Result<QString> folder = existing(path);
-    if (folder && !QFileInfo(*folder).isDir())
+    if (folder && !FileItem::isFolder(*folder))
         return about(path, systemError(ENOTDIR, ErrorCode::NotWritable));
     return folder;
 }
 
 /// Removes a folder's icon file, if it has one.
 Result<Done> removeIconFile(ForkStore& store, const QString& iconPath) {
-    return QFileInfo::exists(iconPath) ? store.removeItem(iconPath) : Done{};
+    return FileItem::exists(iconPath) ? store.removeItem(iconPath) : Done{};
 }
 
 /// Makes the icon file and marks the folder.

@@ -2,14 +2,14 @@
 
 #include "base/Log.h"
 #include "base/ShortMemory.h"
+#include "files/FileInPlace.h"
+#include "files/PathBytes.h"
 #include "files/RegularFile.h"
 #include "iconfamily/CarbonFSRefCreation.h"
 #include "iconfamily/IconFamilyElements.h"
 #include "imaging/icns/IcnsReader.h"
 #include "imaging/icns/IconFamilyBlock.h"
 #include "platform/forks/ResourceFile.h"
-
-#include <QFile>
 
 #include <limits>
 #include <vector>
@@ -38,7 +38,7 @@ std::unique_ptr<IconFamily> IconFamily::initWithContentsOfFile(const QString& pa
         return Error{ErrorCode::UnknownFormat, QStringLiteral("not an icns file")};
     };
     Result<QByteArray> bytes = unlessMemoryIsShort(
-        [&] { return RegularFile::read(QFile::encodeName(reference->path).toStdString(), largest, check); });
+        [&] { return RegularFile::read(PathBytes::encoded(reference->path).toStdString(), largest, check); });
     if (!bytes || IcnsReader::lengthOf(*bytes) != bytes->size())
         return nullptr;
     return initWithIconFamilyHandle(std::move(*bytes));
@@ -74,9 +74,7 @@ std::unique_ptr<IconFamily> IconFamily::iconFamilyWithSystemIcon(FourCharCode ty
 }
 
 bool IconFamily::writeToFile(const QString& path) const {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
-           file.write(hIconFamily) == hIconFamily.size() && file.flush();
+    return FileInPlace::write(path, hIconFamily).operator bool();
 }
 
 namespace {

@@ -1,5 +1,6 @@
 #include "mainwindow/BorderImageView.h"
 
+#include "files/PathBytes.h"
 #include "imaging/io/ImageSource.h"
 #include "mainwindow/MimeContents.h"
 #include "platform/services/NotificationCenter.h"
@@ -8,7 +9,6 @@
 #include <QDragEnterEvent>
 #include <QDragLeaveEvent>
 #include <QDropEvent>
-#include <QFile>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -78,7 +78,7 @@ bool BorderImageView::performDragOperation(const QMimeData* sender) {
     if (paths.isEmpty())
         return true;
     const Result<LoadedPicture> picture =
-        ImageSource::loadFile(QFile::encodeName(paths.last()).toStdString());
+        ImageSource::loadFile(PathBytes::encoded(paths.last()).toStdString());
     showArrived(picture ? picture->image : Image());
     return true;
 }

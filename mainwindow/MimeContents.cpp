@@ -1,5 +1,7 @@
 #include "mainwindow/MimeContents.h"
 
+#include "files/PathBytes.h"
+
 #include <QBuffer>
 #include <QImage>
 #include <QMimeData>
@@ -14,6 +16,14 @@ namespace {
 constexpr std::array forms{"image/svg+xml", "image/png", "image/tiff", "image/x-icns",
                            "image/webp",    "image/bmp", "image/jpeg", "image/gif"};
 
+/// The path of a local file. A name that is no UTF-8 is in the URL byte by byte.
+QString pathOf(const QUrl& url) {
+    QString path = url.toLocalFile();
+    if (!path.contains(QChar::ReplacementCharacter) || !url.host().isEmpty())
+        return path;
+    return PathBytes::decoded(QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toUtf8()));
+}
+
 } // namespace
 
 QStringList MimeContents::fileNames(const QMimeData& data) {
@@ -25,7 +35,7 @@ QStringList MimeContents::fileNames(const QMimeData& data) {
         if (host == QLatin1String("localhost") ||
             host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0)
             url.setHost({});
-        paths << url.toLocalFile();
+        paths << pathOf(url);
     }
     return paths;
 }

@@ -3,12 +3,10 @@
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
 #include "files/AtomicFile.h"
+#include "files/FileItem.h"
 #include "files/FilePath.h"
+#include "files/PathBytes.h"
 #include "files/RegularFile.h"
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 
 #include <sys/stat.h>
 
@@ -19,14 +17,13 @@ namespace {
 
 /// What the store keeps for an existing item; empty if the item has no AppleDouble file.
 Result<AppleDouble> contentsOf(const QString& path, const QString& sidecar) {
-    if (!QFileInfo::exists(path))
+    if (!FileItem::exists(path))
         return about(path, systemError(ENOENT, ErrorCode::NotFound));
-    const QFileInfo info(sidecar);
-    if (!info.exists() && !info.isSymLink())
+    if (!FileItem::isThere(sidecar))
         return AppleDouble();
     // macOS itself can keep less than 4 GiB in such a file.
     constexpr qint64 largest = std::numeric_limits<quint32>::max();
-    const Result<QByteArray> bytes = RegularFile::read(QFile::encodeName(sidecar).toStdString(), largest);
+    const Result<QByteArray> bytes = RegularFile::read(PathBytes::encoded(sidecar).toStdString(), largest);
     if (!bytes)
         return about(sidecar, bytes.error());
     Result<AppleDouble> parsed = AppleDouble::parse(*bytes);
@@ -38,8 +35,9 @@ Result<AppleDouble> contentsOf(const QString& path, const QString& sidecar) {
 /// The path of an item with the links to its folder resolved. If the item itself is a link, it is not
 /// resolved.
 QString ownPath(const QString& path) {
-    const QString absolute = QDir::current().absoluteFilePath(path);
-    const QString folder = QFileInfo(deletingLastPathComponent(absolute)).canonicalFilePath();
+    const QString absolute =
+        path.startsWith(u'/') ? path : appendingPathComponent(FileItem::currentFolder(), path);
+    const QString folder = FileItem::canonicalPath(deletingLastPathComponent(absolute));
     return folder.isEmpty() ? absolute : appendingPathComponent(folder, lastPathComponent(absolute));
 }
 
@@ -53,7 +51,7 @@ Result<Done> writeSidecar(const QString& sidecar, const QString& item, const App
     constexpr mode_t readAndWrite = 0666;
     AtomicFile::Options options;
     struct stat status {};
-    if (stat(QFile::encodeName(item).constData(), &status) == 0)
+    if (stat(PathBytes::encoded(item).constData(), &status) == 0)
         options.newMode = status.st_mode & readAndWrite;
     const Result<Done> written = AtomicFile::write(sidecar, contents.data(), options);
     return written ? written : about(sidecar, written.error());
@@ -63,7 +61,7 @@ Result<Done> writeSidecar(const QString& sidecar, const QString& item, const App
 
 QString AppleDoubleForkStore::sidecarPath(const QString& path) {
     // The file system resolves links first: in "link/..", the ".." leads to the parent of the link's target.
-    const QString canonical = QFileInfo(path).canonicalFilePath();
+    const QString canonical = FileItem::canonicalPath(path);
     return beside(canonical.isEmpty() ? ownPath(path) : canonical);
 }
 
@@ -80,11 +78,10 @@ Result<Done> AppleDoubleForkStore::removeItem(const QString& path) {
 Result<Done> AppleDoubleForkStore::removeRemains(const QString& path) {
     return unlessMemoryIsShort([&]() -> Result<Done> {
         const QString sidecar = beside(ownPath(path));
-        const QFileInfo info(sidecar);
-        if (!info.exists() && !info.isSymLink())
+        if (!FileItem::isThere(sidecar))
             return Done{};
         // A folder of that name belongs to the user and stays, with all that is in it.
-        if (info.isDir() && !info.isSymLink())
+        if (FileItem::isFolder(sidecar) && !FileItem::isLink(sidecar))
             return about(sidecar, systemError(EISDIR, ErrorCode::NotWritable));
         return FileForkStore::removeItem(sidecar);
     });

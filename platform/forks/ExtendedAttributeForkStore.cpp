@@ -2,8 +2,7 @@
 
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
-
-#include <QFile>
+#include "files/PathBytes.h"
 
 #include <sys/xattr.h>
 
@@ -47,7 +46,7 @@ Error failure(const QString& path, ErrorCode code, int error) {
 Result<QByteArray> read(const QString& path, const char* name) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return failure(path, ErrorCode::NotAPath, ENOENT);
-    const QByteArray file = QFile::encodeName(path);
+    const QByteArray file = PathBytes::encoded(path);
     // The value may grow at any time, so asking for its length first would not help. If a value exactly fills
     // the buffer, there may be more: macOS returns as much of a resource fork as fits.
     constexpr qsizetype usual = 2048;
@@ -71,7 +70,7 @@ Result<QByteArray> read(const QString& path, const char* name) {
 Result<Done> write(const QString& path, const char* name, const QByteArray& value) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return failure(path, ErrorCode::NotAPath, ENOENT);
-    if (setAttribute(QFile::encodeName(path).constData(), name, value.constData(),
+    if (setAttribute(PathBytes::encoded(path).constData(), name, value.constData(),
                      static_cast<std::size_t>(value.size())) != 0)
         return failure(path, errno == ENOENT ? ErrorCode::NotFound : ErrorCode::NotWritable, errno);
     return Done{};

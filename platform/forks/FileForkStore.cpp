@@ -3,11 +3,10 @@
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
 #include "files/AtomicFile.h"
+#include "files/FileItem.h"
 #include "files/FileTime.h"
+#include "files/PathBytes.h"
 #include "platform/forks/ResourceFork.h"
-
-#include <QFile>
-#include <QFileInfo>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -34,10 +33,9 @@ Result<Done> FileForkStore::removeItem(const QString& path) {
     return unlessMemoryIsShort([&]() -> Result<Done> {
         if (!isPath(path))
             return notAPath(path);
-        const QByteArray name = QFile::encodeName(path);
+        const QByteArray name = PathBytes::encoded(path);
         std::error_code error;
-        const QFileInfo item(path);
-        if (item.isDir() && !item.isSymLink())
+        if (FileItem::isFolder(path) && !FileItem::isLink(path))
             std::filesystem::remove_all(name.constData(), error);
         else if (unlink(name.constData()) != 0)
             error = std::error_code(errno, std::generic_category());
@@ -58,7 +56,7 @@ Result<ForkStore::FileTime> FileForkStore::modificationDate(const QString& path)
         struct stat status {};
         if (!isPath(path))
             return notAPath(path);
-        if (stat(QFile::encodeName(path).constData(), &status) != 0)
+        if (stat(PathBytes::encoded(path).constData(), &status) != 0)
             return about(path,
                          systemError(errno, errno == ENOENT ? ErrorCode::NotFound : ErrorCode::NotReadable));
         const timespec time = modificationTime(status);
@@ -74,7 +72,7 @@ Result<Done> FileForkStore::setModificationDate(const QString& path, const FileT
         times[1].tv_nsec = static_cast<long>(date.nanoseconds);
         if (!isPath(path))
             return notAPath(path);
-        if (utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0) != 0)
+        if (utimensat(AT_FDCWD, PathBytes::encoded(path).constData(), times, 0) != 0)
             return about(path, systemError(errno, ErrorCode::NotWritable));
         return Done{};
     });
@@ -83,9 +81,8 @@ Result<Done> FileForkStore::setModificationDate(const QString& path, const FileT
 Result<ForkStore::Created> FileForkStore::createResourceFork(const QString& path,
                                                              const std::optional<FinderInfo>& info) {
     return unlessMemoryIsShort([&]() -> Result<Created> {
-        const QFileInfo item(path);
-        const bool wasThere = isPath(path) && (item.exists() || item.isSymLink());
-        if (wasThere && (item.isDir() || !item.exists()))
+        const bool wasThere = FileItem::isThere(path);
+        if (wasThere && (FileItem::isFolder(path) || !FileItem::exists(path)))
             return Created::WasThere;
         if (!wasThere) {
             if (const Result<Done> removed = removeRemains(path); !removed)
@@ -113,7 +110,7 @@ Result<ForkStore::Created> FileForkStore::createResourceFork(const QString& path
 
 Result<Done> FileForkStore::notifyChanged(const QString& folder) {
     return unlessMemoryIsShort([&]() -> Result<Done> {
-        if (!isPath(folder) || !QFileInfo(folder).isDir())
+        if (!FileItem::isFolder(folder))
             return about(folder, systemError(ENOTDIR, ErrorCode::NotFound));
         return Done{};
     });

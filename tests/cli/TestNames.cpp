@@ -123,18 +123,6 @@ TEST_F(Names, a_picture_whose_name_is_not_UTF8) {
     EXPECT_EQ(tree().size(), 9U);
 }
 
-TEST_F(Names, an_output_folder_whose_name_is_not_UTF8_is_refused) {
-    const ProcessResult result =
-        runProcess(u"/bin/sh"_s,
-                   {u"-c"_s, u"exec \"$0\" generate \"$1\" --out \"$(printf 'a\\377')\""_s,
-                    QStringLiteral(TOBRIMAX_CLI), sample(u"svg"_s)},
-                   path({}));
-    EXPECT_EQ(result.exitStatus, 2);
-    EXPECT_EQ(result.errorLines().size(), 1);
-    EXPECT_TRUE(result.errors.contains("--out"));
-    EXPECT_EQ(tree(path({})).size(), 0U);
-}
-
 TEST_F(Names, an_output_folder_with_slashes_at_its_end) {
     const QString folder = path(u"deep/down"_s);
     expectDone(runCli(

@@ -10,6 +10,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import time
 import unicodedata
 import unittest
 
@@ -115,14 +116,48 @@ class OddNamesTest(unittest.TestCase):
                          sorted([name.encode() for name in ODD] + [b"catalogue.plist", b"picture.svg"]))
 
     def test_folder_of_no_encoding(self):
+        """Names are bytes: what is no UTF-8 is shown by its number, and in JSON by U+FFFD."""
         catalogue = self.catalogue("icon")
-        for name in b"caf\xe9", b"a\xff\x1b[31m":
-            self.assertEqual(self.generate(self.picture, name, catalogue).returncode, 2)
-        # An escape may not stand for such bytes either, nor for the byte that ends a name.
-        for name in "a%ff", "a%00", "a%ed%a0%80":
-            result = self.generate(self.picture, name, catalogue)
-            self.assertEqual((result.returncode, result.stderr.count(b"\n")), (1, 1))
-            self.assertEqual(self.files_below(os.path.join(self.folder, name.encode())), [])
+        for name, shown in ((b"caf\xe9", "caf\\xe9"), (b"a\xff\x1b[31m", "a\\xff\\x1b[31m"), (b"\xc3(\xc3", "\\xc3(\\xc3"),
+                            (b"\xed\xa0\x80", "\\xed\\xa0\\x80"), (b"\xff/\xfe", "\\xff/\\xfe"),
+                            ("\U0001f3a8".encode() + b"\xf0\x9f", "\U0001f3a8\\xf0\\x9f")):
+            with self.subTest(name=name):
+                result = self.generated(self.picture, name, catalogue, "--verbose")
+                self.assertTrue(result.stdout.decode().endswith("/" + shown + "\n"), result.stdout)
+                self.assertEqual(self.files_below(os.path.join(self.folder, name)), [b"iphone/AppIcon.appiconset/icon.png"])
+                document = json.loads(self.generated(self.picture, name, catalogue, "--json").stdout)
+                self.assertEqual(document["files"][0]["path"], document["out"] + "/iphone/AppIcon.appiconset/icon.png")
+                self.assertRegex(document["out"], "\ufffd")
+                self.assertNotRegex(document["out"], "[\ud800-\udfff]")
+        with open(os.path.join(self.folder, b"file\xe9"), "wb"):
+            failed = self.generate(self.picture, b"file\xe9/below", catalogue, "--json")
+        self.assertEqual(failed.stderr, b"tobrimax-cli: error: file\\xe9/below: Not a directory\n")
+        self.assertEqual(json.loads(failed.stdout)["errors"], ["file\ufffd/below: Not a directory"])
+
+    def test_current_folder_of_no_encoding(self):
+        catalogue = self.catalogue("icon")
+        self.folder += b"/here\xe9"
+        os.mkdir(self.folder)
+        result = self.generated(self.picture, "out", catalogue)
+        self.assertTrue(result.stdout.endswith(b"/here\\xe9/out\n"), result.stdout)
+        self.folder = self.folder[:-6]
+
+    def test_folder_of_no_encoding_is_opened(self):
+        """The file browser is told of it by a URL."""
+        catalogue = self.catalogue("icon")
+        os.mkdir(os.path.join(self.folder, b"bin"))
+        browser = self.file(b"bin/xdg-open", b'#!/bin/sh\nprintf %s "$*" >"${0%/*}/told" && mv "${0%/*}/told" "${0%/*}/opened"\n')
+        os.chmod(browser, 0o700)
+        before = os.environ["PATH"]
+        self.addCleanup(os.environ.__setitem__, "PATH", before)
+        os.environ["PATH"] = os.fsdecode(self.folder) + "/bin:" + before
+        self.generated(self.picture, b"caf\xe9", catalogue, "--open")
+        opened = os.path.join(self.folder, b"bin/opened")
+        end = time.monotonic() + 20
+        while not os.path.exists(opened) and time.monotonic() < end:
+            time.sleep(0.05)
+        with open(opened, "rb") as file:
+            self.assertEqual(file.read(), b"file://" + self.folder + b"/caf%E9/")
 
     def test_folder_with_escapes(self):
         """The folder is made under its plain name; files are written under the unescaped name."""
@@ -229,6 +264,28 @@ class OddNamesTest(unittest.TestCase):
                     self.assertEqual(file.read(4), b"\x89PNG")
                 self.assertEqual(self.run_cli("icns", "list", "--", name).returncode, 1, "it is no icns file")
                 os.remove(path)
+
+    def test_other_commands_with_no_encoding(self):
+        catalogue = self.catalogue("icon")
+        for name in b"caf\xe9", b"\xff\xfe":
+            with self.subTest(name=name):
+                for words in ((b"icns", b"make", self.picture, b"--out", name + b".icns"),
+                              (b"icns", b"list", name + b".icns"),
+                              (b"icns", b"extract", name + b".icns", b"--out", name + b".d"),
+                              (b"export", self.picture, b"--format", b"png", b"--out", name),
+                              (b"custom-icon", b"set", name, name + b".icns", b"--apple-double"),
+                              (b"custom-icon", b"set", name + b".d", name + b".icns", b"--apple-double"),
+                              (b"custom-icon", b"remove", name, b"--apple-double"),
+                              (b"custom-icon", b"remove", name + b".d", b"--apple-double")):
+                    result = self.run_cli(*words)
+                    self.assertEqual((result.returncode, result.stderr), (0, b""), words)
+                for made in name, b"._" + name, name + b".icns", name + b".d", b"._" + name + b".d":
+                    self.assertTrue(os.path.exists(os.path.join(self.folder, made)), made)
+                self.assertEqual(len(os.listdir(os.path.join(self.folder, name + b".d"))), 7)
+                document = json.loads(self.run_cli(b"icns", b"list", b"--json", name + b".icns").stdout)
+                self.assertEqual(document["file"], name.decode(errors="replace") + ".icns")
+                shutil.copy(catalogue, os.path.join(self.folder, name + b".plist"))
+                self.generated(self.picture, "out", name + b".plist")
 
     def test_wrong_usage(self):
         for name in *ODD, b"caf\xe9", b"\xff\x1b[31m":

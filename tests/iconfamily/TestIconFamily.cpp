@@ -451,6 +451,14 @@ TEST_F(IconFamilyFiles, is_written_in_place) {
     EXPECT_FALSE(family->writeToFile(folder.filePath(QStringLiteral("no/such/folder"))));
 }
 
+TEST_F(IconFamilyFiles, is_written_to_a_name_that_begins_with_a_colon) {
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(folder.path()));
+    EXPECT_TRUE(IconFamily::initWithData("bytes")->writeToFile(QStringLiteral(":w")));
+    ASSERT_TRUE(QDir::setCurrent(before));
+    EXPECT_EQ(QFileInfo(folder.filePath(QStringLiteral("./:w"))).size(), 5);
+}
+
 TEST_F(IconFamilyFiles, a_full_disk_is_a_failure) {
     if (!QFileInfo::exists(QStringLiteral("/dev/full")))
         GTEST_SKIP() << "this system has no /dev/full";

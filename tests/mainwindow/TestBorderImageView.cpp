@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 namespace {
 
 /// Lets a test draw into a painter of its own, and counts the view's paint events.
@@ -140,6 +142,19 @@ TEST_F(BorderImageViewTest, takes_the_last_local_file_and_urls_that_name_this_ma
         view.performDragOperation(&data);
         EXPECT_EQ(view.image().size(), QSizeF(10, 10)) << host.toStdString();
     }
+}
+
+TEST_F(BorderImageViewTest, takes_a_file_whose_name_is_no_utf8) {
+    const QByteArray plain = QFile::encodeName(picture(QStringLiteral("plain.png"), 30, 20));
+    const QByteArray name = QFile::encodeName(folder.path()) + "/caf\xe9.png";
+    if (std::rename(plain.constData(), name.constData()) != 0)
+        GTEST_SKIP() << "this file system knows UTF-8 alone";
+    QMimeData data;
+    data.setData(QStringLiteral("text/uri-list"),
+                 "file://" + QFile::encodeName(folder.path()) + "/caf%E9.png\r\n");
+    EXPECT_TRUE(view.performDragOperation(&data));
+    EXPECT_EQ(view.image().size(), QSizeF(30, 20));
+    EXPECT_EQ(std::remove(name.constData()), 0);
 }
 
 TEST_F(BorderImageViewTest, every_drag_is_answered_with_a_copy) {
