@@ -35,6 +35,7 @@ class OptionsInput final : public GenerationInput {
     Image sourceImage() const override { return m_image; }
     int platformIndex() const override { return m_platformIndex; }
     QString outputPathString() const override { return m_options.out; }
+    bool replacesPercentEscapes() const override { return false; }
     IconStyle iconStyle() const override { return m_options.style; }
 
   private:

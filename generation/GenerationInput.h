@@ -20,5 +20,9 @@ class GenerationInput {
     /// The path of the output folder.
     virtual QString outputPathString() const = 0;
 
+    /// Whether the percent escapes of `outputPathString` are replaced when files are written (see
+    /// OutputFolder). Where they are not, the path is taken as it is.
+    virtual bool replacesPercentEscapes() const { return true; }
+
     virtual IconStyle iconStyle() const = 0;
 };

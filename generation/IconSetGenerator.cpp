@@ -52,10 +52,9 @@ void IconSetGenerator::outputImage(const Image& image, const QVariantMap& InfoDi
 }
 
 void IconSetGenerator::writeContainer(const Image& image, const QString& idiom) const {
-    const QString folder = appiconsetPathString(idiom);
-    const Result<QString> path = OutputFolder::containerPath(folder);
+    const Result<QString> path = OutputFolder::containerPath(m_input, idiom);
     if (!path) {
-        tellFailure(OutputFolder::containerBeside(folder), path.error());
+        tellFailure(OutputFolder::containerBeside(appiconsetPathString(idiom)), path.error());
         return;
     }
     const Result<IconContainer::Written> written = IconContainer::write(image, m_renderer, *path, &m_pngs);

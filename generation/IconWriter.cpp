@@ -61,7 +61,7 @@ void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QSt
         logLine(QStringLiteral("Error\uFF1A%1").arg(folder.error().sentence));
     const Result<EncodedIcon> icon = made(m_renderer, image, withSize, m_pngs);
 
-    const Result<QString> path = OutputFolder::pngPath(appiconsetPath(idiom), andName);
+    const Result<QString> path = OutputFolder::pngPath(m_input, idiom, andName);
     const QString shownPath = path ? *path : OutputFolder::shownPngPath(appiconsetPath(idiom), andName);
     const auto write = [&]() -> Result<Done> {
         if (!icon)

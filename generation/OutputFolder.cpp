@@ -1,6 +1,7 @@
 #include "generation/OutputFolder.h"
 
 #include "files/FilePath.h"
+#include "generation/GenerationInput.h"
 #include "generation/Platforms.h"
 
 #include <QStringList>
@@ -16,20 +17,28 @@ QString containerIn(const QString& folder) {
                                   QLatin1String(OutputFolder::containerName) + QStringLiteral(".icns"));
 }
 
+/// The folder that files are written into.
+Result<QString> writtenFolder(const GenerationInput& input, const QString& folder) {
+    return input.replacesPercentEscapes() ? replacingPercentEscapes(folder) : folder;
+}
+
 } // namespace
 
 QString OutputFolder::appiconsetPathString(const QString& outputPathString, const QString& idiom) {
     return outputPathString + u'/' + Platforms::folder(idiom);
 }
 
-Result<QString> OutputFolder::pngPath(const QString& appiconsetPath, const QString& name) {
-    const Result<QString> folder = replacingPercentEscapes(appiconsetPath);
+Result<QString> OutputFolder::pngPath(const GenerationInput& input, const QString& idiom,
+                                      const QString& name) {
+    const Result<QString> folder =
+        writtenFolder(input, appiconsetPathString(input.outputPathString(), idiom));
     return folder ? pngIn(*folder, name) : outside();
 }
 
-Result<QString> OutputFolder::containerPath(const QString& appiconsetPath) {
-    const Result<QString> folder = replacingPercentEscapes(deletingLastPathComponent(appiconsetPath));
-    return folder ? containerIn(*folder) : folder;
+Result<QString> OutputFolder::containerPath(const GenerationInput& input, const QString& idiom) {
+    const QString folder = appiconsetPathString(input.outputPathString(), idiom);
+    const Result<QString> written = writtenFolder(input, deletingLastPathComponent(folder));
+    return written ? containerIn(*written) : written;
 }
 
 Result<QString> OutputFolder::pngIn(const QString& folder, const QString& name) {

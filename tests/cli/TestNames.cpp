@@ -30,23 +30,42 @@ TEST_F(Names, a_percent_sign_in_the_output_folder_stays) {
     EXPECT_EQ(QDir(path({})).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{u"50% off"_s});
 }
 
-TEST_F(Names, a_percent_escape_in_the_output_folder_sends_the_files_elsewhere_which_fails) {
-    const QString folder = path(u"a%20b"_s);
-    const ProcessResult result =
-        runCli({u"generate"_s, sample(u"svg"_s), u"--out"_s, folder, u"--platform"_s, u"iphone"_s});
-    expectOneError(result, u"9 files not written"_s);
-    EXPECT_TRUE(result.errors.contains("a b/iphone/AppIcon.appiconset/Icon-App-20x20@2x.png"));
-    EXPECT_EQ(tree(folder), std::vector<std::string>{"iphone/AppIcon.appiconset"});
-    EXPECT_FALSE(QFileInfo::exists(path(u"a b"_s)));
+TEST_F(Names, a_percent_escape_in_the_output_folder_stands_for_itself) {
+    ASSERT_TRUE(QDir().mkpath(path(u"a b/mac/AppIcon.appiconset"_s)));
+    for (const QString& name : {u"a%20b"_s, u"a%00"_s, u"a%ff"_s, u"%2e%2e"_s}) {
+        SCOPED_TRACE(name.toStdString());
+        const ProcessResult result =
+            runCli({u"generate"_s, sample(u"svg"_s), u"--out"_s, path(name), u"--platform"_s, u"mac"_s});
+        expectDone(result);
+        EXPECT_TRUE(result.output.contains(QFile::encodeName(name)));
+        EXPECT_EQ(tree(path(name)).size(), 11U);
+    }
+    EXPECT_EQ(tree(path(u"a b"_s)), std::vector<std::string>{"mac/AppIcon.appiconset"});
 }
 
-TEST_F(Names, a_percent_escape_in_the_output_folder_sends_the_files_to_the_unescaped_one_if_it_exists) {
-    ASSERT_TRUE(QDir().mkpath(path(u"a b/iphone/AppIcon.appiconset"_s)));
-    expectDone(runCli(
-        {u"generate"_s, sample(u"svg"_s), u"--out"_s, path(u"a%20b"_s), u"--platform"_s, u"iphone"_s}));
-    EXPECT_EQ(tree(path(u"a b"_s)).size(), 9U);
-    EXPECT_EQ(QImage(path(u"a b/iphone/AppIcon.appiconset/Icon-App-20x20@2x.png"_s)).size(), QSize(40, 40));
-    EXPECT_EQ(tree(path(u"a%20b"_s)), std::vector<std::string>{"iphone/AppIcon.appiconset"});
+TEST_F(Names, a_colon_at_the_start_of_relative_names) {
+    propertyList(u"./:c"_s, u"[{'a': entry('icon', '{8, 8}')}, {}, {}, {}, {}]"_s);
+    copiedSample(u"./:p.svg"_s);
+    const auto expectHere = [&](const QStringList& words) { expectDone(runCli(words, path({}))); };
+    expectHere({u"generate"_s, u":p.svg"_s, u"--out"_s, u":g"_s, u"--platform"_s, u"iphone"_s,
+                u"--catalogue"_s, u":c"_s});
+    EXPECT_EQ(tree(path(u"./:g"_s)), std::vector<std::string>{"iphone/AppIcon.appiconset/icon.png"});
+    expectHere({u"icns"_s, u"make"_s, u":p.svg"_s, u"--out"_s, u":i"_s});
+    expectHere({u"icns"_s, u"extract"_s, u":i"_s, u"--out"_s, u":x"_s});
+    EXPECT_EQ(tree(path(u"./:x"_s)).size(), 7U);
+    expectHere({u"export"_s, u":p.svg"_s, u"--format"_s, u"png"_s, u"--out"_s, u":e"_s});
+    EXPECT_FALSE(QImage(path(u"./:e"_s)).isNull());
+    ASSERT_TRUE(QDir().mkdir(path(u"./:d"_s)));
+    for (const QString& item : {u":e"_s, u":d"_s}) {
+        expectHere({u"custom-icon"_s, u"set"_s, item, u":i"_s, u"--apple-double"_s});
+        EXPECT_TRUE(QFileInfo::exists(path(u"./._"_s + item)));
+        expectHere({u"custom-icon"_s, u"remove"_s, item, u"--apple-double"_s});
+    }
+    EXPECT_EQ(tree(path(u"./:d"_s)), std::vector<std::string>());
+    const ProcessResult missing = runCli({u"generate"_s, u":p.svg"_s, u"--out"_s, u":g"_s, u"--catalogue"_s,
+                                          u":/resources/ImageSizeFile.plist"_s},
+                                         path({}));
+    expectOneError(missing, u":/resources/ImageSizeFile.plist: No such file or directory"_s);
 }
 
 TEST_F(Names, spaces) {

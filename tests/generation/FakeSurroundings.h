@@ -19,10 +19,12 @@ class FakeInput final : public GenerationInput {
     int index = 0;
     QString out;
     IconStyle style;
+    bool isUnescaped = true;
 
     Image sourceImage() const override { return picture; }
     int platformIndex() const override { return index; }
     QString outputPathString() const override { return out; }
+    bool replacesPercentEscapes() const override { return isUnescaped; }
     IconStyle iconStyle() const override { return style; }
 };
 

@@ -355,6 +355,21 @@ TEST(IconSetGenerator, an_escape_in_the_chosen_folders_name_parts_the_folder_fro
     EXPECT_EQ(fixture.files(), QStringList(text("a b/iphone/AppIcon.appiconset/icon.png")));
 }
 
+TEST(IconSetGenerator, a_path_that_is_taken_as_it_is_keeps_its_escapes) {
+    GeneratorFixture fixture;
+    fixture.useCatalogue(text("<dict/><dict/><dict/><dict>") +
+                         entry(text("a"), text("{20, 20}"), text("icon")) + text("</dict><dict/>"));
+    fixture.input.isUnescaped = false;
+    for (const char* name : {"a%20b", "a%00", "a%ff"}) {
+        fixture.input.out = fixture.path(text(name));
+        fixture.generate(4);
+        EXPECT_EQ(GeneratorFixture::filesBelow(fixture.input.out),
+                  QStringList({text("mac/AppIcon.appiconset/icon.png"), text("mac/Application.icns")}))
+            << name;
+    }
+    EXPECT_TRUE(fixture.observer.failures.isEmpty());
+}
+
 TEST(IconSetGenerator, an_escape_in_an_entrys_name_stays) {
     GeneratorFixture fixture;
     fixture.useCatalogue(onlyIphone(entry(text("a"), text("{20, 20}"), text("i%41"))));
