@@ -233,6 +233,10 @@ CustomIcon::Outcome CustomIcon::removeFromFile(const QString& path) {
     return {unlessMemoryIsShort([&] { return ::removeFromFile(**store, path); })};
 }
 
+Result<Done> CustomIcon::removeCompatibility(const QString& path) {
+    return ResourceFile::removeResources(path, compatibilityTypes, customIconNumber);
+}
+
 CustomIcon::Outcome CustomIcon::removeFromFolder(const QString& path) {
     const Result<ForkStore*> store = availableStore();
     if (!store)

@@ -1,8 +1,10 @@
 #include "platform/forks/ResourceFile.h"
 
 #include "base/ShortMemory.h"
+#include "files/FileItem.h"
 #include "platform/forks/CurrentForkStore.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -27,7 +29,9 @@ ResourceFile::~ResourceFile() {
 Result<std::unique_ptr<ResourceFile>> ResourceFile::open(const QString& path) {
     return unlessMemoryIsShort([&]() -> Result<std::unique_ptr<ResourceFile>> {
         ForkStore& store = currentForkStore();
-        const Result<QByteArray> bytes = store.resourceFork(path);
+        // Its Finder information may stand beside a fork that is another's, or nobody's.
+        const bool isFolder = FileItem::isFolder(path);
+        const Result<QByteArray> bytes = isFolder ? QByteArray() : store.resourceFork(path);
         if (!bytes)
             return bytes.error();
         if (bytes->isEmpty())
@@ -37,6 +41,37 @@ Result<std::unique_ptr<ResourceFile>> ResourceFile::open(const QString& path) {
             return about(path, fork.error());
         // std::make_unique cannot call the private constructor.
         return std::unique_ptr<ResourceFile>(new ResourceFile(store, path, std::move(*fork)));
+    });
+}
+
+Result<Done> ResourceFile::removeResources(const QString& path, std::span<const FourCharCode> types,
+                                           qint16 number) {
+    return unlessMemoryIsShort([&]() -> Result<Done> {
+        ForkStore& store = currentForkStore();
+        const Result<ForkStore::FileTime> date = store.modificationDate(path);
+        const Result<std::unique_ptr<ResourceFile>> file = open(path);
+        if (!file)
+            return file.error().code == ErrorCode::NotFound ? Result<Done>(Done{}) : file.error();
+        ResourceFork& fork = (*file)->fork();
+        const auto isMeant = [&](const Resource& resource) {
+            return resource.number == number && std::ranges::find(types, resource.type) != types.end();
+        };
+        const auto isProtected = [&](const Resource& resource) {
+            return isMeant(resource) && (resource.attributes & Resource::isProtected) != 0;
+        };
+        if (std::ranges::none_of(fork.resources(), isMeant))
+            return Done{};
+        if (fork.isReadOnly())
+            return about(path, {ErrorCode::NotWritable, QStringLiteral("its resource fork is read-only")});
+        if (std::ranges::any_of(fork.resources(), isProtected))
+            return about(path, {ErrorCode::NotWritable, QStringLiteral("a part of its icon is protected")});
+        fork.removeResources(isMeant);
+        if (Result<Done> closed = (*file)->close(); !closed)
+            return closed;
+        // Only an owner can set it, and where it did not change there is nothing to set.
+        if (date)
+            static_cast<void>(store.setModificationDate(path, *date));
+        return Done{};
     });
 }
 

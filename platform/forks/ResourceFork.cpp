@@ -316,3 +316,7 @@ bool ResourceFork::removeResource(FourCharCode type, qint16 number) {
     m_resources.erase(m_resources.begin() + (found - m_resources.data()));
     return true;
 }
+
+void ResourceFork::removeResources(const std::function<bool(const Resource&)>& areMeant) {
+    std::erase_if(m_resources, areMeant);
+}

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -52,6 +53,9 @@ class ResourceFork {
 
     /// Removes the first resource of that type and number. Returns whether there was one.
     bool removeResource(FourCharCode type, qint16 number);
+
+    /// Takes out all resources that are meant.
+    void removeResources(const std::function<bool(const Resource&)>& areMeant);
 
     bool operator==(const ResourceFork&) const = default;
 

@@ -252,6 +252,16 @@ TEST_F(CustomIcons, only_the_form_with_an_error_adds_compatibility) {
               QStringList({QStringLiteral("ICN#"), QStringLiteral("ics8"), QStringLiteral("icns")}));
 }
 
+TEST_F(CustomIcons, a_folder_gets_and_loses_no_icon_as_a_file) {
+    // It has no resource fork, though something keeps one under its name.
+    ASSERT_TRUE(AppleDoubleForkStore().setResourceFork(folder, *ResourceFork().data()));
+    setFlags(folder, 0x0500);
+    EXPECT_FALSE(family->setAsCustomIconForFile(folder));
+    EXPECT_FALSE(IconFamily::removeCustomIconFromFile(folder));
+    EXPECT_EQ(types(folder), QStringList());
+    EXPECT_EQ(flags(folder), 0x0500);
+}
+
 TEST_F(CustomIcons, an_older_icon_is_replaced_and_other_resources_stay) {
     ASSERT_TRUE(store.createResourceFork(item, std::nullopt));
     {

@@ -380,6 +380,63 @@ TEST_F(ForkStoreTest, only_a_whole_fork_is_opened) {
     EXPECT_EQ(ResourceFile::current(), nullptr);
 }
 
+TEST_F(ForkStoreTest, a_folder_has_no_fork_to_open_whatever_stands_beside_it) {
+    AppleDoubleForkStore store;
+    const ForkStoreInUse inUse(store);
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir(QStringLiteral("folder")));
+    ASSERT_TRUE(store.setResourceFork(path(QStringLiteral("folder")), *ResourceFork().data()));
+    const Result<std::unique_ptr<ResourceFile>> opened = ResourceFile::open(path(QStringLiteral("folder")));
+    ASSERT_FALSE(opened);
+    EXPECT_EQ(opened.error().code, ErrorCode::NotFound);
+}
+
+TEST_F(ForkStoreTest, all_resources_of_some_types_and_a_number_are_removed) {
+    AppleDoubleForkStore store;
+    const ForkStoreInUse inUse(store);
+    const QString item = file(QStringLiteral("item"));
+    constexpr FourCharCode types[] = {"ICN#", "ics#"};
+    const auto setFork = [&](const ResourceFork& fork) {
+        EXPECT_TRUE(store.setResourceFork(item, *fork.data()));
+    };
+    ResourceFork fork;
+    for (const FourCharCode type : {FourCharCode("ICN#"), FourCharCode("icns"), FourCharCode("ics#")}) {
+        for (const qint16 number : {qint16{7}, qint16{8}, qint16{7}})
+            EXPECT_TRUE(fork.addResource({type, number, std::nullopt, 0, "data"}));
+    }
+    setFork(fork);
+    const ForkStore::FileTime date{1234567890, 5};
+    ASSERT_TRUE(store.setModificationDate(item, date));
+    ASSERT_TRUE(ResourceFile::removeResources(item, types, 7));
+    const ResourceFork left = *ResourceFork::parse(*store.resourceFork(item));
+    EXPECT_EQ(left.resources().size(), 5U);
+    EXPECT_EQ(left.resource("ICN#", 7), nullptr);
+    EXPECT_EQ(left.resource("ics#", 7), nullptr);
+    EXPECT_NE(left.resource("icns", 7), nullptr);
+    EXPECT_NE(left.resource("ics#", 8), nullptr);
+    EXPECT_EQ(*store.modificationDate(item), date);
+    EXPECT_EQ(ResourceFile::current(), nullptr);
+
+    EXPECT_TRUE(fork.addResource({"ics#", 7, std::nullopt, Resource::isProtected, "kept"}));
+    setFork(fork);
+    const Result<Done> refused = ResourceFile::removeResources(item, types, 7);
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error().code, ErrorCode::NotWritable);
+    EXPECT_EQ(*ResourceFork::parse(*store.resourceFork(item)), *ResourceFork::parse(*fork.data()));
+    EXPECT_TRUE(ResourceFile::removeResources(item, types, 9)) << "nothing to remove";
+}
+
+TEST_F(ForkStoreTest, nothing_is_removed_from_what_has_no_fork) {
+    AppleDoubleForkStore store;
+    const ForkStoreInUse inUse(store);
+    constexpr FourCharCode types[] = {"ICN#"};
+    EXPECT_TRUE(ResourceFile::removeResources(file(QStringLiteral("item")), types, 7));
+    EXPECT_TRUE(ResourceFile::removeResources(path(QStringLiteral("missing")), types, 7));
+    EXPECT_EQ(names(), QStringList{QStringLiteral("item")});
+    ASSERT_TRUE(store.setResourceFork(path(QStringLiteral("item")), "no fork"));
+    EXPECT_EQ(ResourceFile::removeResources(path(QStringLiteral("item")), types, 7).error().code,
+              ErrorCode::Damaged);
+}
+
 TEST_F(ForkStoreTest, closing_tells_what_could_not_be_written) {
     AppleDoubleForkStore store;
     const ForkStoreInUse inUse(store);
