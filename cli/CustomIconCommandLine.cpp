@@ -51,6 +51,7 @@ std::vector<Command> customIconCommands(CLI::App& app) {
     addStore(*set, setWords->options);
     set->add_flag("--compatibility", setWords->options.compatibility,
                   "also store the 1- and 8-bit elements that old systems show, where the icon has them");
+    set->add_flag("--create", setWords->options.create, "make an empty file where there is none at PATH");
     const auto removeWords = std::make_shared<CustomIconWords>();
     CLI::App* remove = customIcon->add_subcommand("remove", "Take the icon off a file or folder");
     remove->add_option("PATH", removeWords->path, "the file or folder")->required();

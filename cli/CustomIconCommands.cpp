@@ -1,15 +1,16 @@
 #include "cli/CustomIconCommands.h"
 
 #include "base/ShortMemory.h"
+#include "base/SystemError.h"
 #include "cli/InputFile.h"
 #include "cli/Terminal.h"
+#include "files/FileItem.h"
 #include "iconfamily/CustomIcon.h"
 #include "iconfamily/IconFamily.h"
 #include "platform/forks/AppleDoubleForkStore.h"
 #include "platform/forks/CurrentForkStore.h"
 
-#include <QFileInfo>
-
+#include <cerrno>
 #include <functional>
 
 namespace {
@@ -21,9 +22,9 @@ int fail(const QString& sentence) {
 
 /// Calls `operation` with the chosen store in use. If it fails, prints the cause.
 int run(const CustomIconOptions& options, const QString& what,
-        const std::function<CustomIcon::Outcome()>& operation) {
+        const std::function<Result<Done>()>& operation) {
     const auto work = [&] {
-        const Result<Done> result = operation().result;
+        const Result<Done> result = operation();
         return result ? 0 : fail(QStringLiteral("%1: %2").arg(what, result.error().sentence));
     };
     if (options.appleDouble) {
@@ -38,6 +39,11 @@ int run(const CustomIconOptions& options, const QString& what,
     return work();
 }
 
+Error missing() {
+    return {ErrorCode::NotFound,
+            QStringLiteral("%1; with --create an empty file is made").arg(systemSentence(ENOENT))};
+}
+
 } // namespace
 
 int runCustomIconSet(const CustomIconOptions& options) {
@@ -47,23 +53,26 @@ int runCustomIconSet(const CustomIconOptions& options) {
     const auto family = IconFamily::initWithData(file->bytes.first(file->reader.length()));
     if (family == nullptr)
         return InputFile::fail(options.file, outOfMemory());
-    return run(options, QStringLiteral("the icon could not be set"), [&] {
-        const bool isFolder = QFileInfo(options.path).isDir();
-        const bool isNew = !QFileInfo::exists(options.path);
-        CustomIcon::Outcome outcome =
-            isFolder ? CustomIcon::setOnFolder(*family, options.path, options.compatibility)
-                     : CustomIcon::setOnFile(*family, options.path, options.compatibility);
-        if (outcome.result && isNew)
-            Terminal::warning(
-                QStringLiteral("%1: there was no such file; an empty one was made").arg(options.path));
-        return outcome;
+    return run(options, QStringLiteral("the icon could not be set"), [&]() -> Result<Done> {
+        if (FileItem::isFolder(options.path))
+            return CustomIcon::setOnFolder(*family, options.path, options.compatibility).result;
+        if (!options.create && !FileItem::isThere(options.path))
+            return about(options.path, missing());
+        // Old systems would show the first of several, which is the oldest.
+        if (const Result<Done> removed =
+                options.compatibility ? CustomIcon::removeCompatibility(options.path) : Done{};
+            !removed)
+            return removed;
+        return CustomIcon::setOnFile(*family, options.path, options.compatibility).result;
     });
 }
 
 int runCustomIconRemove(const CustomIconOptions& options) {
-    return run(options, QStringLiteral("the icon could not be removed"), [&] {
-        const bool isFolder = QFileInfo(options.path).isDir();
-        return isFolder ? CustomIcon::removeFromFolder(options.path)
-                        : CustomIcon::removeFromFile(options.path);
+    return run(options, QStringLiteral("the icon could not be removed"), [&]() -> Result<Done> {
+        if (FileItem::isFolder(options.path))
+            return CustomIcon::removeFromFolder(options.path).result;
+        if (const Result<Done> removed = CustomIcon::removeCompatibility(options.path); !removed)
+            return removed;
+        return CustomIcon::removeFromFile(options.path).result;
     });
 }

@@ -11,6 +11,7 @@ struct CustomIconOptions {
     std::string file;           ///< the icns file, in the file system's own encoding; only for `set`
     bool appleDouble = false;   ///< forks are kept in AppleDouble files beside the items
     bool compatibility = false; ///< only for `set`
+    bool create = false;        ///< only for `set`: makes an empty file if there is no item
 };
 
 /// Makes an icns file the custom icon of a file or folder.

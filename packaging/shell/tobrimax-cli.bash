@@ -29,7 +29,7 @@ _tobrimax_cli() {
     "icns list") options="--json" ;;
     "icns extract") options="--out" ;;
     "icns make") options="--out $style" ;;
-    "custom-icon set") options="--apple-double --compatibility" operands=2 ;;
+    "custom-icon set") options="--apple-double --compatibility --create" operands=2 ;;
     "custom-icon remove") options="--apple-double" ;;
     export) options="--format --out --size" ;;
     *) return ;;

@@ -91,6 +91,7 @@ set condition '__tobrimax_cli_in custom-icon set'
 complete -c tobrimax-cli -n '__tobrimax_cli_wants 2 custom-icon set' -F
 complete -c tobrimax-cli -n $condition -l apple-double -d 'keep forks in AppleDouble files beside the items'
 complete -c tobrimax-cli -n $condition -l compatibility -d 'also store what old systems show'
+complete -c tobrimax-cli -n $condition -l create -d 'make an empty file where there is none'
 
 complete -c tobrimax-cli -n '__tobrimax_cli_wants 1 custom-icon remove' -F
 complete -c tobrimax-cli -n '__tobrimax_cli_in custom-icon remove' -l apple-double -d 'keep forks in AppleDouble files beside the items'

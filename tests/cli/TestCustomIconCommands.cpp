@@ -47,6 +47,33 @@ class CustomIconCommands : public CliTest {
         return result;
     }
 
+    /// "TYPE NUMBER DATA" for each resource, sorted, the data of an icon left out. Read by Python.
+    std::vector<std::string> resources(const QString& name) const {
+        const QByteArray printed = printedByPython(
+            u"import struct, sys\n"
+            "data = open(sys.argv[1], 'rb').read()\n"
+            "for i in range(struct.unpack_from('>H', data, 24)[0]):\n"
+            "    identifier, offset, length = struct.unpack_from('>3I', data, 26 + 12 * i)\n"
+            "    if identifier == 2: fork = data[offset:offset + length]\n"
+            "start, map = struct.unpack_from('>2I', fork)\n"
+            "types = map + struct.unpack_from('>H', fork, map + 24)[0]\n"
+            "found = []\n"
+            "for i in range((struct.unpack_from('>H', fork, types)[0] + 1) & 0xffff):\n"
+            "    kind, last, offset = struct.unpack_from('>4sHH', fork, types + 2 + 8 * i)\n"
+            "    for j in range(last + 1):\n"
+            "        number, name, at = struct.unpack_from('>hHI', fork, types + offset + 12 * j)\n"
+            "        at = start + (at & 0xffffff)\n"
+            "        length, = struct.unpack_from('>I', fork, at)\n"
+            "        shown = '' if kind == b'icns' else fork[at + 4:at + 4 + length].decode()\n"
+            "        found.append('%s %d %s' % (kind.decode(), number, shown))\n"
+            "print('\\n'.join(sorted(found)))\n"_s,
+            {QFileInfo(path(name)).path() + u"/._"_s + QFileInfo(name).fileName()});
+        std::vector<std::string> lines;
+        for (const QByteArray& line : printed.chopped(1).split('\n'))
+            lines.push_back(line.toStdString());
+        return lines;
+    }
+
     QByteArray m_icon = icns(element("ICN#", QByteArray(256, 'i')) + element("ic04", QByteArray(1024, 'x')));
 };
 
@@ -77,12 +104,55 @@ TEST_F(CustomIconCommands, compatibility_stores_old_elements_too) {
     EXPECT_EQ(types(u"document"_s), QStringList({u"icns"_s, u"ICN#"_s}));
 }
 
-TEST_F(CustomIconCommands, a_missing_file_is_made_with_a_warning) {
-    const ProcessResult result = run({u"set"_s, u"new"_s, u"icon.icns"_s});
-    EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_TRUE(result.errors.startsWith("tobrimax-cli: warning: new: "));
+TEST_F(CustomIconCommands, a_second_icon_leaves_nothing_of_the_first) {
+    const auto set = [&](const QByteArray& old, const QStringList& more) {
+        file(u"icon.icns"_s, icns(element("ICN#", old) + element("ics8", old + "s")));
+        expectDone(run(QStringList{u"set"_s, u"document"_s, u"icon.icns"_s} + more));
+    };
+    set("first", {u"--compatibility"_s});
+    const auto lengthOnce = content(path(u"._document"_s)).size();
+    set("other", {u"--compatibility"_s});
+    EXPECT_EQ(resources(u"document"_s),
+              (std::vector<std::string>{"ICN# -16455 other", "icns -16455 ", "ics8 -16455 others"}));
+    EXPECT_EQ(content(path(u"._document"_s)).size(), lengthOnce);
+    // An older program may have left those of several.
+    {
+        AppleDoubleForkStore store;
+        ResourceFork fork = *ResourceFork::parse(*store.resourceFork(path(u"document"_s)));
+        EXPECT_TRUE(fork.addResource({"ICN#", -16455, QByteArray(), 0, "older"}));
+        EXPECT_TRUE(fork.addResource({"ICN#", 128, QByteArray(), 0, "another"}));
+        ASSERT_TRUE(store.setResourceFork(path(u"document"_s), *fork.data()));
+    }
+    set("third", {u"--compatibility"_s});
+    EXPECT_EQ(resources(u"document"_s), (std::vector<std::string>{"ICN# -16455 third", "ICN# 128 another",
+                                                                  "icns -16455 ", "ics8 -16455 thirds"}));
+    expectDone(run({u"remove"_s, u"document"_s}));
+    EXPECT_EQ(resources(u"document"_s), std::vector<std::string>{"ICN# 128 another"});
+}
+
+TEST_F(CustomIconCommands, a_protected_resource_of_an_icon_stays_with_all_others) {
+    AppleDoubleForkStore store;
+    ResourceFork fork;
+    EXPECT_TRUE(fork.addResource({"icl8", -16455, QByteArray(), 0, "one"}));
+    EXPECT_TRUE(fork.addResource({"ICN#", -16455, QByteArray(), Resource::isProtected, "kept"}));
+    ASSERT_TRUE(store.setResourceFork(path(u"document"_s), *fork.data()));
+    const QByteArray before = content(path(u"._document"_s));
+    expectOneError(run({u"set"_s, u"document"_s, u"icon.icns"_s, u"--compatibility"_s}),
+                   u"the icon could not be set: document: a part of its icon is protected"_s);
+    expectOneError(run({u"remove"_s, u"document"_s}), u"a part of its icon is protected"_s);
+    EXPECT_EQ(content(path(u"._document"_s)), before);
+}
+
+TEST_F(CustomIconCommands, a_missing_file_is_made_on_demand_alone) {
+    const auto before = tree(path({}));
+    expectOneError(run({u"set"_s, u"new"_s, u"icon.icns"_s}),
+                   u"the icon could not be set: new: No such file or directory; with --create"_s);
+    EXPECT_EQ(tree(path({})), before);
+    expectDone(run({u"set"_s, u"new"_s, u"icon.icns"_s, u"--create"_s}));
     EXPECT_EQ(QFileInfo(path(u"new"_s)).size(), 0);
     EXPECT_EQ(types(u"new"_s), QStringList{u"icns"_s});
+    expectDone(run({u"set"_s, u"document"_s, u"icon.icns"_s, u"--create"_s}));
+    EXPECT_EQ(content(path(u"document"_s)), "text") << "one that is there stays";
 }
 
 #ifndef Q_OS_MACOS
@@ -118,7 +188,7 @@ TEST_F(CustomIconCommands, a_folder_in_the_place_of_an_apple_double_file_stays) 
     ASSERT_TRUE(QDir(path({})).mkpath(u"folder/._Icon\r/somebody's own"_s));
     ASSERT_TRUE(QDir(path({})).mkpath(u"._new/somebody's own"_s));
     EXPECT_EQ(run({u"set"_s, u"folder"_s, u"icon.icns"_s}).exitStatus, 1);
-    EXPECT_EQ(run({u"set"_s, u"new"_s, u"icon.icns"_s}).exitStatus, 1);
+    EXPECT_EQ(run({u"set"_s, u"new"_s, u"icon.icns"_s, u"--create"_s}).exitStatus, 1);
     EXPECT_TRUE(QFileInfo::exists(path(u"folder/._Icon\r/somebody's own"_s)));
     EXPECT_TRUE(QFileInfo::exists(path(u"._new/somebody's own"_s)));
 }
