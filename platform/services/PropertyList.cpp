@@ -2,6 +2,7 @@
 
 #include "base/ShortMemory.h"
 #include "platform/services/PropertyListGuard.h"
+#include "platform/services/PropertyListText.h"
 
 #include <QDateTime>
 
@@ -121,12 +122,16 @@ std::optional<QVariant> toVariant(plist_t node, int depth) {
 
 Result<QVariant> parsed(const QByteArray& bytes) {
     const Error malformed{ErrorCode::Malformed, QStringLiteral("not a property list")};
-    QByteArray list = bytes;
-    if (list.startsWith("\xEF\xBB\xBF"))
-        list.remove(0, 3);
-    // The first bytes tell the encoding. Without this check libplist would guess it.
-    const bool isBinary = list.startsWith("bplist00");
-    if (list.size() > std::numeric_limits<qint32>::max())
+    // The first bytes tell binary lists from others. Without this check libplist would guess.
+    const bool isBinary = bytes.startsWith("bplist00");
+    constexpr qsizetype longest = std::numeric_limits<qint32>::max();
+    if (bytes.size() > longest)
+        return malformed;
+    const Result<QByteArray> text = isBinary ? bytes : PropertyListText::inUtf8(bytes);
+    if (!text)
+        return text.error();
+    const QByteArray& list = *text;
+    if (list.size() > longest)
         return malformed;
     if (const Result<Done> allowed =
             isBinary ? PropertyListGuard::checkBinary(list) : PropertyListGuard::checkXml(list);

@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <QVariant>
 
-/// Property lists in XML and binary encoding.
+/// Property lists in XML and binary encoding; XML in the encodings that PropertyListText reads.
 namespace PropertyList {
 
 /// The root object: arrays as QVariantList, dictionaries as QVariantMap, strings as QString, integers as

@@ -3,6 +3,8 @@
 
 #include <QDateTime>
 #include <QElapsedTimer>
+#include <QStringConverter>
+#include <QStringEncoder>
 
 #include <gtest/gtest.h>
 
@@ -33,6 +35,13 @@ void expectMalformed(const QByteArray& bytes) {
     ASSERT_FALSE(value) << bytes.left(60).toHex().constData();
     EXPECT_EQ(value.error().code, ErrorCode::Malformed);
     EXPECT_FALSE(value.error().sentence.isEmpty());
+}
+
+/// What is said of a list that is refused.
+QString refusal(const QByteArray& bytes) {
+    expectMalformed(bytes);
+    const Result<QVariant> value = PropertyList::parse(bytes);
+    return value ? QString() : value.error().sentence;
 }
 
 /// A binary list of `objects`; the first one is the root. Header, objects, their places and the trailer
@@ -151,6 +160,49 @@ TEST(PropertyList, the_declarations_before_the_list_may_be_missing) {
 
 TEST(PropertyList, a_byte_order_mark_is_passed_over) {
     EXPECT_EQ(parsed("\xef\xbb\xbf" + xml("<string>a</string>")), QVariant(text("a")));
+}
+
+TEST(PropertyList, an_encoding_that_is_declared_is_honoured) {
+    const auto declared = [](const QByteArray& encoding, const QByteArray& string) {
+        return "<?xml version='1.0' encoding='" + encoding + "'?><plist><string>" + string +
+               "</string></plist>";
+    };
+    EXPECT_EQ(parsed(declared("ISO-8859-1", "\xfc\xe9")), QVariant(text("üé")));
+    EXPECT_EQ(parsed(declared("iso-8859-1", "\xfc")), QVariant(text("ü")));
+    EXPECT_EQ(parsed(declared("UTF-8", "ü")), QVariant(text("ü")));
+    EXPECT_EQ(parsed(declared("utf-8", "ü")), QVariant(text("ü")));
+    EXPECT_EQ(parsed(declared("US-ASCII", "u&#252;")), QVariant(text("uü")));
+    EXPECT_EQ(parsed("<?xml version=\"1.0\"\n encoding = \"ISO-8859-1\" standalone=\"yes\" ?>"
+                     "<plist><string>\xfc</string></plist>"),
+              QVariant(text("ü")));
+    for (const QByteArray& encoding : {QByteArray("UTF-16"), QByteArray("utf-16be"), QByteArray("UTF-8")}) {
+        const QString list = QString::fromUtf8(declared(encoding, "ü🎨"));
+        for (const auto order : {QStringConverter::Utf16BE, QStringConverter::Utf16LE}) {
+            for (const auto flag : {QStringConverter::Flag::WriteBom, QStringConverter::Flag::Default}) {
+                QStringEncoder encoder(order, flag);
+                EXPECT_EQ(parsed(encoder.encode(list)), QVariant(text("ü🎨"))) << encoding.constData();
+            }
+        }
+    }
+    EXPECT_EQ(parsed("\xef\xbb\xbf" + declared("ISO-8859-1", "ü")), QVariant(text("ü"))) << "the mark tells";
+}
+
+TEST(PropertyList, an_encoding_that_is_not_known_is_refused_by_its_name) {
+    for (const char* encoding : {"windows-1252", "UTF-32", "EUC-JP", "ISO-8859-15", "utf-7"}) {
+        const QByteArray list = "<?xml version=\"1.0\" encoding=\"" + QByteArray(encoding) +
+                                "\"?><plist><string>a</string></plist>";
+        EXPECT_TRUE(refusal(list).contains(text(encoding))) << encoding;
+    }
+}
+
+TEST(PropertyList, bytes_that_are_not_of_the_encoding_are_refused) {
+    const QByteArray plain = "<plist><string>\xfc</string></plist>";
+    EXPECT_TRUE(refusal(plain).contains(text("not UTF-8")));
+    EXPECT_TRUE(refusal("<?xml version='1.0' encoding='UTF-8'?>" + plain).contains(text("not UTF-8")));
+    EXPECT_TRUE(refusal("<?xml version='1.0' encoding='US-ASCII'?>" + plain).contains(text("not US-ASCII")));
+    EXPECT_TRUE(refusal("<?xml version='1.0' encoding='UTF-16'?><plist><string>a</string></plist>")
+                    .contains(text("not UTF-16")));
+    expectMalformed(QByteArray("\xfe\xff\0<\0p\xd8\0\0l", 10));
 }
 
 TEST(PropertyList, nesting_of_64_is_read_and_deeper_nesting_is_an_error) {
