@@ -3,6 +3,7 @@
 #include <QByteArrayView>
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 
 namespace {
@@ -47,6 +48,24 @@ std::size_t decimalLength(std::string_view text) {
     return end;
 }
 
+/// The power of ten of a number's first digit other than 0. `text` is the whole number, without its sign, and not
+/// 0. A power far beyond the range of a double may be another power far beyond it.
+std::ptrdiff_t powerOfTen(std::string_view text) {
+    const auto length = [](std::string_view part) { return static_cast<std::ptrdiff_t>(part.size()); };
+    const std::string_view digits = text.substr(0, text.find_first_of("eE"));
+    const std::ptrdiff_t point = length(digits.substr(0, digits.find('.')));
+    const std::ptrdiff_t first = length(digits.substr(0, digits.find_first_not_of("0.")));
+    const std::string_view exponent = text.substr(std::min(digits.size() + 1, text.size()));
+    const bool isNegative = exponent.starts_with('-');
+    std::ptrdiff_t power = 0;
+    constexpr std::ptrdiff_t farAway = std::numeric_limits<std::int32_t>::max();
+    for (const char c : exponent) {
+        if (isDigit(c))
+            power = std::min(10 * power + (c - '0'), farAway);
+    }
+    return (isNegative ? -power : power) + point - first;
+}
+
 /// The length of the payload that may follow "nan": letters, digits and underscores in parentheses.
 std::size_t payloadLength(std::string_view text) {
     if (text.empty() || text[0] != '(')
@@ -79,6 +98,9 @@ NumberText::Number NumberText::leading(std::string_view text) {
     if (number.length > 0) {
         const QByteArrayView digits(text.data(), static_cast<qsizetype>(number.length));
         number.value = digits.toDouble(&number.isInRange);
+        if (!number.isInRange)
+            number.value =
+                powerOfTen(text.substr(0, number.length)) > 0 ? std::numeric_limits<double>::infinity() : 0;
     } else {
         number = word(text);
     }

@@ -66,6 +66,17 @@ std::optional<QString> outputFolderError(const QString& out) {
     return std::nullopt;
 }
 
+/// The sizes of the icons that there will be in the end, of a container that of its largest picture.
+std::vector<QSize> madeSizes(const GenerationPlan& plan, const QString& out) {
+    std::vector<QSize> sizes;
+    for (const PlannedFile& file : plan.remainingFiles()) {
+        const QString folder = appendingPathComponent(out, deletingLastPathComponent(file.path));
+        if (file.isFolderMade || FileItem::isFolder(folder))
+            sizes.push_back(file.pixelSize);
+    }
+    return sizes;
+}
+
 void openFolder(const QString& out, GenerateReport& report) {
 #ifdef Q_OS_MACOS
     const QString program = QStringLiteral("open");
@@ -89,8 +100,9 @@ int runGenerate(const GenerateOptions& options) {
     const CatalogueBundle bundle(options.catalogue);
     const Result<Catalogue> catalogue = Catalogue::load(bundle);
     if (!catalogue) {
-        const QString path = bundle.pathForResource(QLatin1String(Catalogue::resourceName));
-        report.fail(QStringLiteral("%1: not a size catalogue: %2").arg(path, catalogue.error().sentence));
+        const QString path =
+            options.catalogue.isEmpty() ? QLatin1String(Catalogue::resourceName) : options.catalogue;
+        report.fail(QStringLiteral("%1: %2").arg(path, catalogue.error().sentence));
         return report.finish();
     }
     if (const std::optional<QString> error = outputFolderError(options.out)) {
@@ -110,7 +122,7 @@ int runGenerate(const GenerateOptions& options) {
         report.fail(made.error().sentence);
         return report.finish();
     }
-    for (const QString& warning : pictureWarnings(*picture, plan.largestSide()))
+    for (const QString& warning : pictureWarnings(*picture, madeSizes(plan, options.out)))
         report.warn(warning);
 
     OptionsInput input(options, std::move(picture->image));

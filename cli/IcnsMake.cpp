@@ -28,10 +28,10 @@ int runIcnsMake(const IcnsMakeOptions& options) {
     const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {IconContainer::renders()});
     if (!picture)
         return InputFile::fail(options.picture, picture.error());
-    for (const QString& warning : pictureWarnings(*picture, IconContainer::sides.back()))
+    const UnscaledScreen screen;
+    for (const QString& warning : pictureWarnings(*picture, {IconContainer::largestSize(screen.scale())}))
         Terminal::warning(warning);
     const StyleInput input(options);
-    const UnscaledScreen screen;
     const IconRenderer renderer(input, screen);
     const Result<IconContainer::Written> written =
         IconContainer::write(picture->image, renderer, options.out);

@@ -8,7 +8,6 @@
 #include <QDir>
 
 #include <algorithm>
-#include <cmath>
 #include <set>
 
 std::vector<PlannedIcon> GenerationPlan::icons(const QVariantMap& dictionary, const QStringList& keys,
@@ -18,7 +17,8 @@ std::vector<PlannedIcon> GenerationPlan::icons(const QVariantMap& dictionary, co
     for (const QString& key : keys) {
         const QVariantMap entry = dictionary.value(key).toMap();
         const QSizeF pixels = IconSizeCatalogue::dimensions(entry);
-        icons.push_back({IconSizeCatalogue::name(entry), {pixels / scale, pixels}});
+        icons.push_back(
+            {IconSizeCatalogue::name(entry), {pixels / scale, pixels}, IconSizeCatalogue::sizeFault(entry)});
     }
     return icons;
 }
@@ -83,13 +83,4 @@ std::vector<QSizeF> GenerationPlan::renders() const {
             sizes.push_back(render.pixels);
     }
     return sizes;
-}
-
-double GenerationPlan::largestSide() const {
-    double largest = 0;
-    for (const QSizeF& size : renders()) {
-        if (std::isfinite(size.width()) && std::isfinite(size.height()))
-            largest = std::max({largest, size.width(), size.height()});
-    }
-    return largest;
 }

@@ -20,6 +20,7 @@ struct PlannedRender {
 struct PlannedIcon {
     QString name; ///< without ".png"
     PlannedRender render;
+    QString sizeFault; ///< why the catalogue gives it no size; empty if it gives one
 };
 
 /// A file that a generation writes.
@@ -63,9 +64,6 @@ class GenerationPlan {
 
     /// The pixel size of every render, also of those that can't be made. Loading a picture needs these sizes.
     std::vector<QSizeF> renders() const;
-
-    /// The longest side of all renders in pixels, without infinite and NaN sizes; 0 if there are no renders.
-    double largestSide() const;
 
   private:
     void addIcons(const IconSizeCatalogue& catalogue, Platform platform, int scale);

@@ -46,7 +46,7 @@ void IconSetGenerator::outputImage(const Image& image, const QVariantMap& InfoDi
                                    const QStringList& keysArr, const QString& idiom) const {
     const int scale = m_surroundings.screen.scale();
     for (const PlannedIcon& icon : GenerationPlan::icons(InfoDict, keysArr, scale))
-        m_writer.saveImage(image, icon.render.points, icon.name, idiom);
+        m_writer.saveImage(image, icon.render.points, icon.name, idiom, icon.sizeFault);
     logLine(QStringLiteral("file://%1").arg(m_input.outputPathString()));
     m_surroundings.workspace.openURL(QUrl::fromLocalFile(m_input.outputPathString()));
 }

@@ -8,9 +8,7 @@
 
 #include <QFile>
 
-#include <cmath>
 #include <iterator>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -19,8 +17,12 @@ namespace {
 const QString dimensionsKey = QStringLiteral("Dimensions");
 const QString nameKey = QStringLiteral("Name");
 
+Error notACatalogue(ErrorCode code, const QString& sentence) {
+    return {code, QStringLiteral("not a size catalogue: %1").arg(sentence)};
+}
+
 Error malformed(const QString& sentence) {
-    return {ErrorCode::Malformed, sentence};
+    return notACatalogue(ErrorCode::Malformed, sentence);
 }
 
 Result<QByteArray> resourceBytes(const QString& path) {
@@ -47,6 +49,33 @@ Result<Done> checkEntry(const QString& idiom, const QString& key, const QVariant
     return Done{};
 }
 
+/// The first two numbers in `text`, or fewer.
+std::vector<double> numbersIn(const QString& text) {
+    const std::string characters = text.toStdString();
+    const char* at = characters.data();
+    const char* const end = at + characters.size();
+    std::vector<double> numbers;
+    while (at != end && numbers.size() < 2) {
+        // A number begins with a digit, or with a sign or a point before a digit. "nan" and "inf" are words,
+        // not numbers.
+        const char* digits = at;
+        if (*digits == '+' || *digits == '-')
+            ++digits;
+        if (digits != end && *digits == '.')
+            ++digits;
+        if (digits == end || *digits < '0' || *digits > '9') {
+            ++at;
+            continue;
+        }
+        if (*at == '+')
+            ++at;
+        const NumberText::Number number = NumberText::leading({at, static_cast<std::size_t>(end - at)});
+        numbers.push_back(number.value);
+        at += number.length;
+    }
+    return numbers;
+}
+
 } // namespace
 
 Result<IconSizeCatalogue> IconSizeCatalogue::load(const Bundle& bundle) {
@@ -55,16 +84,19 @@ Result<IconSizeCatalogue> IconSizeCatalogue::load(const Bundle& bundle) {
         return Error{ErrorCode::NotFound, QStringLiteral("the size catalogue is missing")};
     const Result<QByteArray> bytes = resourceBytes(path);
     if (!bytes)
-        return Error{ErrorCode::NotReadable, bytes.error().sentence};
+        return bytes.error();
     return parsed(*bytes);
 }
 
 Result<IconSizeCatalogue> IconSizeCatalogue::parsed(const QByteArray& bytes) {
     const Result<QVariant> root = PropertyList::parse(bytes);
+    if (!root && root.error().code == ErrorCode::OutOfMemory)
+        return root.error();
     if (!root)
-        return Error{ErrorCode::NotReadable, root.error().sentence};
+        return notACatalogue(ErrorCode::NotReadable, root.error().sentence);
     if (root->typeId() != QMetaType::QVariantList)
-        return Error{ErrorCode::NotReadable, QStringLiteral("the property list's root is not an array")};
+        return notACatalogue(ErrorCode::NotReadable,
+                             QStringLiteral("the property list's root is not an array"));
     const QVariantList elements = root->toList();
     if (elements.size() < std::ssize(Platforms::all))
         return malformed(QStringLiteral("the array has %1 elements, not one for each of the five platforms")
@@ -90,32 +122,20 @@ QSizeF IconSizeCatalogue::dimensions(const QVariantMap& entry) {
     return sizeFromString(entry.value(dimensionsKey).toString());
 }
 
+QString IconSizeCatalogue::sizeFault(const QVariantMap& entry) {
+    if (!entry.contains(dimensionsKey))
+        return QStringLiteral("its entry in the size catalogue has no \"%1\"").arg(dimensionsKey);
+    if (numbersIn(entry.value(dimensionsKey).toString()).size() < 2)
+        return QStringLiteral("\"%1\" of its entry in the size catalogue are not two numbers")
+            .arg(dimensionsKey);
+    return {};
+}
+
 QString IconSizeCatalogue::name(const QVariantMap& entry) {
     return entry.contains(nameKey) ? entry.value(nameKey).toString() : QStringLiteral("(null)");
 }
 
 QSizeF sizeFromString(const QString& text) {
-    const std::string characters = text.toStdString();
-    const char* at = characters.data();
-    const char* const end = at + characters.size();
-    std::vector<double> numbers;
-    while (at != end && numbers.size() < 2) {
-        // A number begins with a digit, or with a sign or a point before a digit. "nan" and "inf" are words,
-        // not numbers.
-        const char* digits = at;
-        if (*digits == '+' || *digits == '-')
-            ++digits;
-        if (digits != end && *digits == '.')
-            ++digits;
-        if (digits == end || *digits < '0' || *digits > '9') {
-            ++at;
-            continue;
-        }
-        if (*at == '+')
-            ++at;
-        const NumberText::Number number = NumberText::leading({at, static_cast<std::size_t>(end - at)});
-        numbers.push_back(number.isInRange ? number.value : std::numeric_limits<double>::infinity());
-        at += number.length;
-    }
+    const std::vector<double> numbers = numbersIn(text);
     return numbers.size() == 2 ? QSizeF(numbers[0], numbers[1]) : QSizeF(0, 0);
 }

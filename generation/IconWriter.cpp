@@ -55,7 +55,7 @@ QString IconWriter::appiconsetPath(const QString& idiom) const {
 }
 
 void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QString& andName,
-                           const QString& idiom) const {
+                           const QString& idiom, const QString& sizeFault) const {
     const Result<Done> folder = Folder::create(appiconsetPath(idiom));
     if (!folder)
         logLine(QStringLiteral("Error\uFF1A%1").arg(folder.error().sentence));
@@ -64,6 +64,8 @@ void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QSt
     const Result<QString> path = OutputFolder::pngPath(m_input, idiom, andName);
     const QString shownPath = path ? *path : OutputFolder::shownPngPath(appiconsetPath(idiom), andName);
     const auto write = [&]() -> Result<Done> {
+        if (!icon && icon.error().code == ErrorCode::EmptySize && !sizeFault.isEmpty())
+            return Error{ErrorCode::EmptySize, sizeFault};
         if (!icon)
             return icon.error();
         if (!path)

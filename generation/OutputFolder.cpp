@@ -42,7 +42,9 @@ Result<QString> OutputFolder::containerPath(const GenerationInput& input, const 
 }
 
 Result<QString> OutputFolder::pngIn(const QString& folder, const QString& name) {
-    if (name.contains(QChar::Null) || name.split(u'/').contains(QLatin1String("..")))
+    // The last part gets a suffix: it is no "..".
+    const QStringList folders = name.split(u'/').mid(0, name.count(u'/'));
+    if (name.contains(QChar::Null) || folders.contains(QLatin1String("..")))
         return outside();
     return appendingPathComponent(folder, name + QStringLiteral(".png"));
 }

@@ -85,6 +85,17 @@ TEST(NumberText, the_ends_of_the_range) {
     for (const std::string_view text : {"1e400", "-1e400", "1.8e308", "1e-400", "-1e-400", "2e-324",
                                         "1e99999999999999999999", "1e-99999999999999999999"})
         expectOutOfRange(text);
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(NumberText::leading("1e400").value, infinity);
+    EXPECT_EQ(NumberText::leading("-1e400").value, -infinity);
+    EXPECT_EQ(NumberText::leading("1e-400").value, 0);
+    EXPECT_EQ(NumberText::leading("-1e-99999999999999999999").value, 0);
+    EXPECT_EQ(NumberText::leading("1.8E+308").value, infinity);
+    EXPECT_EQ(NumberText::leading("2e-324").value, 0);
+    EXPECT_EQ(NumberText::leading(std::string(400, '9')).value, infinity);
+    EXPECT_EQ(NumberText::leading(std::string("0.").append(400, '0').append("1")).value, 0);
+    EXPECT_EQ(NumberText::leading(std::string("0.").append(400, '0').append("1e800")).value, infinity);
+    EXPECT_EQ(NumberText::leading(std::string("1").append(400, '0').append(".5e-800")).value, 0);
 }
 
 TEST(NumberText, the_nearest_double) {

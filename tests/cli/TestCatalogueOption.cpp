@@ -1,5 +1,6 @@
 #include "tests/cli/CliTest.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 
@@ -71,19 +72,26 @@ TEST_F(CatalogueOption, an_entry_without_dimensions_is_told_and_the_others_are_m
     const QString expression =
         u"[{'a': {'Name': 'none'}, 'b': entry('b', '{10, 10}'), 'c': entry('c', '{11, 11}')},"
         " {}, {}, {}, {}]"_s;
-    expectOneError(generateBy(expression, {u"--platform"_s, u"iphone"_s}), iphone + u"none.png: "_s);
+    expectOneError(generateBy(expression, {u"--platform"_s, u"iphone"_s}),
+                   iphone + u"none.png: its entry in the size catalogue has no \"Dimensions\""_s);
     EXPECT_EQ(found(),
               (Names{"iphone/AppIcon.appiconset/b.png 10 10", "iphone/AppIcon.appiconset/c.png 11 11"}));
 }
 
 TEST_F(CatalogueOption, sizes_that_no_picture_has_are_told_and_the_others_are_made) {
     const QString expression = u"[{'a': entry('zero', '{0, 10}'), 'b': entry('less', '{-5, 10}'),"
-                               " 'c': entry('huge', '{1e9, 1e9}'), 'd': entry('words', 'nan inf'),"
+                               " 'c': entry('huge', '{1e9, 1e9}'), 'f': entry('tiny', '{1e-400, 12}'), 'd': "
+                               "entry('words', 'nan inf'),"
                                " 'e': entry('sound', '{10, 10}')}, {}, {}, {}, {}]"_s;
     const ProcessResult result = generateBy(expression, {u"--platform"_s, u"iphone"_s});
     EXPECT_EQ(result.exitStatus, 1);
-    for (const char* name : {"zero.png", "less.png", "huge.png", "words.png"})
-        EXPECT_TRUE(result.errors.contains(name)) << name;
+    for (const char* told :
+         {"zero.png: an icon of 0 × 10 points can't be made",
+          "less.png: an icon of -5 × 10 points can't be made",
+          "huge.png: an icon of 1000000000 × 1000000000 points is too large",
+          "words.png: \"Dimensions\" of its entry in the size catalogue are not two numbers",
+          "tiny.png: an icon of 0 × 12 points can't be made"})
+        EXPECT_TRUE(result.errors.contains(told)) << told << '\n' << result.errors.constData();
     EXPECT_EQ(found(), Names{"iphone/AppIcon.appiconset/sound.png 10 10"});
 }
 
@@ -132,5 +140,38 @@ TEST_F(CatalogueOption, the_largest_icon_of_it_counts_for_warnings) {
     expectDone(generate(flatPicture(u"40.png"_s, 40, 40), options));
     const ProcessResult smaller = generate(flatPicture(u"39.png"_s, 39, 39), options);
     EXPECT_EQ(smaller.exitStatus, 0);
-    EXPECT_TRUE(smaller.errors.contains("smaller than the largest icon (40 "));
+    EXPECT_TRUE(smaller.errors.contains("smaller than the largest icon (40 × 40)"));
+}
+
+TEST_F(CatalogueOption, an_icon_that_is_not_made_counts_for_no_warning) {
+    const QString catalogue =
+        propertyList(u"b.plist"_s, u"[{'a': entry('a', '{40, 40}'), 'b': entry('b', '{5000, 0}'),"
+                                   " 'c': entry('c', '{200000, 200000}'), 'd': entry('../d', '{500, 500}'),"
+                                   " 'e': entry('none/e', '{500, 500}'), 'f': entry('twice', '{500, 500}'),"
+                                   " 'g': entry('twice', '{30, 30}')}, {}, {}, {}, {}]"_s);
+    const QStringList options{u"--catalogue"_s, catalogue, u"--platform"_s, u"iphone"_s};
+    const ProcessResult result = generate(flatPicture(u"40.png"_s, 40, 40), options);
+    EXPECT_EQ(tree(), (Names{"iphone/AppIcon.appiconset/a.png", "iphone/AppIcon.appiconset/twice.png"}));
+    EXPECT_FALSE(result.errors.contains("warning")) << result.errors.constData();
+    ASSERT_TRUE(QDir().mkpath(out() + u'/' + iphone + u"none"_s));
+    EXPECT_TRUE(generate(flatPicture(u"40.png"_s, 40, 40), options)
+                    .errors.contains("smaller than the largest icon (500 × 500)"));
+}
+
+TEST_F(CatalogueOption, each_side_of_the_icons_counts_by_itself_for_warnings) {
+    const QString catalogue = propertyList(
+        u"b.plist"_s, u"[{'a': entry('a', '{200, 100}'), 'b': entry('b', '{50, 150}')}, {}, {}, {}, {}]"_s);
+    const auto warned = [&](int width, int height) {
+        const ProcessResult result = generate(flatPicture(u"p.png"_s, width, height),
+                                              {u"--catalogue"_s, catalogue, u"--platform"_s, u"iphone"_s});
+        EXPECT_EQ(result.exitStatus, 0);
+        const QStringList lines = result.errorLines().filter(u"enlarged"_s);
+        return lines.value(0).section(u" is "_s, 1).toStdString();
+    };
+    EXPECT_EQ(warned(200, 150), "");
+    EXPECT_EQ(warned(199, 150), "narrower than the widest icon (200) and will be enlarged");
+    EXPECT_EQ(warned(200, 149), "lower than the highest icon (150) and will be enlarged");
+    EXPECT_EQ(
+        warned(10, 10),
+        "narrower than the widest icon (200) and lower than the highest icon (150) and will be enlarged");
 }

@@ -97,7 +97,8 @@ TEST_F(Refusals, an_SVG_with_an_external_entity) {
 }
 
 TEST_F(Refusals, a_catalogue_that_is_missing) {
-    expectCatalogueRefused(path(u"none.plist"_s), cause(ENOENT));
+    const QString catalogue = path(u"none.plist"_s);
+    expectRefused(sample(u"svg"_s), catalogue + u": "_s + cause(ENOENT), {u"--catalogue"_s, catalogue});
 }
 
 TEST_F(Refusals, a_catalogue_that_is_no_property_list) {

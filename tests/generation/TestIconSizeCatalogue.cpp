@@ -47,6 +47,11 @@ TEST(SizeString, a_number_beyond_all_bounds_is_infinite) {
     EXPECT_TRUE(std::isinf(sizeFromString(text("{1e999, 1}")).width()));
 }
 
+TEST(SizeString, a_number_that_is_too_near_to_0_is_0) {
+    EXPECT_EQ(sizeFromString(text("{1e-400, -1e-400}")), QSizeF(0, 0));
+    EXPECT_EQ(sizeFromString(text("{1e-400, 5}")), QSizeF(0, 5));
+}
+
 TEST(IconSizeCatalogue, the_built_in_one_has_53_icons) {
     const Result<IconSizeCatalogue> catalogue = IconSizeCatalogue::load(Bundle());
     ASSERT_TRUE(catalogue);
@@ -117,13 +122,24 @@ TEST(IconSizeCatalogue, something_else_in_a_dictionarys_or_strings_place_is_malf
 TEST(IconSizeCatalogue, without_an_array_there_is_no_catalogue) {
     GeneratorFixture fixture;
     fixture.bundle.catalogue = fixture.path(text("missing.plist"));
-    EXPECT_EQ(IconSizeCatalogue::load(fixture.bundle).error().code, ErrorCode::NotReadable);
+    EXPECT_EQ(IconSizeCatalogue::load(fixture.bundle).error().code, ErrorCode::NotFound);
+    EXPECT_EQ(IconSizeCatalogue::load(fixture.bundle).error().sentence, text("No such file or directory"));
     fixture.bundle.catalogue = fixture.path(text("dictionary.plist"));
     QFile file(fixture.bundle.catalogue);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("<plist><dict/></plist>");
     file.close();
     EXPECT_EQ(IconSizeCatalogue::load(fixture.bundle).error().code, ErrorCode::NotReadable);
+    EXPECT_EQ(IconSizeCatalogue::load(fixture.bundle).error().sentence,
+              text("not a size catalogue: the property list's root is not an array"));
+}
+
+TEST(IconSizeCatalogue, why_an_entry_has_no_size_is_told) {
+    const QString key = text("Dimensions");
+    EXPECT_TRUE(IconSizeCatalogue::sizeFault({}).contains(text("has no \"Dimensions\"")));
+    EXPECT_TRUE(IconSizeCatalogue::sizeFault({{key, text("{20}")}}).contains(text("not two numbers")));
+    EXPECT_EQ(IconSizeCatalogue::sizeFault({{key, text("{20, 20}")}}), QString());
+    EXPECT_EQ(IconSizeCatalogue::sizeFault({{key, text("{0, 0}")}}), QString());
 }
 
 TEST(IconSizeCatalogue, a_missing_name_and_missing_dimensions_have_stand_ins) {
