@@ -48,8 +48,8 @@ std::size_t decimalLength(std::string_view text) {
     return end;
 }
 
-/// The power of ten of a number's first digit other than 0. `text` is the whole number, without its sign, and not
-/// 0. A power far beyond the range of a double may be another power far beyond it.
+/// The power of ten of a number's first digit other than 0. `text` is the whole number, without its sign, and
+/// not 0. A power far beyond the range of a double may be another power far beyond it.
 std::ptrdiff_t powerOfTen(std::string_view text) {
     const auto length = [](std::string_view part) { return static_cast<std::ptrdiff_t>(part.size()); };
     const std::string_view digits = text.substr(0, text.find_first_of("eE"));

@@ -7,8 +7,8 @@
 namespace NumberText {
 
 struct Number {
-    /// The double nearest to the number. If `isInRange` is false: infinity for a number that is too large, 0 for
-    /// one that is too close to 0, with the number's sign.
+    /// The double nearest to the number. If `isInRange` is false: infinity for a number that is too large, 0
+    /// for one that is too close to 0, with the number's sign.
     double value = 0;
     /// False if the number is too large for a double, or closer to 0 than the smallest double.
     bool isInRange = true;

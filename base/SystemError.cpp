@@ -8,7 +8,7 @@
 
 QString systemSentence(int number) {
 #if defined(__GLIBC__) && __GLIBC_PREREQ(2, 32)
-    // In English. What strerror says is in the user's language, and in the encoding of the user's locale.
+    // These words are always English. Those of strerror are in the language and encoding of the locale.
     const char* sentence = strerrordesc_np(number);
     return sentence != nullptr ? QString::fromLatin1(sentence)
                                : QStringLiteral("Unknown error %1").arg(number);

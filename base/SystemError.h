@@ -4,8 +4,8 @@
 
 #include <QString>
 
-/// The system's own words for `number` (an errno value) in English, whatever the locale, for example "No space
-/// left on device".
+/// The system's own words for `number` (an errno value) in English, whatever the locale, for example "No
+/// space left on device".
 QString systemSentence(int number);
 
 /// The error of a call that left `number` in errno. Too little memory and a full disk (ENOSPC, EDQUOT) have

@@ -58,7 +58,7 @@ int runCustomIconSet(const CustomIconOptions& options) {
             return CustomIcon::setOnFolder(*family, options.path, options.compatibility).result;
         if (!options.create && !FileItem::isThere(options.path))
             return about(options.path, missing());
-        // Old systems would show the first of several, which is the oldest.
+        // If there are several resources of a type, old systems show the first one, which is the oldest.
         if (const Result<Done> removed =
                 options.compatibility ? CustomIcon::removeCompatibility(options.path) : Done{};
             !removed)

@@ -66,7 +66,7 @@ std::optional<QString> outputFolderError(const QString& out) {
     return std::nullopt;
 }
 
-/// The sizes of the icons that there will be in the end, of a container that of its largest picture.
+/// The sizes of all icons that exist after the run. For a container it is the size of its largest picture.
 std::vector<QSize> madeSizes(const GenerationPlan& plan, const QString& out) {
     std::vector<QSize> sizes;
     for (const PlannedFile& file : plan.remainingFiles()) {
@@ -84,7 +84,7 @@ void openFolder(const QString& out, GenerateReport& report) {
     const QString program = QStringLiteral("xdg-open");
 #endif
     const QString path = FileItem::absolutePath(out);
-    // A process gets its arguments as texts. In a URL every byte has one.
+    // QProcess takes arguments only as text. A URL can escape every byte.
     const bool isText = PathBytes::withReplacements(path) == path;
     if (!QProcess::startDetached(program, {isText ? path : fileUrlText(path)}))
         report.warn(QStringLiteral("the folder could not be opened: %1 does not start").arg(program));

@@ -10,8 +10,8 @@ QString number(double value) {
     return QString::number(value, 'f', QLocale::FloatingPointShortest);
 }
 
-/// What a picture of `size` is beside the icons that it is too small for; empty where it is too small for no
-/// icon.
+/// Compares a picture of `size` with the icons that it is too small for, for example "smaller than the
+/// largest icon (40 × 40)". Empty if it is large enough for all icons.
 QString comparedWith(const std::vector<QSize>& icons, const QSizeF& size) {
     QSize largest(0, 0);
     for (const QSize& icon : icons)

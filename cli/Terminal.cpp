@@ -124,7 +124,7 @@ void Terminal::showDiagnosticLog(bool isShown) {
 
 namespace {
 
-/// Whether standard error is a terminal that knows what moves its cursor.
+/// Whether standard error is a terminal that understands escape sequences.
 bool hasCursor() {
     const QByteArray terminal = qgetenv("TERM");
     return isatty(STDERR_FILENO) != 0 && !terminal.isEmpty() && terminal != "dumb";

@@ -6,8 +6,8 @@
 namespace Terminal {
 
 /// `text` in a form that is safe to show. Control characters, line separators and invisible characters that
-/// change how others are shown (the direction of writing, for instance) are escaped, and so are bytes of names
-/// that are not UTF-8.
+/// change how others are shown (the direction of writing, for instance) are escaped, and so are bytes of
+/// names that are not UTF-8.
 QString escaped(const QString& text);
 
 /// The same JSON document with such characters in its texts escaped as in JSON.
@@ -26,8 +26,8 @@ void warning(const QString& sentence);
 /// Sends the diagnostic log to standard error, or discards it. Messages of libraries are always discarded.
 void showDiagnosticLog(bool isShown);
 
-/// A progress bar on standard error; not shown if standard error is not a terminal, or if the variable TERM is
-/// empty or "dumb".
+/// A progress bar on standard error; not shown if standard error is not a terminal, or if the variable TERM
+/// is empty or "dumb".
 class ProgressBar {
   public:
     ProgressBar(int total, bool isWanted);

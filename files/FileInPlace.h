@@ -7,8 +7,8 @@
 
 namespace FileInPlace {
 
-/// Writes `bytes` into the file of that name itself, in the place of what it holds; a missing one is made.
-/// What was written before a failure stays.
+/// Replaces the content of the file with that name by `bytes`; a missing file is made. After a failure, the
+/// bytes written so far stay in the file.
 Result<Done> write(const QString& path, const QByteArray& bytes);
 
 } // namespace FileInPlace

@@ -16,7 +16,7 @@ namespace {
 
 using Inquiry = int (*)(const char* path, struct stat* status);
 
-/// The mode of what stands there.
+/// The type and permissions of the item. No value if there is none.
 std::optional<mode_t> mode(const QString& path, Inquiry inquiry) {
     struct stat status {};
     if (path.isEmpty() || path.contains(QChar::Null) ||

@@ -2,29 +2,29 @@
 
 #include <QString>
 
-/// What stands at a path, by the path as it is: a name that begins with a colon is one like any other, which
-/// Qt's classes take for a resource in the program. False, or an empty text, for a text that is no path.
+/// Questions about the item at a path. A name may be any bytes and begin with a colon; Qt's classes would
+/// take such a name for a resource in the program. The answer for an invalid path is false or an empty text.
 namespace FileItem {
 
-/// Whether there is something, where links lead if it is one.
+/// Whether there is an item. Links are followed.
 bool exists(const QString& path);
 
-/// Whether there is something, be it a link that leads nowhere.
+/// Whether there is an item. A link counts, even if its target does not exist.
 bool isThere(const QString& path);
 
-/// Whether it is a folder, or a link to one.
+/// Whether the item is a folder. Links are followed.
 bool isFolder(const QString& path);
 
 bool isLink(const QString& path);
 
-/// Its own path from the root, without links. Empty where there is nothing.
+/// The absolute path of the item with all links resolved. Empty if there is no item.
 QString canonicalPath(const QString& path);
 
-/// `path` from the root: a relative one is below the current folder. "." and ".." are resolved in the text
-/// alone.
+/// The absolute form of `path`, which may be relative to the current folder. "." and ".." are removed without
+/// looking at links.
 QString absolutePath(const QString& path);
 
-/// The current folder.
+/// The absolute path of the current folder.
 QString currentFolder();
 
 } // namespace FileItem

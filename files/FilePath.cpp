@@ -31,7 +31,7 @@ QString fileUrlText(const QString& path) {
     if (!absolute.endsWith(u'/') && FileItem::isFolder(path))
         absolute += u'/';
     const QByteArray bytes = PathBytes::encoded(absolute);
-    // What may stand in a URL's path as it is.
+    // The path of a URL may hold these characters unescaped.
     return QStringLiteral("file://") + QLatin1String(bytes.toPercentEncoding("/!$&'()*+,;=:@"));
 }
 

@@ -11,7 +11,7 @@ constexpr char16_t firstRawUnit = 0xDC80;
 constexpr char16_t lastRawUnit = 0xDCFF;
 constexpr char16_t rawUnits = 0xDC00;
 
-/// Reads UTF-8. A byte order mark at the start is a part of the name.
+/// A decoder for UTF-8. It keeps a byte order mark at the start, which is a part of the name.
 QStringDecoder utf8Decoder() {
     return QStringDecoder(QStringDecoder::Utf8,
                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
@@ -25,7 +25,7 @@ std::optional<QString> utf8Text(QByteArrayView bytes) {
     return text;
 }
 
-/// How many bytes a character has in UTF-8 that begins with this byte.
+/// The length in UTF-8 of a character whose first byte is `first`.
 qsizetype characterLength(quint8 first) {
     if (first < 0xC0)
         return 1;
@@ -46,7 +46,7 @@ bool hasRawBytes(const QString& text) {
     return false;
 }
 
-/// UTF-8, and the raw bytes as they are.
+/// The text in UTF-8, with the raw bytes as they are.
 QByteArray mixedBytes(const QString& text) {
     QByteArray bytes;
     qsizetype start = 0;

@@ -5,21 +5,21 @@
 
 #include <optional>
 
-/// Paths as texts. On Linux a name is any bytes. A byte that is no part of UTF-8 stands in the text as one
-/// unit from U+DC80 to U+DCFF, without a partner. No UTF-8 gives such a unit, so that each text has its own
-/// bytes.
+/// Conversion between paths as text and as bytes. On Linux a name may be any bytes. The text has one UTF-16
+/// unit from U+DC80 to U+DCFF for each byte that is not UTF-8. UTF-8 never gives such a unit, so no two paths
+/// have the same text.
 namespace PathBytes {
 
-/// The text for a path in the file system's own bytes.
+/// The text of a path in the file system's bytes.
 QString decoded(QByteArrayView path);
 
-/// The file system's own bytes for a path.
+/// The file system's bytes of a path.
 QByteArray encoded(const QString& path);
 
-/// The byte that `unit` stands for; none for a unit of an ordinary text.
+/// The byte that `unit` stands for. No value if it stands for a character.
 std::optional<quint8> rawByte(QChar unit);
 
-/// `text` for readers that know Unicode alone: with U+FFFD for bytes that are no UTF-8.
+/// `text` with U+FFFD in place of the bytes that are not UTF-8, for readers that take only Unicode.
 QString withReplacements(const QString& text);
 
 } // namespace PathBytes

@@ -20,8 +20,7 @@ class GenerationInput {
     /// The path of the output folder.
     virtual QString outputPathString() const = 0;
 
-    /// Whether the percent escapes of `outputPathString` are replaced when files are written (see
-    /// OutputFolder). Where they are not, the path is taken as it is.
+    /// Whether percent escapes in `outputPathString` are replaced when files are written (see OutputFolder).
     virtual bool replacesPercentEscapes() const { return true; }
 
     virtual IconStyle iconStyle() const = 0;

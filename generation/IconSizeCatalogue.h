@@ -26,9 +26,9 @@ class IconSizeCatalogue {
     /// A catalogue without icons.
     IconSizeCatalogue() = default;
 
-    /// Loads the catalogue from `bundle`. If there is no array, an error with any code but Malformed; its sentence
-    /// says whether the file can't be read or is not a size catalogue. Malformed if the array has fewer than five
-    /// elements, or if a dictionary or string in it has another type.
+    /// Loads the catalogue from `bundle`. If there is no array, an error with any code but Malformed; its
+    /// sentence says whether the file can't be read or is not a size catalogue. Malformed if the array has
+    /// fewer than five elements, or if a dictionary or string in it has another type.
     static Result<IconSizeCatalogue> load(const Bundle& bundle);
 
     const QVariantMap& dictionary(Platform platform) const {
@@ -49,6 +49,6 @@ class IconSizeCatalogue {
     std::array<QVariantMap, Platforms::all.size()> m_dictionaries;
 };
 
-/// The first two numbers in `text` as width and height; 0 × 0 if there are fewer. A number that is too large for a
-/// double is infinite. A number that is too close to 0 is 0.
+/// The first two numbers in `text` as width and height; 0 × 0 if there are fewer. A number that is too large
+/// for a double is infinite. A number that is too close to 0 is 0.
 QSizeF sizeFromString(const QString& text);

@@ -14,7 +14,8 @@ class IconWriter {
 
     /// Makes the idiom's folder, renders `image` at `withSize` points and writes it there as `andName`.png,
     /// replacing a file of that name. If the folder can't be made, this is logged and the writing is tried
-    /// anyway. If the size is empty, the observer is told `sizeFault` as the reason, unless that is empty too.
+    /// anyway. If the size is empty, the observer is told `sizeFault` as the reason, unless that is empty
+    /// too.
     void saveImage(const Image& image, const QSizeF& withSize, const QString& andName, const QString& idiom,
                    const QString& sizeFault = {}) const;
 

@@ -17,7 +17,7 @@ QString containerIn(const QString& folder) {
                                   QLatin1String(OutputFolder::containerName) + QStringLiteral(".icns"));
 }
 
-/// The folder that files are written into.
+/// The folder that files are written to.
 Result<QString> writtenFolder(const GenerationInput& input, const QString& folder) {
     return input.replacesPercentEscapes() ? replacingPercentEscapes(folder) : folder;
 }
@@ -42,7 +42,7 @@ Result<QString> OutputFolder::containerPath(const GenerationInput& input, const 
 }
 
 Result<QString> OutputFolder::pngIn(const QString& folder, const QString& name) {
-    // The last part gets a suffix: it is no "..".
+    // The last part gets a suffix, so it is never "..".
     const QStringList folders = name.split(u'/').mid(0, name.count(u'/'));
     if (name.contains(QChar::Null) || folders.contains(QLatin1String("..")))
         return outside();

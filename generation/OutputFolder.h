@@ -6,9 +6,9 @@
 
 class GenerationInput;
 
-/// The paths of an idiom's files. To make the folder, its path is used as it is. To write a file, percent escapes
-/// in the folder's path are replaced if the input says so, as the window does. If the folder chosen there has a
-/// name with such an escape, the two paths differ. See docs/compatibility.md.
+/// The paths of an idiom's files. To make the folder, its path is used as it is. To write a file, percent
+/// escapes in the folder's path are replaced if the input says so, as the window does. If the folder chosen
+/// there has a name with such an escape, the two paths differ. See docs/compatibility.md.
 namespace OutputFolder {
 
 /// The container's name, without its suffix.

@@ -28,8 +28,8 @@ Outcome setOnFolder(const IconFamily& family, const QString& path, bool withComp
 /// Removes the custom icon of a file.
 Outcome removeFromFile(const QString& path);
 
-/// Removes the resources that `withCompatibility` added to a file, also those of earlier icons. `setOnFile` only
-/// adds such resources, and `removeFromFile` leaves them. Does nothing if the file has none.
+/// Removes the resources that `withCompatibility` added to a file, also those of earlier icons. `setOnFile`
+/// only adds such resources, and `removeFromFile` leaves them. Does nothing if the file has none.
 Result<Done> removeCompatibility(const QString& path);
 
 /// Removes the custom icon of a folder.

@@ -16,7 +16,7 @@ namespace {
 constexpr std::array forms{"image/svg+xml", "image/png", "image/tiff", "image/x-icns",
                            "image/webp",    "image/bmp", "image/jpeg", "image/gif"};
 
-/// The path of a local file. A name that is no UTF-8 is in the URL byte by byte.
+/// The path of a local file. The bytes of a name that is not UTF-8 are escaped in the URL.
 QString pathOf(const QUrl& url) {
     QString path = url.toLocalFile();
     if (!path.contains(QChar::ReplacementCharacter) || !url.host().isEmpty())

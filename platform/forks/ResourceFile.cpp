@@ -29,7 +29,7 @@ ResourceFile::~ResourceFile() {
 Result<std::unique_ptr<ResourceFile>> ResourceFile::open(const QString& path) {
     return unlessMemoryIsShort([&]() -> Result<std::unique_ptr<ResourceFile>> {
         ForkStore& store = currentForkStore();
-        // Its Finder information may stand beside a fork that is another's, or nobody's.
+        // A folder has no fork, but its AppleDouble file may hold one.
         const bool isFolder = FileItem::isFolder(path);
         const Result<QByteArray> bytes = isFolder ? QByteArray() : store.resourceFork(path);
         if (!bytes)
@@ -68,7 +68,7 @@ Result<Done> ResourceFile::removeResources(const QString& path, std::span<const 
         fork.removeResources(isMeant);
         if (Result<Done> closed = (*file)->close(); !closed)
             return closed;
-        // Only an owner can set it, and where it did not change there is nothing to set.
+        // Only the file's owner can set the date. In most stores the write did not change it anyway.
         if (date)
             static_cast<void>(store.setModificationDate(path, *date));
         return Done{};

@@ -14,8 +14,8 @@ class ResourceFile {
     /// A folder never has a fork, even if the store keeps one under its name.
     static Result<std::unique_ptr<ResourceFile>> open(const QString& path);
 
-    /// Removes all resources of these types and this number from the item's fork. Other resources stay, and the
-    /// item's modification date is kept. Does nothing if there is no item, no fork or no such resource.
+    /// Removes all resources of these types and this number from the item's fork. Other resources stay, and
+    /// the item's modification date is kept. Does nothing if there is no item, no fork or no such resource.
     /// NotWritable, and nothing removed, if the fork is read-only or such a resource is protected.
     static Result<Done> removeResources(const QString& path, std::span<const FourCharCode> types,
                                         qint16 number);

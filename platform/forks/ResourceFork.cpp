@@ -317,6 +317,6 @@ bool ResourceFork::removeResource(FourCharCode type, qint16 number) {
     return true;
 }
 
-void ResourceFork::removeResources(const std::function<bool(const Resource&)>& areMeant) {
-    std::erase_if(m_resources, areMeant);
+void ResourceFork::removeResources(const std::function<bool(const Resource&)>& isMeant) {
+    std::erase_if(m_resources, isMeant);
 }

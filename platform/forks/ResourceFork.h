@@ -54,8 +54,8 @@ class ResourceFork {
     /// Removes the first resource of that type and number. Returns whether there was one.
     bool removeResource(FourCharCode type, qint16 number);
 
-    /// Takes out all resources that are meant.
-    void removeResources(const std::function<bool(const Resource&)>& areMeant);
+    /// Removes all resources that `isMeant` returns true for.
+    void removeResources(const std::function<bool(const Resource&)>& isMeant);
 
     bool operator==(const ResourceFork&) const = default;
 

@@ -122,7 +122,7 @@ std::optional<QVariant> toVariant(plist_t node, int depth) {
 
 Result<QVariant> parsed(const QByteArray& bytes) {
     const Error malformed{ErrorCode::Malformed, QStringLiteral("not a property list")};
-    // The first bytes tell binary lists from others. Without this check libplist would guess.
+    // The first bytes tell whether the list is binary. Without this check libplist would guess.
     const bool isBinary = bytes.startsWith("bplist00");
     constexpr qsizetype longest = std::numeric_limits<qint32>::max();
     if (bytes.size() > longest)

@@ -15,7 +15,7 @@ struct Name {
     Encoding encoding;
 };
 
-/// In any case of letters.
+/// Upper and lower case make no difference.
 constexpr Name names[] = {{"UTF-8", Encoding::Utf8},
                           {"UTF8", Encoding::Utf8},
                           {"UTF-16", Encoding::Utf16},
@@ -28,14 +28,14 @@ constexpr Name names[] = {{"UTF-8", Encoding::Utf8},
                           {"US-ASCII", Encoding::Ascii},
                           {"ASCII", Encoding::Ascii}};
 
-/// In bytes. What stands in one takes less.
+/// In bytes. Every sensible XML declaration is shorter.
 constexpr qsizetype longestDeclaration = 1024;
 
 Error malformed(const QString& sentence) {
     return {ErrorCode::Malformed, sentence};
 }
 
-/// What the first bytes tell: the encoding, and how many of them are a byte order mark.
+/// The encoding according to the first bytes, and the length of the byte order mark.
 struct Start {
     std::optional<Encoding> encoding;
     qsizetype markLength = 0;
@@ -48,7 +48,7 @@ Start startOf(const QByteArray& list) {
         return {Encoding::Utf16BigEndian, 2};
     if (list.startsWith("\xFF\xFE"))
         return {Encoding::Utf16LittleEndian, 2};
-    // "<" in two bytes.
+    // "<" in UTF-16.
     if (list.startsWith(QByteArray("\0<", 2)))
         return {Encoding::Utf16BigEndian, 0};
     if (list.startsWith(QByteArray("<\0", 2)))
@@ -56,8 +56,8 @@ Start startOf(const QByteArray& list) {
     return {};
 }
 
-/// The start of a list as a text, for its XML declaration. Without a mark it is in single bytes, and every
-/// encoding that is known here has the letters of ASCII in the places that ASCII has them in.
+/// The start of a list as text, to find its XML declaration. If the first bytes give no encoding, it is read
+/// as Latin-1: the declaration is ASCII, and all encodings with single bytes share ASCII.
 QString beginning(const QByteArray& list, std::optional<Encoding> encoding) {
     const QByteArray bytes = list.left(longestDeclaration);
     if (encoding == Encoding::Utf16BigEndian)
@@ -67,7 +67,7 @@ QString beginning(const QByteArray& list, std::optional<Encoding> encoding) {
     return QString::fromLatin1(bytes);
 }
 
-/// The encoding's name in the XML declaration at the start of `text`.
+/// Finds the name of the encoding in the XML declaration at the start of `text`.
 QRegularExpressionMatch declaration(const QString& text) {
     static const QRegularExpression pattern(
         QStringLiteral("^<\\?xml\\s[^>]*?\\sencoding\\s*=\\s*[\"']([A-Za-z][A-Za-z0-9._-]*)[\"']"));
@@ -91,7 +91,7 @@ bool isUtf16(Encoding encoding) {
            encoding == Encoding::Utf16LittleEndian;
 }
 
-/// The text of bytes without a byte order mark.
+/// Decodes bytes without a byte order mark.
 Result<QString> decoded(const QByteArray& bytes, Encoding encoding, const QString& name) {
     const Error wrong = malformed(QStringLiteral("a property list whose bytes are not %1").arg(name));
     const auto by = [&](QStringConverter::Encoding unicode) -> Result<QString> {
@@ -115,7 +115,7 @@ Result<QString> decoded(const QByteArray& bytes, Encoding encoding, const QStrin
     case Encoding::Utf16:
         break;
     }
-    // One that can be read in single bytes is in none of the two orders.
+    // The declaration was read in single bytes, so the list is not in UTF-16.
     return wrong;
 }
 
@@ -131,7 +131,7 @@ Result<QByteArray> PropertyListText::inUtf8(const QByteArray& list) {
             QStringLiteral(
                 "a property list in %1, where only UTF-8, UTF-16, ISO-8859-1 and US-ASCII are read")
                 .arg(declared));
-    // A declaration of UTF-16 that was read in single bytes is wrong.
+    // UTF-16 in a declaration that was read in single bytes is wrong.
     const Encoding encoding = start.encoding.value_or(isUtf16(*known) ? Encoding::Utf16 : *known);
     Result<QString> text = decoded(bytes, encoding, start.encoding ? nameOf(encoding) : nameOf(*known));
     if (!text)
