@@ -48,6 +48,9 @@ class PngDecoder {
             return allowed.error();
         if (const Result<Done> read = readPixels(); !read)
             return read.error();
+        // libpng goes on without a profile or an orientation that it has no memory for.
+        if (m_isMemoryShort)
+            return failure();
         return m_picture.finish();
     }
 

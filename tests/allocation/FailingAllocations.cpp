@@ -37,6 +37,7 @@ thread_local bool isRunning = false;
 thread_local bool isWatching = false;
 std::size_t counted = 0;
 std::size_t failing = 0;
+std::size_t smallest = 0;
 LiveAllocations live;
 
 struct Range {
@@ -62,9 +63,10 @@ int addLeftOut(dl_phdr_info* library, std::size_t /*size*/, void* data) {
     return 0;
 }
 
-/// Whether this allocation is the one to fail. `caller` is the address of the code that asks for it.
-bool fails(const void* caller) {
-    if (!isWatching)
+/// Whether this allocation of `size` bytes is the one to fail. `caller` is the address of the code that asks
+/// for it.
+bool fails(const void* caller, std::size_t size) {
+    if (!isWatching || size < smallest)
         return false;
     const auto at = reinterpret_cast<std::uintptr_t>(caller);
     for (std::size_t i = 0; i < rangeCount; ++i) {
@@ -126,8 +128,10 @@ FailingAllocations::Pause::~Pause() {
     isWatching = isRunning;
 }
 
-void FailingAllocations::expectFailuresOf(const std::function<bool()>& operation, const Libraries& leftOut,
-                                          std::size_t step) {
+namespace {
+
+void expectFailures(const std::function<bool()>& operation, const FailingAllocations::Libraries& leftOut,
+                    std::size_t step) {
     ASSERT_TRUE(operation());
     std::size_t failures = 0;
     for (std::size_t which = 0;; which += step) {
@@ -148,6 +152,21 @@ void FailingAllocations::expectFailuresOf(const std::function<bool()>& operation
     // Under AddressSanitizer, `malloc` never fails here, so there may be no failure.
     EXPECT_TRUE(failures > 0 || TOBRIMAX_OWN_MALLOC == 0);
     EXPECT_TRUE(operation()) << "with memory again";
+}
+
+} // namespace
+
+void FailingAllocations::expectFailuresOf(const std::function<bool()>& operation, const Libraries& leftOut,
+                                          std::size_t step) {
+    smallest = 0;
+    expectFailures(operation, leftOut, step);
+}
+
+void FailingAllocations::expectFailuresOfLarge(std::size_t bytes, const std::function<bool()>& operation,
+                                               const Libraries& leftOut) {
+    smallest = bytes;
+    expectFailures(operation, leftOut, 1);
+    smallest = 0;
 }
 
 void FailingAllocations::expectNoneIn(const std::function<bool()>& operation) {
@@ -171,7 +190,7 @@ void* __libc_memalign(std::size_t alignment, std::size_t size) noexcept;
 void __libc_free(void* place) noexcept;
 
 void* malloc(std::size_t size) noexcept {
-    if (fails(__builtin_return_address(0))) {
+    if (fails(__builtin_return_address(0), size)) {
         errno = ENOMEM;
         return nullptr;
     }
@@ -179,7 +198,7 @@ void* malloc(std::size_t size) noexcept {
 }
 
 void* calloc(std::size_t count, std::size_t size) noexcept {
-    if (fails(__builtin_return_address(0))) {
+    if (fails(__builtin_return_address(0), count * size)) {
         errno = ENOMEM;
         return nullptr;
     }
@@ -187,7 +206,7 @@ void* calloc(std::size_t count, std::size_t size) noexcept {
 }
 
 void* realloc(void* place, std::size_t size) noexcept {
-    if (fails(__builtin_return_address(0))) {
+    if (fails(__builtin_return_address(0), size)) {
         errno = ENOMEM;
         return nullptr;
     }
@@ -196,7 +215,7 @@ void* realloc(void* place, std::size_t size) noexcept {
 }
 
 void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
-    if (fails(__builtin_return_address(0))) {
+    if (fails(__builtin_return_address(0), size)) {
         errno = ENOMEM;
         return nullptr;
     }
@@ -204,7 +223,7 @@ void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
 }
 
 void* memalign(std::size_t alignment, std::size_t size) noexcept {
-    if (fails(__builtin_return_address(0))) {
+    if (fails(__builtin_return_address(0), size)) {
         errno = ENOMEM;
         return nullptr;
     }
@@ -212,7 +231,7 @@ void* memalign(std::size_t alignment, std::size_t size) noexcept {
 }
 
 int posix_memalign(void** place, std::size_t alignment, std::size_t size) noexcept {
-    if (fails(__builtin_return_address(0)))
+    if (fails(__builtin_return_address(0), size))
         return ENOMEM;
     *place = kept(__libc_memalign(alignment, size));
     return *place != nullptr ? 0 : ENOMEM;
@@ -235,7 +254,7 @@ void free(void* place) noexcept {
 namespace {
 
 void* made(std::size_t size, const void* caller) {
-    return fails(caller) ? nullptr : kept(TOBRIMAX_MALLOC(size != 0 ? size : 1));
+    return fails(caller, size) ? nullptr : kept(TOBRIMAX_MALLOC(size != 0 ? size : 1));
 }
 
 } // namespace

@@ -46,6 +46,10 @@ bool hasSucceeded(const Result<T>& result) {
 void expectFailuresOf(const std::function<bool()>& operation, const Libraries& leftOut = fragile,
                       std::size_t step = 1);
 
+/// The same where only allocations of at least so many bytes fail: the fragile libraries check those.
+void expectFailuresOfLarge(std::size_t bytes, const std::function<bool()>& operation,
+                           const Libraries& leftOut = none);
+
 /// Expects that `operation` takes memory only through the fragile libraries.
 void expectNoneIn(const std::function<bool()>& operation);
 
