@@ -89,9 +89,11 @@ std::vector<int> rowOrder(int height, bool isInterlaced) {
 Result<DecodedPicture> read(const QByteArray& bytes) {
     GifInput input{bytes};
     int code = 0;
+    const RefusedMemory memory;
     const std::unique_ptr<GifFileType, GifClose> gif(DGifOpen(&input, readInput, &code));
+    // Without memory for the colours the library says that there is no screen.
     if (!gif)
-        return failure(code);
+        return memory.wasSeen() ? outOfMemory() : failure(code);
     int transparent = NO_TRANSPARENT_COLOR;
     if (!findFirstFrame(gif.get(), transparent))
         return failure(gif->Error);

@@ -96,6 +96,10 @@ TEST(PictureReaderAllocations, tiff_is_whole_or_none) {
     expectWholeOrNoneOfLarge(large, withLongProfile(fixture("display-p3.tif"), 4096));
 }
 
+TEST(PictureReaderAllocations, gif_is_whole_or_none) {
+    expectWholeOrNone({"plain.gif", "local-colors.gif", "interlaced.gif", "transparent.gif"});
+}
+
 TEST(PictureReaderAllocations, webp_is_whole_or_none) {
     // Of less libwebp reads what it did not get.
     constexpr std::size_t large = 30000;
