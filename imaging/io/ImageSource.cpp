@@ -16,10 +16,6 @@
 
 namespace {
 
-Error noMemory() {
-    return {ErrorCode::OutOfMemory, QStringLiteral("not enough memory for the picture")};
-}
-
 Error unknownFormat() {
     return {ErrorCode::UnknownFormat, QStringLiteral("not a picture (of %1)").arg(PictureFormats::names())};
 }
@@ -49,7 +45,7 @@ Result<QImage> reduced(QImage raster, const QSize& size) {
     while (raster.size() != size) {
         Result<QImage> next = stretched(raster, ReducedCopies::nextSize(raster.size()));
         if (!next)
-            return noMemory();
+            return next;
         raster = std::move(*next);
     }
     return raster;
@@ -68,7 +64,7 @@ Result<Done> addReducedCopies(Image& image, QImage raster) {
     for (QSize size = nextSize(raster.size()); size != raster.size(); size = nextSize(size)) {
         Result<QImage> next = stretched(raster, size);
         if (!next)
-            return noMemory();
+            return next.error();
         raster = std::move(*next);
         if (!has(size))
             image.addRepresentation(std::make_shared<BitmapImageRep>(raster));
@@ -96,6 +92,8 @@ Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
         Result<DecodedPicture> picture = reader->picture(element);
         if (picture)
             result.image.addRepresentation(std::make_shared<BitmapImageRep>(std::move(picture->raster)));
+        else if (picture.error().code == ErrorCode::OutOfMemory)
+            return picture.error();
         else
             result.warnings << QStringLiteral("the element %1 is passed over: %2")
                                    .arg(element.type.text(), picture.error().sentence);

@@ -1,5 +1,6 @@
 #include "imaging/io/ImageSource.h"
 #include "tests/allocation/FailingAllocations.h"
+#include "tests/allocation/Families.h"
 #include "tests/support/Fixtures.h"
 #include "tests/support/Pictures.h"
 
@@ -113,4 +114,19 @@ TEST(PictureReaderAllocations, bmp_is_whole_or_none) {
         SCOPED_TRACE(format);
         expectWholeOrNoneOfLarge(large, bmp(colors.convertToFormat(format)));
     }
+}
+
+TEST(PictureReaderAllocations, an_icns_file_is_read_with_all_its_pictures_or_not) {
+    const QByteArray file = Families::ofEveryKind();
+    const Result<LoadedPicture> expected = ImageSource::load(file);
+    ASSERT_TRUE(expected);
+    expectFailuresOf(
+        [&] {
+            const Result<LoadedPicture> picture = ImageSource::load(file);
+            EXPECT_TRUE(!picture || picture->warnings == expected->warnings);
+            EXPECT_TRUE(!picture ||
+                        picture->image.representations().size() == expected->image.representations().size());
+            return hasSucceeded(picture);
+        },
+        FailingAllocations::fragile);
 }
