@@ -177,6 +177,8 @@ IconFamily::bitmapImageRepWithAlphaForIconFamilyElement(FourCharCode type) const
         return nullptr;
     if (element->content == IcnsContent::Colors) {
         const Result<QByteArray> mask = IconFamilyBlock::getIconFamilyData(hIconFamily, element->mask);
+        if (!mask && mask.error().code == ErrorCode::OutOfMemory)
+            return nullptr;
         const bool isMasked = mask && mask->size() >= pixels;
         for (qsizetype i = 0; i < pixels; ++i) {
             char& alpha = (*samples)[4 * i];

@@ -114,6 +114,7 @@ TEST(IconFamilyAllocations, an_element_of_each_type_is_fetched_or_null) {
     const auto family = IconFamily::init();
     for (const Type& type : types)
         ASSERT_TRUE(family->setIconFamilyElement(type.code, bitmap(type.side).get()));
+    ASSERT_TRUE(family->setIconFamilyElement("s8mk", bitmap(16).get()));
     for (const Type& type : types) {
         SCOPED_TRACE(type.code);
         const auto expected = family->bitmapImageRepWithAlphaForIconFamilyElement(type.code);
