@@ -13,12 +13,14 @@
 
 namespace {
 
-Error failure(const TiffStream& stream) {
+/// Why libtiff failed; `told` is what it told besides.
+Error failure(const TiffStream& stream, const QByteArray& told = {}) {
     if (stream.isMemoryShort())
         return outOfMemory();
-    const QString cause =
-        stream.error().isEmpty() ? QStringLiteral("it can't be decoded") : QString::fromUtf8(stream.error());
-    return PictureReader::damaged(QStringLiteral("TIFF"), cause);
+    const QByteArray& cause = told.isEmpty() ? stream.error() : told;
+    return PictureReader::damaged(QStringLiteral("TIFF"), cause.isEmpty()
+                                                              ? QStringLiteral("it can't be decoded")
+                                                              : QString::fromUtf8(cause));
 }
 
 template <typename T>
@@ -241,7 +243,7 @@ Result<QImage> readAsRgba(TiffStream& stream, RowConverter& converter, QImage ra
                      QStringLiteral("a TIFF picture of a kind that is not read here (%1)")
                          .arg(QString::fromUtf8(cause))};
     if (TIFFRGBAImageBegin(&decoder, tiff, 1, cause) == 0)
-        return PictureReader::damaged(QStringLiteral("TIFF"), QString::fromUtf8(cause));
+        return failure(stream, cause);
     // Rows in the file's order: the picture is turned upright later, like any other.
     decoder.req_orientation = decoder.orientation;
     const bool isWhole = TIFFRGBAImageGet(&decoder, reinterpret_cast<std::uint32_t*>(raster.bits()),
