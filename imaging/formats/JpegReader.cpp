@@ -60,6 +60,7 @@ class JpegDecoder {
         case JERR_IMAGE_TOO_BIG: // the library's own limit of 65500 comes before ours
             return PictureReader::tooLarge(width, height);
         case JERR_OUT_OF_MEMORY:
+        case JERR_NO_BACKING_STORE: // more than JPEGMEM in the environment allows
             return width > 0 && height > 0 ? noMemoryForPixels(width, height) : outOfMemory();
         default:
             return PictureReader::damaged(QStringLiteral("JPEG"), QString::fromLatin1(m_message.data()));

@@ -47,7 +47,9 @@ class JpegEncoder {
     }
 
     Error failure() {
-        if (m_isMemoryShort || m_errors.msg_code == JERR_OUT_OF_MEMORY)
+        // The other one of the library's codes: more than JPEGMEM in the environment allows.
+        if (m_isMemoryShort || m_errors.msg_code == JERR_OUT_OF_MEMORY ||
+            m_errors.msg_code == JERR_NO_BACKING_STORE)
             return outOfMemory();
         if (m_errors.msg_code == JERR_IMAGE_TOO_BIG)
             return sideTooLong(int{JPEG_MAX_DIMENSION});

@@ -1,3 +1,4 @@
+#include "imaging/formats/JpegWriter.h"
 #include "imaging/io/ImageSource.h"
 #include "tests/support/Fixtures.h"
 #include "tests/support/Pictures.h"
@@ -187,6 +188,18 @@ TEST(ImageSourceJpeg, a_file_cut_off_at_any_byte_is_an_error) {
         SCOPED_TRACE(name);
         expectNeedsEveryByte(fixture(name));
     }
+}
+
+TEST(ImageSourceJpeg, more_memory_than_the_library_may_take_is_told_as_such) {
+    const QByteArray earlier = qgetenv("JPEGMEM");
+    qputenv("JPEGMEM", "1k");
+    const Result<DecodedPicture> picture = ImageSource::decode(fixture("large-progressive.jpg"));
+    const Result<QByteArray> file = encodeJpeg(Pictures::noise(400, 300, 1), 0.7);
+    earlier.isNull() ? qunsetenv("JPEGMEM") : qputenv("JPEGMEM", earlier);
+    ASSERT_FALSE(picture);
+    EXPECT_EQ(picture.error().code, ErrorCode::OutOfMemory) << picture.error().sentence.toStdString();
+    ASSERT_FALSE(file);
+    EXPECT_EQ(file.error().code, ErrorCode::OutOfMemory) << file.error().sentence.toStdString();
 }
 
 TEST(ImageSourceJpeg, garbage_in_the_pixels_is_an_error_or_a_picture_of_the_same_size) {
