@@ -16,6 +16,7 @@
 
 #include <QProcess>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -59,9 +60,14 @@ std::optional<QString> outputFolderError(const QString& out) {
     QString nearest = FileItem::absolutePath(out);
     while (!FileItem::isThere(nearest) && nearest != QLatin1String("/"))
         nearest = deletingLastPathComponent(nearest);
-    if (!FileItem::isFolder(nearest))
+    const QByteArray name = PathBytes::encoded(nearest);
+    struct stat status = {};
+    // A link that leads nowhere is no folder.
+    if (stat(name.constData(), &status) != 0)
+        return systemSentence(errno == ENOENT ? ENOTDIR : errno);
+    if (!S_ISDIR(status.st_mode))
         return systemSentence(ENOTDIR);
-    if (access(PathBytes::encoded(nearest).constData(), W_OK | X_OK) != 0)
+    if (access(name.constData(), W_OK | X_OK) != 0)
         return systemSentence(errno);
     return std::nullopt;
 }

@@ -15,6 +15,12 @@ bool isFolder(const QByteArray& path) {
     return stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+/// Why what has that name is no folder. A link that leads nowhere is none.
+int obstacle(const QByteArray& path) {
+    struct stat status = {};
+    return stat(path.constData(), &status) != 0 && errno != ENOENT ? errno : ENOTDIR;
+}
+
 Result<Done> created(const QString& path) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
@@ -31,7 +37,7 @@ Result<Done> created(const QString& path) {
         const int error = errno;
         if (!isFolder(part))
             return about(PathBytes::decoded(part),
-                         systemError(error == EEXIST ? ENOTDIR : error, ErrorCode::NotWritable));
+                         systemError(error == EEXIST ? obstacle(part) : error, ErrorCode::NotWritable));
     }
     return Done{};
 }

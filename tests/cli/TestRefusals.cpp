@@ -155,6 +155,13 @@ TEST_F(Refusals, an_output_folder_below_a_file) {
     EXPECT_EQ(content(inTheWay), QByteArray("in the way"));
 }
 
+TEST_F(Refusals, an_output_folder_that_is_a_link_to_itself) {
+    const QString link = path(u"link"_s);
+    ASSERT_TRUE(QFile::link(u"link"_s, link));
+    expectOutRefused(link, u"link: "_s + cause(ELOOP));
+    expectOutRefused(link + u"/icons"_s, u"link/icons: "_s + cause(ELOOP));
+}
+
 TEST_F(Refusals, an_output_folder_where_none_can_be_made) {
     if (!QFileInfo(u"/proc"_s).isDir())
         GTEST_SKIP() << "this system has no /proc";

@@ -362,6 +362,18 @@ TEST(Folder, one_that_exists_is_no_error) {
     EXPECT_TRUE(Folder::create(QStringLiteral("/")));
 }
 
+TEST(Folder, a_link_to_itself_is_told_as_such) {
+    const QTemporaryDir folder;
+    const QString link = folder.filePath(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("link"), link));
+    for (const QString& path : {link, link + QStringLiteral("/below/it")}) {
+        const Result<Done> created = Folder::create(path);
+        ASSERT_FALSE(created);
+        EXPECT_TRUE(created.error().sentence.endsWith(systemSentence(ELOOP)))
+            << created.error().sentence.toStdString();
+    }
+}
+
 TEST(Folder, a_file_in_the_way_is_an_error) {
     const QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("file"));
