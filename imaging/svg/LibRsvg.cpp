@@ -22,9 +22,14 @@ GLogWriterOutput fieldsToQt(GLogLevelFlags level, const GLogField* fields, gsize
     return G_LOG_WRITER_HANDLED;
 }
 
+/// In the loader's own words: whether the library is missing or memory is short, it tells by nothing else.
+Error notLoaded(const QLibrary& library) {
+    return {ErrorCode::Unsupported,
+            QStringLiteral("the SVG document can't be drawn, since librsvg can't be loaded (%1)")
+                .arg(library.errorString())};
+}
+
 Result<LibRsvg> resolved() {
-    const Error missing{ErrorCode::Unsupported,
-                        QStringLiteral("the SVG document can't be drawn, since librsvg is missing")};
     // The version of librsvg's binary interface. The headers included here belong to it.
     constexpr int version = 2;
     QLibrary library(QStringLiteral("rsvg-2"), version);
@@ -32,7 +37,7 @@ Result<LibRsvg> resolved() {
         // The system may not look where the library was at build time.
         library.setFileNameAndVersion(QStringLiteral(LIBRSVG_FOLDER "/librsvg-2"), version);
         if (!library.load())
-            return missing;
+            return notLoaded(library);
     }
     LibRsvg rsvg;
     bool isComplete = true;
@@ -62,20 +67,21 @@ Result<LibRsvg> resolved() {
     resolve(rsvg.setLogHandler, "g_log_set_default_handler");
     resolve(rsvg.setLogWriter, "g_log_set_writer_func");
     resolve(rsvg.formatLogFields, "g_log_writer_format_fields");
-    return isComplete ? Result<LibRsvg>(rsvg) : missing;
+    return isComplete ? Result<LibRsvg>(rsvg) : notLoaded(library);
 }
 
 } // namespace
 
 const Result<LibRsvg>& LibRsvg::loaded() {
-    static Result<LibRsvg> library = [] {
-        Result<LibRsvg> found = resolved();
+    static Result<LibRsvg> library = Error{ErrorCode::Unsupported, {}};
+    // What failed once may succeed the next time.
+    if (!library) {
+        library = resolved();
         // GLib lets a process set a writer only once.
-        if (found) {
-            found->setLogHandler(toQt, nullptr);
-            found->setLogWriter(fieldsToQt, nullptr, nullptr);
+        if (library) {
+            library->setLogHandler(toQt, nullptr);
+            library->setLogWriter(fieldsToQt, nullptr, nullptr);
         }
-        return found;
-    }();
+    }
     return library;
 }

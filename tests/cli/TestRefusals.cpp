@@ -96,6 +96,19 @@ TEST_F(Refusals, an_SVG_with_an_external_entity) {
     expectRefused(drawing, u"external entity"_s);
 }
 
+TEST_F(Refusals, a_drawing_without_memory_for_its_library) {
+    // From so little that the program does not start to enough for all.
+    for (int kilobytes = 65536; kilobytes < 262144; kilobytes += 1024) {
+        const ProcessResult result = runProcess(
+            u"/bin/sh"_s, {u"-c"_s, QStringLiteral("ulimit -v %1; exec \"$0\" \"$@\"").arg(kilobytes),
+                           QStringLiteral(TOBRIMAX_CLI), u"export"_s, sample(u"svg"_s), u"--format"_s,
+                           u"png"_s, u"--size"_s, u"16x16"_s, u"--out"_s, path(u"drawing.png"_s)});
+        EXPECT_FALSE(result.errors.contains("missing")) << kilobytes << ": " << result.errors.toStdString();
+        if (result.exitStatus == 0)
+            break;
+    }
+}
+
 TEST_F(Refusals, a_catalogue_that_is_missing) {
     const QString catalogue = path(u"none.plist"_s);
     expectRefused(sample(u"svg"_s), catalogue + u": "_s + cause(ENOENT), {u"--catalogue"_s, catalogue});
