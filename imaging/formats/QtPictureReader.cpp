@@ -114,6 +114,19 @@ Error unreadableHeader(const QString& name) {
     return PictureReader::damaged(name, QStringLiteral("its header can't be read"));
 }
 
+/// Why Qt's reader failed.
+Error failure(const QImageReader& reader, const RefusedMemory& memory, const QString& name,
+              const PixelSize& size) {
+    if (memory.wasSeen())
+        return noMemoryForPixels(size.width, size.height);
+    // Qt has no reader for the format: the plugin is missing, or there was no memory for it.
+    if (reader.error() == QImageReader::UnsupportedFormatError)
+        return {ErrorCode::Unsupported,
+                QStringLiteral("%1 pictures can't be read, since Qt's plugin for them can't be loaded")
+                    .arg(name)};
+    return PictureReader::damaged(name, reader.errorString());
+}
+
 /// Reads a picture by Qt's reader for `format`. `size` comes from the file's header, without Qt: Qt's readers
 /// may already take memory for pixels when they are asked for the size.
 Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const QString& name,
@@ -134,8 +147,7 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
     QtPicture picture;
     const RefusedMemory memory;
     if (!reader.read(&picture.image))
-        return memory.wasSeen() ? noMemoryForPixels(size->width, size->height)
-                                : PictureReader::damaged(name, reader.errorString());
+        return failure(reader, memory, name, *size);
     picture.ranShort = device.ranShort();
     return picture;
 }

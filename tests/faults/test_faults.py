@@ -313,6 +313,19 @@ class FaultTest(unittest.TestCase):
         self.assertEqual(status(png, "librsvg"), (0, ""))
         self.assertEqual(status(svg, "another"), (0, ""))
 
+    def test_missing_plugin(self):
+        """Without Qt's plugin for them WebP pictures are refused, and are not called damaged."""
+        webp = self.folder / "picture.webp"
+        Image.new("RGB", (1024, 1024), "red").save(webp)
+        variables = dict(os.environ, LD_PRELOAD=str(LIBRARY), FAULT_LIBRARY="qwebp")
+        variables["ASAN_OPTIONS"] = variables.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"
+        result = subprocess.run([PROGRAM, "export", webp, "--format", "png", "--out", self.folder / "picture.png"],
+                                capture_output=True, env=variables, timeout=120)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stderr.decode(),
+                         f"tobrimax-cli: error: {webp}: WebP pictures can't be read, since Qt's plugin for them can't be "
+                         "loaded\n")
+
 
 def add_tests():
     def test(subject, check, *arguments):
