@@ -15,7 +15,7 @@ target_compile_options(
             -Wnon-virtual-dtor
             -Woverloaded-virtual
             -Wold-style-cast
-            -Werror
+            $<$<BOOL:${TOBRIMAX_WERROR}>:-Werror>
             # The same rounding on every processor: the compiler makes no fused multiply-add.
             -ffp-contract=off)
 
