@@ -5,6 +5,7 @@
 #include "platform/services/PropertyListText.h"
 
 #include <QDateTime>
+#include <QTimeZone>
 
 #include <plist/plist.h>
 
@@ -84,7 +85,7 @@ QVariant dateToVariant(plist_t node) {
     int32_t seconds = 0;
     int32_t microseconds = 0;
     plist_get_date_val(node, &seconds, &microseconds);
-    const QDateTime epoch(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC);
+    const QDateTime epoch = QDateTime(QDate(2001, 1, 1), QTime(0, 0), QTimeZone::utc()).toUTC();
     return epoch.addSecs(seconds).addMSecs(microseconds / 1000);
 }
 

@@ -1,6 +1,7 @@
 #include "platform/store/AttributeText.h"
 
 #include <QDateTime>
+#include <QTimeZone>
 
 #include <algorithm>
 #include <array>
@@ -147,7 +148,7 @@ std::optional<QVariant> attributeFromText(const QString& text, AttributeType typ
         value = text == QLatin1String("true");
         break;
     case AttributeType::Date:
-        value = QDateTime::fromMSecsSinceEpoch(text.toLongLong(&isRight), Qt::UTC);
+        value = QDateTime::fromMSecsSinceEpoch(text.toLongLong(&isRight), QTimeZone::utc()).toUTC();
         break;
     case AttributeType::Data: {
         const auto bytes =

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QStringConverter>
 #include <QStringEncoder>
+#include <QTimeZone>
 
 #include <gtest/gtest.h>
 
@@ -103,7 +104,9 @@ TEST(PropertyList, every_type_is_read_from_xml) {
     EXPECT_EQ(map.value(text("yes")), QVariant(true));
     EXPECT_EQ(map.value(text("no")), QVariant(false));
     EXPECT_EQ(map.value(text("data")), QVariant(QByteArray("\0\1\2\xff", 4)));
-    EXPECT_EQ(map.value(text("date")), QVariant(QDateTime(QDate(2020, 2, 29), QTime(12, 34, 56), Qt::UTC)));
+    EXPECT_EQ(map.value(text("date")),
+              QVariant(QDateTime(QDate(2020, 2, 29), QTime(12, 34, 56), QTimeZone::utc())));
+    EXPECT_EQ(map.value(text("date")).toDateTime().timeSpec(), Qt::UTC);
     EXPECT_EQ(map.value(text("array")), QVariant(QVariantList{qint64{1}, text("b")}));
     EXPECT_EQ(map.value(text("dictionary")), QVariant(QVariantMap{{text("k"), text("v")}}));
 }
@@ -136,7 +139,7 @@ TEST(PropertyList, every_type_is_read_from_binary) {
     EXPECT_EQ(map.value(text("b")), QVariant(QByteArray("\0\1\xff", 3)));
     // 0x2421b770 seconds after the beginning of 2001.
     EXPECT_EQ(map.value(text("d")),
-              QVariant(QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC).addSecs(0x2421b770)));
+              QVariant(QDateTime(QDate(2001, 1, 1), QTime(0, 0), QTimeZone::utc()).addSecs(0x2421b770)));
     EXPECT_EQ(map.value(text("a")), QVariant(QVariantList{false, qint64{-2}}));
 }
 

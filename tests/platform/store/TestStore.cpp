@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTimeZone>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -78,7 +79,7 @@ TEST_F(StoreTest, objects_come_back_as_they_were) {
         {QStringLiteral("count"), std::numeric_limits<qint64>::min()},
         {QStringLiteral("size"), 0.1 + 0.2},
         {QStringLiteral("isNew"), true},
-        {QStringLiteral("made"), QDateTime(QDate(2026, 2, 28), QTime(23, 59, 59, 999), Qt::UTC)},
+        {QStringLiteral("made"), QDateTime(QDate(2026, 2, 28), QTime(23, 59, 59, 999), QTimeZone::utc())},
         {QStringLiteral("bytes"), QByteArray("\0\xff\x80 bytes", 9)}};
     StoredObjects expected;
     {
@@ -98,7 +99,9 @@ TEST_F(StoreTest, objects_come_back_as_they_were) {
     ASSERT_TRUE(open(coordinator)) << error.localizedDescription.toStdString();
     EXPECT_EQ(coordinator.objects(), expected);
     ASSERT_EQ(expected.size(), 2U);
-    EXPECT_EQ(coordinator.objects().begin()->second.values, values);
+    const auto& read = coordinator.objects().begin()->second.values;
+    EXPECT_EQ(read, values);
+    EXPECT_EQ(read.value(QStringLiteral("made")).toDateTime().timeSpec(), Qt::UTC);
     ManagedObjectContext context(coordinator);
     EXPECT_FALSE(context.hasChanges());
     EXPECT_EQ(context.insertNewObjectForEntityForName(QStringLiteral("Other")), 3);
