@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -71,11 +72,15 @@ class PngDecoder {
     static void onWarning(png_structp png, png_const_charp message) {
         constexpr png_uint_32 profileChunk = 0x69434350; // 'iCCP'
         constexpr png_uint_32 pixelsChunk = 0x49444154;  // 'IDAT'
+        constexpr png_uint_32 endChunk = 0x49454e44;     // 'IEND'
         const png_uint_32 chunk = png_get_io_chunk_type(png);
         // libpng only warns of some damage in the pixel data, and of pixel data after other chunks: both are
         // errors here. As long as InflatedPng has pixels to give, it finds all damage itself: then the
         // warning means only that there are more data than pixels.
         if (chunk == pixelsChunk && (!self(png)->m_inflated || self(png)->m_hasAllPixels))
+            onError(png, message);
+        // Newer versions of libpng only warn of damage there.
+        if (chunk == endChunk && std::string_view(message).ends_with("CRC error"))
             onError(png, message);
         if (chunk == profileChunk)
             self(png)->m_hasOddProfile = true;

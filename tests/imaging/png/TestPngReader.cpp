@@ -246,6 +246,18 @@ TEST(ImageSourcePng, a_wrong_check_sum_of_the_pixels_is_an_error) {
         << picture.error().sentence.toStdString();
 }
 
+TEST(ImageSourcePng, a_wrong_check_sum_of_the_end_is_an_error) {
+    for (const char* name : {"rgb-8.png", "interlaced-rgb-8-5x9.png", "palette-2-alpha.png"}) {
+        QByteArray png = fixture(name);
+        png.back() = static_cast<char>(png.back() ^ 1);
+        const Result<DecodedPicture> picture = ImageSource::decode(png);
+        ASSERT_FALSE(picture) << name;
+        EXPECT_EQ(picture.error().code, ErrorCode::Damaged);
+        EXPECT_TRUE(picture.error().sentence.contains(u"IEND: CRC error"))
+            << picture.error().sentence.toStdString();
+    }
+}
+
 TEST(ImageSourcePng, any_flipped_bit_in_the_pixels_is_an_error) {
     const QByteArray whole = fixture("rgb-8.png");
     const qsizetype start = chunkStart(whole, "IDAT") + 8;
