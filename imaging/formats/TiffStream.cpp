@@ -98,9 +98,11 @@ toff_t TiffStream::size(thandle_t handle) {
 
 int TiffStream::onWarning(TIFF* tiff, void* handle, const char* module, const char* format,
                           va_list arguments) {
-    // libtiff only warns of a directory's data that break off.
+    // Only a warning tells of a directory's data that break off, or that are not read since they are longer
+    // than the file.
     const auto& stream = *static_cast<TiffStream*>(handle);
-    if (stream.m_brokeOff || stream.m_warningsCount)
+    const bool isLongerThanFile = std::strstr(format, "greater than filesize") != nullptr;
+    if (stream.m_brokeOff || stream.m_warningsCount || isLongerThanFile)
         onError(tiff, handle, module, format, arguments);
     return 1;
 }

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <lcms2.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -178,4 +179,19 @@ TEST(TiffKinds, a_profile_that_breaks_off_is_an_error) {
     // The directory and the profile stand at the end.
     file.chop(1);
     EXPECT_FALSE(ImageSource::decode(file));
+}
+
+TEST(TiffKinds, a_profile_far_longer_than_the_file_is_an_error) {
+    QByteArray file = tiffFile({.icc = linearGrey()}, {128});
+    // The directory's entry: tag, type, length.
+    const std::array<quint16, 2> tagAndType{TIFFTAG_ICCPROFILE, TIFF_UNDEFINED};
+    const QByteArray entry(reinterpret_cast<const char*>(tagAndType.data()), sizeof tagAndType);
+    const qsizetype at = file.lastIndexOf(entry);
+    ASSERT_GT(at, 0);
+    for (const quint32 length : {0x100000U, 0x10000000U, 0x7fffffffU}) {
+        file.replace(at + entry.size(), 4, QByteArray(reinterpret_cast<const char*>(&length), 4));
+        const Result<DecodedPicture> picture = ImageSource::decode(file);
+        ASSERT_FALSE(picture) << length;
+        EXPECT_EQ(picture.error().code, ErrorCode::Damaged) << length;
+    }
 }
