@@ -6,7 +6,7 @@
 #include "imaging/icns/IcnsRle.h"
 
 #include <algorithm>
-#include <unordered_set>
+#include <set>
 
 namespace {
 
@@ -104,10 +104,9 @@ class Inspector {
         result.bytes = element.data.size();
         if (type != nullptr)
             result.info = icnsPictureInfo(*type, element.data);
-        result.isRepeated = m_seen.contains(element.type.value);
+        result.isRepeated = !m_seen.insert(element.type.value).second;
         if (result.isRepeated)
             return result;
-        m_seen.insert(element.type.value);
         if (type != nullptr)
             result.remarks = remarks(element, *type, result.info);
         else if (element.type == tableOfContents && !isContentsRight(element.data))
@@ -189,9 +188,10 @@ class Inspector {
 
     const IcnsReader& m_reader;
     IcnsInspection m_result;
-    // Not QSet: it ends the program where memory is short.
-    std::unordered_set<quint32> m_types;
-    std::unordered_set<quint32> m_seen;
+    // Not hash sets: a file chooses its types, and so which of them collide. Not QSet: it ends the program
+    // where memory is short.
+    std::set<quint32> m_types;
+    std::set<quint32> m_seen;
 };
 
 } // namespace

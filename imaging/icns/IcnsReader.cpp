@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <unordered_set>
+#include <set>
 
 namespace {
 
@@ -186,12 +186,12 @@ Result<std::vector<IcnsElement>> IcnsReader::pictureElements() const {
     return unlessMemoryIsShort([&] {
         std::vector<IcnsElement> found;
         // Not QSet: it ends the program where memory is short.
-        std::unordered_set<quint32> seen;
+        std::set<quint32> seen;
         for (const IcnsElement& element : m_elements) {
             const IcnsElementType* type = icnsElementType(element.type);
-            if (type == nullptr || type->content == IcnsContent::Mask || seen.contains(element.type.value))
+            if (type == nullptr || type->content == IcnsContent::Mask ||
+                !seen.insert(element.type.value).second)
                 continue;
-            seen.insert(element.type.value);
             found.push_back(element);
         }
         return found;

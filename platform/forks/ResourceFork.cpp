@@ -7,12 +7,12 @@
 #include <algorithm>
 #include <limits>
 #include <map>
-#include <unordered_map>
 #include <utility>
 
 namespace {
 
-// Maps are std:: maps: Qt's end the program if memory is short.
+// Maps are std:: maps: Qt's end the program if memory is short. They are ordered: a fork chooses its types,
+// names and offsets, and so which of them collide as hashes.
 
 // The records of a fork, all big-endian.
 
@@ -118,8 +118,8 @@ Result<std::vector<Reference>> readReferences(const ByteReader& map, const MapHe
 
 /// The data at each offset that the references name. Several references may share one offset; their data are
 /// kept once. Data that begin inside other data are refused.
-Result<std::unordered_map<quint32, QByteArray>> readData(const ByteReader& section,
-                                                         const std::vector<Reference>& references) {
+Result<std::map<quint32, QByteArray>> readData(const ByteReader& section,
+                                               const std::vector<Reference>& references) {
     std::map<quint32, QByteArrayView> views;
     for (const Reference& reference : references) {
         const ByteCount at = reference.dataOffset;
@@ -129,7 +129,7 @@ Result<std::unordered_map<quint32, QByteArray>> readData(const ByteReader& secti
             return damaged("the data of a resource lie outside");
         views.emplace(reference.dataOffset, data->view());
     }
-    std::unordered_map<quint32, QByteArray> data;
+    std::map<quint32, QByteArray> data;
     qsizetype end = 0;
     for (const auto& [offset, view] : views) {
         if (offset < end)
@@ -148,7 +148,7 @@ struct TypeGroup {
 
 std::vector<TypeGroup> grouped(const std::vector<Resource>& resources) {
     std::vector<TypeGroup> groups;
-    std::unordered_map<quint32, std::size_t> places;
+    std::map<quint32, std::size_t> places;
     for (const Resource& resource : resources) {
         const auto [place, isNew] = places.try_emplace(resource.type.value, groups.size());
         if (isNew)
@@ -178,7 +178,7 @@ Result<ResourceFork> ResourceFork::parse(const QByteArray& bytes) {
     Result<std::vector<Reference>> references = readReferences(*map, *mapHeader);
     if (!references)
         return references.error();
-    const Result<std::unordered_map<quint32, QByteArray>> contents = readData(*data, *references);
+    const Result<std::map<quint32, QByteArray>> contents = readData(*data, *references);
     if (!contents)
         return contents.error();
     ResourceFork result;
@@ -252,8 +252,8 @@ class ForkParts {
         return m_dataOffsets.at(place);
     }
 
-    std::unordered_map<const char*, quint32> m_dataOffsets;
-    std::unordered_map<QByteArray, quint16> m_nameOffsets;
+    std::map<const char*, quint32> m_dataOffsets;
+    std::map<QByteArray, quint16> m_nameOffsets;
 };
 
 } // namespace
