@@ -17,21 +17,21 @@ struct Extracted {
 /// An element's picture as a PNG file. A picture that is stored as PNG is returned unchanged; every other
 /// picture is encoded as PNG with its stored colours.
 Result<Extracted> extracted(const IcnsReader& reader, const IcnsElement& element) {
-    // The picture is always decoded, so that a damaged one is not written.
-    const Result<DecodedPicture> picture = reader.picture(element);
-    if (!picture)
-        return picture.error();
     const IcnsPictureInfo info = icnsPictureInfo(*icnsElementType(element.type), element.data);
-    if (info.encoding == IcnsEncoding::Png)
+    if (info.encoding == IcnsEncoding::Png) {
+        // It is decoded all the same, so that a damaged one is not written.
+        const Result<DecodedPicture> picture = reader.picture(element);
+        if (!picture)
+            return picture.error();
         return Extracted{element.data.toByteArray(), picture->raster.size()};
-    // An element that holds a picture file (JPEG 2000, for example) has no plain samples.
+    }
     const Result<QImage> samples = reader.samples(element);
-    if (!samples && samples.error().code == ErrorCode::OutOfMemory)
+    if (!samples)
         return samples.error();
-    Result<QByteArray> png = encodePng(samples ? *samples : picture->raster);
+    Result<QByteArray> png = encodePng(*samples);
     if (!png)
         return png.error();
-    return Extracted{std::move(*png), picture->raster.size()};
+    return Extracted{std::move(*png), samples->size()};
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "base/ShortMemory.h"
 #include "imaging/formats/Jpeg2000Codestream.h"
 #include "imaging/formats/OpenJpeg.h"
+#include "imaging/pixels/Premultiplication.h"
 #include "imaging/pixels/RowConverter.h"
 
 #include <algorithm>
@@ -80,13 +81,15 @@ Result<Done> checkKind(const opj_image_t& picture) {
     return Done{};
 }
 
-/// The samples of a decoded picture as a raster.
+/// The samples of a decoded picture as a raster, RGBA8888. Colours are converted on their own, so that they
+/// stay as they are where pixels are translucent.
 Result<DecodedPicture> converted(const opj_image_t& picture) {
     const opj_image_comp_t& first = picture.comps[0];
     const bool isGrey = picture.numcomps <= 2;
     const bool hasAlpha = picture.numcomps % 2 == 0;
     const SampleLayout layout{isGrey ? SampleLayout::Colors::Grey : SampleLayout::Colors::RGB,
-                              hasAlpha ? SampleLayout::Alpha::Straight : SampleLayout::Alpha::None, 8, false};
+                              SampleLayout::Alpha::None, 8, false};
+    const OPJ_UINT32 colors = picture.numcomps - (hasAlpha ? 1 : 0);
     const Result<EmbeddedProfile> embedded = ColorProfile::embedded(
         QByteArray(reinterpret_cast<const char*>(picture.icc_profile_buf), picture.icc_profile_len));
     if (!embedded)
@@ -98,14 +101,19 @@ Result<DecodedPicture> converted(const opj_image_t& picture) {
         RowConverter::create(layout, embedded->profile, static_cast<int>(first.w));
     if (!converter)
         return converter.error();
-    std::vector<std::uint8_t> row(static_cast<std::size_t>(first.w) * picture.numcomps);
+    raster->reinterpretAsFormat(QImage::Format_RGBA8888);
+    std::vector<std::uint8_t> row(static_cast<std::size_t>(first.w) * colors);
     for (OPJ_UINT32 y = 0; y < first.h; ++y) {
-        std::uint8_t* out = row.data();
+        const std::size_t start = static_cast<std::size_t>(y) * first.w;
+        std::uint8_t* sample = row.data();
         for (OPJ_UINT32 x = 0; x < first.w; ++x) {
-            for (OPJ_UINT32 i = 0; i < picture.numcomps; ++i)
-                *out++ = byteOf(picture.comps[i], static_cast<std::size_t>(y) * first.w + x);
+            for (OPJ_UINT32 i = 0; i < colors; ++i)
+                *sample++ = byteOf(picture.comps[i], start + x);
         }
-        converter->convert(row.data(), raster->scanLine(static_cast<int>(y)), static_cast<int>(first.w));
+        std::uint8_t* pixel = raster->scanLine(static_cast<int>(y));
+        converter->convert(row.data(), pixel, static_cast<int>(first.w));
+        for (OPJ_UINT32 x = 0; hasAlpha && x < first.w; ++x, pixel += 4)
+            pixel[3] = byteOf(picture.comps[colors], start + x);
     }
     DecodedPicture decoded{std::move(*raster), {}};
     if (converter->profileWasRefused() || embedded->isBroken)
@@ -167,6 +175,17 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
 
 } // namespace
 
-Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
+Result<DecodedPicture> readStraightJpeg2000(const QByteArray& bytes) {
     return unlessMemoryIsShort([&] { return read(bytes); });
+}
+
+Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {
+    Result<DecodedPicture> picture = readStraightJpeg2000(bytes);
+    if (!picture)
+        return picture;
+    QImage& raster = picture->raster;
+    premultiply(raster.constBits(), raster.bits(),
+                static_cast<std::size_t>(raster.width()) * static_cast<std::size_t>(raster.height()));
+    raster.reinterpretAsFormat(QImage::Format_RGBA8888_Premultiplied);
+    return picture;
 }

@@ -79,13 +79,19 @@ Result<QImage> colors(const IcnsElementType& type, QByteArrayView data, const Ic
 /// The side in pixels of the largest element type.
 constexpr int largestSide = 1024;
 
-Result<Done> checkSize(const IcnsElementType& type, const QSize& size) {
-    if (std::max(size.width(), size.height()) <= largestSide)
-        return Done{};
-    return damaged(QStringLiteral("the element %1 holds a picture of %2 × %3 pixels")
-                       .arg(type.code.text())
-                       .arg(size.width())
-                       .arg(size.height()));
+/// What the element's data tell of its picture. Damaged for more than 1024 pixels a side, and for a file
+/// inside that tells no size.
+Result<IcnsPictureInfo> checkedInfo(const IcnsElementType& type, QByteArrayView data) {
+    const IcnsPictureInfo info = icnsPictureInfo(type, data);
+    // A small file inside an element could become very large in memory, once for each element.
+    if (std::max(info.size.width(), info.size.height()) > largestSide)
+        return damaged(QStringLiteral("the element %1 holds a picture of %2 × %3 pixels")
+                           .arg(type.code.text())
+                           .arg(info.size.width())
+                           .arg(info.size.height()));
+    if (info.encoding != IcnsEncoding::Unknown && !info.size.isValid())
+        return damaged(QStringLiteral("the picture in the element %1 tells no size").arg(type.code.text()));
+    return info;
 }
 
 } // namespace
@@ -137,8 +143,18 @@ Result<QImage> IcnsReader::samples(const IcnsElement& element) const {
 Result<QImage> IcnsReader::storedSamples(const IcnsElement& element) const {
     const IcnsElementType* type = icnsElementType(element.type);
     if (type != nullptr) {
-        const IcnsPictureInfo info = icnsPictureInfo(*type, element.data);
+        const Result<IcnsPictureInfo> checked = checkedInfo(*type, element.data);
+        if (!checked)
+            return checked.error();
+        const IcnsPictureInfo& info = *checked;
         switch (info.encoding) {
+        case IcnsEncoding::Jpeg2000: {
+            Result<DecodedPicture> picture =
+                readStraightJpeg2000(QByteArray::fromRawData(element.data.data(), element.data.size()));
+            if (!picture)
+                return picture.error();
+            return std::move(picture->raster);
+        }
         case IcnsEncoding::PackedColors:
             return colors(*type, element.data, this->element(type->mask));
         case IcnsEncoding::PackedArgb:
@@ -162,16 +178,13 @@ Result<DecodedPicture> IcnsReader::picture(const IcnsElement& element) const {
     if (type == nullptr || type->content == IcnsContent::Mask)
         return Error{ErrorCode::Unsupported,
                      QStringLiteral("the element %1 holds no picture").arg(element.type.text())};
-    const IcnsPictureInfo info = icnsPictureInfo(*type, element.data);
-    // A small file inside an element could become very large in memory, once for each element.
-    if (const Result<Done> allowed = checkSize(*type, info.size); !allowed)
-        return allowed.error();
-    if (info.encoding != IcnsEncoding::Unknown && !info.size.isValid())
-        return damaged(QStringLiteral("the picture in the element %1 tells no size").arg(type->code.text()));
+    const Result<IcnsPictureInfo> info = checkedInfo(*type, element.data);
+    if (!info)
+        return info.error();
     const QByteArray bytes = QByteArray::fromRawData(element.data.data(), element.data.size());
-    if (info.encoding == IcnsEncoding::Png)
+    if (info->encoding == IcnsEncoding::Png)
         return readPng(bytes);
-    if (info.encoding == IcnsEncoding::Jpeg2000)
+    if (info->encoding == IcnsEncoding::Jpeg2000)
         return readJpeg2000(bytes);
     Result<QImage> image = samples(element);
     if (!image)

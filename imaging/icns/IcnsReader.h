@@ -38,12 +38,12 @@ class IcnsReader {
     Result<std::vector<IcnsElement>> pictureElements() const;
 
     /// The picture of one element. Unsupported for a type that holds no picture. Damaged where its data are
-    /// broken, or its header states more than 1024 pixels a side. Colours without their mask are opaque.
-    /// Stored colours are straight.
+    /// broken, its header states more than 1024 pixels a side, or its mask is too short. Of a mask that is
+    /// too long the beginning counts. Colours without their mask are opaque. Stored colours are straight.
     Result<DecodedPicture> picture(const IcnsElement& element) const;
 
-    /// The pixels of an element that holds samples, as they are stored: RGBA8888, straight. Unsupported for
-    /// PNG and JPEG 2000 files and for types that hold no picture, Damaged as `picture`.
+    /// The pixels of an element as they are stored: RGBA8888, straight. Those of a JPEG 2000 file are in
+    /// sRGB. Unsupported for PNG files and for types that hold no picture, Damaged as `picture`.
     Result<QImage> samples(const IcnsElement& element) const;
 
     /// The element with the largest picture, by the picture's header or else by the type. Null where no

@@ -122,6 +122,26 @@ TEST_F(IcnsCommands, extract_keeps_png_files_as_they_are_and_stored_colours_too)
               QByteArray("\x64\x32\x19\2", 4));
 }
 
+TEST_F(IcnsCommands, extract_keeps_the_colours_of_translucent_jpeg_2000_pictures) {
+    const QString jpeg2000 = pillowPicture(u"picture.jp2"_s, u"picture = Image.new('RGBA', (128, 128))\n"
+                                                             "picture.putdata([(2 * x, 2 * y, 255 - x, y % 9)"
+                                                             " for y in range(128) for x in range(128)])\n"
+                                                             "picture.save(path)"_s);
+    const QString name = file(u"a.icns"_s, icns(element("ic07", content(jpeg2000))));
+    const ProcessResult extracted = run({u"extract"_s, name, u"--out"_s, u"out"_s});
+    EXPECT_EQ(extracted.exitStatus, 0) << extracted.errors.toStdString();
+    QImage read(path(u"out/ic07_128x128.png"_s));
+    read.convertTo(QImage::Format_RGBA8888);
+    ASSERT_EQ(read.size(), QSize(128, 128));
+    int wrong = 0;
+    for (int y = 0; y < 128; ++y) {
+        const uchar* pixel = read.constScanLine(y);
+        for (int x = 0; x < 128; ++x, pixel += 4)
+            wrong += pixel[0] != 2 * x || pixel[1] != 2 * y || pixel[2] != 255 - x || pixel[3] != y % 9;
+    }
+    EXPECT_EQ(wrong, 0);
+}
+
 TEST_F(IcnsCommands, extract_goes_on_after_a_picture_that_is_none) {
     const QString name = file(u"a.icns"_s, icns(element("ic07", "nothing") + element("abcd", "x") +
                                                 element("ic04", QByteArray(1024, 'x'))));
