@@ -59,6 +59,11 @@ Result<QImage> plainArgb(QByteArrayView data, int side) {
 Result<QImage> colors(const IcnsElementType& type, QByteArrayView data, const IcnsElement* mask) {
     const int side = type.pixelSize;
     const qsizetype pixels = qsizetype{side} * side;
+    if (mask != nullptr && mask->data.size() < pixels)
+        return damaged(QStringLiteral("the mask %1 of the element %2 has %3 bytes instead of %4")
+                           .arg(type.mask.text(), type.code.text())
+                           .arg(mask->data.size())
+                           .arg(pixels));
     const bool isPacked = icnsPictureInfo(type, data).encoding == IcnsEncoding::PackedColors;
     if (isPacked) {
         if (type.hasLeadingZeros) {
@@ -72,7 +77,7 @@ Result<QImage> colors(const IcnsElementType& type, QByteArrayView data, const Ic
         return image;
     uchar* alpha = image->bits() + 3;
     for (qsizetype i = 0; i < pixels; ++i, alpha += 4)
-        *alpha = mask != nullptr && mask->data.size() >= pixels ? static_cast<uchar>(mask->data[i]) : 255;
+        *alpha = mask != nullptr ? static_cast<uchar>(mask->data[i]) : 255;
     return image;
 }
 

@@ -142,6 +142,23 @@ TEST_F(IcnsCommands, extract_keeps_the_colours_of_translucent_jpeg_2000_pictures
     EXPECT_EQ(wrong, 0);
 }
 
+TEST_F(IcnsCommands, a_mask_that_is_too_short_is_told_and_its_element_is_not_written) {
+    const QByteArray colors = QByteArray("\0\1\2\3", 4).repeated(256);
+    const QString sentence = u"the mask s8mk of the element is32 has 255 bytes instead of 256"_s;
+    const QString name =
+        file(u"a.icns"_s, icns(element("is32", colors) + element("s8mk", QByteArray(255, 'x')) +
+                               element("icp5", QByteArray(4 * 32 * 32, 'x'))));
+    const ProcessResult extracted = run({u"extract"_s, name, u"--out"_s, u"out"_s});
+    expectOneError(extracted, sentence);
+    EXPECT_EQ(extracted.output, "out/icp5_32x32.png\n");
+    const QString alone =
+        file(u"b.icns"_s, icns(element("is32", colors) + element("s8mk", QByteArray(255, 'x'))));
+    expectOneError(run({u"make"_s, alone, u"--out"_s, u"c.icns"_s}), sentence);
+    expectOneError(runCli({u"export"_s, alone, u"--format"_s, u"png"_s, u"--out"_s, u"c.png"_s}, path({})),
+                   sentence);
+    EXPECT_FALSE(QFileInfo::exists(path(u"c.icns"_s)) || QFileInfo::exists(path(u"c.png"_s)));
+}
+
 TEST_F(IcnsCommands, extract_goes_on_after_a_picture_that_is_none) {
     const QString name = file(u"a.icns"_s, icns(element("ic07", "nothing") + element("abcd", "x") +
                                                 element("ic04", QByteArray(1024, 'x'))));

@@ -208,6 +208,22 @@ TEST(IcnsReader, colours_without_their_mask_are_opaque) {
     }
 }
 
+TEST(IcnsReader, a_mask_that_is_too_short_is_an_error_and_of_a_longer_one_the_beginning_counts) {
+    for (const ColorsType& type : colorsTypes) {
+        SCOPED_TRACE(type.colors);
+        const QByteArray mask = plane(3, type.side);
+        for (const QByteArray& colors :
+             {type.start + packedColors(type.side), plainArgb(type.side)}) { // packed and plain
+            const auto masked = [&](const QByteArray& data) {
+                return icns(element(type.colors, colors) + element(type.mask, data));
+            };
+            expectPicture(masked(mask + "more"), expectedPicture(type.side, false));
+            for (const QByteArray& brokenMask : {mask.chopped(1), mask.left(1), QByteArray()})
+                expectError(masked(brokenMask), ErrorCode::Damaged);
+        }
+    }
+}
+
 TEST(IcnsReader, plain_samples_are_told_by_their_length) {
     expectPicture(icns(element("icp4", plainArgb(16))), expectedPicture(16, false));
     expectPicture(icns(element("icp5", plainArgb(32))), expectedPicture(32, false));

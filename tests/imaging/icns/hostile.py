@@ -178,8 +178,9 @@ def colors():
         yield odd(f"{code}-followed", one(packed(side, 1, 2, 3) + b"xyz"), 1, "3 bytes follow its samples")
         yield odd(f"{code}-plain", icns(element(code, bytes([9, 1, 2, 3]) * count)), 1, "plain samples")
         yield odd(f"{code}-opaque", icns(element(code, good)), 1, "it is opaque")
-        yield odd(f"{code}-short-mask", icns(element(code, good), element(mask, bytes(count - 1))), 1,
-                  f"{count - 1} bytes instead of {count}")
+        for short in (0, 1, count - 1):
+            yield broken(f"{code}-mask-of-{short}", icns(element(code, good), element(mask, bytes(short))),
+                         f"{mask} of the element {code} has {short} bytes", f"{short} bytes instead of {count}")
         yield odd(f"{code}-long-mask", icns(element(code, good), element(mask, bytes(count + 1))), 1,
                   f"{count + 1} bytes instead of {count}")
         yield broken(f"{mask}-alone", icns(element(mask, bytes(count))), "no picture", "whose mask it would be")
