@@ -3,6 +3,7 @@
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
 #include "files/FileDescriptor.h"
+#include "files/FileTime.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -11,6 +12,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <limits>
+#include <utility>
 
 namespace {
 
@@ -56,8 +59,12 @@ Result<Done> readUpTo(int descriptor, QByteArray& buffer, qsizetype length) {
     return Done{};
 }
 
-Result<QByteArray> contents(const std::string& path, qint64 maximumBytes,
-                            const std::function<Result<Done>(const QByteArray& start)>& check) {
+bool isSame(const timespec& a, const timespec& b) {
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+Result<RegularFile::Part> contents(const std::string& path, qint64 maximumBytes,
+                                   const std::function<Result<qint64>(const QByteArray& start)>& lengthOf) {
     // O_NONBLOCK: opening a FIFO does not wait for a writer.
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     if (!file.isOpen())
@@ -74,22 +81,42 @@ Result<QByteArray> contents(const std::string& path, qint64 maximumBytes,
     if (const Result<Done> done = readUpTo(file.number(), bytes, std::min<qsizetype>(start, status.st_size));
         !done)
         return done.error();
-    if (check) {
-        if (const Result<Done> allowed = check(bytes); !allowed)
-            return allowed.error();
-    }
-    if (status.st_size > maximumBytes)
+    const Result<qint64> wanted = lengthOf(bytes);
+    if (!wanted)
+        return wanted.error();
+    const qint64 length = std::min<qint64>(*wanted, status.st_size);
+    if (length > maximumBytes)
         return Error{ErrorCode::TooLarge,
                      QStringLiteral("the file is larger than %1 MiB").arg(maximumBytes >> 20)};
-    // If the file shrinks while it is read, the bytes end earlier.
-    if (const Result<Done> done = readUpTo(file.number(), bytes, status.st_size); !done)
+    if (const Result<Done> done = readUpTo(file.number(), bytes, std::max<qint64>(length, bytes.size()));
+        !done)
         return done.error();
-    return bytes;
+    // Bytes from before and after a change may still look like a whole file.
+    struct stat after = {};
+    if (fstat(file.number(), &after) != 0)
+        return failure(errno);
+    if (bytes.size() < length || after.st_size != status.st_size ||
+        !isSame(modificationTime(after), modificationTime(status)))
+        return Error{ErrorCode::NotReadable, QStringLiteral("the file was changed while it was read")};
+    bytes.truncate(length);
+    return RegularFile::Part{std::move(bytes), status.st_size};
 }
 
 } // namespace
 
 Result<QByteArray> RegularFile::read(const std::string& path, qint64 maximumBytes,
                                      const std::function<Result<Done>(const QByteArray& start)>& check) {
-    return unlessMemoryIsShort([&] { return contents(path, maximumBytes, check); });
+    Result<Part> whole = readPart(path, maximumBytes, [&](const QByteArray& start) -> Result<qint64> {
+        const Result<Done> allowed = check ? check(start) : Done{};
+        return allowed ? Result<qint64>(std::numeric_limits<qint64>::max()) : allowed.error();
+    });
+    if (!whole)
+        return whole.error();
+    return std::move(whole->bytes);
+}
+
+Result<RegularFile::Part>
+RegularFile::readPart(const std::string& path, qint64 maximumBytes,
+                      const std::function<Result<qint64>(const QByteArray& start)>& lengthOf) {
+    return unlessMemoryIsShort([&] { return contents(path, maximumBytes, lengthOf); });
 }

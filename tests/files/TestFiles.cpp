@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -17,6 +18,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <functional>
 #include <set>
 #include <vector>
 
@@ -419,4 +421,54 @@ TEST(RegularFile, its_start_may_be_refused_before_the_rest_is_read) {
         return Error{ErrorCode::UnknownFormat, QStringLiteral("no")};
     };
     EXPECT_EQ(RegularFile::read(path, 1 << 20, refuse).error().code, ErrorCode::UnknownFormat);
+}
+
+TEST(RegularFile, no_more_is_read_than_its_start_asks_for) {
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("sparse")).toStdString();
+    ASSERT_TRUE(AtomicFile::write(QString::fromStdString(path), "start"));
+    constexpr qint64 size = qint64{1} << 40;
+    ASSERT_EQ(truncate(path.c_str(), off_t{size}), 0);
+    for (const qint64 length : {3, 100000}) {
+        const Result<RegularFile::Part> part =
+            RegularFile::readPart(path, 100000, [=](const QByteArray&) { return length; });
+        ASSERT_TRUE(part) << length;
+        EXPECT_EQ(part->bytes.size(), length);
+        EXPECT_TRUE(part->bytes.startsWith("sta"));
+        EXPECT_EQ(part->fileSize, size);
+    }
+    const auto tooMuch =
+        RegularFile::readPart(path, 100000, [](const QByteArray&) { return qint64{100001}; });
+    EXPECT_EQ(tooMuch.error().code, ErrorCode::TooLarge);
+}
+
+TEST(RegularFile, a_file_that_changes_while_it_is_read_is_refused) {
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("file")).toStdString();
+    const QByteArray whole(200000, 'x');
+    // Each is done when the start has been read.
+    const std::vector<std::function<void()>> changes = {
+        [&] { ASSERT_EQ(truncate(path.c_str(), 100000), 0); },
+        [&] { ASSERT_EQ(truncate(path.c_str(), 0), 0); },
+        [&] { ASSERT_EQ(truncate(path.c_str(), 300000), 0); },
+        [&] {
+            // Times of files go on in steps.
+            QThread::msleep(50);
+            QFile file(QString::fromStdString(path));
+            ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+            file.write(QByteArray(100, 'y'));
+        },
+    };
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        SCOPED_TRACE(i);
+        ASSERT_TRUE(AtomicFile::write(QString::fromStdString(path), whole));
+        const Result<QByteArray> bytes =
+            RegularFile::read(path, 1 << 20, [&](const QByteArray&) -> Result<Done> {
+                changes[i]();
+                return Done{};
+            });
+        ASSERT_FALSE(bytes);
+        EXPECT_EQ(bytes.error().code, ErrorCode::NotReadable);
+        EXPECT_EQ(bytes.error().sentence, QStringLiteral("the file was changed while it was read"));
+    }
 }
