@@ -126,7 +126,7 @@ QJsonObject jsonOf(const Element& element) {
 }
 
 /// Prints one document in portions, since a file may have very many elements.
-bool printJson(const IcnsListOptions& options, const IcnsInspection& inspection, qsizetype bytes) {
+bool printJson(const IcnsListOptions& options, const IcnsInspection& inspection, qint64 bytes) {
     const QString head =
         compact({{QStringLiteral("file"), PathBytes::withReplacements(PathBytes::decoded(options.file))},
                  {QStringLiteral("bytes"), bytes},
@@ -143,13 +143,13 @@ bool printJson(const IcnsListOptions& options, const IcnsInspection& inspection,
 } // namespace
 
 int runIcnsList(const IcnsListOptions& options) {
-    const std::optional<QByteArray> bytes = InputFile::readIcns(options.file);
-    if (!bytes)
+    const std::optional<RegularFile::Part> file = InputFile::readIcns(options.file);
+    if (!file)
         return 1;
-    const Result<IcnsInspection> inspection = inspectIcns(*bytes);
+    const Result<IcnsInspection> inspection = inspectIcns(file->bytes, file->fileSize);
     if (!inspection)
         return InputFile::fail(options.file, inspection.error());
     const bool isPrinted =
-        options.json ? printJson(options, *inspection, bytes->size()) : printTable(*inspection);
+        options.json ? printJson(options, *inspection, file->fileSize) : printTable(*inspection);
     return isPrinted ? 0 : Terminal::outputFailure();
 }

@@ -2,7 +2,6 @@
 
 #include "cli/Terminal.h"
 #include "files/PathBytes.h"
-#include "files/RegularFile.h"
 
 #include <limits>
 
@@ -11,28 +10,23 @@ int InputFile::fail(const std::string& path, const Error& error) {
     return 1;
 }
 
-std::optional<QByteArray> InputFile::readIcns(const std::string& path) {
+std::optional<RegularFile::Part> InputFile::readIcns(const std::string& path) {
     // An icns file's length is stored in 32 bits in its header.
     constexpr qint64 largest = std::numeric_limits<quint32>::max();
-    const auto check = [](const QByteArray& start) -> Result<Done> {
-        if (IcnsReader::lengthOf(start))
-            return Done{};
-        return Error{ErrorCode::UnknownFormat, QStringLiteral("not an icns file")};
-    };
-    Result<QByteArray> bytes = RegularFile::read(path, largest, check);
-    if (bytes)
-        return std::move(*bytes);
-    fail(path, bytes.error());
+    Result<RegularFile::Part> file = RegularFile::readPart(path, largest, IcnsReader::lengthToRead);
+    if (file)
+        return std::move(*file);
+    fail(path, file.error());
     return std::nullopt;
 }
 
 std::optional<InputFile::IcnsFile> InputFile::openIcns(const std::string& path) {
-    std::optional<QByteArray> bytes = readIcns(path);
-    if (!bytes)
+    std::optional<RegularFile::Part> file = readIcns(path);
+    if (!file)
         return std::nullopt;
-    Result<IcnsReader> reader = IcnsReader::open(*bytes);
+    Result<IcnsReader> reader = IcnsReader::open(file->bytes);
     if (reader)
-        return IcnsFile{std::move(*bytes), std::move(*reader)};
+        return IcnsFile{std::move(file->bytes), std::move(*reader)};
     fail(path, reader.error());
     return std::nullopt;
 }

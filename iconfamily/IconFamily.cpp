@@ -32,16 +32,14 @@ std::unique_ptr<IconFamily> IconFamily::initWithContentsOfFile(const QString& pa
     const Result<FSRef> reference = CarbonFSRefCreation::reference(path, false);
     if (!reference)
         return nullptr;
-    const auto check = [](const QByteArray& start) -> Result<Done> {
-        if (IcnsReader::lengthOf(start))
-            return Done{};
-        return Error{ErrorCode::UnknownFormat, QStringLiteral("not an icns file")};
-    };
-    Result<QByteArray> bytes = unlessMemoryIsShort(
-        [&] { return RegularFile::read(PathBytes::encoded(reference->path).toStdString(), largest, check); });
-    if (!bytes || IcnsReader::lengthOf(*bytes) != bytes->size())
+    Result<RegularFile::Part> file = unlessMemoryIsShort([&] {
+        return RegularFile::readPart(PathBytes::encoded(reference->path).toStdString(), largest,
+                                     IcnsReader::lengthToRead);
+    });
+    // What follows the family in the file is no part of it.
+    if (!file || IcnsReader::lengthOf(file->bytes) != file->bytes.size())
         return nullptr;
-    return initWithIconFamilyHandle(std::move(*bytes));
+    return initWithIconFamilyHandle(std::move(file->bytes));
 }
 
 std::unique_ptr<IconFamily> IconFamily::iconFamilyWithContentsOfFile(const QString& path) {

@@ -28,7 +28,8 @@ class IconFamily {
     /// or read.
     static std::unique_ptr<IconFamily> initWithData(const QByteArray& data);
 
-    /// A family from an icns file. Null if the file's header or length is not that of an icns file.
+    /// A family from an icns file. Null if the file does not begin like one, or has fewer bytes than its
+    /// header states. Bytes after the family are left out.
     static std::unique_ptr<IconFamily> iconFamilyWithContentsOfFile(const QString& path);
     static std::unique_ptr<IconFamily> initWithContentsOfFile(const QString& path);
 
@@ -75,6 +76,7 @@ class IconFamily {
     static QStringList readableTypesForPasteboard(const Pasteboard& pasteboard);
     /// Always 0: the data are read as bytes.
     static int readingOptionsForType(const QString& type, const Pasteboard& pasteboard);
+    /// Whether one of the types is there. Its bytes are not checked: no bytes are an empty family.
     static bool canInitWithPasteboard(const Pasteboard& pasteboard);
     /// `ofType` is ignored.
     static std::unique_ptr<IconFamily> initWithPasteboardPropertyList(const QByteArray& propertyList,

@@ -77,7 +77,7 @@ QStringList packedRemarks(QByteArrayView packed, int side, int channels) {
 class Inspector {
   public:
     /// `hasPicture`: whether any element holds a picture that is read here.
-    Inspector(const IcnsReader& reader, bool hasPicture, qsizetype fileSize) : m_reader(reader) {
+    Inspector(const IcnsReader& reader, bool hasPicture, qint64 fileSize) : m_reader(reader) {
         for (const IcnsElement& element : reader.elements())
             m_types.insert(element.type.value);
         if (fileSize > reader.length())
@@ -197,13 +197,17 @@ class Inspector {
 } // namespace
 
 Result<IcnsInspection> inspectIcns(const QByteArray& bytes) {
+    return inspectIcns(bytes, bytes.size());
+}
+
+Result<IcnsInspection> inspectIcns(const QByteArray& bytes, qint64 fileSize) {
     const Result<IcnsReader> reader = IcnsReader::open(bytes);
     if (!reader)
         return reader.error();
     const Result<std::vector<IcnsElement>> pictures = reader->pictureElements();
     if (!pictures)
         return pictures.error();
-    return unlessMemoryIsShort([&] { return Inspector(*reader, !pictures->empty(), bytes.size()).result(); });
+    return unlessMemoryIsShort([&] { return Inspector(*reader, !pictures->empty(), fileSize).result(); });
 }
 
 QString icnsTypeDescription(FourCharCode type) {

@@ -23,7 +23,10 @@ struct IcnsInspection {
 };
 
 /// Takes time in proportion to the number of elements: only the first element of each type is looked into,
-/// and PNG and JPEG 2000 files are not decoded. Damaged as IcnsReader::open.
+/// and PNG and JPEG 2000 files are not decoded. `fileSize` is that of the whole file, which may be longer
+/// than `bytes`. Damaged as IcnsReader::open.
+Result<IcnsInspection> inspectIcns(const QByteArray& bytes, qint64 fileSize);
+/// The same for a whole file in `bytes`.
 Result<IcnsInspection> inspectIcns(const QByteArray& bytes);
 
 /// A description of a type for people.

@@ -108,6 +108,13 @@ std::optional<qsizetype> IcnsReader::lengthOf(const QByteArray& bytes) {
     return header->length;
 }
 
+Result<qint64> IcnsReader::lengthToRead(const QByteArray& start) {
+    const std::optional<qsizetype> length = lengthOf(start);
+    if (!length)
+        return Error{ErrorCode::UnknownFormat, QStringLiteral("not an icns file")};
+    return std::max(*length, icnsHeaderSize);
+}
+
 Result<IcnsReader> IcnsReader::open(const QByteArray& bytes) {
     return unlessMemoryIsShort([&] { return parsed(bytes); });
 }

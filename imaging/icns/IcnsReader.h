@@ -25,6 +25,10 @@ class IcnsReader {
     /// The length in the header of icns data; no value where there is no such header.
     static std::optional<qsizetype> lengthOf(const QByteArray& bytes);
 
+    /// How many bytes to read of a file that begins with `start`: its header and what the header states.
+    /// UnknownFormat if it does not begin like an icns file.
+    static Result<qint64> lengthToRead(const QByteArray& start);
+
     /// The length in the file's header. Bytes after it are not part of the icns file.
     qsizetype length() const { return m_length; }
 

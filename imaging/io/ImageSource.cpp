@@ -11,6 +11,7 @@
 #include "imaging/svg/SvgDocument.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -34,9 +35,14 @@ Result<const PictureFormatRow*> formatOf(const QByteArray& start) {
     return format;
 }
 
-Result<Done> checkStart(const QByteArray& start) {
+/// How much is to be read of a file that begins with `start`.
+Result<qint64> lengthOf(const QByteArray& start) {
     const Result<const PictureFormatRow*> format = formatOf(start);
-    return format ? Result<Done>(Done{}) : format.error();
+    if (!format)
+        return format.error();
+    if ((*format)->format == PictureFormat::Icns)
+        return IcnsReader::lengthToRead(start);
+    return std::numeric_limits<qint64>::max();
 }
 
 /// The reduced copy of `raster` that has `size`, which may be the raster's own size.
@@ -159,8 +165,8 @@ Result<LoadedPicture> ImageSource::load(const QByteArray& bytes, const LoadOptio
 
 Result<LoadedPicture> ImageSource::loadFile(const std::string& path, const LoadOptions& options) {
     const StageTimes::Timer timer(Stage::Decode);
-    const Result<QByteArray> bytes = RegularFile::read(path, maximumFile, checkStart);
-    if (!bytes)
-        return bytes.error();
-    return load(*bytes, options);
+    const Result<RegularFile::Part> file = RegularFile::readPart(path, maximumFile, lengthOf);
+    if (!file)
+        return file.error();
+    return load(file->bytes, options);
 }

@@ -90,6 +90,18 @@ TEST_F(IcnsCommands, list_prints_json) {
     EXPECT_EQ(remarks(mask), QStringList{u"there is no is32 whose mask it would be"_s});
 }
 
+TEST_F(IcnsCommands, what_follows_the_family_is_not_read) {
+    // More than a file may have: all of it could not be read.
+    const QString name = plain(u"a.icns"_s);
+    ASSERT_TRUE(QFile::resize(name, qint64{1} << 33));
+    const QJsonObject document = printedJson(run({u"list"_s, name, u"--json"_s}));
+    EXPECT_EQ(document.value(u"bytes"_s).toInteger(), qint64{1} << 33);
+    EXPECT_EQ(remarks(document), QStringList{u"8589933552 bytes follow the icon family"_s});
+    for (const QStringList& words :
+         {QStringList{u"extract"_s, name, u"--out"_s, u"out"_s}, {u"make"_s, name, u"--out"_s, u"b.icns"_s}})
+        EXPECT_EQ(run(words).exitStatus, 0) << words.first().toStdString();
+}
+
 TEST_F(IcnsCommands, list_flags_what_fails_elsewhere) {
     const QByteArray png = content(flatPicture(u"16.png"_s, 16, 16, Qt::blue));
     const QString name =

@@ -366,13 +366,17 @@ class IconFamilyFiles : public testing::Test {
     QString path = folder.filePath(QStringLiteral("a.icns"));
 };
 
-TEST_F(IconFamilyFiles, a_file_of_the_right_length_is_read) {
+TEST_F(IconFamilyFiles, a_file_is_read_as_far_as_its_header_tells) {
     const QByteArray bytes = icns(element("abcd", "x"));
     const auto family = fromFile(bytes);
     ASSERT_NE(family, nullptr);
     EXPECT_EQ(family->data(), bytes);
-    EXPECT_EQ(fromFile(bytes + "x"), nullptr);
+    const auto followed = fromFile(bytes + "what follows");
+    ASSERT_NE(followed, nullptr);
+    EXPECT_EQ(followed->data(), bytes);
     EXPECT_EQ(fromFile(bytes.chopped(1)), nullptr);
+    for (const quint32 length : {0U, 4U, 7U})
+        EXPECT_EQ(fromFile("icns" + IcnsBytes::number(length)), nullptr) << length;
     EXPECT_EQ(fromFile("icnt" + bytes.mid(4)), nullptr);
     EXPECT_EQ(fromFile({}), nullptr);
     EXPECT_EQ(IconFamily::iconFamilyWithContentsOfFile(folder.filePath(QStringLiteral("missing"))), nullptr);

@@ -44,6 +44,15 @@ TEST(IconFamilyPasteboard, can_be_read_where_either_type_is) {
     EXPECT_FALSE(IconFamily::canInitWithPasteboard(pasteboard));
 }
 
+TEST(IconFamilyPasteboard, an_empty_family_is_one_too) {
+    Pasteboard pasteboard;
+    IconFamily::init()->writeToPasteboard(pasteboard);
+    ASSERT_TRUE(IconFamily::canInitWithPasteboard(pasteboard));
+    const auto family = IconFamily::iconFamilyFromPasteboard(pasteboard);
+    ASSERT_NE(family, nullptr);
+    EXPECT_EQ(family->data(), QByteArray());
+}
+
 TEST(IconFamilyPasteboard, goes_over_the_systems_clipboard_in_both_types) {
     Pasteboard clipboard = Pasteboard::generalPasteboard();
     clipboard.setData("words", QStringLiteral("text/plain"));

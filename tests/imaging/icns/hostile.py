@@ -26,7 +26,7 @@ class Case:
     @property
     def is_whole(self):
         return len(self.data) >= 8 and self.data[:4] == b"icns" and \
-            struct.unpack(">I", self.data[4:8])[0] == len(self.data)
+            8 <= struct.unpack(">I", self.data[4:8])[0] <= len(self.data)
 
 
 def refused(name, data, sentence):
