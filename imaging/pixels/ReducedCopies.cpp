@@ -5,6 +5,14 @@
 QSize ReducedCopies::nextSize(const QSize& size) {
     // No icon gains from a copy with a shorter side.
     constexpr int smallestSide = 32;
+    // A picture that is long and thin gets shorter alone first. A render needs all of its thin side, and
+    // would else read all of the long one too.
+    constexpr int thin = 16;
+    const auto quarter = [](int side) { return (side + 3) / 4; };
+    if (size.width() >= 4 * smallestSide && size.width() / thin >= size.height())
+        return {quarter(size.width()), size.height()};
+    if (size.height() >= 4 * smallestSide && size.height() / thin >= size.width())
+        return {size.width(), quarter(size.height())};
     const auto reduced = [](int side) { return side >= 2 * smallestSide ? (side + 1) / 2 : side; };
     return {reduced(size.width()), reduced(size.height())};
 }

@@ -12,7 +12,8 @@
 namespace ReducedCopies {
 
 /// The size of the copy that follows `size`. Each side of 64 pixels or more is halved, rounded up; a shorter
-/// side stays. `size` itself where there is no further copy.
+/// side stays. Where one side is 16 times as long as the other it alone is reduced, to a quarter. `size`
+/// itself where there is no further copy.
 QSize nextSize(const QSize& size);
 
 /// The index of the size that a render of `pixels` draws from; `sizes` are those of one picture. It is the

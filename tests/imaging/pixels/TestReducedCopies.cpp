@@ -76,6 +76,17 @@ TEST(ReducedCopies, sides_are_halved_and_rounded_up_down_to_32) {
     EXPECT_EQ(nextSize(QSize(1, 1)), QSize(1, 1));
 }
 
+TEST(ReducedCopies, a_long_thin_picture_is_made_shorter_first) {
+    EXPECT_EQ(nextSize(QSize(1000000, 268)), QSize(250000, 268));
+    EXPECT_EQ(nextSize(QSize(268, 1000000)), QSize(268, 250000));
+    EXPECT_EQ(nextSize(QSize(1600, 100)), QSize(400, 100));
+    EXPECT_EQ(nextSize(QSize(1599, 100)), QSize(800, 50));
+    EXPECT_EQ(nextSize(QSize(129, 2)), QSize(33, 2));
+    EXPECT_EQ(nextSize(QSize(127, 2)), QSize(64, 2));
+    EXPECT_EQ(largestNeeded(QSize(1000000, 268), std::vector<QSizeF>{{1024, 1024}, {16, 16}}),
+              QSize(3907, 268));
+}
+
 TEST(ReducedCopies, a_render_draws_from_its_own_size_or_from_twice_its_pixels) {
     const std::vector<QSize> sizes{{4096, 4096}, {2048, 2048}, {1024, 1024}, {512, 512}};
     const auto best = [&](double width, double height) {
@@ -104,7 +115,7 @@ TEST(ReducedCopies, the_largest_needed_is_what_one_of_the_renders_draws_from) {
     EXPECT_EQ(needed(whole, {{10000, 10000}}), whole);
     EXPECT_EQ(needed(whole, {{1, 1}}), QSize(32, 32));
     EXPECT_EQ(needed(whole, {}), QSize(32, 32));
-    EXPECT_EQ(needed(QSize(8192, 300), {{64, 64}}), QSize(4096, 150));
+    EXPECT_EQ(needed(QSize(8192, 300), {{64, 64}}), QSize(1024, 150));
     EXPECT_EQ(needed(QSize(40, 8192), {{20, 20}}), QSize(40, 64));
     EXPECT_EQ(needed(QSize(40, 8192), {{40, 20}}), QSize(40, 64));
     EXPECT_EQ(needed(QSize(40, 8192), {{20, 4097}}), QSize(40, 8192));
