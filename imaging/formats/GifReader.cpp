@@ -1,12 +1,14 @@
 #include "imaging/formats/GifReader.h"
 
 #include "base/ShortMemory.h"
+#include "imaging/image/PictureBuilder.h"
 
 #include <gif_lib.h>
 
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace {
@@ -65,28 +67,68 @@ bool findFirstFrame(GifFileType* gif, int& transparent) {
     }
 }
 
-/// The rows of a frame in the order in which the file has them.
-std::vector<int> rowOrder(int height, bool isInterlaced) {
-    std::vector<int> rows;
-    rows.reserve(static_cast<std::size_t>(height));
-    struct Pass {
-        int first;
-        int step;
-    };
-    static constexpr Pass interlaced[] = {{0, 8}, {4, 8}, {2, 4}, {1, 2}};
-    static constexpr Pass plain[] = {{0, 1}};
-    const auto add = [&](const Pass& pass) {
-        for (int y = pass.first; y < height; y += pass.step)
-            rows.push_back(y);
-    };
-    if (isInterlaced)
-        std::ranges::for_each(interlaced, add);
-    else
-        std::ranges::for_each(plain, add);
-    return rows;
+/// Reads a frame row by row from its top.
+class FrameRows {
+  public:
+    /// An interlaced frame is read whole: a byte for each pixel.
+    Result<Done> begin(GifFileType* gif) {
+        m_gif = gif;
+        m_width = static_cast<std::size_t>(gif->Image.Width);
+        m_isInterlaced = gif->Image.Interlace;
+        const auto height = static_cast<std::size_t>(gif->Image.Height);
+        m_indices.resize(m_isInterlaced ? m_width * height : m_width);
+        if (!m_isInterlaced)
+            return Done{};
+        struct Pass {
+            std::size_t first;
+            std::size_t step;
+        };
+        for (const auto& [first, step] : {Pass{0, 8}, Pass{4, 8}, Pass{2, 4}, Pass{1, 2}}) {
+            for (std::size_t y = first; y < height; y += step) {
+                if (!readLine(m_indices.data() + y * m_width))
+                    return failure(gif->Error);
+            }
+        }
+        return Done{};
+    }
+
+    /// The colours of the next row.
+    Result<std::span<const GifPixelType>> next() {
+        if (!m_isInterlaced && !readLine(m_indices.data()))
+            return failure(m_gif->Error);
+        const std::size_t start = m_isInterlaced ? m_width * m_next++ : 0;
+        return std::span<const GifPixelType>(m_indices).subspan(start, m_width);
+    }
+
+  private:
+    bool readLine(GifPixelType* line) {
+        return DGifGetLine(m_gif, line, static_cast<int>(m_width)) != GIF_ERROR;
+    }
+
+    GifFileType* m_gif = nullptr;
+    std::size_t m_width = 0;
+    bool m_isInterlaced = false;
+    std::size_t m_next = 0;
+    std::vector<GifPixelType> m_indices;
+};
+
+/// Puts the colours of a frame's row into pixels that are transparent. Damaged where one is not in the table.
+Result<Done> putColors(std::span<const GifPixelType> indices, const ColorMapObject& colors, int transparent,
+                       uchar* out) {
+    for (const GifPixelType index : indices) {
+        if (index != transparent && index >= colors.ColorCount)
+            return PictureReader::damaged(QStringLiteral("GIF"), QStringLiteral("a colour is missing"));
+        if (index != transparent) {
+            const GifColorType& color = colors.Colors[index];
+            const uchar pixel[4] = {color.Red, color.Green, color.Blue, 255};
+            std::memcpy(out, pixel, 4);
+        }
+        out += 4;
+    }
+    return Done{};
 }
 
-Result<DecodedPicture> read(const QByteArray& bytes) {
+Result<DecodedPicture> read(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
     GifInput input{bytes};
     int code = 0;
     const RefusedMemory memory;
@@ -106,31 +148,32 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
     const int canvasHeight = std::max(gif->SHeight, frame.Top + frame.Height);
     if (const Result<Done> allowed = PictureReader::checkSize(frame.Width, frame.Height); !allowed)
         return allowed.error();
-    Result<QImage> raster = PictureReader::newPicture(canvasWidth, canvasHeight);
-    if (!raster)
-        return raster.error();
-    raster->fill(0);
-    std::vector<GifPixelType> line(static_cast<std::size_t>(frame.Width));
-    for (const int y : rowOrder(frame.Height, frame.Interlace)) {
-        if (DGifGetLine(gif.get(), line.data(), frame.Width) == GIF_ERROR)
-            return failure(gif->Error);
-        uchar* out = raster->scanLine(frame.Top + y) + 4 * static_cast<std::ptrdiff_t>(frame.Left);
-        for (const GifPixelType index : line) {
-            if (index != transparent && index >= colors->ColorCount)
-                return PictureReader::damaged(QStringLiteral("GIF"), QStringLiteral("a colour is missing"));
-            if (index != transparent) {
-                const GifColorType& color = colors->Colors[index];
-                const uchar pixel[4] = {color.Red, color.Green, color.Blue, 255};
-                std::memcpy(out, pixel, 4);
-            }
-            out += 4;
+    PictureBuilder picture(renders);
+    const SampleLayout layout{SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false};
+    if (const Result<Done> begun = picture.begin(canvasWidth, canvasHeight, layout); !begun)
+        return begun.error();
+    FrameRows rows;
+    if (const Result<Done> begun = rows.begin(gif.get()); !begun)
+        return begun.error();
+    for (int y = 0; y < canvasHeight; ++y) {
+        uchar* row = picture.nextRow();
+        std::memset(row, 0, 4 * static_cast<std::size_t>(canvasWidth));
+        if (y >= frame.Top && y < frame.Top + frame.Height) {
+            const Result<std::span<const GifPixelType>> indices = rows.next();
+            if (!indices)
+                return indices.error();
+            const Result<Done> put =
+                putColors(*indices, *colors, transparent, row + 4 * static_cast<std::ptrdiff_t>(frame.Left));
+            if (!put)
+                return put.error();
         }
+        picture.addRow(row);
     }
-    return DecodedPicture{std::move(*raster), {}};
+    return picture.finish();
 }
 
 } // namespace
 
-Result<DecodedPicture> readGif(const QByteArray& bytes) {
-    return unlessMemoryIsShort([&] { return read(bytes); });
+Result<DecodedPicture> readGif(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
+    return unlessMemoryIsShort([&] { return read(bytes, renders); });
 }

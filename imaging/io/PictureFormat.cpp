@@ -67,7 +67,7 @@ constexpr PictureFormatRow rows[] = {
      .starts = {QByteArrayView("II\x2a\0", 4), QByteArrayView("MM\0\x2a", 4), QByteArrayView("II\x2b\0", 4),
                 QByteArrayView("MM\0\x2b", 4)},
      .read = readTiff},
-    {.format = PictureFormat::Gif, .name = "GIF", .starts = {"GIF87a", "GIF89a"}, .read = readGif},
+    {.format = PictureFormat::Gif, .name = "GIF", .starts = {"GIF87a", "GIF89a"}, .readReduced = readGif},
     {.format = PictureFormat::Bmp, .name = "BMP", .starts = {"BM"}, .read = readBmp},
     {.format = PictureFormat::WebP, .name = "WebP", .starts = {"RIFF????WEBP"}, .read = readWebP},
     {.format = PictureFormat::Icns, .name = "icns", .starts = {"icns"}, .read = readIcns},
