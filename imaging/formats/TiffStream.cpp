@@ -96,6 +96,36 @@ toff_t TiffStream::size(thandle_t handle) {
     return static_cast<toff_t>(self(handle).m_bytes.size());
 }
 
+namespace {
+
+/// Whether a message of libtiff or of its JPEG decoder tells of something odd that changes and loses no
+/// pixels. They have no numbers. `format` is that of the message, `text` is the message.
+bool isHarmless(QByteArrayView format, QByteArrayView text) {
+    static constexpr QByteArrayView harmless[] = {
+        "Old-style LZW codes",
+        "LZWDecode: Strip %u not terminated with EOI code",
+        "Discarding %ld bytes to avoid buffer overrun",
+        "Too large strip byte count",
+        "Too large tile byte count",
+        "JPEG strip size exceeds expected dimensions",
+        "Auto-corrected former TIFF subsampling values",
+        "Subsampling tag is not set, yet subsampling inside JPEG data",
+        "Subsampling inside JPEG data",
+        "Assuming 8-bit colormap",
+    };
+    static constexpr const char* harmlessInJpeg[] = {
+        "extraneous bytes before marker",
+        "Unknown Adobe color transform code",
+        "unknown JFIF revision number",
+    };
+    return std::ranges::any_of(harmless, [&](QByteArrayView start) { return format.startsWith(start); }) ||
+           (format == "%s" && std::ranges::any_of(harmlessInJpeg, [&](const char* words) {
+                return std::strstr(text.data(), words) != nullptr;
+            }));
+}
+
+} // namespace
+
 int TiffStream::onWarning(TIFF* tiff, void* handle, const char* module, const char* format,
                           va_list arguments) {
     // Only a warning tells of a directory's data that break off, or that are not read since they are longer
@@ -113,6 +143,8 @@ int TiffStream::onError(TIFF* /*tiff*/, void* handle, const char* /*module*/, co
     if (stream.m_error.isEmpty()) {
         std::array<char, 300> text{};
         std::vsnprintf(text.data(), text.size(), format, arguments);
+        if (!stream.m_brokeOff && isHarmless(format, QByteArrayView(text.data())))
+            return 1;
         Result<QByteArray> kept = unlessMemoryIsShort([&] { return QByteArray(text.data()); });
         stream.m_isMemoryShort = stream.m_isMemoryShort || !kept;
         stream.m_error = std::move(kept).valueOr(QByteArrayLiteral("not enough memory"));

@@ -29,7 +29,8 @@ class TiffStream {
     /// Whether memory was short, as far as the system and this stream itself know.
     bool isMemoryShort() const { return m_isMemoryShort || m_refused.wasSeen(); }
 
-    /// From here on warnings count as errors: decoders only warn of pixels that they make up for.
+    /// From here on warnings count as errors, but for those that are known to be harmless: decoders only warn
+    /// of pixels that they make up for.
     void beginPixels() { m_warningsCount = true; }
 
     /// Finishes a written file and returns its bytes.
