@@ -150,10 +150,18 @@ class JpegDecoder {
     }
 
     Result<Done> readMarkers() {
+        QByteArrayView exif;
+        QByteArrayView xmp;
         for (jpeg_saved_marker_ptr marker = m_jpeg.marker_list; marker != nullptr; marker = marker->next) {
-            if (marker->marker == JPEG_APP0 + 1)
-                readExif(marker->data, marker->data_length);
+            constexpr QByteArrayView xmpStart("http://ns.adobe.com/xap/1.0/\0", 29);
+            const QByteArrayView data(reinterpret_cast<const char*>(marker->data), marker->data_length);
+            if (marker->marker == JPEG_APP0 + 1 && data.startsWith("Exif"))
+                exif = data;
+            else if (marker->marker == JPEG_APP0 + 1 && data.startsWith(xmpStart))
+                xmp = data.sliced(xmpStart.size());
         }
+        m_picture.setOrientation(
+            PictureReader::orientation(QByteArray::fromRawData(exif.data(), exif.size()), xmp));
         JOCTET* icc = nullptr;
         unsigned int length = 0;
         if (jpeg_read_icc_profile(&m_jpeg, &icc, &length) != FALSE)
@@ -161,12 +169,6 @@ class JpegDecoder {
         if (m_hasOddProfile)
             m_picture.setProfile({{}, true});
         return Done{};
-    }
-
-    void readExif(const JOCTET* data, unsigned int length) {
-        const QByteArray exif = QByteArray::fromRawData(reinterpret_cast<const char*>(data), length);
-        if (exif.startsWith("Exif"))
-            m_picture.setOrientation(PictureReader::exifOrientation(exif));
     }
 
     Result<Done> readProfile(JOCTET* icc, unsigned int length) {

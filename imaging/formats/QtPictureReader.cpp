@@ -218,12 +218,20 @@ QByteArray riffChunk(const QByteArray& bytes, FourCharCode type) {
         const auto header = rest->record<RiffHeader>(0);
         const auto data = header ? rest->slice(sizeof(RiffHeader), header->length) : std::nullopt;
         if (!data)
-            return {};
+            return std::nullopt;
         if (header->type == type.value)
             return data->view().toByteArray();
         rest = rest->from(ByteCount(sizeof(RiffHeader)) + data->size() + data->size() % 2);
     }
-    return {};
+    return std::nullopt;
+}
+
+bool hasRiffChunk(const QByteArray& bytes, FourCharCode type) {
+    return findRiffChunk(bytes, type).has_value();
+}
+
+QByteArray riffChunk(const QByteArray& bytes, FourCharCode type) {
+    return findRiffChunk(bytes, type).value_or(QByteArrayView()).toByteArray();
 }
 
 Result<DecodedPicture> readWholeBmp(const QByteArray& bytes) {
@@ -248,8 +256,9 @@ Result<DecodedPicture> readWholeWebP(const QByteArray& bytes) {
         return result;
     if (embedded->isBroken)
         result->warnings << PictureReader::profileWarning();
-    Result<QImage> upright = PictureReader::upright(std::move(result->raster),
-                                                    PictureReader::exifOrientation(riffChunk(bytes, "EXIF")));
+    Result<QImage> upright = PictureReader::upright(
+        std::move(result->raster),
+        PictureReader::orientation(riffChunk(bytes, "EXIF"), riffChunk(bytes, "XMP ")));
     if (!upright)
         return upright.error();
     result->raster = std::move(*upright);

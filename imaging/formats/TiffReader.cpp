@@ -37,6 +37,19 @@ Result<EmbeddedProfile> profileOf(TIFF* tiff) {
     return ColorProfile::embedded(QByteArray(static_cast<const char*>(icc), length));
 }
 
+/// The orientation that the directory states, or else the XMP packet.
+int orientationOf(TIFF* tiff) {
+    std::uint16_t orientation = 0;
+    if (TIFFGetField(tiff, TIFFTAG_ORIENTATION, &orientation) != 0)
+        return orientation;
+    std::uint32_t length = 0;
+    void* xmp = nullptr;
+    if (TIFFGetField(tiff, TIFFTAG_XMLPACKET, &length, &xmp) == 0 || xmp == nullptr)
+        return ORIENTATION_TOPLEFT;
+    return PictureReader::xmpOrientation(QByteArrayView(static_cast<const char*>(xmp), length))
+        .value_or(ORIENTATION_TOPLEFT);
+}
+
 /// How a file stores plain samples: grey, RGB or CMYK of 8 or 16 bits. `plainKind` has no value for other
 /// files.
 struct PlainKind {
@@ -300,8 +313,7 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
         picture = pixelsOf(stream, plain ? &*plain : nullptr, *converter, size);
     if (!picture)
         return picture.error();
-    const auto orientation = field<std::uint16_t>(tiff, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
-    Result<QImage> upright = PictureReader::upright(std::move(*picture), orientation);
+    Result<QImage> upright = PictureReader::upright(std::move(*picture), orientationOf(tiff));
     if (!upright)
         return upright.error();
     DecodedPicture decoded{std::move(*upright), {}};

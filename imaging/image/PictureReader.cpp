@@ -62,13 +62,13 @@ Result<QImage> PictureReader::upright(QImage raster, int orientation) {
     return result;
 }
 
-int PictureReader::exifOrientation(const QByteArray& exif) {
+std::optional<int> PictureReader::exifOrientation(const QByteArray& exif) {
     constexpr QByteArrayView mark("Exif\0\0", 6);
     const QByteArrayView view = exif;
     const ByteReader tiff(view.startsWith(mark) ? view.sliced(mark.size()) : view);
     const bool isBig = tiff.view().startsWith("MM");
     if (!isBig && !tiff.view().startsWith("II"))
-        return 1;
+        return std::nullopt;
     const auto order = isBig ? std::endian::big : std::endian::little;
     constexpr quint16 orientationTag = 0x0112;
     constexpr quint16 shortType = 3;
@@ -80,13 +80,18 @@ int PictureReader::exifOrientation(const QByteArray& exif) {
     for (int i = 0; rest && i < *count; ++i) {
         const auto entry = rest->slice(0, entrySize);
         if (!entry)
-            return 1;
+            return std::nullopt;
         if (entry->number<quint16>(0, order) == orientationTag &&
             entry->number<quint16>(2, order) == shortType)
             return entry->number<quint16>(8, order).value_or(1);
         rest = rest->from(entrySize);
     }
-    return 1;
+    return std::nullopt;
+}
+
+int PictureReader::orientation(const QByteArray& exif, QByteArrayView xmp) {
+    const std::optional<int> found = exifOrientation(exif);
+    return found ? *found : xmpOrientation(xmp).value_or(1);
 }
 
 QString PictureReader::profileWarning() {

@@ -2,9 +2,12 @@
 
 #include "base/Result.h"
 
+#include <QByteArrayView>
 #include <QImage>
 #include <QSize>
 #include <QStringList>
+
+#include <optional>
 
 /// A decoded picture: upright, RGBA8888_Premultiplied, sRGB.
 struct DecodedPicture {
@@ -40,9 +43,16 @@ bool isUpright(int orientation);
 /// any value outside 1 to 8. OutOfMemory is the only error.
 Result<QImage> upright(QImage raster, int orientation);
 
-/// The orientation that an EXIF block states, or 1 where it states no orientation. `exif` starts at its TIFF
-/// header; the six bytes "Exif\0\0" may stand before it. Source: CIPA DC-008, TIFF 6.0.
-int exifOrientation(const QByteArray& exif);
+/// The orientation that an EXIF block states; no value where it states no orientation. `exif` starts at its
+/// TIFF header; the six bytes "Exif\0\0" may stand before it. Source: CIPA DC-008, TIFF 6.0.
+std::optional<int> exifOrientation(const QByteArray& exif);
+
+/// The orientation that an XMP packet states of its picture; no value where it states no orientation. Only
+/// the first 4 MiB are looked at. Source: ISO 16684-1; "XMP Specification Part 2", TIFF namespace.
+std::optional<int> xmpOrientation(QByteArrayView packet);
+
+/// The orientation that EXIF states, or else XMP, or else 1. Both may be empty.
+int orientation(const QByteArray& exif, QByteArrayView xmp);
 
 /// The warning for a colour profile that can't be used.
 QString profileWarning();

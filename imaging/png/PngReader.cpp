@@ -4,6 +4,7 @@
 #include "imaging/image/PictureBuilder.h"
 #include "imaging/pixels/Raster.h"
 #include "imaging/png/InflatedPng.h"
+#include "imaging/png/PngXmp.h"
 
 #include <QSysInfo>
 
@@ -226,9 +227,10 @@ class PngDecoder {
     void readOrientation() {
         png_bytep exif = nullptr;
         png_uint_32 length = 0;
-        if (png_get_eXIf_1(m_png, m_info, &length, &exif) != 0)
-            m_picture.setOrientation(PictureReader::exifOrientation(
-                QByteArray::fromRawData(reinterpret_cast<const char*>(exif), length)));
+        if (png_get_eXIf_1(m_png, m_info, &length, &exif) == 0)
+            length = 0;
+        m_picture.setOrientation(PictureReader::orientation(
+            QByteArray::fromRawData(reinterpret_cast<const char*>(exif), length), pngXmp(m_bytes)));
     }
 
     const QByteArray& m_bytes;
