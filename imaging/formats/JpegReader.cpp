@@ -95,8 +95,13 @@ class JpegDecoder {
     /// Limits the scans of a progressive picture: each takes time, and a small file may have any number of
     /// them.
     static void onProgress(j_common_ptr jpeg) {
-        constexpr int maximumScans = 500;
-        if (self(jpeg)->m_jpeg.input_scan_number > maximumScans) {
+        constexpr qint64 maximumScans = 500;
+        // More than any picture has that is not made to take long.
+        constexpr qint64 usualScans = 32;
+        // Of all scans together.
+        constexpr qint64 maximumBlocks = qint64{60} * 1000 * 1000;
+        const qint64 scan = self(jpeg)->m_jpeg.input_scan_number;
+        if (scan > maximumScans || (scan > usualScans && scan * self(jpeg)->m_blocks > maximumBlocks)) {
             self(jpeg)->m_hasTooManyScans = true;
             longjmp(self(jpeg)->m_jump, 1); // NOLINT(cert-err52-cpp)
         }
@@ -135,6 +140,8 @@ class JpegDecoder {
             layout = {SampleLayout::Colors::RGB, SampleLayout::Alpha::Full, 8, false};
             break;
         }
+        if (Result<Done> allowed = checkScans(); !allowed)
+            return allowed;
         if (Result<Done> begun = m_picture.begin(m_jpeg.image_width, m_jpeg.image_height, layout); !begun)
             return begun;
         jpeg_start_decompress(&m_jpeg);
@@ -147,6 +154,19 @@ class JpegDecoder {
         }
         jpeg_finish_decompress(&m_jpeg);
         return Done{};
+    }
+
+    /// A picture in several scans is kept as coefficients until the last one has come.
+    Result<Done> checkScans() {
+        m_blocks = 0;
+        for (int i = 0; i < m_jpeg.num_components; ++i)
+            m_blocks += qint64{m_jpeg.comp_info[i].width_in_blocks} * m_jpeg.comp_info[i].height_in_blocks;
+        if (jpeg_has_multiple_scans(&m_jpeg) == FALSE)
+            return Done{};
+        constexpr qint64 blockBytes = DCTSIZE2 * sizeof(JCOEF);
+        return PictureReader::checkWorkingMemory(m_blocks * blockBytes, m_jpeg.image_width,
+                                                 m_jpeg.image_height,
+                                                 QStringLiteral("a JPEG picture in several scans"));
     }
 
     Result<Done> readMarkers() {
@@ -189,6 +209,7 @@ class JpegDecoder {
     std::array<char, JMSG_LENGTH_MAX> m_message{};
     bool m_hasOddProfile = false;
     bool m_hasTooManyScans = false;
+    qint64 m_blocks = 0; ///< of coefficients, in all components
     PictureBuilder m_picture;
     std::vector<uchar> m_row;
 };

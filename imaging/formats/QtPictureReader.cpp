@@ -5,6 +5,7 @@
 #include "imaging/pixels/Raster.h"
 #include "imaging/pixels/RowConverter.h"
 
+#include <QColorSpace>
 #include <QIODevice>
 #include <QImageReader>
 
@@ -41,11 +42,19 @@ class WatchedDevice final : public QIODevice {
 };
 
 /// `image` converted to sRGB from `profile`. It is converted in bands: these are so small that Qt does not
-/// use other threads.
-Result<DecodedPicture> converted(const QImage& image, const ColorProfile& profile) {
-    Result<QImage> raster = PictureReader::newPicture(image.width(), image.height());
+/// use other threads. Pixels of four bytes are converted in place.
+Result<DecodedPicture> converted(QImage image, const ColorProfile& profile) {
+    constexpr int rasterDepth = 32;
+    const bool isInPlace = image.depth() == rasterDepth;
+    if (isInPlace) {
+        if (const Result<Done> owned = makeOwn(image); !owned)
+            return owned.error();
+    }
+    Result<QImage> raster =
+        isInPlace ? Result<QImage>(QImage()) : PictureReader::newPicture(image.width(), image.height());
     if (!raster)
         return raster.error();
+    QImage& target = isInPlace ? image : *raster;
     Result<RowConverter> converter = RowConverter::create(
         {SampleLayout::Colors::RGB, SampleLayout::Alpha::Straight, 8, false}, profile, image.width());
     if (!converter)
@@ -60,9 +69,11 @@ Result<DecodedPicture> converted(const QImage& image, const ColorProfile& profil
         if (straight.isNull())
             return noMemoryForPixels(image.width(), image.height());
         for (int i = 0; i < rows; ++i)
-            converter->convert(straight.constScanLine(i), raster->scanLine(y + i), image.width());
+            converter->convert(straight.constScanLine(i), target.scanLine(y + i), image.width());
     }
-    DecodedPicture picture{std::move(*raster), {}};
+    target.reinterpretAsFormat(QImage::Format_RGBA8888_Premultiplied);
+    target.setColorSpace({}); // they are converted
+    DecodedPicture picture{std::move(target), {}};
     if (converter->profileWasRefused())
         picture.warnings << PictureReader::profileWarning();
     return picture;
@@ -211,8 +222,8 @@ std::optional<PixelSize> webPSize(const QByteArray& bytes) {
     return std::nullopt;
 }
 
-/// The data of the first chunk of `type` in a RIFF file; empty where there is no such chunk.
-QByteArray riffChunk(const QByteArray& bytes, FourCharCode type) {
+/// The data of the first chunk of `type` in a RIFF file; no value where there is no such chunk.
+std::optional<QByteArrayView> findRiffChunk(const QByteArray& bytes, FourCharCode type) {
     auto rest = ByteReader(bytes).from(firstChunk);
     while (rest) {
         const auto header = rest->record<RiffHeader>(0);
@@ -220,7 +231,7 @@ QByteArray riffChunk(const QByteArray& bytes, FourCharCode type) {
         if (!data)
             return std::nullopt;
         if (header->type == type.value)
-            return data->view().toByteArray();
+            return data->view();
         rest = rest->from(ByteCount(sizeof(RiffHeader)) + data->size() + data->size() % 2);
     }
     return std::nullopt;
@@ -236,22 +247,41 @@ QByteArray riffChunk(const QByteArray& bytes, FourCharCode type) {
 
 Result<DecodedPicture> readWholeBmp(const QByteArray& bytes) {
     const QString name = QStringLiteral("BMP");
-    const Result<QtPicture> picture = read(bytes, "bmp", name, bmpSize(bytes));
+    Result<QtPicture> picture = read(bytes, "bmp", name, bmpSize(bytes));
     if (!picture)
         return picture.error();
     if (picture->ranShort)
         return PictureReader::damaged(name, QStringLiteral("it ends too early"));
-    return converted(picture->image, {});
+    return converted(std::move(picture->image), {});
+}
+
+/// What a WebP picture takes besides its pixels while it is read, in bytes for each of them. Lossless
+/// pictures and alpha are decoded whole; of an animation its first frame and the canvas are.
+int webPWorkingBytes(const QByteArray& bytes) {
+    constexpr int whole = 4;
+    if (hasRiffChunk(bytes, "ANMF"))
+        return 2 * whole + 1;
+    if (hasRiffChunk(bytes, "ALPH"))
+        return whole + 1;
+    return hasRiffChunk(bytes, "VP8 ") ? 0 : whole;
 }
 
 Result<DecodedPicture> readWholeWebP(const QByteArray& bytes) {
-    const Result<QtPicture> picture = read(bytes, "webp", QStringLiteral("WebP"), webPSize(bytes));
+    const std::optional<PixelSize> size = webPSize(bytes);
+    if (size && PictureReader::checkSize(size->width, size->height)) {
+        const Result<Done> allowed = PictureReader::checkWorkingMemory(
+            size->width * size->height * webPWorkingBytes(bytes), size->width, size->height,
+            QStringLiteral("a lossless, translucent or animated WebP picture"));
+        if (!allowed)
+            return allowed.error();
+    }
+    Result<QtPicture> picture = read(bytes, "webp", QStringLiteral("WebP"), size);
     if (!picture)
         return picture.error();
     const Result<EmbeddedProfile> embedded = ColorProfile::embedded(riffChunk(bytes, "ICCP"));
     if (!embedded)
         return embedded.error();
-    Result<DecodedPicture> result = converted(picture->image, embedded->profile);
+    Result<DecodedPicture> result = converted(std::move(picture->image), embedded->profile);
     if (!result)
         return result;
     if (embedded->isBroken)

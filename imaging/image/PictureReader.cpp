@@ -23,6 +23,19 @@ Error PictureReader::tooLarge(qint64 width, qint64 height) {
                 .arg(height)};
 }
 
+Result<Done> PictureReader::checkWorkingMemory(qint64 bytes, qint64 width, qint64 height,
+                                               const QString& kind) {
+    if (bytes <= maximumWorkingMemory)
+        return Done{};
+    return Error{ErrorCode::TooLarge,
+                 QStringLiteral("%1 of %2 × %3 pixels takes %4 MiB besides its pixels; the limit is %5 MiB")
+                     .arg(kind)
+                     .arg(width)
+                     .arg(height)
+                     .arg((bytes + (1 << 20) - 1) >> 20)
+                     .arg(maximumWorkingMemory >> 20)};
+}
+
 Result<QImage> PictureReader::newPicture(qint64 width, qint64 height) {
     if (const Result<Done> allowed = checkSize(width, height); !allowed)
         return allowed.error();

@@ -32,6 +32,13 @@ Result<Done> checkSize(qint64 width, qint64 height);
 /// The error for a picture of that many pixels.
 Error tooLarge(qint64 width, qint64 height);
 
+/// The most memory that a picture may take besides its pixels while it is read.
+inline constexpr qint64 maximumWorkingMemory = qint64{448} << 20;
+
+/// TooLarge where a picture of that size takes `bytes` besides its pixels, and that is more. `kind` says what
+/// kind of picture needs them. To be asked before they are taken.
+Result<Done> checkWorkingMemory(qint64 bytes, qint64 width, qint64 height, const QString& kind);
+
 /// A raster for a picture of that size: RGBA8888_Premultiplied. Errors as those of `checkSize`, and
 /// OutOfMemory.
 Result<QImage> newPicture(qint64 width, qint64 height);

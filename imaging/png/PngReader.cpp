@@ -10,6 +10,7 @@
 
 #include <png.h>
 
+#include <algorithm>
 #include <csetjmp>
 #include <cstdlib>
 #include <cstring>
@@ -125,9 +126,14 @@ class PngDecoder {
             png_set_crc_action(m_png, PNG_CRC_QUIET_USE, PNG_CRC_DEFAULT);
         // PictureReader::checkSize checks the size, with its own message.
         png_set_user_limits(m_png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
-        // Text chunks are not needed, and small ones can decompress to very much.
-        static constexpr png_byte texts[] = "tEXt\0zTXt\0iTXt";
-        png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, texts, 3);
+        // These chunks are not needed. Small texts can decompress to very much. For the other types libpng
+        // takes memory by the length that the chunk states, before it reads the chunk.
+        static constexpr png_byte unused[] = "tEXt\0zTXt\0iTXt\0sPLT\0pCAL\0sCAL";
+        png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, unused, 6);
+        // A chunk is not longer than its file. A profile may be, when it is decompressed.
+        constexpr qsizetype longestProfile = 16 << 20;
+        png_set_chunk_malloc_max(m_png,
+                                 static_cast<png_alloc_size_t>(std::max(m_bytes.size(), longestProfile)));
         png_read_info(m_png, m_info);
         m_width = png_get_image_width(m_png, m_info);
         m_height = png_get_image_height(m_png, m_info);
@@ -155,6 +161,13 @@ class PngDecoder {
         if (Result<Done> begun = m_picture.begin(m_width, m_height, layout); !begun)
             return begun;
         const std::size_t rowBytes = png_get_rowbytes(m_png, m_info);
+        if (passes > 1) {
+            if (Result<Done> allowed =
+                    PictureReader::checkWorkingMemory(static_cast<qint64>(rowBytes) * m_height, m_width,
+                                                      m_height, QStringLiteral("an interlaced PNG picture"));
+                !allowed)
+                return allowed;
+        }
         if (passes == 1)
             readSequential(rowBytes);
         else

@@ -35,6 +35,18 @@ def shown(name, data, colors, pixels=64 * 64, tolerance=0):
     return Case(name, data, colors if isinstance(colors[0], tuple) else (colors,) * 4, "", pixels, tolerance)
 
 
+def xmp(inside, attributes=""):
+    """A packet that describes its picture."""
+    return (b'<?xpacket begin="" id="W5M0MpCehiHzreSzNTczkc9d"?><x:xmpmeta xmlns:x="adobe:ns:meta/">'
+            b'<rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#"><rdf:Description rdf:about="" '
+            b'xmlns:tiff="http://ns.adobe.com/tiff/1.0/" ' + attributes.encode() + b'>' + inside.encode() +
+            b'</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end="w"?>')
+
+
+def oriented_xmp(orientation):
+    return xmp(f"<tiff:Orientation>{orientation}</tiff:Orientation>")
+
+
 def quarters(side=64):
     image = Image.new("RGB", (side, side))
     half = side // 2

@@ -2,8 +2,9 @@
 
 import io
 import struct
+import zlib
 
-from case import GREEN, ORIENTED, QUARTERS, RED, Image, middles, quarters, refused, shown, packed_zeros
+from case import CLEAR, GREEN, ORIENTED, QUARTERS, RED, Image, middles, oriented_xmp, quarters, refused, shown, packed_zeros
 
 SHORT, LONG = 3, 4
 
@@ -30,6 +31,14 @@ def tiff(changes=None, order="<", following=0, count=None, data=None, more=()):
     head = (b"II" if order == "<" else b"MM") + struct.pack(order + "HI", 42, at)
     return head + data + struct.pack(order + "H", len(entries) // 12 if count is None else count) + entries + \
         struct.pack(order + "I", at if following == "itself" else following)
+
+
+def first_lzw(data):
+    """Packed as the first writers did: codes come with their least significant bit first. All have 9 bits here."""
+    clear, end = 256, 257
+    codes = [code for i, byte in enumerate(data) for code in ([clear] if i % 200 == 0 else []) + [byte]] + [end]
+    bits = sum(code << 9 * i for i, code in enumerate(codes))
+    return bits.to_bytes((9 * len(codes) + 7) // 8, "little")
 
 
 def tiffs():
@@ -64,11 +73,27 @@ def tiffs():
     yield shown("strip-long.tif", tiff({279: 0xffffffff}), QUARTERS)
     yield shown("strip-empty.tif", tiff({279: 0}), QUARTERS)
     yield shown("rows-many.tif", tiff({278: 0xffffffff}), QUARTERS)
+    # Odd, and all pixels are there.
+    packed = first_lzw(quarters().tobytes())
+    yield shown("first-lzw.tif", tiff({259: (SHORT, 5)}, data=packed), QUARTERS)
+    for missing in (2, 100, len(packed) // 2):
+        yield refused(f"first-lzw-without-{missing}.tif", tiff({259: (SHORT, 5)}, data=packed[:-missing]), damaged)
+    tile = {322: 64, 323: 64, 324: 8, 273: None, 278: None, 279: None}
+    for kind, data in {1: quarters().tobytes(), 5: packed, 8: zlib.compress(quarters().tobytes())}.items():
+        for more in (1, 10000, 2000000):
+            longer = data + bytes(more)
+            yield shown(f"tile-of-kind-{kind}-longer-by-{more}.tif",
+                        tiff(tile | {259: (SHORT, kind), 325: len(longer)}, data=longer), QUARTERS)
+            yield shown(f"strip-of-kind-{kind}-longer-by-{more}.tif", tiff({259: (SHORT, kind)}, data=longer), QUARTERS)
     # A strip that unpacks to far more than the picture needs.
     yield shown("deflate-bomb.tif", tiff({259: (SHORT, 8)}, data=packed_zeros(200 << 20)), (0, 0, 0, 255))
     for orientation in range(1, 9):
         data = tiff({274: (SHORT, orientation)})
         yield shown(f"orientation-{orientation}.tif", data, tuple(QUARTERS[i] for i in ORIENTED[orientation]))
+        packet = oriented_xmp(orientation)
+        with_packet = tiff(data=quarters().tobytes() + packet, changes={279: 64 * 64 * 3},
+                           more=[struct.pack("<HHII", 700, 1, len(packet), 8 + 64 * 64 * 3)])
+        yield shown(f"xmp-{orientation}.tif", with_packet, tuple(QUARTERS[i] for i in ORIENTED[orientation]))
     yield refused("orientation-9.tif", tiff({274: (SHORT, 9)}), damaged)
     yield shown("profile-noise.tif", tiff(more=[struct.pack("<HHII", 34675, 7, 500, 8)]), QUARTERS)
     yield refused("profile-far.tif", tiff(more=[struct.pack("<HHII", 34675, 7, 0x7fffffff, 8)]), damaged)
@@ -125,6 +150,9 @@ def gifs():
     yield shown("10000-frames.gif", gif(64, 64, pictures=10000), RED)
     for side in (65535, 16385):
         yield refused(f"canvas-{side}.gif", gif(side, side), "pixels; the limit")
+    # Its frame is 64 pixels wide: nothing of all the others needs to be kept.
+    yield shown("canvas-16000.gif", gif(16000, 16000), CLEAR)
+    yield refused("frame-16000.gif", gif(64, 64, (0, 0, 16000, 16000)), damaged)
     yield refused("frame-65535.gif", gif(64, 64, (0, 0, 65535, 65535)), "")
     yield refused("frame-0.gif", gif(64, 64, (0, 0, 0, 0)), "")
     yield refused("no-frames.gif", gif(64, 64, pictures=0), damaged)
@@ -153,6 +181,15 @@ def webps():
     yield shown("lossless.webp", saved("WEBP", lossless=True), QUARTERS)
     for width, height in ((65535, 65535), (1 << 24, 1 << 24), (1 << 24, 1)):
         yield refused(f"canvas-{width}x{height}.webp", riff(canvas(width, height), (b"ANIM", bytes(6))), "pixels; the limit")
+    sides = 15999 | 15999 << 14
+    working = "a lossless, translucent or animated WebP picture of 16000 × 16000 pixels takes"
+    yield refused("lossless-16000.webp", riff((b"VP8L", b"\x2f" + struct.pack("<I", sides) + bytes(20))), working)
+    yield refused("translucent-16000.webp", riff(canvas(16000, 16000, 16), (b"ALPH", bytes(9)), (b"VP8 ", bytes(30))), working)
+    yield refused("animated-16000.webp", riff(canvas(16000, 16000), (b"ANIM", bytes(6)), (b"ANMF", bytes(60))), working)
+    yield refused("lossy-16000.webp", riff(canvas(16000, 16000, 0), (b"VP8 ", bytes(30))), damaged)
+    for orientation in range(1, 9):
+        yield shown(f"xmp-{orientation}.webp", saved("WEBP", lossless=True, xmp=oriented_xmp(orientation)),
+                    tuple(QUARTERS[i] for i in ORIENTED[orientation]))
     yield refused("canvas-without-frames.webp", riff(canvas(10000, 10000), (b"ANIM", bytes(6))), damaged)
     yield refused("canvas-alone.webp", riff(canvas(64, 64, 0)), damaged)
     whole = saved("WEBP", lossless=True)

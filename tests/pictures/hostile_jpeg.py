@@ -1,7 +1,7 @@
 import io
 import struct
 
-from case import BLACK, QUARTERS, RED, WHITE, Image, middles, quarters, refused, shown
+from case import BLACK, ORIENTED, QUARTERS, RED, WHITE, Image, middles, oriented_xmp, quarters, refused, shown
 
 DAMAGED = "the JPEG picture is truncated or damaged"
 
@@ -51,6 +51,12 @@ def sizes():
         yield refused(f"size-{width}x{height}.jpg", of_size(width, height), "JPEG picture")
     for width, height in ((65535, 65535), (65501, 1), (65500, 65500), (16385, 16384)):
         yield refused(f"size-{width}x{height}.jpg", of_size(width, height), f"{width} × {height} pixels; the limit")
+    for name, image in {"colours": quarters(), "inks": quarters().convert("CMYK")}.items():
+        parts, scan = segments(jpeg(image, progressive=True))
+        large = [(m, d[:1] + struct.pack(">HH", 16000, 16000) + d[5:] if m == 0xc2 else d) for m, d in parts]
+        assert large != parts
+        yield refused(f"progressive-{name}-of-16000.jpg", joined(large, scan),
+                      "a JPEG picture in several scans of 16000 × 16000 pixels takes")
     yield refused("size-without-data.jpg", of_size(16384, 16383), DAMAGED)
 
 
@@ -78,6 +84,13 @@ def markers():
         exif = b"Exif\0\0MM\0\x2a\0\0\0\x08\0\1\1\x12\0\3\0\0\0\1" + struct.pack(">H", orientation) + bytes(6)
         data = with_segment(0xe1, exif)
         yield shown(f"orientation-{orientation}.jpg", data, middles(Image.open(io.BytesIO(data))), tolerance=3)
+    for orientation in range(1, 9):
+        packet = (0xe1, b"http://ns.adobe.com/xap/1.0/\0" + oriented_xmp(orientation))
+        yield shown(f"xmp-{orientation}.jpg", with_segment(*packet), tuple(QUARTERS[i] for i in ORIENTED[orientation]),
+                    tolerance=3)
+        parts, scan = segments(jpeg())
+        upright = (0xe1, b"Exif\0\0MM\0\x2a\0\0\0\x08\0\1\1\x12\0\3\0\0\0\1\0\1" + bytes(6))
+        yield shown(f"xmp-{orientation}-beside-exif.jpg", joined([packet, upright] + parts, scan), QUARTERS, tolerance=3)
     for name, exif in {"empty": b"", "far": b"II\x2a\0\xff\xff\xff\xff", "many": b"II\x2a\0\x08\0\0\0\xff\xff",
                        "text": b"MM\0\x2a\0\0\0\x08\0\1\1\x12\0\2\0\0\0\1\0\6\0\0\0\0\0\0"}.items():
         yield shown(f"exif-{name}.jpg", with_segment(0xe1, b"Exif\0\0" + exif), QUARTERS, tolerance=3)
@@ -107,6 +120,19 @@ def bombs():
     parts, scan = segments(jpeg(image, progressive=True))
     end = scan.index(b"\xff\xc4") if b"\xff\xc4" in scan else scan.index(b"\xff\xda", 2)
     yield refused("many-scans.jpg", joined(parts, scan[:end] * 2000 + b"\xff\xd9"), DAMAGED)
+    # Of a large picture fewer take as long. These are all in order: each has a bit of one coefficient of all blocks.
+    side = 6000
+    parts, scan = segments(jpeg(Image.new("L", (side, side), 255), progressive=True))
+    first = scan[:scan.index(b"\xff\xc4")]
+    table = b"\xff\xc4\0\x14\x10\1" + bytes(15) + b"\xe0"  # one code, of a run of blocks without coefficients
+    runs = 1 + (side // 8) ** 2 // 0x7fff
+    bits = int("0" + "1" * 14, 2)
+    padding = -15 * runs % 8
+    data = (sum(bits << 15 * i for i in range(runs)) << padding).to_bytes((15 * runs + padding) // 8, "big")
+    data = data.replace(b"\xff", b"\xff\0")
+    blank = b"".join(b"\xff\xda\0\x08\1\1\0" + bytes([k, k, (low + 1 << 4 if low < 7 else 0) | low]) + data
+                     for low in range(7, -1, -1) for k in range(1, 64))
+    yield refused("many-scans-of-6000.jpg", joined(parts, first + table + blank + b"\xff\xd9"), "it has too many scans")
 
 
 def cases():

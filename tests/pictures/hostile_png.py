@@ -1,8 +1,8 @@
 import struct
 import zlib
 
-from case import (BLUE, CLEAR, GREEN, QUARTERS, RED, SIGNATURE, WHITE, Image, chunk, header, packed_zeros, png,
-                  quarters, refused, rows, shown)
+from case import (BLUE, CLEAR, GREEN, ORIENTED, QUARTERS, RED, SIGNATURE, WHITE, Image, chunk, header, oriented_xmp,
+                  packed_zeros, png, quarters, refused, rows, shown, xmp)
 
 DAMAGED = "the PNG picture is truncated or damaged"
 MANY = 200 << 20
@@ -24,6 +24,12 @@ def sizes():
                   "30000 × 30000 pixels; the limit")
     yield shown("one-bit-4096.png", of_size(4096, 4096, 1, 0, packed_zeros(4096 * 513)), (0, 0, 0, 255),
                 pixels=4096 * 4096)
+    yield shown("long-and-thin.png", of_size(1000000, 100, 1, 0, packed_zeros(100 * 125001)), (0, 0, 0, 255),
+                pixels=1000000 * 100)
+    yield shown("high-and-thin.png", of_size(100, 1000000, 1, 0, packed_zeros(1000000 * 14)), (0, 0, 0, 255),
+                pixels=1000000 * 100)
+    interlaced = SIGNATURE + header(16384, 16384, 8, 6, 0, 0, 1) + chunk(b"IDAT", packed_zeros(1000)) + chunk(b"IEND", b"")
+    yield refused("interlaced-16384.png", interlaced, "an interlaced PNG picture of 16384 × 16384 pixels takes 1024 MiB")
     yield shown("one-row.png", of_size(1000000, 1, 1, 0, packed_zeros(125001)), (0, 0, 0, 255), pixels=1000000)
 
 
@@ -72,6 +78,9 @@ def chunks():
         yield refused(f"text-length-{length:#x}.png", png(chunk(b"tEXt", b"a\0b", length=length)), DAMAGED)
         yield refused(f"data-length-{length:#x}.png",
                       SIGNATURE + header(64, 64, 8, 2) + chunk(b"IDAT", rows(quarters()), length=length), DAMAGED)
+    for kind in (b"sPLT", b"pCAL", b"sCAL", b"eXIf", b"iCCP", b"tRNS"):
+        yield refused(f"{kind.decode()}-of-a-gigabyte.png",
+                      SIGNATURE + header(1, 1, 8, 2) + chunk(kind, b"a\0\10" + bytes(9), length=0x3fffffff), DAMAGED)
     yield refused("unknown-critical.png", png(chunk(b"ABCD", b"")), DAMAGED)
     yield shown("unknown.png", png(chunk(b"abCd", bytes(100))), QUARTERS)
     yield refused("header-missing.png", SIGNATURE + chunk(b"IDAT", rows(quarters())) + chunk(b"IEND", b""), DAMAGED)
@@ -137,6 +146,21 @@ def colors():
             "orientation-9": b"MM\0\x2a\0\0\0\x08\0\1\1\x12\0\3\0\0\0\1\0\x09\0\0\0\0\0\0"}
     for name, data in exif.items():
         yield shown(f"exif-{name}.png", png(chunk(b"eXIf", data)), QUARTERS)
+    for orientation in range(1, 10):
+        packet = chunk(b"iTXt", b"XML:com.adobe.xmp\0\0\0en\0\0" + oriented_xmp(orientation))
+        turned = tuple(QUARTERS[i] for i in ORIENTED.get(orientation, (0, 1, 2, 3)))
+        yield shown(f"xmp-{orientation}.png", png(packet), turned)
+        yield shown(f"xmp-behind-{orientation}.png", png(after=packet), turned)
+    upright = chunk(b"eXIf", b"MM\0\x2a\0\0\0\x08\0\1\1\x12\0\3\0\0\0\1\0\1\0\0\0\0\0\0")
+    packet = b"XML:com.adobe.xmp\0\0\0\0\0"
+    yield shown("xmp-beside-exif.png", png(upright, chunk(b"iTXt", packet + oriented_xmp(6))), QUARTERS)
+    for name, data in {"broken": b"<a", "cut": oriented_xmp(6)[:-200], "word": oriented_xmp("six"), "far": oriented_xmp(1 << 40),
+                       "elsewhere": xmp("<tiff:Make>6</tiff:Make>"),
+                       "deeper": xmp('<tiff:Make><tiff:Orientation>6</tiff:Orientation></tiff:Make>'),
+                       "entities": b'<!DOCTYPE x [<!ENTITY a "6">]>' + oriented_xmp("&a;")}.items():
+        yield shown(f"xmp-{name}.png", png(chunk(b"iTXt", packet + data)), QUARTERS)
+    turned = tuple(QUARTERS[i] for i in ORIENTED[6])
+    yield shown("xmp-attribute.png", png(chunk(b"iTXt", packet + xmp("", 'tiff:Orientation="6"'))), turned)
     profiles = {"empty": b"", "noise": bytes(range(256)), "header": struct.pack(">I", 128) + bytes(124),
                 "tags": struct.pack(">I", 200) + b"lcms" + struct.pack(">I", 0x02100000) + b"mntrRGB XYZ " +
                 bytes(12) + b"acsp" + bytes(88) + struct.pack(">I", 0x7fffffff) + bytes(68)}

@@ -106,13 +106,13 @@ class HostileTest(unittest.TestCase):
         self.assertGreaterEqual(count, least)
 
     def test_png(self):
-        self.check_group("png", 130)
+        self.check_group("png", 165)
 
     def test_jpeg(self):
-        self.check_group("jpeg", 95)
+        self.check_group("jpeg", 114)
 
     def test_bitmaps(self):
-        self.check_group("bitmaps", 110)
+        self.check_group("bitmaps", 138)
 
     def test_svg(self):
         self.check_group("svg", 70)
