@@ -165,7 +165,7 @@ QByteArray filtered(const QImage& straight, bool isAdaptive) {
     const auto rowBytes = 4 * static_cast<std::size_t>(straight.width());
     QByteArray rows(static_cast<qsizetype>(rowBytes + 1) * straight.height(), Qt::Uninitialized);
     auto* out = reinterpret_cast<std::uint8_t*>(rows.data());
-    PngFilter filter(rowBytes);
+    PngFilter filter(rowBytes, 4);
     for (int y = 0; y < straight.height(); ++y, out += rowBytes + 1) {
         if (isAdaptive) {
             std::memcpy(filter.nextRow(), straight.constScanLine(y), rowBytes);

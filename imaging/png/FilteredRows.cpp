@@ -4,6 +4,19 @@
 
 #include <cstring>
 
+namespace {
+
+/// The colours of `pixels` opaque pixels.
+void withoutAlpha(const std::uint8_t* in, std::uint8_t* out, std::size_t pixels) {
+    for (std::size_t i = 0; i < pixels; ++i, in += 4, out += 3) {
+        out[0] = in[0];
+        out[1] = in[1];
+        out[2] = in[2];
+    }
+}
+
+} // namespace
+
 FilteredRows::Buffer FilteredRows::all(PngFilterStrategy strategy) const {
     Buffer buffer(size(m_raster.height()));
     append(buffer, 0, m_raster.height(), strategy);
@@ -32,14 +45,16 @@ void FilteredRows::append(Buffer& buffer, int first, int count, PngFilterStrateg
 }
 
 void FilteredRows::straightRow(int y, std::uint8_t* out) const {
-    if (m_raster.format() == QImage::Format_RGBA8888)
+    if (m_pixelBytes == 3)
+        withoutAlpha(m_raster.constScanLine(y), out, m_rowBytes / m_pixelBytes);
+    else if (m_raster.format() == QImage::Format_RGBA8888)
         std::memcpy(out, m_raster.constScanLine(y), m_rowBytes);
     else
         unpremultiply(m_raster.constScanLine(y), out, m_rowBytes / 4);
 }
 
 FilteredRows::Sequence::Sequence(const FilteredRows& rows, PngFilterStrategy strategy, int first)
-    : m_rows(rows), m_strategy(strategy), m_filter(rows.m_rowBytes), m_y(first) {
+    : m_rows(rows), m_strategy(strategy), m_filter(rows.m_rowBytes, rows.m_pixelBytes), m_y(first) {
     if (first > 0 && strategy == PngFilterStrategy::Adaptive)
         rows.straightRow(first - 1, m_filter.nextRow());
 }

@@ -26,9 +26,11 @@ class FilteredRows {
         std::size_t size = 0;
     };
 
-    /// `raster` is RGBA8888 or RGBA8888_Premultiplied.
-    explicit FilteredRows(const QImage& raster)
-        : m_raster(raster), m_rowBytes(4 * static_cast<std::size_t>(raster.width())) {}
+    /// `raster` is RGBA8888 or RGBA8888_Premultiplied; without an alpha channel in the file it is opaque.
+    FilteredRows(const QImage& raster, PngChannels channels)
+        : m_raster(raster),
+          m_pixelBytes(channels == PngChannels::Rgb ? 3 : 4),
+          m_rowBytes(m_pixelBytes * static_cast<std::size_t>(raster.width())) {}
 
     /// The length in bytes of `rows` filtered rows.
     std::size_t size(int rows) const { return (1 + m_rowBytes) * static_cast<std::size_t>(rows); }
@@ -58,5 +60,6 @@ class FilteredRows {
     void straightRow(int y, std::uint8_t* out) const;
 
     const QImage& m_raster;
+    std::size_t m_pixelBytes;
     std::size_t m_rowBytes;
 };

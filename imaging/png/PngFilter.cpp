@@ -19,7 +19,6 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 enum FilterType : std::uint8_t { NoneType, SubType, UpType, AverageType, PaethType };
 constexpr std::size_t filterTypes = 5;
-constexpr std::size_t pixelBytes = 4;
 
 using Sums = std::array<std::uint64_t, filterTypes>;
 
@@ -28,6 +27,7 @@ struct Rows {
     const std::uint8_t* row;
     const std::uint8_t* above;
     std::size_t bytes;
+    std::size_t pixelBytes;
 };
 
 #if HWY_TARGET == HWY_SCALAR
@@ -43,9 +43,9 @@ int paeth(int left, int above, int aboveLeft) {
 }
 
 std::uint8_t filtered(FilterType type, const Rows& rows, std::size_t i) {
-    const int left = rows.row[i - pixelBytes];
+    const int left = rows.row[i - rows.pixelBytes];
     const int above = rows.above[i];
-    const int aboveLeft = rows.above[i - pixelBytes];
+    const int aboveLeft = rows.above[i - rows.pixelBytes];
     const int predictions[filterTypes] = {0, left, above, (left + above) / 2, paeth(left, above, aboveLeft)};
     return static_cast<std::uint8_t>(rows.row[i] - predictions[type]);
 }
@@ -79,16 +79,16 @@ struct Neighbours {
 };
 
 HWY_INLINE Neighbours neighbours(const Rows& rows, std::size_t at) {
-    return {hn::LoadU(Tag(), rows.row + at), hn::LoadU(Tag(), rows.row + at - pixelBytes),
-            hn::LoadU(Tag(), rows.above + at), hn::LoadU(Tag(), rows.above + at - pixelBytes)};
+    return {hn::LoadU(Tag(), rows.row + at), hn::LoadU(Tag(), rows.row + at - rows.pixelBytes),
+            hn::LoadU(Tag(), rows.above + at), hn::LoadU(Tag(), rows.above + at - rows.pixelBytes)};
 }
 
 /// The same for a row's last bytes, which are too few for a vector: zeros follow them.
 HWY_INLINE Neighbours lastNeighbours(const Rows& rows, std::size_t at) {
     HWY_ALIGN std::uint8_t padded[4][hwy::kMaxVectorSize] = {};
     const std::size_t rest = rows.bytes - at;
-    const std::uint8_t* const from[4] = {rows.row + at, rows.row + at - pixelBytes, rows.above + at,
-                                         rows.above + at - pixelBytes};
+    const std::uint8_t* const from[4] = {rows.row + at, rows.row + at - rows.pixelBytes, rows.above + at,
+                                         rows.above + at - rows.pixelBytes};
     for (std::size_t i = 0; i < 4; ++i)
         std::memcpy(padded[i], from[i], rest);
     return {hn::Load(Tag(), padded[0]), hn::Load(Tag(), padded[1]), hn::Load(Tag(), padded[2]),
@@ -193,8 +193,9 @@ void filterRow(FilterType type, const Rows& rows, std::uint8_t* out) {
 
 #endif
 
-void adaptive(const std::uint8_t* row, const std::uint8_t* above, std::size_t bytes, std::uint8_t* out) {
-    const Rows rows{row, above, bytes};
+void adaptive(const std::uint8_t* row, const std::uint8_t* above, std::size_t bytes, std::size_t pixelBytes,
+              std::uint8_t* out) {
+    const Rows rows{row, above, bytes, pixelBytes};
     Sums sums{};
     sumUp(rows, sums);
     out[0] = static_cast<std::uint8_t>(std::ranges::min_element(sums) - sums.begin());
@@ -216,7 +217,8 @@ constexpr std::size_t leadingBytes = 4;
 } // namespace
 } // namespace pngfilter
 
-PngFilter::PngFilter(std::size_t rowBytes) : m_rowBytes(rowBytes) {
+PngFilter::PngFilter(std::size_t rowBytes, std::size_t pixelBytes)
+    : m_rowBytes(rowBytes), m_pixelBytes(pixelBytes) {
     for (std::vector<std::uint8_t>& row : m_rows)
         row.resize(pngfilter::leadingBytes + rowBytes);
 }
@@ -229,7 +231,8 @@ std::uint8_t* PngFilter::nextRow() {
 void PngFilter::adaptive(std::uint8_t* out) const {
     using namespace pngfilter;
     VECTOR_DISPATCH(adaptive)
-    (m_rows[m_current].data() + leadingBytes, m_rows[1 - m_current].data() + leadingBytes, m_rowBytes, out);
+    (m_rows[m_current].data() + leadingBytes, m_rows[1 - m_current].data() + leadingBytes, m_rowBytes,
+     m_pixelBytes, out);
 }
 
 #endif

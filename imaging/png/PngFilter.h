@@ -5,13 +5,14 @@
 #include <cstdint>
 #include <vector>
 
-/// The filters of PNG rows of four bytes a pixel (ISO/IEC 15948, chapter 9). Takes one row after the other:
+/// The filters of PNG rows of three or four bytes a pixel (ISO/IEC 15948, chapter 9). Takes one row after the
+/// other:
 ///
 ///     fill(filter.nextRow());
 ///     filter.adaptive(out);
 class PngFilter {
   public:
-    explicit PngFilter(std::size_t rowBytes);
+    PngFilter(std::size_t rowBytes, std::size_t pixelBytes);
 
     /// The place for the next row's bytes. The row before it becomes the row above. Above the first row there
     /// are zeros.
@@ -26,6 +27,8 @@ class PngFilter {
 
   private:
     std::size_t m_rowBytes;
-    std::array<std::vector<std::uint8_t>, 2> m_rows; ///< a pixel of zeros stands before each
+    std::size_t m_pixelBytes;
+    std::array<std::vector<std::uint8_t>, 2>
+        m_rows; ///< zeros stand before each, as many as a pixel may have bytes
     std::size_t m_current = 0;
 };

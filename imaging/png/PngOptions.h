@@ -4,6 +4,12 @@
 
 #include <optional>
 
+/// The samples of a pixel.
+enum class PngChannels {
+    Rgba, ///< colour type 6
+    Rgb,  ///< colour type 2, without an alpha channel
+};
+
 /// How a PNG's rows are filtered before compression.
 enum class PngFilterStrategy {
     None,     ///< no filter: best for flat graphics
@@ -13,6 +19,7 @@ enum class PngFilterStrategy {
 /// A value that is not given is chosen for the picture by a sample of its rows, for a small picture by all
 /// rows.
 struct PngOptions {
-    std::optional<PngFilterStrategy> filter;
-    std::optional<Deflate::Method> method;
+    std::optional<PngFilterStrategy> filter = {};
+    std::optional<Deflate::Method> method = {};
+    PngChannels channels = PngChannels::Rgba;
 };

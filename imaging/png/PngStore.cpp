@@ -29,19 +29,20 @@ PngStore::Keeping::~Keeping() {
     m_store.m_bytes = 0;
 }
 
-Result<QByteArray> PngStore::encoded(const QImage& raster) {
-    const auto found =
-        std::ranges::find_if(m_entries, [&](const Entry& entry) { return areEqual(entry.raster, raster); });
+Result<QByteArray> PngStore::encoded(const QImage& raster, PngChannels channels) {
+    const auto found = std::ranges::find_if(m_entries, [&](const Entry& entry) {
+        return entry.channels == channels && areEqual(entry.raster, raster);
+    });
     if (found != m_entries.end())
         return found->png;
-    Result<QByteArray> png = encodePng(raster);
+    Result<QByteArray> png = encodePng(raster, {.channels = channels});
     if (!png || !m_keeps)
         return png;
     const qsizetype bytes = raster.sizeInBytes() + png->size();
     if (bytes > mostBytes - m_bytes)
         return png;
     // Without memory for one more entry the file is as good.
-    const Result<Done> kept = unlessMemoryIsShort([&] { m_entries.push_back({raster, *png}); });
+    const Result<Done> kept = unlessMemoryIsShort([&] { m_entries.push_back({raster, channels, *png}); });
     if (kept)
         m_bytes += bytes;
     return png;

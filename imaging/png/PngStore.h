@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "imaging/png/PngOptions.h"
 
 #include <QByteArray>
 #include <QImage>
@@ -27,7 +28,7 @@ class PngStore {
     };
 
     /// `encodePng` of `raster`. Fails as that does.
-    Result<QByteArray> encoded(const QImage& raster);
+    Result<QByteArray> encoded(const QImage& raster, PngChannels channels = PngChannels::Rgba);
 
     /// The bytes that are kept.
     qsizetype keptBytes() const { return m_bytes; }
@@ -35,6 +36,7 @@ class PngStore {
   private:
     struct Entry {
         QImage raster;
+        PngChannels channels;
         QByteArray png;
     };
 

@@ -75,7 +75,7 @@ Result<Done> appendAtOnce(QByteArray& png, const FilteredRows& rows, const PngCh
 
 /// Appends the picture's rows as a zlib stream in one chunk, or in several where one is too short.
 Result<Done> appendPixels(QByteArray& png, const QImage& raster, const PngOptions& options) {
-    const FilteredRows rows(raster);
+    const FilteredRows rows(raster, options.channels);
     const Result<PngChoice> choice = PngChoice::of(rows, raster.height(), options);
     if (!choice)
         return choice.error();
@@ -101,8 +101,9 @@ Result<QByteArray> file(const QImage& raster, const PngOptions& options) {
     QByteArray png;
     png.append(PngHeader::signature);
     QByteArray header;
-    // 8 bits, RGBA, deflate, the five filters, not interlaced
-    constexpr QByteArrayView kind("\x08\x06\x00\x00\x00", 5);
+    // 8 bits, RGBA or RGB, deflate, the five filters, not interlaced
+    const QByteArrayView kind(
+        options.channels == PngChannels::Rgb ? "\x08\x02\x00\x00\x00" : "\x08\x06\x00\x00\x00", 5);
     ByteWriter(header)
         .bigEndian<quint32>(static_cast<quint32>(raster.width()))
         .bigEndian<quint32>(static_cast<quint32>(raster.height()))

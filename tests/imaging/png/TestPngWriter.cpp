@@ -162,7 +162,7 @@ TEST(PngFilter, each_row_takes_the_filter_with_the_least_sum) {
     // The first row rises: Sub leaves small steps. The second row equals the row above: Up leaves zeros.
     const std::vector<std::uint8_t> row{10, 90, 200, 255, 13, 93, 203, 255, 16, 96, 206, 255};
     std::vector<std::uint8_t> out(row.size() + 1);
-    PngFilter filter(row.size());
+    PngFilter filter(row.size(), 4);
     std::ranges::copy(row, filter.nextRow());
     filter.adaptive(out.data());
     EXPECT_EQ(out, std::vector<std::uint8_t>({1, 10, 90, 200, 255, 3, 3, 3, 0, 3, 3, 3, 0}));
@@ -234,7 +234,7 @@ TEST(PngFilter, is_the_plain_loop_for_every_kind_of_row_and_length) {
     std::mt19937 random(7);
     QSet<int> chosen;
     for (std::size_t pixels = 1; pixels < 80; ++pixels) {
-        PngFilter filter(4 * pixels);
+        PngFilter filter(4 * pixels, 4);
         Bytes above(4 * pixels);
         for (int number = 0; number < 30; ++number) {
             const Bytes row = rowFor(number % 6, 4 * pixels, above, random);
