@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/OptionText.h"
+#include "cli/text/OptionText.h"
 
 #include <CLI/CLI.hpp>
 
@@ -29,5 +29,6 @@ std::vector<Command> addCommands(CLI::App& app);
 /// Each function adds its commands to `app`.
 Command generateCommand(CLI::App& app);
 Command exportCommand(CLI::App& app);
+Command layoutsCommand(CLI::App& app);
 std::vector<Command> icnsCommands(CLI::App& app);
 std::vector<Command> customIconCommands(CLI::App& app);

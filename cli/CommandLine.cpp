@@ -1,7 +1,7 @@
 #include "cli/CommandLine.h"
 
 #include "cli/Command.h"
-#include "cli/Terminal.h"
+#include "cli/text/Terminal.h"
 
 #include <algorithm>
 #include <iterator>
@@ -118,7 +118,7 @@ std::vector<Command> addCommands(CLI::App& app) {
     app.set_help_flag("-h,--help", "Show this and exit");
     app.require_subcommand(0, 1);
     app.allow_extras();
-    std::vector<Command> commands{generateCommand(app)};
+    std::vector<Command> commands{generateCommand(app), layoutsCommand(app)};
     std::ranges::move(icnsCommands(app), std::back_inserter(commands));
     std::ranges::move(customIconCommands(app), std::back_inserter(commands));
     commands.push_back(exportCommand(app));

@@ -3,7 +3,7 @@
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
 #include "cli/InputFile.h"
-#include "cli/Terminal.h"
+#include "cli/text/Terminal.h"
 #include "files/FileItem.h"
 #include "iconfamily/CustomIcon.h"
 #include "iconfamily/IconFamily.h"

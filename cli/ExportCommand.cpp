@@ -1,7 +1,7 @@
 #include "cli/ExportCommand.h"
 
 #include "cli/InputFile.h"
-#include "cli/Terminal.h"
+#include "cli/text/Terminal.h"
 #include "generation/ImageExport.h"
 #include "imaging/drawing/GraphicsContext.h"
 #include "imaging/io/ImageSource.h"

@@ -1,9 +1,9 @@
 #include "cli/GenerateCommand.h"
 
 #include "base/StageTimes.h"
-#include "base/SystemError.h"
 #include "cli/CatalogueBundle.h"
 #include "cli/GenerateReport.h"
+#include "cli/OutputTarget.h"
 #include "cli/PictureWarnings.h"
 #include "cli/UnscaledScreen.h"
 #include "files/FileItem.h"
@@ -13,13 +13,6 @@
 #include "generation/GenerationPlan.h"
 #include "generation/IconSetGenerator.h"
 #include "imaging/io/ImageSource.h"
-
-#include <QProcess>
-
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
 
 namespace {
 
@@ -52,26 +45,6 @@ class QuietWorkspace final : public Workspace {
     bool openURL(const QUrl& /*url*/) override { return true; }
 };
 
-/// The reason why nothing can be written below `out`, if there is one. `out` may be missing. If it is, its
-/// nearest existing parent must be a folder that can be written to; else `out` itself must be one.
-std::optional<QString> outputFolderError(const QString& out) {
-    if (out.isEmpty() || out.contains(QChar::Null))
-        return QStringLiteral("not a path");
-    QString nearest = FileItem::absolutePath(out);
-    while (!FileItem::isThere(nearest) && nearest != QLatin1String("/"))
-        nearest = deletingLastPathComponent(nearest);
-    const QByteArray name = PathBytes::encoded(nearest);
-    struct stat status = {};
-    // A link that leads nowhere is no folder.
-    if (stat(name.constData(), &status) != 0)
-        return systemSentence(errno == ENOENT ? ENOTDIR : errno);
-    if (!S_ISDIR(status.st_mode))
-        return systemSentence(ENOTDIR);
-    if (access(name.constData(), W_OK | X_OK) != 0)
-        return systemSentence(errno);
-    return std::nullopt;
-}
-
 /// The sizes of all icons that exist after the run. For a container it is the size of its largest picture.
 std::vector<QSize> madeSizes(const GenerationPlan& plan, const QString& out) {
     std::vector<QSize> sizes;
@@ -81,19 +54,6 @@ std::vector<QSize> madeSizes(const GenerationPlan& plan, const QString& out) {
             sizes.push_back(file.pixelSize);
     }
     return sizes;
-}
-
-void openFolder(const QString& out, GenerateReport& report) {
-#ifdef Q_OS_MACOS
-    const QString program = QStringLiteral("open");
-#else
-    const QString program = QStringLiteral("xdg-open");
-#endif
-    const QString path = FileItem::absolutePath(out);
-    // QProcess takes arguments only as text. A URL can escape every byte.
-    const bool isText = PathBytes::withReplacements(path) == path;
-    if (!QProcess::startDetached(program, {isText ? path : fileUrlText(path)}))
-        report.warn(QStringLiteral("the folder could not be opened: %1 does not start").arg(program));
 }
 
 } // namespace
@@ -111,7 +71,7 @@ int runGenerate(const GenerateOptions& options) {
         report.fail(QStringLiteral("%1: %2").arg(path, catalogue.error().sentence));
         return report.finish();
     }
-    if (const std::optional<QString> error = outputFolderError(options.out)) {
+    if (const std::optional<QString> error = OutputTarget::error(options.out)) {
         report.fail(QStringLiteral("%1: %2").arg(options.out, *error));
         return report.finish();
     }
@@ -133,7 +93,7 @@ int runGenerate(const GenerateOptions& options) {
 
     OptionsInput input(options, std::move(picture->image));
     QuietWorkspace workspace;
-    const IconSetGenerator generator(input, {screen, workspace, &report});
+    const IconSetGenerator generator(input, {screen, workspace, &report, {options.background}});
     {
         Terminal::ProgressBar progress(static_cast<int>(plan.files().size()),
                                        !options.quiet && !options.verbose);
@@ -144,6 +104,6 @@ int runGenerate(const GenerateOptions& options) {
         }
     }
     if (options.open)
-        openFolder(options.out, report);
+        OutputTarget::open(options.out, report);
     return report.finish();
 }

@@ -1,6 +1,8 @@
 // Parses the command line of `generate`.
 #include "cli/Command.h"
 #include "cli/GenerateCommand.h"
+#include "cli/GenerateLayouts.h"
+#include "cli/LayoutWords.h"
 #include "cli/StyleWords.h"
 #include "imaging/io/PictureFormat.h"
 
@@ -44,6 +46,7 @@ struct GenerateWords {
     std::string out;
     std::vector<std::string> platforms;
     StyleWords style;
+    LayoutWords layout;
     std::string catalogue;
     bool open = false;
     bool quiet = false;
@@ -73,6 +76,7 @@ CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
         ->take_all()
         ->allow_extra_args(false);
     words.style.addTo(*generate);
+    words.layout.addTo(*generate);
     generate
         ->add_option("--catalogue", words.catalogue,
                      "a property list of icon names and sizes instead of the built-in one")
@@ -114,6 +118,8 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
         take(words.style.style(generate), options.style, error);
     if (!isTaken)
         return *error;
+    if (const std::optional<UsageError> wrong = words.layout.addTo(options, generate))
+        return *wrong;
     if (words.picture.empty())
         return UsageError{"PICTURE is empty"};
     if (words.quiet && words.verbose)
@@ -139,7 +145,9 @@ Command generateCommand(CLI::App& app) {
         const Parsed<GenerateOptions> options = optionsFrom(*app, *words);
         if (const auto* error = std::get_if<UsageError>(&options))
             return *error;
-        return [options = std::get<GenerateOptions>(options)] { return runGenerate(options); };
+        return [options = std::get<GenerateOptions>(options)] {
+            return options.layouts.isEmpty() ? runGenerate(options) : runGenerateLayouts(options);
+        };
     };
     command.remark = [](const std::string& word) -> std::string {
         const bool isPlatform =

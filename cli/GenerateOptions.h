@@ -1,10 +1,13 @@
 #pragma once
 
+#include "base/Color.h"
 #include "generation/IconStyle.h"
 #include "generation/Platforms.h"
 
 #include <QString>
+#include <QStringList>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +17,14 @@ struct GenerateOptions {
     QString out;
     std::vector<Platform> platforms; ///< each platform once, in the order of generation
     IconStyle style;
+    QStringList layouts;             ///< names and paths; empty for the platforms' plain tree
+    std::optional<Color> background; ///< opaque
+    QString name;                    ///< of the app, for layouts; empty for the picture's
+    // Further pictures for layouts, empty where they were not given.
+    std::string dark;
+    std::string tinted;
+    std::string foreground;
+    std::string monochrome;
     QString catalogue; ///< empty for the built-in catalogue
     bool open = false;
     bool quiet = false;

@@ -61,6 +61,12 @@ void GenerateReport::failed(const QString& path, const Error& error) {
         m_progress->advance();
 }
 
+void GenerateReport::note(const QString& path, const QString& line) {
+    m_notes << QStringLiteral("%1 lacks the line: %2").arg(path, line);
+    if (!m_options.json)
+        Terminal::note(m_notes.last());
+}
+
 void GenerateReport::warn(const QString& sentence) {
     m_warnings << sentence;
     Terminal::warning(sentence);
@@ -99,9 +105,12 @@ void GenerateReport::printFailures() const {
 }
 
 QString GenerateReport::fileLine(const File& file) const {
-    return QStringLiteral("  %1  %2 × %3  %4 bytes")
-        .arg(Terminal::escaped(shortPath(file.path)), QString::number(file.pixelSize.width()),
-             QString::number(file.pixelSize.height()), QString::number(file.bytes));
+    const QString size =
+        file.pixelSize.isEmpty()
+            ? QStringLiteral("text")
+            : QStringLiteral("%1 × %2").arg(file.pixelSize.width()).arg(file.pixelSize.height());
+    return QStringLiteral("  %1  %2  %3 bytes")
+        .arg(Terminal::escaped(shortPath(file.path)), size, QString::number(file.bytes));
 }
 
 bool GenerateReport::printSummary() const {
@@ -152,18 +161,25 @@ bool GenerateReport::printTimings() const {
 
 bool GenerateReport::printJson() const {
     QJsonArray files;
-    for (const File& file : m_files)
-        files.append(QJsonObject{{QStringLiteral("platform"), file.idiom},
-                                 {QStringLiteral("path"), PathBytes::withReplacements(file.path)},
-                                 {QStringLiteral("width"), file.pixelSize.width()},
-                                 {QStringLiteral("height"), file.pixelSize.height()},
-                                 {QStringLiteral("bytes"), file.bytes}});
+    for (const File& file : m_files) {
+        QJsonObject object{
+            {m_options.layouts.isEmpty() ? QStringLiteral("platform") : QStringLiteral("layout"), file.idiom},
+            {QStringLiteral("path"), PathBytes::withReplacements(file.path)},
+            {QStringLiteral("bytes"), file.bytes}};
+        if (!file.pixelSize.isEmpty()) {
+            object.insert(QStringLiteral("width"), file.pixelSize.width());
+            object.insert(QStringLiteral("height"), file.pixelSize.height());
+        }
+        files.append(object);
+    }
     QJsonObject document{
         {QStringLiteral("picture"), PathBytes::withReplacements(PathBytes::decoded(m_options.picture))},
         {QStringLiteral("out"), PathBytes::withReplacements(m_options.out)},
         {QStringLiteral("files"), files},
         {QStringLiteral("warnings"), jsonTexts(m_warnings)},
         {QStringLiteral("errors"), jsonTexts(m_errors)}};
+    if (!m_options.layouts.isEmpty())
+        document.insert(QStringLiteral("notes"), jsonTexts(m_notes));
     if (m_options.timings) {
         QJsonObject timings;
         for (const auto& [name, milliseconds] : stageTimes())

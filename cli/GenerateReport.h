@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/GenerateOptions.h"
-#include "cli/Terminal.h"
+#include "cli/text/Terminal.h"
 #include "generation/GenerationObserver.h"
 
 #include <QStringList>
@@ -15,9 +15,13 @@ class GenerateReport final : public GenerationObserver {
 
     /// Shows progress from now on.
     void begin(Terminal::ProgressBar& progress) { m_progress = &progress; }
+    void end() { m_progress = nullptr; }
 
     void fileWritten(const File& file) override;
     void failed(const QString& path, const Error& error) override;
+
+    /// Tells of a line that a file of the project lacks.
+    void note(const QString& path, const QString& line);
 
     void warn(const QString& sentence);
     /// Reports a failure that is not about one file of the set.
@@ -43,6 +47,7 @@ class GenerateReport final : public GenerationObserver {
     Terminal::ProgressBar* m_progress = nullptr;
     std::vector<File> m_files;
     std::vector<Failure> m_failures;
+    QStringList m_notes;
     QStringList m_warnings;
     QStringList m_errors;
 };

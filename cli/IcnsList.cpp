@@ -1,6 +1,6 @@
 #include "cli/IcnsCommands.h"
 #include "cli/InputFile.h"
-#include "cli/Terminal.h"
+#include "cli/text/Terminal.h"
 #include "files/PathBytes.h"
 #include "imaging/icns/IcnsInspection.h"
 

@@ -1,8 +1,8 @@
 #include "cli/IcnsCommands.h"
 #include "cli/InputFile.h"
 #include "cli/PictureWarnings.h"
-#include "cli/Terminal.h"
 #include "cli/UnscaledScreen.h"
+#include "cli/text/Terminal.h"
 #include "generation/IconContainer.h"
 #include "imaging/io/ImageSource.h"
 

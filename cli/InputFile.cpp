@@ -1,6 +1,6 @@
 #include "cli/InputFile.h"
 
-#include "cli/Terminal.h"
+#include "cli/text/Terminal.h"
 #include "files/PathBytes.h"
 
 #include <limits>

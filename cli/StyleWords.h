@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/OptionText.h"
+#include "cli/text/OptionText.h"
 #include "generation/IconStyle.h"
 
 #include <CLI/CLI.hpp>

@@ -1,5 +1,5 @@
 #include "cli/CommandLine.h"
-#include "cli/Terminal.h"
+#include "cli/text/Terminal.h"
 
 #include <QCoreApplication>
 

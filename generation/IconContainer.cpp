@@ -27,13 +27,16 @@ QSize IconContainer::largestSize(int scale) {
 }
 
 Result<IconContainer::Written> IconContainer::write(const Image& image, const IconRenderer& renderer,
-                                                    const QString& path, PngStore* pngs) {
+                                                    const QString& path, const IconGround& ground,
+                                                    PngStore* pngs) {
     std::vector<QImage> rasters;
     for (const QSizeF& size : renders()) {
         const Result<Image> render = renderer.rendered(image, size);
         if (!render)
             return render.error();
         Result<QImage> raster = IconRenderer::throughTiff(*render);
+        if (raster)
+            raster = ground.under(std::move(*raster));
         if (!raster)
             return IconRenderer::ofIcon(raster.error(), size);
         rasters.push_back(std::move(*raster));

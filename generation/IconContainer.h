@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "generation/IconGround.h"
 #include "generation/IconRenderer.h"
 #include "imaging/png/PngStore.h"
 
@@ -28,6 +29,6 @@ struct Written {
 /// Renders `image` in all sizes and writes those that an element exists for to the file at `path`, which is
 /// written whole or not at all. PNG files of its pictures come from `pngs` if there is one.
 Result<Written> write(const Image& image, const IconRenderer& renderer, const QString& path,
-                      PngStore* pngs = nullptr);
+                      const IconGround& ground = {}, PngStore* pngs = nullptr);
 
 } // namespace IconContainer

@@ -12,7 +12,7 @@ IconSetGenerator::IconSetGenerator(const GenerationInput& input, const Surroundi
     : m_input(input),
       m_surroundings(surroundings),
       m_renderer(input, surroundings.screen),
-      m_writer(input, m_renderer, m_pngs, surroundings.observer) {}
+      m_writer(input, m_renderer, m_surroundings.ground, m_pngs, surroundings.observer) {}
 
 QString IconSetGenerator::appiconsetPathString(const QString& idiom) const {
     return OutputFolder::appiconsetPathString(m_input.outputPathString(), idiom);
@@ -57,7 +57,8 @@ void IconSetGenerator::writeContainer(const Image& image, const QString& idiom) 
         tellFailure(OutputFolder::containerBeside(appiconsetPathString(idiom)), path.error());
         return;
     }
-    const Result<IconContainer::Written> written = IconContainer::write(image, m_renderer, *path, &m_pngs);
+    const Result<IconContainer::Written> written =
+        IconContainer::write(image, m_renderer, *path, m_surroundings.ground, &m_pngs);
     if (!written)
         tellFailure(*path, written.error());
     else if (m_surroundings.observer != nullptr)

@@ -18,6 +18,7 @@ class IconSetGenerator {
         const Screen& screen;
         Workspace& workspace;
         GenerationObserver* observer = nullptr;
+        IconGround ground = {}; ///< a value of its own
     };
 
     IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings);

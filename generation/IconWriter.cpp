@@ -11,12 +11,6 @@
 
 namespace {
 
-/// The PNG encoding of a render, and its size in pixels.
-struct EncodedIcon {
-    QByteArray png;
-    QSize pixelSize;
-};
-
 /// A bitmap made from the render's TIFF encoding. The PNG file then holds exactly the render's pixels and
 /// alpha. The render is freed before the decoding starts.
 Result<std::unique_ptr<BitmapImageRep>> throughTiff(Image render) {
@@ -28,27 +22,34 @@ Result<std::unique_ptr<BitmapImageRep>> throughTiff(Image render) {
     return imageRepWithData(*tiff);
 }
 
-Result<EncodedIcon> encoded(Image render, PngStore& pngs) {
+} // namespace
+
+Result<IconWriter::EncodedIcon> IconWriter::encoded(Image render) const {
     const Result<std::unique_ptr<BitmapImageRep>> bitmap = throughTiff(std::move(render));
     if (!bitmap)
         return bitmap.error();
-    Result<QByteArray> png = representationUsingType(**bitmap, BitmapFileType::PNG, &pngs);
-    if (!png)
-        return png.error();
-    return EncodedIcon{std::move(*png), (*bitmap)->pixelSize()};
+    const auto png = [&]() -> Result<QByteArray> {
+        if (!m_ground.color)
+            return representationUsingType(**bitmap, BitmapFileType::PNG, &m_pngs);
+        Result<QImage> raster = (*bitmap)->raster();
+        if (raster)
+            raster = m_ground.under(std::move(*raster));
+        return raster ? m_pngs.encoded(*raster, PngChannels::Rgb) : raster.error();
+    };
+    Result<QByteArray> file = png();
+    if (!file)
+        return file.error();
+    return EncodedIcon{std::move(*file), (*bitmap)->pixelSize()};
 }
 
 /// Renders and encodes the icon of `size` points. Errors are worded for an icon.
-Result<EncodedIcon> made(const IconRenderer& renderer, const Image& image, const QSizeF& size,
-                         PngStore& pngs) {
-    Result<Image> render = renderer.rendered(image, size);
+Result<IconWriter::EncodedIcon> IconWriter::made(const Image& image, const QSizeF& size) const {
+    Result<Image> render = m_renderer.rendered(image, size);
     if (!render)
         return render.error();
-    Result<EncodedIcon> icon = encoded(std::move(*render), pngs);
+    Result<EncodedIcon> icon = encoded(std::move(*render));
     return icon ? std::move(icon) : IconRenderer::ofIcon(icon.error(), size);
 }
-
-} // namespace
 
 QString IconWriter::appiconsetPath(const QString& idiom) const {
     return OutputFolder::appiconsetPathString(m_input.outputPathString(), idiom);
@@ -59,7 +60,7 @@ void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QSt
     const Result<Done> folder = Folder::create(appiconsetPath(idiom));
     if (!folder)
         logLine(QStringLiteral("Error\uFF1A%1").arg(folder.error().sentence));
-    const Result<EncodedIcon> icon = made(m_renderer, image, withSize, m_pngs);
+    const Result<EncodedIcon> icon = made(image, withSize);
 
     const Result<QString> path = OutputFolder::pngPath(m_input, idiom, andName);
     const QString shownPath = path ? *path : OutputFolder::shownPngPath(appiconsetPath(idiom), andName);

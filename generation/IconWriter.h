@@ -1,16 +1,23 @@
 #pragma once
 
 #include "generation/GenerationObserver.h"
+#include "generation/IconGround.h"
 #include "generation/IconRenderer.h"
 #include "imaging/png/PngStore.h"
 
 /// Writes one icon as a PNG file into its idiom's folder.
 class IconWriter {
+    /// The PNG encoding of a render, and the size of its picture.
+    struct EncodedIcon {
+        QByteArray png;
+        QSize pixelSize;
+    };
+
   public:
     /// All are kept by reference; `observer` may be null.
-    IconWriter(const GenerationInput& input, const IconRenderer& renderer, PngStore& pngs,
-               GenerationObserver* observer)
-        : m_input(input), m_renderer(renderer), m_pngs(pngs), m_observer(observer) {}
+    IconWriter(const GenerationInput& input, const IconRenderer& renderer, const IconGround& ground,
+               PngStore& pngs, GenerationObserver* observer)
+        : m_input(input), m_renderer(renderer), m_ground(ground), m_pngs(pngs), m_observer(observer) {}
 
     /// Makes the idiom's folder, renders `image` at `withSize` points and writes it there as `andName`.png,
     /// replacing a file of that name. If the folder can't be made, this is logged and the writing is tried
@@ -20,10 +27,13 @@ class IconWriter {
                    const QString& sizeFault = {}) const;
 
   private:
+    Result<EncodedIcon> encoded(Image render) const;
+    Result<EncodedIcon> made(const Image& image, const QSizeF& size) const;
     QString appiconsetPath(const QString& idiom) const;
 
     const GenerationInput& m_input;
     const IconRenderer& m_renderer;
+    const IconGround& m_ground;
     PngStore& m_pngs;
     GenerationObserver* m_observer;
 };

@@ -17,7 +17,7 @@ _tobrimax_cli() {
         case $command in
         "icns "*) COMPREPLY=($(compgen -W "list extract make --help" -- "$cur")) ;;
         "custom-icon "*) COMPREPLY=($(compgen -W "set remove --help" -- "$cur")) ;;
-        *) COMPREPLY=($(compgen -W "generate icns custom-icon export --version --help" -- "$cur")) ;;
+        *) COMPREPLY=($(compgen -W "generate layouts icns custom-icon export --version --help" -- "$cur")) ;;
         esac
         return
     fi
@@ -25,7 +25,11 @@ _tobrimax_cli() {
     local style="--round-corner --border --border-color"
     local options operands=1
     case $command in
-    generate) options="--out --platform $style --catalogue --open --quiet --verbose --json --timings" ;;
+    generate)
+        options="--out --platform $style --background --layout --name --dark --tinted --foreground --monochrome"
+        options+=" --catalogue --open --quiet --verbose --json --timings"
+        ;;
+    layouts) options="--json" ;;
     "icns list") options="--json" ;;
     "icns extract") options="--out" ;;
     "icns make") options="--out $style" ;;
@@ -44,7 +48,8 @@ _tobrimax_cli() {
         fi
         case ${words[at]} in
         --) ended=1 ;;
-        --out | --platform | --round-corner | --border | --border-color | --catalogue | --format | --size)
+        --out | --platform | --round-corner | --border | --border-color | --catalogue | --format | --size | \
+            --background | --layout | --name | --dark | --tinted | --foreground | --monochrome)
             ((++at == cword)) && option=$prev
             ;;
         esac
@@ -56,12 +61,17 @@ _tobrimax_cli() {
         if [[ $command == generate || $command == "icns extract" ]]; then _filedir -d; else _filedir; fi
         return
         ;;
-    --catalogue)
+    --catalogue | --dark | --tinted | --foreground | --monochrome)
         _filedir
         return
         ;;
     --platform)
         COMPREPLY=($(compgen -W "iphone ipad universal watch mac android all" -- "$cur"))
+        return
+        ;;
+    --layout)
+        _filedir
+        COMPREPLY+=($(compgen -W "$(tobrimax-cli layouts 2>/dev/null | cut -d ' ' -f 1)" -- "$cur"))
         return
         ;;
     --format)
@@ -73,6 +83,8 @@ _tobrimax_cli() {
 
     if ((!ended)) && [[ $cur == -* || $given -ge $operands ]]; then
         COMPREPLY=($(compgen -W "$options --help" -- "$cur"))
+    elif [[ $command == layouts ]]; then
+        COMPREPLY=($(compgen -W "$(tobrimax-cli layouts 2>/dev/null | cut -d ' ' -f 1)" -- "$cur"))
     elif ((given < operands)); then
         _filedir
     fi

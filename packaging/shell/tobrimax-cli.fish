@@ -17,7 +17,8 @@ end
 function __tobrimax_cli_wants
     __tobrimax_cli_in $argv[2..]
     or return
-    set -l valued --out --platform --round-corner --border --border-color --catalogue --format --size
+    set -l valued --out --platform --round-corner --border --border-color --catalogue --format --size \
+        --background --layout --name --dark --tinted --foreground --monochrome
     set -l words (commandline -poc)
     set -l given 0
     set -l is_value 0
@@ -36,6 +37,11 @@ function __tobrimax_cli_wants
     test $given -lt $argv[1]
 end
 
+# The names of layouts, each with its title.
+function __tobrimax_cli_layouts
+    tobrimax-cli layouts 2>/dev/null | string replace -r '  +' '\t'
+end
+
 # The folders that the value of an option may mean, which stands behind the option or behind its "=".
 function __tobrimax_cli_folders
     __fish_complete_directories (commandline -ct | string replace -r '^--[^=]*=' '')
@@ -45,6 +51,7 @@ complete -c tobrimax-cli -f
 complete -c tobrimax-cli -s h -l help -d 'show help and exit'
 complete -c tobrimax-cli -n __tobrimax_cli_at -l version -d 'print the version and exit'
 complete -c tobrimax-cli -n __tobrimax_cli_at -a generate -d 'write the icon sets of one picture'
+complete -c tobrimax-cli -n __tobrimax_cli_at -a layouts -d 'list the layouts for projects'
 complete -c tobrimax-cli -n __tobrimax_cli_at -a icns -d 'list, extract and make icns files'
 complete -c tobrimax-cli -n __tobrimax_cli_at -a custom-icon -d 'give files and folders icons of their own'
 complete -c tobrimax-cli -n __tobrimax_cli_at -a export -d 'write a picture in one of six formats'
@@ -61,12 +68,22 @@ set -l condition '__tobrimax_cli_in generate'
 complete -c tobrimax-cli -n '__tobrimax_cli_wants 1 generate' -F
 complete -c tobrimax-cli -n $condition -x -l out -a '(__tobrimax_cli_folders)' -d 'the folder that the sets go into'
 complete -c tobrimax-cli -n $condition -x -l platform -a 'iphone ipad universal watch mac android all' -d 'whose icons to make'
+complete -c tobrimax-cli -n $condition -x -l background -d 'an opaque colour under the icons'
+complete -c tobrimax-cli -n $condition -r -F -l layout -a '(__tobrimax_cli_layouts)' -d 'write icons into a project'
+complete -c tobrimax-cli -n $condition -x -l name -d 'the name of the app'
+complete -c tobrimax-cli -n $condition -r -F -l dark -d 'the picture for dark icons'
+complete -c tobrimax-cli -n $condition -r -F -l tinted -d 'the picture for tinted icons'
+complete -c tobrimax-cli -n $condition -r -F -l foreground -d 'the front layer of icons for Android'
+complete -c tobrimax-cli -n $condition -r -F -l monochrome -d 'the shape of themed icons'
 complete -c tobrimax-cli -n $condition -r -F -l catalogue -d 'icon names and sizes instead of the built-in ones'
 complete -c tobrimax-cli -n $condition -l open -d 'open the folder in the file browser afterwards'
 complete -c tobrimax-cli -n $condition -l quiet -d 'print nothing but warnings and errors'
 complete -c tobrimax-cli -n $condition -l verbose -d 'list every file, and show the diagnostic log'
 complete -c tobrimax-cli -n $condition -l json -d 'print one JSON document'
 complete -c tobrimax-cli -n $condition -l timings -d 'tell how long each stage of the work took'
+
+complete -c tobrimax-cli -n '__tobrimax_cli_wants 1 layouts' -F -a '(__tobrimax_cli_layouts)'
+complete -c tobrimax-cli -n '__tobrimax_cli_in layouts' -l json -d 'print one JSON document'
 
 set condition '__tobrimax_cli_at icns'
 complete -c tobrimax-cli -n $condition -a list -d 'print what an icns file holds'

@@ -1,7 +1,7 @@
-#include "cli/OptionText.h"
+#include "cli/text/OptionText.h"
 
-#include "cli/ColorText.h"
-#include "cli/Suggestion.h"
+#include "base/Suggestion.h"
+#include "cli/text/ColorText.h"
 #include "files/PathBytes.h"
 
 Parsed<QString> OptionText::path(const std::string& text, const std::string& what) {

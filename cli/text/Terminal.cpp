@@ -1,4 +1,4 @@
-#include "cli/Terminal.h"
+#include "cli/text/Terminal.h"
 
 #include "base/Log.h"
 #include "files/PathBytes.h"
@@ -115,6 +115,10 @@ void Terminal::error(const QString& sentence) {
 
 void Terminal::warning(const QString& sentence) {
     write(stderr, QStringLiteral("tobrimax-cli: warning: ") + escaped(sentence) + u'\n');
+}
+
+void Terminal::note(const QString& sentence) {
+    write(stderr, QStringLiteral("tobrimax-cli: note: ") + escaped(sentence) + u'\n');
 }
 
 void Terminal::showDiagnosticLog(bool isShown) {

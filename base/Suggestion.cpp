@@ -1,4 +1,4 @@
-#include "cli/Suggestion.h"
+#include "base/Suggestion.h"
 
 #include <algorithm>
 #include <cctype>

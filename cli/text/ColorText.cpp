@@ -1,4 +1,4 @@
-#include "cli/ColorText.h"
+#include "cli/text/ColorText.h"
 
 #include <QColor>
 

@@ -19,9 +19,11 @@ bool print(const QString& line);
 /// Reports that standard output can't be written, and returns the exit status 1.
 int outputFailure();
 
-/// Prints "tobrimax-cli: error: …" or "tobrimax-cli: warning: …" on standard error, escaped.
+/// Prints "tobrimax-cli: error: …", "tobrimax-cli: warning: …" or "tobrimax-cli: note: …" on standard error,
+/// escaped.
 void error(const QString& sentence);
 void warning(const QString& sentence);
+void note(const QString& sentence);
 
 /// Sends the diagnostic log to standard error, or discards it. Messages of libraries are always discarded.
 void showDiagnosticLog(bool isShown);

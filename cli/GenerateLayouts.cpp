@@ -1,0 +1,191 @@
+#include "cli/GenerateLayouts.h"
+
+#include "base/StageTimes.h"
+#include "cli/GenerateReport.h"
+#include "cli/OutputTarget.h"
+#include "cli/PictureWarnings.h"
+#include "files/FilePath.h"
+#include "files/PathBytes.h"
+#include "files/RegularFile.h"
+#include "imaging/drawing/GraphicsContext.h"
+#include "imaging/io/ImageSource.h"
+#include "layouts/LayoutCatalogue.h"
+#include "layouts/LayoutVariables.h"
+#include "layouts/LayoutWriter.h"
+
+#include <QMap>
+
+#include <algorithm>
+
+namespace {
+
+/// The name of a picture's file without its ending.
+QString baseName(const std::string& path) {
+    const QString name = lastPathComponent(PathBytes::decoded(path));
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot > 0 ? name.first(dot) : name;
+}
+
+/// The layouts with the values of their variables. The error of the first that can't be used; two layouts
+/// that write one file are an error too.
+Result<std::vector<Layout>> loadedLayouts(const GenerateOptions& options, const QString& name) {
+    std::vector<Layout> layouts;
+    QMap<QString, QString> writers;
+    for (const QString& wanted : options.layouts) {
+        Result<Layout> layout = LayoutCatalogue::load(wanted);
+        if (layout)
+            layout = withVariables(std::move(*layout), options.out, name);
+        if (!layout)
+            return layout.error().code == ErrorCode::NotFound
+                       ? layout.error()
+                       : about(QStringLiteral("layout \"%1\"").arg(wanted), layout.error());
+        for (const LayoutFile& file : layout->files) {
+            if (writers.contains(file.path))
+                return Error{ErrorCode::Malformed,
+                             QStringLiteral("the layouts \"%1\" and \"%2\" both write %3")
+                                 .arg(writers.value(file.path), layout->name, file.path)};
+            writers.insert(file.path, layout->name);
+        }
+        layouts.push_back(std::move(*layout));
+    }
+    return layouts;
+}
+
+/// Whether some pixel of the picture is not opaque, as far as a small drawing shows it.
+bool hasTransparency(const Image& image) {
+    constexpr int side = 64;
+    const Result<QImage> small = drawnRaster(image, QSizeF(side, side));
+    for (int y = 0; small && y < side; ++y) {
+        const uchar* pixel = small->constScanLine(y);
+        for (int x = 0; x < side; ++x, pixel += 4) {
+            if (pixel[3] < 255)
+                return true;
+        }
+    }
+    return false;
+}
+
+/// The bytes of an SVG document that is not compressed; else none.
+QByteArray documentOf(const std::string& path) {
+    constexpr qint64 mostBytes = 64 << 20;
+    const Result<QByteArray> bytes = RegularFile::read(path, mostBytes);
+    constexpr QByteArrayView gzipMagic("\x1f\x8b", 2);
+    return bytes && !bytes->startsWith(gzipMagic) ? *bytes : QByteArray();
+}
+
+/// Loads the pictures and writes the layouts.
+class LayoutRun {
+  public:
+    LayoutRun(const GenerateOptions& options, std::vector<Layout> layouts, const QString& name)
+        : m_options(options), m_layouts(std::move(layouts)), m_report(options) {
+        m_input.style = options.style;
+        m_input.name = name;
+        m_input.out = options.out;
+        if (options.background)
+            m_input.background = *options.background;
+    }
+
+    int run() {
+        if (const std::optional<QString> error = OutputTarget::error(m_options.out))
+            m_report.fail(QStringLiteral("%1: %2").arg(m_options.out, *error));
+        else if (loadPictures())
+            write();
+        return m_report.finish();
+    }
+
+  private:
+    /// Loads the picture at `path` with the sizes in which it is drawn.
+    std::optional<LoadedPicture> load(const std::string& path, const std::vector<QSizeF>& renders) {
+        Result<LoadedPicture> picture = ImageSource::loadFile(path, {renders});
+        if (picture)
+            return std::move(*picture);
+        m_report.fail(QStringLiteral("%1: %2").arg(PathBytes::decoded(path), picture.error().sentence));
+        return std::nullopt;
+    }
+
+    bool loadPictures() {
+        std::vector<QSizeF> renders;
+        std::vector<QSize> sizes;
+        for (const Layout& layout : m_layouts) {
+            std::ranges::copy(LayoutWriter::renders(layout.files), std::back_inserter(renders));
+            for (const LayoutFile& file : layout.files) {
+                for (const int side : file.sizes)
+                    sizes.emplace_back(side, side);
+            }
+        }
+        std::optional<LoadedPicture> main = load(m_options.picture, renders);
+        if (!main)
+            return false;
+        for (const QString& warning : pictureWarnings(*main, sizes))
+            m_report.warn(warning);
+        m_input.pictures.main = main->image;
+        if (main->isDrawing)
+            m_input.pictures.document = documentOf(m_options.picture);
+        const std::pair<const std::string&, std::optional<Image>&> others[] = {
+            {m_options.dark, m_input.pictures.dark},
+            {m_options.tinted, m_input.pictures.tinted},
+            {m_options.foreground, m_input.pictures.foreground},
+            {m_options.monochrome, m_input.pictures.monochrome}};
+        for (const auto& [path, image] : others) {
+            if (path.empty())
+                continue;
+            const std::optional<LoadedPicture> picture = load(path, renders);
+            if (!picture)
+                return false;
+            for (const QString& warning : picture->warnings)
+                m_report.warn(QStringLiteral("%1: %2").arg(PathBytes::decoded(path), warning));
+            image = picture->image;
+        }
+        warnOfGround();
+        return true;
+    }
+
+    void warnOfGround() {
+        const bool hasOpaqueFiles = std::ranges::any_of(m_layouts, [](const Layout& layout) {
+            return std::ranges::any_of(layout.files, &LayoutFile::hasGround);
+        });
+        if (hasOpaqueFiles && !m_options.background && hasTransparency(m_input.pictures.main))
+            m_report.warn(
+                QStringLiteral("the picture has transparent parts; where icons need a ground it is white "
+                               "(--background takes another colour)"));
+    }
+
+    void write() {
+        std::size_t count = 0;
+        for (const Layout& layout : m_layouts)
+            count += LayoutWriter::writtenFiles(layout, m_input.pictures).size();
+        {
+            Terminal::ProgressBar progress(static_cast<int>(count), !m_options.quiet && !m_options.verbose);
+            m_report.begin(progress);
+            for (const Layout& layout : m_layouts)
+                LayoutWriter::write(layout, m_input, m_report);
+            m_report.end();
+        }
+        for (const Layout& layout : m_layouts) {
+            for (const LayoutNote& note : LayoutWriter::notes(layout, m_options.out))
+                m_report.note(note.file, note.line);
+        }
+        if (m_options.open)
+            OutputTarget::open(m_options.out, m_report);
+    }
+
+    const GenerateOptions& m_options;
+    std::vector<Layout> m_layouts;
+    GenerateReport m_report;
+    LayoutInput m_input;
+};
+
+} // namespace
+
+int runGenerateLayouts(const GenerateOptions& options) {
+    constexpr int wrongUsage = 2;
+    if (options.timings)
+        StageTimes::begin();
+    Terminal::showDiagnosticLog(options.verbose);
+    const QString name = options.name.isEmpty() ? baseName(options.picture) : options.name;
+    Result<std::vector<Layout>> layouts = loadedLayouts(options, name);
+    if (layouts)
+        return LayoutRun(options, std::move(*layouts), name).run();
+    Terminal::error(layouts.error().sentence);
+    return wrongUsage;
+}

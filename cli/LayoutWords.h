@@ -1,0 +1,26 @@
+#pragma once
+
+#include "cli/GenerateOptions.h"
+#include "cli/text/OptionText.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+/// The options of `generate` about layouts, as typed.
+struct LayoutWords {
+    std::vector<std::string> layouts;
+    std::string background;
+    std::string name;
+    std::string dark;
+    std::string tinted;
+    std::string foreground;
+    std::string monochrome;
+
+    /// Adds the options to `command`.
+    void addTo(CLI::App& command);
+
+    /// Puts what was typed into `options`. Returns what is wrong with it, if anything is.
+    std::optional<UsageError> addTo(GenerateOptions& options, const CLI::App& command) const;
+};

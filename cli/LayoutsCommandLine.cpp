@@ -1,0 +1,31 @@
+// Parses the command line of `layouts`.
+#include "cli/Command.h"
+#include "cli/LayoutsCommand.h"
+
+#include <memory>
+
+namespace {
+
+struct LayoutsWords {
+    std::string layout;
+    bool json = false;
+};
+
+} // namespace
+
+Command layoutsCommand(CLI::App& app) {
+    const auto words = std::make_shared<LayoutsWords>();
+    Command command;
+    command.app = app.add_subcommand("layouts", "List the layouts for projects, or the files of one");
+    command.app->add_option("NAME", words->layout, "a layout's name, or the path of a layout file");
+    command.app->add_flag("--json", words->json, "print one JSON document instead of lines");
+    command.prepare = [app = command.app, words]() -> Parsed<std::function<int()>> {
+        LayoutsOptions options;
+        options.json = words->json;
+        std::optional<UsageError> error;
+        if (app->count("NAME") > 0 && !take(OptionText::path(words->layout, "NAME"), options.layout, error))
+            return *error;
+        return [options] { return runLayouts(options); };
+    };
+    return command;
+}

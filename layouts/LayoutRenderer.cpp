@@ -1,0 +1,173 @@
+#include "layouts/LayoutRenderer.h"
+
+#include "imaging/drawing/GraphicsContext.h"
+#include "imaging/image/BitmapImageRep.h"
+#include "imaging/pixels/Ground.h"
+#include "imaging/pixels/Raster.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+template <typename Change>
+void forEachPixel(QImage& raster, Change change) {
+    for (int y = 0; y < raster.height(); ++y) {
+        uchar* pixel = raster.scanLine(y);
+        for (int x = 0; x < raster.width(); ++x, pixel += 4)
+            change(pixel);
+    }
+}
+
+/// The luminance of a pixel on black (ITU-R BT.709 weights), 0 to 255.
+int luminance(const uchar* pixel) {
+    constexpr int red = 2126;
+    constexpr int green = 7152;
+    constexpr int blue = 722;
+    return (red * pixel[0] + green * pixel[1] + blue * pixel[2] + 5000) / 10000;
+}
+
+/// Makes the raster opaque and grey on black, with the lightest pixel white.
+void makeGrey(QImage& raster) {
+    int lightest = 1;
+    forEachPixel(raster, [&](const uchar* pixel) { lightest = std::max(lightest, luminance(pixel)); });
+    forEachPixel(raster, [&](uchar* pixel) {
+        const auto grey = static_cast<uchar>((luminance(pixel) * 255 + lightest / 2) / lightest);
+        std::fill_n(pixel, 3, grey);
+        pixel[3] = 255;
+    });
+}
+
+/// Makes a white shape of the raster: of the picture's own, or, in an opaque picture, of what differs in
+/// luminance from its corners.
+void makeSilhouette(QImage& raster) {
+    bool isOpaque = true;
+    forEachPixel(raster, [&](const uchar* pixel) { isOpaque = isOpaque && pixel[3] == 255; });
+    int ground = 0;
+    int most = 0;
+    if (isOpaque) {
+        const uchar* const first = raster.constScanLine(0);
+        const uchar* const last = raster.constScanLine(raster.height() - 1);
+        const int right = 4 * (raster.width() - 1);
+        ground =
+            (luminance(first) + luminance(first + right) + luminance(last) + luminance(last + right)) / 4;
+        forEachPixel(raster,
+                     [&](const uchar* pixel) { most = std::max(most, std::abs(luminance(pixel) - ground)); });
+    }
+    forEachPixel(raster, [&](uchar* pixel) {
+        const int alpha = most > 0 ? std::abs(luminance(pixel) - ground) * 255 / most : pixel[3];
+        std::fill_n(pixel, 4, static_cast<uchar>(alpha));
+    });
+}
+
+Path outline(const LayoutFile& file, const IconStyle& style, const QRectF& bounds) {
+    switch (file.shape) {
+    case LayoutFile::Shape::Circle:
+        return Path::bezierPathWithOvalInRect(bounds);
+    case LayoutFile::Shape::Rounded:
+        return Path::bezierPathWithRoundedRect(bounds, file.radius * bounds.width(),
+                                               file.radius * bounds.height());
+    case LayoutFile::Shape::Square:
+        break;
+    }
+    if (!style.roundCorner)
+        return Path::bezierPathWithRect(bounds);
+    const double radius = static_cast<double>(style.cornerRadiusPercent);
+    return Path::bezierPathWithRoundedRect(bounds, radius * bounds.width(), radius * bounds.height());
+}
+
+/// An image of that raster.
+Image imageOf(const QImage& raster) {
+    Image image(QSizeF(raster.size()));
+    image.addRepresentation(std::make_shared<BitmapImageRep>(raster));
+    return image;
+}
+
+} // namespace
+
+bool LayoutPictures::has(LayoutPicture picture) const {
+    switch (picture) {
+    case LayoutPicture::Main:
+        return true;
+    case LayoutPicture::Dark:
+        return dark.has_value();
+    case LayoutPicture::Tinted:
+        return tinted.has_value();
+    case LayoutPicture::Foreground:
+        return foreground.has_value();
+    case LayoutPicture::Monochrome:
+        return monochrome.has_value();
+    }
+    return false;
+}
+
+int LayoutRenderer::shapeSide(const LayoutFile& file, int side) {
+    const int margin = static_cast<int>(std::lround(side * (1 - file.inset) / 2));
+    return std::max(1, side - 2 * margin);
+}
+
+const Image& LayoutRenderer::source(LayoutPicture picture) const {
+    switch (picture) {
+    case LayoutPicture::Main:
+        break;
+    case LayoutPicture::Dark:
+        return m_pictures.dark ? *m_pictures.dark : m_pictures.main;
+    case LayoutPicture::Tinted:
+        return m_pictures.tinted ? *m_pictures.tinted : m_pictures.main;
+    case LayoutPicture::Foreground:
+        return m_pictures.foreground ? *m_pictures.foreground : m_pictures.main;
+    case LayoutPicture::Monochrome:
+        return m_pictures.monochrome ? *m_pictures.monochrome : source(LayoutPicture::Foreground);
+    }
+    return m_pictures.main;
+}
+
+Result<QImage> LayoutRenderer::drawnPicture(LayoutPicture picture, int side) const {
+    Result<QImage> raster = drawnRaster(source(picture), QSizeF(side, side));
+    if (!raster)
+        return raster;
+    if (const Result<Done> own = makeOwn(*raster); !own)
+        return own.error();
+    if (picture == LayoutPicture::Tinted)
+        makeGrey(*raster);
+    if (picture == LayoutPicture::Monochrome)
+        makeSilhouette(*raster);
+    return raster;
+}
+
+Result<QImage> LayoutRenderer::raster(const LayoutFile& file, int side) const {
+    const int inner = shapeSide(file, side);
+    Result<QImage> picture = drawnPicture(file.picture, inner);
+    if (!picture)
+        return picture;
+    const bool isSquare = file.shape == LayoutFile::Shape::Square;
+    if (file.hasGround && !isSquare)
+        layOnGround(*picture, m_background);
+    Result<GraphicsContext> context = GraphicsContext::create(QSizeF(side, side), 1);
+    if (!context)
+        return context.error();
+    const double margin = (side - inner) / 2.0;
+    const QRectF bounds(margin, margin, inner, inner);
+    Path path = outline(file, m_style, bounds);
+    if (!isSquare || m_style.roundCorner) {
+        if (const Result<Done> clipped = context->addClip(path); !clipped)
+            return clipped.error();
+    }
+    if (const Result<Done> drawn = context->drawImage(imageOf(*picture), bounds); !drawn)
+        return drawn.error();
+    if (m_style.border) {
+        path.setLineWidth(static_cast<double>(m_style.borderWidth) * inner);
+        if (const Result<Done> stroked = context->stroke(path, m_style.borderColor); !stroked)
+            return stroked.error();
+    }
+    Result<QImage> raster = context->raster();
+    if (!raster)
+        return raster;
+    if (const Result<Done> own = makeOwn(*raster); !own)
+        return own.error();
+    if (file.hasGround && isSquare)
+        layOnGround(*raster, m_background);
+    return raster;
+}

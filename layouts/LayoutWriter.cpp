@@ -1,0 +1,198 @@
+#include "layouts/LayoutWriter.h"
+
+#include "base/StageTimes.h"
+#include "files/AtomicFile.h"
+#include "files/FilePath.h"
+#include "files/Folder.h"
+#include "files/PathBytes.h"
+#include "files/RegularFile.h"
+#include "generation/IconContainer.h"
+#include "imaging/icns/IcnsWriter.h"
+#include "imaging/ico/IcoWriter.h"
+#include "imaging/png/PngStore.h"
+#include "layouts/LayoutTemplate.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <functional>
+
+namespace {
+
+using Format = LayoutFile::Format;
+
+constexpr qint64 mostTextBytes = 4 << 20;
+
+/// The sides of the pictures in a file.
+std::vector<int> sidesOf(const LayoutFile& file) {
+    if (file.format != Format::Icns)
+        return file.sizes;
+    // Largest first, as they are stored.
+    std::vector<int> sides(IconContainer::sides.begin(), IconContainer::sides.end());
+    std::ranges::reverse(sides);
+    return sides;
+}
+
+/// Makes the bytes of a layout's files.
+class Encoding {
+  public:
+    Encoding(const LayoutInput& input, const Layout& layout, const std::vector<LayoutFile>& written)
+        : m_input(input),
+          m_layout(layout),
+          m_written(written),
+          m_renderer(m_input.pictures, input.style, input.background),
+          m_keeping(m_pngs) {}
+
+    Result<QByteArray> bytes(const LayoutFile& file) {
+        switch (file.format) {
+        case Format::Png:
+            return png(file);
+        case Format::Ico:
+            return ico(file);
+        case Format::Icns:
+            return icns(file);
+        case Format::Svg:
+            return m_input.pictures.document;
+        case Format::Text:
+            break;
+        }
+        return filledTemplate(file, m_layout.files, m_written, {m_input.name, m_input.background});
+    }
+
+  private:
+    Result<QByteArray> png(const LayoutFile& file) {
+        const Result<QImage> raster = m_renderer.raster(file, file.sizes.front());
+        if (!raster)
+            return raster.error();
+        return m_pngs.encoded(*raster, file.isOpaque ? PngChannels::Rgb : PngChannels::Rgba);
+    }
+
+    Result<QByteArray> ico(const LayoutFile& file) {
+        std::vector<QImage> rasters;
+        for (const int side : file.sizes) {
+            Result<QImage> raster = m_renderer.raster(file, side);
+            if (!raster)
+                return raster.error();
+            rasters.push_back(std::move(*raster));
+        }
+        return encodeIco(rasters, &m_pngs);
+    }
+
+    Result<QByteArray> icns(const LayoutFile& file) {
+        IcnsWriter writer;
+        for (const int side : sidesOf(file)) {
+            const Result<QImage> raster = m_renderer.raster(file, side);
+            if (!raster)
+                return raster.error();
+            if (const auto added = writer.addImage(*raster, &m_pngs); !added)
+                return added.error();
+        }
+        return writer.data();
+    }
+
+    const LayoutInput& m_input;
+    const Layout& m_layout;
+    const std::vector<LayoutFile>& m_written;
+    LayoutRenderer m_renderer;
+    PngStore m_pngs;
+    PngStore::Keeping m_keeping;
+};
+
+/// Whether a text file of somebody else is there, which stays.
+bool isOthers(const LayoutFile& file, const QString& path) {
+    if (!file.keepsOthers)
+        return false;
+    const Result<QByteArray> there = RegularFile::read(PathBytes::encoded(path).toStdString(), mostTextBytes);
+    return there ? !there->contains(file.ours.toUtf8()) : there.error().code != ErrorCode::NotFound;
+}
+
+/// The error where a file of the same name has another ending.
+Result<Done> checkEnding(const LayoutFile& file, const QString& path) {
+    if (!file.hasOneEnding)
+        return Done{};
+    const QFileInfo wanted(path);
+    for (const QString& other :
+         wanted.dir().entryList({wanted.baseName() + QStringLiteral(".*")}, QDir::Files | QDir::Hidden)) {
+        if (other == wanted.fileName() || other.section(u'.', 0, 0) != wanted.baseName())
+            continue;
+        return Error{
+            ErrorCode::NotWritable,
+            QStringLiteral("%1 is there already, and a build takes only one of the two; remove it first")
+                .arg(other)};
+    }
+    return Done{};
+}
+
+Result<QByteArray> writtenBytes(Encoding& encoding, const LayoutFile& file, const QString& path) {
+    if (const Result<Done> checked = checkEnding(file, path); !checked)
+        return checked.error();
+    Result<QByteArray> bytes = encoding.bytes(file);
+    if (!bytes)
+        return bytes;
+    const StageTimes::Timer timer(Stage::Write);
+    if (const Result<Done> made = Folder::create(deletingLastPathComponent(path)); !made)
+        return made.error();
+    if (const Result<Done> written = AtomicFile::write(path, *bytes); !written)
+        return written.error();
+    return bytes;
+}
+
+} // namespace
+
+std::vector<LayoutFile> LayoutWriter::writtenFiles(const Layout& layout, const LayoutPictures& pictures) {
+    std::vector<LayoutFile> files;
+    std::ranges::copy_if(layout.files, std::back_inserter(files), [&](const LayoutFile& file) {
+        if (file.format == Format::Svg)
+            return !pictures.document.isEmpty();
+        return !file.isOnlyIfGiven || pictures.has(file.picture);
+    });
+    return files;
+}
+
+std::vector<QSizeF> LayoutWriter::renders(const std::vector<LayoutFile>& files) {
+    std::vector<QSizeF> sizes;
+    for (const LayoutFile& file : files) {
+        for (const int side : sidesOf(file)) {
+            const int inner = LayoutRenderer::shapeSide(file, side);
+            sizes.emplace_back(inner, inner);
+        }
+    }
+    return sizes;
+}
+
+void LayoutWriter::write(const Layout& layout, const LayoutInput& input, GenerationObserver& observer) {
+    const std::vector<LayoutFile> files = writtenFiles(layout, input.pictures);
+    Encoding encoding(input, layout, files);
+    for (const LayoutFile& file : files) {
+        const QString path = appendingPathComponent(input.out, file.path);
+        if (isOthers(file, path))
+            continue;
+        const Result<QByteArray> bytes = writtenBytes(encoding, file, path);
+        if (!bytes) {
+            observer.failed(path, bytes.error());
+            continue;
+        }
+        const std::vector<int> sides = sidesOf(file);
+        const int side = sides.empty() ? 0 : *std::ranges::max_element(sides);
+        observer.fileWritten({layout.name, path, QSize(side, side), bytes->size()});
+    }
+}
+
+std::vector<LayoutNote> LayoutWriter::notes(const Layout& layout, const QString& out) {
+    std::vector<LayoutNote> lacking;
+    for (const LayoutNote& note : layout.notes) {
+        const Result<QByteArray> text = RegularFile::read(
+            PathBytes::encoded(appendingPathComponent(out, note.file)).toStdString(), mostTextBytes);
+        if (!text)
+            continue;
+        const QString there = QString::fromUtf8(*text);
+        const bool hasLine = note.pattern.isEmpty() ? there.contains(note.line)
+                                                    : there.contains(QRegularExpression(note.pattern));
+        if (!hasLine)
+            lacking.push_back(note);
+    }
+    return lacking;
+}
