@@ -59,7 +59,7 @@ int runCustomIconSet(const CustomIconOptions& options) {
         if (!options.create && !FileItem::isThere(options.path))
             return about(options.path, missing());
         // If there are several resources of a type, old systems show the first one, which is the oldest.
-        if (const Result<Done> removed =
+        if (Result<Done> removed =
                 options.compatibility ? CustomIcon::removeCompatibility(options.path) : Done{};
             !removed)
             return removed;
@@ -71,7 +71,7 @@ int runCustomIconRemove(const CustomIconOptions& options) {
     return run(options, QStringLiteral("the icon could not be removed"), [&]() -> Result<Done> {
         if (FileItem::isFolder(options.path))
             return CustomIcon::removeFromFolder(options.path).result;
-        if (const Result<Done> removed = CustomIcon::removeCompatibility(options.path); !removed)
+        if (Result<Done> removed = CustomIcon::removeCompatibility(options.path); !removed)
             return removed;
         return CustomIcon::removeFromFile(options.path).result;
     });
