@@ -104,7 +104,6 @@ bool isHarmless(QByteArrayView format, QByteArrayView text) {
     static constexpr QByteArrayView harmless[] = {
         "Old-style LZW codes",
         "LZWDecode: Strip %u not terminated with EOI code",
-        "Discarding %ld bytes to avoid buffer overrun",
         "Too large strip byte count",
         "Too large tile byte count",
         "JPEG strip size exceeds expected dimensions",
