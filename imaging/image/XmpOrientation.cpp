@@ -33,8 +33,10 @@ std::optional<int> PictureReader::xmpOrientation(QByteArrayView packet) {
                 break;
             if (depth == 1 && xml.attributes().hasAttribute(tiff, property))
                 return number(xml.attributes().value(tiff, property));
-            if (depth == 2 && xml.name() == property && xml.namespaceUri() == tiff)
-                return number(xml.readElementText());
+            if (depth == 2 && xml.name() == property && xml.namespaceUri() == tiff) {
+                const QString text = xml.readElementText();
+                return xml.hasError() ? std::nullopt : number(text);
+            }
             ++depth;
             break;
         case QXmlStreamReader::EndElement:
