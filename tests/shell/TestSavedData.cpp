@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QPushButton>
+#include <QThread>
 #include <QUndoStack>
 
 #include <sys/mount.h>
@@ -256,7 +257,11 @@ TEST_F(SavedDataTest, the_running_program_goes_on_or_ends_as_the_answer_says) {
             answer.stop();
             answerNextAlert(cancels ? QStringLiteral("Cancel") : QStringLiteral("Quit anyway"));
         });
-        const auto isAnswered = [&] { return !answer.isActive() && visible<Alert>() == nullptr; };
+        // The alert has an event loop of its own, which goes on for a while when the alert is hidden.
+        const auto isAnswered = [&] {
+            return !answer.isActive() && visible<Alert>() == nullptr &&
+                   QThread::currentThread()->loopLevel() == 1;
+        };
         const int status = run({[&] { change(); },
                                 [&] {
                                     disk.emplace();
