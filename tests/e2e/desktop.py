@@ -183,6 +183,8 @@ class Desktop:
 
     def elements(self, role=None):
         """The accessible elements of the application: all of them, or those with the role `role`."""
+        # A role's number is the same in all versions; the name of "push button" is "button" in newer ones.
+        wanted = role and getattr(self.atspi.Role, role.replace(" ", "_").upper())
 
         def below(element):
             for i in range(element.get_child_count()):
@@ -200,7 +202,7 @@ class Desktop:
             for element in below(application):
                 with contextlib.suppress(Exception):  # the element may be gone by now
                     element.clear_cache()
-                    if role in (None, element.get_role_name()):
+                    if role is None or element.get_role() == wanted:
                         found.append(element)
         return found
 
