@@ -1,6 +1,7 @@
 #include "tests/support/Refusals.h"
 
 #include "imaging/io/ImageSource.h"
+#include "tests/support/Slowness.h"
 
 #include <QElapsedTimer>
 
@@ -31,5 +32,5 @@ void Refusals::expectAtOnce(const std::function<void()>& body) {
     QElapsedTimer timer;
     timer.start();
     body();
-    EXPECT_LT(timer.elapsed(), 500);
+    EXPECT_LT(timer.elapsed(), 500 * slowness);
 }

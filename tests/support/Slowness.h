@@ -1,7 +1,9 @@
 #pragma once
 
-/// The factor for time limits: sanitizers make a program slow.
-#if defined(__SANITIZE_ADDRESS__)
+/// The factor for time limits: sanitizers and emulators make a program slow.
+#if defined(RUNS_IN_EMULATOR)
+inline constexpr int slowness = 40;
+#elif defined(__SANITIZE_ADDRESS__)
 inline constexpr int slowness = 10;
 #else
 inline constexpr int slowness = 1;

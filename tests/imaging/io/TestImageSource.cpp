@@ -1,6 +1,7 @@
 #include "imaging/io/ImageSource.h"
 #include "tests/support/Fixtures.h"
 #include "tests/support/Pictures.h"
+#include "tests/support/Slowness.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -45,7 +46,7 @@ void expectUnreadable(const std::string& path, ErrorCode code) {
     ASSERT_FALSE(picture) << path;
     EXPECT_EQ(picture.error().code, code) << picture.error().sentence.toStdString();
     EXPECT_FALSE(picture.error().sentence.isEmpty());
-    EXPECT_LT(timer.elapsed(), 1000) << path;
+    EXPECT_LT(timer.elapsed(), 1000 * slowness) << path;
 }
 
 /// Sets the limit of Qt's readers in the environment, as long as this object exists.
