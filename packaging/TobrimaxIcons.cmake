@@ -4,17 +4,20 @@
 #                    [CATALOGUE FILE]         default: the built-in sizes
 #                    [ROUND_CORNER FRACTION]  radius of the corners, as a part of the side
 #                    [BORDER FRACTION]        width of the border, as a part of the side
-#                    [BORDER_COLOR COLOR])
+#                    [BORDER_COLOR COLOR]
+#                    [BACKGROUND COLOR]       an opaque colour under the icons
+#                    [LAYOUT NAME-OR-FILE…]   the files of these layouts in FOLDER, instead of platforms
+#                    [NAME NAME])             the app's name, for layouts
 #
 # Adds a target that makes the app icons of a picture in a folder; the default build includes it. The icons are made again
-# when the picture, the catalogue, an argument or the program changes. A relative PICTURE or CATALOGUE is in the current
-# source folder, a relative OUTPUT in the current build folder. A custom command of the same CMakeLists.txt may make the
+# when the picture, the catalogue, an argument or the program changes. A relative PICTURE or CATALOGUE, and a LAYOUT with
+# a slash or the ending .toml, is in the current source folder, a relative OUTPUT in the current build folder. A custom command of the same CMakeLists.txt may make the
 # PICTURE. The words and numbers are those of `tobrimax-cli generate`; a wrong one stops CMake with the program's sentence.
 cmake_policy(VERSION 3.18)
 
 function(tobrimax_add_icons target)
-  set(each_once PICTURE OUTPUT CATALOGUE ROUND_CORNER BORDER BORDER_COLOR)
-  cmake_parse_arguments(PARSE_ARGV 1 ICONS "" "${each_once}" PLATFORM)
+  set(each_once PICTURE OUTPUT CATALOGUE ROUND_CORNER BORDER BORDER_COLOR BACKGROUND NAME)
+  cmake_parse_arguments(PARSE_ARGV 1 ICONS "" "${each_once}" "PLATFORM;LAYOUT")
   if(ICONS_UNPARSED_ARGUMENTS)
     list(GET ICONS_UNPARSED_ARGUMENTS 0 word)
     message(FATAL_ERROR "tobrimax_add_icons(${target}): '${word}' is no argument of it.")
@@ -34,7 +37,7 @@ function(tobrimax_add_icons target)
   foreach(platform IN LISTS ICONS_PLATFORM)
     list(APPEND options --platform=${platform})
   endforeach()
-  foreach(word ROUND_CORNER BORDER BORDER_COLOR)
+  foreach(word ROUND_CORNER BORDER BORDER_COLOR BACKGROUND NAME)
     if(DEFINED ICONS_${word})
       string(TOLOWER ${word} option)
       string(REPLACE "_" "-" option ${option})
@@ -52,6 +55,13 @@ function(tobrimax_add_icons target)
       list(APPEND inputs "${file}")
       set(${word} "${file}")
     endif()
+  endforeach()
+  foreach(layout IN LISTS ICONS_LAYOUT)
+    if(layout MATCHES "/|\\.toml$")
+      get_filename_component(layout "${layout}" ABSOLUTE)
+      list(APPEND inputs "${layout}")
+    endif()
+    list(APPEND options "--layout=${layout}")
   endforeach()
   if(CATALOGUE)
     list(APPEND options "--catalogue=${CATALOGUE}")

@@ -187,3 +187,15 @@ TEST_F(Refusals, an_output_folder_below_a_link_that_leads_nowhere) {
     expectOutRefused(link + u"/icons"_s, u"link/icons: "_s);
     EXPECT_FALSE(QFileInfo::exists(path(u"nowhere"_s)));
 }
+
+TEST_F(Refusals, a_lower_limit_of_the_environment_is_kept_and_named) {
+    constexpr const char* limit = "QT_IMAGEIO_MAXALLOC";
+    const QString large = pillowPicture(u"large.bmp"_s, u"Image.new('RGB', (600, 600)).save(path)"_s);
+    const QString small = pillowPicture(u"small.bmp"_s, u"Image.new('RGB', (500, 500)).save(path)"_s);
+    qputenv(limit, "1");
+    expectRefused(large, u"the picture has 600 × 600 pixels, for which the 1 MiB of the environment variable "
+                         "QT_IMAGEIO_MAXALLOC are too few"_s);
+    EXPECT_EQ(generate(small).exitStatus, 0);
+    qunsetenv(limit);
+    EXPECT_EQ(generate(large).exitStatus, 0);
+}

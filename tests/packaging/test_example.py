@@ -57,6 +57,9 @@ class Example(unittest.TestCase):
         self.assertEqual({name.partition("/")[0] for name in desktops}, {"mac"})
         self.assertIn("mac/Application.icns", desktops)
         self.assertEqual(len(desktops), 10 + 1)
+        site = self.icons("site_icons")
+        self.assertLessEqual({"favicon.ico", "icon.svg", "apple-touch-icon.png", "manifest.webmanifest"}, site.keys())
+        self.assertIn(b'"name": "Example"', site["manifest.webmanifest"][0])
         # The program makes the same icons from the same arguments.
         out = self.build / "by hand"
         subprocess.run([f"{PREFIX}/bin/tobrimax-cli", "generate", self.picture, "--out", out, "--platform", "mac", "--quiet",
@@ -115,6 +118,16 @@ class Example(unittest.TestCase):
         sizes(21)
         self.built()
         self.assertEqual(int.from_bytes(self.icons("icons")[name][0][16:20], "big"), 21)
+
+    def test_a_changed_layout_makes_them_again(self):
+        layout = self.source / "own.toml"
+        layout.write_text("[[file]]\npath = 'a.png'\nsize = 16\n")
+        self.configured("tobrimax_add_icons(icons PICTURE logo.svg LAYOUT own.toml)")
+        self.built()
+        self.assertEqual(self.icons("icons").keys(), {"a.png"})
+        layout.write_text("[[file]]\npath = 'b.png'\nsize = 16\n")
+        self.built()
+        self.assertEqual(self.icons("icons").keys(), {"a.png", "b.png"})
 
     def test_changed_arguments_make_them_again(self):
         self.configured("tobrimax_add_icons(icons PICTURE logo.svg PLATFORM watch)\n")

@@ -182,22 +182,6 @@ TEST(ImageSource, the_environment_does_not_raise_the_limit) {
     EXPECT_EQ(errorOf(webp), ErrorCode::TooLarge);
 }
 
-TEST(ImageSource, a_lower_limit_of_the_environment_is_kept_and_named) {
-    const EnvironmentLimit limit("1");
-    EXPECT_TRUE(ImageSource::load(fixture("rgb-24.bmp")));
-    EXPECT_TRUE(ImageSource::load(fixture("lossless.webp")));
-    QByteArray bmp = fixture("rgb-24.bmp");
-    qToLittleEndian<qint32>(600, bmp.data() + 18);
-    qToLittleEndian<qint32>(600, bmp.data() + 22);
-    const Result<LoadedPicture> picture = ImageSource::load(bmp);
-    ASSERT_FALSE(picture);
-    EXPECT_EQ(picture.error().code, ErrorCode::TooLarge);
-    EXPECT_EQ(picture.error().sentence.toStdString(),
-              "the picture has 600 × 600 pixels, for which the 1 MiB of the environment variable "
-              "QT_IMAGEIO_MAXALLOC are too few");
-    EXPECT_EQ(qgetenv("QT_IMAGEIO_MAXALLOC"), "1");
-}
-
 TEST(ImageSource, the_limit_is_16384_by_16384_or_as_many_pixels_in_all) {
     EXPECT_TRUE(PictureReader::checkSize(16384, 16384));
     EXPECT_TRUE(PictureReader::checkSize(1000000, 268));
