@@ -7,7 +7,7 @@
 #include <vector>
 
 /// The pictures that a layout's files are made from.
-enum class LayoutPicture { Main, Dark, Tinted, Foreground, Monochrome };
+enum class LayoutPicture { Main, Dark, Tinted, Foreground, Monochrome, None };
 
 /// One file of a layout.
 struct LayoutFile {

@@ -73,7 +73,7 @@ LayoutFile readFile(const QVariantMap& values, std::size_t number, std::optional
                       : formatOf(file.path);
     readSizes(map, file);
     file.picture = static_cast<LayoutPicture>(
-        map.choice("picture", {"main", "dark", "tinted", "foreground", "monochrome"}));
+        map.choice("picture", {"main", "dark", "tinted", "foreground", "monochrome", "none"}));
     file.isOnlyIfGiven = map.flag("if-given");
     file.isOpaque = map.choice("channels", {"rgba", "rgb"}) == 1;
     file.hasGround = map.flag("ground") || file.isOpaque;

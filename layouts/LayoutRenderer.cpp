@@ -90,6 +90,7 @@ Image imageOf(const QImage& raster) {
 bool LayoutPictures::has(LayoutPicture picture) const {
     switch (picture) {
     case LayoutPicture::Main:
+    case LayoutPicture::None:
         return true;
     case LayoutPicture::Dark:
         return dark.has_value();
@@ -111,6 +112,7 @@ int LayoutRenderer::shapeSide(const LayoutFile& file, int side) {
 const Image& LayoutRenderer::source(LayoutPicture picture) const {
     switch (picture) {
     case LayoutPicture::Main:
+    case LayoutPicture::None:
         break;
     case LayoutPicture::Dark:
         return m_pictures.dark ? *m_pictures.dark : m_pictures.main;
@@ -125,6 +127,12 @@ const Image& LayoutRenderer::source(LayoutPicture picture) const {
 }
 
 Result<QImage> LayoutRenderer::drawnPicture(LayoutPicture picture, int side) const {
+    if (picture == LayoutPicture::None) {
+        Result<QImage> empty = newRaster(QSize(side, side), QImage::Format_RGBA8888_Premultiplied);
+        if (empty)
+            empty->fill(Qt::transparent);
+        return empty;
+    }
     Result<QImage> raster = drawnRaster(source(picture), QSizeF(side, side));
     if (!raster)
         return raster;

@@ -138,3 +138,11 @@ TEST(LayoutRenderer, a_tinted_picture_is_grey_and_opaque) {
     EXPECT_EQ(pixel(raster, 0, 0), (Pixel{255, 255, 255, 255}));
     EXPECT_EQ(pixel(raster, 3, 3), (Pixel{0, 0, 0, 255}));
 }
+
+TEST(LayoutRenderer, a_file_without_a_picture_is_its_ground) {
+    const LayoutPictures pictures = picturesOf(Pictures::flat(10, 10, Qt::red));
+    LayoutFile file = square();
+    file.picture = LayoutPicture::None;
+    file.hasGround = true;
+    EXPECT_TRUE(Pictures::same(rasterOf(pictures, file, 30, {}, blue), Pictures::flat(30, 30, Qt::blue)));
+}
