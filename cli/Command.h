@@ -17,8 +17,7 @@ struct Command {
     std::function<Parsed<std::function<int()>>()> prepare;
     /// A hint about a word that is one argument too many; empty if there is no hint.
     std::function<std::string(const std::string& word)> remark;
-    /// The words that an option accepts, under the option's name. Options that accept any text are not
-    /// listed.
+    /// The words that an option or operand knows, under its name. Those that accept any text are not listed.
     std::map<std::string, std::vector<std::string>> choices;
 };
 

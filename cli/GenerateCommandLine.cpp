@@ -154,6 +154,6 @@ Command generateCommand(CLI::App& app) {
             std::ranges::find(platformWords(), word, &Platforms::Choice::word) != platformWords().end();
         return isPlatform ? "; --platform takes one name and may be repeated" : "";
     };
-    command.choices = {{"--platform", platformNames()}};
+    command.choices = {{"--platform", platformNames()}, {"--layout", LayoutWords::names()}};
     return command;
 }

@@ -1,5 +1,14 @@
 #include "cli/LayoutWords.h"
 
+#include "layouts/LayoutCatalogue.h"
+
+std::vector<std::string> LayoutWords::names() {
+    std::vector<std::string> names;
+    for (const QString& name : LayoutCatalogue::names())
+        names.push_back(name.toStdString());
+    return names;
+}
+
 void LayoutWords::addTo(CLI::App& command) {
     command
         .add_option("--layout", layouts,

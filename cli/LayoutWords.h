@@ -18,6 +18,9 @@ struct LayoutWords {
     std::string foreground;
     std::string monochrome;
 
+    /// The built-in layouts.
+    static std::vector<std::string> names();
+
     /// Adds the options to `command`.
     void addTo(CLI::App& command);
 

@@ -1,5 +1,6 @@
 // Parses the command line of `layouts`.
 #include "cli/Command.h"
+#include "cli/LayoutWords.h"
 #include "cli/LayoutsCommand.h"
 
 #include <memory>
@@ -27,5 +28,6 @@ Command layoutsCommand(CLI::App& app) {
             return *error;
         return [options] { return runLayouts(options); };
     };
+    command.choices = {{"NAME", LayoutWords::names()}};
     return command;
 }

@@ -3,6 +3,11 @@
 # No word that is offered has a space, so that they may be split where spaces are.
 # shellcheck shell=bash disable=SC2207
 
+# The names of the layouts.
+_tobrimax_cli_layouts() {
+    tobrimax-cli layouts 2>/dev/null | cut -d ' ' -f 1
+}
+
 _tobrimax_cli() {
     local cur prev words cword split
     _init_completion -s || return
@@ -71,7 +76,7 @@ _tobrimax_cli() {
         ;;
     --layout)
         _filedir
-        COMPREPLY+=($(compgen -W "$(tobrimax-cli layouts 2>/dev/null | cut -d ' ' -f 1)" -- "$cur"))
+        COMPREPLY+=($(compgen -W "$(_tobrimax_cli_layouts)" -- "$cur"))
         return
         ;;
     --format)
@@ -83,9 +88,8 @@ _tobrimax_cli() {
 
     if ((!ended)) && [[ $cur == -* || $given -ge $operands ]]; then
         COMPREPLY=($(compgen -W "$options --help" -- "$cur"))
-    elif [[ $command == layouts ]]; then
-        COMPREPLY=($(compgen -W "$(tobrimax-cli layouts 2>/dev/null | cut -d ' ' -f 1)" -- "$cur"))
     elif ((given < operands)); then
         _filedir
+        [[ $command != layouts ]] || COMPREPLY+=($(compgen -W "$(_tobrimax_cli_layouts)" -- "$cur"))
     fi
 } && complete -F _tobrimax_cli tobrimax-cli

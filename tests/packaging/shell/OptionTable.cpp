@@ -1,6 +1,6 @@
 // Prints what the parser of tobrimax-cli takes as one JSON document: an array of commands in the order of
-// their help, the program itself first, as the command "". Each has its "command", "subcommands", "operands"
-// and "options".
+// their help, the program itself first, as the command "". Each has its "command", "subcommands", "operands",
+// "operandChoices" (the words that these know), "areOperandsRequired" and "options".
 #include "cli/Command.h"
 
 #include <QJsonArray>
@@ -47,10 +47,15 @@ void append(QJsonArray& table, const CLI::App& command, const std::string& words
             const std::vector<Command>& commands) {
     const auto found = std::ranges::find(commands, &command, &Command::app);
     QJsonArray operands;
+    QJsonArray operandChoices;
+    bool areOperandsRequired = true;
     QJsonArray options;
     for (const CLI::Option* option : command.get_options()) {
         if (option->get_positional()) {
             operands.append(shown(option->get_name(true)));
+            areOperandsRequired = areOperandsRequired && option->get_required();
+            if (found != commands.end() && found->choices.contains(option->get_name(true)))
+                operandChoices = array(found->choices.at(option->get_name(true)));
             continue;
         }
         std::vector<std::string> choices;
@@ -64,6 +69,8 @@ void append(QJsonArray& table, const CLI::App& command, const std::string& words
     table.append(QJsonObject{{u"command"_s, shown(words)},
                              {u"subcommands"_s, array(names)},
                              {u"operands"_s, operands},
+                             {u"operandChoices"_s, operandChoices},
+                             {u"areOperandsRequired"_s, areOperandsRequired},
                              {u"options"_s, options}});
     for (const CLI::App* below : command.get_subcommands({}))
         append(table, *below, (words.empty() ? "" : words + " ") + below->get_name(), commands);

@@ -19,7 +19,7 @@ import shells
 FOLDERS = {"icons", "two words"}
 FILES = {"mac", "logo.svg", "a picture.png"}
 # The values that are files or folders, by the word that the help has for them.
-PATHS = {"DIR": FOLDERS, "FILE": FOLDERS | FILES, "FILE.icns": FOLDERS | FILES}
+PATHS = {"DIR": FOLDERS, **dict.fromkeys(("FILE", "FILE.icns", "PICTURE", "NAME|FILE"), FOLDERS | FILES)}
 
 shell_class = program = option_table = cmake = build_folder = None
 
@@ -80,9 +80,10 @@ class CompletionTest(unittest.TestCase):
         for option, fixed in self.options_with_values():
             if option["choices"]:
                 count += 1
-                self.expect(option["choices"], fixed)
-                self.expect(option["choices"], fixed, option["choices"][0][:2])
-        self.assertEqual(count, 4, "--platform and --format")
+                words = {*option["choices"], *PATHS.get(option["value"], ())}
+                self.expect(words, fixed)
+                self.expect(words, fixed, option["choices"][0][:2])
+        self.assertEqual(count, 6, "--platform, --layout and --format")
 
     def test_files_and_folders_that_an_option_takes(self):
         for option, fixed in self.options_with_values():
@@ -94,17 +95,19 @@ class CompletionTest(unittest.TestCase):
         for option, fixed in self.options_with_values():
             if option["isRepeatable"]:
                 name = option["names"][-1]
-                self.expect(option["choices"], f"{fixed}{option['choices'][0]} {name} ")
+                words = {*option["choices"], *PATHS.get(option["value"], ())}
+                self.expect(words, f"{fixed}{option['choices'][0]} {name} ")
                 self.expect([name], f"{fixed}{option['choices'][0]} ", name)
 
     def test_operands(self):
         for command, words in self.commands():
+            operands = FOLDERS | FILES | set(command["operandChoices"])
             for count in range(len(command["operands"])):
                 given = words + "x.icns " * count
-                self.expect(FOLDERS | FILES, given)
-                self.expect(FOLDERS | FILES, given, "l")
+                self.expect(operands, given)
+                self.expect(operands, given, "l")
             if command["operands"]:
-                self.expect(FOLDERS | FILES, words + "-- ")
+                self.expect(operands, words + "-- ")
                 given = words + "x.icns " * len(command["operands"])
                 self.assertEqual(self.offered(given) & (FOLDERS | FILES), set(), f"too many behind '{given}'")
 
@@ -114,7 +117,7 @@ class CompletionTest(unittest.TestCase):
         for command, words in self.commands():
             for option in command["options"] if command["operands"] else []:
                 if not option["value"] and "--help" not in option["names"]:
-                    self.expect(FOLDERS | FILES, f"{words}{option['names'][-1]} ")
+                    self.expect(FOLDERS | FILES | set(command["operandChoices"]), f"{words}{option['names'][-1]} ")
 
 
 if __name__ == "__main__":

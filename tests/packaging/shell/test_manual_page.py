@@ -47,7 +47,8 @@ class ManualPageTest(unittest.TestCase):
                     continue
                 text = written(option, "|")
                 lines.append(f".{text}" if option["isRequired"] else f".Op {text}")
-            lines += [f".Ar {operand}" for operand in command["operands"]]
+            kind = ".Ar" if command["areOperandsRequired"] else ".Op Ar"
+            lines += [f"{kind} {operand}" for operand in command["operands"]]
             wanted.append("\n".join(lines))
         found = [lines.strip() for lines in self.section("SYNOPSIS").split(".Nm\n")]
         self.assertEqual(found, ["", *wanted])
@@ -69,7 +70,7 @@ class ManualPageTest(unittest.TestCase):
                     item = self.descriptions[command["command"]].split(f".It {written(option, ',')}\n")[1]
                     item = re.split(r"^\.(?:It|El)", item, flags=re.MULTILINE)[0]
                     self.assertEqual(re.findall(r"^\.Cm (\S+)", item, re.MULTILINE), option["choices"])
-        self.assertEqual(count, 2, "--platform and --format")
+        self.assertEqual(count, 3, "--platform, --layout and --format")
 
     @unittest.skipUnless(shutil.which("mandoc"), "mandoc is not installed")
     def test_form_by_mandoc(self):
