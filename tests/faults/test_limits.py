@@ -7,6 +7,7 @@ status 77)."""
 import ctypes
 import os
 import pathlib
+import plistlib
 import random
 import resource
 import signal
@@ -15,6 +16,8 @@ import sys
 import tempfile
 import time
 import unittest
+
+from PIL import Image
 
 import test_faults
 from test_faults import Container, Export, Icons, Sidecar, Store
@@ -143,6 +146,28 @@ class LimitTest(unittest.TestCase):
             with self.subTest(memory=memory):
                 outcomes.append(self.check_run(subject, limits={resource.RLIMIT_AS: memory}))
         self.assertIn(False, outcomes)
+
+    def test_little_memory_for_a_large_icon(self):
+        """Want of memory is told as such, and not as an icon that can't be made."""
+        catalogue = self.folder / "catalogue.plist"
+        entry = {"Name": "large", "Dimensions": "{9000, 9000}"}
+        catalogue.write_bytes(plistlib.dumps([{"large": entry}, {}, {}, {}, {}]))
+        picture = self.folder / "picture.png"
+        Image.radial_gradient("L").save(picture)
+        outcomes = []
+        for megabytes in (300, 400, 500, 1500):
+            memory = megabytes << 20
+            result = subprocess.run(
+                [test_faults.PROGRAM, "generate", picture, "--out", self.folder / "out", "--catalogue", catalogue, "--platform",
+                 "iphone", "--quiet"],
+                capture_output=True, timeout=120,
+                preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (memory, memory)))
+            outcomes.append(result.returncode)
+            errors = [line for line in result.stderr.decode().splitlines() if "error: " in line]
+            told = "tobrimax-cli: error: iphone/AppIcon.appiconset/large.png: " \
+                   "not enough memory for an icon of 9000 × 9000 points"
+            self.assertEqual(errors, [told] if result.returncode else [])
+        self.assertEqual((outcomes[0], outcomes[-1]), (1, 0))
 
     def test_two_at_once(self):
         """Both runs succeed, and each file is completely from one of them."""
