@@ -74,7 +74,7 @@ Path outline(const LayoutFile& file, const IconStyle& style, const QRectF& bound
     }
     if (!style.roundCorner)
         return Path::bezierPathWithRect(bounds);
-    const double radius = static_cast<double>(style.cornerRadiusPercent);
+    const auto radius = static_cast<double>(style.cornerRadiusPercent);
     return Path::bezierPathWithRoundedRect(bounds, radius * bounds.width(), radius * bounds.height());
 }
 

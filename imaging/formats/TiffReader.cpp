@@ -174,7 +174,7 @@ class BlockReader {
             return failure(stream);
         // Full rows of four-byte pixels are read directly into the raster.
         const bool inPlace = !m_kind.isTiled && !m_kind.hasPlanes && m_kind.layout.bytesPerPixel() == 4;
-        if (const Result<Done> allowed = PictureReader::checkWorkingMemory(
+        if (Result<Done> allowed = PictureReader::checkWorkingMemory(
                 inPlace ? 0 : qint64{m_rowBytes} * m_height, m_raster.width(), m_raster.height(),
                 QStringLiteral("a TIFF picture in few strips or tiles"));
             !allowed)
