@@ -59,12 +59,55 @@ bool hasEndlessKey(std::string_view toml) {
     return false;
 }
 
+/// Behind the string that begins at `at`, or at the line's end where a string of one line has no end.
+std::size_t behindString(std::string_view toml, std::size_t at) {
+    const char quote = toml[at];
+    const std::string_view three = quote == '"' ? "\"\"\"" : "'''";
+    const bool hasLines = toml.substr(at).starts_with(three);
+    at += hasLines ? three.size() : 1;
+    while (at < toml.size()) {
+        if (toml[at] == '\\' && quote == '"') {
+            at += 2;
+        } else if (hasLines ? toml.substr(at).starts_with(three) : toml[at] == quote) {
+            at += hasLines ? three.size() : 1;
+            // Up to two quotes may stand before the three that end it.
+            for (int i = 0; hasLines && i < 2 && at < toml.size() && toml[at] == quote; ++i)
+                ++at;
+            return at;
+        } else if (!hasLines && toml[at] == '\n') {
+            return at;
+        } else {
+            ++at;
+        }
+    }
+    return toml.size();
+}
+
+/// Whether a byte outside of strings and comments is no ASCII. TOML allows none there, and toml++ 3.3 does
+/// not end well with some.
+bool hasStrayBytes(std::string_view toml) {
+    for (std::size_t at = toml.starts_with("\xef\xbb\xbf") ? 3 : 0; at < toml.size();) {
+        if (static_cast<unsigned char>(toml[at]) > 0x7f)
+            return true;
+        if (toml[at] == '#')
+            at = std::min(toml.find('\n', at), toml.size());
+        else if (toml[at] == '"' || toml[at] == '\'')
+            at = behindString(toml, at);
+        else
+            ++at;
+    }
+    return false;
+}
+
 } // namespace
 
 Result<QVariantMap> parsedToml(const QByteArray& bytes) {
     const std::string_view text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     if (hasEndlessKey(text))
         return Error{ErrorCode::Malformed, QStringLiteral("a key has too many parts")};
+    if (hasStrayBytes(text))
+        return Error{ErrorCode::Malformed,
+                     QStringLiteral("only strings and comments may have letters beyond ASCII")};
     const toml::parse_result parsed = toml::parse(text);
     if (parsed)
         return mapOf(parsed.table());

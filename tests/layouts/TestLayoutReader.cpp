@@ -115,6 +115,11 @@ TEST(LayoutReader, what_is_wrong_is_told_with_its_place_and_the_nearest_word) {
          "variable a: \"pattern\" is no regular expression"},
         {"[variable.a]\nfile = \"b\"\npattern = \"c\"\ndefault = \"b\"",
          "variable a: \"pattern\" wants a group"},
+        {"\xc3\xa9 = 1", "only strings and comments may have letters beyond ASCII"},
+        {"title = \"a\" \xc3\xa9", "only strings and comments may have letters beyond ASCII"},
+        {"title = '''a''''' \xc3\xa9", "only strings and comments may have letters beyond ASCII"},
+        {"title = \"\xc3\xa9\\\"\xc3\xa9\" # \xc3\xa9", "it has no files"},
+        {"title = \"\"\"\xc3\xa9\n\xc3\xa9\"\"\"", "it has no files"},
         {"file = 3", "\"file\" takes a list of tables"},
         {"\xef\xbb\xbf[[file]]\npath = 3", "file 1 (3): \"path\" takes a text"}};
     for (const auto& [toml, sentence] : cases)
