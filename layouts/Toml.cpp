@@ -62,7 +62,7 @@ bool hasEndlessKey(std::string_view toml) {
 /// Behind the string that begins at `at`, or at the line's end where a string of one line has no end.
 std::size_t behindString(std::string_view toml, std::size_t at) {
     const char quote = toml[at];
-    const std::string_view three = quote == '"' ? "\"\"\"" : "'''";
+    const std::string_view three = quote == '"' ? R"(""")" : "'''";
     const bool hasLines = toml.substr(at).starts_with(three);
     at += hasLines ? three.size() : 1;
     while (at < toml.size()) {
