@@ -66,7 +66,7 @@ QImage soft(int width, int height) {
 
 } // namespace
 
-TEST_F(ImageExportTest, the_formats_are_as_tabled) {
+TEST_F(ImageExportTest, each_number_has_its_type_and_properties) {
     struct Row {
         const char* text;
         const char* type;
@@ -233,7 +233,7 @@ TEST_F(ImageExportTest, a_table_is_made_of_any_number_of_colours) {
     EXPECT_EQ(picture.indexes.size(), 400U * 300U);
 }
 
-TEST_F(ImageExportTest, bmp_of_more_bytes_than_it_can_tell_is_none) {
+TEST_F(ImageExportTest, a_picture_too_large_for_a_bmp_header_is_refused) {
     // The picture is refused before its pixels are read, so the buffer needs only one.
     const uchar pixel[4] = {};
     const QImage large(pixel, 32768, 16384, QImage::Format_RGBA8888_Premultiplied);
@@ -271,7 +271,7 @@ TEST_F(ImageExportTest, a_format_that_cannot_tell_so_many_pixels_says_so) {
     EXPECT_TRUE(saved.error().sentence.contains(QStringLiteral("65535")));
 }
 
-TEST_F(ImageExportTest, gif_of_more_pixels_than_it_can_tell_is_none) {
+TEST_F(ImageExportTest, a_picture_too_large_for_a_gif_header_is_refused) {
     EXPECT_EQ(encodeGif(Pictures::flat(65536, 1, Qt::red)).error().code, ErrorCode::TooLarge);
     EXPECT_EQ(encodeGif(Pictures::flat(1, 65536, Qt::red)).error().code, ErrorCode::TooLarge);
 }

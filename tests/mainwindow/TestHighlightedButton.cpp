@@ -55,7 +55,7 @@ void PrintTo(const Expected& expected, std::ostream* out) {
 
 class HighlightedButtonLook : public testing::TestWithParam<Expected> {};
 
-TEST_P(HighlightedButtonLook, is_as_tabled) {
+TEST_P(HighlightedButtonLook, follows_from_the_tag) {
     const Expected& expected = GetParam();
     HighlightedButton button;
     button.setText(QStringLiteral("Title"));

@@ -144,7 +144,7 @@ TEST(AppleDouble, anything_else_is_refused) {
     expectError(start + big<quint16>(2) + entry(2, 0, 50) + entry(3, 0, 50), ErrorCode::Damaged);
 }
 
-TEST(AppleDouble, more_entries_than_anybody_writes_are_refused) {
+TEST(AppleDouble, too_many_entries_are_refused) {
     const auto fileOf = [](quint16 count) {
         QByteArray entries;
         for (quint32 i = 0; i < count; ++i)
