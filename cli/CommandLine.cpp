@@ -1,6 +1,6 @@
 #include "cli/CommandLine.h"
 
-#include "cli/Command.h"
+#include "cli/common/Command.h"
 #include "cli/text/Terminal.h"
 
 #include <algorithm>

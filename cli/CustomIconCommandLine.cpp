@@ -1,6 +1,6 @@
 // Parses the command lines of `custom-icon`.
-#include "cli/Command.h"
 #include "cli/CustomIconCommands.h"
+#include "cli/common/Command.h"
 
 #include <memory>
 

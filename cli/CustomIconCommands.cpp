@@ -2,7 +2,7 @@
 
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
-#include "cli/InputFile.h"
+#include "cli/common/InputFile.h"
 #include "cli/text/Terminal.h"
 #include "files/FileItem.h"
 #include "iconfamily/CustomIcon.h"

@@ -1,6 +1,6 @@
 #include "cli/ExportCommand.h"
 
-#include "cli/InputFile.h"
+#include "cli/common/InputFile.h"
 #include "cli/text/Terminal.h"
 #include "generation/ImageExport.h"
 #include "imaging/drawing/GraphicsContext.h"

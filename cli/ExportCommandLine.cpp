@@ -1,6 +1,6 @@
 // Parses the command line of `export`.
-#include "cli/Command.h"
 #include "cli/ExportCommand.h"
+#include "cli/common/Command.h"
 #include "imaging/io/PictureFormat.h"
 
 #include <QStringList>

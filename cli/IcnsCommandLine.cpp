@@ -1,7 +1,7 @@
 // Parses the command lines of `icns`.
-#include "cli/Command.h"
 #include "cli/IcnsCommands.h"
-#include "cli/StyleWords.h"
+#include "cli/common/Command.h"
+#include "cli/common/StyleWords.h"
 #include "imaging/io/PictureFormat.h"
 
 #include <memory>

@@ -1,5 +1,5 @@
 #include "cli/IcnsCommands.h"
-#include "cli/InputFile.h"
+#include "cli/common/InputFile.h"
 #include "cli/text/Terminal.h"
 #include "files/PathBytes.h"
 #include "imaging/icns/IcnsInspection.h"

@@ -1,7 +1,7 @@
 // Parses the command line of `layouts`.
-#include "cli/Command.h"
-#include "cli/LayoutWords.h"
 #include "cli/LayoutsCommand.h"
+#include "cli/common/Command.h"
+#include "cli/generate/LayoutWords.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 // Prints what the parser of tobrimax-cli takes as one JSON document: an array of commands in the order of
 // their help, the program itself first, as the command "". Each has its "command", "subcommands", "operands",
 // "operandChoices" (the words that these know), "areOperandsRequired" and "options".
-#include "cli/Command.h"
+#include "cli/common/Command.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,4 +1,4 @@
-#include "cli/CatalogueBundle.h"
+#include "cli/common/CatalogueBundle.h"
 
 #include "generation/IconSizeCatalogue.h"
 

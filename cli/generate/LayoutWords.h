@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/GenerateOptions.h"
+#include "cli/generate/GenerateOptions.h"
 #include "cli/text/OptionText.h"
 
 #include <CLI/CLI.hpp>

@@ -1,4 +1,4 @@
-#include "cli/LayoutWords.h"
+#include "cli/generate/LayoutWords.h"
 
 #include "layouts/LayoutCatalogue.h"
 

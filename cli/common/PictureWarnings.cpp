@@ -1,4 +1,4 @@
-#include "cli/PictureWarnings.h"
+#include "cli/common/PictureWarnings.h"
 
 #include <QLocale>
 

@@ -1,4 +1,4 @@
-#include "cli/OutputTarget.h"
+#include "cli/generate/OutputTarget.h"
 
 #include "base/SystemError.h"
 #include "files/FileItem.h"

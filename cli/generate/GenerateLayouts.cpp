@@ -1,9 +1,9 @@
-#include "cli/GenerateLayouts.h"
+#include "cli/generate/GenerateLayouts.h"
 
 #include "base/StageTimes.h"
-#include "cli/GenerateReport.h"
-#include "cli/OutputTarget.h"
-#include "cli/PictureWarnings.h"
+#include "cli/common/PictureWarnings.h"
+#include "cli/generate/GenerateReport.h"
+#include "cli/generate/OutputTarget.h"
 #include "files/FilePath.h"
 #include "files/PathBytes.h"
 #include "files/RegularFile.h"

@@ -1,4 +1,4 @@
-#include "cli/StyleWords.h"
+#include "cli/common/StyleWords.h"
 
 void StyleWords::addTo(CLI::App& command) {
     command

@@ -1,4 +1,4 @@
-#include "cli/GenerateReport.h"
+#include "cli/generate/GenerateReport.h"
 
 #include "base/StageTimes.h"
 #include "files/FileItem.h"

@@ -1,4 +1,4 @@
-#include "cli/InputFile.h"
+#include "cli/common/InputFile.h"
 
 #include "cli/text/Terminal.h"
 #include "files/PathBytes.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/GenerateOptions.h"
+#include "cli/generate/GenerateOptions.h"
 #include "cli/text/Terminal.h"
 #include "generation/GenerationObserver.h"
 

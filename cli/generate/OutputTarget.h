@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/GenerateReport.h"
+#include "cli/generate/GenerateReport.h"
 
 #include <optional>
 

@@ -1,9 +1,9 @@
 // Parses the command line of `generate`.
-#include "cli/Command.h"
-#include "cli/GenerateCommand.h"
-#include "cli/GenerateLayouts.h"
-#include "cli/LayoutWords.h"
-#include "cli/StyleWords.h"
+#include "cli/common/Command.h"
+#include "cli/common/StyleWords.h"
+#include "cli/generate/GenerateCommand.h"
+#include "cli/generate/GenerateLayouts.h"
+#include "cli/generate/LayoutWords.h"
 #include "imaging/io/PictureFormat.h"
 
 #include <QStringList>
