@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <QPalette>
 #include <QUrl>
+#include <QWindow>
 
 const QString AppDelegate::notShowPromotionWindow = QStringLiteral("notShowPromotionWindow");
 
@@ -81,6 +82,10 @@ void AppDelegate::setupWindowStyle() {
     if (!styled->windowTitle().trimmed().isEmpty())
         styled->setAccessibleName(styled->windowTitle());
     styled->setWindowTitle(QStringLiteral(" "));
+    // A window of the same X11 identity that is hidden and shown at once may stay hidden: the window manager
+    // hears of the two in either order. A new one has no such past.
+    if (QWindow* native = styled->windowHandle())
+        native->destroy();
     styled->setVisible(wasVisible);
     styled->activateWindow();
 }
