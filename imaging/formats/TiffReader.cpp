@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -155,7 +156,15 @@ QImage sharedRaster(TIFF* tiff, const PlainKind& kind, const QByteArray& bytes, 
     return raster;
 }
 
-/// Reads plain samples block by block: a block is a strip or a tile.
+/// Refuses a picture of `size` whose blocks, which are strips or tiles, take `bytes` each.
+Result<Done> checkBlock(std::uint64_t bytes, QSize size) {
+    constexpr std::uint64_t most = std::numeric_limits<qint64>::max();
+    return PictureReader::checkWorkingMemory(static_cast<qint64>(std::min(bytes, most)), size.width(),
+                                             size.height(),
+                                             QStringLiteral("a TIFF picture in few strips or tiles"));
+}
+
+/// Reads plain samples block by block.
 class BlockReader {
   public:
     BlockReader(TIFF* tiff, const PlainKind& kind, QImage& raster)
@@ -174,9 +183,8 @@ class BlockReader {
             return failure(stream);
         // Full rows of four-byte pixels are read directly into the raster.
         const bool inPlace = !m_kind.isTiled && !m_kind.hasPlanes && m_kind.layout.bytesPerPixel() == 4;
-        if (Result<Done> allowed = PictureReader::checkWorkingMemory(
-                inPlace ? 0 : qint64{m_rowBytes} * m_height, m_raster.width(), m_raster.height(),
-                QStringLiteral("a TIFF picture in few strips or tiles"));
+        const tmsize_t blockBytes = inPlace ? 0 : m_rowBytes * m_height;
+        if (Result<Done> allowed = checkBlock(static_cast<std::uint64_t>(blockBytes), m_raster.size());
             !allowed)
             return allowed;
         if (!inPlace)
@@ -260,6 +268,14 @@ Result<QImage> readAsRgba(TiffStream& stream, RowConverter& converter, QImage ra
         return Error{ErrorCode::Unsupported,
                      QStringLiteral("a TIFF picture of a kind that is not read here (%1)")
                          .arg(QString::fromUtf8(cause))};
+    // libtiff unpacks a whole block of each plane before it turns the samples into pixels.
+    const std::uint64_t planes =
+        field<std::uint16_t>(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE
+            ? field<std::uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL, 1)
+            : 1;
+    const std::uint64_t blockBytes = TIFFIsTiled(tiff) != 0 ? TIFFTileSize64(tiff) : TIFFStripSize64(tiff);
+    if (const Result<Done> allowed = checkBlock(planes * blockBytes, raster.size()); !allowed)
+        return allowed.error();
     if (TIFFRGBAImageBegin(&decoder, tiff, 1, cause) == 0)
         return failure(stream, cause);
     // Rows in the file's order: the picture is turned upright later, like any other.

@@ -87,6 +87,14 @@ def tiffs():
             yield shown(f"strip-of-kind-{kind}-longer-by-{more}.tif", tiff({259: (SHORT, kind)}, data=longer), QUARTERS)
     # A strip that unpacks to far more than the picture needs.
     yield shown("deflate-bomb.tif", tiff({259: (SHORT, 8)}, data=packed_zeros(200 << 20)), (0, 0, 0, 255))
+    # libtiff turns these samples into pixels, and unpacks the whole strip or tile before.
+    lab = {258: (SHORT, 8), 259: (SHORT, 8), 262: (SHORT, 8)}
+    few = "a TIFF picture in few strips or tiles of 16384 × 10000 pixels takes 469 MiB"
+    zeros = packed_zeros(1 << 20)
+    yield refused("lab-in-one-strip.tif", tiff(lab | {256: 16384, 257: 10000, 278: 10000}, data=zeros), few)
+    yield refused("lab-in-one-tile.tif",
+                  tiff(lab | {256: 16384, 257: 10000} | tile | {322: 16384, 323: 10000, 325: len(zeros)}, data=zeros), few)
+    yield refused("rgb-in-one-strip.tif", tiff({259: (SHORT, 8), 256: 16384, 257: 10000, 278: 10000}, data=zeros), few)
     for orientation in range(1, 9):
         data = tiff({274: (SHORT, orientation)})
         yield shown(f"orientation-{orientation}.tif", data, tuple(QUARTERS[i] for i in ORIENTED[orientation]))

@@ -55,14 +55,10 @@ class HostileTest(unittest.TestCase):
         self.catalogue.write_bytes(plistlib.dumps([icons, {}, {}, {}, {}]))
 
     def generate(self, path, out, pixels):
-        # A busy machine may take long for a short run, so there are up to three.
-        for _ in range(3):
-            run = Run("generate", "--out", str(out), "--catalogue", str(self.catalogue), "--platform", "iphone", "--",
-                      str(path))
-            if run.seconds <= SECONDS:
-                break
-        self.assertLessEqual(run.seconds, SECONDS)
-        self.assertLessEqual(run.processor_seconds, 2 * SECONDS)
+        run = Run("generate", "--out", str(out), "--catalogue", str(self.catalogue), "--platform", "iphone", "--", str(path))
+        # A busy machine spends time on others too. What is left beyond that is waiting.
+        self.assertLessEqual(run.processor_seconds, SECONDS)
+        self.assertLessEqual(run.seconds, 10 * SECONDS)
         if MEMORY:
             # At most the picture and its reduced copies: a quarter, a sixteenth, and so on.
             self.assertLessEqual(run.bytes, MEMORY + 4 * pixels * 4 // 3)
