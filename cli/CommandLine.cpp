@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 
 #include "cli/common/Command.h"
+#include "cli/text/ErrorDocument.h"
 #include "cli/text/Terminal.h"
 
 #include <algorithm>
@@ -101,6 +102,13 @@ std::string listed(const std::vector<const CLI::App*>& commands) {
     return text;
 }
 
+/// Whether the command line asks for JSON, as far as that can be told of a wrong one.
+bool wantsJson(int argc, const char* const* argv) {
+    const std::vector<std::string> words(argv, argv + argc);
+    const auto end = std::ranges::find(words, "--");
+    return std::find(words.begin(), end, "--json") != end;
+}
+
 ParsedCommandLine complaint(const CLI::App& app, const UsageError& error) {
     std::string help = "tobrimax-cli ";
     for (const CLI::App* command : namedCommands(app))
@@ -161,7 +169,11 @@ int runCommandLine(int argc, const char* const* argv) {
     if (parsed.work)
         return parsed.work();
     if (!parsed.complaint.empty()) {
-        Terminal::error(shown(parsed.complaint));
+        const QString sentence = shown(parsed.complaint);
+        Terminal::error(sentence);
+        if (wantsJson(argc, argv) &&
+            !ErrorDocument::print({{}, QLatin1String(ErrorDocument::wrongUsage), sentence}))
+            return Terminal::outputFailure();
         return wrongUsage;
     }
     return Terminal::print(shown(parsed.text).trimmed()) ? 0 : 1;

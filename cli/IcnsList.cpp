@@ -1,12 +1,10 @@
 #include "cli/IcnsCommands.h"
 #include "cli/common/InputFile.h"
+#include "cli/text/ErrorDocument.h"
 #include "cli/text/Terminal.h"
 #include "files/PathBytes.h"
 #include "imaging/icns/IcnsInspection.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QMap>
 
 #include <algorithm>
@@ -104,51 +102,57 @@ bool printTable(const IcnsInspection& inspection) {
     return lines.finish();
 }
 
-QString compact(const QJsonObject& object) {
-    return Terminal::escapedJson(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
-}
-
-QJsonObject jsonOf(const Element& element) {
+void write(JsonWriter& json, const Element& element) {
     QStringList remarks = element.remarks;
     if (element.isRepeated)
         remarks << QStringLiteral("another of its type stands before it, which is the one that counts");
-    QJsonObject object{{QStringLiteral("type"), element.type.text()},
-                       {QStringLiteral("what"), icnsTypeDescription(element.type)},
-                       {QStringLiteral("bytes"), element.bytes},
-                       {QStringLiteral("remarks"), QJsonArray::fromStringList(remarks)}};
-    if (hasPicture(element))
-        object.insert(QStringLiteral("encoding"), icnsEncodingName(element.info.encoding));
+    json.beginObject();
+    json.key("type").value(element.type.text());
+    json.key("what").value(icnsTypeDescription(element.type));
     if (element.info.size.isValid()) {
-        object.insert(QStringLiteral("width"), element.info.size.width());
-        object.insert(QStringLiteral("height"), element.info.size.height());
+        json.key("width").value(element.info.size.width());
+        json.key("height").value(element.info.size.height());
     }
-    return object;
+    if (hasPicture(element))
+        json.key("encoding").value(icnsEncodingName(element.info.encoding));
+    json.key("bytes").value(element.bytes);
+    json.key("remarks").value(remarks);
+    json.endObject();
 }
 
-/// Prints one document in portions, since a file may have very many elements.
 bool printJson(const IcnsListOptions& options, const IcnsInspection& inspection, qint64 bytes) {
-    const QString head =
-        compact({{QStringLiteral("file"), PathBytes::withReplacements(PathBytes::decoded(options.file))},
-                 {QStringLiteral("bytes"), bytes},
-                 {QStringLiteral("remarks"), QJsonArray::fromStringList(inspection.remarks)}});
-    Lines lines;
-    lines.add(head.chopped(1) + QStringLiteral(",\"elements\":["));
-    for (std::size_t i = 0; i < inspection.elements.size(); ++i)
-        lines.add(compact(jsonOf(inspection.elements[i])) +
-                  (i + 1 < inspection.elements.size() ? QStringLiteral(",") : QString()));
-    lines.add(QStringLiteral("]}"));
-    return lines.finish();
+    JsonWriter json;
+    json.beginObject();
+    json.key("file").value(PathBytes::decoded(options.file));
+    json.key("bytes").value(bytes);
+    json.key("elements").beginArray();
+    for (const Element& element : inspection.elements)
+        write(json, element);
+    json.endArray();
+    json.key("remarks").value(inspection.remarks);
+    ErrorDocument::writeMember(json, {});
+    json.endObject();
+    return json.finish();
+}
+
+/// Reports why the file can't be listed, and returns the exit status.
+int fail(const IcnsListOptions& options, const Error& error) {
+    const int status = InputFile::fail(options.file, error);
+    const ToldError told = ErrorDocument::told(PathBytes::decoded(options.file), error);
+    if (options.json && !ErrorDocument::print(told))
+        return Terminal::outputFailure();
+    return status;
 }
 
 } // namespace
 
 int runIcnsList(const IcnsListOptions& options) {
-    const std::optional<RegularFile::Part> file = InputFile::readIcns(options.file);
+    const Result<RegularFile::Part> file = InputFile::readIcns(options.file);
     if (!file)
-        return 1;
+        return fail(options, file.error());
     const Result<IcnsInspection> inspection = inspectIcns(file->bytes, file->fileSize);
     if (!inspection)
-        return InputFile::fail(options.file, inspection.error());
+        return fail(options, inspection.error());
     const bool isPrinted =
         options.json ? printJson(options, *inspection, file->fileSize) : printTable(*inspection);
     return isPrinted ? 0 : Terminal::outputFailure();

@@ -1,11 +1,8 @@
 #include "cli/LayoutsCommand.h"
 
+#include "cli/text/ErrorDocument.h"
 #include "cli/text/Terminal.h"
 #include "layouts/LayoutCatalogue.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <algorithm>
 
@@ -16,10 +13,6 @@ QString sizesText(const LayoutFile& file) {
     for (const int side : file.sizes)
         sizes << QString::number(side);
     return sizes.isEmpty() ? QStringLiteral("-") : sizes.join(u',');
-}
-
-bool printJson(const QJsonDocument& document) {
-    return Terminal::print(Terminal::escapedJson(QString::fromUtf8(document.toJson()).trimmed()));
 }
 
 /// Prints two or three columns.
@@ -39,20 +32,59 @@ bool printColumns(const std::vector<QStringList>& rows) {
     });
 }
 
+bool printJson(const std::vector<Layout>& layouts) {
+    JsonWriter json;
+    json.beginObject();
+    json.key("layouts").beginArray();
+    for (const Layout& layout : layouts) {
+        json.beginObject();
+        json.key("name").value(layout.name);
+        json.key("title").value(layout.title);
+        json.key("files").value(layout.files.size());
+        json.endObject();
+    }
+    json.endArray();
+    ErrorDocument::writeMember(json, {});
+    json.endObject();
+    return json.finish();
+}
+
+bool printJson(const Layout& layout) {
+    JsonWriter json;
+    json.beginObject();
+    json.key("name").value(layout.name);
+    json.key("title").value(layout.title);
+    json.key("files").beginArray();
+    for (const LayoutFile& file : layout.files) {
+        json.beginObject();
+        json.key("path").value(file.path);
+        json.key("sizes").beginArray();
+        for (const int side : file.sizes)
+            json.value(side);
+        json.endArray();
+        json.key("for").value(file.purpose);
+        json.endObject();
+    }
+    json.endArray();
+    ErrorDocument::writeMember(json, {});
+    json.endObject();
+    return json.finish();
+}
+
 Result<bool> printList(bool isJson) {
-    std::vector<QStringList> rows;
-    QJsonArray list;
+    std::vector<Layout> layouts;
     for (const QString& name : LayoutCatalogue::names()) {
-        const Result<Layout> layout = LayoutCatalogue::load(name);
+        Result<Layout> layout = LayoutCatalogue::load(name);
         if (!layout)
             return about(QStringLiteral("layout \"%1\"").arg(name), layout.error());
-        rows.push_back({name, layout->title});
-        list.append(QJsonObject{{QStringLiteral("name"), name},
-                                {QStringLiteral("title"), layout->title},
-                                {QStringLiteral("files"), static_cast<qint64>(layout->files.size())}});
+        layouts.push_back(std::move(*layout));
     }
-    return isJson ? printJson(QJsonDocument(QJsonObject{{QStringLiteral("layouts"), list}}))
-                  : printColumns(rows);
+    if (isJson)
+        return printJson(layouts);
+    std::vector<QStringList> rows;
+    for (const Layout& layout : layouts)
+        rows.push_back({layout.name, layout.title});
+    return printColumns(rows);
 }
 
 Result<bool> printFiles(const QString& name, bool isJson) {
@@ -61,21 +93,12 @@ Result<bool> printFiles(const QString& name, bool isJson) {
         return layout.error().code == ErrorCode::NotFound
                    ? layout.error()
                    : about(QStringLiteral("layout \"%1\"").arg(name), layout.error());
+    if (isJson)
+        return printJson(*layout);
     std::vector<QStringList> rows;
-    QJsonArray files;
-    for (const LayoutFile& file : layout->files) {
+    for (const LayoutFile& file : layout->files)
         rows.push_back({file.path, sizesText(file), file.purpose});
-        QJsonArray sizes;
-        for (const int side : file.sizes)
-            sizes.append(side);
-        files.append(QJsonObject{{QStringLiteral("path"), file.path},
-                                 {QStringLiteral("sizes"), sizes},
-                                 {QStringLiteral("for"), file.purpose}});
-    }
-    return isJson ? printJson(QJsonDocument(QJsonObject{{QStringLiteral("name"), layout->name},
-                                                        {QStringLiteral("title"), layout->title},
-                                                        {QStringLiteral("files"), files}}))
-                  : printColumns(rows);
+    return printColumns(rows);
 }
 
 } // namespace
@@ -87,5 +110,7 @@ int runLayouts(const LayoutsOptions& options) {
     if (isPrinted)
         return *isPrinted ? 0 : Terminal::outputFailure();
     Terminal::error(isPrinted.error().sentence);
+    if (options.json && !ErrorDocument::print(ErrorDocument::told({}, isPrinted.error())))
+        return Terminal::outputFailure();
     return wrongUsage;
 }

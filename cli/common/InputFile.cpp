@@ -10,20 +10,18 @@ int InputFile::fail(const std::string& path, const Error& error) {
     return 1;
 }
 
-std::optional<RegularFile::Part> InputFile::readIcns(const std::string& path) {
+Result<RegularFile::Part> InputFile::readIcns(const std::string& path) {
     // An icns file's length is stored in 32 bits in its header.
     constexpr qint64 largest = std::numeric_limits<quint32>::max();
-    Result<RegularFile::Part> file = RegularFile::readPart(path, largest, IcnsReader::lengthToRead);
-    if (file)
-        return std::move(*file);
-    fail(path, file.error());
-    return std::nullopt;
+    return RegularFile::readPart(path, largest, IcnsReader::lengthToRead);
 }
 
 std::optional<InputFile::IcnsFile> InputFile::openIcns(const std::string& path) {
-    std::optional<RegularFile::Part> file = readIcns(path);
-    if (!file)
+    Result<RegularFile::Part> file = readIcns(path);
+    if (!file) {
+        fail(path, file.error());
         return std::nullopt;
+    }
     Result<IcnsReader> reader = IcnsReader::open(file->bytes);
     if (reader)
         return IcnsFile{std::move(file->bytes), std::move(*reader)};

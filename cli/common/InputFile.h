@@ -24,8 +24,8 @@ struct IcnsFile {
 /// Opens an icns file. If it can't be read or is not an icns file, prints the error and returns no value.
 std::optional<IcnsFile> openIcns(const std::string& path);
 
-/// The bytes of a file that begins like an icns file, up to the length in its header. If it can't be read or
-/// does not begin so, prints the error and returns no value.
-std::optional<RegularFile::Part> readIcns(const std::string& path);
+/// The bytes of a file that begins like an icns file, up to the length in its header. Fails if it can't be
+/// read or does not begin so.
+Result<RegularFile::Part> readIcns(const std::string& path);
 
 } // namespace InputFile

@@ -68,24 +68,23 @@ int runGenerate(const GenerateOptions& options) {
     if (!catalogue) {
         const QString path =
             options.catalogue.isEmpty() ? QLatin1String(Catalogue::resourceName) : options.catalogue;
-        report.fail(QStringLiteral("%1: %2").arg(path, catalogue.error().sentence));
+        report.fail(path, catalogue.error());
         return report.finish();
     }
-    if (const std::optional<QString> error = OutputTarget::error(options.out)) {
-        report.fail(QStringLiteral("%1: %2").arg(options.out, *error));
+    if (const Result<Done> checked = OutputTarget::check(options.out); !checked) {
+        report.fail(options.out, checked.error());
         return report.finish();
     }
     const UnscaledScreen screen;
     const GenerationPlan plan(*catalogue, options.platforms, screen.scale());
     Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {plan.renders()});
     if (!picture) {
-        report.fail(
-            QStringLiteral("%1: %2").arg(PathBytes::decoded(options.picture), picture.error().sentence));
+        report.fail(PathBytes::decoded(options.picture), picture.error());
         return report.finish();
     }
     // If the output folder can't be made, this reports it once and not for each file.
     if (const Result<Done> made = Folder::create(options.out); !made) {
-        report.fail(made.error().sentence);
+        report.fail({}, made.error());
         return report.finish();
     }
     for (const QString& warning : pictureWarnings(*picture, madeSizes(plan, options.out)))

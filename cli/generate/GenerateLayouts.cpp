@@ -86,8 +86,8 @@ class LayoutRun {
     }
 
     int run() {
-        if (const std::optional<QString> error = OutputTarget::error(m_options.out))
-            m_report.fail(QStringLiteral("%1: %2").arg(m_options.out, *error));
+        if (const Result<Done> checked = OutputTarget::check(m_options.out); !checked)
+            m_report.fail(m_options.out, checked.error());
         else if (loadPictures())
             write();
         return m_report.finish();
@@ -99,7 +99,7 @@ class LayoutRun {
         Result<LoadedPicture> picture = ImageSource::loadFile(path, {renders});
         if (picture)
             return std::move(*picture);
-        m_report.fail(QStringLiteral("%1: %2").arg(PathBytes::decoded(path), picture.error().sentence));
+        m_report.fail(PathBytes::decoded(path), picture.error());
         return std::nullopt;
     }
 
@@ -186,6 +186,8 @@ int runGenerateLayouts(const GenerateOptions& options) {
     Result<std::vector<Layout>> layouts = loadedLayouts(options, name);
     if (layouts)
         return LayoutRun(options, std::move(*layouts), name).run();
-    Terminal::error(layouts.error().sentence);
+    GenerateReport report(options);
+    report.fail({}, layouts.error());
+    report.finish();
     return wrongUsage;
 }

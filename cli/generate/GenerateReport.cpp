@@ -4,9 +4,6 @@
 #include "files/FileItem.h"
 #include "files/PathBytes.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLocale>
 
 #include <algorithm>
@@ -22,25 +19,18 @@ QString counted(qsizetype count, const QString& one, const QString& many) {
     return QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many);
 }
 
-QJsonArray jsonTexts(const QStringList& texts) {
-    QJsonArray array;
-    for (const QString& text : texts)
-        array.append(PathBytes::withReplacements(text));
-    return array;
-}
-
 /// The milliseconds of each stage, of everything else, and in all.
-std::vector<std::pair<QString, double>> stageTimes() {
-    std::vector<std::pair<QString, double>> times;
+std::vector<std::pair<const char*, double>> stageTimes() {
+    std::vector<std::pair<const char*, double>> times;
     const double total = StageTimes::total();
     double rest = total;
     const auto milliseconds = StageTimes::milliseconds();
     for (std::size_t i = 0; i < milliseconds.size(); ++i) {
-        times.emplace_back(QString::fromLatin1(StageTimes::names[i]), milliseconds[i]);
+        times.emplace_back(StageTimes::names[i], milliseconds[i]);
         rest -= milliseconds[i];
     }
-    times.emplace_back(QStringLiteral("other"), rest);
-    times.emplace_back(QStringLiteral("total"), total);
+    times.emplace_back("other", rest);
+    times.emplace_back("total", total);
     return times;
 }
 
@@ -56,7 +46,7 @@ void GenerateReport::fileWritten(const File& file) {
 
 void GenerateReport::failed(const QString& path, const Error& error) {
     m_failures.push_back({path, error.sentence});
-    m_errors << QStringLiteral("%1: %2").arg(path, error.sentence);
+    m_errors.push_back(ErrorDocument::told(path, error));
     if (m_progress != nullptr)
         m_progress->advance();
 }
@@ -72,9 +62,9 @@ void GenerateReport::warn(const QString& sentence) {
     Terminal::warning(sentence);
 }
 
-void GenerateReport::fail(const QString& sentence) {
-    m_errors << sentence;
-    Terminal::error(sentence);
+void GenerateReport::fail(const QString& path, const Error& error) {
+    m_errors.push_back(ErrorDocument::told(path, error));
+    Terminal::error(path.isEmpty() ? error.sentence : about(path, error).sentence);
 }
 
 QString GenerateReport::shortPath(const QString& path) const {
@@ -154,44 +144,63 @@ bool GenerateReport::printSummary() const {
 bool GenerateReport::printTimings() const {
     bool isPrinted = true;
     for (const auto& [name, milliseconds] : stageTimes())
-        isPrinted = Terminal::print(QStringLiteral("%1 %2 ms").arg(name, -9).arg(milliseconds, 10, 'f', 1)) &&
-                    isPrinted;
+        isPrinted =
+            Terminal::print(
+                QStringLiteral("%1 %2 ms").arg(QLatin1String(name), -9).arg(milliseconds, 10, 'f', 1)) &&
+            isPrinted;
     return isPrinted;
 }
 
 bool GenerateReport::printJson() const {
-    QJsonArray files;
+    JsonWriter json;
+    json.beginObject();
+    json.key("picture").value(PathBytes::decoded(m_options.picture));
+    json.key("out").value(m_options.out);
+    json.key("files").beginArray();
     for (const File& file : m_files) {
-        QJsonObject object{
-            {m_options.layouts.isEmpty() ? QStringLiteral("platform") : QStringLiteral("layout"), file.idiom},
-            {QStringLiteral("path"), PathBytes::withReplacements(file.path)},
-            {QStringLiteral("bytes"), file.bytes}};
+        json.beginObject();
+        json.key(m_options.layouts.isEmpty() ? "platform" : "layout").value(file.idiom);
+        json.key("path").value(file.path);
         if (!file.pixelSize.isEmpty()) {
-            object.insert(QStringLiteral("width"), file.pixelSize.width());
-            object.insert(QStringLiteral("height"), file.pixelSize.height());
+            json.key("width").value(file.pixelSize.width());
+            json.key("height").value(file.pixelSize.height());
         }
-        files.append(object);
+        json.key("bytes").value(file.bytes);
+        json.endObject();
     }
-    QJsonObject document{
-        {QStringLiteral("picture"), PathBytes::withReplacements(PathBytes::decoded(m_options.picture))},
-        {QStringLiteral("out"), PathBytes::withReplacements(m_options.out)},
-        {QStringLiteral("files"), files},
-        {QStringLiteral("warnings"), jsonTexts(m_warnings)},
-        {QStringLiteral("errors"), jsonTexts(m_errors)}};
+    json.endArray();
     if (!m_options.layouts.isEmpty())
-        document.insert(QStringLiteral("notes"), jsonTexts(m_notes));
+        json.key("notes").value(m_notes);
+    json.key("warnings").value(m_warnings);
+    ErrorDocument::writeMember(json, m_errors);
     if (m_options.timings) {
-        QJsonObject timings;
+        json.key("timings").beginObject();
         for (const auto& [name, milliseconds] : stageTimes())
-            timings.insert(name, milliseconds);
-        document.insert(QStringLiteral("timings"), timings);
+            json.key(name).value(milliseconds);
+        json.endObject();
     }
-    return Terminal::print(
-        Terminal::escapedJson(QString::fromUtf8(QJsonDocument(document).toJson()).trimmed()));
+    json.endObject();
+    return json.finish();
+}
+
+/// Sorts each platform's files by size, since a catalogue has no order. A layout has one.
+void GenerateReport::sortFiles() {
+    if (!m_options.layouts.isEmpty())
+        return;
+    const auto pixels = [](const File& file) {
+        return qint64{file.pixelSize.width()} * file.pixelSize.height();
+    };
+    for (auto begin = m_files.begin(); begin != m_files.end();) {
+        const auto end =
+            std::find_if(begin, m_files.end(), [&](const File& file) { return file.idiom != begin->idiom; });
+        std::ranges::stable_sort(begin, end, {}, pixels);
+        begin = end;
+    }
 }
 
 int GenerateReport::finish() {
     printFailures();
+    sortFiles();
     bool isPrinted = true;
     if (m_options.json)
         isPrinted = printJson();
@@ -201,5 +210,5 @@ int GenerateReport::finish() {
         isPrinted = printTimings() && isPrinted;
     if (!isPrinted)
         return Terminal::outputFailure();
-    return m_errors.isEmpty() ? 0 : 1;
+    return m_errors.empty() ? 0 : 1;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/generate/GenerateOptions.h"
+#include "cli/text/ErrorDocument.h"
 #include "cli/text/Terminal.h"
 #include "generation/GenerationObserver.h"
 
@@ -24,8 +25,8 @@ class GenerateReport final : public GenerationObserver {
     void note(const QString& path, const QString& line);
 
     void warn(const QString& sentence);
-    /// Reports a failure that is not about one file of the set.
-    void fail(const QString& sentence);
+    /// Reports a failure that is not about one file of the set. `path` may be empty.
+    void fail(const QString& path, const Error& error);
 
     /// Prints everything and returns the exit status.
     int finish();
@@ -36,6 +37,7 @@ class GenerateReport final : public GenerationObserver {
         QString cause;
     };
 
+    void sortFiles();
     void printFailures() const;
     bool printSummary() const;
     bool printTimings() const;
@@ -49,5 +51,5 @@ class GenerateReport final : public GenerationObserver {
     std::vector<Failure> m_failures;
     QStringList m_notes;
     QStringList m_warnings;
-    QStringList m_errors;
+    std::vector<ToldError> m_errors;
 };

@@ -12,9 +12,9 @@
 
 #include <cerrno>
 
-std::optional<QString> OutputTarget::error(const QString& out) {
+Result<Done> OutputTarget::check(const QString& out) {
     if (out.isEmpty() || out.contains(QChar::Null))
-        return QStringLiteral("not a path");
+        return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
     QString nearest = FileItem::absolutePath(out);
     while (!FileItem::isThere(nearest) && nearest != QLatin1String("/"))
         nearest = deletingLastPathComponent(nearest);
@@ -22,12 +22,12 @@ std::optional<QString> OutputTarget::error(const QString& out) {
     struct stat status = {};
     // A link that leads nowhere is no folder.
     if (stat(name.constData(), &status) != 0)
-        return systemSentence(errno == ENOENT ? ENOTDIR : errno);
+        return systemError(errno == ENOENT ? ENOTDIR : errno, ErrorCode::NotWritable);
     if (!S_ISDIR(status.st_mode))
-        return systemSentence(ENOTDIR);
+        return systemError(ENOTDIR, ErrorCode::NotWritable);
     if (access(name.constData(), W_OK | X_OK) != 0)
-        return systemSentence(errno);
-    return std::nullopt;
+        return systemError(errno, ErrorCode::NotWritable);
+    return Done{};
 }
 
 void OutputTarget::open(const QString& out, GenerateReport& report) {

@@ -85,22 +85,23 @@ QString Terminal::escaped(const QString& text) {
     return escapedBy(escape, text);
 }
 
-QString Terminal::escapedJson(const QString& document) {
+QString Terminal::escapedJson(const QString& text) {
     const auto escape = [](char32_t c) {
-        // Newlines here only format the document; newlines inside its texts are escaped already.
-        if (c == U'\n')
-            return QString(u'\n');
         QString units;
         const auto encoded = QChar::fromUcs4(c);
         for (const QChar unit : QStringView(encoded))
             units += QStringLiteral("\\u") + hexadecimal(unit.unicode(), 4);
         return units;
     };
-    return escapedBy(escape, document);
+    return escapedBy(escape, text);
 }
 
 bool Terminal::print(const QString& line) {
-    write(stdout, line + u'\n');
+    return printText(line + u'\n');
+}
+
+bool Terminal::printText(const QString& text) {
+    write(stdout, text);
     return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }
 

@@ -10,11 +10,14 @@ namespace Terminal {
 /// names that are not UTF-8.
 QString escaped(const QString& text);
 
-/// The same JSON document with such characters in its texts escaped as in JSON.
-QString escapedJson(const QString& document);
+/// `text` with such characters escaped as in JSON.
+QString escapedJson(const QString& text);
 
 /// Prints one line on standard output, unescaped. False if it could not be written.
 bool print(const QString& line);
+
+/// The same without the end of the line.
+bool printText(const QString& text);
 
 /// Reports that standard output can't be written, and returns the exit status 1.
 int outputFailure();

@@ -27,6 +27,19 @@ std::vector<std::string> strings(const QJsonValue& array) {
     return values;
 }
 
+/// The errors of a document, each as "PATH|CODE|SENTENCE".
+std::vector<std::string> errors(const QJsonObject& document) {
+    std::vector<std::string> texts;
+    for (const QJsonValue value : document[u"errors"_s].toArray()) {
+        const QJsonObject error = value.toObject();
+        EXPECT_THAT(keys(error), testing::UnorderedElementsAre("path", "code", "sentence"));
+        texts.push_back((error[u"path"_s].toString() + u'|' + error[u"code"_s].toString() + u'|' +
+                         error[u"sentence"_s].toString())
+                            .toStdString());
+    }
+    return texts;
+}
+
 } // namespace
 
 TEST_F(Printing, json_is_one_document_that_lists_every_file) {
@@ -39,7 +52,7 @@ TEST_F(Printing, json_is_one_document_that_lists_every_file) {
     EXPECT_TRUE(document[u"warnings"_s].isArray());
     EXPECT_THAT(strings(document[u"warnings"_s]), testing::IsEmpty());
     EXPECT_TRUE(document[u"errors"_s].isArray());
-    EXPECT_THAT(strings(document[u"errors"_s]), testing::IsEmpty());
+    EXPECT_THAT(errors(document), testing::IsEmpty());
     std::vector<std::string> listed;
     for (const QJsonValue value : document[u"files"_s].toArray()) {
         const QJsonObject file = value.toObject();
@@ -85,7 +98,8 @@ TEST_F(Printing, json_is_valid_on_failure_too) {
     EXPECT_EQ(document[u"picture"_s].toString(), path(u"nowhere.png"_s));
     EXPECT_TRUE(document[u"files"_s].isArray());
     EXPECT_TRUE(document[u"files"_s].toArray().isEmpty());
-    EXPECT_THAT(strings(document[u"errors"_s]), testing::ElementsAre(testing::HasSubstr("nowhere.png")));
+    EXPECT_THAT(errors(document), testing::ElementsAre(path(u"nowhere.png"_s).toStdString() +
+                                                       "|not-found|No such file or directory"));
 }
 
 TEST_F(Printing, json_names_every_file_that_failed_and_lists_the_others) {
@@ -96,22 +110,22 @@ TEST_F(Printing, json_names_every_file_that_failed_and_lists_the_others) {
     expectOneError(result, u"2 files not written"_s);
     const QJsonObject document = printedJson(result);
     EXPECT_EQ(document[u"files"_s].toArray().size(), 7);
-    EXPECT_THAT(strings(document[u"errors"_s]),
-                testing::UnorderedElementsAre(testing::HasSubstr("Icon-App-29x29@2x.png"),
-                                              testing::HasSubstr("Icon-App-29x29@3x.png")));
+    const QString told = out() + u'/' + broken + u"|not-writable|Is a directory"_s;
+    EXPECT_THAT(errors(document),
+                testing::UnorderedElementsAre(told.arg(2).toStdString(), told.arg(3).toStdString()));
 }
 
 TEST_F(Printing, json_is_valid_without_a_catalogue_and_without_an_output_folder_too) {
     const ProcessResult uncatalogued =
         generate(sample(u"svg"_s), {u"--json"_s, u"--catalogue"_s, path(u"nowhere.plist"_s)});
     expectOneError(uncatalogued, u"nowhere.plist"_s);
-    EXPECT_THAT(strings(printedJson(uncatalogued)[u"errors"_s]),
-                testing::ElementsAre(testing::HasSubstr("nowhere.plist")));
+    EXPECT_THAT(errors(printedJson(uncatalogued)),
+                testing::ElementsAre(testing::StartsWith(path(u"nowhere.plist"_s).toStdString() + "|")));
     file(u"icons"_s, "in the way");
     const ProcessResult homeless = generate(sample(u"svg"_s), {u"--json"_s});
     expectOneError(homeless, out());
-    EXPECT_THAT(strings(printedJson(homeless)[u"errors"_s]),
-                testing::ElementsAre(testing::HasSubstr(out().toStdString())));
+    EXPECT_THAT(errors(printedJson(homeless)),
+                testing::ElementsAre(out().toStdString() + "|not-writable|Not a directory"));
 }
 
 TEST_F(Printing, json_keeps_names_as_they_are) {
@@ -159,8 +173,8 @@ TEST_F(Printing, causes_are_in_english_in_any_language) {
         u"env"_s, environment + QStringList{QStringLiteral(TOBRIMAX_CLI), u"generate"_s,
                                             path(u"nowhere.png"_s), u"--out"_s, out(), u"--json"_s});
     expectOneError(result, u"nowhere.png: No such file or directory"_s);
-    EXPECT_THAT(strings(printedJson(result)[u"errors"_s]),
-                testing::ElementsAre(testing::EndsWith(": No such file or directory")));
+    EXPECT_THAT(errors(printedJson(result)),
+                testing::ElementsAre(testing::EndsWith("|No such file or directory")));
 }
 
 TEST_F(Printing, quiet_prints_nothing) {

@@ -84,7 +84,8 @@ class OddNamesTest(unittest.TestCase):
                 self.assertEqual(missing.returncode, 1)
                 self.assertEqual(missing.stderr.count(b"\n"), 1)
                 document = json.loads(self.generate(name, "out", catalogue, "--json").stdout)
-                self.assertEqual(document["errors"], [f"{name}: No such file or directory"])
+                self.assertEqual(document["errors"],
+                                 [{"path": name, "code": "not-found", "sentence": "No such file or directory"}])
                 shutil.rmtree(os.path.join(self.folder, b"out"))
 
     def test_picture_of_no_encoding(self):
@@ -132,7 +133,8 @@ class OddNamesTest(unittest.TestCase):
         with open(os.path.join(self.folder, b"file\xe9"), "wb"):
             failed = self.generate(self.picture, b"file\xe9/below", catalogue, "--json")
         self.assertEqual(failed.stderr, b"tobrimax-cli: error: file\\xe9/below: Not a directory\n")
-        self.assertEqual(json.loads(failed.stdout)["errors"], ["file\ufffd/below: Not a directory"])
+        self.assertEqual(json.loads(failed.stdout)["errors"],
+                         [{"path": "file\ufffd/below", "code": "not-writable", "sentence": "Not a directory"}])
 
     def test_current_folder_of_no_encoding(self):
         catalogue = self.catalogue("icon")

@@ -128,8 +128,8 @@ class Icons(Subject):
         test.assertEqual(result.returncode, 1 if document["errors"] else 0)
         if result.returncode != 0:
             for path in self.new.keys() - written:
-                test.assertTrue(any(str(path) in error or str(self.out) in error for error in document["errors"]),
-                                path)
+                test.assertTrue(any(error["path"] == str(path) or str(self.out) in error["path"] + error["sentence"]
+                                    for error in document["errors"]), path)
 
 
 class Container(Icons):
