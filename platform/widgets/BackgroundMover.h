@@ -1,9 +1,13 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
 #include <QWidget>
 
-/// Lets the user move a window by dragging any part of it that no control uses. The window owns this object.
+#include <optional>
+
+/// Lets the user move a window by dragging any part of it that no control uses. A click there does nothing.
+/// The window owns this object.
 class BackgroundMover final : public QObject {
     Q_OBJECT
 
@@ -11,4 +15,8 @@ class BackgroundMover final : public QObject {
     explicit BackgroundMover(QWidget& window);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    /// Where the mouse was pressed, on the screen.
+    std::optional<QPoint> m_pressed;
 };

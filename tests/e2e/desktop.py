@@ -226,6 +226,11 @@ class Desktop:
         element.clear_cache()
         return element.get_state_set().contains(self.atspi.StateType.CHECKED)
 
+    def well_element(self):
+        """The image well, while it is empty."""
+        return next((element for element in self.elements("push button")
+                     if "Drop a picture" in (element.get_description() or "")), None)
+
     def well(self):
         """A place in the image well: the upper left part of the window's content."""
         x, y, width, height = self.geometry(self.window)

@@ -137,6 +137,7 @@ class ApplicationTest(unittest.TestCase):
             desktop.start_application()
             words = desktop.folder / "words.txt"
             words.write_text("no picture")
+            well = wait_for(desktop.well_element, "the well")
             self.assertEqual(desktop.drag_onto_well(words), "copied")
             button = wait_for(lambda: desktop.element("Generate", "push button"), "the button")
             wait_for(lambda: desktop.is_enabled(button), "the button to be enabled")
@@ -153,7 +154,10 @@ class ApplicationTest(unittest.TestCase):
             self.assertLessEqual(max(map(int, extents.split(","))), 2, "no title bar")
             # Closing the sheet does nothing. The sheet's window is blocked.
             desktop.key("alt+F4")
-            desktop.run("xdotool", "mousemove", *map(str, desktop.well()), "click", "1")
+            left, top, width, height = desktop.extents(well)
+            at = (left + width // 4, top + 20)
+            self.assertLess(at[1], desktop.geometry(alert)[1], "above the sheet")
+            desktop.run("xdotool", "mousemove", *map(str, at), "click", "1")
             time.sleep(1)
             self.assertTrue(desktop.windows("Icon File Error"))
             self.assertFalse(desktop.windows("Open"))
@@ -172,11 +176,30 @@ class ApplicationTest(unittest.TestCase):
             self.assertEqual(desktop.opened(), [])
             self.close_and_expect_status_0(desktop)
 
+    def test_a_sheet_is_moved_by_dragging_its_background_and_not_by_a_click(self):
+        with Desktop(self.artefacts()) as desktop:
+            self.launch_until_asked(desktop)
+            prompt = desktop.wait_for_window("Rate Us")
+            x, y, _, height = desktop.geometry(prompt)
+            at = (x + 6, y + height - 6)
+            desktop.run("xdotool", "mousemove", *map(str, at), "click", "1")
+            time.sleep(0.5)
+            desktop.run("xdotool", "mousemove", str(at[0] - 90), str(at[1] + 120))
+            time.sleep(0.5)
+            self.assertEqual(desktop.geometry(prompt)[:2], (x, y), "the mouse is up")
+            desktop.run("xdotool", "mousemove", *map(str, at), "mousedown", "1")
+            for step in range(1, 11):
+                desktop.run("xdotool", "mousemove", str(at[0] - 9 * step), str(at[1] + 12 * step))
+                time.sleep(0.05)
+            desktop.run("xdotool", "mouseup", "1")
+            wait_for(lambda: desktop.geometry(prompt)[0] < x - 40 and desktop.geometry(prompt)[1] > y + 60, "the move", 5)
+            desktop.key("Return")
+            desktop.wait_until_gone("Rate Us")
+
     def test_the_well_lights_up_for_a_file_that_can_be_copied(self):
         with Desktop(self.artefacts()) as desktop:
             desktop.start_application()
-            well = wait_for(lambda: next((element for element in desktop.elements("push button")
-                                          if "Drop a picture" in (element.get_description() or "")), None), "the well")
+            well = wait_for(desktop.well_element, "the well")
             x, y, width, height = desktop.extents(well)
             at = (x + 20, y + height - 20)
             unlit = desktop.color(*at)
