@@ -119,17 +119,25 @@ class Desktop:
 
     # The application
 
-    def start_application(self, **environment):
+    def start_application(self, active="Tobrimax", **environment):
+        """Starts the application and waits until its window with the title `active` has the keyboard."""
         self._log = open(self.folder / "log", "ab")
         self._stack.callback(self._log.close)
         self.application = self.start_program(PROGRAMS["tobrimax"], stderr=self._log,
                                                environment=self.environment | environment)
-        self.window = self.wait_for_window("Tobrimax")
+        self.wait_for_window(active)
+        self.window = self.windows("Tobrimax")[-1]
         return self.application
 
     def application_log(self):
         log = self.folder / "log"
         return log.read_text() if log.exists() else ""
+
+    def settings(self):
+        """What the application keeps."""
+        path = self.folder / "home" / ".config" / "Varnholt" / "Tobrimax.conf"
+        text = path.read_text() if path.exists() else ""
+        return dict(line.split("=") for line in text.split() if "=" in line)
 
     def use_opener(self, ending):
         """Has the desktop open addresses with a program that notes them and then does `ending`, a line of shell."""

@@ -22,11 +22,11 @@ def make_dark(desktop):
     return {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5"}
 
 
-def start(desktop, look):
+def start(desktop, look, active="Tobrimax"):
     environment = make_dark(desktop) if "dark" in look else {}
     if "scale-2" in look:
         environment["QT_SCALE_FACTOR"] = "2"
-    desktop.start_application(**environment)
+    desktop.start_application(active, **environment)
 
 
 def take_main_window(desktop, look):
@@ -53,8 +53,7 @@ def take_other_windows(desktop, look):
     settings = desktop.folder / "home" / ".config" / "Varnholt"
     settings.mkdir(parents=True)
     (settings / "Tobrimax.conf").write_text("[General]\nappOpenedCount=6\n")
-    start(desktop, look)
-    desktop.wait_for_window("Rate Us")
+    start(desktop, look, active="Rate Us")
     desktop.screenshot("rate-prompt")
     desktop.key("Tab", "space")
     desktop.wait_until_gone("Rate Us")

@@ -4,6 +4,7 @@ usage: test_application.py TOBRIMAX TOBRIMAX_CLI DRAG_SOURCE PLAIN_WINDOW SAMPLE
 """
 
 import filecmp
+import itertools
 import os
 import pathlib
 import re
@@ -188,11 +189,16 @@ class ApplicationTest(unittest.TestCase):
             time.sleep(0.5)
             self.assertEqual(desktop.geometry(prompt)[:2], (x, y), "the mouse is up")
             desktop.run("xdotool", "mousemove", *map(str, at), "mousedown", "1")
-            for step in range(1, 11):
-                desktop.run("xdotool", "mousemove", str(at[0] - 9 * step), str(at[1] + 12 * step))
-                time.sleep(0.05)
+            # The mouse goes to and fro, since the window manager takes its time.
+            ways = itertools.cycle(range(0, 150, 5))
+
+            def has_moved():
+                way = next(ways)
+                desktop.run("xdotool", "mousemove", str(at[0] - way), str(at[1] + way))
+                left, top, _, _ = desktop.geometry(prompt)
+                return left < x - 30 and top > y + 30
+            wait_for(has_moved, "the move")
             desktop.run("xdotool", "mouseup", "1")
-            wait_for(lambda: desktop.geometry(prompt)[0] < x - 40 and desktop.geometry(prompt)[1] > y + 60, "the move", 5)
             desktop.key("Return")
             desktop.wait_until_gone("Rate Us")
 
@@ -253,11 +259,6 @@ class ApplicationTest(unittest.TestCase):
             desktop.run("xdotool", "mousemove", *map(str, place))
             wait_for(lambda: desktop.color(*at) == color, f"the colour {color}")
 
-    def settings(self, desktop):
-        path = desktop.folder / "home" / ".config" / "Varnholt" / "Tobrimax.conf"
-        text = path.read_text() if path.exists() else ""
-        return dict(line.split("=") for line in text.split() if "=" in line)
-
     def quit(self, desktop):
         desktop.key("ctrl+q")
         self.assertEqual(desktop.application.wait(20), 0)
@@ -265,10 +266,9 @@ class ApplicationTest(unittest.TestCase):
     def test_every_seventh_of_fifteen_launches_asks_to_be_rated(self):
         with Desktop(self.artefacts()) as desktop:
             for launch in range(1, 16):
-                desktop.start_application()
-                wait_for(lambda: self.settings(desktop).get("appOpenedCount") == str(launch % 7), "the count")
+                desktop.start_application(active="Rate Us" if launch % 7 == 0 else "Tobrimax")
+                wait_for(lambda: desktop.settings().get("appOpenedCount") == str(launch % 7), "the count")
                 if launch % 7 == 0:
-                    desktop.wait_for_window("Rate Us")
                     # Without an answer the same build asks again.
                     desktop.application.terminate()
                     desktop.application.wait(20)
@@ -276,14 +276,13 @@ class ApplicationTest(unittest.TestCase):
                     time.sleep(0.4)
                     self.assertFalse(desktop.windows("Rate Us"), launch)
                     self.quit(desktop)
-            self.assertEqual(self.settings(desktop), {"appOpenedCount": "1"})
+            self.assertEqual(desktop.settings(), {"appOpenedCount": "1"})
 
     def launch_until_asked(self, desktop):
         path = desktop.folder / "home" / ".config" / "Varnholt" / "Tobrimax.conf"
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_text("[General]\nappOpenedCount=6\n")
-        desktop.start_application()
-        desktop.wait_for_window("Rate Us")
+        desktop.start_application(active="Rate Us")
 
     def test_the_answers_to_the_rate_prompt_are_kept(self):
         with Desktop(self.artefacts()) as desktop:
@@ -294,7 +293,7 @@ class ApplicationTest(unittest.TestCase):
             desktop.key("Tab", "space")  # NO
             desktop.wait_until_gone("Rate Us")
             self.quit(desktop)
-            build = self.settings(desktop)["appVersion"]
+            build = desktop.settings()["appVersion"]
             self.assertTrue(build)
             self.assertEqual(desktop.opened(), [])
 
@@ -304,7 +303,7 @@ class ApplicationTest(unittest.TestCase):
             wait_for(desktop.opened, "the store page")
             self.assertRegex(desktop.opened()[0], r"^macappstore://.*\?ls=1&mt=8$")
             self.quit(desktop)
-            self.assertEqual(self.settings(desktop), {"appOpenedCount": "0", "appVersion": build})
+            self.assertEqual(desktop.settings(), {"appOpenedCount": "0", "appVersion": build})
 
     def test_a_store_page_that_does_not_open_is_asked_for_again(self):
         with Desktop(self.artefacts()) as desktop:
@@ -315,7 +314,7 @@ class ApplicationTest(unittest.TestCase):
             wait_for(desktop.opened, "the store page")
             time.sleep(0.5)
             self.quit(desktop)
-            self.assertEqual(self.settings(desktop), {"appOpenedCount": "0"})
+            self.assertEqual(desktop.settings(), {"appOpenedCount": "0"})
 
     def test_quitting_does_not_end_what_opens_the_store_page(self):
         with Desktop(self.artefacts()) as desktop:
@@ -325,7 +324,7 @@ class ApplicationTest(unittest.TestCase):
             desktop.wait_until_gone("Rate Us")
             wait_for(desktop.opened, "the store page")
             self.quit(desktop)
-            self.assertIn("appVersion", self.settings(desktop))
+            self.assertIn("appVersion", desktop.settings())
             os.kill(desktop.opener_process(), signal.SIGKILL)  # it is still there
 
     def test_the_plain_window_has_a_name_but_no_title(self):
@@ -376,7 +375,7 @@ class ApplicationTest(unittest.TestCase):
             self.open_promotion(desktop)
             desktop.key("alt+d", "alt+q")
             self.assertEqual(desktop.application.wait(20), 0)
-            self.assertEqual(self.settings(desktop)["notShowPromotionWindow"], "true")
+            self.assertEqual(desktop.settings()["notShowPromotionWindow"], "true")
 
     def test_closing_the_promotion_window_ends_the_program(self):
         with Desktop(self.artefacts()) as desktop:
@@ -385,7 +384,7 @@ class ApplicationTest(unittest.TestCase):
             desktop.key("alt+F4")
             self.assertEqual(desktop.application.wait(20), 0)
             self.assertIn("closing Window Class ELGRoundWindow", desktop.application_log())
-            self.assertNotIn("notShowPromotionWindow", self.settings(desktop))
+            self.assertNotIn("notShowPromotionWindow", desktop.settings())
 
     def test_the_menus_quit_is_a_way_out(self):
         with Desktop(self.artefacts()) as desktop:
