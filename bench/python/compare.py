@@ -8,6 +8,7 @@ import pathlib
 import shutil
 import subprocess
 import sys
+import textwrap
 
 from PIL import Image
 
@@ -143,8 +144,8 @@ def limit_sentence(results, stages):
         return "This build of tobrimax-cli does not tell its stages' times (`--timings`)."
     wall, floor = results[tools.OURS]["wall"], stages["decode"] + stages["compress"]
     told = ", ".join(f"{name} {milliseconds(seconds)}" for name, seconds in stages.items())
-    return (f"Decoding the source and compressing the filtered bytes alone take {milliseconds(floor)} ms; the whole "
-            f"run takes {wall / floor:.2f} times that. Stages in ms: {told}.")
+    return wrapped(f"Decoding the source and compressing the filtered bytes alone take {milliseconds(floor)} ms. The whole "
+                   f"run takes {wall / floor:.2f} times that. Stages in ms: {told}.")
 
 
 def reduced(tool, path, target):
@@ -193,29 +194,56 @@ def quality_bounds(figures):
 
 INTRODUCTION = """# Performance
 
-`bench/compare` writes this page. It measures what it takes to make the full set of icons, {pngs} PNG files and the
-{icns} images of Application.icns, with tobrimax-cli and with the programs that people use for it. It measures whole
-processes from start to exit, each pinned to one core. A figure is the median of {runs} alternating runs. CPU is user
-and system time; peak is the largest resident memory. Each program's first run is not counted: its icons were opened
-and have the right sizes. Before each run of less than a second there is one more that is not counted: it reads the
-program from the disk, since some machines drop files from memory within a minute.
+`bench/compare` writes this page.
 
-Machine: {machine}. Versions: {versions}.{load}
+## Question
 
-The sources are made from fixed seeds: a logo (flat shapes, gradients, antialiased edges, transparent surround; PNG)
-and a picture as a camera takes it (PNG; at 4096 pixels JPEG of quality 90).
+How long does the full set of icons take, and how much memory, with tobrimax-cli and with the programs that people use
+for it? The set is {pngs} PNG files and the {icns} images of Application.icns.
 
-- **sharp** is scripted as its users do ([script](../bench/peers/sharp-icons.mjs)): one decode to raw pixels, then one
+## Method
+
+**Figures.** Whole processes are measured from start to exit, each pinned to one core. A figure is the median of {runs}
+runs; the programs take turns. CPU is user and system time. Peak is the largest resident memory. Each program's first
+run is not counted: its icons were opened and have the right sizes. Before each run of less than a second there is one
+more that is not counted. It reads the program from the disk, since some machines drop files from memory within a
+minute.
+
+**Sources.** They are made from fixed seeds: a logo (flat shapes, gradients, antialiased edges, transparent surround;
+PNG) and a picture as a camera takes it (PNG; at 4096 pixels JPEG of quality 90).
+
+**Programs.** tobrimax-cli draws each of its icons anew.
+
+- sharp is scripted as its users do ([script](../bench/peers/sharp-icons.mjs)): one decode to raw pixels, then one
   resize (Lanczos 3) and one PNG with default options for each icon; `sharp.concurrency(1)`, `UV_THREADPOOL_SIZE=1`,
-  `sharp.cache(false)`. It has no icns: the {icns} images are PNG files. The other rows are what a script could
-  also do. tobrimax-cli does none of it: it draws each of its icons anew. (a) Each of the {distinct} distinct sizes is
-  made once, and copied for the other files. (b) One reduction to 1024 pixels comes before all others. (c) The source's
-  file is opened again for each icon, so sharp may decode a JPEG at a part of its size. (d) All icons are made at once
-  on all cores, with as many threads as sharp takes by itself.
-- **ImageMagick** is one process for all sizes, `convert SOURCE ( +clone -resize WxH! -write FILE +delete ) … null:`,
-  on one thread, with its default filter.
-- **tauri icon** (npm's `@tauri-apps/cli`) writes another set of files, so it is compared per output pixel. It reads
-  no JPEG, so it gets the same picture as a PNG file."""
+  `sharp.cache(false)`. It has no icns: the {icns} images are PNG files. Its other rows are what a script could also
+  do:
+  - (a) Each of the {distinct} distinct sizes is made once, and copied for the other files.
+  - (b) One reduction to 1024 pixels comes before all others.
+  - (c) The source's file is opened again for each icon, so that a JPEG may be decoded at a part of its size.
+  - (d) All icons are made at once on all cores, with as many threads as sharp takes by itself.
+- ImageMagick is one process for all sizes, `convert SOURCE ( +clone -resize WxH! -write FILE +delete ) … null:`, on one
+  thread, with its default filter.
+- tauri icon (npm's `@tauri-apps/cli`) writes another set of files, so it is compared per output pixel. It reads no
+  JPEG, so it gets the same picture as a PNG file.
+
+**Machine.** {machine}.{load}
+
+**Versions.** {versions}."""
+
+LIMITS = """## Limits
+
+- The figures are those of one machine and of the versions above. Another machine has other milliseconds, and its
+  ratios may differ too.
+- tauri icon and tobrimax-cli make different files. Milliseconds per pixel are the nearest that can be compared.
+- ImageMagick writes fewer bytes of most sources. It compresses more, and takes longer for it.
+- Two kinds of pictures are not all. What compresses worse takes longer, with each of the programs.
+- The quality figures tell how a filter treats frequencies and edges. They do not tell which icon looks best."""
+
+
+def wrapped(text, indent=""):
+    """`text` as lines of the document; all but the first begin with `indent`."""
+    return textwrap.fill(text, 120, subsequent_indent=indent, break_long_words=False, break_on_hyphens=False)
 
 
 def document(arguments, sections, figures, load):
@@ -223,13 +251,19 @@ def document(arguments, sections, figures, load):
         pngs=len(catalogue.png_icons()), icns=len(catalogue.icns_sides()), runs=arguments.runs,
         distinct=len({icon["side"] for icon in catalogue.plan()}), machine=measured.machine(), load=load and " " + load,
         versions=", ".join(f"{name} {version}" for name, version in tools.versions()))
-    explanation = quality.__doc__.replace("\n\n", "\n\n- ")
-    return "\n\n".join([introduction, *sections, "## Quality", explanation, quality_table(figures)]) + "\n"
+    introduction = "\n".join(wrapped(line) if line.startswith("**") else line for line in introduction.split("\n"))
+    return "\n\n".join([introduction, "## Results", *sections, quality_section(figures), LIMITS]) + "\n"
+
+
+def quality_section(figures):
+    paragraphs = [" ".join(paragraph.split()) for paragraph in quality.__doc__.split("\n\n")]
+    explanation = [wrapped(paragraphs[0]), *(wrapped("- " + text, "  ") for text in paragraphs[1:])]
+    return "\n\n".join(["### Quality", *explanation, quality_table(figures)])
 
 
 def section(source, results, stages):
     pixels = f"{source.side} × {source.side}"
-    return "\n\n".join([f"## {source.kind.capitalize()}, {pixels}, {pathlib.Path(source.file).suffix[1:].upper()}",
+    return "\n\n".join([f"### {source.kind.capitalize()}, {pixels}, {pathlib.Path(source.file).suffix[1:].upper()}",
                         figures_table(results), limit_sentence(results, stages)])
 
 
