@@ -1,5 +1,5 @@
-"""Runs the commands for many pictures in README.md, with twenty pictures:
-test_many_pictures.py TOBRIMAX_CLI README TESTS…"""
+"""Runs the commands for many pictures in docs/guide.md, with twenty pictures:
+test_many_pictures.py TOBRIMAX_CLI GUIDE TESTS…"""
 
 import csv
 import os
@@ -14,14 +14,14 @@ import unittest
 
 from PIL import Image, ImageDraw
 
-PROGRAM = README = ""
+PROGRAM = GUIDE = ""
 PICTURES = 20
 FILES = 54  # in a set
 
 
 def recipe(first_words):
-    """The lines of a code block in README.md, from `first_words` to the end of the block."""
-    text = pathlib.Path(README).read_text(encoding="utf-8")
+    """The lines of a code block in the guide, from `first_words` to the end of the block."""
+    text = pathlib.Path(GUIDE).read_text(encoding="utf-8")
     start = text.index(first_words)
     return text[start:text.index("```", start)]
 
@@ -194,5 +194,5 @@ exec /bin/sh -c "$*"
 
 
 if __name__ == "__main__":
-    PROGRAM, README = sys.argv[1:3]
+    PROGRAM, GUIDE = sys.argv[1:3]
     unittest.main(argv=sys.argv[:1] + sys.argv[3:])
