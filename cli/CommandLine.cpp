@@ -1,5 +1,6 @@
 #include "cli/CommandLine.h"
 
+#include "cli/UnknownWord.h"
 #include "cli/common/Command.h"
 #include "cli/text/ErrorDocument.h"
 #include "cli/text/Terminal.h"
@@ -19,62 +20,6 @@ QString shown(const std::string& text) {
     return QString::fromUtf8(text.c_str());
 }
 
-/// The commands that the command line named, outermost first: "icns", "list".
-std::vector<const CLI::App*> namedCommands(const CLI::App& app) {
-    std::vector<const CLI::App*> named;
-    for (const CLI::App* at = &app; !at->get_subcommands().empty();) {
-        at = at->get_subcommands().front();
-        named.push_back(at);
-    }
-    return named;
-}
-
-bool isOption(const std::string& word) {
-    return word.size() > 1 && word[0] == '-';
-}
-
-/// Whether any command in `app` has that option.
-bool hasOption(const CLI::App& app, const std::string& option) {
-    return std::ranges::any_of(app.get_subcommands({}), [&](const CLI::App* command) {
-        return command->get_option_no_throw(option) != nullptr || hasOption(*command, option);
-    });
-}
-
-/// The complaint about a word of the command line that is neither an option, a command nor an argument.
-UsageError unknownWord(const CLI::App& app, const std::vector<Command>& commands, const std::string& word) {
-    const std::vector<const CLI::App*> named = namedCommands(app);
-    const CLI::App& last = named.empty() ? app : *named.back();
-    std::vector<std::string> names;
-    if (isOption(word)) {
-        if (!last.get_subcommands({}).empty() && hasOption(last, word))
-            return {"the option '" + word + "' goes behind a command"};
-        if (last.get_option_no_throw(word) != nullptr)
-            return {"the option '" + word + "' goes behind the command '" + last.get_name() + "'"};
-        for (const CLI::Option* option : last.get_options()) {
-            for (const std::string& name : option->get_lnames())
-                names.push_back("--" + name);
-        }
-        return {"there is no option '" + word + "'" + OptionText::didYouMean(word, names)};
-    }
-    for (const CLI::App* candidate : last.get_subcommands({}))
-        names.push_back(candidate->get_name());
-    if (!names.empty())
-        return {"there is no command '" + (named.empty() ? "" : last.get_name() + " ") + word + "'" +
-                OptionText::didYouMean(word, names)};
-    const auto command = std::ranges::find(commands, &last, &Command::app);
-    const bool hasRemark = command != commands.end() && command->remark;
-    return {"'" + word + "' is one argument too many" + (hasRemark ? command->remark(word) : std::string())};
-}
-
-/// The complaint about the first such word, if there is one.
-std::optional<UsageError> unknownWord(const CLI::App& app, const std::vector<Command>& commands) {
-    for (const std::string& word : app.remaining(true)) {
-        if (word != "--")
-            return unknownWord(app, commands, word);
-    }
-    return std::nullopt;
-}
-
 /// The parser's complaint. It is reworded if an option has too many values or none; such a complaint begins
 /// with the option's name.
 UsageError reworded(const CLI::App& app, const CLI::ParseError& error) {
@@ -91,15 +36,23 @@ UsageError reworded(const CLI::App& app, const CLI::ParseError& error) {
     return {text};
 }
 
-/// "generate, icns or export".
-std::string listed(const std::vector<const CLI::App*>& commands) {
-    std::string text;
-    for (std::size_t i = 0; i < commands.size(); ++i) {
-        if (i > 0)
-            text += i + 1 == commands.size() ? " or " : ", ";
-        text += commands[i]->get_name();
+/// The words behind the program's name. "help" in front of a command is "--help" behind it.
+std::vector<std::string> wordsOf(int argc, const char* const* argv, const CLI::App& app) {
+    std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+    if (words.empty() || words.front() != "help")
+        return words;
+    words.erase(words.begin());
+    // Where a word is no command, the complaint about it is worth more than the help.
+    const CLI::App* at = &app;
+    for (const std::string& word : words) {
+        const std::vector<const CLI::App*> below = at->get_subcommands({});
+        const auto found = std::ranges::find(below, word, &CLI::App::get_name);
+        if (found == below.end())
+            return words;
+        at = *found;
     }
-    return text;
+    words.emplace_back("--help");
+    return words;
 }
 
 /// Whether the command line asks for JSON, as far as that can be told of a wrong one.
@@ -122,7 +75,7 @@ std::vector<Command> addCommands(CLI::App& app) {
     app.name("tobrimax-cli");
     app.description(
         "Turns one picture into the icon sets that iPhone, iPad, Apple Watch, Mac and Android apps need.");
-    app.set_version_flag("--version", "tobrimax-cli " TOBRIMAX_VERSION);
+    app.set_version_flag("-V,--version", "tobrimax-cli " TOBRIMAX_VERSION);
     app.set_help_flag("-h,--help", "Show this and exit");
     app.require_subcommand(0, 1);
     app.allow_extras();
@@ -140,23 +93,24 @@ std::vector<Command> addCommands(CLI::App& app) {
 ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
     CLI::App app;
     const std::vector<Command> commands = addCommands(app);
+    const std::vector<std::string> words = wordsOf(argc, argv, app);
     // The parser throws exceptions; they are caught here.
     try {
-        app.parse(argc, argv);
+        app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
     } catch (const CLI::Success& request) {
         std::ostringstream text;
         app.exit(request, text, text);
         return {nullptr, text.str(), {}};
     } catch (const CLI::ParseError& error) {
-        return complaint(app, unknownWord(app, commands).value_or(reworded(app, error)));
+        return complaint(app, unknownWord(app, commands, words).value_or(reworded(app, error)));
     }
-    if (const std::optional<UsageError> unknown = unknownWord(app, commands))
+    if (const std::optional<UsageError> unknown = unknownWord(app, commands, words))
         return complaint(app, *unknown);
     const std::vector<const CLI::App*> named = namedCommands(app);
     const CLI::App& last = named.empty() ? app : *named.back();
     const auto command = std::ranges::find(commands, &last, &Command::app);
     if (command == commands.end())
-        return complaint(app, {"a command is missing: " + listed(last.get_subcommands({}))});
+        return complaint(app, {"a command is missing: " + namesOf(last.get_subcommands({}))});
     const Parsed<std::function<int()>> work = command->prepare();
     if (const auto* error = std::get_if<UsageError>(&work))
         return complaint(app, *error);

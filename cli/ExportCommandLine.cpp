@@ -25,13 +25,6 @@ struct ExportWords {
     std::string size;
 };
 
-Parsed<quint64> formatNumber(const std::string& word) {
-    const auto found = std::ranges::find(formatWords(), word);
-    if (found == formatWords().end())
-        return UsageError{"there is no format '" + word + "'" + OptionText::didYouMean(word, formatWords())};
-    return static_cast<quint64>(found - formatWords().begin());
-}
-
 /// Parses a size such as "640x480".
 Parsed<QSize> size(const std::string& text) {
     const QStringList parts = QString::fromStdString(text).split(u'x');
@@ -50,13 +43,15 @@ Parsed<ExportOptions> optionsFrom(const CLI::App& app, const ExportWords& words)
     ExportOptions options;
     options.picture = words.picture;
     QSize pixels;
+    std::size_t format = 0;
     std::optional<UsageError> error;
     if (options.picture.empty())
         return UsageError{"PICTURE is empty"};
-    if (!take(formatNumber(words.format), options.format, error) ||
+    if (!take(OptionText::choice("format", words.format, formatWords()), format, error) ||
         !take(OptionText::path(words.out, "--out"), options.out, error) ||
         (app.count("--size") > 0 && !take(size(words.size), pixels, error)))
         return *error;
+    options.format = format;
     if (pixels.isValid())
         options.size = pixels;
     return options;
@@ -74,7 +69,7 @@ Command exportCommand(CLI::App& app) {
                      "jpeg (over white), tiff, bmp, gif (up to 255 colours), png or jpeg2000 (lossless)")
         ->required()
         ->type_name("NAME");
-    command.app->add_option("--out", words->out, "the file to write; its name has no say in the format")
+    command.app->add_option("-o,--out", words->out, "the file to write; its name has no say in the format")
         ->required()
         ->type_name("FILE");
     command.app

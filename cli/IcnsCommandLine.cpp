@@ -35,7 +35,7 @@ Command extractCommand(CLI::App& icns) {
     command.app = icns.add_subcommand("extract", "Write each picture of an icns file as a PNG file");
     command.app->add_option("FILE", words->file, "an icns file")->required();
     command.app
-        ->add_option("--out", words->out,
+        ->add_option("-o,--out", words->out,
                      "the folder that the files go into, named TYPE_WxH.png; it is made where it is missing")
         ->required()
         ->type_name("DIR");
@@ -63,7 +63,7 @@ Command makeCommand(CLI::App& icns) {
     Command command;
     command.app = icns.add_subcommand("make", "Write an icns file of one picture, in seven sizes");
     command.app->add_option("PICTURE", words->picture, PictureFormats::names().toStdString())->required();
-    command.app->add_option("--out", words->out, "the file to write")->required()->type_name("FILE.icns");
+    command.app->add_option("-o,--out", words->out, "the file to write")->required()->type_name("FILE.icns");
     words->style.addTo(*command.app);
     command.prepare = [words, app = command.app]() -> Parsed<Work> {
         IcnsMakeOptions options;

@@ -24,7 +24,8 @@ Command layoutsCommand(CLI::App& app) {
         LayoutsOptions options;
         options.json = words->json;
         std::optional<UsageError> error;
-        if (app->count("NAME") > 0 && !take(OptionText::path(words->layout, "NAME"), options.layout, error))
+        if (app->count("NAME") > 0 &&
+            !take(OptionText::path(LayoutWords::known(words->layout), "NAME"), options.layout, error))
             return *error;
         return [options] { return runLayouts(options); };
     };

@@ -45,11 +45,12 @@ void CheckedMap::refuseType(const char* key, const QString& wanted) {
 
 void CheckedMap::allow(std::initializer_list<const char*> keys) {
     const std::vector<std::string> words(keys.begin(), keys.end());
-    for (auto entry = m_map.begin(); entry != m_map.end(); ++entry) {
+    // One unknown key is told; there may be very many.
+    for (auto entry = m_map.begin(); entry != m_map.end() && !m_error; ++entry) {
         const std::string key = entry.key().toStdString();
         if (std::ranges::find(words, key) == words.end())
-            refuse(QStringLiteral("there is no key \"%1\"; did you mean \"%2\"?")
-                       .arg(entry.key(), QString::fromStdString(nearestWord(key, words))));
+            refuse(QStringLiteral("there is no key \"%1\"%2")
+                       .arg(entry.key(), QString::fromStdString(suggestion(key, words, '"'))));
     }
 }
 
@@ -125,9 +126,9 @@ std::size_t CheckedMap::choice(const char* key, std::initializer_list<const char
     const auto found = std::ranges::find(known, word.toStdString());
     if (found != known.end())
         return static_cast<std::size_t>(found - known.begin());
-    refuse(
-        QStringLiteral("there is no %1 \"%2\"; did you mean \"%3\"?")
-            .arg(QLatin1String(key), word, QString::fromStdString(nearestWord(word.toStdString(), known))));
+    refuse(QStringLiteral("there is no %1 \"%2\"%3")
+               .arg(QLatin1String(key), word,
+                    QString::fromStdString(suggestion(word.toStdString(), known, '"'))));
     return 0;
 }
 

@@ -31,9 +31,10 @@ Result<QByteArray> bytesOf(const QString& nameOrPath) {
     std::vector<std::string> words;
     for (const QString& name : LayoutCatalogue::names())
         words.push_back(name.toStdString());
-    return Error{ErrorCode::NotFound,
-                 QStringLiteral("there is no layout \"%1\"; did you mean \"%2\"?")
-                     .arg(nameOrPath, QString::fromStdString(nearestWord(nameOrPath.toStdString(), words)))};
+    return Error{
+        ErrorCode::NotFound,
+        QStringLiteral("there is no layout \"%1\"%2")
+            .arg(nameOrPath, QString::fromStdString(suggestion(nameOrPath.toStdString(), words, '"')))};
 }
 
 /// The name of a layout, from its own file's name.

@@ -66,12 +66,13 @@ CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
     CLI::App* generate = app.add_subcommand("generate", "Write the icon sets of one picture");
     generate->add_option("PICTURE", words.picture, PictureFormats::names().toStdString())->required();
     generate
-        ->add_option("--out", words.out, "the folder that the sets go into; it is made where it is missing")
+        ->add_option("-o,--out", words.out,
+                     "the folder that the sets go into; it is made where it is missing")
         ->required()
         ->type_name("DIR");
     generate
-        ->add_option("--platform", words.platforms,
-                     platformWordsText() + " (the default); may be given several times")
+        ->add_option("-p,--platform", words.platforms,
+                     platformWordsText() + " (the default); several with commas, mac,android")
         ->type_name("NAME")
         ->take_all()
         ->allow_extra_args(false);
@@ -82,26 +83,31 @@ CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
                      "a property list of icon names and sizes instead of the built-in one")
         ->type_name("FILE");
     generate->add_flag("--open", words.open, "open DIR in the file browser afterwards");
-    generate->add_flag("--quiet", words.quiet, "print nothing but warnings and errors");
-    generate->add_flag("--verbose", words.verbose, "list every file, and show the diagnostic log");
+    generate->add_flag("-q,--quiet", words.quiet, "print nothing but warnings and errors");
+    generate->add_flag("-v,--verbose", words.verbose, "list every file, and show the diagnostic log");
     generate->add_flag("--json", words.json, "print one JSON document instead of lines");
     generate->add_flag("--timings", words.timings,
                        "tell how long each stage of the work took, with --quiet too");
     return generate;
 }
 
+/// The platform's word for another name of it.
+std::string meant(const std::string& word) {
+    return OptionText::areSame(word, "ios") ? "universal" : word;
+}
+
 Parsed<std::vector<Platform>> platformsOf(const std::vector<std::string>& chosen) {
     std::vector<Platform> platforms;
     const std::vector<std::string> standard{platformWords().back().word};
     for (const std::string& word : chosen.empty() ? standard : chosen) {
-        const auto found = std::ranges::find(platformWords(), word, &Platforms::Choice::word);
-        if (found == platformWords().end()) {
-            return UsageError{"there is no platform '" + word + "'" +
-                              OptionText::didYouMean(word, platformNames())};
-        }
-        for (const Platform platform : found->platforms) {
-            if (std::ranges::find(platforms, platform) == platforms.end())
-                platforms.push_back(platform);
+        for (const std::string& name : OptionText::list(word)) {
+            const Parsed<std::size_t> found = OptionText::choice("platform", meant(name), platformNames());
+            if (const auto* error = std::get_if<UsageError>(&found))
+                return *error;
+            for (const Platform platform : platformWords()[std::get<std::size_t>(found)].platforms) {
+                if (std::ranges::find(platforms, platform) == platforms.end())
+                    platforms.push_back(platform);
+            }
         }
     }
     return platforms;
@@ -151,8 +157,8 @@ Command generateCommand(CLI::App& app) {
     };
     command.remark = [](const std::string& word) -> std::string {
         const bool isPlatform =
-            std::ranges::find(platformWords(), word, &Platforms::Choice::word) != platformWords().end();
-        return isPlatform ? "; --platform takes one name and may be repeated" : "";
+            std::holds_alternative<std::size_t>(OptionText::choice("platform", meant(word), platformNames()));
+        return isPlatform ? "; several platforms are written with commas: --platform mac,android" : "";
     };
     command.choices = {{"--platform", platformNames()}, {"--layout", LayoutWords::names()}};
     return command;

@@ -1,5 +1,7 @@
 #include "cli/generate/LayoutWords.h"
 
+#include "files/FileItem.h"
+#include "files/PathBytes.h"
 #include "layouts/LayoutCatalogue.h"
 
 std::vector<std::string> LayoutWords::names() {
@@ -9,9 +11,15 @@ std::vector<std::string> LayoutWords::names() {
     return names;
 }
 
+std::string LayoutWords::known(const std::string& word) {
+    const std::vector<std::string> all = names();
+    const Parsed<std::size_t> found = OptionText::choice("layout", word, all);
+    return std::holds_alternative<std::size_t>(found) ? all[std::get<std::size_t>(found)] : word;
+}
+
 void LayoutWords::addTo(CLI::App& command) {
     command
-        .add_option("--layout", layouts,
+        .add_option("-l,--layout", layouts,
                     "write icons into a project in DIR: a layout's name (see tobrimax-cli layouts) or file; "
                     "may be given "
                     "several times")
@@ -33,11 +41,15 @@ void LayoutWords::addTo(CLI::App& command) {
 std::optional<UsageError> LayoutWords::addTo(GenerateOptions& options, const CLI::App& command) const {
     std::optional<UsageError> error;
     for (const std::string& layout : layouts) {
-        QString text;
-        if (!take(OptionText::path(layout, "--layout"), text, error))
-            return error;
-        if (!options.layouts.contains(text))
-            options.layouts << text;
+        // A file's name may have a comma.
+        const bool isOne = FileItem::isThere(PathBytes::decoded(layout));
+        for (const std::string& part : isOne ? std::vector{layout} : OptionText::list(layout)) {
+            QString text;
+            if (!take(OptionText::path(known(part), "--layout"), text, error))
+                return error;
+            if (!options.layouts.contains(text))
+                options.layouts << text;
+        }
     }
     if (command.count("--background") > 0) {
         Color color;

@@ -21,6 +21,9 @@ struct LayoutWords {
     /// The built-in layouts.
     static std::vector<std::string> names();
 
+    /// The built-in layout's name where `word` is one in other letter case; else `word`.
+    static std::string known(const std::string& word);
+
     /// Adds the options to `command`.
     void addTo(CLI::App& command);
 

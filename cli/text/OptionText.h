@@ -40,7 +40,15 @@ Parsed<float> fraction(const std::string& option, const std::string& text);
 
 Parsed<Color> color(const std::string& text);
 
-/// "; did you mean '…'?" with the word from `words` that is nearest to `word`.
-std::string didYouMean(const std::string& word, const std::vector<std::string>& words);
+/// The place of `word` in `words`, in any letter case. `kind` names in the complaint what there is:
+/// "platform".
+Parsed<std::size_t> choice(const std::string& kind, const std::string& word,
+                           const std::vector<std::string>& words);
+
+/// The parts of "a,b,c".
+std::vector<std::string> list(const std::string& text);
+
+/// Whether both are equal in any letter case.
+bool areSame(const std::string& a, const std::string& b);
 
 } // namespace OptionText

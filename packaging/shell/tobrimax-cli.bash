@@ -53,8 +53,8 @@ _tobrimax_cli() {
         fi
         case ${words[at]} in
         --) ended=1 ;;
-        --out | --platform | --round-corner | --border | --border-color | --catalogue | --format | --size | \
-            --background | --layout | --name | --dark | --tinted | --foreground | --monochrome)
+        -o | -p | -l | --out | --platform | --round-corner | --border | --border-color | --catalogue | --format | \
+            --size | --background | --layout | --name | --dark | --tinted | --foreground | --monochrome)
             ((++at == cword)) && option=$prev
             ;;
         esac
@@ -62,7 +62,7 @@ _tobrimax_cli() {
     ((ended)) || ! $split || option=$prev
 
     case $option in
-    --out)
+    -o | --out)
         if [[ $command == generate || $command == "icns extract" ]]; then _filedir -d; else _filedir; fi
         return
         ;;
@@ -70,11 +70,11 @@ _tobrimax_cli() {
         _filedir
         return
         ;;
-    --platform)
+    -p | --platform)
         COMPREPLY=($(compgen -W "iphone ipad universal watch mac android all" -- "$cur"))
         return
         ;;
-    --layout)
+    -l | --layout)
         _filedir
         COMPREPLY+=($(compgen -W "$(_tobrimax_cli_layouts)" -- "$cur"))
         return

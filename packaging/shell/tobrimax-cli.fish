@@ -17,7 +17,7 @@ end
 function __tobrimax_cli_wants
     __tobrimax_cli_in $argv[2..]
     or return
-    set -l valued --out --platform --round-corner --border --border-color --catalogue --format --size \
+    set -l valued -o -p -l --out --platform --round-corner --border --border-color --catalogue --format --size \
         --background --layout --name --dark --tinted --foreground --monochrome
     set -l words (commandline -poc)
     set -l given 0
@@ -49,7 +49,7 @@ end
 
 complete -c tobrimax-cli -f
 complete -c tobrimax-cli -s h -l help -d 'show help and exit'
-complete -c tobrimax-cli -n __tobrimax_cli_at -l version -d 'print the version and exit'
+complete -c tobrimax-cli -n __tobrimax_cli_at -s V -l version -d 'print the version and exit'
 complete -c tobrimax-cli -n __tobrimax_cli_at -a generate -d 'write the icon sets of one picture'
 complete -c tobrimax-cli -n __tobrimax_cli_at -a layouts -d 'list the layouts for projects'
 complete -c tobrimax-cli -n __tobrimax_cli_at -a icns -d 'list, extract and make icns files'
@@ -66,10 +66,10 @@ end
 
 set -l condition '__tobrimax_cli_in generate'
 complete -c tobrimax-cli -n '__tobrimax_cli_wants 1 generate' -F
-complete -c tobrimax-cli -n $condition -x -l out -a '(__tobrimax_cli_folders)' -d 'the folder that the sets go into'
-complete -c tobrimax-cli -n $condition -x -l platform -a 'iphone ipad universal watch mac android all' -d 'whose icons to make'
+complete -c tobrimax-cli -n $condition -x -s o -l out -a '(__tobrimax_cli_folders)' -d 'the folder that the sets go into'
+complete -c tobrimax-cli -n $condition -x -s p -l platform -a 'iphone ipad universal watch mac android all' -d 'whose icons to make'
 complete -c tobrimax-cli -n $condition -x -l background -d 'an opaque colour under the icons'
-complete -c tobrimax-cli -n $condition -r -F -l layout -a '(__tobrimax_cli_layouts)' -d 'write icons into a project'
+complete -c tobrimax-cli -n $condition -r -F -s l -l layout -a '(__tobrimax_cli_layouts)' -d 'write icons into a project'
 complete -c tobrimax-cli -n $condition -x -l name -d 'the name of the app'
 complete -c tobrimax-cli -n $condition -r -F -l dark -d 'the picture for dark icons'
 complete -c tobrimax-cli -n $condition -r -F -l tinted -d 'the picture for tinted icons'
@@ -77,8 +77,8 @@ complete -c tobrimax-cli -n $condition -r -F -l foreground -d 'the front layer o
 complete -c tobrimax-cli -n $condition -r -F -l monochrome -d 'the shape of themed icons'
 complete -c tobrimax-cli -n $condition -r -F -l catalogue -d 'icon names and sizes instead of the built-in ones'
 complete -c tobrimax-cli -n $condition -l open -d 'open the folder in the file browser afterwards'
-complete -c tobrimax-cli -n $condition -l quiet -d 'print nothing but warnings and errors'
-complete -c tobrimax-cli -n $condition -l verbose -d 'list every file, and show the diagnostic log'
+complete -c tobrimax-cli -n $condition -s q -l quiet -d 'print nothing but warnings and errors'
+complete -c tobrimax-cli -n $condition -s v -l verbose -d 'list every file, and show the diagnostic log'
 complete -c tobrimax-cli -n $condition -l json -d 'print one JSON document'
 complete -c tobrimax-cli -n $condition -l timings -d 'tell how long each stage of the work took'
 
@@ -95,10 +95,10 @@ complete -c tobrimax-cli -n '__tobrimax_cli_in icns list' -l json -d 'print one 
 
 set condition '__tobrimax_cli_in icns extract'
 complete -c tobrimax-cli -n '__tobrimax_cli_wants 1 icns extract' -F
-complete -c tobrimax-cli -n $condition -x -l out -a '(__tobrimax_cli_folders)' -d 'the folder that the files go into'
+complete -c tobrimax-cli -n $condition -x -s o -l out -a '(__tobrimax_cli_folders)' -d 'the folder that the files go into'
 
 complete -c tobrimax-cli -n '__tobrimax_cli_wants 1 icns make' -F
-complete -c tobrimax-cli -n '__tobrimax_cli_in icns make' -r -F -l out -d 'the file to write'
+complete -c tobrimax-cli -n '__tobrimax_cli_in icns make' -r -F -s o -l out -d 'the file to write'
 
 set condition '__tobrimax_cli_at custom-icon'
 complete -c tobrimax-cli -n $condition -a set -d 'make an icns file the icon of a file or folder'
@@ -116,5 +116,5 @@ complete -c tobrimax-cli -n '__tobrimax_cli_in custom-icon remove' -l apple-doub
 set condition '__tobrimax_cli_in export'
 complete -c tobrimax-cli -n '__tobrimax_cli_wants 1 export' -F
 complete -c tobrimax-cli -n $condition -x -l format -a 'jpeg tiff bmp gif png jpeg2000' -d 'the format to write'
-complete -c tobrimax-cli -n $condition -r -F -l out -d 'the file to write'
+complete -c tobrimax-cli -n $condition -r -F -s o -l out -d 'the file to write'
 complete -c tobrimax-cli -n $condition -x -l size -d 'width and height in pixels, such as 640x480'

@@ -76,3 +76,11 @@ TEST_F(ExportCommand, what_fails_is_told) {
         u"b: "_s);
     EXPECT_TRUE(tree(path({})).empty());
 }
+
+TEST_F(ExportCommand, formats_are_taken_in_any_case) {
+    const QString made = path(u"a.jpg"_s);
+    const ProcessResult result =
+        runCli({u"export"_s, flatPicture(u"logo.png"_s, 8, 8), u"--format"_s, u"JPEG"_s, u"-o"_s, made});
+    EXPECT_EQ(result.exitStatus, 0) << result.errors.toStdString();
+    EXPECT_TRUE(content(made).startsWith("\xff\xd8\xff"));
+}

@@ -105,3 +105,18 @@ TEST_F(Layouts, a_background_takes_the_alpha_channel_out_of_the_plain_sets) {
     const ProcessResult listed = runCli({u"icns"_s, u"list"_s, out() + u"/mac/Application.icns"_s});
     EXPECT_EQ(listed.exitStatus, 0);
 }
+
+TEST_F(Layouts, several_layouts_are_written_with_commas_and_in_any_case) {
+    const QString source = flatPicture(u"logo.png"_s, 1024, 1024);
+    generated(source, {u"-l"_s, u"Web,xcode-SINGLE"_s});
+    EXPECT_TRUE(QFile::exists(out() + u"/favicon.ico"_s));
+    EXPECT_TRUE(QFile::exists(out() + u"/AppIcon.appiconset/Contents.json"_s));
+    EXPECT_EQ(runCli({u"layouts"_s, u"WEB"_s}).output.toStdString(),
+              runCli({u"layouts"_s, u"web"_s}).output.toStdString());
+}
+
+TEST_F(Layouts, a_layout_files_name_may_have_a_comma) {
+    const QString layout = file(u"a,web.toml"_s, "[[file]]\npath = 'x.png'\nsize = 7\n");
+    generated(flatPicture(u"logo.png"_s, 64, 64), {u"--layout"_s, layout});
+    EXPECT_EQ(tree(), std::vector<std::string>{"x.png"});
+}

@@ -75,8 +75,9 @@ TEST_F(PlatformOption, every_choice_of_the_table_is_a_word) {
 
 TEST_F(PlatformOption, the_help_names_every_word) {
     const QString help = QString::fromUtf8(runCli({u"generate"_s, u"--help"_s}).output).simplified();
-    EXPECT_TRUE(help.contains(u"--platform NAME ... iphone, ipad, universal (iphone and ipad), watch, mac, "
-                              "android or all (the default); may be given several times"_s))
+    EXPECT_TRUE(
+        help.contains(u"-p,--platform NAME ... iphone, ipad, universal (iphone and ipad), watch, mac, "
+                      "android or all (the default); several with commas, mac,android"_s))
         << help.toStdString();
 }
 
@@ -101,4 +102,37 @@ TEST_F(PlatformOption, sets_are_made_in_the_order_in_which_they_are_named) {
     ASSERT_EQ(files.size(), 26);
     EXPECT_EQ(files.first().toObject()[u"platform"_s].toString().toStdString(), "watch");
     EXPECT_EQ(files.last().toObject()[u"platform"_s].toString().toStdString(), "iphone");
+}
+
+TEST_F(PlatformOption, several_platforms_are_written_with_commas) {
+    EXPECT_EQ(filesPerFolder({u"mac,android"_s, u"watch"_s}),
+              (Counts{{"mac", 11}, {"android", 7}, {"watch", 17}}));
+}
+
+TEST_F(PlatformOption, an_empty_part_of_a_list_is_refused) {
+    const ProcessResult result = generate(sample(u"svg"_s), {u"--platform"_s, u"mac,"_s});
+    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_TRUE(result.errors.contains("there is no platform ''")) << result.errors.toStdString();
+    EXPECT_TRUE(tree().empty());
+}
+
+TEST_F(PlatformOption, names_are_taken_in_any_case) {
+    EXPECT_EQ(filesPerFolder({u"MAC"_s, u"Android"_s}), (Counts{{"mac", 11}, {"android", 7}}));
+}
+
+TEST_F(PlatformOption, ios_is_universal) {
+    EXPECT_EQ(filesPerFolder({u"iOS"_s}), (Counts{{"iphone", 9}, {"ipad", 10}}));
+}
+
+TEST_F(PlatformOption, short_options_are_the_long_ones) {
+    const QString folder = path(u"short"_s);
+    const ProcessResult result = runCli({u"generate"_s, sample(u"svg"_s), u"-qpmac"_s, u"-o"_s, folder});
+    EXPECT_EQ(result.exitStatus, 0) << result.errors.toStdString();
+    EXPECT_EQ(result.output.toStdString(), "");
+    EXPECT_EQ(tree(folder).size(), 11U);
+    const ProcessResult verbose =
+        runCli({u"generate"_s, sample(u"svg"_s), u"-v"_s, u"-p"_s, u"mac"_s, u"-o"_s, folder});
+    EXPECT_TRUE(verbose.output.contains("  mac/Application.icns  "));
+    EXPECT_EQ(runCli({u"-V"_s}).output.toStdString(), runCli({u"--version"_s}).output.toStdString());
+    EXPECT_EQ(runCli({u"-h"_s}).output.toStdString(), runCli({u"--help"_s}).output.toStdString());
 }

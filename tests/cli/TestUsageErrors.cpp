@@ -37,7 +37,7 @@ TEST_F(UsageErrors, an_unknown_command) {
 }
 
 TEST_F(UsageErrors, an_unknown_command_with_arguments) {
-    expectWrong({u"create"_s, sample(u"svg"_s), u"--out"_s, out()}, {u"'create'"_s, u"mean 'generate'"_s});
+    expectWrong({u"genrate"_s, sample(u"svg"_s), u"--out"_s, out()}, {u"'genrate'"_s, u"mean 'generate'"_s});
 }
 
 TEST_F(UsageErrors, an_unknown_option_before_the_command) {
@@ -158,6 +158,65 @@ TEST_F(UsageErrors, commands_of_commands) {
 
 TEST_F(UsageErrors, an_option_before_its_command) {
     expectWrong({u"--json"_s, u"icns"_s, u"list"_s, u"a"_s},
-                {u"'--json'"_s, u"goes behind the command 'list'"_s});
-    expectWrong({u"icns"_s, u"--out"_s}, {u"'--out' goes behind a command"_s});
+                {u"write the option '--json' after the command 'list'"_s});
+    expectWrong({u"icns"_s, u"--out"_s},
+                {u"write the option '--out' after a command: list, extract or make"_s});
+}
+
+TEST_F(UsageErrors, a_word_that_is_near_to_nothing_gets_the_list_of_what_there_is) {
+    expectWrong({u"paint"_s},
+                {u"no command 'paint'; there are generate, layouts, icns, custom-icon and export"_s});
+    expectWrong({u"icns"_s, u"paint"_s, u"a"_s},
+                {u"no command 'icns paint'; there are list, extract and make"_s});
+    expectWrongOption({u"--platform"_s, u"symbian"_s},
+                      {u"no platform 'symbian'; there are iphone, ipad, universal, "
+                       "watch, mac, android and all"_s});
+    expectWrong({u"export"_s, u"a"_s, u"--out"_s, u"b"_s, u"--format"_s, u"xcf"_s},
+                {u"no format 'xcf'; there are jpeg, tiff, bmp, gif, png and jpeg2000"_s});
+    expectWrong({u"icns"_s, u"extract"_s, u"a"_s, u"--colour"_s},
+                {u"no option '--colour'; there are --help and --out"_s});
+    expectWrongOption({u"--background"_s, u"qqqqqq"_s},
+                      {u"no colour 'qqqqqq'; a colour is #RGB, #RRGGBB, #RRGGBBAA or a name"_s});
+}
+
+TEST_F(UsageErrors, a_part_of_an_option_is_enough_to_find_it) {
+    expectWrongOption({u"--corner"_s, u"0.2"_s}, {u"'--corner'; did you mean '--round-corner'?"_s});
+    expectWrongOption({u"--corner=0.2"_s}, {u"'--corner'; did you mean '--round-corner'?"_s});
+    expectWrongOption({u"--output=x"_s}, {u"'--output'; did you mean '--out'?"_s});
+}
+
+TEST_F(UsageErrors, a_colour_without_its_sign) {
+    for (const QString& color : {u"ff0000"_s, u"F00"_s, u"ff000080"_s})
+        expectWrongOption({u"--border"_s, u"0.1"_s, u"--border-color"_s, color},
+                          {u"there is no colour '%1'; did you mean '#%1'?"_s.arg(color)});
+}
+
+TEST_F(UsageErrors, a_line_without_its_command_is_shown_whole) {
+    expectWrong(
+        {u"logo.svg"_s, u"--out"_s, u"x"_s},
+        {u"there is no command 'logo.svg'; did you mean 'tobrimax-cli generate logo.svg --out x'?"_s});
+    expectWrong(
+        {u"-p"_s, u"mac"_s, u"--out=x"_s, u"my $logo.svg"_s},
+        {u"a command is missing; did you mean 'tobrimax-cli generate -p mac --out=x \"my \\$logo.svg\"'?"_s});
+    expectWrong({u"logo.svg"_s, u"--size"_s, u"9x9"_s}, {u"there is no command 'logo.svg'; there are"_s});
+}
+
+TEST_F(UsageErrors, a_command_that_is_inside_of_another_or_an_option) {
+    expectWrong({u"list"_s, u"a.icns"_s}, {u"did you mean 'icns list'?"_s});
+    expectWrong({u"version"_s}, {u"no command 'version'; did you mean '--version'?"_s});
+}
+
+TEST_F(UsageErrors, help_as_a_word_is_the_help) {
+    EXPECT_EQ(runCli({u"help"_s}).output.toStdString(), runCli({u"--help"_s}).output.toStdString());
+    for (const QStringList& command : {QStringList{u"generate"_s}, QStringList{u"icns"_s, u"list"_s}}) {
+        const ProcessResult result = runCli(QStringList{u"help"_s} + command);
+        EXPECT_EQ(result.exitStatus, 0);
+        EXPECT_EQ(result.output.toStdString(),
+                  runCli(command + QStringList{u"--help"_s}).output.toStdString());
+    }
+    expectWrong({u"help"_s, u"genrate"_s}, {u"'genrate'; did you mean 'generate'?"_s});
+}
+
+TEST_F(UsageErrors, a_picture_may_be_called_help) {
+    expectOneError(generate(u"help"_s), u"help: No such file"_s);
 }

@@ -94,7 +94,7 @@ TEST(LayoutReader, what_is_wrong_is_told_with_its_place_and_the_nearest_word) {
         {withFile("size = 1\nformat = \"icon\""),
          "file 1 (a.png): there is no format \"icon\"; did you mean \"ico\"?"},
         {withFile("size = 1\nshape = \"oval\""),
-         "file 1 (a.png): there is no shape \"oval\"; did you mean \"square\"?"},
+         "file 1 (a.png): there is no shape \"oval\"; there are square, circle and rounded"},
         {withFile("size = 1\nshape = \"rounded\""), "file 1 (a.png): a rounded shape wants a \"radius\""},
         {withFile("size = 1\nchannels = \"rgb\"\nshape = \"circle\""),
          "file 1 (a.png): without an alpha channel the shape is a square"},

@@ -57,12 +57,13 @@ class CompletionTest(unittest.TestCase):
             yield command, (command["command"] + " ").lstrip()
 
     def options_with_values(self):
-        """Each of them, with its command and name in both ways to write them."""
+        """Each of them, with its command and each of its names in all ways to write them."""
         for command, words in self.commands():
             for option in command["options"]:
                 if option["value"]:
-                    for between in " =":
-                        yield option, f"{words}{option['names'][-1]}{between}"
+                    for name in option["names"]:
+                        for between in " =" if name.startswith("--") else " ":
+                            yield option, f"{words}{name}{between}"
 
     def test_commands(self):
         for command, words in self.commands():
@@ -83,7 +84,7 @@ class CompletionTest(unittest.TestCase):
                 words = {*option["choices"], *PATHS.get(option["value"], ())}
                 self.expect(words, fixed)
                 self.expect(words, fixed, option["choices"][0][:2])
-        self.assertEqual(count, 6, "--platform, --layout and --format")
+        self.assertEqual(count, 8, "--platform, -p, --layout, -l and --format")
 
     def test_files_and_folders_that_an_option_takes(self):
         for option, fixed in self.options_with_values():
