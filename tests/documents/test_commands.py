@@ -39,16 +39,19 @@ class Commands(unittest.TestCase):
 
     def scratch(self, name):
         """A folder with the pictures and projects that the documents speak of."""
-        folder = self.root / name
+        folder, pattern = self.root / name, self.root / "pattern"
+        if not pattern.exists():
+            self.fill(pattern)
+        shutil.copytree(pattern, folder)
+        return folder
+
+    def fill(self, folder):
         samples = pathlib.Path(PROJECT) / "resources" / "sample"
         for path in ("pictures", "My App", "my_app/web", "my-app/src-tauri", "App/Assets.xcassets", "app/src/main", "public"):
             (folder / path).mkdir(parents=True)
         shutil.copy(samples / "tobrimax-sample.svg", folder / "logo.svg")
         shutil.copy(samples / "tobrimax-sample.png", folder / "logo.png")
-        disc((1024, 1024), "teal").save(folder / "mark.png")
         disc((2048, 1280), "teal").save(folder / "wide.png")
-        disc((1024, 1024), "teal", "white").convert("RGB").save(folder / "photo.jpg")
-        disc((64, 64), "teal", "white").convert("RGB").save(folder / "tiny.png")
         for name in ("mark", "dark"):
             (folder / f"{name}.svg").write_text('<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 64 64">'
                                                 '<circle cx="32" cy="32" r="20" fill="#17657a"/></svg>\n')
@@ -60,7 +63,6 @@ class Commands(unittest.TestCase):
         (folder / "my-app" / "src-tauri" / "tauri.conf.json").write_text('{ "bundle": { "active": true } }\n')
         (folder / "app" / "src" / "main" / "AndroidManifest.xml").write_text(
             '<manifest xmlns:android="http://schemas.android.com/apk/res/android">\n    <application/>\n</manifest>\n')
-        return folder
 
     def bash(self, lines, folder):
         return subprocess.run(["bash", "-ec", "set -o pipefail\n" + lines], cwd=folder, env=self.environment, timeout=250,
