@@ -23,5 +23,5 @@ class GenerationInput {
     /// Whether percent escapes in `outputPathString` are replaced when files are written (see OutputFolder).
     virtual bool replacesPercentEscapes() const { return true; }
 
-    virtual IconStyle iconStyle() const = 0;
+    virtual IconStyle iconStyle() const = 0; ///< the decoration of each icon
 };

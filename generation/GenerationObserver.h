@@ -18,7 +18,7 @@ class GenerationObserver {
 
     virtual ~GenerationObserver() = default;
 
-    virtual void fileWritten(const File& file) = 0;
+    virtual void fileWritten(const File& file) = 0; ///< The file is there, whole.
 
     /// `path` is the file or folder that could not be written, or the name of the catalogue if no catalogue
     /// could be loaded.

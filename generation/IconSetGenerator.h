@@ -21,7 +21,7 @@ class IconSetGenerator {
         IconGround ground = {}; ///< a value of its own
     };
 
-    IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings);
+    IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings); ///< keeps `input`
     // The members refer to each other, so a copy would be wrong.
     IconSetGenerator(const IconSetGenerator&) = delete;
     IconSetGenerator& operator=(const IconSetGenerator&) = delete;
@@ -39,8 +39,8 @@ class IconSetGenerator {
     /// The folder of an idiom's PNG files.
     QString appiconsetPathString(const QString& idiom) const;
 
-    const IconRenderer& renderer() const { return m_renderer; }
-    const IconWriter& writer() const { return m_writer; }
+    const IconRenderer& renderer() const { return m_renderer; } ///< of each icon
+    const IconWriter& writer() const { return m_writer; }       ///< of each PNG file
 
   private:
     void writeContainer(const Image& image, const QString& idiom) const;

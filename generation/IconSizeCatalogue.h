@@ -31,10 +31,10 @@ class IconSizeCatalogue {
     /// fewer than five elements, or if a dictionary or string in it has another type.
     static Result<IconSizeCatalogue> load(const Bundle& bundle);
 
-    const QVariantMap& dictionary(Platform platform) const {
+    const QVariantMap& dictionary(Platform platform) const { ///< maps keys to entries
         return m_dictionaries[static_cast<std::size_t>(platform)];
     }
-    QStringList keys(Platform platform) const { return dictionary(platform).keys(); }
+    QStringList keys(Platform platform) const { return dictionary(platform).keys(); } ///< in their order
 
     /// An entry's pixel size; 0 × 0 without "Dimensions".
     static QSizeF dimensions(const QVariantMap& entry);

@@ -71,8 +71,8 @@ class IconFamily {
     /// an element that is too long, only the beginning is used.
     std::unique_ptr<BitmapImageRep> bitmapImageRepWithAlphaForIconFamilyElement(FourCharCode type) const;
 
-    // Pasteboards. The block is written under both of its pasteboard types. Bytes that are read are not
-    // checked.
+    /// Pasteboards. The block is written under both of its pasteboard types. Bytes that are read are not
+    /// checked.
     static QStringList readableTypesForPasteboard(const Pasteboard& pasteboard);
     /// Always 0: the data are read as bytes.
     static int readingOptionsForType(const QString& type, const Pasteboard& pasteboard);

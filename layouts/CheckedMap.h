@@ -22,11 +22,11 @@ class CheckedMap {
     /// Refuses all other keys, with the nearest of these.
     void allow(std::initializer_list<const char*> keys);
 
-    bool has(const char* key) const { return m_map.contains(QLatin1String(key)); }
-    QString text(const char* key, const QString& otherwise = {});
-    bool flag(const char* key);
-    std::optional<int> wholeNumber(const char* key, int least, int most);
-    std::vector<int> wholeNumbers(const char* key, int least, int most);
+    bool has(const char* key) const { return m_map.contains(QLatin1String(key)); } ///< any value
+    QString text(const char* key, const QString& otherwise = {});                  ///< one text
+    bool flag(const char* key);                                                    ///< false without the key
+    std::optional<int> wholeNumber(const char* key, int least, int most); ///< no value without the key
+    std::vector<int> wholeNumbers(const char* key, int least, int most);  ///< a list; empty without the key
     /// A number above 0 and at most 1, or such a fraction in a text ("824/1024").
     double part(const char* key, double otherwise);
     /// One text, or a list of texts.
@@ -35,7 +35,7 @@ class CheckedMap {
     std::size_t choice(const char* key, std::initializer_list<const char*> words);
     std::vector<QVariantMap> maps(const char* key);
 
-    void refuse(const QString& sentence);
+    void refuse(const QString& sentence); ///< Stores the error, unless there is one.
 
   private:
     QVariant value(const char* key) const { return m_map.value(QLatin1String(key)); }

@@ -27,7 +27,7 @@ struct PictureFormatRow {
     /// The same, but may return a reduced copy: the largest that one of the renders draws from.
     Result<DecodedPicture> (*readReduced)(const QByteArray& bytes,
                                           const ReducedCopies::Renders& renders) = nullptr;
-
+    /// Reads the first picture with the reader that there is.
     Result<DecodedPicture> decode(const QByteArray& bytes, const ReducedCopies::Renders& renders) const {
         return readReduced != nullptr ? readReduced(bytes, renders) : read(bytes);
     }
