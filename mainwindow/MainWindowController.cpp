@@ -21,6 +21,7 @@
 MainWindowController::MainWindowController(const QString& windowNibName, const Surroundings& surroundings)
     : WindowController(windowNibName),
       _bundle(surroundings.bundle),
+      _screen(surroundings.screen),
       _generator(*this, {surroundings.screen, surroundings.workspace}) {}
 
 MainWindowController::~MainWindowController() {
@@ -65,6 +66,7 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
     HighlightedButton::awakeAll(*window);
     connectActions();
     connectPreview(*layout.previewStrip);
+    layout.planCaption->follow(*platformSelection, _bundle, _screen);
     return window;
 }
 
@@ -72,6 +74,11 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
 void MainWindowController::connectActions() {
     connect(platformSelection, &QComboBox::activated, this, [this] { platformSelected(platformSelection); });
     connect(roundedCheckButton, &QCheckBox::clicked, this, [this] { roundedChecked(roundedCheckButton); });
+    // At 0 the box alone changes nothing that can be seen. The slider is what comes next.
+    connect(roundedCheckButton, &QCheckBox::clicked, sliderCornerRadius, [this](bool isChecked) {
+        if (isChecked && sliderCornerRadius->floatValue() == 0)
+            sliderCornerRadius->setFocus();
+    });
     connect(sliderCornerRadius, &FloatSlider::action, this,
             [this] { sliderCornerRadiusAction(sliderCornerRadius); });
     connect(borderCheckButton, &QCheckBox::clicked, this, [this] { borderChecked(borderCheckButton); });

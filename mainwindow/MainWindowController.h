@@ -106,5 +106,6 @@ class MainWindowController final : public WindowController, public GenerationInp
     [[maybe_unused]] QFileDialog* savePanel = nullptr;
 
     const Bundle& _bundle;
+    const Screen& _screen;
     IconSetGenerator _generator;
 };

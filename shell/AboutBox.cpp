@@ -33,6 +33,7 @@ constexpr std::array libraries{
     Library{"OpenJPEG", "JPEG 2000 pictures", "BSD 2-clause"},
     Library{"zlib", "compressed SVG pictures", "zlib"},
     Library{"libdeflate", "PNG compression", "MIT"},
+    Library{"ISA-L", "PNG decompression", "BSD 3-clause"},
     Library{"libplist", "property lists", "LGPL 2.1 or later"},
     Library{"Highway", "portable SIMD", "Apache 2.0 or BSD 3-clause"},
 };

@@ -33,7 +33,7 @@ def take_main_window(desktop, look):
     start(desktop, look)
     desktop.drag_onto_well(sample)
     desktop.key("alt+r")
-    desktop.key("alt+a", "Right", "Left")
+    desktop.key("alt+a", *["Right"] * 44)
     desktop.key("alt+b")
     if "dark" in look:
         # A light border can be seen on a dark desktop.

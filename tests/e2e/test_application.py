@@ -90,7 +90,7 @@ class ApplicationTest(unittest.TestCase):
             desktop.screenshot("3-dropped")
 
             desktop.key("alt+r")
-            desktop.key("alt+a", "Right", "Right", "Right")
+            desktop.key("alt+a", *["Right"] * 47)
             desktop.key("alt+b")
             desktop.key("alt+d", "Right", "Left", "Right")
             for name in ("Rounded corner", "Border"):

@@ -130,6 +130,7 @@ TEST_F(GenerateAction, reads_picture_and_settings_again_when_the_folder_is_chose
 
 TEST_F(GenerateAction, uses_the_controls_style) {
     drop(pictureFile());
+    controller->sliderCornerRadius->setFloatValue(0.22F);
     controller->imgViewIcon->setImage(Pictures::loadedImage(Pictures::flat(64, 64, Qt::red)));
     controller->roundedCheckButton->click();
     controller->borderCheckButton->click();

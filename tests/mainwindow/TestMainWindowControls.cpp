@@ -29,8 +29,11 @@ TEST_F(MainWindowControls, start_as_the_layout_says) {
     EXPECT_EQ(controller->sliderCornerRadius->maximumFloat(), 0.5F);
     EXPECT_EQ(controller->sliderBorderWidth->minimumFloat(), 0.0F);
     EXPECT_EQ(controller->sliderBorderWidth->maximumFloat(), 0.25F);
-    // The same style as that of the command line, with corner and border off.
-    EXPECT_EQ(controller->iconStyle(), IconStyle());
+    // The command line's style, with corner and border off and without a radius: the well's border has none
+    // until the slider moves.
+    IconStyle style;
+    style.cornerRadiusPercent = 0;
+    EXPECT_EQ(controller->iconStyle(), style);
     EXPECT_EQ(controller->imgViewIcon->width(), controller->imgViewIcon->height());
     EXPECT_GE(controller->imgViewIcon->width(), 256);
     EXPECT_TRUE(controller->imgViewIcon->layer().masksToBounds());
@@ -166,6 +169,7 @@ TEST_F(MainWindowControls, the_radius_slider_rounds_the_preview_even_while_round
 TEST_F(MainWindowControls, a_radius_is_the_single_precision_value_times_the_width) {
     drop(pictureFile());
     controller->imgViewIcon->setFixedSize(200, 200);
+    controller->sliderCornerRadius->setFloatValue(0.22F);
     controller->roundedCheckButton->click();
     EXPECT_EQ(controller->imgViewIcon->layer().cornerRadius(), static_cast<double>(0.22F) * 200);
 }
@@ -265,7 +269,7 @@ TEST_F(MainWindowControls, labels_show_the_sliders_values) {
     EXPECT_EQ(text("borderWidthValue"), controller->sliderBorderWidth->valueText());
     drop(pictureFile());
     Events::key(controller->sliderCornerRadius, Qt::Key_Right);
-    EXPECT_EQ(text("cornerRadiusValue"), QStringLiteral("22.5 %"));
+    EXPECT_EQ(text("cornerRadiusValue"), QStringLiteral("0.5 %"));
 }
 
 TEST_F(MainWindowControls, labels_stand_on_the_windows_side_and_not_their_texts) {

@@ -46,6 +46,7 @@ TEST_F(PreviewStripTest, shows_what_is_written) {
 
 TEST_F(PreviewStripTest, follows_every_control_at_once) {
     drop(pictureFile(300, 300));
+    controller->sliderCornerRadius->setFloatValue(0.2F);
     const std::vector<std::function<void()>> changes{
         [this] { controller->roundedCheckButton->click(); },
         [this] { Events::key(controller->sliderCornerRadius, Qt::Key_End); },

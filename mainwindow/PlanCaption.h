@@ -1,0 +1,29 @@
+#pragma once
+
+#include "generation/Platforms.h"
+
+#include <QLabel>
+
+class Bundle;
+class Screen;
+class QComboBox;
+
+/// Says what Generate will write for the chosen platform: a line for each folder, from the size catalogue.
+class PlanCaption final : public QLabel {
+    Q_OBJECT
+
+  public:
+    explicit PlanCaption(QWidget* parent = nullptr);
+
+    /// Follows the choice in `platforms`. The references are kept; the catalogue is read at each change.
+    void follow(QComboBox& platforms, const Bundle& bundle, const Screen& screen);
+
+    QSize sizeHint() const override;
+
+  private:
+    void describe(int platformIndex);
+    QString line(Platform platform) const;
+
+    const Bundle* m_bundle = nullptr;
+    const Screen* m_screen = nullptr;
+};
