@@ -102,9 +102,9 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
         app.exit(request, text, text);
         return {nullptr, text.str(), {}};
     } catch (const CLI::ParseError& error) {
-        return complaint(app, unknownWord(app, commands, words).value_or(reworded(app, error)));
+        return complaint(app, unknownWord(app, words).value_or(reworded(app, error)));
     }
-    if (const std::optional<UsageError> unknown = unknownWord(app, commands, words))
+    if (const std::optional<UsageError> unknown = unknownWord(app, words))
         return complaint(app, *unknown);
     const std::vector<const CLI::App*> named = namedCommands(app);
     const CLI::App& last = named.empty() ? app : *named.back();

@@ -36,7 +36,7 @@ Command command(CLI::App* app, const std::shared_ptr<CustomIconWords>& words,
             return *error;
         return [run, options = std::get<CustomIconOptions>(options)] { return run(options); };
     };
-    return {app, prepare, {}, {}};
+    return {app, prepare, {}};
 }
 
 } // namespace

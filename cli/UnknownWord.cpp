@@ -135,8 +135,7 @@ std::string namesOf(const std::vector<const CLI::App*>& commands) {
     return text;
 }
 
-std::optional<UsageError> unknownWord(const CLI::App& app, const std::vector<Command>& commands,
-                                      const std::vector<std::string>& words) {
+std::optional<UsageError> unknownWord(const CLI::App& app, const std::vector<std::string>& words) {
     const std::vector<std::string> remaining = app.remaining(true);
     const auto found = std::ranges::find_if(remaining, [](const std::string& word) { return word != "--"; });
     if (found == remaining.end())
@@ -147,8 +146,5 @@ std::optional<UsageError> unknownWord(const CLI::App& app, const std::vector<Com
         return unknownOption(app, last, *found, words);
     if (!last.get_subcommands({}).empty())
         return unknownCommand(app, last, *found, words);
-    const auto command = std::ranges::find(commands, &last, &Command::app);
-    const bool hasRemark = command != commands.end() && command->remark;
-    return UsageError{"'" + *found + "' is one argument too many" +
-                      (hasRemark ? command->remark(*found) : std::string())};
+    return UsageError{"'" + *found + "' is one argument too many"};
 }

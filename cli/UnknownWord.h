@@ -14,5 +14,4 @@ std::string namesOf(const std::vector<const CLI::App*>& commands);
 
 /// The complaint about the first word that the parser of `app` could not use, if there is one: neither an
 /// option, a command nor an argument. `words` are all words behind the program's name.
-std::optional<UsageError> unknownWord(const CLI::App& app, const std::vector<Command>& commands,
-                                      const std::vector<std::string>& words);
+std::optional<UsageError> unknownWord(const CLI::App& app, const std::vector<std::string>& words);

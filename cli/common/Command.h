@@ -15,8 +15,6 @@ struct Command {
     /// Called if the command line named the command. Returns the work to do, whose result is the exit status,
     /// or what is wrong with the command's options.
     std::function<Parsed<std::function<int()>>()> prepare;
-    /// A hint about a word that is one argument too many; empty if there is no hint.
-    std::function<std::string(const std::string& word)> remark;
     /// The words that an option or operand knows, under its name. Those that accept any text are not listed.
     std::map<std::string, std::vector<std::string>> choices;
 };

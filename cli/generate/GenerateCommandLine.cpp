@@ -1,9 +1,10 @@
 // Parses the command line of `generate`.
 #include "cli/common/Command.h"
 #include "cli/common/StyleWords.h"
-#include "cli/generate/GenerateCommand.h"
-#include "cli/generate/GenerateLayouts.h"
+#include "cli/generate/GenerateCall.h"
 #include "cli/generate/LayoutWords.h"
+#include "files/FileItem.h"
+#include "files/PathBytes.h"
 #include "imaging/io/PictureFormat.h"
 
 #include <QStringList>
@@ -42,7 +43,7 @@ std::string platformWordsText() {
 
 /// The options of `generate` as typed.
 struct GenerateWords {
-    std::string picture;
+    std::vector<std::string> pictures;
     std::string out;
     std::vector<std::string> platforms;
     StyleWords style;
@@ -62,33 +63,35 @@ std::vector<std::string> platformNames() {
     return names;
 }
 
-CLI::App* addGenerate(CLI::App& app, GenerateWords& words) {
-    CLI::App* generate = app.add_subcommand("generate", "Write the icon sets of one picture");
-    generate->add_option("PICTURE", words.picture, PictureFormats::names().toStdString())->required();
-    generate
-        ->add_option("-o,--out", words.out,
-                     "the folder that the sets go into; it is made where it is missing")
+/// Adds the options of `generate` to `command`.
+void addOptions(CLI::App& command, GenerateWords& words) {
+    command
+        .add_option("PICTURE", words.pictures,
+                    PictureFormats::names().toStdString() +
+                        "; each of several gets a folder of its name in DIR")
+        ->required();
+    command
+        .add_option("-o,--out", words.out, "the folder that the sets go into; it is made where it is missing")
         ->required()
         ->type_name("DIR");
-    generate
-        ->add_option("-p,--platform", words.platforms,
-                     platformWordsText() + " (the default); several with commas, mac,android")
+    command
+        .add_option("-p,--platform", words.platforms,
+                    platformWordsText() + " (the default); several with commas, mac,android")
         ->type_name("NAME")
         ->take_all()
         ->allow_extra_args(false);
-    words.style.addTo(*generate);
-    words.layout.addTo(*generate);
-    generate
-        ->add_option("--catalogue", words.catalogue,
-                     "a property list of icon names and sizes instead of the built-in one")
+    words.style.addTo(command);
+    words.layout.addTo(command);
+    command
+        .add_option("--catalogue", words.catalogue,
+                    "a property list of icon names and sizes instead of the built-in one")
         ->type_name("FILE");
-    generate->add_flag("--open", words.open, "open DIR in the file browser afterwards");
-    generate->add_flag("-q,--quiet", words.quiet, "print nothing but warnings and errors");
-    generate->add_flag("-v,--verbose", words.verbose, "list every file, and show the diagnostic log");
-    generate->add_flag("--json", words.json, "print one JSON document instead of lines");
-    generate->add_flag("--timings", words.timings,
-                       "tell how long each stage of the work took, with --quiet too");
-    return generate;
+    command.add_flag("--open", words.open, "open DIR in the file browser afterwards");
+    command.add_flag("-q,--quiet", words.quiet, "print nothing but warnings and errors");
+    command.add_flag("-v,--verbose", words.verbose, "list every file, and show the diagnostic log");
+    command.add_flag("--json", words.json, "print one JSON document instead of lines");
+    command.add_flag("--timings", words.timings,
+                     "tell how long each stage of the work took, with --quiet too");
 }
 
 /// The platform's word for another name of it.
@@ -113,6 +116,19 @@ Parsed<std::vector<Platform>> platformsOf(const std::vector<std::string>& chosen
     return platforms;
 }
 
+/// The first picture that is none: a platform behind another one, as in "--platform mac android".
+std::optional<UsageError> strayPlatform(const std::vector<std::string>& pictures) {
+    for (const std::string& picture : pictures) {
+        const bool isPlatform = std::holds_alternative<std::size_t>(
+            OptionText::choice("platform", meant(picture), platformNames()));
+        if (pictures.size() > 1 && isPlatform && !FileItem::exists(PathBytes::decoded(picture)))
+            return UsageError{"'" + picture +
+                              "' is one argument too many; several platforms are written with commas: "
+                              "--platform mac,android"};
+    }
+    return std::nullopt;
+}
+
 Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWords& words) {
     GenerateOptions options;
     const bool hasCatalogue = generate.count("--catalogue") > 0;
@@ -126,13 +142,15 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
         return *error;
     if (const std::optional<UsageError> wrong = words.layout.addTo(options, generate))
         return *wrong;
-    if (words.picture.empty())
+    if (words.pictures.front().empty())
         return UsageError{"PICTURE is empty"};
     if (words.quiet && words.verbose)
         return UsageError{"--quiet and --verbose exclude each other"};
+    if (const std::optional<UsageError> stray = strayPlatform(words.pictures))
+        return *stray;
     while (options.out.size() > 1 && options.out.endsWith(u'/'))
         options.out.chop(1);
-    options.picture = words.picture;
+    options.picture = words.pictures.front();
     options.open = words.open;
     options.quiet = words.quiet;
     options.verbose = words.verbose;
@@ -141,24 +159,48 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
     return options;
 }
 
+/// The options that `command` was given.
+OptionValues valuesOf(const CLI::App& command) {
+    OptionValues values;
+    for (const CLI::Option* option : command.get_options()) {
+        if (option->count() > 0)
+            values[option->get_name()] = option->results();
+    }
+    return values;
+}
+
 } // namespace
+
+Parsed<GenerateOptions> GenerateRuns::parsed(const OptionValues& values) {
+    CLI::App command;
+    GenerateWords words;
+    addOptions(command, words);
+    // The parser throws exceptions; they are caught here.
+    try {
+        for (const auto& [name, texts] : values) {
+            for (const std::string& text : texts)
+                command.get_option(name)->add_result(text);
+        }
+        command.parse(std::vector<std::string>{});
+    } catch (const CLI::ParseError& error) {
+        return UsageError{error.what()};
+    }
+    return optionsFrom(command, words);
+}
 
 Command generateCommand(CLI::App& app) {
     const auto words = std::make_shared<GenerateWords>();
     Command command;
-    command.app = addGenerate(app, *words);
+    command.app = app.add_subcommand("generate", "Write the icon sets of pictures");
+    addOptions(*command.app, *words);
     command.prepare = [app = command.app, words]() -> Parsed<std::function<int()>> {
-        const Parsed<GenerateOptions> options = optionsFrom(*app, *words);
-        if (const auto* error = std::get_if<UsageError>(&options))
+        const Parsed<std::vector<GenerateRun>> runs = GenerateRuns::of(valuesOf(*app));
+        if (const auto* error = std::get_if<UsageError>(&runs))
             return *error;
-        return [options = std::get<GenerateOptions>(options)] {
-            return options.layouts.isEmpty() ? runGenerate(options) : runGenerateLayouts(options);
-        };
-    };
-    command.remark = [](const std::string& word) -> std::string {
-        const bool isPlatform =
-            std::holds_alternative<std::size_t>(OptionText::choice("platform", meant(word), platformNames()));
-        return isPlatform ? "; several platforms are written with commas: --platform mac,android" : "";
+        GenerateCall call{std::get<std::vector<GenerateRun>>(runs), std::nullopt};
+        if (words->open && call.runs.size() > 1)
+            call.opened = PathBytes::decoded(words->out);
+        return [call = std::move(call)] { return call.make(); };
     };
     command.choices = {{"--platform", platformNames()}, {"--layout", LayoutWords::names()}};
     return command;

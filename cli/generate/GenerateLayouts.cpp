@@ -4,6 +4,7 @@
 #include "cli/common/PictureWarnings.h"
 #include "cli/generate/GenerateReport.h"
 #include "cli/generate/OutputTarget.h"
+#include "cli/generate/PictureName.h"
 #include "files/FilePath.h"
 #include "files/PathBytes.h"
 #include "files/RegularFile.h"
@@ -18,13 +19,6 @@
 #include <algorithm>
 
 namespace {
-
-/// The name of a picture's file without its ending.
-QString baseName(const std::string& path) {
-    const QString name = lastPathComponent(PathBytes::decoded(path));
-    const qsizetype dot = name.lastIndexOf(u'.');
-    return dot > 0 ? name.first(dot) : name;
-}
 
 /// The layouts with the values of their variables. The error of the first that can't be used; two layouts
 /// that write one file are an error too.
@@ -182,7 +176,7 @@ int runGenerateLayouts(const GenerateOptions& options) {
     if (options.timings)
         StageTimes::begin();
     Terminal::showDiagnosticLog(options.verbose);
-    const QString name = options.name.isEmpty() ? baseName(options.picture) : options.name;
+    const QString name = options.name.isEmpty() ? pictureName(options.picture) : options.name;
     Result<std::vector<Layout>> layouts = loadedLayouts(options, name);
     if (layouts)
         return LayoutRun(options, std::move(*layouts), name).run();

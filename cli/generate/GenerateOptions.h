@@ -13,7 +13,8 @@
 
 /// The options of `tobrimax-cli generate`.
 struct GenerateOptions {
-    std::string picture; ///< in the file system's own encoding
+    std::string picture;         ///< in the file system's own encoding
+    bool isOneOfSeveral = false; ///< messages name the picture
     QString out;
     std::vector<Platform> platforms; ///< each platform once, in the order of generation
     IconStyle style;

@@ -54,17 +54,24 @@ void GenerateReport::failed(const QString& path, const Error& error) {
 void GenerateReport::note(const QString& path, const QString& line) {
     m_notes << QStringLiteral("%1 lacks the line: %2").arg(path, line);
     if (!m_options.json)
-        Terminal::note(m_notes.last());
+        Terminal::note(ofPicture(m_notes.last()));
 }
 
 void GenerateReport::warn(const QString& sentence) {
     m_warnings << sentence;
-    Terminal::warning(sentence);
+    Terminal::warning(ofPicture(sentence));
 }
 
 void GenerateReport::fail(const QString& path, const Error& error) {
     m_errors.push_back(ErrorDocument::told(path, error));
     Terminal::error(path.isEmpty() ? error.sentence : about(path, error).sentence);
+}
+
+/// The sentence, with the picture in front of it if there are several.
+QString GenerateReport::ofPicture(const QString& sentence) const {
+    return m_options.isOneOfSeveral
+               ? QStringLiteral("%1: %2").arg(PathBytes::decoded(m_options.picture), sentence)
+               : sentence;
 }
 
 QString GenerateReport::shortPath(const QString& path) const {
@@ -86,7 +93,7 @@ void GenerateReport::printFailures() const {
                 paths << shortPath(failure.path);
         }
         if (paths.size() == 1)
-            Terminal::error(QStringLiteral("%1: %2").arg(paths.first(), cause));
+            Terminal::error(ofPicture(QStringLiteral("%1: %2").arg(paths.first(), cause)));
         else
             Terminal::error(QStringLiteral("%1: %2 (in %3: %4)")
                                 .arg(counted(paths.size(), {}, QStringLiteral("files not written")), cause,
@@ -123,6 +130,8 @@ bool GenerateReport::printSummary() const {
                 isPrinted = Terminal::print(fileLine(file)) && isPrinted;
         }
         allBytes += bytes;
+        if (m_options.isOneOfSeveral)
+            continue;
         isPrinted =
             Terminal::print(QStringLiteral("%1 %2 %3")
                                 .arg(idiom, -9)

@@ -43,6 +43,7 @@ class GenerateReport final : public GenerationObserver {
     bool printTimings() const;
     bool printJson() const;
     QString fileLine(const File& file) const;
+    QString ofPicture(const QString& sentence) const;
     QString shortPath(const QString& path) const;
 
     const GenerateOptions& m_options;

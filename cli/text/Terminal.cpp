@@ -16,6 +16,7 @@
 namespace {
 
 bool logIsShown = false;
+Terminal::Capture* capture = nullptr;
 
 /// Whether a terminal may do something other than show the character.
 bool isUnsafe(char32_t c) {
@@ -58,7 +59,10 @@ QString escapedBy(const Escape& escape, const QString& text) {
 
 void write(std::FILE* stream, const QString& text) {
     const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
+    if (capture != nullptr)
+        capture->add(stream, bytes);
+    else
+        std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
 }
 
 void onMessage(QtMsgType /*type*/, const QMessageLogContext& context, const QString& message) {
@@ -105,6 +109,23 @@ bool Terminal::printText(const QString& text) {
     return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }
 
+bool Terminal::passOn(std::FILE* stream, const QByteArray& bytes) {
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
+    return std::fflush(stream) == 0 && std::ferror(stream) == 0;
+}
+
+Terminal::Capture::Capture() {
+    capture = this;
+}
+
+Terminal::Capture::~Capture() {
+    capture = nullptr;
+}
+
+void Terminal::Capture::add(std::FILE* stream, const QByteArray& bytes) {
+    (stream == stdout ? m_output : m_errors) += bytes;
+}
+
 int Terminal::outputFailure() {
     error(QStringLiteral("standard output can't be written"));
     return 1;
@@ -137,14 +158,14 @@ bool hasCursor() {
 
 } // namespace
 
-Terminal::ProgressBar::ProgressBar(int total, bool isWanted)
-    : m_total(total), m_isShown(isWanted && total > 0 && hasCursor()) {
+Terminal::ProgressBar::ProgressBar(int total, bool isWanted, Unit unit)
+    : m_total(total), m_isShown(isWanted && total > 0 && capture == nullptr && hasCursor()), m_unit(unit) {
+    m_timer.start();
     draw();
 }
 
 Terminal::ProgressBar::~ProgressBar() {
-    if (m_isShown)
-        write(stderr, QStringLiteral("\r\x1b[K"));
+    hide();
 }
 
 void Terminal::ProgressBar::advance() {
@@ -152,13 +173,26 @@ void Terminal::ProgressBar::advance() {
     draw();
 }
 
+void Terminal::ProgressBar::hide() const {
+    if (m_isShown)
+        write(stderr, QStringLiteral("\r\x1b[K"));
+}
+
+QString Terminal::ProgressBar::rate() const {
+    if (m_unit == Unit::Icons || m_done == 0)
+        return {};
+    const double seconds = static_cast<double>(std::max<qint64>(m_timer.elapsed(), 1)) / 1000;
+    return QStringLiteral(", %1 a second").arg(m_done / seconds, 0, 'f', 1);
+}
+
 void Terminal::ProgressBar::draw() const {
     if (!m_isShown)
         return;
     constexpr int width = 32;
     const int filled = width * m_done / m_total;
-    write(stderr, QStringLiteral("\r[%1%2] %3/%4 icons\x1b[K")
+    write(stderr, QStringLiteral("\r[%1%2] %3/%4 %5%6\x1b[K")
                       .arg(QString(filled, u'='), QString(width - filled, u' '))
                       .arg(m_done)
-                      .arg(m_total));
+                      .arg(m_total)
+                      .arg(m_unit == Unit::Icons ? QStringLiteral("icons") : QStringLiteral("sets"), rate()));
 }

@@ -33,6 +33,7 @@ _tobrimax_cli() {
     generate)
         options="--out --platform $style --background --layout --name --dark --tinted --foreground --monochrome"
         options+=" --catalogue --open --quiet --verbose --json --timings"
+        operands=100000
         ;;
     layouts) options="--json" ;;
     "icns list") options="--json" ;;

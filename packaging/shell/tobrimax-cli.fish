@@ -50,7 +50,7 @@ end
 complete -c tobrimax-cli -f
 complete -c tobrimax-cli -s h -l help -d 'show help and exit'
 complete -c tobrimax-cli -n __tobrimax_cli_at -s V -l version -d 'print the version and exit'
-complete -c tobrimax-cli -n __tobrimax_cli_at -a generate -d 'write the icon sets of one picture'
+complete -c tobrimax-cli -n __tobrimax_cli_at -a generate -d 'write the icon sets of pictures'
 complete -c tobrimax-cli -n __tobrimax_cli_at -a layouts -d 'list the layouts for projects'
 complete -c tobrimax-cli -n __tobrimax_cli_at -a icns -d 'list, extract and make icns files'
 complete -c tobrimax-cli -n __tobrimax_cli_at -a custom-icon -d 'give files and folders icons of their own'
@@ -65,7 +65,7 @@ for command in generate 'icns make'
 end
 
 set -l condition '__tobrimax_cli_in generate'
-complete -c tobrimax-cli -n '__tobrimax_cli_wants 1 generate' -F
+complete -c tobrimax-cli -n '__tobrimax_cli_wants 100000 generate' -F
 complete -c tobrimax-cli -n $condition -x -s o -l out -a '(__tobrimax_cli_folders)' -d 'the folder that the sets go into'
 complete -c tobrimax-cli -n $condition -x -s p -l platform -a 'iphone ipad universal watch mac android all' -d 'whose icons to make'
 complete -c tobrimax-cli -n $condition -x -l background -d 'an opaque colour under the icons'

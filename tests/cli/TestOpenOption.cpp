@@ -48,13 +48,21 @@ TEST_F(OpenOption, opens_the_absolute_folder_once_when_all_is_done) {
     EXPECT_EQ(opened(5000).toStdString(), "1 " + folder.toStdString() + "\n");
 }
 
+TEST_F(OpenOption, the_folder_of_several_pictures_is_opened_once) {
+    flatPicture(u"second.png"_s, 64, 64);
+    const ProcessResult result = generateHere({u"second.png"_s, u"--out"_s, u"my icons"_s, u"--open"_s});
+    EXPECT_EQ(result.exitStatus, 0);
+    const QString folder = QFileInfo(path(u"my icons"_s)).canonicalFilePath();
+    EXPECT_EQ(opened(5000).toStdString(), "1 " + folder.toStdString() + "\n");
+}
+
 TEST_F(OpenOption, nothing_is_opened_without_it) {
     EXPECT_EQ(generateHere({u"--out"_s, u"my icons"_s}).exitStatus, 0);
     EXPECT_EQ(opened(500).toStdString(), "");
 }
 
 TEST_F(OpenOption, nothing_is_opened_where_the_usage_is_wrong) {
-    const ProcessResult result = generateHere({u"--out"_s, u"my icons"_s, u"--open"_s, u"one too many"_s});
+    const ProcessResult result = generateHere({u"--out"_s, u"my icons"_s, u"--open"_s, u"--border"_s});
     EXPECT_EQ(result.exitStatus, 2);
     EXPECT_EQ(opened(500).toStdString(), "");
 }

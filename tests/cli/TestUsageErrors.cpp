@@ -99,8 +99,9 @@ TEST_F(UsageErrors, a_missing_picture) {
     expectWrong({u"generate"_s, u"--out"_s, out()}, {u"PICTURE"_s});
 }
 
-TEST_F(UsageErrors, one_argument_too_many) {
-    expectWrongOption({u"second.png"_s}, {u"'second.png'"_s, u"one argument too many"_s});
+TEST_F(UsageErrors, a_platform_behind_another_one) {
+    expectWrongOption({u"--platform"_s, u"mac"_s, u"android"_s},
+                      {u"'android' is one argument too many; several platforms are written with commas"_s});
 }
 
 TEST_F(UsageErrors, a_border_colour_without_a_border) {

@@ -1,6 +1,7 @@
 // Prints what the parser of tobrimax-cli takes as one JSON document: an array of commands in the order of
 // their help, the program itself first, as the command "". Each has its "command", "subcommands", "operands",
-// "operandChoices" (the words that these know), "areOperandsRequired" and "options".
+// "operandChoices" (the words that these know), "areOperandsRequired", "isLastOperandRepeatable" and
+// "options".
 #include "cli/common/Command.h"
 
 #include <QJsonArray>
@@ -49,11 +50,13 @@ void append(QJsonArray& table, const CLI::App& command, const std::string& words
     QJsonArray operands;
     QJsonArray operandChoices;
     bool areOperandsRequired = true;
+    bool isLastOperandRepeatable = false;
     QJsonArray options;
     for (const CLI::Option* option : command.get_options()) {
         if (option->get_positional()) {
             operands.append(shown(option->get_name(true)));
             areOperandsRequired = areOperandsRequired && option->get_required();
+            isLastOperandRepeatable = option->get_items_expected_max() > 1;
             if (found != commands.end() && found->choices.contains(option->get_name(true)))
                 operandChoices = array(found->choices.at(option->get_name(true)));
             continue;
@@ -71,6 +74,7 @@ void append(QJsonArray& table, const CLI::App& command, const std::string& words
                              {u"operands"_s, operands},
                              {u"operandChoices"_s, operandChoices},
                              {u"areOperandsRequired"_s, areOperandsRequired},
+                             {u"isLastOperandRepeatable"_s, isLastOperandRepeatable},
                              {u"options"_s, options}});
     for (const CLI::App* below : command.get_subcommands({}))
         append(table, *below, (words.empty() ? "" : words + " ") + below->get_name(), commands);

@@ -109,8 +109,9 @@ class CompletionTest(unittest.TestCase):
                 self.expect(operands, given, "l")
             if command["operands"]:
                 self.expect(operands, words + "-- ")
-                given = words + "x.icns " * len(command["operands"])
-                self.assertEqual(self.offered(given) & (FOLDERS | FILES), set(), f"too many behind '{given}'")
+                given = words + "x.icns " * (len(command["operands"]) + 1)
+                offered = FOLDERS | FILES if command["isLastOperandRepeatable"] else set()
+                self.assertEqual(self.offered(given) & (FOLDERS | FILES), offered, f"behind '{given}'")
 
     def test_operands_behind_options(self):
         for option, fixed in self.options_with_values():

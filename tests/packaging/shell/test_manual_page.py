@@ -49,6 +49,7 @@ class ManualPageTest(unittest.TestCase):
                 lines.append(f".{text}" if option["isRequired"] else f".Op {text}")
             kind = ".Ar" if command["areOperandsRequired"] else ".Op Ar"
             lines += [f"{kind} {operand}" for operand in command["operands"]]
+            lines[-1] += " ..." if command["isLastOperandRepeatable"] else ""
             wanted.append("\n".join(lines))
         found = [lines.strip() for lines in self.section("SYNOPSIS").split(".Nm\n")]
         self.assertEqual(found, ["", *wanted])

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QString>
+
+#include <string>
+
+/// The name of a picture's file without its ending: for its folder below --out, and for apps. "." and ".."
+/// are never names.
+QString pictureName(const std::string& path);

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "cli/generate/GenerateRun.h"
+#include "cli/text/Terminal.h"
+
+#include <QByteArray>
+
+#include <functional>
+#include <map>
+#include <vector>
+
+/// What one run of several printed, and its exit status.
+struct RunResult {
+    int exitStatus = 1;
+    QByteArray output;
+    QByteArray errors;
+
+    /// Does the work, and keeps what it prints.
+    static RunResult of(const std::function<int()>& work);
+};
+
+/// Prints the results of several runs in the order of the runs, whichever is ready first, and shows how many
+/// are done.
+class RunResults {
+  public:
+    explicit RunResults(const std::vector<GenerateRun>& runs);
+
+    /// Adds the result of the run at that index.
+    void add(std::size_t index, RunResult result);
+
+    /// Prints what is left and returns the exit status of all.
+    int finish();
+
+  private:
+    void print(const RunResult& result);
+
+    bool m_isJson;
+    std::map<std::size_t, RunResult> m_waiting;
+    std::size_t m_printed = 0;
+    bool m_isFailed = false;
+    bool m_isWritten = true;
+    Terminal::ProgressBar m_progress;
+};
