@@ -67,12 +67,19 @@ class Example(unittest.TestCase):
         for name, (content, _) in desktops.items():
             self.assertEqual((out / name).read_bytes(), content, name)
 
-    def test_the_lines_in_the_readme_make_icons(self):
-        readme = (pathlib.Path(EXAMPLE).parents[1] / "README.md").read_text(encoding="utf-8")
-        (lines,) = re.findall(r"```cmake\n(.*?)```", readme, re.DOTALL)
-        self.configured(lines)
-        self.built()
-        self.assertEqual({name.partition("/")[0] for name in self.icons("app_icons")}, {"iphone", "mac"})
+    def test_the_lines_in_the_documents_make_icons(self):
+        project = pathlib.Path(EXAMPLE).parents[1]
+        found = 0
+        for document in ("README.md", "docs/guide.md"):
+            text = (project / document).read_text(encoding="utf-8")
+            for lines in re.findall(r"```cmake\n(.*?)```", text, re.DOTALL):
+                self.configured(lines)
+                self.built()
+                self.assertEqual({name.partition("/")[0] for name in self.icons("app_icons")}, {"iphone", "mac"})
+                if "site_icons" in lines:
+                    self.assertIn("favicon.ico", self.icons("site_icons"))
+                found += 1
+        self.assertGreater(found, 0)
 
     def test_nothing_is_made_where_nothing_changed(self):
         self.configured()
