@@ -2,8 +2,10 @@
 
 #include "cli/UnknownWord.h"
 #include "cli/common/Command.h"
+#include "cli/generate/GenerateJobs.h"
 #include "cli/text/ErrorDocument.h"
 #include "cli/text/Terminal.h"
+#include "project/JobProcesses.h"
 
 #include <algorithm>
 #include <iterator>
@@ -119,6 +121,10 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
 
 int runCommandLine(int argc, const char* const* argv) {
     Terminal::showDiagnosticLog(false);
+    if (JobProcesses::isStartedHere(argc, argv)) {
+        GenerateJobs::serve();
+        return 0;
+    }
     const ParsedCommandLine parsed = parseCommandLine(argc, argv);
     if (parsed.work)
         return parsed.work();

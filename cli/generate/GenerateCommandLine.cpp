@@ -49,6 +49,7 @@ struct GenerateWords {
     StyleWords style;
     LayoutWords layout;
     std::string catalogue;
+    std::string jobs;
     bool open = false;
     bool quiet = false;
     bool verbose = false;
@@ -86,6 +87,10 @@ void addOptions(CLI::App& command, GenerateWords& words) {
         .add_option("--catalogue", words.catalogue,
                     "a property list of icon names and sizes instead of the built-in one")
         ->type_name("FILE");
+    command
+        .add_option("--jobs", words.jobs,
+                    "how many of several pictures are worked on at once (default: one for each core)")
+        ->type_name("N");
     command.add_flag("--open", words.open, "open DIR in the file browser afterwards");
     command.add_flag("-q,--quiet", words.quiet, "print nothing but warnings and errors");
     command.add_flag("-v,--verbose", words.verbose, "list every file, and show the diagnostic log");
@@ -129,6 +134,15 @@ std::optional<UsageError> strayPlatform(const std::vector<std::string>& pictures
     return std::nullopt;
 }
 
+Parsed<int> jobsOf(const std::string& text) {
+    constexpr int most = 1000;
+    bool isNumber = false;
+    const int jobs = QString::fromStdString(text).toInt(&isNumber);
+    if (!isNumber || jobs < 1 || jobs > most)
+        return UsageError{"--jobs takes a whole number from 1 to 1000, not '" + text + "'"};
+    return jobs;
+}
+
 Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWords& words) {
     GenerateOptions options;
     const bool hasCatalogue = generate.count("--catalogue") > 0;
@@ -137,6 +151,7 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
         take(OptionText::path(words.out, "--out"), options.out, error) &&
         take(platformsOf(words.platforms), options.platforms, error) &&
         (!hasCatalogue || take(OptionText::path(words.catalogue, "--catalogue"), options.catalogue, error)) &&
+        (generate.count("--jobs") == 0 || take(jobsOf(words.jobs), options.jobs, error)) &&
         take(words.style.style(generate), options.style, error);
     if (!isTaken)
         return *error;

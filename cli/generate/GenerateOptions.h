@@ -27,6 +27,7 @@ struct GenerateOptions {
     std::string foreground;
     std::string monochrome;
     QString catalogue; ///< empty for the built-in catalogue
+    int jobs = 0;      ///< processes at a time; 0: one for each core
     bool open = false;
     bool quiet = false;
     bool verbose = false;

@@ -1,5 +1,10 @@
 #include "cli/generate/RunResults.h"
 
+#include "cli/generate/GenerateReport.h"
+#include "files/PathBytes.h"
+
+#include <new>
+
 namespace {
 
 /// The lines of a document, moved to the right.
@@ -11,9 +16,21 @@ QByteArray indented(const QByteArray& document) {
 
 } // namespace
 
-RunResult RunResult::of(const std::function<int()>& work) {
+RunResult RunResult::of(const GenerateOptions& options) {
+    try {
+        Terminal::Capture capture;
+        const int exitStatus = GenerateRuns::make(options);
+        return {exitStatus, capture.output(), capture.errors()};
+    } catch (const std::bad_alloc&) {
+        return failed(options, {ErrorCode::OutOfMemory, QStringLiteral("not enough memory")});
+    }
+}
+
+RunResult RunResult::failed(const GenerateOptions& options, const Error& error) {
     Terminal::Capture capture;
-    const int exitStatus = work();
+    GenerateReport report(options);
+    report.fail(PathBytes::decoded(options.picture), error);
+    const int exitStatus = report.finish();
     return {exitStatus, capture.output(), capture.errors()};
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/Result.h"
 #include "cli/generate/GenerateRun.h"
 #include "cli/text/Terminal.h"
 
 #include <QByteArray>
 
-#include <functional>
 #include <map>
 #include <vector>
 
@@ -15,8 +15,11 @@ struct RunResult {
     QByteArray output;
     QByteArray errors;
 
-    /// Does the work, and keeps what it prints.
-    static RunResult of(const std::function<int()>& work);
+    /// Makes the set, and keeps what is printed.
+    static RunResult of(const GenerateOptions& options);
+
+    /// The result of a run that could not even begin, or came to no end.
+    static RunResult failed(const GenerateOptions& options, const Error& error);
 };
 
 /// Prints the results of several runs in the order of the runs, whichever is ready first, and shows how many

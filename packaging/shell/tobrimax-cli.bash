@@ -32,7 +32,7 @@ _tobrimax_cli() {
     case $command in
     generate)
         options="--out --platform $style --background --layout --name --dark --tinted --foreground --monochrome"
-        options+=" --catalogue --open --quiet --verbose --json --timings"
+        options+=" --catalogue --jobs --open --quiet --verbose --json --timings"
         operands=100000
         ;;
     layouts) options="--json" ;;
@@ -54,7 +54,7 @@ _tobrimax_cli() {
         fi
         case ${words[at]} in
         --) ended=1 ;;
-        -o | -p | -l | --out | --platform | --round-corner | --border | --border-color | --catalogue | --format | \
+        -o | -p | -l | --out | --platform | --round-corner | --border | --border-color | --catalogue | --jobs | --format | \
             --size | --background | --layout | --name | --dark | --tinted | --foreground | --monochrome)
             ((++at == cword)) && option=$prev
             ;;

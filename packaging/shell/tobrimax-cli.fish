@@ -17,7 +17,7 @@ end
 function __tobrimax_cli_wants
     __tobrimax_cli_in $argv[2..]
     or return
-    set -l valued -o -p -l --out --platform --round-corner --border --border-color --catalogue --format --size \
+    set -l valued -o -p -l --out --platform --round-corner --border --border-color --catalogue --jobs --format --size \
         --background --layout --name --dark --tinted --foreground --monochrome
     set -l words (commandline -poc)
     set -l given 0
@@ -76,6 +76,7 @@ complete -c tobrimax-cli -n $condition -r -F -l tinted -d 'the picture for tinte
 complete -c tobrimax-cli -n $condition -r -F -l foreground -d 'the front layer of icons for Android'
 complete -c tobrimax-cli -n $condition -r -F -l monochrome -d 'the shape of themed icons'
 complete -c tobrimax-cli -n $condition -r -F -l catalogue -d 'icon names and sizes instead of the built-in ones'
+complete -c tobrimax-cli -n $condition -x -l jobs -d 'how many of several pictures at once'
 complete -c tobrimax-cli -n $condition -l open -d 'open the folder in the file browser afterwards'
 complete -c tobrimax-cli -n $condition -s q -l quiet -d 'print nothing but warnings and errors'
 complete -c tobrimax-cli -n $condition -s v -l verbose -d 'list every file, and show the diagnostic log'
