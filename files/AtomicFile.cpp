@@ -61,6 +61,13 @@ Result<Target> targetOf(const QByteArray& path) {
     return target;
 }
 
+/// The same for a path as text.
+Result<Target> checkedTarget(const QString& path) {
+    if (path.isEmpty() || path.contains(QChar::Null))
+        return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
+    return targetOf(PathBytes::encoded(path));
+}
+
 /// Removes the temporaries that killed processes left in a folder. A folder may hold very many files, so it
 /// is searched only before this run's first write into it.
 void removeAbandonedOnce(const FileDescriptor& folder, const QByteArray& name) {
@@ -107,11 +114,21 @@ int replace(const FileDescriptor& folder, const Target& target, const QByteArray
 
 } // namespace
 
+Result<Done> AtomicFile::check(const QString& path) {
+    return unlessMemoryIsShort([&]() -> Result<Done> {
+        const Result<Target> target = checkedTarget(path);
+        if (!target)
+            return target.error();
+        const QByteArray folder = target->folder();
+        if (access(folder.isEmpty() ? "." : folder.constData(), W_OK | X_OK) != 0)
+            return writeError(errno);
+        return Done{};
+    });
+}
+
 Result<Done> AtomicFile::write(const QString& path, const QByteArray& bytes, const Options& options) {
     return unlessMemoryIsShort([&]() -> Result<Done> {
-        if (path.isEmpty() || path.contains(QChar::Null))
-            return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
-        const Result<Target> target = targetOf(PathBytes::encoded(path));
+        const Result<Target> target = checkedTarget(path);
         if (!target)
             return target.error();
         const QByteArray folderName = target->folder();

@@ -32,4 +32,7 @@ struct Options {
 /// are refused. The permissions of an existing file are kept, whether or not they allow writing to it.
 Result<Done> write(const QString& path, const QByteArray& bytes, const Options& options = {});
 
+/// Fails as `write` would, as far as this can be told without writing.
+Result<Done> check(const QString& path);
+
 } // namespace AtomicFile

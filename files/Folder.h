@@ -9,4 +9,7 @@ namespace Folder {
 /// Makes the folder of exactly this path, and all missing folders above it. An existing folder is no error.
 Result<Done> create(const QString& path);
 
+/// Fails as `create` would, as far as this can be told without making a folder.
+Result<Done> check(const QString& path);
+
 } // namespace Folder

@@ -2,6 +2,7 @@
 
 #include "files/FilePath.h"
 #include "generation/IconContainer.h"
+#include "generation/IconWriter.h"
 #include "generation/OutputFolder.h"
 #include "imaging/drawing/GraphicsContext.h"
 
@@ -43,7 +44,12 @@ void GenerationPlan::addIcons(const IconSizeCatalogue& catalogue, Platform platf
         file.renders = {icon.render};
         file.path = path ? *path : OutputFolder::shownPngPath(folder, icon.name);
         file.hasPath = path.operator bool();
-        file.pixelSize = GraphicsContext::pixelSize(icon.render.points, scale).valueOr({});
+        Result<QSize> pixelSize = GraphicsContext::pixelSize(icon.render.points, scale);
+        if (!pixelSize)
+            file.fault = IconWriter::fault(pixelSize.error(), icon.render.points, icon.sizeFault);
+        else if (!path)
+            file.fault = path.error();
+        file.pixelSize = std::move(pixelSize).valueOr({});
         file.isFolderMade =
             !icon.name.contains(u'/') || deletingLastPathComponent(QDir::cleanPath(file.path)) == folder;
         m_files.push_back(std::move(file));

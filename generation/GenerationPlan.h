@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "generation/IconSizeCatalogue.h"
 #include "generation/Platforms.h"
 
@@ -7,6 +8,7 @@
 #include <QSizeF>
 #include <QString>
 
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -35,6 +37,8 @@ struct PlannedFile {
     std::vector<PlannedRender> renders;
     /// The size of the largest picture in the file; empty if no picture can be made.
     QSize pixelSize;
+    /// Why the file can't be made or written, as far as the catalogue tells it.
+    std::optional<Error> fault = std::nullopt;
     /// False if the name can't be part of a path, or leads out of the idiom's folder.
     bool hasPath = true;
     /// False if the file goes into a folder that the generation does not make: the folder must exist already.

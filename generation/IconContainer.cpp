@@ -28,7 +28,7 @@ QSize IconContainer::largestSize(int scale) {
 
 Result<IconContainer::Written> IconContainer::write(const Image& image, const IconRenderer& renderer,
                                                     const QString& path, const IconGround& ground,
-                                                    PngStore* pngs) {
+                                                    PngStore* pngs, OutputPlace& place) {
     std::vector<QImage> rasters;
     for (const QSizeF& size : renders()) {
         const Result<Image> render = renderer.rendered(image, size);
@@ -52,7 +52,7 @@ Result<IconContainer::Written> IconContainer::write(const Image& image, const Ic
             !added)
             return added.error();
     }
-    if (const Result<Done> written = destination->finalize(); !written)
+    if (const Result<Done> written = destination->finalize(place); !written)
         return written.error();
     return Written{destination->largestSize(), destination->bytesWritten()};
 }

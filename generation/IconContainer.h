@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "files/OutputPlace.h"
 #include "generation/IconGround.h"
 #include "generation/IconRenderer.h"
 #include "imaging/png/PngStore.h"
@@ -27,8 +28,9 @@ struct Written {
 };
 
 /// Renders `image` in all sizes and writes those that an element exists for to the file at `path`, which is
-/// written whole or not at all. PNG files of its pictures come from `pngs` if there is one.
+/// written to `place`. PNG files of its pictures come from `pngs` if there is one.
 Result<Written> write(const Image& image, const IconRenderer& renderer, const QString& path,
-                      const IconGround& ground = {}, PngStore* pngs = nullptr);
+                      const IconGround& ground = {}, PngStore* pngs = nullptr,
+                      OutputPlace& place = OutputPlace::disk());
 
 } // namespace IconContainer

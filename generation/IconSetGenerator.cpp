@@ -12,7 +12,7 @@ IconSetGenerator::IconSetGenerator(const GenerationInput& input, const Surroundi
     : m_input(input),
       m_surroundings(surroundings),
       m_renderer(input, surroundings.screen),
-      m_writer(input, m_renderer, m_surroundings.ground, m_pngs, surroundings.observer) {}
+      m_writer(input, m_renderer, m_surroundings.ground, m_pngs, surroundings.place, surroundings.observer) {}
 
 QString IconSetGenerator::appiconsetPathString(const QString& idiom) const {
     return OutputFolder::appiconsetPathString(m_input.outputPathString(), idiom);
@@ -58,7 +58,7 @@ void IconSetGenerator::writeContainer(const Image& image, const QString& idiom) 
         return;
     }
     const Result<IconContainer::Written> written =
-        IconContainer::write(image, m_renderer, *path, m_surroundings.ground, &m_pngs);
+        IconContainer::write(image, m_renderer, *path, m_surroundings.ground, &m_pngs, m_surroundings.place);
     if (!written)
         tellFailure(*path, written.error());
     else if (m_surroundings.observer != nullptr)

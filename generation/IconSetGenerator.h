@@ -19,6 +19,7 @@ class IconSetGenerator {
         Workspace& workspace;
         GenerationObserver* observer = nullptr;
         IconGround ground = {}; ///< a value of its own
+        OutputPlace& place = OutputPlace::disk();
     };
 
     IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings); ///< keeps `input`

@@ -2,8 +2,6 @@
 
 #include "base/Log.h"
 #include "base/StageTimes.h"
-#include "files/AtomicFile.h"
-#include "files/Folder.h"
 #include "generation/OutputFolder.h"
 #include "imaging/io/Representations.h"
 
@@ -42,13 +40,18 @@ Result<IconWriter::EncodedIcon> IconWriter::encoded(Image render) const {
     return EncodedIcon{std::move(*file), (*bitmap)->pixelSize()};
 }
 
-/// Renders and encodes the icon of `size` points. Errors are worded for an icon.
+/// Renders and encodes the icon of `size` points.
 Result<IconWriter::EncodedIcon> IconWriter::made(const Image& image, const QSizeF& size) const {
     Result<Image> render = m_renderer.rendered(image, size);
     if (!render)
         return render.error();
-    Result<EncodedIcon> icon = encoded(std::move(*render));
-    return icon ? std::move(icon) : IconRenderer::ofIcon(icon.error(), size);
+    return encoded(std::move(*render));
+}
+
+Error IconWriter::fault(const Error& error, const QSizeF& size, const QString& sizeFault) {
+    if (error.code == ErrorCode::EmptySize && !sizeFault.isEmpty())
+        return {ErrorCode::EmptySize, sizeFault};
+    return IconRenderer::ofIcon(error, size);
 }
 
 QString IconWriter::appiconsetPath(const QString& idiom) const {
@@ -57,7 +60,7 @@ QString IconWriter::appiconsetPath(const QString& idiom) const {
 
 void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QString& andName,
                            const QString& idiom, const QString& sizeFault) const {
-    const Result<Done> folder = Folder::create(appiconsetPath(idiom));
+    const Result<Done> folder = m_place.makeFolder(appiconsetPath(idiom));
     if (!folder)
         logLine(QStringLiteral("Error\uFF1A%1").arg(folder.error().sentence));
     const Result<EncodedIcon> icon = made(image, withSize);
@@ -65,14 +68,12 @@ void IconWriter::saveImage(const Image& image, const QSizeF& withSize, const QSt
     const Result<QString> path = OutputFolder::pngPath(m_input, idiom, andName);
     const QString shownPath = path ? *path : OutputFolder::shownPngPath(appiconsetPath(idiom), andName);
     const auto write = [&]() -> Result<Done> {
-        if (!icon && icon.error().code == ErrorCode::EmptySize && !sizeFault.isEmpty())
-            return Error{ErrorCode::EmptySize, sizeFault};
         if (!icon)
-            return icon.error();
+            return fault(icon.error(), withSize, sizeFault);
         if (!path)
             return path.error();
         const StageTimes::Timer timer(Stage::Write);
-        const Result<Done> written = AtomicFile::write(*path, icon->png);
+        const Result<Done> written = m_place.write(*path, icon->png);
         return written || folder ? written : folder;
     };
     const Result<Done> written = write();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/OutputPlace.h"
 #include "generation/GenerationObserver.h"
 #include "generation/IconGround.h"
 #include "generation/IconRenderer.h"
@@ -16,8 +17,13 @@ class IconWriter {
   public:
     /// All are kept by reference; `observer` may be null.
     IconWriter(const GenerationInput& input, const IconRenderer& renderer, const IconGround& ground,
-               PngStore& pngs, GenerationObserver* observer)
-        : m_input(input), m_renderer(renderer), m_ground(ground), m_pngs(pngs), m_observer(observer) {}
+               PngStore& pngs, OutputPlace& place, GenerationObserver* observer)
+        : m_input(input),
+          m_renderer(renderer),
+          m_ground(ground),
+          m_pngs(pngs),
+          m_place(place),
+          m_observer(observer) {}
 
     /// Makes the idiom's folder, renders `image` at `withSize` points and writes it there as `andName`.png,
     /// replacing a file of that name. If the folder can't be made, this is logged and the writing is tried
@@ -25,6 +31,9 @@ class IconWriter {
     /// too.
     void saveImage(const Image& image, const QSizeF& withSize, const QString& andName, const QString& idiom,
                    const QString& sizeFault = {}) const;
+
+    /// The error that the observer is told where an icon of `size` points can't be made because of `error`.
+    static Error fault(const Error& error, const QSizeF& size, const QString& sizeFault);
 
   private:
     Result<EncodedIcon> encoded(Image render) const;
@@ -35,5 +44,6 @@ class IconWriter {
     const IconRenderer& m_renderer;
     const IconGround& m_ground;
     PngStore& m_pngs;
+    OutputPlace& m_place;
     GenerationObserver* m_observer;
 };

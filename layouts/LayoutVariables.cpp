@@ -43,7 +43,6 @@ QString fileValue(const QString& path, const QString& pattern, const QString& fa
 }
 
 /// Whether the value stays in its folder. It may have several components.
-/// Whether the value stays in its folder. It may have several components.
 bool isPathPart(const QString& value) {
     const QStringList components = value.split(u'/');
     return !value.contains(QChar::Null) && std::ranges::none_of(components, [](const QString& component) {
@@ -75,9 +74,11 @@ Result<Done> replace(QString& path, const Values& values) {
 Result<Layout> withVariables(Layout layout, const QString& out, const QString& name) {
     Values values{{QStringLiteral("name"), name}};
     for (const LayoutVariable& variable : layout.variables) {
-        const QString value = variable.file.isEmpty() ? folderValue(out, variable.folder, variable.fallback)
-                                                      : fileValue(appendingPathComponent(out, variable.file),
-                                                                  variable.pattern, variable.fallback);
+        const QString value =
+            out.isEmpty() ? variable.fallback
+            : variable.file.isEmpty()
+                ? folderValue(out, variable.folder, variable.fallback)
+                : fileValue(appendingPathComponent(out, variable.file), variable.pattern, variable.fallback);
         values.insert(variable.name, value);
     }
     QStringList paths;

@@ -1,9 +1,7 @@
 #include "layouts/LayoutWriter.h"
 
 #include "base/StageTimes.h"
-#include "files/AtomicFile.h"
 #include "files/FilePath.h"
-#include "files/Folder.h"
 #include "files/PathBytes.h"
 #include "files/RegularFile.h"
 #include "generation/IconContainer.h"
@@ -126,18 +124,39 @@ Result<Done> checkEnding(const LayoutFile& file, const QString& path) {
     return Done{};
 }
 
-Result<QByteArray> writtenBytes(Encoding& encoding, const LayoutFile& file, const QString& path) {
-    if (const Result<Done> checked = checkEnding(file, path); !checked)
-        return checked.error();
-    Result<QByteArray> bytes = encoding.bytes(file);
+using Bytes = std::function<Result<QByteArray>(const LayoutFile&)>;
+
+Result<QByteArray> writtenBytes(const Bytes& bytesOf, const LayoutFile& file, const QString& path,
+                                OutputPlace& place) {
+    Result<QByteArray> bytes = bytesOf(file);
     if (!bytes)
         return bytes;
     const StageTimes::Timer timer(Stage::Write);
-    if (const Result<Done> made = Folder::create(deletingLastPathComponent(path)); !made)
+    if (const Result<Done> made = place.makeFolder(deletingLastPathComponent(path)); !made)
         return made.error();
-    if (const Result<Done> written = AtomicFile::write(path, *bytes); !written)
+    if (const Result<Done> written = place.write(path, *bytes); !written)
         return written.error();
     return bytes;
+}
+
+/// Writes `files` with the bytes that `bytesOf` makes.
+void writeFiles(const QString& layout, const std::vector<LayoutFile>& files, const QString& out,
+                const Bytes& bytesOf, GenerationObserver& observer, OutputPlace& place) {
+    for (const LayoutFile& file : files) {
+        const QString path = appendingPathComponent(out, file.path);
+        const bool isInProject = !out.isEmpty();
+        if (isInProject && isOthers(file, path))
+            continue;
+        const Result<Done> checked = isInProject ? checkEnding(file, path) : Done{};
+        const Result<QByteArray> bytes = checked ? writtenBytes(bytesOf, file, path, place) : checked.error();
+        if (!bytes) {
+            observer.failed(path, bytes.error());
+            continue;
+        }
+        const std::vector<int> sides = sidesOf(file);
+        const int side = sides.empty() ? 0 : *std::ranges::max_element(sides);
+        observer.fileWritten({layout, path, QSize(side, side), bytes->size()});
+    }
 }
 
 } // namespace
@@ -163,26 +182,26 @@ std::vector<QSizeF> LayoutWriter::renders(const std::vector<LayoutFile>& files) 
     return sizes;
 }
 
-void LayoutWriter::write(const Layout& layout, const LayoutInput& input, GenerationObserver& observer) {
+void LayoutWriter::write(const Layout& layout, const LayoutInput& input, GenerationObserver& observer,
+                         OutputPlace& place) {
     const std::vector<LayoutFile> files = writtenFiles(layout, input.pictures);
     Encoding encoding(input, layout, files);
-    for (const LayoutFile& file : files) {
-        const QString path = appendingPathComponent(input.out, file.path);
-        if (isOthers(file, path))
-            continue;
-        const Result<QByteArray> bytes = writtenBytes(encoding, file, path);
-        if (!bytes) {
-            observer.failed(path, bytes.error());
-            continue;
-        }
-        const std::vector<int> sides = sidesOf(file);
-        const int side = sides.empty() ? 0 : *std::ranges::max_element(sides);
-        observer.fileWritten({layout.name, path, QSize(side, side), bytes->size()});
-    }
+    writeFiles(
+        layout.name, files, input.out, [&](const LayoutFile& file) { return encoding.bytes(file); }, observer,
+        place);
+}
+
+void LayoutWriter::list(const Layout& layout, const LayoutInput& input, GenerationObserver& observer,
+                        OutputPlace& place) {
+    writeFiles(
+        layout.name, writtenFiles(layout, input.pictures), input.out,
+        [](const LayoutFile&) { return QByteArray(); }, observer, place);
 }
 
 std::vector<LayoutNote> LayoutWriter::notes(const Layout& layout, const QString& out) {
     std::vector<LayoutNote> lacking;
+    if (out.isEmpty())
+        return lacking;
     for (const LayoutNote& note : layout.notes) {
         const Result<QByteArray> text = RegularFile::read(
             PathBytes::encoded(appendingPathComponent(out, note.file)).toStdString(), mostTextBytes);

@@ -4,11 +4,11 @@
 #include "cli/common/CatalogueBundle.h"
 #include "cli/common/PictureWarnings.h"
 #include "cli/common/UnscaledScreen.h"
+#include "cli/generate/GeneratePlace.h"
 #include "cli/generate/GenerateReport.h"
 #include "cli/generate/OutputTarget.h"
 #include "files/FileItem.h"
 #include "files/FilePath.h"
-#include "files/Folder.h"
 #include "files/PathBytes.h"
 #include "generation/GenerationPlan.h"
 #include "generation/IconSetGenerator.h"
@@ -24,6 +24,7 @@ class OptionsInput final : public GenerationInput {
     OptionsInput(const GenerateOptions& options, Image image)
         : m_options(options), m_image(std::move(image)) {}
 
+    const GenerateOptions& options() const { return m_options; }
     void choosePlatform(Platform platform) { m_platformIndex = Platforms::indexOf(platform); }
 
     Image sourceImage() const override { return m_image; }
@@ -46,14 +47,47 @@ class QuietWorkspace final : public Workspace {
 };
 
 /// The sizes of all icons that exist after the run. For a container it is the size of its largest picture.
-std::vector<QSize> madeSizes(const GenerationPlan& plan, const QString& out) {
+std::vector<QSize> madeSizes(const GenerationPlan& plan, const GenerateOptions& options) {
     std::vector<QSize> sizes;
     for (const PlannedFile& file : plan.remainingFiles()) {
-        const QString folder = appendingPathComponent(out, deletingLastPathComponent(file.path));
-        if (file.isFolderMade || FileItem::isFolder(folder))
+        const QString folder = appendingPathComponent(options.out, deletingLastPathComponent(file.path));
+        const bool hasFolder = options.purpose != GeneratePurpose::Stream && FileItem::isFolder(folder);
+        if (file.isFolderMade || hasFolder)
             sizes.push_back(file.pixelSize);
     }
     return sizes;
+}
+
+/// Tells the report of each file as if it were written.
+void list(const GenerationPlan& plan, const QString& out, OutputPlace& place, GenerateReport& report) {
+    for (const PlannedFile& file : plan.files()) {
+        const QString path = appendingPathComponent(out, file.path);
+        const QString icons = appendingPathComponent(out, Platforms::folder(file.idiom));
+        const Result<Done> folder = file.isContainer ? Done{} : place.makeFolder(icons);
+        if (file.fault)
+            report.failed(path, *file.fault);
+        else if (!folder)
+            report.failed(path, folder.error());
+        else if (const Result<Done> written = place.write(path, {}); !written)
+            report.failed(path, written.error());
+        else
+            report.fileWritten({file.idiom, path, file.pixelSize, 0});
+    }
+}
+
+void generate(OptionsInput input, const GenerationPlan& plan, const Result<Catalogue>& catalogue,
+              OutputPlace& place, GenerateReport& report) {
+    const GenerateOptions& options = input.options();
+    const UnscaledScreen screen;
+    QuietWorkspace workspace;
+    const IconSetGenerator generator(input, {screen, workspace, &report, {options.background}, place});
+    Terminal::ProgressBar progress(static_cast<int>(plan.files().size()), !options.quiet && !options.verbose);
+    report.begin(progress);
+    for (const Platform platform : options.platforms) {
+        input.choosePlatform(platform);
+        generator.generateIconsWithImage(input.sourceImage(), catalogue);
+    }
+    report.end();
 }
 
 } // namespace
@@ -71,7 +105,8 @@ int runGenerate(const GenerateOptions& options) {
         report.fail(path, catalogue.error());
         return report.finish();
     }
-    if (const Result<Done> checked = OutputTarget::check(options.out); !checked) {
+    GeneratePlace place(options);
+    if (const Result<Done> checked = place.check(); !checked) {
         report.fail(options.out, checked.error());
         return report.finish();
     }
@@ -83,25 +118,18 @@ int runGenerate(const GenerateOptions& options) {
         return report.finish();
     }
     // If the output folder can't be made, this reports it once and not for each file.
-    if (const Result<Done> made = Folder::create(options.out); !made) {
+    if (const Result<Done> made = place.place().makeFolder(options.out); !made) {
         report.fail({}, made.error());
         return report.finish();
     }
-    for (const QString& warning : pictureWarnings(*picture, madeSizes(plan, options.out)))
+    for (const QString& warning : pictureWarnings(*picture, madeSizes(plan, options)))
         report.warn(warning);
 
-    OptionsInput input(options, std::move(picture->image));
-    QuietWorkspace workspace;
-    const IconSetGenerator generator(input, {screen, workspace, &report, {options.background}});
-    {
-        Terminal::ProgressBar progress(static_cast<int>(plan.files().size()),
-                                       !options.quiet && !options.verbose);
-        report.begin(progress);
-        for (const Platform platform : options.platforms) {
-            input.choosePlatform(platform);
-            generator.generateIconsWithImage(input.sourceImage(), catalogue);
-        }
-    }
+    if (options.purpose == GeneratePurpose::List)
+        list(plan, options.out, place.place(), report);
+    else
+        generate(OptionsInput(options, std::move(picture->image)), plan, catalogue, place.place(), report);
+    place.finish(report);
     if (options.open)
         OutputTarget::open(options.out, report);
     return report.finish();

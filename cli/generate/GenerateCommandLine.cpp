@@ -9,6 +9,8 @@
 
 #include <QStringList>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <memory>
 #include <span>
@@ -50,6 +52,8 @@ struct GenerateWords {
     LayoutWords layout;
     std::string catalogue;
     std::string jobs;
+    bool dryRun = false;
+    bool check = false;
     bool open = false;
     bool quiet = false;
     bool verbose = false;
@@ -72,7 +76,9 @@ void addOptions(CLI::App& command, GenerateWords& words) {
                         "; each of several gets a folder of its name in DIR")
         ->required();
     command
-        .add_option("-o,--out", words.out, "the folder that the sets go into; it is made where it is missing")
+        .add_option("-o,--out", words.out,
+                    "the folder that the sets go into; it is made where it is missing; - writes a tar "
+                    "stream to standard output")
         ->required()
         ->type_name("DIR");
     command
@@ -91,6 +97,10 @@ void addOptions(CLI::App& command, GenerateWords& words) {
         .add_option("--jobs", words.jobs,
                     "how many of several pictures are worked on at once (default: one for each core)")
         ->type_name("N");
+    command.add_flag("--dry-run", words.dryRun, "list what would be written, and write nothing");
+    command.add_flag("--check", words.check,
+                     "compare DIR with what would be written; exit status 1 where a file is missing, "
+                     "differs or has another size");
     command.add_flag("--open", words.open, "open DIR in the file browser afterwards");
     command.add_flag("-q,--quiet", words.quiet, "print nothing but warnings and errors");
     command.add_flag("-v,--verbose", words.verbose, "list every file, and show the diagnostic log");
@@ -143,6 +153,30 @@ Parsed<int> jobsOf(const std::string& text) {
     return jobs;
 }
 
+/// As DIR: standard output.
+constexpr char streamWord[] = "-";
+
+/// What is wrong with options that are right one by one.
+std::optional<UsageError> exclusion(const CLI::App& generate, const GenerateWords& words) {
+    constexpr std::pair<const char*, const char*> pairs[] = {
+        {"--quiet", "--verbose"}, {"--dry-run", "--check"}, {"--dry-run", "--open"}, {"--check", "--open"}};
+    for (const auto& [one, other] : pairs) {
+        if (generate.count(one) > 0 && generate.count(other) > 0)
+            return UsageError{std::string(one) + " and " + other + " exclude each other"};
+    }
+    if (words.out != streamWord)
+        return std::nullopt;
+    for (const char* option : {"--json", "--dry-run", "--check", "--open", "--timings"}) {
+        if (generate.count(option) > 0)
+            return UsageError{"--out - and " + std::string(option) + " exclude each other"};
+    }
+    if (words.pictures.size() > 1)
+        return UsageError{"--out - takes one picture"};
+    if (isatty(STDOUT_FILENO) != 0)
+        return UsageError{"--out - writes a tar stream, which is not for a terminal"};
+    return std::nullopt;
+}
+
 Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWords& words) {
     GenerateOptions options;
     const bool hasCatalogue = generate.count("--catalogue") > 0;
@@ -159,10 +193,18 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
         return *wrong;
     if (words.pictures.front().empty())
         return UsageError{"PICTURE is empty"};
-    if (words.quiet && words.verbose)
-        return UsageError{"--quiet and --verbose exclude each other"};
     if (const std::optional<UsageError> stray = strayPlatform(words.pictures))
         return *stray;
+    if (const std::optional<UsageError> wrong = exclusion(generate, words))
+        return *wrong;
+    if (words.dryRun)
+        options.purpose = GeneratePurpose::List;
+    if (words.check)
+        options.purpose = GeneratePurpose::Check;
+    if (words.out == streamWord) {
+        options.purpose = GeneratePurpose::Stream;
+        options.out.clear();
+    }
     while (options.out.size() > 1 && options.out.endsWith(u'/'))
         options.out.chop(1);
     options.picture = words.pictures.front();

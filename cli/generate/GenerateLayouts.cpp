@@ -2,6 +2,7 @@
 
 #include "base/StageTimes.h"
 #include "cli/common/PictureWarnings.h"
+#include "cli/generate/GeneratePlace.h"
 #include "cli/generate/GenerateReport.h"
 #include "cli/generate/OutputTarget.h"
 #include "cli/generate/PictureName.h"
@@ -71,7 +72,7 @@ QByteArray documentOf(const std::string& path) {
 class LayoutRun {
   public:
     LayoutRun(const GenerateOptions& options, std::vector<Layout> layouts, const QString& name)
-        : m_options(options), m_layouts(std::move(layouts)), m_report(options) {
+        : m_options(options), m_layouts(std::move(layouts)), m_report(options), m_place(options) {
         m_input.style = options.style;
         m_input.name = name;
         m_input.out = options.out;
@@ -80,7 +81,7 @@ class LayoutRun {
     }
 
     int run() {
-        if (const Result<Done> checked = OutputTarget::check(m_options.out); !checked)
+        if (const Result<Done> checked = m_place.check(); !checked)
             m_report.fail(m_options.out, checked.error());
         else if (loadPictures())
             write();
@@ -151,10 +152,15 @@ class LayoutRun {
         {
             Terminal::ProgressBar progress(static_cast<int>(count), !m_options.quiet && !m_options.verbose);
             m_report.begin(progress);
-            for (const Layout& layout : m_layouts)
-                LayoutWriter::write(layout, m_input, m_report);
+            for (const Layout& layout : m_layouts) {
+                if (m_options.purpose == GeneratePurpose::List)
+                    LayoutWriter::list(layout, m_input, m_report, m_place.place());
+                else
+                    LayoutWriter::write(layout, m_input, m_report, m_place.place());
+            }
             m_report.end();
         }
+        m_place.finish(m_report);
         for (const Layout& layout : m_layouts) {
             for (const LayoutNote& note : LayoutWriter::notes(layout, m_options.out))
                 m_report.note(note.file, note.line);
@@ -166,6 +172,7 @@ class LayoutRun {
     const GenerateOptions& m_options;
     std::vector<Layout> m_layouts;
     GenerateReport m_report;
+    GeneratePlace m_place;
     LayoutInput m_input;
 };
 

@@ -11,11 +11,20 @@
 #include <string>
 #include <vector>
 
+/// What becomes of the files that a run makes.
+enum class GeneratePurpose {
+    Write,  ///< they are written
+    List,   ///< they are only listed
+    Check,  ///< they are compared with those that are there
+    Stream, ///< they go to standard output as a tar stream
+};
+
 /// The options of `tobrimax-cli generate`.
 struct GenerateOptions {
     std::string picture;         ///< in the file system's own encoding
     bool isOneOfSeveral = false; ///< messages name the picture
-    QString out;
+    QString out;                 ///< empty for Stream
+    GeneratePurpose purpose = GeneratePurpose::Write;
     std::vector<Platform> platforms; ///< each platform once, in the order of generation
     IconStyle style;
     QStringList layouts;             ///< names and paths; empty for the platforms' plain tree

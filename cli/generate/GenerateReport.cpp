@@ -15,6 +15,19 @@ QString byteText(qint64 bytes) {
     return QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
 }
 
+/// For people, and for programs.
+std::pair<QString, QString> namesOf(Difference::Kind kind) {
+    switch (kind) {
+    case Difference::Kind::Missing:
+        return {QStringLiteral("missing"), QStringLiteral("missing")};
+    case Difference::Kind::OtherSize:
+        return {QStringLiteral("has another size"), QStringLiteral("other-size")};
+    case Difference::Kind::OtherBytes:
+        break;
+    }
+    return {QStringLiteral("differs"), QStringLiteral("other-bytes")};
+}
+
 QString counted(qsizetype count, const QString& one, const QString& many) {
     return QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many);
 }
@@ -81,6 +94,7 @@ QString GenerateReport::shortPath(const QString& path) const {
 
 /// Prints one line for each cause, with all files that could not be written because of it.
 void GenerateReport::printFailures() const {
+    const bool isCheck = m_options.purpose == GeneratePurpose::Check;
     QStringList causes;
     for (const Failure& failure : m_failures) {
         if (!causes.contains(failure.cause))
@@ -96,8 +110,10 @@ void GenerateReport::printFailures() const {
             Terminal::error(ofPicture(QStringLiteral("%1: %2").arg(paths.first(), cause)));
         else
             Terminal::error(QStringLiteral("%1: %2 (in %3: %4)")
-                                .arg(counted(paths.size(), {}, QStringLiteral("files not written")), cause,
-                                     m_options.out, paths.join(QLatin1String(", "))));
+                                .arg(counted(paths.size(), {},
+                                             isCheck ? QStringLiteral("files not compared")
+                                                     : QStringLiteral("files not written")),
+                                     cause, m_options.out, paths.join(QLatin1String(", "))));
     }
 }
 
@@ -106,8 +122,8 @@ QString GenerateReport::fileLine(const File& file) const {
         file.pixelSize.isEmpty()
             ? QStringLiteral("text")
             : QStringLiteral("%1 × %2").arg(file.pixelSize.width()).arg(file.pixelSize.height());
-    return QStringLiteral("  %1  %2  %3 bytes")
-        .arg(Terminal::escaped(shortPath(file.path)), size, QString::number(file.bytes));
+    const QString line = QStringLiteral("  %1  %2").arg(Terminal::escaped(shortPath(file.path)), size);
+    return isListed() ? line : QStringLiteral("%1  %2 bytes").arg(line).arg(file.bytes);
 }
 
 bool GenerateReport::printSummary() const {
@@ -142,12 +158,53 @@ bool GenerateReport::printSummary() const {
     const QString folder = Terminal::escaped(FileItem::absolutePath(m_options.out));
     return Terminal::print(QStringLiteral("%1 %2 %3  in %4")
                                .arg(QStringLiteral("all"), -9)
-                               .arg(counted(static_cast<qsizetype>(m_files.size()), QStringLiteral("file"),
-                                            QStringLiteral("files")),
-                                    9)
+                               .arg(countedFiles(), 9)
                                .arg(byteText(allBytes), 12)
                                .arg(folder)) &&
            isPrinted;
+}
+
+/// Prints what would be written.
+bool GenerateReport::printList() const {
+    const bool isPrinted =
+        std::ranges::all_of(m_files, [this](const File& file) { return Terminal::print(fileLine(file)); });
+    return isPrinted && Terminal::print(QStringLiteral("%1 would be written in %2")
+                                            .arg(countedFiles(),
+                                                 Terminal::escaped(FileItem::absolutePath(m_options.out))));
+}
+
+/// Prints how the files that are there differ from what would be written.
+bool GenerateReport::printComparison() const {
+    for (const Difference& difference : m_differences) {
+        QString line = QStringLiteral("%1: %2").arg(difference.path, namesOf(difference.kind).first);
+        if (!difference.remark.isEmpty())
+            line += QStringLiteral(" (%1)").arg(difference.remark);
+        if (!Terminal::print(Terminal::escaped(line)))
+            return false;
+    }
+    if (!m_differences.empty() || !m_errors.empty())
+        return true;
+    return Terminal::print(
+        QStringLiteral("%1 in %2 as they would be written")
+            .arg(countedFiles(), Terminal::escaped(FileItem::absolutePath(m_options.out))));
+}
+
+QString GenerateReport::countedFiles() const {
+    return counted(static_cast<qsizetype>(m_files.size()), QStringLiteral("file"), QStringLiteral("files"));
+}
+
+bool GenerateReport::printResult() const {
+    switch (m_options.purpose) {
+    case GeneratePurpose::Write:
+        return m_files.empty() || printSummary();
+    case GeneratePurpose::List:
+        return m_files.empty() || printList();
+    case GeneratePurpose::Check:
+        return printComparison();
+    case GeneratePurpose::Stream:
+        break;
+    }
+    return true;
 }
 
 bool GenerateReport::printTimings() const {
@@ -174,10 +231,21 @@ bool GenerateReport::printJson() const {
             json.key("width").value(file.pixelSize.width());
             json.key("height").value(file.pixelSize.height());
         }
-        json.key("bytes").value(file.bytes);
+        if (!isListed())
+            json.key("bytes").value(file.bytes);
         json.endObject();
     }
     json.endArray();
+    if (m_options.purpose == GeneratePurpose::Check) {
+        json.key("differences").beginArray();
+        for (const Difference& difference : m_differences) {
+            json.beginObject();
+            json.key("path").value(difference.path);
+            json.key("difference").value(namesOf(difference.kind).second);
+            json.endObject();
+        }
+        json.endArray();
+    }
     if (!m_options.layouts.isEmpty())
         json.key("notes").value(m_notes);
     json.key("warnings").value(m_warnings);
@@ -213,11 +281,11 @@ int GenerateReport::finish() {
     bool isPrinted = true;
     if (m_options.json)
         isPrinted = printJson();
-    else if (!m_options.quiet && !m_files.empty())
-        isPrinted = printSummary();
+    else if (!m_options.quiet)
+        isPrinted = printResult();
     if (m_options.timings && !m_options.json)
         isPrinted = printTimings() && isPrinted;
     if (!isPrinted)
         return Terminal::outputFailure();
-    return m_errors.empty() ? 0 : 1;
+    return m_errors.empty() && m_differences.empty() ? 0 : 1;
 }

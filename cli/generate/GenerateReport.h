@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/generate/ComparedPlace.h"
 #include "cli/generate/GenerateOptions.h"
 #include "cli/text/ErrorDocument.h"
 #include "cli/text/Terminal.h"
@@ -24,6 +25,9 @@ class GenerateReport final : public GenerationObserver {
     /// Tells of a line that a file of the project lacks.
     void note(const QString& path, const QString& line);
 
+    /// Tells how files on the disk are not what the run would write.
+    void differ(std::vector<Difference> differences) { m_differences = std::move(differences); }
+
     void warn(const QString& sentence);
     /// Reports a failure that is not about one file of the set. `path` may be empty.
     void fail(const QString& path, const Error& error);
@@ -40,16 +44,22 @@ class GenerateReport final : public GenerationObserver {
     void sortFiles();
     void printFailures() const;
     bool printSummary() const;
+    bool printList() const;
+    bool printComparison() const;
+    bool printResult() const;
     bool printTimings() const;
     bool printJson() const;
     QString fileLine(const File& file) const;
     QString ofPicture(const QString& sentence) const;
+    bool isListed() const { return m_options.purpose == GeneratePurpose::List; }
+    QString countedFiles() const;
     QString shortPath(const QString& path) const;
 
     const GenerateOptions& m_options;
     Terminal::ProgressBar* m_progress = nullptr;
     std::vector<File> m_files;
     std::vector<Failure> m_failures;
+    std::vector<Difference> m_differences;
     QStringList m_notes;
     QStringList m_warnings;
     std::vector<ToldError> m_errors;

@@ -9,7 +9,7 @@ namespace {
 
 /// The lines of a document, moved to the right.
 QByteArray indented(const QByteArray& document) {
-    constexpr int columns = 8;
+    constexpr int columns = 4;
     const QByteArray space(columns, ' ');
     return space + document.trimmed().replace("\n", "\n" + space);
 }
@@ -59,14 +59,14 @@ void RunResults::print(const RunResult& result) {
         m_isWritten = Terminal::passOn(stdout, result.output) && m_isWritten;
         return;
     }
-    const QByteArray before = m_printed == 0 ? "{\n    \"runs\": [\n" : ",\n";
+    const QByteArray before = m_printed == 0 ? "{\n  \"runs\": [\n" : ",\n";
     m_isWritten = Terminal::passOn(stdout, before + indented(result.output)) && m_isWritten;
 }
 
 int RunResults::finish() {
     m_progress.hide();
     if (m_isJson)
-        m_isWritten = Terminal::passOn(stdout, "\n    ]\n}\n") && m_isWritten;
+        m_isWritten = Terminal::passOn(stdout, "\n  ]\n}\n") && m_isWritten;
     if (!m_isWritten)
         return Terminal::outputFailure();
     return m_isFailed ? 1 : 0;

@@ -98,6 +98,15 @@ Result<Done> ImageDestination::keep(const QImage& picture, const ImageProperties
 }
 
 Result<Done> ImageDestination::finalize(AtomicFile::Durability durability) {
+    return finalizeBy([&] { return AtomicFile::write(m_path, m_file, {durability}); });
+}
+
+Result<Done> ImageDestination::finalize(OutputPlace& place) {
+    return finalizeBy([&] { return place.write(m_path, m_file); });
+}
+
+/// `write` puts `m_file` to its place.
+Result<Done> ImageDestination::finalizeBy(const std::function<Result<Done>()>& write) {
     if (!m_icns.isEmpty())
         m_file = m_icns.data();
     if (m_failure)
@@ -105,7 +114,7 @@ Result<Done> ImageDestination::finalize(AtomicFile::Durability durability) {
     if (m_missing != 0 || m_file.isEmpty())
         return Error{ErrorCode::Malformed, QStringLiteral("one of its pictures can't be made")};
     const StageTimes::Timer timer(Stage::Write);
-    Result<Done> written = AtomicFile::write(m_path, m_file, {durability});
+    Result<Done> written = write();
     if (written)
         m_bytesWritten = m_file.size();
     return written;

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "files/AtomicFile.h"
+#include "files/OutputPlace.h"
 #include "imaging/icns/IcnsWriter.h"
 
 #include <QImage>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 /// What an encoder is told about one picture. A format ignores the properties that it has no use for.
@@ -44,6 +46,9 @@ class ImageDestination {
     /// fewer or more than `count` pictures were added, or all of them were left out; else as AtomicFile.
     Result<Done> finalize(AtomicFile::Durability durability = AtomicFile::Durability::Cached);
 
+    /// The same, with the file going to `place`.
+    Result<Done> finalize(OutputPlace& place);
+
     /// The file's size after `finalize`.
     qint64 bytesWritten() const { return m_bytesWritten; }
 
@@ -51,6 +56,7 @@ class ImageDestination {
     const QSize& largestSize() const { return m_largestSize; }
 
   private:
+    Result<Done> finalizeBy(const std::function<Result<Done>()>& write);
     Result<Done> keep(const QImage& picture, const ImageProperties& properties);
 
     ImageDestination(QString path, QString type, int count)

@@ -77,6 +77,8 @@ complete -c tobrimax-cli -n $condition -r -F -l foreground -d 'the front layer o
 complete -c tobrimax-cli -n $condition -r -F -l monochrome -d 'the shape of themed icons'
 complete -c tobrimax-cli -n $condition -r -F -l catalogue -d 'icon names and sizes instead of the built-in ones'
 complete -c tobrimax-cli -n $condition -x -l jobs -d 'how many of several pictures at once'
+complete -c tobrimax-cli -n $condition -l dry-run -d 'list what would be written, and write nothing'
+complete -c tobrimax-cli -n $condition -l check -d 'compare the folder with what would be written'
 complete -c tobrimax-cli -n $condition -l open -d 'open the folder in the file browser afterwards'
 complete -c tobrimax-cli -n $condition -s q -l quiet -d 'print nothing but warnings and errors'
 complete -c tobrimax-cli -n $condition -s v -l verbose -d 'list every file, and show the diagnostic log'
