@@ -4,7 +4,6 @@
 #include "cli/text/Terminal.h"
 #include "generation/ImageExport.h"
 #include "imaging/drawing/GraphicsContext.h"
-#include "imaging/io/ImageSource.h"
 
 #include <cmath>
 
@@ -27,7 +26,7 @@ int runExport(const ExportOptions& options) {
     LoadOptions loading;
     if (options.size)
         loading.renders = {QSizeF(*options.size)};
-    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, loading);
+    const Result<LoadedPicture> picture = InputFile::loadPicture(options.picture, loading);
     if (!picture)
         return InputFile::fail(options.picture, picture.error());
     for (const QString& warning : picture->warnings)

@@ -4,7 +4,6 @@
 #include "cli/common/UnscaledScreen.h"
 #include "cli/text/Terminal.h"
 #include "generation/IconContainer.h"
-#include "imaging/io/ImageSource.h"
 
 namespace {
 
@@ -25,7 +24,7 @@ class StyleInput final : public GenerationInput {
 } // namespace
 
 int runIcnsMake(const IcnsMakeOptions& options) {
-    const Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {IconContainer::renders()});
+    const Result<LoadedPicture> picture = InputFile::loadPicture(options.picture, {IconContainer::renders()});
     if (!picture)
         return InputFile::fail(options.picture, picture.error());
     const UnscaledScreen screen;

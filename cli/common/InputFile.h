@@ -3,14 +3,28 @@
 #include "base/Result.h"
 #include "files/RegularFile.h"
 #include "imaging/icns/IcnsReader.h"
+#include "imaging/io/ImageSource.h"
 
 #include <QByteArray>
 
 #include <optional>
 #include <string>
 
-/// Reads the input files of commands and reports errors. Paths are in the file system's own encoding.
+/// Reads the input files of commands and reports errors. Paths are in the file system's own encoding; "-" is
+/// standard input, which is read once and kept.
 namespace InputFile {
+
+/// Whether the word stands for standard input.
+bool isStandardInput(const std::string& path);
+
+/// The path for people.
+QString shown(const std::string& path);
+
+/// The picture at `path`, or on standard input.
+Result<LoadedPicture> loadPicture(const std::string& path, const LoadOptions& options = {});
+
+/// The bytes of the file at `path`, or of the picture on standard input.
+Result<QByteArray> read(const std::string& path, qint64 maximumBytes);
 
 /// Prints the error and returns the exit status 1.
 int fail(const std::string& path, const Error& error);

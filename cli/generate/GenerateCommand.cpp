@@ -2,6 +2,7 @@
 
 #include "base/StageTimes.h"
 #include "cli/common/CatalogueBundle.h"
+#include "cli/common/InputFile.h"
 #include "cli/common/PictureWarnings.h"
 #include "cli/common/UnscaledScreen.h"
 #include "cli/generate/GeneratePlace.h"
@@ -12,7 +13,6 @@
 #include "files/PathBytes.h"
 #include "generation/GenerationPlan.h"
 #include "generation/IconSetGenerator.h"
-#include "imaging/io/ImageSource.h"
 
 namespace {
 
@@ -112,7 +112,7 @@ int runGenerate(const GenerateOptions& options) {
     }
     const UnscaledScreen screen;
     const GenerationPlan plan(*catalogue, options.platforms, screen.scale());
-    Result<LoadedPicture> picture = ImageSource::loadFile(options.picture, {plan.renders()});
+    Result<LoadedPicture> picture = InputFile::loadPicture(options.picture, {plan.renders()});
     if (!picture) {
         report.fail(PathBytes::decoded(options.picture), picture.error());
         return report.finish();

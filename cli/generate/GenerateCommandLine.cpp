@@ -1,5 +1,6 @@
 // Parses the command line of `generate`.
 #include "cli/common/Command.h"
+#include "cli/common/InputFile.h"
 #include "cli/common/StyleWords.h"
 #include "cli/generate/GenerateCall.h"
 #include "cli/generate/LayoutWords.h"
@@ -73,7 +74,7 @@ void addOptions(CLI::App& command, GenerateWords& words) {
     command
         .add_option("PICTURE", words.pictures,
                     PictureFormats::names().toStdString() +
-                        "; each of several gets a folder of its name in DIR")
+                        "; each of several gets a folder of its name in DIR; - is standard input")
         ->required();
     command
         .add_option("-o,--out", words.out,
@@ -164,6 +165,11 @@ std::optional<UsageError> exclusion(const CLI::App& generate, const GenerateWord
         if (generate.count(one) > 0 && generate.count(other) > 0)
             return UsageError{std::string(one) + " and " + other + " exclude each other"};
     }
+    const LayoutWords& others = words.layout;
+    std::vector<std::string> pictures{others.dark, others.tinted, others.foreground, others.monochrome};
+    std::ranges::copy(words.pictures, std::back_inserter(pictures));
+    if (words.pictures.size() > 1 && std::ranges::any_of(pictures, InputFile::isStandardInput))
+        return UsageError{"standard input (-) gives one picture, and not one of several"};
     if (words.out != streamWord)
         return std::nullopt;
     for (const char* option : {"--json", "--dry-run", "--check", "--open", "--timings"}) {

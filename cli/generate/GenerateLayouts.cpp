@@ -1,6 +1,7 @@
 #include "cli/generate/GenerateLayouts.h"
 
 #include "base/StageTimes.h"
+#include "cli/common/InputFile.h"
 #include "cli/common/PictureWarnings.h"
 #include "cli/generate/GeneratePlace.h"
 #include "cli/generate/GenerateReport.h"
@@ -8,9 +9,7 @@
 #include "cli/generate/PictureName.h"
 #include "files/FilePath.h"
 #include "files/PathBytes.h"
-#include "files/RegularFile.h"
 #include "imaging/drawing/GraphicsContext.h"
-#include "imaging/io/ImageSource.h"
 #include "layouts/LayoutCatalogue.h"
 #include "layouts/LayoutVariables.h"
 #include "layouts/LayoutWriter.h"
@@ -63,7 +62,7 @@ bool hasTransparency(const Image& image) {
 /// The bytes of an SVG document that is not compressed; else none.
 QByteArray documentOf(const std::string& path) {
     constexpr qint64 mostBytes = 64 << 20;
-    const Result<QByteArray> bytes = RegularFile::read(path, mostBytes);
+    const Result<QByteArray> bytes = InputFile::read(path, mostBytes);
     constexpr QByteArrayView gzipMagic("\x1f\x8b", 2);
     return bytes && !bytes->startsWith(gzipMagic) ? *bytes : QByteArray();
 }
@@ -91,7 +90,7 @@ class LayoutRun {
   private:
     /// Loads the picture at `path` with the sizes in which it is drawn.
     std::optional<LoadedPicture> load(const std::string& path, const std::vector<QSizeF>& renders) {
-        Result<LoadedPicture> picture = ImageSource::loadFile(path, {renders});
+        Result<LoadedPicture> picture = InputFile::loadPicture(path, {renders});
         if (picture)
             return std::move(*picture);
         m_report.fail(PathBytes::decoded(path), picture.error());

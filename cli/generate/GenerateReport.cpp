@@ -1,6 +1,7 @@
 #include "cli/generate/GenerateReport.h"
 
 #include "base/StageTimes.h"
+#include "cli/common/InputFile.h"
 #include "files/FileItem.h"
 #include "files/PathBytes.h"
 
@@ -77,7 +78,8 @@ void GenerateReport::warn(const QString& sentence) {
 
 void GenerateReport::fail(const QString& path, const Error& error) {
     m_errors.push_back(ErrorDocument::told(path, error));
-    Terminal::error(path.isEmpty() ? error.sentence : about(path, error).sentence);
+    const QString subject = InputFile::shown(PathBytes::encoded(path).toStdString());
+    Terminal::error(path.isEmpty() ? error.sentence : about(subject, error).sentence);
 }
 
 /// The sentence, with the picture in front of it if there are several.

@@ -21,10 +21,6 @@ Error unknownFormat() {
     return {ErrorCode::UnknownFormat, QStringLiteral("not a picture (of %1)").arg(PictureFormats::names())};
 }
 
-/// The most bytes of a file: the largest picture without compression, 16 bits a sample, and room for all data
-/// around its pixels.
-constexpr qint64 maximumFile = 8 * PictureReader::maximumPixels + (64 << 20);
-
 /// The format of a file that begins with `start`.
 Result<const PictureFormatRow*> formatOf(const QByteArray& start) {
     if (start.isEmpty())
@@ -165,7 +161,7 @@ Result<LoadedPicture> ImageSource::load(const QByteArray& bytes, const LoadOptio
 
 Result<LoadedPicture> ImageSource::loadFile(const std::string& path, const LoadOptions& options) {
     const StageTimes::Timer timer(Stage::Decode);
-    const Result<RegularFile::Part> file = RegularFile::readPart(path, maximumFile, lengthOf);
+    const Result<RegularFile::Part> file = RegularFile::readPart(path, ImageSource::maximumFile, lengthOf);
     if (!file)
         return file.error();
     return load(file->bytes, options);

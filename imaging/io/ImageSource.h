@@ -29,6 +29,10 @@ struct LoadOptions {
 /// error. OutOfMemory where memory is short.
 namespace ImageSource {
 
+/// The most bytes of a file: the largest picture without compression, 16 bits a sample, and room for all data
+/// around its pixels.
+inline constexpr qint64 maximumFile = 8 * PictureReader::maximumPixels + (64 << 20);
+
 /// An image of the picture's size in pixels. A bitmap gets reduced copies, each with sides half as long as
 /// those of the copy before, so that small renders need not read all of it. An icns file also gets the
 /// pictures of all its elements.

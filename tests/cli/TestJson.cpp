@@ -53,6 +53,7 @@ TEST_F(Json, every_document_has_the_same_style) {
              {u"generate"_s, picture, u"--out"_s, out(), u"--json"_s},
              {u"generate"_s, picture, u"--out"_s, out(), u"--json"_s, u"--layout"_s, u"web"_s},
              {u"generate"_s, path(u"nowhere"_s), u"--out"_s, out(), u"--json"_s},
+             {u"generate"_s, picture, path(u"nowhere"_s), u"--out"_s, out(), u"--json"_s},
              {u"layouts"_s, u"--json"_s},
              {u"layouts"_s, u"web"_s, u"--json"_s},
              {u"layouts"_s, u"nowhere"_s, u"--json"_s},

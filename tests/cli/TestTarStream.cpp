@@ -133,6 +133,12 @@ TEST_F(TarStream, an_icon_in_a_folder_that_is_not_made_fails_as_on_the_disk) {
               "iphone/AppIcon.appiconset/a.png\n");
 }
 
+TEST_F(TarStream, takes_one_picture) {
+    const ProcessResult result = streamed({flatPicture(u"other.png"_s, 9, 9)});
+    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_THAT(result.errors.toStdString(), testing::HasSubstr("--out - takes one picture"));
+}
+
 TEST_F(TarStream, excludes_what_else_would_be_printed_or_looked_at) {
     for (const char* other : {"--json", "--dry-run", "--check", "--open", "--timings"}) {
         const ProcessResult result = streamed({QLatin1String(other)});
