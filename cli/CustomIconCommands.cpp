@@ -34,8 +34,8 @@ int run(const CustomIconOptions& options, const QString& what,
     }
     if (!currentForkStore().isAvailable())
         return fail(
-            QStringLiteral("files have no resource forks on this system; with --apple-double they are "
-                           "kept in files beside the items, which a Mac reads from archives"));
+            QStringLiteral("this system keeps no icons with files; with --apple-double the icon goes into a "
+                           "second file beside the item, which a Mac reads from an archive"));
     return work();
 }
 

@@ -45,7 +45,8 @@ int runIcnsExtract(const IcnsExtractOptions& options) {
         return InputFile::fail(options.file, elements.error());
     if (elements->empty())
         return InputFile::fail(
-            options.file, {ErrorCode::Unsupported, QStringLiteral("it has no picture that is known here")});
+            options.file,
+            {ErrorCode::Unsupported, QStringLiteral("it has no picture of a kind that is read here")});
     if (const Result<Done> made = Folder::create(options.out); !made) {
         Terminal::error(made.error().sentence);
         return 1;

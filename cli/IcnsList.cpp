@@ -93,10 +93,9 @@ bool printTable(const IcnsInspection& inspection) {
             lines.add(QStringLiteral("odd: %1: %2").arg(Terminal::escaped(element.type.text()), remark));
     }
     for (const auto& [type, count] : repeated.asKeyValueRange())
-        lines.add(
-            QStringLiteral("odd: %1: %2 more of its type follow the first, which is the one that counts")
-                .arg(Terminal::escaped(FourCharCode(type).text()))
-                .arg(count));
+        lines.add(QStringLiteral("odd: %1: %2 more of the same type follow; only the first is used")
+                      .arg(Terminal::escaped(FourCharCode(type).text()))
+                      .arg(count));
     for (const QString& remark : inspection.remarks)
         lines.add(QStringLiteral("odd: %1").arg(remark));
     return lines.finish();
@@ -105,7 +104,7 @@ bool printTable(const IcnsInspection& inspection) {
 void write(JsonWriter& json, const Element& element) {
     QStringList remarks = element.remarks;
     if (element.isRepeated)
-        remarks << QStringLiteral("another of its type stands before it, which is the one that counts");
+        remarks << QStringLiteral("another of the same type comes before it; only the first is used");
     json.beginObject();
     json.key("type").value(element.type.text());
     json.key("what").value(icnsTypeDescription(element.type));

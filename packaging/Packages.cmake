@@ -41,7 +41,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
     "Tobrimax turns one picture into the icon sets that iPhone, iPad, Apple Watch,
 Mac and Android apps need: each PNG at its exact size, and Application.icns.
-It reads PNG, JPEG, TIFF, GIF, BMP, WebP, icns and SVG pictures.
+It reads PNG, JPEG, TIFF, GIF, BMP, WebP, ICO, icns and SVG pictures.
 
 The application shows how the icons will look. The program tobrimax-cli does
 the same for scripts and build machines. CMake projects find it by

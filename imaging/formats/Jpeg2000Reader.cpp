@@ -72,12 +72,12 @@ Result<Done> checkKind(const opj_image_t& picture) {
         if (component.data == nullptr || component.prec == 0 || component.prec > 31 ||
             component.w != first.w || component.h != first.h)
             return Error{ErrorCode::Unsupported,
-                         QStringLiteral("a JPEG 2000 picture with components of different sizes")};
+                         QStringLiteral("JPEG 2000 pictures whose channels differ in size are not read")};
     }
     if (picture.color_space == OPJ_CLRSPC_SYCC || picture.color_space == OPJ_CLRSPC_EYCC ||
         picture.color_space == OPJ_CLRSPC_CMYK)
         return Error{ErrorCode::Unsupported,
-                     QStringLiteral("a JPEG 2000 picture that is neither grey nor RGB")};
+                     QStringLiteral("JPEG 2000 pictures are read only in grey and RGB")};
     return Done{};
 }
 
@@ -159,7 +159,7 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
     constexpr OPJ_UINT32 mostComponents = 4;
     if (picture->numcomps > mostComponents)
         return Error{ErrorCode::Unsupported,
-                     QStringLiteral("a JPEG 2000 picture with %1 components").arg(picture->numcomps)};
+                     QStringLiteral("JPEG 2000 pictures with %1 channels are not read; the most is 4").arg(picture->numcomps)};
     if (opj_decode(codec.get(), stream.get(), picture.get()) == OPJ_FALSE ||
         opj_end_decompress(codec.get(), stream.get()) == OPJ_FALSE)
         return failure();

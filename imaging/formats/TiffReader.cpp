@@ -266,7 +266,7 @@ Result<QImage> readAsRgba(TiffStream& stream, RowConverter& converter, QImage ra
     TIFFRGBAImage decoder{};
     if (TIFFRGBAImageOK(tiff, cause) == 0)
         return Error{ErrorCode::Unsupported,
-                     QStringLiteral("a TIFF picture of a kind that is not read here (%1)")
+                     QStringLiteral("TIFF pictures of this kind are not read (%1); save it as PNG")
                          .arg(QString::fromUtf8(cause))};
     // libtiff unpacks a whole block of each plane before it turns the samples into pixels.
     const std::uint64_t planes =

@@ -86,7 +86,7 @@ class Inspector {
         if (reader.elements().empty())
             m_result.remarks << QStringLiteral("it has no elements");
         else if (!hasPicture)
-            m_result.remarks << QStringLiteral("it has no picture that is known here");
+            m_result.remarks << QStringLiteral("it has no picture of a kind that is read here");
     }
 
     IcnsInspection result() {
@@ -131,7 +131,7 @@ class Inspector {
         const auto colors = std::ranges::find_if(icnsElementTypes(),
                                                  [&](const auto& other) { return other.mask == type.code; });
         if (!m_types.contains(colors->code.value))
-            result << QStringLiteral("there is no %1 whose mask it would be").arg(colors->code.text());
+            result << QStringLiteral("it is the mask of %1, which is missing").arg(colors->code.text());
         return result;
     }
 
@@ -156,14 +156,14 @@ class Inspector {
         QStringList result;
         const bool isFile = info.encoding == IcnsEncoding::Png || info.encoding == IcnsEncoding::Jpeg2000;
         if (info.encoding == IcnsEncoding::Unknown)
-            return {QStringLiteral("it holds no picture that is known here")};
+            return {QStringLiteral("its picture is of an unknown kind")};
         if (!info.size.isValid())
             result << QStringLiteral("its picture breaks off");
         else if (info.size != type.size())
             result << QStringLiteral("it holds %1; its type stands for %2")
                           .arg(sizeText(info.size), sizeText(type.size()));
         if (isFile && failsInBundles(type.code))
-            result << QStringLiteral("a file inside this type is shown wrongly in application bundles");
+            result << QStringLiteral("application bundles show this type wrongly if it holds a PNG or JPEG 2000 file");
         if (info.encoding == IcnsEncoding::PackedArgb)
             result << packedRemarks(element.data.sliced(argbMark.size()), type.pixelSize, 4);
         if (info.encoding == IcnsEncoding::PlainArgb)

@@ -176,7 +176,7 @@ Result<QImage> IcnsReader::storedSamples(const IcnsElement& element) const {
                 return colors(*type, element.data, this->element(type->mask));
             return plainArgb(element.data, info.size.width());
         case IcnsEncoding::Unknown:
-            return damaged(QStringLiteral("the element %1 holds no known picture").arg(type->code.text()));
+            return damaged(QStringLiteral("the element %1 holds a picture of an unknown kind").arg(type->code.text()));
         default:
             break;
         }
@@ -246,6 +246,6 @@ Result<DecodedPicture> IcnsReader::largestPicture() const {
     const IcnsElement* largest = largestElement();
     if (largest == nullptr)
         return Error{ErrorCode::Unsupported,
-                     QStringLiteral("the icns file holds no picture that is known here")};
+                     QStringLiteral("the icns file has no picture of a kind that is read here")};
     return picture(*largest);
 }

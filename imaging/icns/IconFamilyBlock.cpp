@@ -52,7 +52,7 @@ Result<QByteArray> changed(const QByteArray& before, const IcnsReader& reader, F
     const qsizetype total = from + icnsHeaderSize + data.size() + (end - to);
     if (total > std::numeric_limits<quint32>::max())
         return Error{ErrorCode::TooLarge,
-                     QStringLiteral("the icon family would become longer than its length can tell")};
+                     QStringLiteral("the icon family would become longer than 4 GiB, the most it can hold")};
     QByteArray after;
     after.reserve(total);
     ByteWriter(after)

@@ -17,8 +17,8 @@ Result<Done> PictureReader::checkSize(qint64 width, qint64 height) {
 Error PictureReader::tooLarge(qint64 width, qint64 height) {
     return {ErrorCode::TooLarge,
             QStringLiteral(
-                "the picture has %1 × %2 pixels; the limit is 16384 × 16384, or as many in all with no side "
-                "above 1000000")
+                "the picture has %1 × %2 pixels; the limit is 268435456 in all (16384 × 16384), and 1000000 "
+                "in a row or column")
                 .arg(width)
                 .arg(height)};
 }

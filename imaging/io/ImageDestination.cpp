@@ -112,7 +112,7 @@ Result<Done> ImageDestination::finalizeBy(const std::function<Result<Done>()>& w
     if (m_failure)
         return *m_failure;
     if (m_missing != 0 || m_file.isEmpty())
-        return Error{ErrorCode::Malformed, QStringLiteral("one of its pictures can't be made")};
+        return Error{ErrorCode::Malformed, QStringLiteral("its pictures could not all be made")};
     const StageTimes::Timer timer(Stage::Write);
     Result<Done> written = write();
     if (written)

@@ -4,7 +4,9 @@
 #include "base/StageTimes.h"
 #include "files/RegularFile.h"
 #include "imaging/icns/IcnsReader.h"
+#include "imaging/ico/IcoReader.h"
 #include "imaging/image/BitmapImageRep.h"
+#include "imaging/io/OtherKind.h"
 #include "imaging/io/PictureFormat.h"
 #include "imaging/pixels/ReducedCopies.h"
 #include "imaging/pixels/Resampler.h"
@@ -17,8 +19,12 @@
 
 namespace {
 
-Error unknownFormat() {
-    return {ErrorCode::UnknownFormat, QStringLiteral("not a picture (of %1)").arg(PictureFormats::names())};
+Error unknownFormat(const QByteArray& bytes) {
+    const QString refusal = refusalOfOtherKind(bytes);
+    return {ErrorCode::UnknownFormat,
+            refusal.isEmpty()
+                ? QStringLiteral("not a picture of a known format (%1)").arg(PictureFormats::names())
+                : refusal};
 }
 
 /// The format of a file that begins with `start`.
@@ -27,7 +33,7 @@ Result<const PictureFormatRow*> formatOf(const QByteArray& start) {
         return Error{ErrorCode::UnknownFormat, QStringLiteral("the file is empty")};
     const PictureFormatRow* format = PictureFormats::find(start);
     if (format == nullptr)
-        return unknownFormat();
+        return unknownFormat(start);
     return format;
 }
 
@@ -74,6 +80,24 @@ Result<Done> addReducedCopies(Image& image, QImage raster) {
     return Done{};
 }
 
+/// A picture whose largest bitmap is `largest`.
+LoadedPicture startedWith(DecodedPicture largest) {
+    LoadedPicture result{Image(largest.raster.size()), false, std::move(largest.warnings)};
+    result.image.addRepresentation(std::make_shared<BitmapImageRep>(std::move(largest.raster)));
+    return result;
+}
+
+/// Adds a smaller bitmap that the file has. A damaged one is left out with a warning, which calls it `name`.
+Result<Done> addSmaller(LoadedPicture& result, Result<DecodedPicture> picture, const QString& name) {
+    if (picture)
+        result.image.addRepresentation(std::make_shared<BitmapImageRep>(std::move(picture->raster)));
+    else if (picture.error().code == ErrorCode::OutOfMemory)
+        return picture.error();
+    else
+        result.warnings << QStringLiteral("%1 is left out: %2").arg(name, picture.error().sentence);
+    return Done{};
+}
+
 /// Loads every picture of an icns file, so that each size is drawn from the picture made for it. Fails where
 /// the largest picture is damaged; smaller damaged ones are left out with a warning.
 Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
@@ -83,24 +107,42 @@ Result<LoadedPicture> loadIcns(const QByteArray& bytes) {
     Result<DecodedPicture> largest = reader->largestPicture();
     if (!largest)
         return largest.error();
-    LoadedPicture result{Image(largest->raster.size()), false, std::move(largest->warnings)};
-    result.image.addRepresentation(std::make_shared<BitmapImageRep>(largest->raster));
+    const QImage raster = largest->raster;
+    LoadedPicture result = startedWith(std::move(*largest));
     const Result<std::vector<IcnsElement>> elements = reader->pictureElements();
     if (!elements)
         return elements.error();
     for (const IcnsElement& element : *elements) {
         if (element.type == reader->largestElement()->type)
             continue;
-        Result<DecodedPicture> picture = reader->picture(element);
-        if (picture)
-            result.image.addRepresentation(std::make_shared<BitmapImageRep>(std::move(picture->raster)));
-        else if (picture.error().code == ErrorCode::OutOfMemory)
-            return picture.error();
-        else
-            result.warnings << QStringLiteral("the element %1 is passed over: %2")
-                                   .arg(element.type.text(), picture.error().sentence);
+        const QString name = QStringLiteral("the element %1").arg(element.type.text());
+        if (Result<Done> added = addSmaller(result, reader->picture(element), name); !added)
+            return added.error();
     }
-    if (const Result<Done> added = addReducedCopies(result.image, std::move(largest->raster)); !added)
+    if (const Result<Done> added = addReducedCopies(result.image, raster); !added)
+        return added.error();
+    return result;
+}
+
+/// Loads every size of a Windows icon file, as `loadIcns`.
+Result<LoadedPicture> loadIco(const QByteArray& bytes) {
+    const Result<IcoReader> reader = IcoReader::open(bytes);
+    if (!reader)
+        return reader.error();
+    const std::vector<IcoReader::Entry>& entries = reader->entries();
+    Result<DecodedPicture> largest = reader->picture(entries.front());
+    if (!largest)
+        return largest.error();
+    const QImage raster = largest->raster;
+    LoadedPicture result = startedWith(std::move(*largest));
+    for (auto entry = entries.begin() + 1; entry != entries.end(); ++entry) {
+        const QString name = QStringLiteral("the image of %1 × %2 pixels in the icon")
+                                 .arg(entry->size.width())
+                                 .arg(entry->size.height());
+        if (Result<Done> added = addSmaller(result, reader->picture(*entry), name); !added)
+            return added.error();
+    }
+    if (const Result<Done> added = addReducedCopies(result.image, raster); !added)
         return added.error();
     return result;
 }
@@ -138,6 +180,8 @@ Result<LoadedPicture> loaded(const QByteArray& bytes, const LoadOptions& options
     switch ((*format)->format) {
     case PictureFormat::Icns:
         return loadIcns(bytes);
+    case PictureFormat::Ico:
+        return loadIco(bytes);
     case PictureFormat::Svg:
         return loadSvg(bytes);
     default:
@@ -150,7 +194,7 @@ Result<LoadedPicture> loaded(const QByteArray& bytes, const LoadOptions& options
 Result<DecodedPicture> ImageSource::decode(const QByteArray& bytes) {
     return unlessMemoryIsShort([&] {
         const PictureFormatRow* format = PictureFormats::find(bytes);
-        return format != nullptr ? format->decode(bytes, std::nullopt) : unknownFormat();
+        return format != nullptr ? format->decode(bytes, std::nullopt) : unknownFormat(bytes);
     });
 }
 

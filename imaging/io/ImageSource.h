@@ -19,12 +19,12 @@ struct LoadedPicture {
 /// How a picture is loaded.
 struct LoadOptions {
     /// All sizes in which the picture will be drawn, where they are known. Then no bitmap is kept that is
-    /// larger than these renders need; the renders stay the same. An icns file keeps all its pictures.
+    /// larger than these renders need; the renders stay the same. An icns or ICO file keeps all its pictures.
     ReducedCopies::Renders renders;
 };
 
 /// Turns the bytes of a picture into an Image. The content decides the format, never the file's name: PNG,
-/// JPEG, TIFF, GIF (first frame), BMP, WebP, icns (largest picture), SVG. Pictures are turned upright and
+/// JPEG, TIFF, GIF (first frame), BMP, WebP, ICO and icns (largest picture), SVG. Pictures are turned upright and
 /// converted to sRGB. A picture that breaks off, is damaged or has more than 16384 × 16384 pixels is an
 /// error. OutOfMemory where memory is short.
 namespace ImageSource {
@@ -34,8 +34,8 @@ namespace ImageSource {
 inline constexpr qint64 maximumFile = 8 * PictureReader::maximumPixels + (64 << 20);
 
 /// An image of the picture's size in pixels. A bitmap gets reduced copies, each with sides half as long as
-/// those of the copy before, so that small renders need not read all of it. An icns file also gets the
-/// pictures of all its elements.
+/// those of the copy before, so that small renders need not read all of it. An icns or ICO file also
+/// gets its smaller pictures.
 Result<LoadedPicture> load(const QByteArray& bytes, const LoadOptions& options = {});
 
 /// As `load`, from the regular file at `path` (in the file system's own bytes). Anything but a regular file

@@ -5,6 +5,7 @@
 #include "imaging/formats/QtPictureReader.h"
 #include "imaging/formats/TiffReader.h"
 #include "imaging/icns/IcnsReader.h"
+#include "imaging/ico/IcoReader.h"
 #include "imaging/png/PngHeader.h"
 #include "imaging/png/PngReader.h"
 #include "imaging/svg/SvgDocument.h"
@@ -55,7 +56,10 @@ bool isLikelySvg(const QByteArray& bytes) {
     QStringView view = text;
     if (view.startsWith(QChar(0xfeff)))
         view = view.sliced(1);
-    return view.trimmed().startsWith(u'<') && (isUtf16 || view.contains(QLatin1String("svg")));
+    view = view.trimmed();
+    const bool isPage = view.startsWith(QLatin1String("<!doctype html"), Qt::CaseInsensitive) ||
+                        view.startsWith(QLatin1String("<html"), Qt::CaseInsensitive);
+    return view.startsWith(u'<') && !isPage && (isUtf16 || view.contains(QLatin1String("svg")));
 }
 
 /// Formats are tried in this order. SVG is last, since it is the only format that is guessed.
@@ -70,6 +74,7 @@ constexpr PictureFormatRow rows[] = {
     {.format = PictureFormat::Gif, .name = "GIF", .starts = {"GIF87a", "GIF89a"}, .readReduced = readGif},
     {.format = PictureFormat::Bmp, .name = "BMP", .starts = {"BM"}, .read = readBmp},
     {.format = PictureFormat::WebP, .name = "WebP", .starts = {"RIFF????WEBP"}, .read = readWebP},
+    {.format = PictureFormat::Ico, .name = "ICO", .starts = {QByteArrayView("\0\0\1\0", 4)}, .read = readIco},
     {.format = PictureFormat::Icns, .name = "icns", .starts = {"icns"}, .read = readIcns},
     // A compressed document begins like a gzip file.
     {.format = PictureFormat::Svg,

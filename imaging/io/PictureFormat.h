@@ -9,7 +9,7 @@
 #include <array>
 
 /// A format of pictures that are read.
-enum class PictureFormat { Png, Jpeg, Tiff, Gif, Bmp, WebP, Icns, Svg };
+enum class PictureFormat { Png, Jpeg, Tiff, Gif, Bmp, WebP, Ico, Icns, Svg };
 
 /// How a format is recognised and read: a row of the table in PictureFormat.cpp.
 struct PictureFormatRow {

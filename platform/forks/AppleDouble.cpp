@@ -91,7 +91,7 @@ Result<AppleDouble> AppleDouble::parse(const QByteArray& bytes) {
     const auto header = file.record<FileHeader>(0);
     const auto entryCount = file.bigEndian<quint16>(sizeof(FileHeader));
     if (!header || !entryCount || header->magic != magic)
-        return damaged("it does not begin as one");
+        return damaged("it does not begin like an AppleDouble file");
     if (header->version != version2)
         return Error{ErrorCode::Unsupported, QStringLiteral("the AppleDouble file is of an unknown version")};
     constexpr qsizetype mostEntries = 256;
@@ -110,9 +110,9 @@ Result<AppleDouble> AppleDouble::parse(const QByteArray& bytes) {
         // Entries that share bytes could claim far more data than the file has.
         total = total + entry->length;
         if (!data || !total.isAtMost(file.size()))
-            return damaged("an entry lies outside");
+            return damaged("an entry points outside of the file");
         if (result.find(entry->identifier) != nullptr)
-            return damaged("an entry is there twice");
+            return damaged("it has two entries of one kind");
         result.m_entries.push_back({entry->identifier, data->view().toByteArray(), entry->offset});
     }
     // Finder information and resource fork are always written, so they count even if the file does not have

@@ -89,7 +89,7 @@ TEST_F(CatalogueOption, sizes_that_no_picture_has_are_told_and_the_others_are_ma
          {"zero.png: an icon of 0 × 10 points can't be made",
           "less.png: an icon of -5 × 10 points can't be made",
           "huge.png: an icon of 1000000000 × 1000000000 points is too large",
-          "words.png: \"Dimensions\" of its entry in the size catalogue are not two numbers",
+          "words.png: \"Dimensions\" in its entry of the size catalogue is not two numbers, such as {40, 40}",
           "tiny.png: an icon of 0 × 12 points can't be made"})
         EXPECT_TRUE(result.errors.contains(told)) << told << '\n' << result.errors.constData();
     EXPECT_EQ(found(), Names{"iphone/AppIcon.appiconset/sound.png 10 10"});

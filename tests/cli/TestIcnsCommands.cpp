@@ -73,8 +73,8 @@ TEST_F(IcnsCommands, list_prints_json) {
     const QJsonObject document = printedJson(run({u"list"_s, name, u"--json"_s}));
     EXPECT_EQ(document.value(u"file"_s).toString(), name);
     EXPECT_EQ(document.value(u"bytes"_s).toInt(), 8 + 8 + 264 + 4);
-    EXPECT_EQ(remarks(document),
-              QStringList({u"4 bytes follow the icon family"_s, u"it has no picture that is known here"_s}));
+    EXPECT_EQ(remarks(document), QStringList({u"4 bytes follow the icon family"_s,
+                                              u"it has no picture of a kind that is read here"_s}));
     const QJsonArray elements = document.value(u"elements"_s).toArray();
     ASSERT_EQ(elements.size(), 2);
     const QJsonObject contents = elements[0].toObject();
@@ -87,7 +87,7 @@ TEST_F(IcnsCommands, list_prints_json) {
     EXPECT_EQ(mask.value(u"encoding"_s).toString(), u"mask"_s);
     EXPECT_EQ(mask.value(u"width"_s).toInt(), 16);
     EXPECT_EQ(mask.value(u"bytes"_s).toInt(), 256);
-    EXPECT_EQ(remarks(mask), QStringList{u"there is no is32 whose mask it would be"_s});
+    EXPECT_EQ(remarks(mask), QStringList{u"it is the mask of is32, which is missing"_s});
 }
 
 TEST_F(IcnsCommands, what_follows_the_family_is_not_read) {
@@ -107,8 +107,8 @@ TEST_F(IcnsCommands, list_flags_what_fails_elsewhere) {
     const QString name =
         file(u"a.icns"_s, icns(element("icp4", png) + element("ic10", QByteArray(512 * 512 * 4, 'x'))));
     const QString listed = QString::fromUtf8(run({u"list"_s, name}).output);
-    EXPECT_TRUE(
-        listed.contains(u"odd: icp4: a file inside this type is shown wrongly in application bundles"_s));
+    EXPECT_TRUE(listed.contains(
+        u"odd: icp4: application bundles show this type wrongly if it holds a PNG or JPEG 2000 file"_s));
     EXPECT_TRUE(
         listed.contains(u"odd: ic10: it holds 512 × 512 pixels; its type stands for 1024 × 1024 pixels"_s));
 }
@@ -175,7 +175,7 @@ TEST_F(IcnsCommands, extract_goes_on_after_a_picture_that_is_none) {
     const QString name = file(u"a.icns"_s, icns(element("ic07", "nothing") + element("abcd", "x") +
                                                 element("ic04", QByteArray(1024, 'x'))));
     const ProcessResult extracted = run({u"extract"_s, name, u"--out"_s, u"out"_s});
-    expectOneError(extracted, u"the element ic07 holds no known picture"_s);
+    expectOneError(extracted, u"the element ic07 holds a picture of an unknown kind"_s);
     EXPECT_EQ(extracted.output, "out/ic04_16x16.png\n");
 }
 
@@ -230,10 +230,10 @@ TEST_F(IcnsCommands, a_smaller_picture_that_is_broken_is_passed_over_with_a_warn
                                element("ic04", "broken")));
     const ProcessResult made = run({u"make"_s, name, u"--out"_s, u"b.icns"_s});
     EXPECT_EQ(made.exitStatus, 0);
-    EXPECT_TRUE(made.errors.contains("warning: the element ic04 is passed over: "));
+    EXPECT_TRUE(made.errors.contains("warning: the element ic04 is left out: "));
     // The largest picture is used, so it is an error if that one is broken.
     const QString broken =
         file(u"c.icns"_s, icns(element("ic07", "broken") + element("ic04", QByteArray(1024, 'x'))));
     expectOneError(run({u"make"_s, broken, u"--out"_s, u"d.icns"_s}),
-                   u"the element ic07 holds no known picture"_s);
+                   u"the element ic07 holds a picture of an unknown kind"_s);
 }

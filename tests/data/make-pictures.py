@@ -505,6 +505,53 @@ def make_webps():
          append_images=[Image.new("RGB", (WIDTH, HEIGHT), (1, 2, 3))])
 
 
+# ICO. Pillow writes only some of its kinds.
+
+def ico(*images):
+    """An icon file of (width, height, bits, data)."""
+    at = 6 + 16 * len(images)
+    entries = b""
+    for width, height, bits, data in images:
+        entries += struct.pack("<BBBBHHII", width % 256, height % 256, 0, 0, 1, bits, len(data), at)
+        at += len(data)
+    return struct.pack("<HHH", 0, 1, len(images)) + entries + b"".join(data for *_, data in images)
+
+
+def icon_bitmap(bits, pixel, is_clear=lambda x, y: False, colors=(), width=WIDTH, height=HEIGHT):
+    """A bitmap with its mask. `pixel` gives an index, or the bytes of a pixel."""
+    rows = masks = b""
+    for y in reversed(range(height)):
+        if bits <= 8:
+            line = "".join(f"{pixel(x, y):0{bits}b}" for x in range(width))
+            row = int(line.ljust((len(line) + 7) // 8 * 8, "0"), 2).to_bytes((len(line) + 7) // 8, "big")
+        else:
+            row = b"".join(bytes(pixel(x, y)) for x in range(width))
+        rows += row + bytes(-len(row) % 4)
+        mask = "".join(str(int(is_clear(x, y))) for x in range(width)).ljust((width + 31) // 32 * 32, "0")
+        masks += int(mask, 2).to_bytes(len(mask) // 8, "big")
+    head = struct.pack("<IiiHHIIiiII", 40, width, 2 * height, 1, bits, 0, len(rows), 0, 0, len(colors), 0)
+    return head + b"".join(bytes(entry[::-1]) + b"\0" for entry in colors) + rows + masks
+
+
+def make_icos():
+    bgr = lambda x, y: color(x, y)[::-1]
+    corner = lambda x, y: x + y < 3
+    for bits in (1, 4, 8):
+        count = 2 ** bits
+        data = icon_bitmap(bits, lambda x, y: index(x, y, count), corner, palette(count))
+        save(f"icon-{bits}.ico", ico((WIDTH, HEIGHT, bits, data)))
+    sample = lambda x, y: (y % 4 * 8) << 10 | (x % 4 * 8) << 5 | 31
+    save("icon-16.ico", ico((WIDTH, HEIGHT, 16, icon_bitmap(16, lambda x, y: sample(x, y).to_bytes(2, "little"), corner))))
+    save("icon-24.ico", ico((WIDTH, HEIGHT, 24, icon_bitmap(24, bgr, corner))))
+    save("icon-32.ico", ico((WIDTH, HEIGHT, 32, icon_bitmap(32, lambda x, y: bgr(x, y) + (alpha(x, y),), corner))))
+    save("icon-32-mask.ico", ico((WIDTH, HEIGHT, 32, icon_bitmap(32, lambda x, y: bgr(x, y) + (0,), corner))))
+    save("icon-png.ico", ico((WIDTH, HEIGHT, 32, png(RGB_ALPHA, 8, lambda x, y: color(x, y) + (alpha(x, y),)))))
+    large = png(RGB, 8, lambda x, y: (255, 0, 0), width=64, height=64)
+    small = icon_bitmap(4, lambda x, y: 1, colors=[(0, 0, 0), (0, 0, 255)], width=16, height=16)
+    better = icon_bitmap(24, lambda x, y: (0, 255, 0), width=16, height=16)
+    save("icon-sizes.ico", ico((16, 16, 4, small), (64, 64, 32, large), (16, 16, 24, better)))
+
+
 # Pictures that are large enough to have reduced copies, with sides that do not halve evenly.
 
 def make_large():
@@ -592,5 +639,6 @@ if __name__ == "__main__":
     make_gifs()
     make_bmps()
     make_webps()
+    make_icos()
     make_large()
     make_icns()

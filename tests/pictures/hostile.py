@@ -9,12 +9,13 @@ import sys
 
 import hostile_bitmaps
 import hostile_files
+import hostile_ico
 import hostile_jpeg
 import hostile_png
 import hostile_svg
 
 GROUPS = {"png": hostile_png.cases, "jpeg": hostile_jpeg.cases, "bitmaps": hostile_bitmaps.cases,
-          "svg": hostile_svg.cases, "files": hostile_files.cases}
+          "ico": hostile_ico.cases, "svg": hostile_svg.cases, "files": hostile_files.cases}
 
 
 def make(case, folder):

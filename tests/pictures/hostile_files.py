@@ -46,7 +46,7 @@ def special():
             file.write(png())
             file.truncate(1 << 42)
     yield refused("four-terabytes.png", sparse, "the file is larger than")
-    yield refused("words.svg", b"some words about svg", "not a picture")
+    yield refused("words.svg", b"some words about svg", "not a picture but text")
 
 
 def names():
@@ -71,8 +71,8 @@ def polyglots():
     yield shown("gif-and-script.js", gif(64, 64) + b"/*=1;alert(1)*/", RED)
     yield shown("svg-with-png.png", svg(BLUE_PAGE + "<!-- \x89PNG -->"), BLUE)
     yield refused("script-and-gif.js", b"/*" + gif(64, 64), "not a picture")
-    yield refused("pdf-and-svg.svg", b"%PDF-1.4\n" + svg(RED_PAGE), "not a picture")
-    yield refused("zip-alone.png", archive.getvalue(), "not a picture")
+    yield refused("pdf-and-svg.svg", b"%PDF-1.4\n" + svg(RED_PAGE), "not a picture but a PDF document")
+    yield refused("zip-alone.png", archive.getvalue(), "not a picture but a ZIP archive")
     yield refused("bitmap-words.bmp", b"BMW is a make of cars, of which svg says nothing", "the limit")
     yield refused("gzip-of-png.svgz", gzip.compress(png()), "SVG picture is truncated or damaged")
 

@@ -110,6 +110,9 @@ class HostileTest(unittest.TestCase):
     def test_bitmaps(self):
         self.check_group("bitmaps", 138)
 
+    def test_ico(self):
+        self.check_group("ico", 40)
+
     def test_svg(self):
         self.check_group("svg", 70)
 

@@ -183,7 +183,7 @@ def colors():
                          f"{mask} of the element {code} has {short} bytes", f"{short} bytes instead of {count}")
         yield odd(f"{code}-long-mask", icns(element(code, good), element(mask, bytes(count + 1))), 1,
                   f"{count + 1} bytes instead of {count}")
-        yield broken(f"{mask}-alone", icns(element(mask, bytes(count))), "no picture", "whose mask it would be")
+        yield broken(f"{mask}-alone", icns(element(mask, bytes(count))), "no picture", "it is the mask of")
     yield broken("it32-without-zeros", icns(element("it32", packed(128, 1, 2, 3))), "four zero bytes",
                  "do not begin with four zero bytes")
     yield broken("it32-other-bytes", icns(element("it32", b"\xfd\1" + packed(128, 1, 2, 3) + b"\xfd\0")), "four zero bytes",

@@ -50,6 +50,7 @@ TEST(PictureFormat, only_a_text_with_an_svg_element_is_taken_for_a_document) {
     EXPECT_EQ(formatOf("\xef\xbb\xbf<svg/>"), PictureFormat::Svg);
     EXPECT_EQ(formatOf(QByteArray("\xff\xfe<\0s\0v\0g\0", 10)), PictureFormat::Svg);
     EXPECT_EQ(formatOf("<html/>"), std::nullopt);
+    EXPECT_EQ(formatOf("<!DOCTYPE html><body><svg/></body>"), std::nullopt);
     EXPECT_EQ(formatOf("svg"), std::nullopt);
 }
 
@@ -60,5 +61,5 @@ TEST(PictureFormat, png_and_jpeg_are_reduced_while_they_are_read) {
 }
 
 TEST(PictureFormat, the_names_end_a_sentence) {
-    EXPECT_EQ(PictureFormats::names(), QStringLiteral("PNG, JPEG, TIFF, GIF, BMP, WebP, icns or SVG"));
+    EXPECT_EQ(PictureFormats::names(), QStringLiteral("PNG, JPEG, TIFF, GIF, BMP, WebP, ICO, icns or SVG"));
 }
