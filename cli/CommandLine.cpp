@@ -1,5 +1,6 @@
 #include "cli/CommandLine.h"
 
+#include "cli/HelpText.h"
 #include "cli/UnknownWord.h"
 #include "cli/common/Command.h"
 #include "cli/generate/GenerateJobs.h"
@@ -7,10 +8,11 @@
 #include "cli/text/Terminal.h"
 #include "project/JobProcesses.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <iterator>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -32,7 +34,11 @@ UsageError reworded(const CLI::App& app, const CLI::ParseError& error) {
     for (const CLI::App* command : namedCommands(app)) {
         if (const CLI::Option* option = command->get_option_no_throw(name)) {
             const auto most = static_cast<std::size_t>(option->get_items_expected_max());
-            return {name + (option->count() > most ? " is given more than once" : " needs a value")};
+            if (option->count() > most)
+                return {name + " is given more than once"};
+            const bool isColor = option->get_type_name() == "COLOR";
+            return {name + " needs a value" +
+                    (isColor ? "; a shell takes # for a comment unless it is quoted: '#ff0000'" : "")};
         }
     }
     return {text};
@@ -64,6 +70,17 @@ bool wantsJson(int argc, const char* const* argv) {
     return std::find(words.begin(), end, "--json") != end;
 }
 
+/// What is printed for --help and --version.
+std::string textFor(const CLI::App& app, const CLI::Success& request) {
+    constexpr int narrowest = 20;
+    constexpr int widest = 80;
+    const std::vector<const CLI::App*> named = namedCommands(app);
+    if (dynamic_cast<const CLI::CallForHelp*>(&request) != nullptr)
+        return helpText(named.empty() ? app : *named.back(),
+                        std::clamp(Terminal::columns(STDOUT_FILENO), narrowest, widest));
+    return request.what();
+}
+
 ParsedCommandLine complaint(const CLI::App& app, const UsageError& error) {
     std::string help = "tobrimax-cli ";
     for (const CLI::App* command : namedCommands(app))
@@ -76,9 +93,10 @@ ParsedCommandLine complaint(const CLI::App& app, const UsageError& error) {
 std::vector<Command> addCommands(CLI::App& app) {
     app.name("tobrimax-cli");
     app.description(
-        "Turns one picture into the icon sets that iPhone, iPad, Apple Watch, Mac and Android apps need.");
-    app.set_version_flag("-V,--version", "tobrimax-cli " TOBRIMAX_VERSION);
-    app.set_help_flag("-h,--help", "Show this and exit");
+        "Turn one picture into the icon sets that iPhone, iPad, Apple Watch, Mac and Android apps need");
+    app.footer("tobrimax-cli generate logo.svg --out icons");
+    app.set_version_flag("-V,--version", "tobrimax-cli " TOBRIMAX_VERSION, "print the version and exit");
+    app.set_help_flag("-h,--help", "print this and exit");
     app.require_subcommand(0, 1);
     app.allow_extras();
     std::vector<Command> commands{generateCommand(app), layoutsCommand(app)};
@@ -100,9 +118,7 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
     try {
         app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
     } catch (const CLI::Success& request) {
-        std::ostringstream text;
-        app.exit(request, text, text);
-        return {nullptr, text.str(), {}};
+        return {nullptr, textFor(app, request), {}};
     } catch (const CLI::ParseError& error) {
         return complaint(app, unknownWord(app, words).value_or(reworded(app, error)));
     }

@@ -15,7 +15,9 @@ struct CustomIconWords {
 
 void addStore(CLI::App& command, CustomIconOptions& options) {
     command.add_flag("--apple-double", options.appleDouble,
-                     "keep forks in AppleDouble files (\"._name\") beside the items");
+                     "keep the icon in an AppleDouble file (\"._NAME\") beside the item (default: with the "
+                     "item, which only a "
+                     "Mac can)");
 }
 
 Parsed<CustomIconOptions> optionsFrom(const CustomIconWords& words) {
@@ -43,17 +45,22 @@ Command command(CLI::App* app, const std::shared_ptr<CustomIconWords>& words,
 
 std::vector<Command> customIconCommands(CLI::App& app) {
     CLI::App* customIcon = app.add_subcommand("custom-icon", "Give files and folders icons of their own");
+    customIcon->footer("tobrimax-cli custom-icon set \"My App\" logo.icns --apple-double");
     customIcon->require_subcommand(0, 1);
     const auto setWords = std::make_shared<CustomIconWords>();
     CLI::App* set = customIcon->add_subcommand("set", "Make an icns file the icon of a file or folder");
+    set->footer("tobrimax-cli custom-icon set \"My App\" logo.icns --apple-double");
     set->add_option("PATH", setWords->path, "the file or folder")->required();
     set->add_option("FILE.icns", setWords->options.file, "the icon")->required();
     addStore(*set, setWords->options);
-    set->add_flag("--compatibility", setWords->options.compatibility,
-                  "also store the 1- and 8-bit elements that old systems show, where the icon has them");
-    set->add_flag("--create", setWords->options.create, "make an empty file where there is none at PATH");
+    set->add_flag(
+        "--compatibility", setWords->options.compatibility,
+        "also store the 1- and 8-bit elements that old systems show, if the icon has them (default: no)");
+    set->add_flag("--create", setWords->options.create,
+                  "make an empty file if there is none at PATH (default: that is an error)");
     const auto removeWords = std::make_shared<CustomIconWords>();
     CLI::App* remove = customIcon->add_subcommand("remove", "Take the icon off a file or folder");
+    remove->footer("tobrimax-cli custom-icon remove \"My App\" --apple-double");
     remove->add_option("PATH", removeWords->path, "the file or folder")->required();
     addStore(*remove, removeWords->options);
     return {command(set, setWords, runCustomIconSet), command(remove, removeWords, runCustomIconRemove)};

@@ -16,7 +16,8 @@ Result<QImage> rasterOf(const LoadedPicture& picture, const std::optional<QSize>
     const QSizeF own(std::ceil(picture.image.size().width()), std::ceil(picture.image.size().height()));
     Result<QImage> raster = drawnRaster(picture.image, size ? QSizeF(*size) : own);
     if (!raster && raster.error().code == ErrorCode::TooLarge)
-        return Error{ErrorCode::TooLarge, QStringLiteral("it can't be drawn in that size")};
+        return Error{ErrorCode::TooLarge,
+                     QStringLiteral("so many pixels can't be drawn; choose a smaller --size")};
     return raster;
 }
 

@@ -63,18 +63,20 @@ Command exportCommand(CLI::App& app) {
     const auto words = std::make_shared<ExportWords>();
     Command command;
     command.app = app.add_subcommand("export", "Write a picture in one of six formats");
-    command.app->add_option("PICTURE", words->picture, PictureFormats::names().toStdString())->required();
+    command.app->footer("tobrimax-cli export logo.svg --format png --out logo.png --size 640x480");
+    command.app->add_option("PICTURE", words->picture, "a file: " + PictureFormats::names().toStdString())
+        ->required();
     command.app
-        ->add_option("--format", words->format,
-                     "jpeg (over white), tiff, bmp, gif (up to 255 colours), png or jpeg2000 (lossless)")
+        ->add_option(
+            "--format", words->format,
+            "the format: jpeg (over white), tiff, bmp, gif (up to 255 colours), png or jpeg2000 (lossless)")
         ->required()
         ->type_name("NAME");
-    command.app->add_option("-o,--out", words->out, "the file to write; its name has no say in the format")
+    command.app->add_option("-o,--out", words->out, "the file to write; --format alone decides on its format")
         ->required()
         ->type_name("FILE");
     command.app
-        ->add_option("--size", words->size,
-                     "stretch the picture to that many pixels; without it, it keeps its size")
+        ->add_option("--size", words->size, "stretch the picture to that many pixels (default: its own size)")
         ->type_name("WxH");
     command.prepare = [words, app = command.app]() -> Parsed<Work> {
         const Parsed<ExportOptions> options = optionsFrom(*app, *words);

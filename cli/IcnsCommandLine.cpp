@@ -14,6 +14,7 @@ Command listCommand(CLI::App& icns) {
     const auto words = std::make_shared<IcnsListOptions>();
     Command command;
     command.app = icns.add_subcommand("list", "Print what an icns file holds, and what is odd about it");
+    command.app->footer("tobrimax-cli icns list Application.icns");
     command.app->add_option("FILE", words->file, "an icns file")->required();
     command.app->add_flag("--json", words->json, "print one JSON document instead of lines");
     command.prepare = [words]() -> Parsed<Work> {
@@ -33,10 +34,11 @@ Command extractCommand(CLI::App& icns) {
     const auto words = std::make_shared<ExtractWords>();
     Command command;
     command.app = icns.add_subcommand("extract", "Write each picture of an icns file as a PNG file");
+    command.app->footer("tobrimax-cli icns extract Application.icns --out pictures");
     command.app->add_option("FILE", words->file, "an icns file")->required();
     command.app
         ->add_option("-o,--out", words->out,
-                     "the folder that the files go into, named TYPE_WxH.png; it is made where it is missing")
+                     "the folder for the files, which are named TYPE_WxH.png; it is made if it is missing")
         ->required()
         ->type_name("DIR");
     command.prepare = [words]() -> Parsed<Work> {
@@ -62,7 +64,9 @@ Command makeCommand(CLI::App& icns) {
     const auto words = std::make_shared<MakeWords>();
     Command command;
     command.app = icns.add_subcommand("make", "Write an icns file of one picture, in seven sizes");
-    command.app->add_option("PICTURE", words->picture, PictureFormats::names().toStdString())->required();
+    command.app->footer("tobrimax-cli icns make logo.svg --out logo.icns --round-corner 0.22");
+    command.app->add_option("PICTURE", words->picture, "a file: " + PictureFormats::names().toStdString())
+        ->required();
     command.app->add_option("-o,--out", words->out, "the file to write")->required()->type_name("FILE.icns");
     words->style.addTo(*command.app);
     command.prepare = [words, app = command.app]() -> Parsed<Work> {
@@ -83,6 +87,7 @@ Command makeCommand(CLI::App& icns) {
 
 std::vector<Command> icnsCommands(CLI::App& app) {
     CLI::App* icns = app.add_subcommand("icns", "List, extract and make icns files");
+    icns->footer("tobrimax-cli icns list Application.icns");
     icns->require_subcommand(0, 1);
     return {listCommand(*icns), extractCommand(*icns), makeCommand(*icns)};
 }

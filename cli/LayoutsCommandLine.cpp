@@ -18,7 +18,9 @@ Command layoutsCommand(CLI::App& app) {
     const auto words = std::make_shared<LayoutsWords>();
     Command command;
     command.app = app.add_subcommand("layouts", "List the layouts for projects, or the files of one");
-    command.app->add_option("NAME", words->layout, "a layout's name, or the path of a layout file");
+    command.app->footer("tobrimax-cli layouts flutter");
+    command.app->add_option("NAME", words->layout,
+                            "a layout's name, or the path of a layout file (default: the list of all)");
     command.app->add_flag("--json", words->json, "print one JSON document instead of lines");
     command.prepare = [app = command.app, words]() -> Parsed<std::function<int()>> {
         LayoutsOptions options;

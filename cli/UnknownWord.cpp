@@ -87,6 +87,8 @@ std::vector<std::string> longOptions(const CLI::App& command) {
 UsageError unknownOption(const CLI::App& app, const CLI::App& last, const std::string& word,
                          const std::vector<std::string>& words) {
     if (&last == &app) {
+        if (words == std::vector<std::string>{"-v"})
+            return {"write the option '-v' after a command; did you mean '--version'?"};
         if (const std::string line = lineWithGenerate(app, words); !line.empty())
             return {"a command is missing; did you mean '" + line + "'?"};
     }
@@ -106,8 +108,9 @@ UsageError unknownCommand(const CLI::App& app, const CLI::App& last, const std::
         "there is no command '" + (&last == &app ? "" : last.get_name() + " ") + word + "'";
     if (&last != &app)
         return {start + suggestion(word, names)};
-    for (const std::string& meant : {commandInside(app, word), nearestWord(word, names),
-                                     nearestWord(word, longOptions(app)), lineWithGenerate(app, words)}) {
+    for (const std::string& meant :
+         {commandInside(app, word), nearestWord(word, names), nearestWord(word, longOptions(app)),
+          isLikelyPath(word) ? lineWithGenerate(app, words) : std::string()}) {
         if (!meant.empty())
             return {start + "; did you mean '" + meant + "'?"};
     }
@@ -146,5 +149,9 @@ std::optional<UsageError> unknownWord(const CLI::App& app, const std::vector<std
         return unknownOption(app, last, *found, words);
     if (!last.get_subcommands({}).empty())
         return unknownCommand(app, last, *found, words);
-    return UsageError{"'" + *found + "' is one argument too many"};
+    // "icns make logo.svg logo.icns"
+    const CLI::Option* out = last.get_option_no_throw("--out");
+    const bool lacksOut = out != nullptr && out->count() == 0;
+    return UsageError{"'" + *found + "' is one argument too many" +
+                      (lacksOut ? "; did you mean '--out " + quoted(*found) + "'?" : "")};
 }

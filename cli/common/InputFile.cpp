@@ -1,5 +1,6 @@
 #include "cli/common/InputFile.h"
 
+#include "cli/text/ReadingNote.h"
 #include "cli/text/Terminal.h"
 #include "files/PathBytes.h"
 #include "files/StandardInput.h"
@@ -28,7 +29,9 @@ QString InputFile::shown(const std::string& path) {
     return isStandardInput(path) ? QStringLiteral("standard input") : PathBytes::decoded(path);
 }
 
-Result<LoadedPicture> InputFile::loadPicture(const std::string& path, const LoadOptions& options) {
+Result<LoadedPicture> InputFile::loadPicture(const std::string& path, const LoadOptions& options,
+                                             bool isTold) {
+    const ReadingNote note(shown(path), isTold);
     if (!isStandardInput(path))
         return ImageSource::loadFile(path, options);
     const Result<QByteArray>& bytes = standardInput();

@@ -20,8 +20,10 @@ bool isStandardInput(const std::string& path);
 /// The path for people.
 QString shown(const std::string& path);
 
-/// The picture at `path`, or on standard input.
-Result<LoadedPicture> loadPicture(const std::string& path, const LoadOptions& options = {});
+/// The picture at `path`, or on standard input. If `isTold`, a terminal is told after half a second what is
+/// read.
+Result<LoadedPicture> loadPicture(const std::string& path, const LoadOptions& options = {},
+                                  bool isTold = true);
 
 /// The bytes of the file at `path`, or of the picture on standard input.
 Result<QByteArray> read(const std::string& path, qint64 maximumBytes);

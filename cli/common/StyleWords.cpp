@@ -2,14 +2,18 @@
 
 void StyleWords::addTo(CLI::App& command) {
     command
-        .add_option("--round-corner", roundCorner,
-                    "corner radius as a fraction of the side, 0 to 1 (0.22 is usual)")
+        .add_option(
+            "--round-corner", roundCorner,
+            "corner radius as a fraction of the side, 0 to 1; 0.22 is usual (default: no round corners)")
         ->type_name("F");
     command
-        .add_option("--border", border,
-                    "border width as a fraction of the width, 0 to 1; its inner half shows")
+        .add_option(
+            "--border", border,
+            "border width as a fraction of the width, 0 to 1; its inner half shows (default: no border)")
         ->type_name("F");
-    command.add_option("--border-color", borderColor, "#RGB, #RRGGBB, #RRGGBBAA or a name (default #333333)")
+    command
+        .add_option("--border-color", borderColor,
+                    "the border's colour: #RGB, #RRGGBB, #RRGGBBAA or a name (default: #333333)")
         ->type_name("COLOR");
 }
 

@@ -81,7 +81,7 @@ void generate(OptionsInput input, const GenerationPlan& plan, const Result<Catal
     const UnscaledScreen screen;
     QuietWorkspace workspace;
     const IconSetGenerator generator(input, {screen, workspace, &report, {options.background}, place});
-    Terminal::ProgressBar progress(static_cast<int>(plan.files().size()), !options.quiet && !options.verbose);
+    Terminal::ProgressBar progress(static_cast<int>(plan.files().size()), options.tellsProgress());
     report.begin(progress);
     for (const Platform platform : options.platforms) {
         input.choosePlatform(platform);
@@ -112,7 +112,8 @@ int runGenerate(const GenerateOptions& options) {
     }
     const UnscaledScreen screen;
     const GenerationPlan plan(*catalogue, options.platforms, screen.scale());
-    Result<LoadedPicture> picture = InputFile::loadPicture(options.picture, {plan.renders()});
+    Result<LoadedPicture> picture =
+        InputFile::loadPicture(options.picture, {plan.renders()}, options.tellsProgress());
     if (!picture) {
         report.fail(PathBytes::decoded(options.picture), picture.error());
         return report.finish();

@@ -73,18 +73,18 @@ std::vector<std::string> platformNames() {
 void addOptions(CLI::App& command, GenerateWords& words) {
     command
         .add_option("PICTURE", words.pictures,
-                    PictureFormats::names().toStdString() +
+                    "a file: " + PictureFormats::names().toStdString() +
                         "; each of several gets a folder of its name in DIR; - is standard input")
         ->required();
     command
         .add_option("-o,--out", words.out,
-                    "the folder that the sets go into; it is made where it is missing; - writes a tar "
-                    "stream to standard output")
+                    "the folder for the icons; it is made if it is missing; - writes a tar stream to "
+                    "standard output")
         ->required()
         ->type_name("DIR");
     command
         .add_option("-p,--platform", words.platforms,
-                    platformWordsText() + " (the default); several with commas, mac,android")
+                    "whose icons to make: " + platformWordsText() + "; several with commas (default: all)")
         ->type_name("NAME")
         ->take_all()
         ->allow_extra_args(false);
@@ -92,7 +92,7 @@ void addOptions(CLI::App& command, GenerateWords& words) {
     words.layout.addTo(command);
     command
         .add_option("--catalogue", words.catalogue,
-                    "a property list of icon names and sizes instead of the built-in one")
+                    "a property list of icon names and sizes (default: the built-in one)")
         ->type_name("FILE");
     command
         .add_option("--jobs", words.jobs,
@@ -102,12 +102,12 @@ void addOptions(CLI::App& command, GenerateWords& words) {
     command.add_flag("--check", words.check,
                      "compare DIR with what would be written; exit status 1 where a file is missing, "
                      "differs or has another size");
-    command.add_flag("--open", words.open, "open DIR in the file browser afterwards");
+    command.add_flag("--open", words.open, "open DIR in the file browser at the end");
     command.add_flag("-q,--quiet", words.quiet, "print nothing but warnings and errors");
-    command.add_flag("-v,--verbose", words.verbose, "list every file, and show the diagnostic log");
+    command.add_flag("-v,--verbose", words.verbose,
+                     "list every file, and show the diagnostic log (default: one line for each platform)");
     command.add_flag("--json", words.json, "print one JSON document instead of lines");
-    command.add_flag("--timings", words.timings,
-                     "tell how long each stage of the work took, with --quiet too");
+    command.add_flag("--timings", words.timings, "print how long each stage took, even with --quiet");
 }
 
 /// The platform's word for another name of it.
@@ -122,7 +122,9 @@ Parsed<std::vector<Platform>> platformsOf(const std::vector<std::string>& chosen
         for (const std::string& name : OptionText::list(word)) {
             const Parsed<std::size_t> found = OptionText::choice("platform", meant(name), platformNames());
             if (const auto* error = std::get_if<UsageError>(&found))
-                return *error;
+                return LayoutWords::isName(name)
+                           ? UsageError{"'" + name + "' is a layout: write --layout " + name}
+                           : *error;
             for (const Platform platform : platformWords()[std::get<std::size_t>(found)].platforms) {
                 if (std::ranges::find(platforms, platform) == platforms.end())
                     platforms.push_back(platform);
@@ -255,6 +257,7 @@ Command generateCommand(CLI::App& app) {
     const auto words = std::make_shared<GenerateWords>();
     Command command;
     command.app = app.add_subcommand("generate", "Write the icon sets of pictures");
+    command.app->footer("tobrimax-cli generate logo.svg --out icons --platform mac,android");
     addOptions(*command.app, *words);
     command.prepare = [app = command.app, words]() -> Parsed<std::function<int()>> {
         const Parsed<std::vector<GenerateRun>> runs = GenerateRuns::of(valuesOf(*app));

@@ -90,7 +90,7 @@ class LayoutRun {
   private:
     /// Loads the picture at `path` with the sizes in which it is drawn.
     std::optional<LoadedPicture> load(const std::string& path, const std::vector<QSizeF>& renders) {
-        Result<LoadedPicture> picture = InputFile::loadPicture(path, {renders});
+        Result<LoadedPicture> picture = InputFile::loadPicture(path, {renders}, m_options.tellsProgress());
         if (picture)
             return std::move(*picture);
         m_report.fail(PathBytes::decoded(path), picture.error());
@@ -149,7 +149,7 @@ class LayoutRun {
         for (const Layout& layout : m_layouts)
             count += LayoutWriter::writtenFiles(layout, m_input.pictures).size();
         {
-            Terminal::ProgressBar progress(static_cast<int>(count), !m_options.quiet && !m_options.verbose);
+            Terminal::ProgressBar progress(static_cast<int>(count), m_options.tellsProgress());
             m_report.begin(progress);
             for (const Layout& layout : m_layouts) {
                 if (m_options.purpose == GeneratePurpose::List)

@@ -42,4 +42,7 @@ struct GenerateOptions {
     bool verbose = false;
     bool json = false;
     bool timings = false;
+
+    /// Whether a terminal is told what is being done.
+    bool tellsProgress() const { return !quiet && !verbose; }
 };

@@ -11,6 +11,10 @@ std::vector<std::string> LayoutWords::names() {
     return names;
 }
 
+bool LayoutWords::isName(const std::string& word) {
+    return std::holds_alternative<std::size_t>(OptionText::choice("layout", word, names()));
+}
+
 std::string LayoutWords::known(const std::string& word) {
     const std::vector<std::string> all = names();
     const Parsed<std::size_t> found = OptionText::choice("layout", word, all);
@@ -19,22 +23,32 @@ std::string LayoutWords::known(const std::string& word) {
 
 void LayoutWords::addTo(CLI::App& command) {
     command
-        .add_option("-l,--layout", layouts,
-                    "write icons into a project in DIR: a layout's name (see tobrimax-cli layouts) or file; "
-                    "may be given "
-                    "several times")
+        .add_option(
+            "-l,--layout", layouts,
+            "write icons into the project in DIR: a layout's file, or a name that tobrimax-cli layouts "
+            "lists; several with commas (default: a folder for each platform)")
         ->type_name("NAME|FILE")
         ->take_all()
         ->allow_extra_args(false);
-    command.add_option("--background", background, "lay the icons on this colour; they get no alpha channel")
+    command
+        .add_option("--background", background,
+                    "lay the icons on this colour; they get no alpha channel then (default: none, or white "
+                    "where a layout needs one)")
         ->type_name("COLOR");
-    command.add_option("--name", name, "the app's name, for layouts (default: the picture's name)")
+    command.add_option("--name", name, "for layouts: the app's name (default: the picture's name)")
         ->type_name("NAME");
-    command.add_option("--dark", dark, "the picture for dark icons, for layouts")->type_name("PICTURE");
-    command.add_option("--tinted", tinted, "the picture for tinted icons, for layouts")->type_name("PICTURE");
-    command.add_option("--foreground", foreground, "the front layer of Android's icons, for layouts")
+    command.add_option("--dark", dark, "for layouts: the picture for dark icons (default: none are made)")
         ->type_name("PICTURE");
-    command.add_option("--monochrome", monochrome, "the shape of Android's themed icons, for layouts")
+    command
+        .add_option("--tinted", tinted, "for layouts: the picture for tinted icons (default: none are made)")
+        ->type_name("PICTURE");
+    command
+        .add_option("--foreground", foreground,
+                    "for layouts: the front layer of Android's icons (default: PICTURE)")
+        ->type_name("PICTURE");
+    command
+        .add_option("--monochrome", monochrome,
+                    "for layouts: the shape of Android's themed icons (default: that of the front layer)")
         ->type_name("PICTURE");
 }
 

@@ -21,6 +21,9 @@ struct LayoutWords {
     /// The built-in layouts.
     static std::vector<std::string> names();
 
+    /// Whether `word` is the name of a built-in layout, in any letter case.
+    static bool isName(const std::string& word);
+
     /// The built-in layout's name where `word` is one in other letter case; else `word`.
     static std::string known(const std::string& word);
 

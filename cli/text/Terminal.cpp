@@ -5,6 +5,7 @@
 
 #include <QChar>
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -148,18 +149,19 @@ void Terminal::showDiagnosticLog(bool isShown) {
     qInstallMessageHandler(onMessage);
 }
 
-namespace {
-
-/// Whether standard error is a terminal that understands escape sequences.
-bool hasCursor() {
+bool Terminal::canErase() {
     const QByteArray terminal = qgetenv("TERM");
-    return isatty(STDERR_FILENO) != 0 && !terminal.isEmpty() && terminal != "dumb";
+    return capture == nullptr && isatty(STDERR_FILENO) != 0 && !terminal.isEmpty() && terminal != "dumb";
 }
 
-} // namespace
+int Terminal::columns(int stream) {
+    constexpr int usual = 80;
+    winsize size = {};
+    return ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usual;
+}
 
 Terminal::ProgressBar::ProgressBar(int total, bool isWanted, Unit unit)
-    : m_total(total), m_isShown(isWanted && total > 0 && capture == nullptr && hasCursor()), m_unit(unit) {
+    : m_total(total), m_isShown(isWanted && total > 0 && canErase()), m_unit(unit) {
     m_timer.start();
     draw();
 }

@@ -56,6 +56,13 @@ class Capture {
     QByteArray m_errors;
 };
 
+/// Whether standard error is a terminal on which a line can be erased: TERM is neither empty nor "dumb", and
+/// nothing is captured.
+bool canErase();
+
+/// How many characters fit into a line of the terminal behind a file descriptor; 80 if there is no terminal.
+int columns(int stream);
+
 /// A progress bar on standard error; not shown if standard error is not a terminal, or if the variable TERM
 /// is empty or "dumb".
 class ProgressBar {

@@ -70,7 +70,7 @@ TEST_F(ExportCommand, what_fails_is_told) {
                    u"No such file"_s);
     expectOneError(run({sample(u"png"_s), u"--format"_s, u"png"_s, u"--out"_s, u"b"_s, u"--size"_s,
                         u"1000000x1000000"_s}),
-                   u"it can't be drawn in that size"_s);
+                   u"so many pixels can't be drawn; choose a smaller --size"_s);
     expectOneError(
         run({sample(u"png"_s), u"--format"_s, u"gif"_s, u"--out"_s, u"b"_s, u"--size"_s, u"70000x1"_s}),
         u"b: "_s);

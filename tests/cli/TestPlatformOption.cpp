@@ -76,8 +76,8 @@ TEST_F(PlatformOption, every_choice_of_the_table_is_a_word) {
 TEST_F(PlatformOption, the_help_names_every_word) {
     const QString help = QString::fromUtf8(runCli({u"generate"_s, u"--help"_s}).output).simplified();
     EXPECT_TRUE(
-        help.contains(u"-p,--platform NAME ... iphone, ipad, universal (iphone and ipad), watch, mac, "
-                      "android or all (the default); several with commas, mac,android"_s))
+        help.contains(u"-p, --platform NAME whose icons to make: iphone, ipad, universal (iphone and ipad), "
+                      "watch, mac, android or all; several with commas (default: all)"_s))
         << help.toStdString();
 }
 

@@ -221,3 +221,24 @@ TEST_F(UsageErrors, help_as_a_word_is_the_help) {
 TEST_F(UsageErrors, a_picture_may_be_called_help) {
     expectOneError(generate(u"help"_s), u"help: No such file"_s);
 }
+
+TEST_F(UsageErrors, a_file_to_write_without_its_option) {
+    expectWrong({u"icns"_s, u"make"_s, u"logo.svg"_s, u"logo.icns"_s},
+                {u"'logo.icns' is one argument too many; did you mean '--out logo.icns'?"_s});
+}
+
+TEST_F(UsageErrors, a_layout_that_is_given_as_a_platform) {
+    expectWrongOption({u"--platform"_s, u"windows"_s}, {u"'windows' is a layout: write --layout windows"_s});
+}
+
+TEST_F(UsageErrors, the_v_of_verbose_alone) {
+    expectWrong({u"-v"_s}, {u"did you mean '--version'?"_s});
+}
+
+TEST_F(UsageErrors, another_verb_is_not_taken_for_a_picture) {
+    expectWrong({u"convert"_s, u"logo.svg"_s, u"x.png"_s}, {u"no command 'convert'; there are generate, "_s});
+}
+
+TEST_F(UsageErrors, a_colour_that_the_shell_took_for_a_comment) {
+    expectWrongOption({u"--background"_s}, {u"--background needs a value; a shell takes # for a comment"_s});
+}
