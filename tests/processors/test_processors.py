@@ -1,10 +1,13 @@
 """Runs the program on processors that lack what this one has, and compares the files:
 test_processors.py TOBRIMAX_CLI SAMPLE [CASE]
 
-The processors are emulated by qemu's user mode; without it the test is skipped (exit status 77)."""
+The processors are emulated by qemu's user mode; without it the test is skipped (exit status 77). Where the environment
+has TOBRIMAX_CLI_ELSEWHERE, the files are compared with those of this command alone, which may run another build."""
 
+import os
 import pathlib
 import platform
+import shlex
 import shutil
 import subprocess
 import sys
@@ -40,25 +43,32 @@ def graphic(path):
 
 class ProcessorTest(unittest.TestCase):
     def files(self, command, picture, options):
-        """{path: bytes} of the set that the program makes of the picture."""
+        """{path: bytes} of the set that the command makes of the picture."""
         with tempfile.TemporaryDirectory() as out:
-            subprocess.run([*command, PROGRAM, "generate", picture, "--out", out, "--quiet", *options],
+            subprocess.run([*command, "generate", picture, "--out", out, "--quiet", *options],
                            check=True, capture_output=True, timeout=250)
             return {path.relative_to(out): path.read_bytes()
                     for path in pathlib.Path(out).rglob("*") if path.is_file()}
 
-    def check(self, picture, *options):
+    def commands_elsewhere(self):
+        """{processor: command that runs the program there}"""
+        if "TOBRIMAX_CLI_ELSEWHERE" in os.environ:
+            return {"elsewhere": shlex.split(os.environ["TOBRIMAX_CLI_ELSEWHERE"])}
         machine = platform.machine()
         emulator = shutil.which(f"qemu-{machine}")
         if emulator is None or machine not in MODELS:
             self.skipTest("no qemu for this processor's family")
-        here = self.files([], picture, options)
+        return {model: [emulator, "-cpu", model, PROGRAM] for model in MODELS[machine]}
+
+    def check(self, picture, *options):
+        elsewhere = self.commands_elsewhere()
+        here = self.files([PROGRAM], picture, options)
         self.assertEqual(len(here), 54)
-        for model in MODELS[machine]:
-            there = self.files([emulator, "-cpu", model], picture, options)
+        for processor, command in elsewhere.items():
+            there = self.files(command, picture, options)
             self.assertEqual(there.keys(), here.keys())
             differing = [str(path) for path in here if there[path] != here[path]]
-            self.assertEqual(differing, [], model)
+            self.assertEqual(differing, [], processor)
 
     def test_sample(self):
         self.check(SAMPLE)
