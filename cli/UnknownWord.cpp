@@ -112,7 +112,7 @@ UsageError unknownCommand(const CLI::App& app, const CLI::App& last, const std::
          {commandInside(app, word), nearestWord(word, names), nearestWord(word, longOptions(app)),
           isLikelyPath(word) ? lineWithGenerate(app, words) : std::string()}) {
         if (!meant.empty())
-            return {start + "; did you mean '" + meant + "'?"};
+            return {std::string(start).append("; did you mean '").append(meant).append("'?")};
     }
     return {start + suggestion(word, names)};
 }
