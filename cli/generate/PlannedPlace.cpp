@@ -8,7 +8,7 @@
 Result<Done> PlannedPlace::makeFolder(const QString& path) {
     if (m_folders.contains(path) || FileItem::isFolder(path))
         return Done{};
-    const Result<Done> checked = Folder::check(path);
+    Result<Done> checked = Folder::check(path);
     if (checked)
         m_folders.insert(path);
     return checked;
