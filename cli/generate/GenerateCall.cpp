@@ -6,6 +6,19 @@
 
 #include <QThread>
 
+GenerateCall GenerateCall::of(std::vector<GenerateRun> runs) {
+    GenerateCall call{std::move(runs), {}};
+    if (call.runs.size() == 1)
+        return call;
+    for (GenerateRun& run : call.runs) {
+        if (run.options.open && !call.opened.contains(run.folder))
+            call.opened << run.folder;
+        run.options.open = false;
+        run.options.isOneOfSeveral = true;
+    }
+    return call;
+}
+
 int GenerateCall::make() const {
     if (runs.size() == 1)
         return GenerateRuns::make(runs.front().options);
@@ -17,9 +30,9 @@ int GenerateCall::make() const {
     for (std::size_t i = 0; count <= 1 && i < runs.size(); ++i)
         results.add(i, RunResult::of(runs[i].options));
     const int exitStatus = results.finish();
-    if (opened) {
+    for (const QString& folder : opened) {
         GenerateReport report(runs.front().options);
-        OutputTarget::open(*opened, report);
+        OutputTarget::open(folder, report);
     }
     return exitStatus;
 }

@@ -3,7 +3,9 @@
 #include "cli/common/InputFile.h"
 #include "cli/common/StyleWords.h"
 #include "cli/generate/GenerateCall.h"
+#include "cli/generate/GenerateReport.h"
 #include "cli/generate/LayoutWords.h"
+#include "cli/generate/ProjectRuns.h"
 #include "files/FileItem.h"
 #include "files/PathBytes.h"
 #include "imaging/io/PictureFormat.h"
@@ -234,6 +236,44 @@ OptionValues valuesOf(const CLI::App& command) {
     return values;
 }
 
+/// The keys of a project's file: the options of `command`.
+std::vector<ProjectFile::Key> keysOf(const CLI::App& command) {
+    using Kind = ProjectFile::Key::Kind;
+    const std::vector<std::string> forAll{"jobs", "dry-run", "check", "quiet", "verbose", "json", "timings"};
+    std::vector<ProjectFile::Key> keys{{QStringLiteral("picture"), Kind::Texts, false}};
+    for (const CLI::Option* option : command.get_options()) {
+        if (option->get_positional() || option == command.get_help_ptr())
+            continue;
+        const std::string name = option->get_lnames().front();
+        const std::string type = option->get_type_name();
+        Kind kind = Kind::Text;
+        if (option->get_items_expected_max() == 0)
+            kind = Kind::Flag;
+        else if (type == "F" || type == "N")
+            kind = Kind::Number;
+        else if (option->get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll)
+            kind = Kind::Texts;
+        keys.push_back({QString::fromStdString(name), kind, std::ranges::find(forAll, name) != forAll.end()});
+    }
+    return keys;
+}
+
+/// Makes what the project's file says. Returns the exit status.
+int makeProject(const std::vector<ProjectFile::Key>& keys, const OptionValues& typed) {
+    constexpr int wrongUsage = 2;
+    Result<std::vector<GenerateRun>> runs = ProjectRuns::read(keys, typed);
+    if (runs)
+        return GenerateCall::of(std::move(*runs)).make();
+    GenerateOptions options;
+    options.json = typed.contains("--json");
+    GenerateReport report(options);
+    report.fail({}, runs.error());
+    const int exitStatus = report.finish();
+    const bool isWrong =
+        runs.error().code == ErrorCode::Malformed || runs.error().code == ErrorCode::TooLarge;
+    return isWrong ? wrongUsage : exitStatus;
+}
+
 } // namespace
 
 Parsed<GenerateOptions> GenerateRuns::parsed(const OptionValues& values) {
@@ -259,14 +299,23 @@ Command generateCommand(CLI::App& app) {
     command.app = app.add_subcommand("generate", "Write the icon sets of pictures");
     command.app->footer("tobrimax-cli generate logo.svg --out icons --platform mac,android");
     addOptions(*command.app, *words);
+    // The project's file may say them.
+    for (const char* name : {"PICTURE", "--out"})
+        command.app->get_option(name)->required(false);
+    // The parser writes into the words.
     command.prepare = [app = command.app, words]() -> Parsed<std::function<int()>> {
-        const Parsed<std::vector<GenerateRun>> runs = GenerateRuns::of(valuesOf(*app));
+        const OptionValues values = valuesOf(*app);
+        if (!values.contains("PICTURE") && ProjectRuns::isFileThere())
+            return [keys = keysOf(*app), values] { return makeProject(keys, values); };
+        if (!values.contains("PICTURE"))
+            return UsageError{"PICTURE is missing, and there is no " + std::string(ProjectFile::name) +
+                              " here"};
+        Parsed<std::vector<GenerateRun>> runs = GenerateRuns::of(values);
         if (const auto* error = std::get_if<UsageError>(&runs))
             return *error;
-        GenerateCall call{std::get<std::vector<GenerateRun>>(runs), std::nullopt};
-        if (words->open && call.runs.size() > 1)
-            call.opened = PathBytes::decoded(words->out);
-        return [call = std::move(call)] { return call.make(); };
+        return [call = GenerateCall::of(std::move(std::get<std::vector<GenerateRun>>(runs)))] {
+            return call.make();
+        };
     };
     command.choices = {{"--platform", platformNames()}, {"--layout", LayoutWords::names()}};
     return command;

@@ -20,6 +20,10 @@
 
 namespace {
 
+QString appName(const GenerateOptions& options) {
+    return options.name.isEmpty() ? pictureName(options.picture) : options.name;
+}
+
 /// The layouts with the values of their variables. The error of the first that can't be used; two layouts
 /// that write one file are an error too.
 Result<std::vector<Layout>> loadedLayouts(const GenerateOptions& options, const QString& name) {
@@ -177,12 +181,24 @@ class LayoutRun {
 
 } // namespace
 
+Result<QStringList> layoutPaths(const GenerateOptions& options) {
+    const Result<std::vector<Layout>> layouts = loadedLayouts(options, appName(options));
+    if (!layouts)
+        return layouts.error();
+    QStringList paths;
+    for (const Layout& layout : *layouts) {
+        for (const LayoutFile& file : layout.files)
+            paths << file.path;
+    }
+    return paths;
+}
+
 int runGenerateLayouts(const GenerateOptions& options) {
     constexpr int wrongUsage = 2;
     if (options.timings)
         StageTimes::begin();
     Terminal::showDiagnosticLog(options.verbose);
-    const QString name = options.name.isEmpty() ? pictureName(options.picture) : options.name;
+    const QString name = appName(options);
     Result<std::vector<Layout>> layouts = loadedLayouts(options, name);
     if (layouts)
         return LayoutRun(options, std::move(*layouts), name).run();

@@ -30,18 +30,16 @@ Parsed<std::vector<GenerateRun>> GenerateRuns::of(const OptionValues& values) {
         return *error;
     const std::vector<std::string>& pictures = values.at("PICTURE");
     if (pictures.size() == 1)
-        return std::vector<GenerateRun>{{values, common}};
+        return std::vector<GenerateRun>{{values, common, common.out}};
     if (const std::optional<UsageError> doubled = doubledName(pictures, common.out))
         return *doubled;
     std::vector<GenerateRun> runs;
     for (const std::string& picture : pictures) {
         if (picture.empty())
             return UsageError{"PICTURE is empty"};
-        GenerateRun run{values, common};
+        GenerateRun run{values, common, common.out};
         run.options.picture = picture;
         run.options.out = appendingPathComponent(common.out, pictureName(picture));
-        run.options.isOneOfSeveral = true;
-        run.options.open = false;
         run.values["PICTURE"] = {picture};
         run.values["--out"] = {PathBytes::encoded(run.options.out).toStdString()};
         runs.push_back(std::move(run));

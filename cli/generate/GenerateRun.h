@@ -14,6 +14,7 @@ using OptionValues = std::map<std::string, std::vector<std::string>>;
 struct GenerateRun {
     OptionValues values;
     GenerateOptions options; ///< what the values mean
+    QString folder;          ///< of all pictures that were given together
 };
 
 namespace GenerateRuns {
