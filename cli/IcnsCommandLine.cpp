@@ -1,6 +1,7 @@
 // Parses the command lines of `icns`.
 #include "cli/IcnsCommands.h"
 #include "cli/common/Command.h"
+#include "cli/common/ProofOption.h"
 #include "cli/common/StyleWords.h"
 #include "imaging/io/PictureFormat.h"
 
@@ -11,16 +12,26 @@ namespace {
 using Work = std::function<int()>;
 
 Command listCommand(CLI::App& icns) {
-    const auto words = std::make_shared<IcnsListOptions>();
+    struct Words {
+        IcnsListOptions options;
+        std::string proof;
+    };
+    const auto words = std::make_shared<Words>();
     Command command;
     command.app = icns.add_subcommand("list", "Print what an icns file holds, and what is odd about it");
     command.app->footer("tobrimax-cli icns list Application.icns");
-    command.app->add_option("FILE", words->file, "an icns file")->required();
-    command.app->add_flag("--json", words->json, "print one JSON document instead of lines");
-    command.prepare = [words]() -> Parsed<Work> {
-        if (words->file.empty())
+    command.app->add_option("FILE", words->options.file, "an icns file")->required();
+    ProofOption::addTo(*command.app, words->proof);
+    command.app->add_flag("--json", words->options.json, "print one JSON document instead of lines");
+    command.prepare = [words, app = command.app]() -> Parsed<Work> {
+        IcnsListOptions options = words->options;
+        std::optional<UsageError> error;
+        if (options.file.empty())
             return UsageError{"FILE is empty"};
-        return [words] { return runIcnsList(*words); };
+        if (app->count("--proof") > 0 &&
+            !take(ProofOption::path(words->proof, options.file), options.proof, error))
+            return *error;
+        return [options] { return runIcnsList(options); };
     };
     return command;
 }

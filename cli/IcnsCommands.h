@@ -12,6 +12,7 @@
 struct IcnsListOptions {
     std::string file;
     bool json = false;
+    QString proof; ///< the file of the proof sheet; empty for none
 };
 
 /// Prints the contents of a file, and what is odd about it.

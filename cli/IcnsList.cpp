@@ -1,14 +1,17 @@
 #include "cli/IcnsCommands.h"
 #include "cli/common/InputFile.h"
+#include "cli/common/ProofOption.h"
 #include "cli/text/ErrorDocument.h"
 #include "cli/text/Terminal.h"
 #include "files/PathBytes.h"
 #include "imaging/icns/IcnsInspection.h"
+#include "project/proof/ProofSets.h"
 
 #include <QMap>
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 namespace {
 
@@ -119,7 +122,8 @@ void write(JsonWriter& json, const Element& element) {
     json.endObject();
 }
 
-bool printJson(const IcnsListOptions& options, const IcnsInspection& inspection, qint64 bytes) {
+bool printJson(const IcnsListOptions& options, const IcnsInspection& inspection, qint64 bytes,
+               const std::vector<ToldError>& errors) {
     JsonWriter json;
     json.beginObject();
     json.key("file").value(PathBytes::decoded(options.file));
@@ -129,7 +133,9 @@ bool printJson(const IcnsListOptions& options, const IcnsInspection& inspection,
         write(json, element);
     json.endArray();
     json.key("remarks").value(inspection.remarks);
-    ErrorDocument::writeMember(json, {});
+    if (!options.proof.isEmpty() && errors.empty())
+        json.key("proof").value(options.proof);
+    ErrorDocument::writeMember(json, errors);
     json.endObject();
     return json.finish();
 }
@@ -143,6 +149,17 @@ int fail(const IcnsListOptions& options, const Error& error) {
     return status;
 }
 
+/// Writes the proof sheet. Elements that can't be shown are warnings.
+Result<Done> writeProof(const IcnsListOptions& options, const QByteArray& bytes) {
+    Result<ProofSheet> sheet = ProofSets::ofIcns(bytes);
+    if (!sheet)
+        return sheet.error();
+    sheet->title = ProofOption::title(options.file);
+    for (const QString& note : sheet->notes)
+        Terminal::warning(note);
+    return ProofOption::write(std::move(*sheet), options.proof);
+}
+
 } // namespace
 
 int runIcnsList(const IcnsListOptions& options) {
@@ -152,7 +169,16 @@ int runIcnsList(const IcnsListOptions& options) {
     const Result<IcnsInspection> inspection = inspectIcns(file->bytes, file->fileSize);
     if (!inspection)
         return fail(options, inspection.error());
+    std::vector<ToldError> errors;
+    if (!options.proof.isEmpty()) {
+        if (const Result<Done> written = writeProof(options, file->bytes); !written) {
+            errors.push_back(ErrorDocument::told(options.proof, written.error()));
+            Terminal::error(QStringLiteral("%1: %2").arg(options.proof, written.error().sentence));
+        }
+    }
     const bool isPrinted =
-        options.json ? printJson(options, *inspection, file->fileSize) : printTable(*inspection);
-    return isPrinted ? 0 : Terminal::outputFailure();
+        options.json ? printJson(options, *inspection, file->fileSize, errors) : printTable(*inspection);
+    if (!isPrinted)
+        return Terminal::outputFailure();
+    return errors.empty() ? 0 : 1;
 }

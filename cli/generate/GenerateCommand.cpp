@@ -6,6 +6,7 @@
 #include "cli/common/PictureWarnings.h"
 #include "cli/common/UnscaledScreen.h"
 #include "cli/generate/GeneratePlace.h"
+#include "cli/generate/GenerateProof.h"
 #include "cli/generate/GenerateReport.h"
 #include "cli/generate/OutputTarget.h"
 #include "files/FileItem.h"
@@ -131,6 +132,8 @@ int runGenerate(const GenerateOptions& options) {
     else
         generate(OptionsInput(options, std::move(picture->image)), plan, catalogue, place.place(), report);
     place.finish(report);
+    if (!options.proof.isEmpty())
+        GenerateProof::ofPlatforms(options, report);
     if (options.open)
         OutputTarget::open(options.out, report);
     return report.finish();

@@ -1,6 +1,7 @@
 // Parses the command line of `generate`.
 #include "cli/common/Command.h"
 #include "cli/common/InputFile.h"
+#include "cli/common/ProofOption.h"
 #include "cli/common/StyleWords.h"
 #include "cli/generate/GenerateCall.h"
 #include "cli/generate/GenerateReport.h"
@@ -57,6 +58,7 @@ struct GenerateWords {
     std::string jobs;
     bool dryRun = false;
     bool check = false;
+    std::string proof;
     bool open = false;
     bool quiet = false;
     bool verbose = false;
@@ -104,6 +106,7 @@ void addOptions(CLI::App& command, GenerateWords& words) {
     command.add_flag("--check", words.check,
                      "compare DIR with what would be written; exit status 1 where a file is missing, "
                      "differs or has another size");
+    ProofOption::addTo(command, words.proof);
     command.add_flag("--open", words.open, "open DIR in the file browser at the end");
     command.add_flag("-q,--quiet", words.quiet, "print nothing but warnings and errors");
     command.add_flag("-v,--verbose", words.verbose,
@@ -164,7 +167,8 @@ constexpr char streamWord[] = "-";
 /// What is wrong with options that are right one by one.
 std::optional<UsageError> exclusion(const CLI::App& generate, const GenerateWords& words) {
     constexpr std::pair<const char*, const char*> pairs[] = {
-        {"--quiet", "--verbose"}, {"--dry-run", "--check"}, {"--dry-run", "--open"}, {"--check", "--open"}};
+        {"--quiet", "--verbose"}, {"--dry-run", "--check"}, {"--dry-run", "--open"},
+        {"--check", "--open"},    {"--dry-run", "--proof"}, {"--check", "--proof"}};
     for (const auto& [one, other] : pairs) {
         if (generate.count(one) > 0 && generate.count(other) > 0)
             return UsageError{std::string(one) + " and " + other + " exclude each other"};
@@ -176,7 +180,7 @@ std::optional<UsageError> exclusion(const CLI::App& generate, const GenerateWord
         return UsageError{"standard input (-) gives one picture, and not one of several"};
     if (words.out != streamWord)
         return std::nullopt;
-    for (const char* option : {"--json", "--dry-run", "--check", "--open", "--timings"}) {
+    for (const char* option : {"--json", "--dry-run", "--check", "--open", "--proof", "--timings"}) {
         if (generate.count(option) > 0)
             return UsageError{"--out - and " + std::string(option) + " exclude each other"};
     }
@@ -196,6 +200,8 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
         take(platformsOf(words.platforms), options.platforms, error) &&
         (!hasCatalogue || take(OptionText::path(words.catalogue, "--catalogue"), options.catalogue, error)) &&
         (generate.count("--jobs") == 0 || take(jobsOf(words.jobs), options.jobs, error)) &&
+        (generate.count("--proof") == 0 ||
+         take(ProofOption::path(words.proof, words.pictures.front()), options.proof, error)) &&
         take(words.style.style(generate), options.style, error);
     if (!isTaken)
         return *error;

@@ -4,6 +4,7 @@
 #include "cli/common/InputFile.h"
 #include "cli/common/PictureWarnings.h"
 #include "cli/generate/GeneratePlace.h"
+#include "cli/generate/GenerateProof.h"
 #include "cli/generate/GenerateReport.h"
 #include "cli/generate/OutputTarget.h"
 #include "cli/generate/PictureName.h"
@@ -164,6 +165,8 @@ class LayoutRun {
             m_report.end();
         }
         m_place.finish(m_report);
+        if (!m_options.proof.isEmpty())
+            GenerateProof::ofLayouts(m_options, m_layouts, m_input, m_report);
         for (const Layout& layout : m_layouts) {
             for (const LayoutNote& note : LayoutWriter::notes(layout, m_options.out))
                 m_report.note(note.file, note.line);

@@ -65,6 +65,13 @@ void GenerateReport::failed(const QString& path, const Error& error) {
         m_progress->advance();
 }
 
+std::vector<std::pair<QString, QString>> GenerateReport::failures() const {
+    std::vector<std::pair<QString, QString>> failures;
+    for (const Failure& failure : m_failures)
+        failures.emplace_back(shortPath(failure.path), failure.cause);
+    return failures;
+}
+
 void GenerateReport::note(const QString& path, const QString& line) {
     m_notes << QStringLiteral("%1 lacks the line: %2").arg(path, line);
     if (!m_options.json)
@@ -250,6 +257,8 @@ bool GenerateReport::printJson() const {
     }
     if (!m_options.layouts.isEmpty())
         json.key("notes").value(m_notes);
+    if (!m_proof.isEmpty())
+        json.key("proof").value(m_proof);
     json.key("warnings").value(m_warnings);
     ErrorDocument::writeMember(json, m_errors);
     if (m_options.timings) {

@@ -8,6 +8,7 @@
 
 #include <QStringList>
 
+#include <utility>
 #include <vector>
 
 /// Collects the results of a generation and prints them for people, or as JSON for programs.
@@ -31,6 +32,14 @@ class GenerateReport final : public GenerationObserver {
     void warn(const QString& sentence);
     /// Reports a failure that is not about one file of the set. `path` may be empty.
     void fail(const QString& path, const Error& error);
+
+    /// What was written up to now.
+    const std::vector<File>& files() const { return m_files; }
+    /// For each file that could not be written, its path and the cause.
+    std::vector<std::pair<QString, QString>> failures() const;
+
+    /// Tells of the proof sheet that was written.
+    void proofWritten(const QString& path) { m_proof = path; }
 
     /// Prints everything and returns the exit status.
     int finish();
@@ -61,6 +70,7 @@ class GenerateReport final : public GenerationObserver {
     std::vector<Failure> m_failures;
     std::vector<Difference> m_differences;
     QStringList m_notes;
+    QString m_proof;
     QStringList m_warnings;
     std::vector<ToldError> m_errors;
 };

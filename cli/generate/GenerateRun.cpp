@@ -31,6 +31,8 @@ Parsed<std::vector<GenerateRun>> GenerateRuns::of(const OptionValues& values) {
     const std::vector<std::string>& pictures = values.at("PICTURE");
     if (pictures.size() == 1)
         return std::vector<GenerateRun>{{values, common, common.out}};
+    if (!common.proof.isEmpty())
+        return UsageError{"--proof shows the icons of one PICTURE, not of several"};
     if (const std::optional<UsageError> doubled = doubledName(pictures, common.out))
         return *doubled;
     std::vector<GenerateRun> runs;

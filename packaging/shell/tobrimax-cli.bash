@@ -32,11 +32,11 @@ _tobrimax_cli() {
     case $command in
     generate)
         options="--out --platform $style --background --layout --name --dark --tinted --foreground --monochrome"
-        options+=" --catalogue --jobs --dry-run --check --open --quiet --verbose --json --timings"
+        options+=" --catalogue --jobs --dry-run --check --proof --open --quiet --verbose --json --timings"
         operands=100000
         ;;
     layouts) options="--json" ;;
-    "icns list") options="--json" ;;
+    "icns list") options="--proof --json" ;;
     "icns extract") options="--out" ;;
     "icns make") options="--out $style" ;;
     "custom-icon set") options="--apple-double --compatibility --create" operands=2 ;;
@@ -55,7 +55,8 @@ _tobrimax_cli() {
         case ${words[at]} in
         --) ended=1 ;;
         -o | -p | -l | --out | --platform | --round-corner | --border | --border-color | --catalogue | --jobs | --format | \
-            --size | --background | --layout | --name | --dark | --tinted | --foreground | --monochrome)
+            --size | --background | --layout | --name | --dark | --tinted | --foreground | --monochrome | \
+            --proof)
             ((++at == cword)) && option=$prev
             ;;
         esac
@@ -67,7 +68,7 @@ _tobrimax_cli() {
         if [[ $command == generate || $command == "icns extract" ]]; then _filedir -d; else _filedir; fi
         return
         ;;
-    --catalogue | --dark | --tinted | --foreground | --monochrome)
+    --catalogue | --proof | --dark | --tinted | --foreground | --monochrome)
         _filedir
         return
         ;;

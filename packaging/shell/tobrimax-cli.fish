@@ -17,7 +17,7 @@ end
 function __tobrimax_cli_wants
     __tobrimax_cli_in $argv[2..]
     or return
-    set -l valued -o -p -l --out --platform --round-corner --border --border-color --catalogue --jobs --format --size \
+    set -l valued -o -p -l --out --platform --round-corner --border --border-color --catalogue --jobs --format --size --proof \
         --background --layout --name --dark --tinted --foreground --monochrome
     set -l words (commandline -poc)
     set -l given 0
@@ -79,6 +79,7 @@ complete -c tobrimax-cli -n $condition -r -F -l catalogue -d 'icon names and siz
 complete -c tobrimax-cli -n $condition -x -l jobs -d 'how many of several pictures at once'
 complete -c tobrimax-cli -n $condition -l dry-run -d 'list what would be written, and write nothing'
 complete -c tobrimax-cli -n $condition -l check -d 'compare the folder with what would be written'
+complete -c tobrimax-cli -n $condition -r -F -l proof -d 'show the icons on a page, HTML or PNG'
 complete -c tobrimax-cli -n $condition -l open -d 'open the folder in the file browser afterwards'
 complete -c tobrimax-cli -n $condition -s q -l quiet -d 'print nothing but warnings and errors'
 complete -c tobrimax-cli -n $condition -s v -l verbose -d 'list every file, and show the diagnostic log'
@@ -94,6 +95,7 @@ complete -c tobrimax-cli -n $condition -a extract -d 'write each picture of an i
 complete -c tobrimax-cli -n $condition -a make -d 'write an icns file of one picture'
 
 complete -c tobrimax-cli -n '__tobrimax_cli_wants 1 icns list' -F
+complete -c tobrimax-cli -n '__tobrimax_cli_in icns list' -r -F -l proof -d 'show the pictures on a page, HTML or PNG'
 complete -c tobrimax-cli -n '__tobrimax_cli_in icns list' -l json -d 'print one JSON document'
 
 set condition '__tobrimax_cli_in icns extract'
