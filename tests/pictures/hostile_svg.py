@@ -166,7 +166,7 @@ def sizes():
                 RED if librsvg_version() >= (2, 55, 90) else CLEAR)
     yield shown("nothing.svg", svg(""), CLEAR)
     yield refused("not-closed.svg", svg(RED_PAGE)[:-6], "SVG picture is truncated or damaged")
-    yield refused("html.svg", b"<html><body>svg</body></html>", "SVG picture is truncated or damaged")
+    yield refused("html.svg", b"<html><body>svg</body></html>", "not a picture but an HTML page")
     yield refused("nul.svg", svg("\0" + RED_PAGE), "SVG picture is truncated or damaged")
     yield refused("no-utf-8.svg", svg(RED_PAGE) .replace(b"<rect", b"\xff\xfe<rect"), "SVG picture is truncated or damaged")
     yield refused("font-size.svg", svg(BLUE_PAGE + "<text y='500' font-size='1e9'>a</text>"), "text that is too large")

@@ -86,16 +86,16 @@ def nests():
             nested = element(code, nested)
         yield broken(f"nested-{name}", icns(nested), "no picture")
     yield broken("many-empty-unknown", icns(element("abcd", b"") * 300000), "no picture")
-    yield broken("many-empty-pictures", icns(element("ic10", b"") * 300000), "no known picture")
+    yield broken("many-empty-pictures", icns(element("ic10", b"") * 300000), "holds a picture of an unknown kind")
     yield broken("many-empty-colours", icns(element("it32", b"") * 300000), "four zero bytes")
     yield broken("many-empty-masks", icns(element("t8mk", b"") * 300000), "no picture")
     yield odd("many-after-a-picture", icns(element("is32", packed(16, 1, 2, 3)), element("is32", b"") * 200000), 1)
     every = b"".join(element(code, b"") for code in PICTURES) + b"".join(element(code, b"") for code in COLORS)
-    yield broken("every-type-empty", icns(every * 1000), "no known picture")
+    yield broken("every-type-empty", icns(every * 1000), "holds a picture of an unknown kind")
     small = element("is32", packed(16, 1, 2, 3))
-    yield odd("duplicate", icns(small, small), 1, "more of its type follow the first")
+    yield odd("duplicate", icns(small, small), 1, "more of the same type follow; only the first is used")
     yield broken("first-of-three-is-broken", icns(element("is32", b"\x05"), small, small), "break off",
-                 "more of its type follow the first")
+                 "more of the same type follow; only the first is used")
     toc = struct.pack(">4sI", b"is32", len(small))
     yield odd("contents-right", icns(element("TOC ", toc), small), 1)
     for name, wrong in {"empty": b"", "short": toc[:5], "long": toc + toc, "other": b"il32" + toc[4:],
@@ -111,9 +111,9 @@ def pictures():
         def one(data):
             return icns(element(code, data))
         plain = bytes([255, 1, 2, 3]) * (side * side)
-        yield broken(f"{code}-empty", one(b""), "no known picture", "no picture that is known")
-        yield broken(f"{code}-noise", one(bytes(range(1, 100))), "no known picture", "no picture that is known")
-        yield broken(f"{code}-png-start", one(b"\x89PNG"), "no known picture", "no picture that is known")
+        yield broken(f"{code}-empty", one(b""), "holds a picture of an unknown kind", "its picture is of an unknown kind")
+        yield broken(f"{code}-noise", one(bytes(range(1, 100))), "holds a picture of an unknown kind", "its picture is of an unknown kind")
+        yield broken(f"{code}-png-start", one(b"\x89PNG"), "holds a picture of an unknown kind", "its picture is of an unknown kind")
         yield broken(f"{code}-png-signature", one(b"\x89PNG\r\n\x1a\n"), "tells no size", "breaks off")
         # A chunk before the header: it looks like the header of a small picture.
         hidden = png_of_size(4096, 4096)
@@ -153,8 +153,8 @@ def pictures():
         for name, start in {"png": b"\x89PNG", "png-signature": b"\x89PNG\r\n\x1a\n", "codestream": b"\xff\x4f\xff\x51",
                             "argb": b"ARGB", "jp2": b"\0\0\0\x0cjP  "}.items():
             yield odd(f"{code}-plain-as-{name}", one((start * (side * side))[:4 * side * side]), 1, "plain samples")
-        yield broken(f"{code}-plain-short", one(plain[:-1]), "no known picture", "no picture that is known")
-        yield broken(f"{code}-plain-long", one(plain + b"x"), "no known picture", "no picture that is known")
+        yield broken(f"{code}-plain-short", one(plain[:-1]), "holds a picture of an unknown kind", "its picture is of an unknown kind")
+        yield broken(f"{code}-plain-long", one(plain + b"x"), "holds a picture of an unknown kind", "its picture is of an unknown kind")
 
 
 def colors():
