@@ -84,6 +84,7 @@ void AppDelegate::setupWindowStyle() {
     styled->setWindowTitle(QStringLiteral(" "));
     // A window of the same X11 identity that is hidden and shown at once may stay hidden: the window manager
     // hears of the two in either order. A new one has no such past.
+    styled->hide();
     if (QWindow* native = styled->windowHandle())
         native->destroy();
     styled->setVisible(wasVisible);
