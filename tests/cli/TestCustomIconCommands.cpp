@@ -207,14 +207,18 @@ TEST_F(CustomIconCommands, an_icon_survives_the_archives_that_are_told_of) {
     file(u"folder/lib._x.dat"_s, "no AppleDouble file");
     expectDone(run({u"set"_s, u"folder"_s, u"icon.icns"_s}));
     expectDone(run({u"set"_s, u"folder/b"_s, u"icon.icns"_s}));
-    // Takes the command from the README and changes its name.
-    QFile readme(QStringLiteral(PROJECT_DIR "/README.md"));
-    ASSERT_TRUE(readme.open(QIODevice::ReadOnly));
-    const QString text = QString::fromUtf8(readme.readAll());
-    const qsizetype start = text.indexOf(u"find \"My App\" ! -name"_s);
-    const qsizetype end = text.indexOf(u"```"_s, start);
-    ASSERT_GT(end, start);
-    const QString recipe = text.sliced(start, end - start).replace(u"My App"_s, u"folder"_s);
+    // Takes the commands from the guide and changes the name in them.
+    QFile guide(QStringLiteral(PROJECT_DIR "/docs/guide.md"));
+    ASSERT_TRUE(guide.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(guide.readAll());
+    QString recipe;
+    for (const QString& firstWords : {u"find \"My App\" ! -name"_s, u"mkdir -p __MACOSX"_s}) {
+        const qsizetype start = text.indexOf(firstWords);
+        const qsizetype end = text.indexOf(u"```"_s, start);
+        ASSERT_GT(end, start);
+        recipe += text.sliced(start, end - start);
+    }
+    recipe.replace(u"My App"_s, u"folder"_s);
     const ProcessResult packed = runProcess(u"bash"_s, {u"-ec"_s, recipe}, path({}));
     ASSERT_EQ(packed.exitStatus, 0) << packed.errors.toStdString();
 
