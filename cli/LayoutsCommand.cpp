@@ -82,6 +82,7 @@ Result<bool> printList(bool isJson) {
     if (isJson)
         return printJson(layouts);
     std::vector<QStringList> rows;
+    rows.reserve(layouts.size());
     for (const Layout& layout : layouts)
         rows.push_back({layout.name, layout.title});
     return printColumns(rows);

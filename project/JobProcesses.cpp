@@ -22,7 +22,8 @@
 #include <memory>
 #include <optional>
 
-extern char** environ;
+// Not every system's headers declare it.
+extern char** environ; // NOLINT(readability-redundant-declaration)
 
 namespace {
 
@@ -164,10 +165,12 @@ Result<std::unique_ptr<JobProcess>> JobProcess::start() {
 /// Waits until one of the processes has something to say. Whether each has.
 std::vector<bool> waited(const std::vector<std::unique_ptr<JobProcess>>& processes) {
     std::vector<pollfd> polled;
+    polled.reserve(processes.size());
     for (const auto& process : processes)
         polled.push_back({process->socket(), POLLIN, 0});
     const int count = poll(polled.data(), static_cast<nfds_t>(polled.size()), -1);
     std::vector<bool> speak;
+    speak.reserve(polled.size());
     for (const pollfd& one : polled)
         speak.push_back(count > 0 && one.revents != 0);
     return speak;

@@ -74,6 +74,7 @@ std::optional<Error> add(const QVariantMap& map, const std::vector<Key>& keys, c
         const auto key = std::ranges::find(keys, entry.key(), &Key::name);
         if (key == keys.end()) {
             std::vector<std::string> names;
+            names.reserve(keys.size());
             for (const Key& known : keys)
                 names.push_back(known.name.toStdString());
             return refused(where, QStringLiteral("there is no key \"%1\"%2")

@@ -127,9 +127,11 @@ Parsed<std::vector<Platform>> platformsOf(const std::vector<std::string>& chosen
         for (const std::string& name : OptionText::list(word)) {
             const Parsed<std::size_t> found = OptionText::choice("platform", meant(name), platformNames());
             if (const auto* error = std::get_if<UsageError>(&found))
-                return LayoutWords::isName(name)
-                           ? UsageError{"'" + name + "' is a layout: write --layout " + name}
-                           : *error;
+                return LayoutWords::isName(name) ? UsageError{std::string("'")
+                                                                  .append(name)
+                                                                  .append("' is a layout: write --layout ")
+                                                                  .append(name)}
+                                                 : *error;
             for (const Platform platform : platformWords()[std::get<std::size_t>(found)].platforms) {
                 if (std::ranges::find(platforms, platform) == platforms.end())
                     platforms.push_back(platform);

@@ -69,6 +69,7 @@ QByteArray answerTo(const QByteArray& job) {
 
 void GenerateJobs::run(const std::vector<GenerateRun>& runs, int count, RunResults& results) {
     std::vector<QByteArray> jobs;
+    jobs.reserve(runs.size());
     for (const GenerateRun& run : runs)
         jobs.push_back(bytesOf(run.values));
     JobProcesses::run(jobs, count, [&](std::size_t job, const Result<QByteArray>& answer) {

@@ -89,7 +89,7 @@ class Drawing {
         m_painter.fillRect(band.textArea.left(), band.top, band.darkGround.right() + 1 - band.textArea.left(),
                            1, QColor(lineColor));
         fillGrounds(band);
-        if (const Result<Done> drawn = drawViews(band, band.lightGround, light); !drawn)
+        if (Result<Done> drawn = drawViews(band, band.lightGround, light); !drawn)
             return drawn;
         return drawViews(band, band.darkGround, dark);
     }
@@ -126,7 +126,7 @@ class Drawing {
         constexpr QSize size(160, 18);
         const QString key = text + QLatin1String(ground.ink);
         if (!m_captions.contains(key)) {
-            const Result<QImage> drawn =
+            Result<QImage> drawn =
                 drawnText({{{0, captionBaseline}, text, QLatin1String(ground.ink), 12}}, size);
             if (!drawn)
                 return drawn;

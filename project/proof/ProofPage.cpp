@@ -171,9 +171,9 @@ class Page {
             m_page += "<p class=\"detail\">" + breakable(icon.detail) + "</p>";
         m_page += "</div>\n";
         for (const char* ground : {"light", "dark"}) {
-            m_page += QByteArray("<div class=\"ground ") + ground + "\" role=\"group\" aria-label=\"" +
+            m_page += QByteArray("<div class=\"ground ") + ground + R"(" role="group" aria-label=")" +
                       escaped(icon.name) + " on " + ground + '"' +
-                      (widest > phoneWidth ? " tabindex=\"0\"" : "") + ">\n";
+                      (widest > phoneWidth ? R"( tabindex="0")" : "") + ">\n";
             for (const ProofView& view : views)
                 add(icon, view);
             m_page += "</div>\n";
@@ -191,11 +191,11 @@ class Page {
         if (view.kind == ProofView::Kind::Cut)
             shape += " cut-" + number(static_cast<int>(view.cut));
         const QRect& part = view.part;
-        m_page += "<figure><svg class=\"" + shape + "\" " + sides(view.size) + " viewBox=\"" +
+        m_page += "<figure><svg class=\"" + shape + "\" " + sides(view.size) + R"( viewBox=")" +
                   number(part.x()) + ' ' + number(part.y()) + ' ' + number(part.width()) + ' ' +
-                  number(part.height()) + "\" role=\"img\" aria-label=\"" + escaped(description) + "\">";
+                  number(part.height()) + R"(" role="img" aria-label=")" + escaped(description) + "\">";
         if (view.kind == ProofView::Kind::Cut && icon.ground)
-            m_page += "<rect width=\"100%\" height=\"100%\" x=\"" + number(part.x()) + "\" y=\"" +
+            m_page += R"(<rect width="100%" height="100%" x=")" + number(part.x()) + "\" y=\"" +
                       number(part.y()) + "\" fill=\"" + hexadecimal(*icon.ground) + "\"/>";
         m_page += "<use href=\"#" + m_names.value(icon.picture.bytes) + "\"/>";
         if (view.hasGuides)
