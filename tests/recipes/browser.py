@@ -28,8 +28,8 @@ class Browser:
 
         # Root has no sandbox.
         self.process = subprocess.Popen(
-            [program, "--headless=new", "--no-sandbox", "--disable-gpu", "--no-first-run", "--remote-debugging-pipe",
-             f"--user-data-dir={self.profile}", "about:blank"], close_fds=False, preexec_fn=give_descriptors,
+            [program, "--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--no-first-run",
+             "--remote-debugging-pipe", f"--user-data-dir={self.profile}", "about:blank"], close_fds=False, preexec_fn=give_descriptors,
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(to_browser)
         os.close(from_browser)

@@ -182,8 +182,8 @@ class ProofPageTest(unittest.TestCase):
         for scheme, setting in ("dark", 0), ("light", 1):
             for width in 1400, 500:
                 shot = self.folder / f"{scheme}-{width}.png"
-                subprocess.run([CHROMIUM, "--headless", "--no-sandbox", "--disable-gpu", "--hide-scrollbars",
-                                f"--user-data-dir={self.folder / 'profile'}", "--force-device-scale-factor=1",
+                subprocess.run([CHROMIUM, "--headless", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage",
+                                "--hide-scrollbars", f"--user-data-dir={self.folder / 'profile'}", "--force-device-scale-factor=1",
                                 "--force-color-profile=srgb", f"--blink-settings=preferredColorScheme={setting}",
                                 f"--window-size={width},900", f"--screenshot={shot}", self.proof.as_uri()],
                                check=True, timeout=100, capture_output=True)
