@@ -5,6 +5,7 @@
 #include "cli/common/StyleWords.h"
 #include "cli/generate/GenerateCall.h"
 #include "cli/generate/GenerateReport.h"
+#include "cli/generate/GenerateWatch.h"
 #include "cli/generate/LayoutWords.h"
 #include "cli/generate/ProjectRuns.h"
 #include "files/FileItem.h"
@@ -58,6 +59,7 @@ struct GenerateWords {
     std::string jobs;
     bool dryRun = false;
     bool check = false;
+    bool watch = false;
     std::string proof;
     bool open = false;
     bool quiet = false;
@@ -106,6 +108,8 @@ void addOptions(CLI::App& command, GenerateWords& words) {
     command.add_flag("--check", words.check,
                      "compare DIR with what would be written; exit status 1 where a file is missing, "
                      "differs or has another size");
+    command.add_flag("--watch", words.watch,
+                     "make the icons again whenever a file changes that they are made from");
     ProofOption::addTo(command, words.proof);
     command.add_flag("--open", words.open, "open DIR in the file browser at the end");
     command.add_flag("-q,--quiet", words.quiet, "print nothing but warnings and errors");
@@ -169,8 +173,9 @@ constexpr char streamWord[] = "-";
 /// What is wrong with options that are right one by one.
 std::optional<UsageError> exclusion(const CLI::App& generate, const GenerateWords& words) {
     constexpr std::pair<const char*, const char*> pairs[] = {
-        {"--quiet", "--verbose"}, {"--dry-run", "--check"}, {"--dry-run", "--open"},
-        {"--check", "--open"},    {"--dry-run", "--proof"}, {"--check", "--proof"}};
+        {"--quiet", "--verbose"}, {"--dry-run", "--check"}, {"--dry-run", "--open"},  {"--check", "--open"},
+        {"--dry-run", "--proof"}, {"--check", "--proof"},   {"--watch", "--dry-run"}, {"--watch", "--check"},
+        {"--watch", "--json"},    {"--watch", "--open"}};
     for (const auto& [one, other] : pairs) {
         if (generate.count(one) > 0 && generate.count(other) > 0)
             return UsageError{std::string(one) + " and " + other + " exclude each other"};
@@ -180,9 +185,12 @@ std::optional<UsageError> exclusion(const CLI::App& generate, const GenerateWord
     std::ranges::copy(words.pictures, std::back_inserter(pictures));
     if (words.pictures.size() > 1 && std::ranges::any_of(pictures, InputFile::isStandardInput))
         return UsageError{"standard input (-) gives one picture, and not one of several"};
+    if (words.watch && std::ranges::any_of(pictures, InputFile::isStandardInput))
+        return UsageError{"standard input (-) can't be watched"};
     if (words.out != streamWord)
         return std::nullopt;
-    for (const char* option : {"--json", "--dry-run", "--check", "--open", "--proof", "--timings"}) {
+    for (const char* option :
+         {"--json", "--dry-run", "--check", "--watch", "--open", "--proof", "--timings"}) {
         if (generate.count(option) > 0)
             return UsageError{"--out - and " + std::string(option) + " exclude each other"};
     }
@@ -226,6 +234,7 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
     while (options.out.size() > 1 && options.out.endsWith(u'/'))
         options.out.chop(1);
     options.picture = words.pictures.front();
+    options.watch = words.watch;
     options.open = words.open;
     options.quiet = words.quiet;
     options.verbose = words.verbose;
@@ -247,7 +256,8 @@ OptionValues valuesOf(const CLI::App& command) {
 /// The keys of a project's file: the options of `command`.
 std::vector<ProjectFile::Key> keysOf(const CLI::App& command) {
     using Kind = ProjectFile::Key::Kind;
-    const std::vector<std::string> forAll{"jobs", "dry-run", "check", "quiet", "verbose", "json", "timings"};
+    const std::vector<std::string> forAll{"jobs",  "dry-run", "check", "watch",
+                                          "quiet", "verbose", "json",  "timings"};
     std::vector<ProjectFile::Key> keys{{QStringLiteral("picture"), Kind::Texts, false}};
     for (const CLI::Option* option : command.get_options()) {
         if (option->get_positional() || option == command.get_help_ptr())
@@ -266,12 +276,25 @@ std::vector<ProjectFile::Key> keysOf(const CLI::App& command) {
     return keys;
 }
 
-/// Makes what the project's file says. Returns the exit status.
-int makeProject(const std::vector<ProjectFile::Key>& keys, const OptionValues& typed) {
+/// The files that are read for the runs.
+std::set<QString> inputsOf(const std::vector<GenerateRun>& runs) {
+    std::set<QString> all;
+    for (const GenerateRun& run : runs)
+        all.merge(GenerateWatch::inputs(run.options));
+    return all;
+}
+
+/// Makes what the project's file says. Returns the exit status. The files that are read are added to
+/// `inputs`.
+int makeProject(const std::vector<ProjectFile::Key>& keys, const OptionValues& typed,
+                std::set<QString>& inputs) {
     constexpr int wrongUsage = 2;
     Result<std::vector<GenerateRun>> runs = ProjectRuns::read(keys, typed);
-    if (runs)
+    if (runs) {
+        inputs = inputsOf(*runs);
+        inputs.insert(QLatin1String(ProjectFile::name));
         return GenerateCall::of(std::move(*runs)).make();
+    }
     GenerateOptions options;
     options.json = typed.contains("--json");
     GenerateReport report(options);
@@ -280,6 +303,20 @@ int makeProject(const std::vector<ProjectFile::Key>& keys, const OptionValues& t
     const bool isWrong =
         runs.error().code == ErrorCode::Malformed || runs.error().code == ErrorCode::TooLarge;
     return isWrong ? wrongUsage : exitStatus;
+}
+
+/// Makes what the project's file says, once or as long as it is watched. Returns the exit status.
+int makeOrWatchProject(const std::vector<ProjectFile::Key>& keys, const OptionValues& typed) {
+    std::set<QString> inputs{QLatin1String(ProjectFile::name)};
+    const Result<std::vector<GenerateRun>> runs = ProjectRuns::read(keys, typed);
+    if (!runs || !runs->front().options.watch)
+        return makeProject(keys, typed, inputs);
+    // A file that can't be read later leaves the inputs as they were.
+    const auto make = [&] {
+        makeProject(keys, typed, inputs);
+        return inputs;
+    };
+    return GenerateWatch::run(inputs, make, runs->front().options.quiet);
 }
 
 } // namespace
@@ -314,7 +351,7 @@ Command generateCommand(CLI::App& app) {
     command.prepare = [app = command.app, words]() -> Parsed<std::function<int()>> {
         const OptionValues values = valuesOf(*app);
         if (!values.contains("PICTURE") && ProjectRuns::isFileThere())
-            return [keys = keysOf(*app), values] { return makeProject(keys, values); };
+            return [keys = keysOf(*app), values] { return makeOrWatchProject(keys, values); };
         if (!values.contains("PICTURE"))
             return UsageError{"PICTURE is missing, and there is no " + std::string(ProjectFile::name) +
                               " here"};
@@ -322,7 +359,15 @@ Command generateCommand(CLI::App& app) {
         if (const auto* error = std::get_if<UsageError>(&runs))
             return *error;
         return [call = GenerateCall::of(std::move(std::get<std::vector<GenerateRun>>(runs)))] {
-            return call.make();
+            if (!call.runs.front().options.watch)
+                return call.make();
+            return GenerateWatch::run(
+                inputsOf(call.runs),
+                [&] {
+                    call.make();
+                    return inputsOf(call.runs);
+                },
+                call.runs.front().options.quiet);
         };
     };
     command.choices = {{"--platform", platformNames()}, {"--layout", LayoutWords::names()}};

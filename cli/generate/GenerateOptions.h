@@ -38,6 +38,7 @@ struct GenerateOptions {
     QString catalogue; ///< empty for the built-in catalogue
     int jobs = 0;      ///< processes at a time; 0: one for each core
     QString proof;     ///< the file of the proof sheet; empty for none
+    bool watch = false;
     bool open = false;
     bool quiet = false;
     bool verbose = false;

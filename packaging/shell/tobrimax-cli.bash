@@ -32,7 +32,7 @@ _tobrimax_cli() {
     case $command in
     generate)
         options="--out --platform $style --background --layout --name --dark --tinted --foreground --monochrome"
-        options+=" --catalogue --jobs --dry-run --check --proof --open --quiet --verbose --json --timings"
+        options+=" --catalogue --jobs --dry-run --check --watch --proof --open --quiet --verbose --json --timings"
         operands=100000
         ;;
     layouts) options="--json" ;;

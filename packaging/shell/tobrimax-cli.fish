@@ -79,6 +79,7 @@ complete -c tobrimax-cli -n $condition -r -F -l catalogue -d 'icon names and siz
 complete -c tobrimax-cli -n $condition -x -l jobs -d 'how many of several pictures at once'
 complete -c tobrimax-cli -n $condition -l dry-run -d 'list what would be written, and write nothing'
 complete -c tobrimax-cli -n $condition -l check -d 'compare the folder with what would be written'
+complete -c tobrimax-cli -n $condition -l watch -d 'make the icons again whenever a file changes'
 complete -c tobrimax-cli -n $condition -r -F -l proof -d 'show the icons on a page, HTML or PNG'
 complete -c tobrimax-cli -n $condition -l open -d 'open the folder in the file browser afterwards'
 complete -c tobrimax-cli -n $condition -s q -l quiet -d 'print nothing but warnings and errors'
