@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QObject>
-#include <QPoint>
+#include <QPointF>
 #include <QWidget>
 
 #include <optional>
@@ -17,6 +17,14 @@ class BackgroundMover final : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    /// Where the mouse was pressed, on the screen.
-    std::optional<QPoint> m_pressed;
+    struct Press {
+        QPointF inWindow;
+        QPointF onScreen;
+    };
+
+    void drag(QWindow& window, QPointF mouse);
+
+    std::optional<Press> m_pressed;
+    /// The mouse has left the place of the press, and the window follows it.
+    bool m_moves = false;
 };
