@@ -51,7 +51,8 @@ Result<QString> replacingPercentEscapes(const QString& path) {
         }
         bytes.append(escaped[i]);
     }
-    const Error notAPath{ErrorCode::NotAPath, QStringLiteral("with its percent escapes decoded, this is not a path")};
+    const Error notAPath{ErrorCode::NotAPath,
+                         QStringLiteral("with its percent escapes decoded, this is not a path")};
     if (bytes.contains('\0'))
         return notAPath;
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);

@@ -126,7 +126,8 @@ QString IconSizeCatalogue::sizeFault(const QVariantMap& entry) {
     if (!entry.contains(dimensionsKey))
         return QStringLiteral("its entry in the size catalogue has no \"%1\"").arg(dimensionsKey);
     if (numbersIn(entry.value(dimensionsKey).toString()).size() < 2)
-        return QStringLiteral("\"%1\" in its entry of the size catalogue is not two numbers, such as {40, 40}")
+        return QStringLiteral(
+                   "\"%1\" in its entry of the size catalogue is not two numbers, such as {40, 40}")
             .arg(dimensionsKey);
     return {};
 }

@@ -117,7 +117,9 @@ Result<Done> putColors(std::span<const GifPixelType> indices, const ColorMapObje
                        uchar* out) {
     for (const GifPixelType index : indices) {
         if (index != transparent && index >= colors.ColorCount)
-            return PictureReader::damaged(QStringLiteral("GIF"), QStringLiteral("a pixel has a colour that is not in the colour table"));
+            return PictureReader::damaged(
+                QStringLiteral("GIF"),
+                QStringLiteral("a pixel has a colour that is not in the colour table"));
         if (index != transparent) {
             const GifColorType& color = colors.Colors[index];
             const uchar pixel[4] = {color.Red, color.Green, color.Blue, 255};

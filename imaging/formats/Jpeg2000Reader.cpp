@@ -159,7 +159,8 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
     constexpr OPJ_UINT32 mostComponents = 4;
     if (picture->numcomps > mostComponents)
         return Error{ErrorCode::Unsupported,
-                     QStringLiteral("JPEG 2000 pictures with %1 channels are not read; the most is 4").arg(picture->numcomps)};
+                     QStringLiteral("JPEG 2000 pictures with %1 channels are not read; the most is 4")
+                         .arg(picture->numcomps)};
     if (opj_decode(codec.get(), stream.get(), picture.get()) == OPJ_FALSE ||
         opj_end_decompress(codec.get(), stream.get()) == OPJ_FALSE)
         return failure();

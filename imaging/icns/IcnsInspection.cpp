@@ -163,7 +163,8 @@ class Inspector {
             result << QStringLiteral("it holds %1; its type stands for %2")
                           .arg(sizeText(info.size), sizeText(type.size()));
         if (isFile && failsInBundles(type.code))
-            result << QStringLiteral("application bundles show this type wrongly if it holds a PNG or JPEG 2000 file");
+            result << QStringLiteral(
+                "application bundles show this type wrongly if it holds a PNG or JPEG 2000 file");
         if (info.encoding == IcnsEncoding::PackedArgb)
             result << packedRemarks(element.data.sliced(argbMark.size()), type.pixelSize, 4);
         if (info.encoding == IcnsEncoding::PlainArgb)

@@ -176,7 +176,8 @@ Result<QImage> IcnsReader::storedSamples(const IcnsElement& element) const {
                 return colors(*type, element.data, this->element(type->mask));
             return plainArgb(element.data, info.size.width());
         case IcnsEncoding::Unknown:
-            return damaged(QStringLiteral("the element %1 holds a picture of an unknown kind").arg(type->code.text()));
+            return damaged(
+                QStringLiteral("the element %1 holds a picture of an unknown kind").arg(type->code.text()));
         default:
             break;
         }

@@ -24,8 +24,8 @@ struct LoadOptions {
 };
 
 /// Turns the bytes of a picture into an Image. The content decides the format, never the file's name: PNG,
-/// JPEG, TIFF, GIF (first frame), BMP, WebP, ICO and icns (largest picture), SVG. Pictures are turned upright and
-/// converted to sRGB. A picture that breaks off, is damaged or has more than 16384 × 16384 pixels is an
+/// JPEG, TIFF, GIF (first frame), BMP, WebP, ICO and icns (largest picture), SVG. Pictures are turned upright
+/// and converted to sRGB. A picture that breaks off, is damaged or has more than 16384 × 16384 pixels is an
 /// error. OutOfMemory where memory is short.
 namespace ImageSource {
 
