@@ -29,7 +29,7 @@ struct ProofFailure {
 };
 
 struct ProofPictures {
-    std::vector<ProofPicture> pictures; ///< in the file's order
+    std::vector<ProofPicture> pictures; ///< in the file's order; those of a Windows icon smallest first
     std::vector<ProofFailure> failures;
 };
 
@@ -39,9 +39,8 @@ inline constexpr int proofDrawingSide = 128;
 /// Whether these bytes begin a file that `proofPictures` may know.
 bool isProofPicture(const QByteArray& file);
 
-/// The pictures in a PNG file, an SVG document, an icns file or a Windows icon file with pictures of 32 bits.
-/// Damaged where the file is broken, Unsupported where a Windows icon is of another kind, else as ImageSource
-/// says.
+/// The pictures in a PNG file, an SVG document, an icns file or a Windows icon file. Damaged where the file
+/// is broken, else as ImageSource and IcoReader say.
 Result<ProofPictures> proofPictures(const QByteArray& file);
 
 /// The picture of every element of an icns file that has one.

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 TEST(ProofPictures, a_png_files_bytes_are_kept) {
@@ -18,13 +20,14 @@ TEST(ProofPictures, a_png_files_bytes_are_kept) {
     EXPECT_TRUE(Pictures::same(found->pictures.front().raster, raster));
 }
 
-TEST(ProofPictures, all_pictures_of_a_windows_icon_are_shown_in_its_order) {
+TEST(ProofPictures, all_pictures_of_a_windows_icon_are_shown_smallest_first) {
     std::vector<QImage> rasters;
     for (const int side : {16, 47, 256, 20})
         rasters.push_back(Pictures::translucentNoise(side, side, static_cast<unsigned>(side)));
     const Result<ProofPictures> found = proofPictures(*encodeIco(rasters));
     ASSERT_TRUE(found) << found.error().sentence.toStdString();
     ASSERT_EQ(found->pictures.size(), rasters.size());
+    std::ranges::sort(rasters, {}, &QImage::width);
     for (std::size_t i = 0; i < rasters.size(); ++i) {
         EXPECT_TRUE(Pictures::same(found->pictures[i].raster, rasters[i])) << i;
         const Result<ProofPictures> again = proofPictures(found->pictures[i].bytes);
@@ -40,15 +43,6 @@ TEST(ProofPictures, a_windows_icon_that_breaks_off_is_damaged) {
         ASSERT_FALSE(found) << length;
         EXPECT_EQ(found.error().code, ErrorCode::Damaged) << length;
     }
-}
-
-TEST(ProofPictures, a_windows_icon_with_a_palette_is_not_read) {
-    QByteArray ico = *encodeIco({Pictures::noise(16, 16, 1)});
-    constexpr qsizetype bitsAt = 22 + 14;
-    ico[bitsAt] = 8;
-    const Result<ProofPictures> found = proofPictures(ico);
-    ASSERT_FALSE(found);
-    EXPECT_EQ(found.error().code, ErrorCode::Unsupported);
 }
 
 TEST(ProofPictures, each_element_of_an_icns_file_is_shown_and_png_files_are_kept) {
