@@ -9,7 +9,7 @@ struct ProcessResult {
     int exitStatus = -1; ///< -1 if it did not start, crashed or ran for more than a minute
     QByteArray output;
     QByteArray errors;
-    double seconds = 0;
+    double seconds = 0; ///< of processor time
 
     /// The lines on standard error.
     QStringList errorLines() const;
