@@ -1,5 +1,7 @@
 #include "mainwindow/HighlightedButton.h"
 
+#include "mainwindow/ButtonLooks.h"
+#include "platform/widgets/Contrast.h"
 #include "platform/widgets/QtColor.h"
 
 #include <QApplication>
@@ -11,74 +13,11 @@
 #include <QTimer>
 #include <QToolTip>
 
-#include <algorithm>
-#include <span>
-
 namespace {
 
 constexpr Color white{1, 1, 1, 1};
 constexpr Color black{0, 0, 0, 1};
 constexpr Color clear{0, 0, 0, 0};
-
-constexpr Color rgb(int red, int green, int blue, double alpha = 1) {
-    return {red / 255.0, green / 255.0, blue / 255.0, alpha};
-}
-
-enum class Picture { Normal, Selected, None };
-
-/// One row of a look's table, in the order of its columns. A member without a value leaves the button as it
-/// is.
-// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding)
-struct Row {
-    int tag;
-    bool wantsLayer;
-    Picture picture;
-    std::optional<Color> background;
-    std::optional<double> cornerRadius;
-    std::optional<Color> borderColor;
-    std::optional<double> borderWidth;
-    bool hasRegularFont;
-    std::optional<Color> foreground;
-    int timesTitleIsSet; ///< 2: before the row's font and colour are applied, and after
-};
-
-constexpr std::optional<Color> noColor;
-constexpr std::optional<double> noNumber;
-
-// clang-format off
-constexpr Row defaultLook[] = {
-    {101, true,  Picture::Normal, noColor,                 1.0,      noColor,         noNumber, false, noColor,         1},
-    {102, false, Picture::Normal, noColor,                 noNumber, noColor,         noNumber, false, noColor,         0},
-    {103, true,  Picture::Normal, noColor,                 1.0,      noColor,         noNumber, false, noColor,         1},
-    {104, true,  Picture::Normal, rgb(16, 16, 16),         1.0,      rgb(24, 27, 27), 2.0,      false, noColor,         1},
-    {105, true,  Picture::Normal, noColor,                 1.0,      noColor,         noNumber, false, rgb(30, 30, 30), 1},
-    {106, true,  Picture::None,   rgb(205, 205, 205),      4.0,      noColor,         noNumber, true,  rgb(30, 30, 30), 1},
-    {107, true,  Picture::None,   rgb(167, 166, 165, 0.5), 4.0,      noColor,         noNumber, true,  white,           1},
-    {108, true,  Picture::None,   rgb(57, 57, 58),         4.0,      noColor,         noNumber, true,  white,           1},
-};
-
-constexpr Row highlightedLook[] = {
-    {101, true,  Picture::Selected, noColor,                 1.0,      noColor,         noNumber, false, noColor,         1},
-    {102, false, Picture::Selected, noColor,                 noNumber, noColor,         noNumber, false, noColor,         0},
-    {103, true,  Picture::Selected, noColor,                 1.0,      noColor,         noNumber, false, noColor,         1},
-    {104, true,  Picture::Selected, rgb(20, 20, 20),         1.0,      rgb(34, 37, 37), 2.0,      true,  noColor,         1},
-    {105, true,  Picture::Selected, noColor,                 1.0,      noColor,         noNumber, false, rgb(30, 30, 30), 1},
-    {106, true,  Picture::None,     rgb(180, 180, 180),      4.0,      noColor,         noNumber, true,  rgb(30, 30, 30), 2},
-    {107, true,  Picture::None,     rgb(187, 186, 185, 0.5), 4.0,      noColor,         noNumber, true,  white,           2},
-    {108, true,  Picture::None,     rgb(67, 67, 68),         4.0,      noColor,         noNumber, true,  white,           2},
-};
-
-constexpr Row disabledLook[] = {
-    {102, false, Picture::Selected, noColor, noNumber, noColor, noNumber, false, noColor, 0},
-    {103, true,  Picture::Selected, noColor, 4.0,      noColor, noNumber, false, noColor, 1},
-    {107, true,  Picture::Selected, noColor, 4.0,      noColor, noNumber, false, noColor, 1},
-};
-// clang-format on
-
-const Row* rowOf(std::span<const Row> look, int tag) {
-    const auto found = std::ranges::find(look, tag, &Row::tag);
-    return found != look.end() ? &*found : nullptr;
-}
 
 constexpr int highlightMilliseconds = 100;
 
@@ -104,12 +43,22 @@ void HighlightedButton::awakeAll(QWidget& window) {
 
 void HighlightedButton::awakeFromNib() {
     m_isEnabled = true;
+    m_tagInLight = m_tag;
+    takeTagOfDesktop();
     _imgNormalState = icon();
     _imgSelectedState = m_alternateImage;
     setButtonDefault();
     createTrackingArea();
     // The look may need more room.
     updateGeometry();
+}
+
+/// True where the tag changes.
+bool HighlightedButton::takeTagOfDesktop() {
+    const int before = m_tag;
+    if (m_tagInDark != 0 && m_tagInLight != 0)
+        m_tag = isDark(palette()) ? m_tagInDark : m_tagInLight;
+    return m_tag != before;
 }
 
 void HighlightedButton::createTrackingArea() {
@@ -120,11 +69,13 @@ void HighlightedButton::createTrackingArea() {
 void HighlightedButton::mouseEntered() {
     // Over a disabled widget Qt shows the pointer of the widget's window.
     window()->setCursor(Qt::PointingHandCursor);
+    m_isPointedAt = true;
     setButtonHighlighted();
 }
 
 void HighlightedButton::mouseExited() {
     window()->setCursor(Qt::ArrowCursor);
+    m_isPointedAt = false;
     setButtonDefault();
 }
 
@@ -169,11 +120,12 @@ void HighlightedButton::setAttributedTitle(const AttributedTitle& title) {
 namespace {
 
 /// Gives `button` the look of `row`. `title` is the button's title in the first style of that look.
-void applyRow(HighlightedButton& button, const Row& row, AttributedTitle title, const QFont& regularFont) {
+void applyRow(HighlightedButton& button, const ButtonLookRow& row, AttributedTitle title,
+              const QFont& regularFont) {
     Layer& layer = button.layer();
-    button.setIcon(row.picture == Picture::Normal     ? button.imgNormalState()
-                   : row.picture == Picture::Selected ? button.imgSelectedState()
-                                                      : QIcon());
+    button.setIcon(row.picture == ButtonPicture::Normal     ? button.imgNormalState()
+                   : row.picture == ButtonPicture::Selected ? button.imgSelectedState()
+                                                            : QIcon());
     if (row.background)
         layer.setBackgroundColor(row.background);
     if (row.cornerRadius)
@@ -197,7 +149,7 @@ void applyRow(HighlightedButton& button, const Row& row, AttributedTitle title, 
 
 void HighlightedButton::setButtonDefault() {
     const AttributedTitle title = styledTitle(white, false);
-    if (const Row* row = rowOf(defaultLook, m_tag)) {
+    if (const ButtonLookRow* row = rowOf(ButtonLook::Default, m_tag)) {
         m_wantsLayer = m_wantsLayer || row->wantsLayer;
         applyRow(*this, *row, title, systemFont(false));
     }
@@ -206,7 +158,7 @@ void HighlightedButton::setButtonDefault() {
 
 void HighlightedButton::setButtonHighlighted() {
     const AttributedTitle title = styledTitle(white, true);
-    if (const Row* row = rowOf(highlightedLook, m_tag)) {
+    if (const ButtonLookRow* row = rowOf(ButtonLook::Highlighted, m_tag)) {
         m_wantsLayer = m_wantsLayer || row->wantsLayer;
         applyRow(*this, *row, title, systemFont(false));
     }
@@ -214,7 +166,7 @@ void HighlightedButton::setButtonHighlighted() {
 
 void HighlightedButton::setDisabled() {
     const AttributedTitle title = styledTitle(black, true);
-    if (const Row* row = rowOf(disabledLook, m_tag)) {
+    if (const ButtonLookRow* row = rowOf(ButtonLook::Disabled, m_tag)) {
         m_wantsLayer = m_wantsLayer || row->wantsLayer;
         applyRow(*this, *row, title, systemFont(false));
     }
@@ -244,11 +196,13 @@ void HighlightedButton::drawContent(QPainter& painter) {
     constexpr int gap = 4;
     constexpr double disabledOpacity = 0.6;
     painter.save();
-    if (!QPushButton::isEnabled())
+    if (!QPushButton::isEnabled() && !isDimmed())
         painter.setOpacity(disabledOpacity);
     const AttributedTitle whole = shownTitle();
-    const AttributedTitle::Attributes attributes = whole.attributes.value_or(AttributedTitle::Attributes{
+    AttributedTitle::Attributes attributes = whole.attributes.value_or(AttributedTitle::Attributes{
         fromQColor(palette().color(QPalette::ButtonText)), font(), Qt::AlignCenter});
+    if (isDimmed())
+        attributes.foreground = fromQColor(palette().color(QPalette::Disabled, QPalette::WindowText));
     painter.setFont(attributes.font);
     painter.setPen(toQColor(attributes.foreground));
     const QFontMetrics metrics(attributes.font);
@@ -273,9 +227,48 @@ void HighlightedButton::drawContent(QPainter& painter) {
     painter.restore();
 }
 
+/// Whether the button is disabled, and its table has no look for that. A button with colours of its own then
+/// shows little of them, unless the mouse is over it.
+bool HighlightedButton::isDimmed() const {
+    return !QPushButton::isEnabled() && !m_isPointedAt && m_layer.backgroundColor() &&
+           rowOf(ButtonLook::Disabled, m_tag) == nullptr;
+}
+
+/// What the button stands on.
+QColor HighlightedButton::ground() const {
+    return parentWidget() != nullptr ? parentWidget()->palette().color(parentWidget()->backgroundRole())
+                                     : palette().color(QPalette::Window);
+}
+
+/// Draws an outline where the button's colour alone does not stand out from its ground.
+void HighlightedButton::drawEdge(QPainter& painter) const {
+    if (!m_layer.backgroundColor() || m_layer.borderColor() || !QPushButton::isEnabled())
+        return;
+    const QColor own = toQColor(*m_layer.backgroundColor());
+    if (contrastRatio(mixed(own, ground(), own.alphaF()), ground()) >= leastEdgeContrast)
+        return;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(mixed(palette().color(QPalette::WindowText), ground(), 0.5), 1));
+    const double radius = qMax(0.0, m_layer.cornerRadius() - 0.5);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+}
+
 void HighlightedButton::paintEvent(QPaintEvent* event) {
     if (!m_hasAttributedTitle && !m_layer.backgroundColor()) {
         QPushButton::paintEvent(event);
+        return;
+    }
+    if (isDimmed()) {
+        constexpr float share = 0.15F;
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        QColor own = toQColor(*m_layer.backgroundColor());
+        own.setAlphaF(own.alphaF() * share);
+        painter.setBrush(own);
+        painter.drawRoundedRect(rect(), m_layer.cornerRadius(), m_layer.cornerRadius());
+        drawContent(painter);
         return;
     }
     m_layer.draw(event->rect(), [this](QPainter& painter) {
@@ -287,6 +280,7 @@ void HighlightedButton::paintEvent(QPaintEvent* event) {
             style()->drawControl(QStyle::CE_PushButtonBevel, &option, &painter, this);
         }
         drawContent(painter);
+        drawEdge(painter);
         if (isDown()) {
             painter.setRenderHint(QPainter::Antialiasing);
             painter.setPen(Qt::NoPen);
@@ -329,6 +323,12 @@ void HighlightedButton::leaveEvent(QEvent* event) {
 
 void HighlightedButton::changeEvent(QEvent* event) {
     QPushButton::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && takeTagOfDesktop()) {
+        if (m_isEnabled)
+            setButtonDefault();
+        else
+            setDisabled();
+    }
     if (event->type() != QEvent::FontChange || !m_attributedTitle.attributes)
         return;
     // The title keeps its look and takes the button's new font size.

@@ -32,6 +32,7 @@ struct AttributedTitle {
 class HighlightedButton final : public QPushButton {
     Q_OBJECT
     Q_PROPERTY(int tag READ tag WRITE setTag)
+    Q_PROPERTY(int tagInDark READ tagInDark WRITE setTagInDark)
     Q_PROPERTY(QIcon alternateImage READ alternateImage WRITE setAlternateImage)
 
   public:
@@ -42,6 +43,10 @@ class HighlightedButton final : public QPushButton {
 
     int tag() const { return m_tag; }
     void setTag(int tag) { m_tag = tag; }
+
+    /// The tag that the button takes while the desktop is dark. Without it, 0, the tag stays.
+    int tagInDark() const { return m_tagInDark; }
+    void setTagInDark(int tag) { m_tagInDark = tag; }
 
     /// The image of the highlighted and the disabled look. The image of the default look is `icon`.
     const QIcon& alternateImage() const { return m_alternateImage; }
@@ -103,8 +108,14 @@ class HighlightedButton final : public QPushButton {
     int titleWidth() const;
     void drawContent(QPainter& painter);
     void drawFocusRing();
+    void drawEdge(QPainter& painter) const;
+    bool isDimmed() const;
+    bool takeTagOfDesktop();
+    QColor ground() const;
 
     int m_tag = 0;
+    int m_tagInLight = 0;
+    int m_tagInDark = 0;
     QIcon m_alternateImage;
     bool m_isEnabled = true;
     QIcon _imgNormalState;
@@ -114,5 +125,6 @@ class HighlightedButton final : public QPushButton {
     bool m_allowsExpansionToolTips = false;
     bool m_wantsLayer = false;
     bool m_isTracking = false;
+    bool m_isPointedAt = false;
     Layer m_layer{*this};
 };

@@ -15,6 +15,7 @@ class TetraSliderCell final : public SliderCell {
     void drawKnob(QPainter& painter, const QRectF& knobRect) override;
     /// `flipped` is ignored.
     void drawBarInside(QPainter& painter, const QRectF& barRect, bool flipped) override;
+    QRectF barBody(const QRectF& barRect) const override { return track(barRect); }
 
     // Where the parts are drawn, in points.
     static QRectF knobCircle(const QRectF& knobRect);

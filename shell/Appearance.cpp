@@ -1,5 +1,7 @@
 #include "shell/Appearance.h"
 
+#include "platform/widgets/Contrast.h"
+#include "platform/widgets/OutlineStyle.h"
 #include "platform/widgets/QtColor.h"
 
 #include <QApplication>
@@ -30,14 +32,10 @@ Colors colorsFor(bool isDark) {
             QColor(255, 255, 255), QColor(10, 95, 180),   QColor(255, 255, 255)};
 }
 
-bool isDark(const QPalette& palette) {
-    return palette.color(QPalette::Active, QPalette::Window).lightness() <
-           palette.color(QPalette::Active, QPalette::WindowText).lightness();
-}
-
 } // namespace
 
 Appearance::Appearance(QApplication& application) : m_application(application) {
+    QApplication::setStyle(new OutlineStyle);
     apply();
     application.installEventFilter(this);
 }

@@ -5,8 +5,9 @@
 
 class QApplication;
 
-/// The application's colours: a light and a dark set. The desktop's palette decides which set is used, also
-/// when it changes while the program runs. Both sets go with the dark sliders and buttons of the layouts.
+/// The application's colours, a light and a dark set, and the edges of its controls. The desktop's palette
+/// decides which set is used, also when it changes while the program runs. Both sets go with the dark sliders
+/// and buttons of the layouts.
 class Appearance final : public QObject {
     Q_OBJECT
 

@@ -1,5 +1,6 @@
 #include "platform/widgets/ColorWell.h"
 
+#include "platform/widgets/Contrast.h"
 #include "platform/widgets/QtColor.h"
 
 #include <QColorDialog>
@@ -89,9 +90,7 @@ void ColorWell::paintEvent(QPaintEvent* /*event*/) {
         painter.fillPath(dark.intersected(shape), QColor(190, 190, 190));
     }
     painter.fillPath(shape, qcolor());
-    QColor outline = palette().color(QPalette::WindowText);
-    outline.setAlphaF(0.5F);
-    painter.setPen(QPen(outline, 1));
+    painter.setPen(QPen(edgeColor(palette()), 1));
     painter.drawPath(shape);
     if (hasFocus()) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), 2));

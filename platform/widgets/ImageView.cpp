@@ -1,6 +1,7 @@
 #include "platform/widgets/ImageView.h"
 
 #include "imaging/drawing/GraphicsContext.h"
+#include "platform/widgets/Contrast.h"
 #include "platform/widgets/QtColor.h"
 
 #include <QFocusEvent>
@@ -123,7 +124,7 @@ void ImageView::drawPlaceholder(QPainter& painter) const {
     const QColor accent = colors.color(QPalette::Highlight);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF frame = QRectF(rect()).adjusted(1, 1, -1, -1);
-    QPen outline(m_isDropHighlighted ? accent : mixed(text, ground, 0.45), m_isDropHighlighted ? 3 : 1.5);
+    QPen outline(m_isDropHighlighted ? accent : edgeColor(colors), m_isDropHighlighted ? 3 : 1.5);
     if (!m_isDropHighlighted)
         outline.setDashPattern({4, 3});
     painter.setPen(outline);

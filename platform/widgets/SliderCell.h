@@ -14,4 +14,7 @@ class SliderCell {
 
     virtual void drawKnob(QPainter& painter, const QRectF& knobRect) = 0;
     virtual void drawBarInside(QPainter& painter, const QRectF& barRect, bool flipped) = 0;
+
+    /// The part of `barRect` that the bar's body covers.
+    virtual QRectF barBody(const QRectF& barRect) const = 0;
 };

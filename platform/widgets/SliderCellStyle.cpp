@@ -1,5 +1,7 @@
 #include "platform/widgets/SliderCellStyle.h"
 
+#include "platform/widgets/Contrast.h"
+
 #include <QPainter>
 #include <QStyleOptionSlider>
 #include <QWidget>
@@ -11,6 +13,15 @@ namespace {
 /// In points: room for the shadows, and enough height to click at.
 constexpr int controlHeight = 22;
 constexpr double disabledOpacity = 0.5;
+
+/// A bar is dark. On a dark window it lies on a lighter ground, a little larger than the bar.
+void drawGround(QPainter& painter, const QRectF& bar, const QPalette& palette) {
+    constexpr double margin = 2;
+    const QRectF ground = bar.adjusted(-1, -margin, 1, margin);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(edgeColor(palette));
+    painter.drawRoundedRect(ground, ground.height() / 2, ground.height() / 2);
+}
 
 } // namespace
 
@@ -66,7 +77,10 @@ void SliderCellStyle::drawComplexControl(ComplexControl control, const QStyleOpt
                       rect.width(), rect.height());
     };
     const QRectF knob = turned(subControlRect(control, option, SC_SliderHandle, widget));
-    m_cell->drawBarInside(upward, turned(subControlRect(control, option, SC_SliderGroove, widget)), false);
+    const QRectF bar = turned(subControlRect(control, option, SC_SliderGroove, widget));
+    if (isDark(option->palette))
+        drawGround(upward, m_cell->barBody(bar), option->palette);
+    m_cell->drawBarInside(upward, bar, false);
     m_cell->drawKnob(upward, knob);
     if (option->state.testFlag(State_HasFocus)) {
         upward.setPen(QPen(option->palette.color(QPalette::Highlight), 2));

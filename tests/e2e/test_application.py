@@ -101,7 +101,7 @@ class ApplicationTest(unittest.TestCase):
             self.generate_into(desktop, out)
             wait_for(desktop.opened, "the folder to be opened")
             expected = desktop.folder / "expected"
-            style = ["--round-corner=0.235", "--border=0.0525", "--border-color=#333333"]
+            style = ["--round-corner=0.235", "--border=0.0525", "--border-color=#828286"]
             self.cli(expected, "--platform=iphone", *style)
             self.assert_same_tree(out, expected)
             self.assertEqual(desktop.opened(), [f"file://{out}"])
@@ -255,7 +255,9 @@ class ApplicationTest(unittest.TestCase):
         x, y, width, height = desktop.extents(button)
         # A place in the button's left part, beside the title.
         at = (x + 20, y + height // 2)
-        for place, color in (((x + width // 2, at[1]), "#434344"), ((at[0], at[1] - 60), "#39393A")):
+        disabled = desktop.color(*at)
+        self.assertNotEqual(disabled, "#39393A", "weaker than an enabled one")
+        for place, color in (((x + width // 2, at[1]), "#434344"), ((at[0], at[1] - 60), disabled)):
             desktop.run("xdotool", "mousemove", *map(str, place))
             wait_for(lambda: desktop.color(*at) == color, f"the colour {color}")
 

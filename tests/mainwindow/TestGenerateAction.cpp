@@ -138,7 +138,7 @@ TEST_F(GenerateAction, uses_the_controls_style) {
     choose(sheet<QFileDialog>(), out.path());
     const QImage icon(out.filePath(QStringLiteral("iphone/AppIcon.appiconset/Icon-App-20x20@2x.png")));
     EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0);
-    EXPECT_EQ(icon.pixelColor(20, 0), QColor(51, 51, 51));
+    EXPECT_EQ(icon.pixelColor(20, 0), QColor(130, 130, 134));
     EXPECT_EQ(icon.pixelColor(20, 20), QColor(Qt::red));
 }
 

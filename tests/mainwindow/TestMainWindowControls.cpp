@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr Color startColor{130 / 255.0, 130 / 255.0, 134 / 255.0, 1};
+
 using MainWindowControls = MainWindowFixture;
 
 std::vector<QWidget*> sevenControls(const MainWindowController& controller) {
@@ -33,6 +35,7 @@ TEST_F(MainWindowControls, start_as_the_layout_says) {
     // until the slider moves.
     IconStyle style;
     style.cornerRadiusPercent = 0;
+    style.borderColor = startColor;
     EXPECT_EQ(controller->iconStyle(), style);
     EXPECT_EQ(controller->imgViewIcon->width(), controller->imgViewIcon->height());
     EXPECT_GE(controller->imgViewIcon->width(), 256);
@@ -179,7 +182,7 @@ TEST_F(MainWindowControls, the_border_box_copies_width_and_colour_also_when_swit
     controller->borderCheckButton->click();
     EXPECT_TRUE(controller->imgViewIcon->isBorder());
     EXPECT_EQ(controller->imgViewIcon->borderWidth(), 0.05F);
-    EXPECT_EQ(controller->imgViewIcon->borderColor(), (Color{0.2, 0.2, 0.2, 1}));
+    EXPECT_EQ(controller->imgViewIcon->borderColor(), startColor);
     controller->sliderBorderWidth->setFloatValue(0.125F);
     controller->colorPicker->setColor({0, 1, 0, 1});
     controller->borderCheckButton->click();
@@ -206,7 +209,7 @@ TEST_F(MainWindowControls, width_and_colour_actions_read_the_outlets_and_not_the
     controller->sliderBorderWidthAction(&otherSlider);
     controller->colorPickerAction(&otherWell);
     EXPECT_EQ(controller->imgViewIcon->borderWidth(), 0.05F);
-    EXPECT_EQ(controller->imgViewIcon->borderColor(), (Color{0.2, 0.2, 0.2, 1}));
+    EXPECT_EQ(controller->imgViewIcon->borderColor(), startColor);
     // The other actions read the sender.
     controller->sliderCornerRadiusAction(&otherSlider);
     EXPECT_EQ(controller->imgViewIcon->cornerRadiusPercent(), 1.0F);
