@@ -3,6 +3,7 @@
 #include "platform/widgets/BackgroundMover.h"
 #include "platform/widgets/ScaledFont.h"
 #include "shell/BFPageControl.h"
+#include "shell/PageGround.h"
 #include "ui_PromotionWindow.h"
 
 #include <QLayout>
@@ -70,6 +71,7 @@ void PromotionWindow::setEmpty(bool isEmpty) {
 
 void PromotionWindow::placePageControl(BFPageControl& control) {
     control.setVisible(control.numberOfPages() > 0);
+    new PageGround(control);
     QWidget::setTabOrder(m_open, &control);
     QWidget::setTabOrder(&control, btnCheckDontShow);
 }
