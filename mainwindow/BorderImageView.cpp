@@ -1,7 +1,6 @@
 #include "mainwindow/BorderImageView.h"
 
 #include "files/PathBytes.h"
-#include "imaging/io/ImageSource.h"
 #include "mainwindow/MimeContents.h"
 #include "platform/services/NotificationCenter.h"
 #include "platform/widgets/QtColor.h"
@@ -75,23 +74,27 @@ bool BorderImageView::performDragOperation(const QMimeData* sender) {
     if (sender == nullptr || !sender->hasUrls())
         return true;
     const QStringList paths = MimeContents::fileNames(*sender);
-    if (paths.isEmpty())
-        return true;
-    const Result<LoadedPicture> picture =
-        ImageSource::loadFile(PathBytes::encoded(paths.last()).toStdString());
-    showArrived(picture ? picture->image : Image());
+    if (!paths.isEmpty())
+        takeFile(paths.last());
     return true;
 }
 
-void BorderImageView::takePicture(const QByteArray& bytes) {
-    const Result<LoadedPicture> picture = ImageSource::load(bytes);
-    showArrived(picture ? picture->image : Image());
+void BorderImageView::takeFile(const QString& path) {
+    showArrived(path, ImageSource::loadFile(PathBytes::encoded(path).toStdString()));
 }
 
-void BorderImageView::showArrived(const Image& image) {
-    setImage(image);
+void BorderImageView::takePicture(const QByteArray& bytes) {
+    showArrived({}, ImageSource::load(bytes));
+}
+
+void BorderImageView::showArrived(const QString& path, const Result<LoadedPicture>& picture) {
+    setImage(picture ? picture->image : Image());
     describe();
     NotificationCenter::defaultCenter().postNotification(imageAdded);
+    if (picture)
+        Q_EMIT pictureArrived(path, *picture);
+    else
+        Q_EMIT pictureRefused(path, picture.error().sentence);
 }
 
 void BorderImageView::describe() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/drawing/Path.h"
+#include "imaging/io/ImageSource.h"
 #include "platform/widgets/Accessibility.h"
 #include "platform/widgets/ImageView.h"
 
@@ -49,6 +50,10 @@ class BorderImageView : public ImageView, public AccessiblePress {
     /// view and posts "imageAdded" too. A drag without files changes nothing. Always true.
     bool performDragOperation(const QMimeData* sender);
 
+    /// Shows the picture in the file at `path` and posts "imageAdded". A file that is no picture clears the
+    /// view.
+    void takeFile(const QString& path);
+
     /// Shows the picture with the file content `bytes` and posts "imageAdded". Bytes that are no picture
     /// clear the view.
     void takePicture(const QByteArray& bytes);
@@ -61,6 +66,10 @@ class BorderImageView : public ImageView, public AccessiblePress {
   Q_SIGNALS:
     /// The view was clicked, or Space or Return pressed in it.
     void pressed();
+    /// The view shows `picture`, from the file at `path`. The path of pasted bytes is empty.
+    void pictureArrived(const QString& path, const LoadedPicture& picture);
+    /// The file at `path` is no picture that can be shown, for the reason `sentence`. The view is empty.
+    void pictureRefused(const QString& path, const QString& sentence);
 
   protected:
     void drawRect(QPainter& painter, const QRectF& rect) override;
@@ -76,7 +85,7 @@ class BorderImageView : public ImageView, public AccessiblePress {
   private:
     void followDrag(const QDropEvent& event);
     void endDrag();
-    void showArrived(const Image& image);
+    void showArrived(const QString& path, const Result<LoadedPicture>& picture);
     void describe();
 
     bool _roundCorner = false;

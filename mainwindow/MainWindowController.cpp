@@ -243,6 +243,11 @@ void MainWindowController::openPicture() {
     panel->open();
 }
 
+void MainWindowController::openFile(const QString& path) {
+    if (imgViewIcon != nullptr && !showsPanel())
+        imgViewIcon->takeFile(path);
+}
+
 void MainWindowController::copyPicture() {
     const Image picture = sourceImage();
     if (picture.isNull())

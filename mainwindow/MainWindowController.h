@@ -62,6 +62,8 @@ class MainWindowController final : public WindowController, public GenerationInp
     /// Asks for a file and does what a drop of it does. Does nothing while a panel or alert blocks the
     /// window.
     void openPicture();
+    /// Does what a drop of the file at `path` does.
+    void openFile(const QString& path);
     /// Puts the picture of the well on the clipboard.
     void copyPicture();
     /// Does what a drop of the clipboard's files or picture does. Other contents change nothing.

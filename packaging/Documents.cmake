@@ -11,3 +11,6 @@ configure_file(copyright.in copyright @ONLY)
 
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/copyright ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
         DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/tobrimax)
+# The application's Help menu opens the guide. The guide leads to the others.
+file(GLOB guides CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/*.md)
+install(FILES ${guides} DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/tobrimax/docs)

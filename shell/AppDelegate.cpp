@@ -54,6 +54,7 @@ void AppDelegate::setupInitialController() {
         auto* menu = new MainMenu(*windowController, *qobject_cast<QMainWindow*>(_window),
                                   [this] { return windowWillReturnUndoManager(_window); });
         connect(menu, &MainMenu::saveAsked, this, &AppDelegate::saveAction);
+        connect(menu, &MainMenu::guideAsked, this, &AppDelegate::showGuide);
         connect(menu, &MainMenu::helpAsked, this, &AppDelegate::showHelpUrl);
         connect(menu, &MainMenu::suggestionsAsked, this, &AppDelegate::showPromotionWindow);
     }
@@ -135,6 +136,14 @@ void AppDelegate::btnQuitApp(QObject* /*sender*/) {
 
 void AppDelegate::showHelpUrl(QObject* /*sender*/) {
     _surroundings.mainWindow.workspace.openURL(QUrl(QString::fromLatin1(helpAddress)));
+}
+
+void AppDelegate::showGuide() {
+    const QString guide = _surroundings.mainWindow.bundle.pathForDocument(QStringLiteral("docs/guide.md"));
+    if (guide.isEmpty())
+        showHelpUrl(this);
+    else
+        _surroundings.mainWindow.workspace.openURL(QUrl::fromLocalFile(guide));
 }
 
 void AppDelegate::applicationWillTerminate(const Notification& /*notification*/) {}

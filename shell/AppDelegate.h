@@ -86,6 +86,8 @@ class AppDelegate final : public QObject, public ApplicationDelegate, public BFP
     // Actions.
     void btnQuitApp(QObject* sender);
     void showHelpUrl(QObject* sender);
+    /// Opens the installed guide. Where there is no guide, the maker's site.
+    void showGuide();
 
     // Saved data.
     /// The folder of the store's file. It may not exist yet.

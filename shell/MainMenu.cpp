@@ -1,5 +1,6 @@
 #include "shell/MainMenu.h"
 
+#include "files/PathBytes.h"
 #include "mainwindow/MainWindowController.h"
 #include "platform/widgets/Application.h"
 #include "platform/widgets/ColorWell.h"
@@ -7,6 +8,7 @@
 #include "shell/AboutBox.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
@@ -35,7 +37,6 @@ MainMenu::MainMenu(MainWindowController& controller, QMainWindow& window,
                    std::function<QUndoStack*()> undoManager)
     : QObject(&window), m_controller(controller), m_window(window), m_undoManager(std::move(undoManager)) {
     QMenuBar& bar = *window.menuBar();
-    addApplicationMenu(bar);
     addFileMenu(bar);
     addEditMenu(bar);
     addViewMenu(bar);
@@ -43,36 +44,49 @@ MainMenu::MainMenu(MainWindowController& controller, QMainWindow& window,
     addHelpMenu(bar);
 }
 
-void MainMenu::addApplicationMenu(QMenuBar& bar) {
-    QMenu* menu = bar.addMenu(tr("&Tobrimax"));
-    QAction* about = menu->addAction(tr("&About Tobrimax"), this, [this] {
-        auto* box = new AboutBox(&m_window);
-        box->show();
-    });
-    about->setMenuRole(QAction::AboutRole);
-    menu->addSeparator();
-    QAction* quit = menu->addAction(tr("&Quit Tobrimax"), this,
-                                    [this] { Application::sharedApplication()->terminate(this); });
-    quit->setMenuRole(QAction::QuitRole);
-    quit->setShortcut(QKeySequence(QKeySequence::Quit));
-    quit->setShortcutContext(Qt::ApplicationShortcut);
-}
-
 void MainMenu::addFileMenu(QMenuBar& bar) {
     MainWindowController* controller = &m_controller;
     QMenu* menu = bar.addMenu(tr("&File"));
     menu->addAction(tr("&Open Picture…"), QKeySequence(QKeySequence::Open), controller,
                     &MainWindowController::openPicture);
+    m_recent = menu->addMenu(tr("Open &Recent"));
+    connect(menu, &QMenu::aboutToShow, this, &MainMenu::listRecent);
+    connect(controller->imgViewIcon, &BorderImageView::pictureArrived, this, [this](const QString& path) {
+        if (!path.isEmpty())
+            m_recentPictures.add(path);
+    });
+    listRecent();
+    menu->addSeparator();
     QAction* generate = menu->addAction(tr("&Generate…"), QKeySequence(Qt::CTRL | Qt::Key_G),
                                         controller->generateBtn.data(), &QPushButton::click);
     followControl(generate, controller->generateBtn);
     menu->addSeparator();
-    QAction* save = menu->addAction(tr("&Save"), QKeySequence(QKeySequence::Save), this,
-                                    [this] { Q_EMIT saveAsked(this); });
-    save->setShortcutContext(Qt::ApplicationShortcut);
     QAction* close =
         menu->addAction(tr("&Close"), QKeySequence(QKeySequence::Close), this, closeActiveWindow);
     close->setShortcutContext(Qt::ApplicationShortcut);
+    // Icons are written by Generate. This item has no shortcut, lest it be taken for that.
+    menu->addAction(tr("&Save Application Data"), this, [this] { Q_EMIT saveAsked(this); });
+    menu->addSeparator();
+    QAction* quit = menu->addAction(tr("&Quit Tobrimax"), this,
+                                    [this] { Application::sharedApplication()->terminate(this); });
+    // macOS moves items of this role into the application's own menu.
+    quit->setMenuRole(QAction::QuitRole);
+    quit->setShortcut(QKeySequence(QKeySequence::Quit));
+    quit->setShortcutContext(Qt::ApplicationShortcut);
+}
+
+/// Fills the menu of the pictures that were opened last. Other programs may have changed the list.
+void MainMenu::listRecent() {
+    m_recent->clear();
+    for (const QString& path : m_recentPictures.paths()) {
+        QString name = PathBytes::withReplacements(path.section(u'/', -1));
+        // A single & would make its next letter a shortcut.
+        QAction* item = m_recent->addAction(name.replace(u'&', QStringLiteral("&&")), this,
+                                            [this, path] { m_controller.openFile(path); });
+        item->setToolTip(PathBytes::withReplacements(path));
+    }
+    m_recent->setToolTipsVisible(true);
+    m_recent->setEnabled(!m_recent->isEmpty());
 }
 
 void MainMenu::addEditMenu(QMenuBar& bar) {
@@ -111,6 +125,8 @@ void MainMenu::validateEdit() {
 void MainMenu::addViewMenu(QMenuBar& bar) {
     MainWindowController* controller = &m_controller;
     QMenu* menu = bar.addMenu(tr("&View"));
+    addPlatforms(*menu->addMenu(tr("&Platform")));
+    menu->addSeparator();
     // Each item shows the state of its check box, and does what a click on the box does.
     const auto addSwitch = [&](const QString& text, QCheckBox* control) {
         QAction* action = menu->addAction(text);
@@ -127,6 +143,27 @@ void MainMenu::addViewMenu(QMenuBar& bar) {
     followControl(color, controller->colorPicker);
 }
 
+/// Each item chooses a platform as the list in the window does.
+void MainMenu::addPlatforms(QMenu& menu) {
+    QComboBox* list = m_controller.platformSelection;
+    auto* group = new QActionGroup(&menu);
+    for (int index = 0; index < list->count(); ++index) {
+        QAction* action = menu.addAction(list->itemText(index), QKeySequence(Qt::CTRL | (Qt::Key_1 + index)));
+        action->setCheckable(true);
+        action->setChecked(index == list->currentIndex());
+        action->setActionGroup(group);
+        connect(action, &QAction::triggered, list, [list, index] {
+            list->setCurrentIndex(index);
+            Q_EMIT list->activated(index);
+        });
+        followControl(action, list);
+    }
+    connect(list, &QComboBox::currentIndexChanged, group, [group](int index) {
+        if (index >= 0 && index < group->actions().size())
+            group->actions().at(index)->setChecked(true);
+    });
+}
+
 void MainMenu::addWindowMenu(QMenuBar& bar) {
     QMenu* menu = bar.addMenu(tr("&Window"));
     menu->addAction(tr("&Minimise"), QKeySequence(Qt::CTRL | Qt::Key_M), &m_window, &QWidget::showMinimized);
@@ -136,8 +173,16 @@ void MainMenu::addWindowMenu(QMenuBar& bar) {
 
 void MainMenu::addHelpMenu(QMenuBar& bar) {
     QMenu* menu = bar.addMenu(tr("&Help"));
-    menu->addAction(tr("Tobrimax &Help"), QKeySequence(QKeySequence::HelpContents), this,
-                    [this] { Q_EMIT helpAsked(this); });
+    menu->addAction(tr("Tobrimax &Guide"), QKeySequence(QKeySequence::HelpContents), this,
+                    &MainMenu::guideAsked);
+    menu->addAction(tr("Tobrimax &Web Site"), this, [this] { Q_EMIT helpAsked(this); });
     menu->addSeparator();
     menu->addAction(tr("&More from Varnholt…"), this, &MainMenu::suggestionsAsked);
+    menu->addSeparator();
+    QAction* about = menu->addAction(tr("&About Tobrimax"), this, [this] {
+        auto* box = new AboutBox(&m_window);
+        box->show();
+    });
+    // macOS moves items of this role into the application's own menu.
+    about->setMenuRole(QAction::AboutRole);
 }

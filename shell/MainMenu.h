@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/RecentPictures.h"
+
 #include <QObject>
 
 #include <functional>
@@ -22,21 +24,25 @@ class MainMenu final : public QObject {
 
   Q_SIGNALS:
     void saveAsked(QObject* sender);
+    void guideAsked();
     void helpAsked(QObject* sender);
     void suggestionsAsked();
 
   private:
-    void addApplicationMenu(QMenuBar& bar);
     void addFileMenu(QMenuBar& bar);
     void addEditMenu(QMenuBar& bar);
     void addViewMenu(QMenuBar& bar);
     void addWindowMenu(QMenuBar& bar);
     void addHelpMenu(QMenuBar& bar);
+    void addPlatforms(QMenu& menu);
     void validateEdit();
+    void listRecent();
 
     MainWindowController& m_controller;
     QMainWindow& m_window;
     std::function<QUndoStack*()> m_undoManager;
+    RecentPictures m_recentPictures;
+    QMenu* m_recent = nullptr;
     QAction* m_undo = nullptr;
     QAction* m_redo = nullptr;
     QAction* m_copy = nullptr;

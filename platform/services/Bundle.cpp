@@ -5,6 +5,19 @@
 #include <QCoreApplication>
 #include <QFile>
 
+#include <algorithm>
+
+namespace {
+
+/// The first of the paths that exists, else an empty one.
+QString firstThere(const QStringList& candidates) {
+    const auto found =
+        std::ranges::find_if(candidates, [](const QString& path) { return QFile::exists(path); });
+    return found != candidates.end() ? *found : QString();
+}
+
+} // namespace
+
 QString Bundle::pathForResource(const QString& name) const {
     QStringList candidates;
     if (QCoreApplication::instance() != nullptr) {
@@ -12,12 +25,13 @@ QString Bundle::pathForResource(const QString& name) const {
         candidates << programFolder + QStringLiteral("/../share/tobrimax/") + name
                    << programFolder + QStringLiteral("/../Resources/") + name;
     }
-    candidates << QStringLiteral(":/resources/") + name;
-    for (const QString& path : std::as_const(candidates)) {
-        if (QFile::exists(path))
-            return path;
-    }
-    return {};
+    return firstThere(candidates << QStringLiteral(":/resources/") + name);
+}
+
+QString Bundle::pathForDocument(const QString& name) const {
+    const QString programFolder = QCoreApplication::applicationDirPath();
+    return firstThere({programFolder + QStringLiteral("/../share/doc/tobrimax/") + name,
+                       programFolder + QStringLiteral("/../Resources/doc/") + name});
 }
 
 QVariantMap Bundle::infoDictionary() const {

@@ -13,6 +13,10 @@ class Bundle {
     /// compiled into the program comes second. Empty where neither has the resource.
     virtual QString pathForResource(const QString& name) const;
 
+    /// The path of the installed document `name`, for example "README.md": in share/doc/tobrimax beside the
+    /// program's bin, or in Resources/doc beside its MacOS folder. Empty where it is not installed.
+    virtual QString pathForDocument(const QString& name) const;
+
     /// The dictionary in the resource Info.plist. Empty where it can't be read.
     QVariantMap infoDictionary() const;
 

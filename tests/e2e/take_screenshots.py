@@ -57,7 +57,7 @@ def take_other_windows(desktop, look):
     desktop.screenshot("rate-prompt")
     desktop.key("Tab", "space")
     desktop.wait_until_gone("Rate Us")
-    for keys, title, name in ((("alt+t", "a"), "About Tobrimax", "about"), (("alt+h", "m"), "More from Varnholt", "promotion")):
+    for keys, title, name in ((("alt+h", "a"), "About Tobrimax", "about"), (("alt+h", "m"), "More from Varnholt", "promotion")):
         desktop.run("xdotool", "windowactivate", "--sync", desktop.window)
         desktop.key(*keys)
         desktop.wait_for_window(title)

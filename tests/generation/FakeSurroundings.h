@@ -51,10 +51,12 @@ class FakeWorkspace final : public Workspace {
 class FakeBundle final : public Bundle {
   public:
     QString catalogue; ///< empty for the built-in catalogue
+    QHash<QString, QString> documents;
 
     QString pathForResource(const QString& name) const override {
         return catalogue.isEmpty() ? Bundle::pathForResource(name) : catalogue;
     }
+    QString pathForDocument(const QString& name) const override { return documents.value(name); }
 };
 
 class RecordingObserver final : public GenerationObserver {

@@ -26,6 +26,8 @@ class Installed(unittest.TestCase):
                   "share/icons/hicolor/scalable/apps/tobrimax.svg"}
         wanted |= {f"share/icons/hicolor/{size}x{size}/apps/tobrimax.png" for size in SIZES}
         wanted |= {f"share/doc/tobrimax/{name}" for name in ("README.md", "CHANGELOG.md", "copyright")}
+        wanted |= {f"share/doc/tobrimax/docs/{path.name}" for path in (SOURCE / "docs").glob("*.md")}
+        self.assertIn("share/doc/tobrimax/docs/guide.md", wanted)
         wanted |= {f"lib/cmake/Tobrimax/Tobrimax{name}.cmake" for name in ("Config", "ConfigVersion", "Icons", "Programs")}
         wanted |= {"share/man/man1/tobrimax-cli.1", "share/bash-completion/completions/tobrimax-cli",
                    "share/fish/vendor_completions.d/tobrimax-cli.fish", "share/zsh/site-functions/_tobrimax-cli"}

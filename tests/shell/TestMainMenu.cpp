@@ -11,6 +11,8 @@
 #include <QMimeData>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTest>
 #include <QTreeWidget>
 #include <QUndoCommand>
 
@@ -62,13 +64,13 @@ class MainMenuTest : public AppDelegateFixture {
 const QString file = QStringLiteral("File");
 const QString edit = QStringLiteral("Edit");
 const QString view = QStringLiteral("View");
+const QString help = QStringLiteral("Help");
 
 TEST_F(MainMenuTest, has_the_menus_that_people_expect) {
     QStringList menus;
     for (const QAction* top : window()->menuBar()->actions())
         menus << plain(top->text());
-    EXPECT_EQ(menus, QStringList({QStringLiteral("Tobrimax"), file, edit, view, QStringLiteral("Window"),
-                                  QStringLiteral("Help")}));
+    EXPECT_EQ(menus, QStringList({file, edit, view, QStringLiteral("Window"), help}));
 }
 
 TEST_F(MainMenuTest, every_letter_and_shortcut_is_used_once) {
@@ -180,8 +182,11 @@ TEST_F(MainMenuTest, undo_and_redo_are_the_saved_datas_and_make_it_only_when_ask
     EXPECT_EQ(changes, 1);
 }
 
-TEST_F(MainMenuTest, save_is_the_delegates) {
-    action(file, QStringLiteral("Save"))->trigger();
+TEST_F(MainMenuTest, saving_the_data_is_the_delegates_and_no_way_to_icons) {
+    QAction* save = action(file, QStringLiteral("Save Application Data"));
+    EXPECT_TRUE(save->isEnabled());
+    EXPECT_TRUE(save->shortcut().isEmpty());
+    save->trigger();
     EXPECT_TRUE(QFileInfo::exists(AppDelegate::applicationDocumentsDirectory()));
     EXPECT_TRUE(presented.empty());
 }
@@ -209,9 +214,87 @@ TEST_F(MainMenuTest, the_view_menu_is_the_check_boxes) {
     EXPECT_NE(controller().colorPicker->panel(), nullptr);
 }
 
-TEST_F(MainMenuTest, help_opens_the_makers_site) {
-    action(QStringLiteral("Help"), QStringLiteral("Tobrimax Help"))->trigger();
-    EXPECT_EQ(workspace.asked.size(), 1);
+TEST_F(MainMenuTest, help_opens_the_guide_and_the_makers_site) {
+    QAction* guide = action(help, QStringLiteral("Tobrimax Guide"));
+    EXPECT_EQ(guide->shortcut(), QKeySequence(QKeySequence::HelpContents));
+    action(help, QStringLiteral("Tobrimax Web Site"))->trigger();
+    ASSERT_EQ(workspace.asked.size(), 1);
+    EXPECT_EQ(workspace.asked.last().scheme(), QStringLiteral("http"));
+    const QString installed = folder.filePath(QStringLiteral("guide.md"));
+    bundle.documents[QStringLiteral("docs/guide.md")] = installed;
+    guide->trigger();
+    ASSERT_EQ(workspace.asked.size(), 2);
+    EXPECT_EQ(workspace.asked.last(), QUrl::fromLocalFile(installed));
+    bundle.documents.clear();
+    guide->trigger();
+    ASSERT_EQ(workspace.asked.size(), 3);
+    EXPECT_EQ(workspace.asked.last(), workspace.asked.first()) << "without a guide";
+}
+
+TEST_F(MainMenuTest, quit_and_save_stand_at_the_end_of_the_file_menu_and_about_under_help) {
+    QStringList items;
+    for (const QAction* item :
+         qobject_cast<QMenu*>(action(file, QStringLiteral("Close"))->parent())->actions())
+        items << plain(item->text());
+    EXPECT_EQ(items.mid(items.size() - 3), QStringList({QStringLiteral("Save Application Data"), QString(),
+                                                        QStringLiteral("Quit Tobrimax")}));
+    EXPECT_EQ(action(help, QStringLiteral("About Tobrimax"))->menuRole(), QAction::AboutRole);
+}
+
+TEST_F(MainMenuTest, ctrl_and_a_digit_choose_a_platform) {
+    const QList<QAction*> platforms = action(view, QStringLiteral("Platform"))->menu()->actions();
+    ASSERT_EQ(platforms.size(), 6);
+    EXPECT_TRUE(platforms[0]->isChecked());
+    window()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window()));
+    const auto press = [&](Qt::Key digit) {
+        QTest::keyClick(window(), digit, Qt::ControlModifier);
+        Events::settle();
+        return controller().platformIndex();
+    };
+    EXPECT_EQ(press(Qt::Key_4), 0) << "disabled as the list is";
+    arrive();
+    ASSERT_TRUE(log.lines().isEmpty());
+    for (int index = 5; index >= 0; --index) {
+        EXPECT_EQ(press(static_cast<Qt::Key>(Qt::Key_1 + index)), index);
+        EXPECT_TRUE(platforms[index]->isChecked());
+        EXPECT_EQ(platforms[index]->text(), controller().platformSelection->itemText(index));
+    }
+    EXPECT_EQ(log.lines().first(), QStringLiteral("platform selected index:5")) << "as a choice in the list";
+    EXPECT_EQ(log.lines().size(), 6);
+    controller().platformSelection->setCurrentIndex(3);
+    EXPECT_TRUE(platforms[3]->isChecked());
+}
+
+TEST_F(MainMenuTest, what_was_opened_can_be_opened_again_where_the_desktop_keeps_a_list) {
+    const QString list = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                         QStringLiteral("/recently-used.xbel");
+    QFile::remove(list);
+    QAction* recent = action(file, QStringLiteral("Open Recent"));
+    auto* fileMenu = qobject_cast<QMenu*>(action(file, QStringLiteral("Close"))->parent());
+    const QString path = folder.filePath(QStringLiteral("salt & pepper.svg"));
+    const auto write = [](const QString& name, const QByteArray& bytes) {
+        QFile written(name);
+        EXPECT_TRUE(written.open(QIODevice::WriteOnly));
+        written.write(bytes);
+    };
+    write(path, picture());
+    controller().openFile(path);
+    Q_EMIT fileMenu->aboutToShow();
+    EXPECT_FALSE(recent->isEnabled());
+    EXPECT_FALSE(QFile::exists(list)) << "the list is the desktop's";
+    write(
+        list,
+        "<xbel version=\"1.0\" xmlns:bookmark=\"http://www.freedesktop.org/standards/desktop-bookmarks\"/>");
+    controller().openFile(path);
+    controller().imgViewIcon->setImage({});
+    Q_EMIT fileMenu->aboutToShow();
+    ASSERT_TRUE(recent->isEnabled());
+    ASSERT_EQ(recent->menu()->actions().size(), 1);
+    EXPECT_EQ(recent->menu()->actions().first()->text(), QStringLiteral("salt && pepper.svg"));
+    recent->menu()->actions().first()->trigger();
+    EXPECT_FALSE(controller().sourceImage().isNull());
+    QFile::remove(list);
 }
 
 TEST_F(MainMenuTest, minimise_and_bring_back) {
@@ -247,7 +330,7 @@ QString nameOfLibrary(const QString& part) {
 }
 
 TEST_F(MainMenuTest, the_about_box_names_the_libraries_and_their_licences) {
-    action(QStringLiteral("Tobrimax"), QStringLiteral("About Tobrimax"))->trigger();
+    action(help, QStringLiteral("About Tobrimax"))->trigger();
     auto* box = sheet<AboutBox>();
     ASSERT_NE(box, nullptr);
     const auto* table = box->findChild<QTreeWidget*>();
