@@ -1,6 +1,7 @@
 #include "mainwindow/BorderImageView.h"
 
 #include "files/PathBytes.h"
+#include "imaging/io/PictureFormat.h"
 #include "mainwindow/MimeContents.h"
 #include "platform/services/NotificationCenter.h"
 #include "platform/widgets/QtColor.h"
@@ -34,6 +35,9 @@ BorderImageView::BorderImageView(QWidget* parent) : ImageView(parent) {
     describe();
     setAcceptDrops(true);
     setFocusPolicy(Qt::StrongFocus);
+    setCursor(Qt::PointingHandCursor);
+    setCheckered(true);
+    setPlaceholderDetail(tr("%1.\nBest: square, 1024 × 1024 or larger.").arg(PictureFormats::names()));
 }
 
 void BorderImageView::setRoundCorner(bool roundCorner) {

@@ -66,6 +66,8 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
     HighlightedButton::awakeAll(*window);
     connectActions();
     connectPreview(*layout.previewStrip);
+    layout.wellFrame->surround(*imgViewIcon);
+    layout.pictureCaption->follow(*imgViewIcon, *platformSelection, _bundle, _screen);
     layout.planCaption->follow(*platformSelection, _bundle, _screen);
     return window;
 }

@@ -3,6 +3,7 @@
 #include "imaging/drawing/GraphicsContext.h"
 #include "platform/widgets/Contrast.h"
 #include "platform/widgets/QtColor.h"
+#include "platform/widgets/ScaledFont.h"
 
 #include <QFocusEvent>
 #include <QPainter>
@@ -40,10 +41,26 @@ void ImageView::setImage(const Image& image) {
     m_image = image;
     m_shown = QImage();
     update();
+    Q_EMIT looksChanged();
 }
 
 void ImageView::setPlaceholderText(const QString& text) {
     m_placeholderText = text;
+    update();
+}
+
+void ImageView::setPlaceholderDetail(const QString& text) {
+    m_placeholderDetail = text;
+    update();
+}
+
+void ImageView::setCheckered(bool isCheckered) {
+    m_isCheckered = isCheckered;
+    update();
+}
+
+void ImageView::setFramed(bool isFramed) {
+    m_isFramed = isFramed;
     update();
 }
 
@@ -54,6 +71,22 @@ QSize ImageView::sizeHint() const {
 void ImageView::setDropHighlighted(bool highlighted) {
     m_isDropHighlighted = highlighted;
     update();
+    Q_EMIT looksChanged();
+}
+
+void ImageView::enterEvent(QEnterEvent* event) {
+    setPointedAt(true);
+    QWidget::enterEvent(event);
+}
+
+void ImageView::leaveEvent(QEvent* event) {
+    setPointedAt(false);
+    QWidget::leaveEvent(event);
+}
+
+void ImageView::setPointedAt(bool isPointedAt) {
+    m_isPointedAt = isPointedAt;
+    Q_EMIT looksChanged();
 }
 
 void ImageView::paintEvent(QPaintEvent* event) {
@@ -114,16 +147,28 @@ void ImageView::drawPicture(QPainter& painter) {
     m_shown.setDevicePixelRatio(scale);
     const QPointF corner(std::floor((bounds.width() - pixels.width()) / 2) / scale,
                          std::floor((bounds.height() - pixels.height()) / 2) / scale);
+    if (m_isCheckered)
+        drawCheckerboard(painter, QRectF(corner, QSizeF(pixels) / scale));
     painter.drawImage(corner, m_shown);
 }
 
-void ImageView::drawPlaceholder(QPainter& painter) const {
+void ImageView::drawCheckerboard(QPainter& painter, const QRectF& rect) const {
+    constexpr double square = 8;
+    const QColor light = palette().color(QPalette::Base);
+    const QColor dark = mixed(palette().color(QPalette::Text), light, 0.1);
+    painter.fillRect(rect, light);
+    for (int row = 0; row * square < rect.height(); ++row) {
+        for (int column = row % 2; column * square < rect.width(); column += 2)
+            painter.fillRect(QRectF(rect.left() + column * square, rect.top() + row * square, square, square)
+                                 .intersected(rect),
+                             dark);
+    }
+}
+
+void ImageView::drawFrame(QPainter& painter) const {
     const QPalette colors = palette();
     const QColor ground = colors.color(QPalette::Base);
-    const QColor text = colors.color(QPalette::Text);
     const QColor accent = colors.color(QPalette::Highlight);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF frame = QRectF(rect()).adjusted(1, 1, -1, -1);
     QPen outline(m_isDropHighlighted ? accent : edgeColor(colors), m_isDropHighlighted ? 3 : 1.5);
     if (!m_isDropHighlighted)
         outline.setDashPattern({4, 3});
@@ -131,20 +176,41 @@ void ImageView::drawPlaceholder(QPainter& painter) const {
     painter.setBrush(m_isDropHighlighted ? mixed(accent, ground, 0.12) : ground);
     // The frame is at least as round as the layer, which may cut the corners.
     const double radius = std::max(frameRadius, m_layer.cornerRadius());
-    painter.drawRoundedRect(frame, radius, radius);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
+}
 
+void ImageView::drawPlaceholder(QPainter& painter) const {
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_isFramed)
+        drawFrame(painter);
+    const QColor text = palette().color(QPalette::Text);
     constexpr double symbolHeight = 48;
     constexpr double gap = 12;
     constexpr double margin = 16;
-    const QRectF textArea = frame.adjusted(margin, 0, -margin, 0);
+    constexpr double detailScale = 0.9;
+    const QRectF textArea = QRectF(rect()).adjusted(margin, 0, -margin, 0);
     const int flags = Qt::AlignHCenter | Qt::TextWordWrap;
-    const double textHeight =
-        painter.fontMetrics().boundingRect(textArea.toRect(), flags, m_placeholderText).height();
-    const double top = frame.center().y() - (symbolHeight + gap + textHeight) / 2;
+    const QFont usual = painter.font();
+    const QFont smaller = scaledFont(usual, detailScale);
+    const auto heightOf = [&](const QString& words, const QFont& font) {
+        return QFontMetrics(font, painter.device()).boundingRect(textArea.toRect(), flags, words).height();
+    };
+    const double textHeight = heightOf(m_placeholderText, usual);
+    const double detailHeight =
+        m_placeholderDetail.isEmpty() ? 0 : gap + heightOf(m_placeholderDetail, smaller);
+    const double top = (height() - symbolHeight - gap - textHeight - detailHeight) / 2;
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(mixed(text, ground, 0.65), 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPath(dropSymbol().translated(frame.center().x(), top + symbolHeight / 2));
+    painter.setPen(QPen(mixed(text, palette().color(QPalette::Base), 0.65), 3, Qt::SolidLine, Qt::RoundCap,
+                        Qt::RoundJoin));
+    painter.drawPath(dropSymbol().translated(textArea.center().x(), top + symbolHeight / 2));
     painter.setPen(text);
-    painter.drawText(QRectF(textArea.left(), top + symbolHeight + gap, textArea.width(), textHeight + 1),
-                     flags, m_placeholderText);
+    const double textTop = top + symbolHeight + gap;
+    painter.drawText(QRectF(textArea.left(), textTop, textArea.width(), textHeight + 1), flags,
+                     m_placeholderText);
+    if (m_placeholderDetail.isEmpty())
+        return;
+    painter.setFont(smaller);
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(QRectF(textArea.left(), textTop + textHeight + gap, textArea.width(), detailHeight),
+                     flags, m_placeholderDetail);
 }

@@ -1,3 +1,4 @@
+#include "platform/widgets/ImageFrame.h"
 #include "tests/shell/EdgesFixture.h"
 
 #include <QLabel>
@@ -13,7 +14,13 @@ TEST_P(Edges, of_every_control_can_be_seen) {
     const auto seen = [](QWidget* control) {
         EXPECT_GE(weakestEdge(control), leastEdgeContrast) << control->objectName().toStdString();
     };
+    auto* frame = mainWindow()->findChild<ImageFrame*>();
+    seen(frame);
     arrive();
+    for (const QColor& color : {QColor(Qt::white), QColor(Qt::black), QColor(Qt::transparent)}) {
+        controller().imgViewIcon->setImage(Pictures::loadedImage(Pictures::flat(64, 64, color)));
+        seen(frame);
+    }
     controller().roundedCheckButton->setChecked(true);
     controller().generateBtn->clearFocus();
     Events::settle();

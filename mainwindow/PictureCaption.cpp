@@ -1,0 +1,134 @@
+#include "mainwindow/PictureCaption.h"
+
+#include "files/PathBytes.h"
+#include "generation/GenerationPlan.h"
+#include "imaging/drawing/GraphicsContext.h"
+#include "mainwindow/BorderImageView.h"
+#include "platform/services/Screen.h"
+
+#include <QComboBox>
+#include <QEvent>
+
+#include <algorithm>
+#include <span>
+
+namespace {
+
+/// Whether some pixel of a small drawing is not opaque.
+bool isTransparent(const Image& picture) {
+    constexpr QSizeF small(64, 64);
+    const Result<QImage> drawn = drawnRaster(picture, small);
+    for (int y = 0; drawn && y < drawn->height(); ++y) {
+        for (int x = 0; x < drawn->width(); ++x) {
+            if (drawn->pixelColor(x, y).alpha() < 255)
+                return true;
+        }
+    }
+    return false;
+}
+
+bool isInAppStore(Platform platform) {
+    return platform == Platform::Iphone || platform == Platform::Ipad || platform == Platform::Watch;
+}
+
+QString withFullStop(QString sentence) {
+    if (!sentence.isEmpty())
+        sentence[0] = sentence[0].toUpper();
+    return sentence.endsWith(u'.') || sentence.endsWith(u')') ? sentence : sentence + u'.';
+}
+
+} // namespace
+
+PictureCaption::PictureCaption(QWidget* parent) : QLabel(parent) {
+    setWordWrap(true);
+    setTextFormat(Qt::PlainText);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+}
+
+void PictureCaption::follow(const BorderImageView& well, QComboBox& platforms, const Bundle& bundle,
+                            const Screen& screen) {
+    m_platforms = &platforms;
+    m_bundle = &bundle;
+    m_screen = &screen;
+    connect(&platforms, &QComboBox::currentIndexChanged, this, &PictureCaption::describe);
+    connect(&well, &BorderImageView::pictureArrived, this, &PictureCaption::take);
+    connect(&well, &BorderImageView::pictureRefused, this, &PictureCaption::refuse);
+    describe();
+}
+
+/// The same for all pictures, so that the window keeps its size.
+QSize PictureCaption::sizeHint() const {
+    constexpr int lines = 4;
+    return {0, lines * fontMetrics().lineSpacing()};
+}
+
+void PictureCaption::resizeEvent(QResizeEvent* event) {
+    QLabel::resizeEvent(event);
+    describe();
+}
+
+void PictureCaption::changeEvent(QEvent* event) {
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        describe();
+}
+
+void PictureCaption::take(const QString& path, const LoadedPicture& picture) {
+    m_name = PathBytes::withReplacements(path.section(u'/', -1));
+    m_refusal.clear();
+    m_shown = Shown{picture.image.size(), picture.isDrawing, isTransparent(picture.image), picture.warnings};
+    describe();
+}
+
+void PictureCaption::refuse(const QString& path, const QString& sentence) {
+    m_name = PathBytes::withReplacements(path.section(u'/', -1));
+    m_refusal = sentence;
+    m_shown.reset();
+    describe();
+}
+
+QString PictureCaption::elidedName(const QString& behind) const {
+    const QString name = m_name.isEmpty() ? tr("Pasted picture") : m_name;
+    return fontMetrics().elidedText(name, Qt::ElideMiddle,
+                                    width() - fontMetrics().horizontalAdvance(behind)) +
+           behind;
+}
+
+QStringList PictureCaption::warnings(const Shown& shown) const {
+    const std::span<const Platform> platforms = Platforms::ofIndex(m_platforms->currentIndex());
+    int largest = 0;
+    if (const Result<IconSizeCatalogue> catalogue = IconSizeCatalogue::load(*m_bundle)) {
+        for (const PlannedFile& file :
+             GenerationPlan(*catalogue, platforms, m_screen->scale()).remainingFiles())
+            largest = std::max({largest, file.pixelSize.width(), file.pixelSize.height()});
+    }
+    QStringList found;
+    if (shown.size.width() != shown.size.height())
+        found << tr("Not square: will be stretched.");
+    if (!shown.isDrawing && std::min(shown.size.width(), shown.size.height()) < largest)
+        found << tr("Smaller than %1 px: will be enlarged.").arg(largest);
+    if (shown.isTransparent && std::ranges::any_of(platforms, isInAppStore))
+        found << tr("Transparent: the App Store refuses such icons.");
+    for (const QString& warning : shown.warnings)
+        found << withFullStop(warning);
+    return found;
+}
+
+void PictureCaption::describe() {
+    if (!m_refusal.isEmpty()) {
+        const QString text = elidedName({}) + u'\n' + withFullStop(m_refusal);
+        setText(text);
+        setToolTip(m_refusal);
+    } else if (m_shown) {
+        const QLocale ours = locale();
+        const auto number = [&](double value) {
+            return ours.toString(value, 'f', QLocale::FloatingPointShortest).remove(ours.groupSeparator());
+        };
+        const QString size =
+            tr(", %1 × %2").arg(number(m_shown->size.width()), number(m_shown->size.height()));
+        const QStringList found = warnings(*m_shown);
+        setText((QStringList(elidedName(size)) + found).join(u'\n'));
+        // The name may be cut short, and the warnings may need more lines than there are.
+        setToolTip((QStringList(m_name) + found).join(u'\n'));
+    }
+}
