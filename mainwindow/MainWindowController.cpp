@@ -97,6 +97,7 @@ void MainWindowController::connectPreview(PreviewStrip& strip) {
     connect(sliderCornerRadius, &FloatSlider::valueTextChanged, &strip, &PreviewStrip::render);
     connect(sliderBorderWidth, &FloatSlider::valueTextChanged, &strip, &PreviewStrip::render);
     connect(colorPicker, &ColorWell::colorChanged, &strip, &PreviewStrip::render);
+    connect(platformSelection, &QComboBox::currentIndexChanged, &strip, qOverload<>(&QWidget::update));
     NotificationCenter::defaultCenter().addObserver(&strip, BorderImageView::imageAdded,
                                                     [&strip](const Notification&) { strip.render(); });
     strip.setInput(*this);

@@ -1,18 +1,35 @@
 #include "mainwindow/PreviewStrip.h"
 
+#include "generation/Platforms.h"
 #include "platform/widgets/QtColor.h"
 
+#include <QLocale>
 #include <QPainter>
+#include <QPainterPath>
 #include <QStyle>
+#include <QtMath>
 
 #include <cmath>
 #include <numeric>
 
 namespace {
 
-constexpr int gap = 16;
+/// In points.
+constexpr int gap = 5;
+constexpr int margin = 4;
 constexpr int captionGap = 4;
 constexpr int tallest = PreviewStrip::sizes.back();
+
+constexpr QColor lightGround(250, 250, 250);
+constexpr QColor darkGround(30, 30, 32);
+
+/// The rectangle `pixels` of the display, counted from the upper left corner of what `painter` draws, in the
+/// painter's coordinates. At a scale such as 1.5 that corner may lie within a pixel of the display.
+QRectF onDisplay(const QPainter& painter, const QRectF& pixels) {
+    const QTransform display = painter.deviceTransform();
+    const QPointF corner = display.map(QPointF(0, 0));
+    return display.inverted().mapRect(pixels.translated(std::round(corner.x()), std::round(corner.y())));
+}
 
 } // namespace
 
@@ -38,45 +55,91 @@ void PreviewStrip::render() {
 }
 
 QSize PreviewStrip::sizeHint() const {
-    const int width =
-        std::accumulate(sizes.begin(), sizes.end(), 0) + gap * (static_cast<int>(sizes.size()) - 1);
-    return {width, tallest + captionGap + fontMetrics().height()};
+    const double scale = devicePixelRatioF();
+    const auto count = static_cast<int>(sizes.size());
+    const double icons = std::accumulate(sizes.begin(), sizes.end(), 0) / scale;
+    return {static_cast<int>(std::ceil(icons)) + 2 * margin * count + gap * (count - 1),
+            static_cast<int>(std::ceil(tallest / scale)) + 2 * margin + captionGap + fontMetrics().height()};
 }
 
 QRect PreviewStrip::iconRect(std::size_t index) const {
-    int left = 0;
+    const double scale = devicePixelRatioF();
+    const int edge = qRound(margin * scale);
+    int left = edge;
     for (std::size_t i = 0; i < index; ++i)
-        left += sizes.at(i) + gap;
+        left += sizes.at(i) + 2 * edge + qRound(gap * scale);
     const int size = sizes.at(index);
-    return QStyle::visualRect(layoutDirection(), rect(), QRect(left, tallest - size, size, size));
+    return QStyle::visualRect(layoutDirection(), QRect(QPoint(0, 0), (QSizeF(this->size()) * scale).toSize()),
+                              QRect(left, edge + tallest - size, size, size));
+}
+
+/// The shape to which the systems of the chosen platform cut icons. Empty for a Mac, whose icons have shapes
+/// of their own.
+std::optional<ProofCut> PreviewStrip::cut() const {
+    const auto platforms = Platforms::ofIndex(m_input != nullptr ? m_input->platformIndex() : -1);
+    if (platforms.empty() || platforms.front() == Platform::Mac)
+        return {};
+    const bool isSquircle = platforms.front() == Platform::Iphone || platforms.front() == Platform::Ipad;
+    return isSquircle ? ProofCut::Squircle : ProofCut::Circle;
+}
+
+void PreviewStrip::drawIcon(QPainter& painter, std::size_t index) const {
+    const QRectF pixels = iconRect(index);
+    const double edge = qRound(margin * devicePixelRatioF());
+    const QRectF place = onDisplay(painter, pixels);
+    const QRectF ground = onDisplay(painter, pixels.adjusted(-edge, -edge, edge, edge));
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    constexpr double radius = 4;
+    if (m_icons.at(index).isNull()) {
+        painter.setBrush(
+            mixed(palette().color(QPalette::WindowText), palette().color(QPalette::Window), 0.1));
+        painter.drawRoundedRect(ground, radius, radius);
+        painter.restore();
+        return;
+    }
+    QPainterPath shape;
+    shape.addRoundedRect(ground, radius, radius);
+    QPainterPath half;
+    half.addRect(QRectF(ground.center().x(), ground.top(), ground.width(), ground.height()));
+    painter.fillPath(shape, lightGround);
+    painter.fillPath(shape.intersected(half), darkGround);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(
+        QPen(mixed(palette().color(QPalette::WindowText), palette().color(QPalette::Window), 0.25), 0));
+    painter.drawPath(shape);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.drawImage(place, m_icons.at(index));
+    constexpr int smallestCut = 32;
+    if (const std::optional<ProofCut> shown = cut(); shown && sizes.at(index) >= smallestCut) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(QColor(128, 128, 128, 150), 1 / devicePixelRatioF()));
+        painter.drawPath(ProofShapes::path(*shown, place));
+    }
+    painter.restore();
+}
+
+void PreviewStrip::drawCaption(QPainter& painter, std::size_t index) const {
+    const double scale = devicePixelRatioF();
+    const QRect pixels = iconRect(index);
+    painter.setPen(mixed(palette().color(QPalette::WindowText), palette().color(QPalette::Window), 0.8));
+    QString caption = locale().toString(sizes.at(index));
+    if (index + 1 == sizes.size())
+        caption = tr("%1 px").arg(caption);
+    const int captionWidth = fontMetrics().horizontalAdvance(caption);
+    // The caption is centred below its icon, but stays inside of the strip.
+    const double middle = (pixels.left() + pixels.width() / 2.0) / scale;
+    const int left = qBound(0, qRound(middle - captionWidth / 2.0), qMax(0, width() - captionWidth));
+    const int top = qCeil(tallest / scale) + 2 * margin + captionGap;
+    painter.drawText(QRect(left, top, captionWidth + 1, fontMetrics().height()),
+                     Qt::AlignLeft | Qt::AlignAbsolute, caption);
 }
 
 void PreviewStrip::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    const double scale = devicePixelRatioF();
-    // No smoothing where each pixel covers a whole number of display pixels.
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, scale != std::floor(scale));
-    const QColor ground = palette().color(QPalette::Window);
-    const QColor text = palette().color(QPalette::WindowText);
     for (std::size_t i = 0; i < sizes.size(); ++i) {
-        const QRect place = iconRect(i);
-        if (m_icons.at(i).isNull()) {
-            painter.save();
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(mixed(text, ground, 0.1));
-            const double radius = place.width() * 0.22;
-            painter.drawRoundedRect(place, radius, radius);
-            painter.restore();
-        } else {
-            painter.drawImage(place, m_icons.at(i));
-        }
-        painter.setPen(mixed(text, ground, 0.8));
-        const QString caption = QString::number(sizes.at(i));
-        const int captionWidth = fontMetrics().horizontalAdvance(caption);
-        // The caption is centred below its icon, but stays inside of the strip.
-        const int left = qBound(0, place.center().x() + 1 - captionWidth / 2, width() - captionWidth);
-        painter.drawText(QRect(left, tallest + captionGap, captionWidth, fontMetrics().height()),
-                         Qt::AlignLeft | Qt::AlignAbsolute, caption);
+        drawIcon(painter, i);
+        drawCaption(painter, i);
     }
 }

@@ -3,13 +3,16 @@
 #include "generation/GenerationInput.h"
 #include "generation/IconRenderer.h"
 #include "platform/services/Screen.h"
+#include "project/proof/ProofShapes.h"
 
 #include <QWidget>
 
 #include <array>
+#include <optional>
 
 /// Shows the icons of 16, 32, 64 and 128 pixels that a generation would write now. The engine itself renders
-/// them.
+/// them. Each pixel of an icon is a pixel of the display. Icons lie on a ground that is light on one half and
+/// dark on the other. A quiet outline shows the shape to which the chosen platform's systems cut icons.
 class PreviewStrip final : public QWidget {
     Q_OBJECT
 
@@ -27,7 +30,8 @@ class PreviewStrip final : public QWidget {
     /// The icon of the size `sizes[index]`, as it is shown. Null without a picture.
     const QImage& icon(std::size_t index) const { return m_icons.at(index); }
 
-    /// Where the icon of the size `sizes[index]` is shown.
+    /// Where the icon of the size `sizes[index]` is shown, in display pixels from the strip's upper left
+    /// corner.
     QRect iconRect(std::size_t index) const;
 
     QSize sizeHint() const override;
@@ -37,6 +41,10 @@ class PreviewStrip final : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    void drawIcon(QPainter& painter, std::size_t index) const;
+    void drawCaption(QPainter& painter, std::size_t index) const;
+    std::optional<ProofCut> cut() const;
+
     /// A screen of scale 1, because the sizes are pixels.
     class PixelScreen final : public Screen {
       public:

@@ -1,6 +1,8 @@
 #include "mainwindow/PreviewStrip.h"
 #include "tests/mainwindow/MainWindowFixture.h"
 
+#include <QProcess>
+
 namespace {
 
 class PreviewStripTest : public MainWindowFixture {
@@ -86,7 +88,8 @@ TEST_F(PreviewStripTest, the_icons_stand_side_by_side_in_both_directions) {
         strip().setLayoutDirection(direction);
         EXPECT_EQ(strip().iconRect(0).left() < strip().iconRect(3).left(), direction == Qt::LeftToRight);
         for (std::size_t i = 0; i < PreviewStrip::sizes.size(); ++i) {
-            EXPECT_TRUE(strip().rect().contains(strip().iconRect(i)));
+            EXPECT_TRUE(QRect(QPoint(0, 0), strip().size() * strip().devicePixelRatio())
+                            .contains(strip().iconRect(i)));
             EXPECT_EQ(strip().iconRect(i).bottom(), strip().iconRect(0).bottom());
             for (std::size_t j = 0; j < i; ++j)
                 EXPECT_FALSE(strip().iconRect(i).intersects(strip().iconRect(j)));
@@ -96,8 +99,59 @@ TEST_F(PreviewStripTest, the_icons_stand_side_by_side_in_both_directions) {
 
 TEST_F(PreviewStripTest, draws_its_icons_pixel_by_pixel) {
     drop(pictureFile(300, 300));
+    // A Mac cuts no icons.
+    controller->platformSelection->setCurrentIndex(4);
     const QImage shown = strip().grab().toImage().convertToFormat(QImage::Format_RGBA8888_Premultiplied);
-    EXPECT_EQ(Pictures::largestDifference(shown.copy(strip().iconRect(3)), strip().icon(3)), 0);
+    for (std::size_t i = 0; i < PreviewStrip::sizes.size(); ++i)
+        EXPECT_EQ(Pictures::largestDifference(shown.copy(strip().iconRect(i)), strip().icon(i)), 0) << i;
+}
+
+TEST_F(PreviewStripTest, draws_them_so_at_any_scale_of_the_display) {
+    for (const char* factor : {"1.25", "1.5", "2", "3"}) {
+        QProcess atScale;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::fromLatin1(factor));
+        atScale.setProcessEnvironment(environment);
+        atScale.start(QCoreApplication::applicationFilePath(),
+                      {QStringLiteral("--gtest_filter=PreviewStripTest.draws_its_icons_pixel_by_pixel")});
+        ASSERT_TRUE(atScale.waitForFinished());
+        EXPECT_EQ(atScale.exitCode(), 0) << factor << atScale.readAllStandardOutput().toStdString();
+    }
+}
+
+TEST_F(PreviewStripTest, the_ground_is_light_and_dark_and_shows_through) {
+    controller->imgViewIcon->setImage(Pictures::loadedImage(Pictures::flat(64, 64, Qt::transparent)));
+    controller->platformSelection->setCurrentIndex(4);
+    strip().render();
+    const QImage shown = strip().grab().toImage();
+    const QRect place = strip().iconRect(3);
+    EXPECT_GT(qGray(shown.pixel(place.left() + 20, place.center().y())), 230);
+    EXPECT_LT(qGray(shown.pixel(place.right() - 20, place.center().y())), 60);
+}
+
+TEST_F(PreviewStripTest, an_outline_shows_what_the_platforms_systems_cut_off) {
+    drop(pictureFile(300, 300));
+    const auto shown = [&](int platform) {
+        controller->platformSelection->setCurrentIndex(platform);
+        Events::settle();
+        return strip().grab().toImage().copy(strip().iconRect(3));
+    };
+    const QImage uncut = shown(4);
+    const QImage squircle = shown(0);
+    const QImage circle = shown(3);
+    // On the diagonal the circle lies further inside than the squircle.
+    const auto firstDifference = [&](const QImage& image) {
+        int at = 0;
+        while (at < 64 && image.pixel(at, at) == uncut.pixel(at, at))
+            ++at;
+        return at;
+    };
+    EXPECT_GT(firstDifference(squircle), 2);
+    EXPECT_GT(firstDifference(circle), firstDifference(squircle) + 5);
+    EXPECT_LT(firstDifference(circle), 25);
+    EXPECT_EQ(shown(1), squircle);
+    EXPECT_EQ(shown(2), squircle);
+    EXPECT_EQ(shown(5), circle);
 }
 
 } // namespace
