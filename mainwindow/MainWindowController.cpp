@@ -57,8 +57,9 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
     const bool isMirrored = window->layoutDirection() == Qt::RightToLeft;
     for (QLabel* label : window->findChildren<QLabel*>()) {
         const bool isTrailing = label->alignment().testFlag(Qt::AlignRight);
+        const Qt::Alignment vertical = label->alignment() & Qt::AlignVertical_Mask;
         label->setAlignment((isTrailing != isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
-                            Qt::AlignVCenter);
+                            vertical);
         if (label->buddy() != nullptr)
             new EnabledFollower(*label->buddy(), *label,
                                 [label](bool isEnabled) { label->setEnabled(isEnabled); });

@@ -25,6 +25,7 @@ class PictureCaption final : public QLabel {
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
+    int heightForWidth(int /*width*/) const override { return sizeHint().height(); }
 
   protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -2,6 +2,7 @@
 
 #include "generation/Platforms.h"
 #include "platform/widgets/QtColor.h"
+#include "platform/widgets/ScaledFont.h"
 
 #include <QLocale>
 #include <QPainter>
@@ -29,6 +30,12 @@ QRectF onDisplay(const QPainter& painter, const QRectF& pixels) {
     const QTransform display = painter.deviceTransform();
     const QPointF corner = display.map(QPointF(0, 0));
     return display.inverted().mapRect(pixels.translated(std::round(corner.x()), std::round(corner.y())));
+}
+
+/// In a large font too, numbers below the smallest icons stand apart.
+QFont captionFont(const QWidget& strip) {
+    constexpr double scale = 0.85;
+    return scaledFont(strip.font(), scale);
 }
 
 } // namespace
@@ -127,7 +134,11 @@ void PreviewStrip::drawCaption(QPainter& painter, std::size_t index) const {
     QString caption = locale().toString(sizes.at(index));
     if (index + 1 == sizes.size())
         caption = tr("%1 px").arg(caption);
-    const int captionWidth = fontMetrics().horizontalAdvance(caption);
+    const QFont font = captionFont(*this);
+    painter.setFont(font);
+    // A number stands before its unit in any direction of the window.
+    painter.setLayoutDirection(Qt::LeftToRight);
+    const int captionWidth = QFontMetrics(font).horizontalAdvance(caption);
     // The caption is centred below its icon, but stays inside of the strip.
     const double middle = (pixels.left() + pixels.width() / 2.0) / scale;
     const int left = qBound(0, qRound(middle - captionWidth / 2.0), qMax(0, width() - captionWidth));

@@ -1,5 +1,6 @@
 #include "imaging/io/PictureFormat.h"
 #include "mainwindow/PictureCaption.h"
+#include "mainwindow/PlanCaption.h"
 #include "tests/mainwindow/MainWindowFixture.h"
 
 namespace {
@@ -65,6 +66,9 @@ TEST_F(PictureCaptionTest, says_why_a_picture_could_not_be_read) {
 
 TEST_F(PictureCaptionTest, leaves_the_window_at_its_size) {
     const QSize size = controller->window()->size();
+    drop(saved(Pictures::flat(1024, 1024, Qt::red), QStringLiteral("b.png")));
+    Events::settle();
+    EXPECT_EQ(controller->window()->size(), size) << "with one line";
     const QString longest = QStringLiteral("a").repeated(200) + QStringLiteral(".png");
     drop(saved(Pictures::flat(60, 30, Qt::transparent), longest));
     Events::settle();
@@ -74,6 +78,17 @@ TEST_F(PictureCaptionTest, leaves_the_window_at_its_size) {
     EXPECT_LE(caption->fontMetrics().horizontalAdvance(said().first()), caption->width());
     EXPECT_TRUE(said().first().endsWith(QStringLiteral("60 × 30")));
     EXPECT_TRUE(caption->toolTip().contains(longest)) << "the whole name";
+}
+
+TEST_F(PictureCaptionTest, stands_close_to_the_well_and_the_plan_close_to_generate) {
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        QGuiApplication::setLayoutDirection(direction);
+        const auto other = MainWindowController::initWithWindowNibName(QStringLiteral("MainWindowController"),
+                                                                       {bundle, screen, workspace});
+        EXPECT_TRUE(other->window()->findChild<PictureCaption*>()->alignment().testFlag(Qt::AlignTop));
+        EXPECT_TRUE(other->window()->findChild<PlanCaption*>()->alignment().testFlag(Qt::AlignBottom));
+    }
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(PictureCaptionTest, the_well_is_a_button_that_names_the_formats) {

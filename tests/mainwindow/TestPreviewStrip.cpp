@@ -119,6 +119,37 @@ TEST_F(PreviewStripTest, draws_them_so_at_any_scale_of_the_display) {
     }
 }
 
+TEST_F(PreviewStripTest, numbers_and_their_unit_read_the_same_in_both_directions) {
+    const auto captions = [&](Qt::LayoutDirection direction, std::size_t index) {
+        QGuiApplication::setLayoutDirection(direction);
+        const QImage shown = strip().grab().toImage();
+        const QRect icon = strip().iconRect(index);
+        // As wide as the ground is, and as high as what is below it.
+        return shown.copy(icon.left() - 4, icon.bottom() + 6, icon.width() + 8, shown.height());
+    };
+    for (std::size_t i = 1; i < PreviewStrip::sizes.size(); ++i)
+        EXPECT_EQ(captions(Qt::RightToLeft, i), captions(Qt::LeftToRight, i)) << i;
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+TEST_F(PreviewStripTest, numbers_stand_apart_in_a_font_twice_as_large) {
+    QFont larger = strip().font();
+    larger.setPointSizeF(18);
+    strip().setFont(larger);
+    Events::settle();
+    const QImage shown = strip().grab().toImage();
+    // Between the numbers of 16 and 32 there are columns without any of their pixels.
+    const int top = strip().iconRect(0).bottom() + 6;
+    int blank = 0;
+    for (int x = strip().iconRect(0).center().x(); x < strip().iconRect(1).center().x(); ++x) {
+        bool isBlank = true;
+        for (int y = top; y < shown.height(); ++y)
+            isBlank = isBlank && shown.pixel(x, y) == shown.pixel(shown.width() - 1, shown.height() - 1);
+        blank += isBlank ? 1 : 0;
+    }
+    EXPECT_GE(blank, 8);
+}
+
 TEST_F(PreviewStripTest, the_ground_is_light_and_dark_and_shows_through) {
     controller->imgViewIcon->setImage(Pictures::loadedImage(Pictures::flat(64, 64, Qt::transparent)));
     controller->platformSelection->setCurrentIndex(4);
