@@ -9,12 +9,12 @@
 
 namespace {
 
-/// The picture, stretched to `size` if there is one.
-Result<QImage> rasterOf(const LoadedPicture& picture, const std::optional<QSize>& size) {
-    if (!size && !picture.isDrawing)
+/// The picture in its own size, or laid on `size` if there is one.
+Result<QImage> rasterOf(const LoadedPicture& picture, const ExportOptions& options) {
+    if (!options.size && !picture.isDrawing && options.fit.isPlain())
         return picture.image.largestRaster();
-    const QSizeF own(std::ceil(picture.image.size().width()), std::ceil(picture.image.size().height()));
-    Result<QImage> raster = drawnRaster(picture.image, size ? QSizeF(*size) : own);
+    const QSizeF own(std::ceil(picture.size.width()), std::ceil(picture.size.height()));
+    Result<QImage> raster = drawnRaster(picture.image, options.size ? QSizeF(*options.size) : own);
     if (!raster && raster.error().code == ErrorCode::TooLarge)
         return Error{ErrorCode::TooLarge,
                      QStringLiteral("so many pixels can't be drawn; choose a smaller --size")};
@@ -25,14 +25,15 @@ Result<QImage> rasterOf(const LoadedPicture& picture, const std::optional<QSize>
 
 int runExport(const ExportOptions& options) {
     LoadOptions loading;
+    loading.renders.fit = options.fit;
     if (options.size)
-        loading.renders = {QSizeF(*options.size)};
+        loading.renders.sizes = {QSizeF(*options.size)};
     const Result<LoadedPicture> picture = InputFile::loadPicture(options.picture, loading);
     if (!picture)
         return InputFile::fail(options.picture, picture.error());
     for (const QString& warning : picture->warnings)
         Terminal::warning(warning);
-    const Result<QImage> raster = rasterOf(*picture, options.size);
+    const Result<QImage> raster = rasterOf(*picture, options);
     if (!raster)
         return InputFile::fail(options.picture, raster.error());
     const Result<Done> written = ImageExport::saveImageInSelectedFormat(options.format, options.out, *raster);

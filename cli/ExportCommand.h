@@ -1,5 +1,7 @@
 #pragma once
 
+#include "imaging/pixels/PictureFit.h"
+
 #include <QSize>
 #include <QString>
 
@@ -12,6 +14,7 @@ struct ExportOptions {
     quint64 format = 0;  ///< the format's number in ImageExport
     QString out;
     std::optional<QSize> size; ///< in pixels; if empty, the picture's own size
+    PictureFit fit;
 };
 
 /// Writes the picture in one format. Returns the exit status.

@@ -1,6 +1,7 @@
 // Parses the command line of `export`.
 #include "cli/ExportCommand.h"
 #include "cli/common/Command.h"
+#include "cli/common/FitWords.h"
 #include "imaging/io/PictureFormat.h"
 
 #include <QStringList>
@@ -23,6 +24,7 @@ struct ExportWords {
     std::string format;
     std::string out;
     std::string size;
+    FitWords fit;
 };
 
 /// Parses a size such as "640x480".
@@ -49,7 +51,8 @@ Parsed<ExportOptions> optionsFrom(const CLI::App& app, const ExportWords& words)
         return UsageError{"PICTURE is empty"};
     if (!take(OptionText::choice("format", words.format, formatWords()), format, error) ||
         !take(OptionText::path(words.out, "--out"), options.out, error) ||
-        (app.count("--size") > 0 && !take(size(words.size), pixels, error)))
+        (app.count("--size") > 0 && !take(size(words.size), pixels, error)) ||
+        !take(words.fit.pictureFit(app), options.fit, error))
         return *error;
     options.format = format;
     if (pixels.isValid())
@@ -76,14 +79,18 @@ Command exportCommand(CLI::App& app) {
         ->required()
         ->type_name("FILE");
     command.app
-        ->add_option("--size", words->size, "stretch the picture to that many pixels (default: its own size)")
+        ->add_option(
+            "--size", words->size,
+            "the size in pixels, whose shape the picture takes unless --fit says otherwise (default: "
+            "its own size)")
         ->type_name("WxH");
+    words->fit.addTo(*command.app);
     command.prepare = [words, app = command.app]() -> Parsed<Work> {
         const Parsed<ExportOptions> options = optionsFrom(*app, *words);
         if (const auto* error = std::get_if<UsageError>(&options))
             return *error;
         return [options = std::get<ExportOptions>(options)] { return runExport(options); };
     };
-    command.choices = {{"--format", formatWords()}};
+    command.choices = {{"--format", formatWords()}, {"--fit", FitWords::names()}};
     return command;
 }

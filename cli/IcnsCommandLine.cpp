@@ -1,7 +1,9 @@
 // Parses the command lines of `icns`.
 #include "cli/IcnsCommands.h"
 #include "cli/common/Command.h"
+#include "cli/common/FitWords.h"
 #include "cli/common/ProofOption.h"
+#include "cli/common/SmallWords.h"
 #include "cli/common/StyleWords.h"
 #include "imaging/io/PictureFormat.h"
 
@@ -69,6 +71,9 @@ struct MakeWords {
     std::string picture;
     std::string out;
     StyleWords style;
+    FitWords fit;
+    SmallWords small;
+    std::string background;
 };
 
 Command makeCommand(CLI::App& icns) {
@@ -80,17 +85,30 @@ Command makeCommand(CLI::App& icns) {
         ->required();
     command.app->add_option("-o,--out", words->out, "the file to write")->required()->type_name("FILE.icns");
     words->style.addTo(*command.app);
+    words->fit.addTo(*command.app);
+    words->small.addTo(*command.app);
+    command.app->add_option("--background", words->background, "lay the icons on this colour")
+        ->type_name("COLOR");
     command.prepare = [words, app = command.app]() -> Parsed<Work> {
         IcnsMakeOptions options;
-        options.picture = words->picture;
+        options.picture.path = words->picture;
         std::optional<UsageError> error;
-        if (options.picture.empty())
+        if (words->picture.empty())
             return UsageError{"PICTURE is empty"};
         if (!take(OptionText::path(words->out, "--out"), options.out, error) ||
-            !take(words->style.style(*app), options.style, error))
+            !take(words->style.style(*app), options.style, error) ||
+            !take(words->fit.pictureFit(*app), options.picture.fit, error) ||
+            !take(words->small.pictures(), options.picture.small, error))
             return *error;
+        Color background;
+        if (app->count("--background") > 0) {
+            if (!take(OptionText::opaqueColor("--background", words->background), background, error))
+                return *error;
+            options.background = background;
+        }
         return [options] { return runIcnsMake(options); };
     };
+    command.choices = {{"--fit", FitWords::names()}};
     return command;
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "base/Color.h"
+#include "cli/common/PictureLoading.h"
 #include "generation/IconStyle.h"
 
 #include <QString>
 
+#include <optional>
 #include <string>
 
 /// The options of the commands of `tobrimax-cli icns`. Input paths are in the file system's own encoding.
@@ -27,9 +30,10 @@ struct IcnsExtractOptions {
 int runIcnsExtract(const IcnsExtractOptions& options);
 
 struct IcnsMakeOptions {
-    std::string picture;
+    PictureFiles picture;
     QString out;
     IconStyle style;
+    std::optional<Color> background; ///< opaque
 };
 
 /// Writes an icns file from one picture, in the seven sizes of the Mac's icon container.

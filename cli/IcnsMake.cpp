@@ -24,16 +24,18 @@ class StyleInput final : public GenerationInput {
 } // namespace
 
 int runIcnsMake(const IcnsMakeOptions& options) {
-    const Result<LoadedPicture> picture = InputFile::loadPicture(options.picture, {IconContainer::renders()});
+    std::string failed;
+    const Result<LoadedPicture> picture = loadPicture(options.picture, IconContainer::renders(), failed);
     if (!picture)
-        return InputFile::fail(options.picture, picture.error());
+        return InputFile::fail(failed, picture.error());
     const UnscaledScreen screen;
-    for (const QString& warning : pictureWarnings(*picture, {IconContainer::largestSize(screen.scale())}))
+    for (const QString& warning :
+         pictureWarnings(*picture, {{IconContainer::largestSize(screen.scale())}, options.picture.fit}))
         Terminal::warning(warning);
     const StyleInput input(options);
     const IconRenderer renderer(input, screen);
     const Result<IconContainer::Written> written =
-        IconContainer::write(picture->image, renderer, options.out);
+        IconContainer::write(picture->image, renderer, options.out, {options.background});
     if (!written) {
         Terminal::error(QStringLiteral("%1: %2").arg(options.out, written.error().sentence));
         return 1;

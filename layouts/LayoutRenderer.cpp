@@ -5,8 +5,11 @@
 #include "imaging/pixels/Ground.h"
 #include "imaging/pixels/Raster.h"
 
+#include <QRect>
+
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <memory>
 
@@ -40,24 +43,41 @@ void makeGrey(QImage& raster) {
     });
 }
 
+/// The smallest rectangle with all pixels that are not transparent.
+QRect inkOf(const QImage& raster) {
+    QRect ink;
+    for (int y = 0; y < raster.height(); ++y) {
+        const uchar* row = raster.constScanLine(y);
+        for (int x = 0; x < raster.width(); ++x) {
+            if (row[4 * x + 3] != 0)
+                ink |= QRect(x, y, 1, 1);
+        }
+    }
+    return ink;
+}
+
 /// Makes a white shape of the raster: of the picture's own, or, in an opaque picture, of what differs in
-/// luminance from its corners.
+/// luminance from its corners. The picture may have a transparent margin.
 void makeSilhouette(QImage& raster) {
-    bool isOpaque = true;
-    forEachPixel(raster, [&](const uchar* pixel) { isOpaque = isOpaque && pixel[3] == 255; });
+    const QRect ink = inkOf(raster);
+    qint64 opaque = 0;
+    forEachPixel(raster, [&](const uchar* pixel) { opaque += pixel[3] == 255 ? 1 : 0; });
     int ground = 0;
     int most = 0;
-    if (isOpaque) {
-        const uchar* const first = raster.constScanLine(0);
-        const uchar* const last = raster.constScanLine(raster.height() - 1);
-        const int right = 4 * (raster.width() - 1);
+    if (!ink.isEmpty() && opaque == qint64{ink.width()} * ink.height()) {
+        const uchar* const first = raster.constScanLine(ink.top()) + 4 * std::ptrdiff_t{ink.left()};
+        const uchar* const last = raster.constScanLine(ink.bottom()) + 4 * std::ptrdiff_t{ink.left()};
+        const std::ptrdiff_t right = 4 * (std::ptrdiff_t{ink.width()} - 1);
         ground =
             (luminance(first) + luminance(first + right) + luminance(last) + luminance(last + right)) / 4;
-        forEachPixel(raster,
-                     [&](const uchar* pixel) { most = std::max(most, std::abs(luminance(pixel) - ground)); });
+        forEachPixel(raster, [&](const uchar* pixel) {
+            if (pixel[3] != 0)
+                most = std::max(most, std::abs(luminance(pixel) - ground));
+        });
     }
     forEachPixel(raster, [&](uchar* pixel) {
-        const int alpha = most > 0 ? std::abs(luminance(pixel) - ground) * 255 / most : pixel[3];
+        const bool isOfPicture = most > 0 && pixel[3] != 0;
+        const int alpha = isOfPicture ? std::abs(luminance(pixel) - ground) * 255 / most : pixel[3];
         std::fill_n(pixel, 4, static_cast<uchar>(alpha));
     });
 }
@@ -126,14 +146,15 @@ const Image& LayoutRenderer::source(LayoutPicture picture) const {
     return m_pictures.main;
 }
 
-Result<QImage> LayoutRenderer::drawnPicture(LayoutPicture picture, int side) const {
+/// The picture with a side of `inner` pixels, for an icon of `side` pixels.
+Result<QImage> LayoutRenderer::drawnPicture(LayoutPicture picture, int side, int inner) const {
     if (picture == LayoutPicture::None) {
-        Result<QImage> empty = newRaster(QSize(side, side), QImage::Format_RGBA8888_Premultiplied);
+        Result<QImage> empty = newRaster(QSize(inner, inner), QImage::Format_RGBA8888_Premultiplied);
         if (empty)
             empty->fill(Qt::transparent);
         return empty;
     }
-    Result<QImage> raster = drawnRaster(source(picture), QSizeF(side, side));
+    Result<QImage> raster = drawnRaster(source(picture).forIcons(side), QSizeF(inner, inner));
     if (!raster)
         return raster;
     if (const Result<Done> own = makeOwn(*raster); !own)
@@ -147,7 +168,7 @@ Result<QImage> LayoutRenderer::drawnPicture(LayoutPicture picture, int side) con
 
 Result<QImage> LayoutRenderer::raster(const LayoutFile& file, int side) const {
     const int inner = shapeSide(file, side);
-    Result<QImage> picture = drawnPicture(file.picture, inner);
+    Result<QImage> picture = drawnPicture(file.picture, side, inner);
     if (!picture)
         return picture;
     const bool isSquare = file.shape == LayoutFile::Shape::Square;

@@ -42,7 +42,7 @@ class LayoutRenderer {
 
   private:
     const Image& source(LayoutPicture picture) const;
-    Result<QImage> drawnPicture(LayoutPicture picture, int side) const;
+    Result<QImage> drawnPicture(LayoutPicture picture, int side, int inner) const;
 
     const LayoutPictures& m_pictures;
     IconStyle m_style;

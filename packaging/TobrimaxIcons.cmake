@@ -5,6 +5,9 @@
 #                    [ROUND_CORNER FRACTION]  radius of the corners, as a part of the side
 #                    [BORDER FRACTION]        width of the border, as a part of the side
 #                    [BORDER_COLOR COLOR]
+#                    [FIT NAME]               stretch, contain or cover a picture of another shape
+#                    [PADDING FRACTION]       free margin at each edge, as a part of the shorter side
+#                    [SMALL PICTURE:PX…]      other pictures for icons of up to PX pixels
 #                    [BACKGROUND COLOR]       an opaque colour under the icons
 #                    [LAYOUT NAME-OR-FILE…]   the files of these layouts in FOLDER, instead of platforms
 #                    [NAME NAME])             the app's name, for layouts
@@ -16,8 +19,8 @@
 cmake_policy(VERSION 3.18)
 
 function(tobrimax_add_icons target)
-  set(each_once PICTURE OUTPUT CATALOGUE ROUND_CORNER BORDER BORDER_COLOR BACKGROUND NAME)
-  cmake_parse_arguments(PARSE_ARGV 1 ICONS "" "${each_once}" "PLATFORM;LAYOUT")
+  set(each_once PICTURE OUTPUT CATALOGUE ROUND_CORNER BORDER BORDER_COLOR FIT PADDING BACKGROUND NAME)
+  cmake_parse_arguments(PARSE_ARGV 1 ICONS "" "${each_once}" "PLATFORM;LAYOUT;SMALL")
   if(ICONS_UNPARSED_ARGUMENTS)
     list(GET ICONS_UNPARSED_ARGUMENTS 0 word)
     message(FATAL_ERROR "tobrimax_add_icons(${target}): '${word}' is no argument of it.")
@@ -37,7 +40,7 @@ function(tobrimax_add_icons target)
   foreach(platform IN LISTS ICONS_PLATFORM)
     list(APPEND options --platform=${platform})
   endforeach()
-  foreach(word ROUND_CORNER BORDER BORDER_COLOR BACKGROUND NAME)
+  foreach(word ROUND_CORNER BORDER BORDER_COLOR FIT PADDING BACKGROUND NAME)
     if(DEFINED ICONS_${word})
       string(TOLOWER ${word} option)
       string(REPLACE "_" "-" option ${option})
@@ -62,6 +65,13 @@ function(tobrimax_add_icons target)
       list(APPEND inputs "${layout}")
     endif()
     list(APPEND options "--layout=${layout}")
+  endforeach()
+  foreach(small IN LISTS ICONS_SMALL)
+    string(REGEX REPLACE ":[^:]*$" "" file "${small}")
+    get_filename_component(whole "${file}" ABSOLUTE)
+    list(APPEND inputs "${whole}")
+    string(REGEX REPLACE "^.*(:[^:]*)$" "${whole}\\1" small "${small}")
+    list(APPEND options "--small=${small}")
   endforeach()
   if(CATALOGUE)
     list(APPEND options "--catalogue=${CATALOGUE}")

@@ -3,6 +3,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -31,17 +32,47 @@ QString comparedWith(const std::vector<QSize>& icons, const QSizeF& size) {
     return parts.join(QStringLiteral(" and "));
 }
 
+/// How much larger than in its file a picture is drawn. Empty if it is not enlarged.
+QString enlargement(const LoadedPicture& picture, const MadeIcons& icons) {
+    const QSizeF& size = picture.size;
+    if (picture.isDrawing)
+        return {};
+    if (icons.fit.isPlain())
+        return comparedWith(icons.sizes, size);
+    QSizeF largest(0, 0);
+    for (const QSize& icon : icons.sizes)
+        largest = largest.expandedTo(icons.fit.drawnSize(size, icon));
+    // Less than a pixel more comes of rounding a margin.
+    if (largest.width() < size.width() + 1 && largest.height() < size.height() + 1)
+        return {};
+    return QStringLiteral("drawn as large as %1 × %2")
+        .arg(std::lround(largest.width()))
+        .arg(std::lround(largest.height()));
+}
+
+/// What becomes of a picture that is not square.
+QString fitText(const PictureFit& fit) {
+    switch (fit.shape) {
+    case PictureFit::Shape::Stretch:
+        break;
+    case PictureFit::Shape::Contain:
+        return QStringLiteral("is drawn whole, with two edges of its icons free");
+    case PictureFit::Shape::Cover:
+        return QStringLiteral("is cut off at two edges");
+    }
+    return QStringLiteral("will be stretched (--fit contain and --fit cover keep its shape)");
+}
+
 } // namespace
 
-QStringList pictureWarnings(const LoadedPicture& picture, const std::vector<QSize>& sizes) {
+QStringList pictureWarnings(const LoadedPicture& picture, const MadeIcons& icons) {
     QStringList warnings;
-    const QSizeF size = picture.image.size();
-    const QString comparison = picture.isDrawing ? QString() : comparedWith(sizes, size);
-    if (!comparison.isEmpty())
-        warnings << QStringLiteral("the picture (%1 × %2) is %3 and will be enlarged")
-                        .arg(number(size.width()), number(size.height()), comparison);
-    if (size.width() != size.height())
-        warnings << QStringLiteral("the picture (%1 × %2) is not square and will be stretched")
-                        .arg(number(size.width()), number(size.height()));
+    const QString size =
+        QStringLiteral("%1 × %2").arg(number(picture.size.width()), number(picture.size.height()));
+    const QString enlarged = enlargement(picture, icons);
+    if (!enlarged.isEmpty())
+        warnings << QStringLiteral("the picture (%1) is %2 and will be enlarged").arg(size, enlarged);
+    if (picture.size.width() != picture.size.height())
+        warnings << QStringLiteral("the picture (%1) is not square and %2").arg(size, fitText(icons.fit));
     return warnings + picture.warnings;
 }

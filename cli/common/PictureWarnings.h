@@ -1,12 +1,19 @@
 #pragma once
 
 #include "imaging/io/ImageSource.h"
+#include "imaging/pixels/PictureFit.h"
 
 #include <QSize>
 #include <QStringList>
 
 #include <vector>
 
-/// Warnings about a picture before icons of these sizes, in pixels, are made from it: it is smaller than one
-/// of them, it is not square, or the reader had to ignore a part of it.
-QStringList pictureWarnings(const LoadedPicture& picture, const std::vector<QSize>& sizes);
+/// The icons that are made from a picture.
+struct MadeIcons {
+    std::vector<QSize> sizes; ///< in pixels
+    PictureFit fit;
+};
+
+/// Warnings about a picture before icons are made from it: it is smaller than in one of them, it is not
+/// square, or the reader had to ignore a part of it.
+QStringList pictureWarnings(const LoadedPicture& picture, const MadeIcons& icons);

@@ -113,10 +113,10 @@ int runGenerate(const GenerateOptions& options) {
     }
     const UnscaledScreen screen;
     const GenerationPlan plan(*catalogue, options.platforms, screen.scale());
-    Result<LoadedPicture> picture =
-        InputFile::loadPicture(options.picture, {plan.renders()}, options.tellsProgress());
+    std::string failed;
+    Result<LoadedPicture> picture = loadPicture(options.pictureFiles(), plan.renders(), failed);
     if (!picture) {
-        report.fail(PathBytes::decoded(options.picture), picture.error());
+        report.fail(PathBytes::decoded(failed), picture.error());
         return report.finish();
     }
     // If the output folder can't be made, this reports it once and not for each file.
@@ -124,7 +124,7 @@ int runGenerate(const GenerateOptions& options) {
         report.fail({}, made.error());
         return report.finish();
     }
-    for (const QString& warning : pictureWarnings(*picture, madeSizes(plan, options)))
+    for (const QString& warning : pictureWarnings(*picture, {madeSizes(plan, options), options.fit}))
         report.warn(warning);
 
     if (options.purpose == GeneratePurpose::List)

@@ -1,7 +1,9 @@
 // Parses the command line of `generate`.
 #include "cli/common/Command.h"
+#include "cli/common/FitWords.h"
 #include "cli/common/InputFile.h"
 #include "cli/common/ProofOption.h"
+#include "cli/common/SmallWords.h"
 #include "cli/common/StyleWords.h"
 #include "cli/generate/GenerateCall.h"
 #include "cli/generate/GenerateReport.h"
@@ -54,6 +56,8 @@ struct GenerateWords {
     std::string out;
     std::vector<std::string> platforms;
     StyleWords style;
+    FitWords fit;
+    SmallWords small;
     LayoutWords layout;
     std::string catalogue;
     std::string jobs;
@@ -95,6 +99,8 @@ void addOptions(CLI::App& command, GenerateWords& words) {
         ->take_all()
         ->allow_extra_args(false);
     words.style.addTo(command);
+    words.fit.addTo(command);
+    words.small.addTo(command);
     words.layout.addTo(command);
     command
         .add_option("--catalogue", words.catalogue,
@@ -171,7 +177,8 @@ Parsed<int> jobsOf(const std::string& text) {
 constexpr char streamWord[] = "-";
 
 /// What is wrong with options that are right one by one.
-std::optional<UsageError> exclusion(const CLI::App& generate, const GenerateWords& words) {
+std::optional<UsageError> exclusion(const CLI::App& generate, const GenerateWords& words,
+                                    const GenerateOptions& options) {
     constexpr std::pair<const char*, const char*> pairs[] = {
         {"--quiet", "--verbose"}, {"--dry-run", "--check"}, {"--dry-run", "--open"},  {"--check", "--open"},
         {"--dry-run", "--proof"}, {"--check", "--proof"},   {"--watch", "--dry-run"}, {"--watch", "--check"},
@@ -183,6 +190,8 @@ std::optional<UsageError> exclusion(const CLI::App& generate, const GenerateWord
     const LayoutWords& others = words.layout;
     std::vector<std::string> pictures{others.dark, others.tinted, others.foreground, others.monochrome};
     std::ranges::copy(words.pictures, std::back_inserter(pictures));
+    for (const SmallPicture& small : options.small)
+        pictures.push_back(small.path);
     if (words.pictures.size() > 1 && std::ranges::any_of(pictures, InputFile::isStandardInput))
         return UsageError{"standard input (-) gives one picture, and not one of several"};
     if (words.watch && std::ranges::any_of(pictures, InputFile::isStandardInput))
@@ -212,7 +221,9 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
         (generate.count("--jobs") == 0 || take(jobsOf(words.jobs), options.jobs, error)) &&
         (generate.count("--proof") == 0 ||
          take(ProofOption::path(words.proof, words.pictures.front()), options.proof, error)) &&
-        take(words.style.style(generate), options.style, error);
+        take(words.style.style(generate), options.style, error) &&
+        take(words.fit.pictureFit(generate), options.fit, error) &&
+        take(words.small.pictures(), options.small, error);
     if (!isTaken)
         return *error;
     if (const std::optional<UsageError> wrong = words.layout.addTo(options, generate))
@@ -221,7 +232,7 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
         return UsageError{"PICTURE is empty"};
     if (const std::optional<UsageError> stray = strayPlatform(words.pictures))
         return *stray;
-    if (const std::optional<UsageError> wrong = exclusion(generate, words))
+    if (const std::optional<UsageError> wrong = exclusion(generate, words, options))
         return *wrong;
     if (words.dryRun)
         options.purpose = GeneratePurpose::List;
@@ -370,6 +381,7 @@ Command generateCommand(CLI::App& app) {
                 call.runs.front().options.quiet);
         };
     };
-    command.choices = {{"--platform", platformNames()}, {"--layout", LayoutWords::names()}};
+    command.choices = {
+        {"--platform", platformNames()}, {"--layout", LayoutWords::names()}, {"--fit", FitWords::names()}};
     return command;
 }

@@ -95,7 +95,8 @@ class LayoutRun {
   private:
     /// Loads the picture at `path` with the sizes in which it is drawn.
     std::optional<LoadedPicture> load(const std::string& path, const std::vector<QSizeF>& renders) {
-        Result<LoadedPicture> picture = InputFile::loadPicture(path, {renders}, m_options.tellsProgress());
+        Result<LoadedPicture> picture =
+            InputFile::loadPicture(path, {{renders, m_options.fit}}, m_options.tellsProgress());
         if (picture)
             return std::move(*picture);
         m_report.fail(PathBytes::decoded(path), picture.error());
@@ -112,10 +113,13 @@ class LayoutRun {
                     sizes.emplace_back(side, side);
             }
         }
-        std::optional<LoadedPicture> main = load(m_options.picture, renders);
-        if (!main)
+        std::string failed;
+        const Result<LoadedPicture> main = loadPicture(m_options.pictureFiles(), renders, failed);
+        if (!main) {
+            m_report.fail(PathBytes::decoded(failed), main.error());
             return false;
-        for (const QString& warning : pictureWarnings(*main, sizes))
+        }
+        for (const QString& warning : pictureWarnings(*main, {sizes, m_options.fit}))
             m_report.warn(warning);
         m_input.pictures.main = main->image;
         if (main->isDrawing)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Color.h"
+#include "cli/common/PictureLoading.h"
 #include "generation/IconStyle.h"
 #include "generation/Platforms.h"
 
@@ -27,6 +28,8 @@ struct GenerateOptions {
     GeneratePurpose purpose = GeneratePurpose::Write;
     std::vector<Platform> platforms; ///< each platform once, in the order of generation
     IconStyle style;
+    PictureFit fit;
+    std::vector<SmallPicture> small;
     QStringList layouts;             ///< names and paths; empty for the platforms' plain tree
     std::optional<Color> background; ///< opaque
     QString name;                    ///< of the app, for layouts; empty for the picture's
@@ -47,4 +50,7 @@ struct GenerateOptions {
 
     /// Whether a terminal is told what is being done.
     bool tellsProgress() const { return !quiet && !verbose; }
+
+    /// The picture with those for small icons.
+    PictureFiles pictureFiles() const { return {picture, small, fit, tellsProgress()}; }
 };

@@ -55,6 +55,8 @@ std::set<QString> GenerateWatch::inputs(const GenerateOptions& options) {
         if (!picture->empty())
             paths.insert(PathBytes::decoded(*picture));
     }
+    for (const SmallPicture& small : options.small)
+        paths.insert(PathBytes::decoded(small.path));
     if (!options.catalogue.isEmpty())
         paths.insert(options.catalogue);
     for (const QString& layout : options.layouts) {

@@ -67,10 +67,8 @@ std::optional<UsageError> LayoutWords::addTo(GenerateOptions& options, const CLI
     }
     if (command.count("--background") > 0) {
         Color color;
-        if (!take(OptionText::color(background), color, error))
+        if (!take(OptionText::opaqueColor("--background", background), color, error))
             return error;
-        if (color.alpha < 1)
-            return UsageError{"--background takes an opaque colour, not '" + background + "'"};
         options.background = color;
     }
     for (const char* option : {"--name", "--dark", "--tinted", "--foreground", "--monochrome"}) {

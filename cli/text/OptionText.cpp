@@ -34,6 +34,13 @@ Parsed<Color> OptionText::color(const std::string& text) {
     return UsageError{start + "a colour is #RGB, #RRGGBB, #RRGGBBAA or a name such as steelblue"};
 }
 
+Parsed<Color> OptionText::opaqueColor(const std::string& option, const std::string& text) {
+    const Parsed<Color> parsed = color(text);
+    if (const auto* found = std::get_if<Color>(&parsed); found != nullptr && found->alpha < 1)
+        return UsageError{option + " takes an opaque colour, not '" + text + "'"};
+    return parsed;
+}
+
 Parsed<std::size_t> OptionText::choice(const std::string& kind, const std::string& word,
                                        const std::vector<std::string>& words) {
     for (std::size_t i = 0; i < words.size(); ++i) {

@@ -40,6 +40,9 @@ Parsed<float> fraction(const std::string& option, const std::string& text);
 
 Parsed<Color> color(const std::string& text);
 
+/// A colour without transparency.
+Parsed<Color> opaqueColor(const std::string& option, const std::string& text);
+
 /// The place of `word` in `words`, in any letter case. `kind` names in the complaint what there is:
 /// "platform".
 Parsed<std::size_t> choice(const std::string& kind, const std::string& word,

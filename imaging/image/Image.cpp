@@ -3,6 +3,7 @@
 #include "imaging/image/BitmapImageRep.h"
 #include "imaging/pixels/ReducedCopies.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -18,15 +19,46 @@ void Image::addRepresentation(std::shared_ptr<const ImageRep> representation) {
     m_representations.push_back(std::move(representation));
 }
 
-const ImageRep* Image::bestRepresentation(const QSizeF& pixels) const {
-    std::vector<QSize> sizes;
+/// The representation that is reserved for icons of that side and for the fewest others; null if there is
+/// none.
+std::shared_ptr<const ImageRep> Image::reservedFor(double side) const {
+    std::shared_ptr<const ImageRep> best;
     for (const auto& representation : m_representations) {
+        const int limit = representation->reservedSide();
+        if (limit > 0 && side <= limit && (!best || limit < best->reservedSide()))
+            best = representation;
+    }
+    return best;
+}
+
+const ImageRep* Image::bestRepresentation(const QSizeF& pixels) const {
+    if (const auto reserved = reservedFor(std::max(pixels.width(), pixels.height())))
+        return reserved.get();
+    std::vector<QSize> sizes;
+    std::vector<const ImageRep*> bitmaps;
+    for (const auto& representation : m_representations) {
+        if (representation->reservedSide() > 0)
+            continue;
         if (representation->pixelSize().isEmpty())
             return representation.get();
         sizes.push_back(representation->pixelSize());
+        bitmaps.push_back(representation.get());
     }
     const std::size_t best = ReducedCopies::bestOf(sizes, pixels);
-    return best < sizes.size() ? m_representations[best].get() : nullptr;
+    return best < sizes.size() ? bitmaps[best] : nullptr;
+}
+
+Image Image::forIcons(int side) const {
+    Image image(m_size);
+    if (const auto reserved = reservedFor(side)) {
+        image.addRepresentation(reserved);
+        return image;
+    }
+    for (const auto& representation : m_representations) {
+        if (representation->reservedSide() == 0)
+            image.addRepresentation(representation);
+    }
+    return image;
 }
 
 Result<QImage> Image::largestRaster() const {

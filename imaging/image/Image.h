@@ -24,14 +24,21 @@ class Image {
     const std::vector<std::shared_ptr<const ImageRep>>& representations() const { return m_representations; }
     void addRepresentation(std::shared_ptr<const ImageRep> representation);
 
-    /// The representation from which a render of `pixels` is drawn: a drawing if there is one, else the
-    /// bitmap that ReducedCopies::bestOf chooses. Null where that finds no bitmap.
+    /// The representation from which a render of `pixels` is drawn: one that is reserved for small icons, if
+    /// the render is as small; else a drawing if there is one, else the bitmap that ReducedCopies::bestOf
+    /// chooses. Null where that finds no bitmap.
     const ImageRep* bestRepresentation(const QSizeF& pixels) const;
+
+    /// The picture as icons of that side show it, which may draw it smaller: either the representation that
+    /// is reserved for them, or all that are not reserved.
+    Image forIcons(int side) const;
 
     /// The largest bitmap; null where there is no bitmap. OutOfMemory is the only error.
     Result<QImage> largestRaster() const;
 
   private:
+    std::shared_ptr<const ImageRep> reservedFor(double side) const;
+
     QSizeF m_size;
     std::vector<std::shared_ptr<const ImageRep>> m_representations;
 };

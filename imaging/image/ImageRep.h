@@ -15,6 +15,9 @@ class ImageRep {
     /// The size in pixels; empty for a drawing, which has no size of its own.
     virtual QSize pixelSize() const = 0;
 
+    /// The longest side of the icons that are drawn from this representation and no other.
+    virtual int reservedSide() const { return 0; }
+
     /// The whole picture on a new raster of x.targetLength × y.targetLength pixels, stretched as the two
     /// mappings say (their source lengths are set here). RGBA8888_Premultiplied. Fails with OutOfMemory, or
     /// with the reason why it can't be drawn.

@@ -13,7 +13,9 @@
 struct DecodedPicture {
     QImage raster;
     QStringList warnings; ///< sentences for people, about what could not be used
-    QSize wholeSize = {}; ///< the picture's size where the raster is a reduced copy; else empty
+    /// The picture's size where the raster is a reduced copy of it, or of the part that the renders show;
+    /// else empty.
+    QSize wholeSize = {};
 };
 
 /// What the readers of all formats share.

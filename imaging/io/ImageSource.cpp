@@ -6,8 +6,10 @@
 #include "imaging/icns/IcnsReader.h"
 #include "imaging/ico/IcoReader.h"
 #include "imaging/image/BitmapImageRep.h"
+#include "imaging/image/FittedRep.h"
 #include "imaging/io/OtherKind.h"
 #include "imaging/io/PictureFormat.h"
+#include "imaging/pixels/Raster.h"
 #include "imaging/pixels/ReducedCopies.h"
 #include "imaging/pixels/Resampler.h"
 #include "imaging/svg/SvgDocument.h"
@@ -82,7 +84,8 @@ Result<Done> addReducedCopies(Image& image, QImage raster) {
 
 /// A picture whose largest bitmap is `largest`.
 LoadedPicture startedWith(DecodedPicture largest) {
-    LoadedPicture result{Image(largest.raster.size()), false, std::move(largest.warnings)};
+    LoadedPicture result{Image(largest.raster.size()), largest.raster.size(), false,
+                         std::move(largest.warnings)};
     result.image.addRepresentation(std::make_shared<BitmapImageRep>(std::move(largest.raster)));
     return result;
 }
@@ -151,9 +154,19 @@ Result<LoadedPicture> loadSvg(const QByteArray& bytes) {
     const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
     if (!document)
         return document.error();
-    LoadedPicture picture{Image((*document)->size()), true, {}};
+    LoadedPicture picture{Image((*document)->size()), (*document)->size(), true, {}};
     picture.image.addRepresentation(*document);
     return picture;
+}
+
+/// The pixels of `raster` in that rectangle.
+Result<QImage> cut(QImage raster, const QRect& part) {
+    if (part.size() == raster.size())
+        return raster;
+    Result<QImage> copy = unlessMemoryIsShort([&] { return raster.copy(part); });
+    if (!copy || copy->isNull())
+        return noMemoryForPixels(part.width(), part.height());
+    return copy;
 }
 
 /// Loads a file of a format with one bitmap.
@@ -162,9 +175,13 @@ Result<LoadedPicture> loadBitmap(const PictureFormatRow& format, const QByteArra
     Result<DecodedPicture> decoded = format.decode(bytes, renders);
     if (!decoded)
         return decoded.error();
-    const QSize size = decoded->wholeSize.isEmpty() ? decoded->raster.size() : decoded->wholeSize;
-    LoadedPicture picture{Image(size), false, std::move(decoded->warnings)};
-    Result<QImage> largest = reduced(std::move(decoded->raster), ReducedCopies::largestNeeded(size, renders));
+    const bool isWhole = decoded->wholeSize.isEmpty();
+    const QSize size = isWhole ? decoded->raster.size() : decoded->wholeSize;
+    const QRect part = renders.part(size);
+    LoadedPicture picture{Image(part.size()), size, false, std::move(decoded->warnings)};
+    Result<QImage> largest = isWhole ? cut(std::move(decoded->raster), part) : std::move(decoded->raster);
+    if (largest)
+        largest = reduced(std::move(*largest), ReducedCopies::largestNeeded(part.size(), renders));
     if (!largest)
         return largest.error();
     picture.image.addRepresentation(std::make_shared<BitmapImageRep>(*largest));
@@ -173,7 +190,7 @@ Result<LoadedPicture> loadBitmap(const PictureFormatRow& format, const QByteArra
     return picture;
 }
 
-Result<LoadedPicture> loaded(const QByteArray& bytes, const LoadOptions& options) {
+Result<LoadedPicture> loadedPlain(const QByteArray& bytes, const LoadOptions& options) {
     const Result<const PictureFormatRow*> format = formatOf(bytes);
     if (!format)
         return format.error();
@@ -187,6 +204,13 @@ Result<LoadedPicture> loaded(const QByteArray& bytes, const LoadOptions& options
     default:
         return loadBitmap(**format, bytes, options.renders);
     }
+}
+
+Result<LoadedPicture> loaded(const QByteArray& bytes, const LoadOptions& options) {
+    Result<LoadedPicture> picture = loadedPlain(bytes, options);
+    if (picture)
+        picture->image = fitted(std::move(picture->image), options.renders.fit);
+    return picture;
 }
 
 } // namespace

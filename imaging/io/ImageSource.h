@@ -12,15 +12,17 @@
 /// A picture as it was loaded.
 struct LoadedPicture {
     Image image;
+    QSizeF size;            ///< of the picture in its file, upright
     bool isDrawing = false; ///< drawn anew at each size (SVG)
     QStringList warnings;   ///< sentences for people, about what could not be used
 };
 
 /// How a picture is loaded.
 struct LoadOptions {
-    /// All sizes in which the picture will be drawn, where they are known. Then no bitmap is kept that is
-    /// larger than these renders need; the renders stay the same. An icns or ICO file keeps all its pictures.
-    ReducedCopies::Renders renders;
+    /// All sizes of icons that the picture will be drawn on, where they are known. Then no bitmap is kept
+    /// that is larger than these renders need; the renders stay the same. An icns or ICO file keeps all its
+    /// pictures. The fit holds for every render of the image.
+    ReducedCopies::Renders renders = {};
 };
 
 /// Turns the bytes of a picture into an Image. The content decides the format, never the file's name: PNG,

@@ -35,14 +35,20 @@ std::size_t ReducedCopies::bestOf(std::span<const QSize> sizes, const QSizeF& pi
     return best;
 }
 
+QRect ReducedCopies::Renders::part(const QSize& size) const {
+    const auto isSquare = [](const QSizeF& icon) { return icon.width() == icon.height(); };
+    const bool areSquare = sizes && std::ranges::all_of(*sizes, isSquare);
+    return areSquare ? fit.squarePart(size) : QRect(QPoint(0, 0), size);
+}
+
 QSize ReducedCopies::largestNeeded(const QSize& size, const Renders& renders) {
-    if (!renders)
+    if (!renders.sizes)
         return size;
     std::vector<QSize> sizes{size};
     for (QSize next = nextSize(size); next != sizes.back(); next = nextSize(next))
         sizes.push_back(next);
     std::size_t needed = sizes.size() - 1;
-    for (const QSizeF& render : *renders)
-        needed = std::min(needed, bestOf(sizes, render));
+    for (const QSizeF& icon : *renders.sizes)
+        needed = std::min(needed, bestOf(sizes, renders.fit.drawnSize(size, icon)));
     return sizes[needed];
 }

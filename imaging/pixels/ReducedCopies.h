@@ -1,11 +1,15 @@
 #pragma once
 
+#include "imaging/pixels/PictureFit.h"
+
+#include <QRect>
 #include <QSize>
 #include <QSizeF>
 
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 /// Smaller copies of a picture. A small render draws from one of them and need not read the whole picture.
@@ -22,11 +26,23 @@ QSize nextSize(const QSize& size);
 /// sizes.size() where no size is enough.
 std::size_t bestOf(std::span<const QSize> sizes, const QSizeF& pixels);
 
-/// All sizes, in pixels, that a picture will be drawn in. nullopt where they are not known.
-using Renders = std::optional<std::vector<QSizeF>>;
+/// All sizes, in pixels, of the icons that a picture will be drawn on, and how it lies on them.
+struct Renders {
+    // NOLINTBEGIN(google-explicit-constructor): the sizes alone are renders without a fit.
+    Renders(std::nullopt_t /*unknown*/ = std::nullopt) {}
+    Renders(std::vector<QSizeF> known, const PictureFit& how = {}) : sizes(std::move(known)), fit(how) {}
+    // NOLINTEND(google-explicit-constructor)
 
-/// The largest size that one of the renders draws from: `size`, the picture's own, or that of one of its
-/// copies. `size` where the renders are not known.
+    std::optional<std::vector<QSizeF>> sizes; ///< nullopt where they are not known
+    PictureFit fit;
+
+    /// The pixels of a picture of that size that the renders show. All of them where one of the icons is not
+    /// square.
+    QRect part(const QSize& size) const;
+};
+
+/// The largest size that one of the renders draws from: `size`, that of the picture's part, or that of one
+/// of its copies. `size` where the renders are not known.
 QSize largestNeeded(const QSize& size, const Renders& renders);
 
 } // namespace ReducedCopies

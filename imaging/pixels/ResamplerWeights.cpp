@@ -211,7 +211,7 @@ class TapMaker {
 ResamplerWeights::ResamplerWeights(const AxisMapping& mapping) {
     const auto count = static_cast<std::size_t>(mapping.targetLength);
     // Of two samples that are equally near, Nearest takes the second one in both halves of a picture.
-    const bool symmetric = mapping.origin == 0 && mapping.length == mapping.targetLength &&
+    const bool symmetric = 2 * mapping.origin + mapping.length == mapping.targetLength &&
                            mapping.filter != ResampleFilter::Nearest;
     TapMaker maker(mapping);
     const std::size_t wideRow = maker.bound();

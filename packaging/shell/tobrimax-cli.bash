@@ -27,21 +27,21 @@ _tobrimax_cli() {
         return
     fi
 
-    local style="--round-corner --border --border-color"
+    local fit="--fit --padding" style="--round-corner --border --border-color"
     local options operands=1
     case $command in
     generate)
-        options="--out --platform $style --background --layout --name --dark --tinted --foreground --monochrome"
+        options="--out --platform $style $fit --small --background --layout --name --dark --tinted --foreground --monochrome"
         options+=" --catalogue --jobs --dry-run --check --watch --proof --open --quiet --verbose --json --timings"
         operands=100000
         ;;
     layouts) options="--json" ;;
     "icns list") options="--proof --json" ;;
     "icns extract") options="--out" ;;
-    "icns make") options="--out $style" ;;
+    "icns make") options="--out $style $fit --small --background" ;;
     "custom-icon set") options="--apple-double --compatibility --create" operands=2 ;;
     "custom-icon remove") options="--apple-double" ;;
-    export) options="--format --out --size" ;;
+    export) options="--format --out --size $fit" ;;
     *) return ;;
     esac
 
@@ -55,8 +55,8 @@ _tobrimax_cli() {
         case ${words[at]} in
         --) ended=1 ;;
         -o | -p | -l | --out | --platform | --round-corner | --border | --border-color | --catalogue | --jobs | --format | \
-            --size | --background | --layout | --name | --dark | --tinted | --foreground | --monochrome | \
-            --proof)
+            --size | --fit | --padding | --small | --background | --layout | --name | --dark | --tinted | --foreground | \
+            --monochrome | --proof)
             ((++at == cword)) && option=$prev
             ;;
         esac
@@ -68,7 +68,7 @@ _tobrimax_cli() {
         if [[ $command == generate || $command == "icns extract" ]]; then _filedir -d; else _filedir; fi
         return
         ;;
-    --catalogue | --proof | --dark | --tinted | --foreground | --monochrome)
+    --catalogue | --proof | --small | --dark | --tinted | --foreground | --monochrome)
         _filedir
         return
         ;;
@@ -79,6 +79,10 @@ _tobrimax_cli() {
     -l | --layout)
         _filedir
         COMPREPLY+=($(compgen -W "$(_tobrimax_cli_layouts)" -- "$cur"))
+        return
+        ;;
+    --fit)
+        COMPREPLY=($(compgen -W "stretch contain cover" -- "$cur"))
         return
         ;;
     --format)

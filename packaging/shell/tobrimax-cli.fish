@@ -17,7 +17,7 @@ end
 function __tobrimax_cli_wants
     __tobrimax_cli_in $argv[2..]
     or return
-    set -l valued -o -p -l --out --platform --round-corner --border --border-color --catalogue --jobs --format --size --proof \
+    set -l valued -o -p -l --out --platform --round-corner --border --border-color --catalogue --jobs --format --size --fit --padding --small --proof \
         --background --layout --name --dark --tinted --foreground --monochrome
     set -l words (commandline -poc)
     set -l given 0
@@ -62,13 +62,20 @@ for command in generate 'icns make'
     complete -c tobrimax-cli -n $condition -x -l round-corner -d 'corner radius as a fraction of the side, 0 to 1'
     complete -c tobrimax-cli -n $condition -x -l border -d 'border width as a fraction of the width, 0 to 1'
     complete -c tobrimax-cli -n $condition -x -l border-color -d '#RGB, #RRGGBB, #RRGGBBAA or a name'
+    complete -c tobrimax-cli -n $condition -x -l background -d 'an opaque colour under the icons'
+    complete -c tobrimax-cli -n $condition -r -F -l small -d 'a picture for icons of up to as many pixels as stand behind its colon'
+end
+
+for command in generate 'icns make' export
+    set -l condition "__tobrimax_cli_in $command"
+    complete -c tobrimax-cli -n $condition -x -l fit -a 'stretch contain cover' -d 'how a picture of another shape is laid on its icon'
+    complete -c tobrimax-cli -n $condition -x -l padding -d 'free margin as a fraction of the shorter side, below 0.5'
 end
 
 set -l condition '__tobrimax_cli_in generate'
 complete -c tobrimax-cli -n '__tobrimax_cli_wants 100000 generate' -F
 complete -c tobrimax-cli -n $condition -x -s o -l out -a '(__tobrimax_cli_folders)' -d 'the folder that the sets go into'
 complete -c tobrimax-cli -n $condition -x -s p -l platform -a 'iphone ipad universal watch mac android all' -d 'whose icons to make'
-complete -c tobrimax-cli -n $condition -x -l background -d 'an opaque colour under the icons'
 complete -c tobrimax-cli -n $condition -r -F -s l -l layout -a '(__tobrimax_cli_layouts)' -d 'write icons into a project'
 complete -c tobrimax-cli -n $condition -x -l name -d 'the name of the app'
 complete -c tobrimax-cli -n $condition -r -F -l dark -d 'the picture for dark icons'

@@ -49,12 +49,14 @@ class Project : public CliTest {
 TEST_F(Project, options_are_those_of_the_command_line) {
     const ProcessResult result = run("picture = 'logo.png'\nout = 'icons'\nplatform = ['android', 'ipad']\n"
                                      "round-corner = 0.22\nborder = 0.125\nborder-color = 'tomato'\n"
-                                     "background = '#102030'\nquiet = true\n");
+                                     "background = '#102030'\nquiet = true\n"
+                                     "fit = 'contain'\npadding = 0.1\nsmall = 'mark.png:48'\n");
     EXPECT_EQ(result.exitStatus, 0) << result.errors.toStdString();
     EXPECT_EQ(result.output.toStdString(), "");
     expectSameAs({u"--platform"_s, u"android"_s, u"--platform"_s, u"ipad"_s, u"--round-corner"_s, u"0.22"_s,
                   u"--border"_s, u"0.125"_s, u"--border-color"_s, u"tomato"_s, u"--background"_s,
-                  u"#102030"_s});
+                  u"#102030"_s, u"--fit"_s, u"contain"_s, u"--padding"_s, u"0.1"_s, u"--small"_s,
+                  path(u"mark.png:48"_s)});
 }
 
 TEST_F(Project, each_option_of_the_command_is_a_key) {

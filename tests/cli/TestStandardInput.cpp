@@ -79,6 +79,10 @@ TEST_F(StandardInput, the_set_of_a_pipe_goes_into_a_pipe) {
 TEST_F(StandardInput, what_is_no_picture_gets_one_sentence) {
     expectOneError(shell(u"\"$cli\" generate - --out icons </dev/null"_s),
                    u"standard input: the file is empty"_s);
+    expectOneError(shell(u"\"$cli\" icns make - --out a.icns </dev/null"_s),
+                   u"standard input: the file is empty"_s);
+    expectOneError(shell(u"\"$cli\" generate \"$picture\" --small -:32 --out icons </dev/null"_s),
+                   u"standard input: the file is empty"_s);
     expectOneError(shell(u"echo hello | \"$cli\" generate - --out icons"_s),
                    u"standard input: not a picture"_s);
     expectOneError(shell(u"\"$cli\" generate - --out icons <."_s), u"standard input: Is a directory"_s);
@@ -119,7 +123,9 @@ TEST_F(StandardInput, files_and_folders_of_that_name_are_reached_by_their_folder
 TEST_F(StandardInput, is_not_one_of_several_pictures) {
     for (const QString& line : {u"\"$cli\" generate - \"$picture\" --out icons </dev/null"_s,
                                 u"cp \"$picture\" b.svg; \"$cli\" generate \"$picture\" b.svg --layout xcode "
-                                "--dark - --out icons </dev/null"_s}) {
+                                "--dark - --out icons </dev/null"_s,
+                                u"cp \"$picture\" b.svg; \"$cli\" generate \"$picture\" b.svg "
+                                "--small -:32 --out icons </dev/null"_s}) {
         const ProcessResult result = shell(line);
         EXPECT_EQ(result.exitStatus, 2);
         EXPECT_THAT(result.errors.toStdString(), testing::HasSubstr("standard input (-) gives one picture"));

@@ -19,7 +19,7 @@ import shells
 FOLDERS = {"icons", "two words"}
 FILES = {"mac", "logo.svg", "a picture.png"}
 # The values that are files or folders, by the word that the help has for them.
-PATHS = {"DIR": FOLDERS, **dict.fromkeys(("FILE", "FILE.icns", "PICTURE", "NAME|FILE"), FOLDERS | FILES)}
+PATHS = {"DIR": FOLDERS, **dict.fromkeys(("FILE", "FILE.icns", "PICTURE", "PICTURE:PX", "NAME|FILE"), FOLDERS | FILES)}
 
 shell_class = program = option_table = cmake = build_folder = None
 
@@ -84,7 +84,7 @@ class CompletionTest(unittest.TestCase):
                 words = {*option["choices"], *PATHS.get(option["value"], ())}
                 self.expect(words, fixed)
                 self.expect(words, fixed, option["choices"][0][:2])
-        self.assertEqual(count, 8, "--platform, -p, --layout, -l and --format")
+        self.assertEqual(count, 14, "--platform, -p, --layout, -l and --format, and --fit of three commands")
 
     def test_files_and_folders_that_an_option_takes(self):
         for option, fixed in self.options_with_values():
@@ -97,8 +97,9 @@ class CompletionTest(unittest.TestCase):
             if option["isRepeatable"]:
                 name = option["names"][-1]
                 words = {*option["choices"], *PATHS.get(option["value"], ())}
-                self.expect(words, f"{fixed}{option['choices'][0]} {name} ")
-                self.expect([name], f"{fixed}{option['choices'][0]} ", name)
+                value = min(words, key=lambda word: (" " in word, word))
+                self.expect(words, f"{fixed}{value} {name} ")
+                self.expect([name], f"{fixed}{value} ", name)
 
     def test_operands(self):
         for command, words in self.commands():
