@@ -10,8 +10,10 @@ namespace {
 
 QString sizesText(const LayoutFile& file) {
     QStringList sizes;
-    for (const int side : file.sizes)
-        sizes << QString::number(side);
+    for (const QSize& size : file.sizes)
+        sizes << (size.width() == size.height()
+                      ? QString::number(size.width())
+                      : QStringLiteral("%1x%2").arg(size.width()).arg(size.height()));
     return sizes.isEmpty() ? QStringLiteral("-") : sizes.join(u',');
 }
 
@@ -59,8 +61,12 @@ bool printJson(const Layout& layout) {
         json.beginObject();
         json.key("path").value(file.path);
         json.key("sizes").beginArray();
-        for (const int side : file.sizes)
-            json.value(side);
+        for (const QSize& size : file.sizes) {
+            json.beginObject();
+            json.key("width").value(size.width());
+            json.key("height").value(size.height());
+            json.endObject();
+        }
         json.endArray();
         json.key("for").value(file.purpose);
         json.endObject();

@@ -76,6 +76,26 @@ std::optional<int> CheckedMap::wholeNumber(const char* key, int least, int most)
     return number;
 }
 
+std::optional<QSize> CheckedMap::size(const char* key, int least, int most) {
+    if (!has(key))
+        return std::nullopt;
+    if (const std::optional<int> side = wholeNumberOf(value(key), least, most))
+        return QSize(*side, *side);
+    const QStringList sides =
+        value(key).typeId() == QMetaType::QString ? value(key).toString().split(u'x') : QStringList();
+    if (sides.size() == 2) {
+        bool isWidth = false;
+        bool isHeight = false;
+        const QSize size(sides[0].toInt(&isWidth), sides[1].toInt(&isHeight));
+        const int shorter = std::min(size.width(), size.height());
+        if (isWidth && isHeight && shorter >= least && std::max(size.width(), size.height()) <= most)
+            return size;
+    }
+    refuseType(key,
+               QStringLiteral("%1, or two in a text, such as \"310x150\"").arg(wholeNumberText(least, most)));
+    return std::nullopt;
+}
+
 std::vector<int> CheckedMap::wholeNumbers(const char* key, int least, int most) {
     std::vector<int> numbers;
     for (const QVariant& element : value(key).toList()) {

@@ -2,6 +2,7 @@
 
 #include "base/Result.h"
 
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
@@ -26,7 +27,9 @@ class CheckedMap {
     QString text(const char* key, const QString& otherwise = {});                  ///< one text
     bool flag(const char* key);                                                    ///< false without the key
     std::optional<int> wholeNumber(const char* key, int least, int most); ///< no value without the key
-    std::vector<int> wholeNumbers(const char* key, int least, int most);  ///< a list; empty without the key
+    /// A whole number for a square, or a text such as "310x150"; no value without the key.
+    std::optional<QSize> size(const char* key, int least, int most);
+    std::vector<int> wholeNumbers(const char* key, int least, int most); ///< a list; empty without the key
     /// A number above 0 and at most 1, or such a fraction in a text ("824/1024").
     double part(const char* key, double otherwise);
     /// One text, or a list of texts.

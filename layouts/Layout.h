@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
@@ -16,7 +17,7 @@ struct LayoutFile {
 
     QString path; ///< relative to the output folder, with {variables}
     Format format = Format::Png;
-    std::vector<int> sizes; ///< sides in pixels: one of a PNG, several of an ico, else empty
+    std::vector<QSize> sizes; ///< in pixels: one of a PNG, several squares of an ico, else empty
     LayoutPicture picture = LayoutPicture::Main;
     bool isOnlyIfGiven = false; ///< left out where its picture was not given
     bool hasGround = false;     ///< lies on the background

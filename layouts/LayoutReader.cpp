@@ -38,13 +38,14 @@ bool isInside(const QString& path) {
 void readSizes(CheckedMap& map, LayoutFile& file) {
     switch (file.format) {
     case Format::Png:
-        if (const std::optional<int> size = map.wholeNumber("size", 1, largestSide))
+        if (const std::optional<QSize> size = map.size("size", 1, largestSide))
             file.sizes = {*size};
         else if (!map.has("size"))
             map.refuse(QStringLiteral("\"size\" is missing"));
         return;
     case Format::Ico:
-        file.sizes = map.wholeNumbers("sizes", 1, largestIcoSide);
+        for (const int side : map.wholeNumbers("sizes", 1, largestIcoSide))
+            file.sizes.emplace_back(side, side);
         if (!map.has("sizes"))
             map.refuse(QStringLiteral("\"sizes\" is missing"));
         return;

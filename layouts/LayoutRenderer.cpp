@@ -17,9 +17,10 @@ namespace {
 
 template <typename Change>
 void forEachPixel(QImage& raster, Change change) {
+    const int width = raster.width();
     for (int y = 0; y < raster.height(); ++y) {
         uchar* pixel = raster.scanLine(y);
-        for (int x = 0; x < raster.width(); ++x, pixel += 4)
+        for (int x = 0; x < width; ++x, pixel += 4)
             change(pixel);
     }
 }
@@ -124,7 +125,8 @@ bool LayoutPictures::has(LayoutPicture picture) const {
     return false;
 }
 
-int LayoutRenderer::shapeSide(const LayoutFile& file, int side) {
+int LayoutRenderer::shapeSide(const LayoutFile& file, const QSize& size) {
+    const int side = std::min(size.width(), size.height());
     const int margin = static_cast<int>(std::lround(side * (1 - file.inset) / 2));
     return std::max(1, side - 2 * margin);
 }
@@ -166,19 +168,22 @@ Result<QImage> LayoutRenderer::drawnPicture(LayoutPicture picture, int side, int
     return raster;
 }
 
-Result<QImage> LayoutRenderer::raster(const LayoutFile& file, int side) const {
-    const int inner = shapeSide(file, side);
-    Result<QImage> picture = drawnPicture(file.picture, side, inner);
+Result<QImage> LayoutRenderer::raster(const LayoutFile& file, const QSize& size) const {
+    const int inner = shapeSide(file, size);
+    const int longer = std::max(size.width(), size.height());
+    Result<QImage> picture = drawnPicture(file.picture, longer, inner);
     if (!picture)
         return picture;
     const bool isSquare = file.shape == LayoutFile::Shape::Square;
     if (file.hasGround && !isSquare)
         layOnGround(*picture, m_background);
-    Result<GraphicsContext> context = GraphicsContext::create(QSizeF(side, side), 1);
+    Result<GraphicsContext> context = GraphicsContext::create(QSizeF(size), 1);
     if (!context)
         return context.error();
-    const double margin = (side - inner) / 2.0;
-    const QRectF bounds(margin, margin, inner, inner);
+    // Whole pixels, so that no edge is blurred. The context counts from the bottom.
+    const int left = (size.width() - inner) / 2;
+    const int bottom = size.height() - inner - (size.height() - inner) / 2;
+    const QRectF bounds(left, bottom, inner, inner);
     Path path = outline(file, m_style, bounds);
     if (!isSquare || m_style.roundCorner) {
         if (const Result<Done> clipped = context->addClip(path); !clipped)

@@ -32,13 +32,13 @@ class LayoutRenderer {
     LayoutRenderer(const LayoutPictures& pictures, const IconStyle& style, const Color& background)
         : m_pictures(pictures), m_style(style), m_background(background) {}
 
-    /// The side of the shape in a file's picture of `side` pixels: the inset part, as many pixels less on
-    /// both sides.
-    static int shapeSide(const LayoutFile& file, int side);
+    /// The side of the square that the shape takes in the middle of a file's picture: of the shorter side the
+    /// inset part, as many pixels less on both sides.
+    static int shapeSide(const LayoutFile& file, const QSize& size);
 
-    /// The picture of `file` with a side of `side` pixels. Fails as GraphicsContext does, or with
+    /// The picture of `file` in that size. Fails as GraphicsContext does, or with
     /// OutOfMemory.
-    Result<QImage> raster(const LayoutFile& file, int side) const;
+    Result<QImage> raster(const LayoutFile& file, const QSize& size) const;
 
   private:
     const Image& source(LayoutPicture picture) const;

@@ -164,17 +164,27 @@ class Filling {
     /// The placeholders that name a file.
     Result<Done> fillFrom(const QString& word, const QString& name) {
         const bool isCondition = word == QLatin1String("if");
-        if (!isCondition && word != QLatin1String("path") && word != QLatin1String("size"))
+        const bool isSide = word == QLatin1String("size") || word == QLatin1String("width") ||
+                            word == QLatin1String("height");
+        if (!isCondition && !isSide && word != QLatin1String("path"))
             return wrong(QStringLiteral("there is no placeholder {{%1}}").arg(word));
         const LayoutFile* file = fileNamed(name, m_file.path, m_known);
         if (file == nullptr)
             return wrong(QStringLiteral("the layout has no file \"%1\"").arg(name));
         if (isCondition)
             return beginCondition(*file);
-        if (word == QLatin1String("size"))
-            add(QString::number(file->sizes.empty() ? 0 : file->sizes.front()));
-        else
-            add(escaped(QDir(u'/' + folderOf(m_file.path)).relativeFilePath(u'/' + file->path), m_file.path));
+        if (isSide)
+            return fillSide(word, *file);
+        add(escaped(QDir(u'/' + folderOf(m_file.path)).relativeFilePath(u'/' + file->path), m_file.path));
+        return Done{};
+    }
+
+    Result<Done> fillSide(const QString& word, const LayoutFile& file) {
+        const QSize size = file.sizes.empty() ? QSize(0, 0) : file.sizes.front();
+        if (word == QLatin1String("size") && size.width() != size.height())
+            return wrong(QStringLiteral("\"%1\" has no size in one number, but {{width:…}} and {{height:…}}")
+                             .arg(file.path));
+        add(QString::number(word == QLatin1String("height") ? size.height() : size.width()));
         return Done{};
     }
 

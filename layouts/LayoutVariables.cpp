@@ -93,6 +93,12 @@ Result<Layout> withVariables(Layout layout, const QString& out, const QString& n
     for (LayoutNote& note : layout.notes) {
         if (const Result<Done> replaced = replace(note.file, values); !replaced)
             return replaced.error();
+        // Other words in curly brackets belong to the line.
+        for (auto value = values.begin(); value != values.end(); ++value) {
+            const QString variable = u'{' + value.key() + u'}';
+            note.line.replace(variable, *value);
+            note.pattern.replace(variable, QRegularExpression::escape(*value));
+        }
     }
     return layout;
 }

@@ -24,14 +24,16 @@ using Format = LayoutFile::Format;
 
 constexpr qint64 mostTextBytes = 4 << 20;
 
-/// The sides of the pictures in a file.
-std::vector<int> sidesOf(const LayoutFile& file) {
+/// The sizes of the pictures in a file.
+std::vector<QSize> sizesOf(const LayoutFile& file) {
     if (file.format != Format::Icns)
         return file.sizes;
+    std::vector<QSize> sizes;
+    for (const int side : IconContainer::sides)
+        sizes.emplace_back(side, side);
     // Largest first, as they are stored.
-    std::vector<int> sides(IconContainer::sides.begin(), IconContainer::sides.end());
-    std::ranges::reverse(sides);
-    return sides;
+    std::ranges::reverse(sizes);
+    return sizes;
 }
 
 /// Makes the bytes of a layout's files.
@@ -70,8 +72,8 @@ class Encoding {
 
     Result<QByteArray> ico(const LayoutFile& file) {
         std::vector<QImage> rasters;
-        for (const int side : file.sizes) {
-            Result<QImage> raster = m_renderer.raster(file, side);
+        for (const QSize& size : file.sizes) {
+            Result<QImage> raster = m_renderer.raster(file, size);
             if (!raster)
                 return raster.error();
             rasters.push_back(std::move(*raster));
@@ -81,8 +83,8 @@ class Encoding {
 
     Result<QByteArray> icns(const LayoutFile& file) {
         IcnsWriter writer;
-        for (const int side : sidesOf(file)) {
-            const Result<QImage> raster = m_renderer.raster(file, side);
+        for (const QSize& size : sizesOf(file)) {
+            const Result<QImage> raster = m_renderer.raster(file, size);
             if (!raster)
                 return raster.error();
             if (const auto added = writer.addImage(*raster, &m_pngs); !added)
@@ -153,9 +155,10 @@ void writeFiles(const QString& layout, const std::vector<LayoutFile>& files, con
             observer.failed(path, bytes.error());
             continue;
         }
-        const std::vector<int> sides = sidesOf(file);
-        const int side = sides.empty() ? 0 : *std::ranges::max_element(sides);
-        observer.fileWritten({layout, path, QSize(side, side), bytes->size()});
+        QSize largest(0, 0);
+        for (const QSize& size : sizesOf(file))
+            largest = largest.expandedTo(size);
+        observer.fileWritten({layout, path, largest, bytes->size()});
     }
 }
 
@@ -174,8 +177,8 @@ std::vector<LayoutFile> LayoutWriter::writtenFiles(const Layout& layout, const L
 std::vector<QSizeF> LayoutWriter::renders(const std::vector<LayoutFile>& files) {
     std::vector<QSizeF> sizes;
     for (const LayoutFile& file : files) {
-        for (const int side : sidesOf(file)) {
-            const int inner = LayoutRenderer::shapeSide(file, side);
+        for (const QSize& size : sizesOf(file)) {
+            const int inner = LayoutRenderer::shapeSide(file, size);
             sizes.emplace_back(inner, inner);
         }
     }

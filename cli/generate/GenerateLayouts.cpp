@@ -11,6 +11,7 @@
 #include "files/FilePath.h"
 #include "files/PathBytes.h"
 #include "imaging/drawing/GraphicsContext.h"
+#include "imaging/svg/SvgDocument.h"
 #include "layouts/LayoutCatalogue.h"
 #include "layouts/LayoutVariables.h"
 #include "layouts/LayoutWriter.h"
@@ -64,12 +65,11 @@ bool hasTransparency(const Image& image) {
     return false;
 }
 
-/// The bytes of an SVG document that is not compressed; else none.
+/// The text of an SVG document, also of a compressed one; empty if it can't be read again.
 QByteArray documentOf(const std::string& path) {
     constexpr qint64 mostBytes = 64 << 20;
     const Result<QByteArray> bytes = InputFile::read(path, mostBytes);
-    constexpr QByteArrayView gzipMagic("\x1f\x8b", 2);
-    return bytes && !bytes->startsWith(gzipMagic) ? *bytes : QByteArray();
+    return bytes ? SvgDocument::inflated(*bytes).valueOr({}) : QByteArray();
 }
 
 /// Loads the pictures and writes the layouts.
@@ -108,10 +108,8 @@ class LayoutRun {
         std::vector<QSize> sizes;
         for (const Layout& layout : m_layouts) {
             std::ranges::copy(LayoutWriter::renders(layout.files), std::back_inserter(renders));
-            for (const LayoutFile& file : layout.files) {
-                for (const int side : file.sizes)
-                    sizes.emplace_back(side, side);
-            }
+            for (const LayoutFile& file : layout.files)
+                sizes.insert(sizes.end(), file.sizes.begin(), file.sizes.end());
         }
         std::string failed;
         const Result<LoadedPicture> main = loadPicture(m_options.pictureFiles(), renders, failed);

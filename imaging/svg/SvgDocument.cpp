@@ -147,18 +147,19 @@ struct SvgDocument::Handle {
     RsvgHandle* handle;
 };
 
+Result<QByteArray> SvgDocument::inflated(const QByteArray& bytes) {
+    return bytes.startsWith("\x1f\x8b") ? unlessMemoryIsShort([&] { return gunzip(bytes); }) : bytes;
+}
+
 Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArray& bytes) {
     return unlessMemoryIsShort([&] { return parsed(bytes); });
 }
 
 Result<std::shared_ptr<const SvgDocument>> SvgDocument::parsed(const QByteArray& bytes) {
-    QByteArray document = bytes;
-    if (bytes.startsWith("\x1f\x8b")) {
-        Result<QByteArray> unpacked = gunzip(bytes);
-        if (!unpacked)
-            return unpacked.error();
-        document = std::move(*unpacked);
-    }
+    const Result<QByteArray> inflatedBytes = inflated(bytes);
+    if (!inflatedBytes)
+        return inflatedBytes.error();
+    const QByteArray& document = *inflatedBytes;
     if (const Result<Done> allowed = SvgGuard::check(document); !allowed)
         return allowed.error();
     if (!LibRsvg::loaded())

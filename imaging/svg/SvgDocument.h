@@ -18,6 +18,10 @@ class SvgDocument final : public ImageRep {
     /// it is empty or can't be drawn, Unsupported where librsvg is missing, OutOfMemory.
     static Result<std::shared_ptr<const SvgDocument>> fromBytes(const QByteArray& bytes);
 
+    /// The text of a document, plain or compressed with gzip, in its own encoding. Damaged where it can't be
+    /// unpacked, TooLarge, OutOfMemory.
+    static Result<QByteArray> inflated(const QByteArray& bytes);
+
     /// The document's own size in CSS pixels: its width and height, or else those of its view box, or else
     /// those of what it draws.
     const QSizeF& size() const { return m_size; }

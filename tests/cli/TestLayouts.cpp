@@ -29,7 +29,8 @@ TEST_F(Layouts, one_is_shown_with_its_files) {
 TEST_F(Layouts, are_written_into_the_project) {
     const QString source = flatPicture(u"logo.png"_s, 1024, 1024);
     const ProcessResult result =
-        generated(source, {u"--layout"_s, u"xcode"_s, u"--layout"_s, u"web"_s, u"--json"_s});
+        generate(source, {u"--layout"_s, u"xcode"_s, u"--layout"_s, u"web"_s, u"--json"_s});
+    EXPECT_EQ(result.exitStatus, 0);
     const QJsonObject document = QJsonDocument::fromJson(result.output).object();
     EXPECT_EQ(document.value(u"files").toArray().size(), 16 + 8);
     EXPECT_TRUE(document.contains(u"notes"));
@@ -108,7 +109,7 @@ TEST_F(Layouts, a_background_takes_the_alpha_channel_out_of_the_plain_sets) {
 
 TEST_F(Layouts, several_layouts_are_written_with_commas_and_in_any_case) {
     const QString source = flatPicture(u"logo.png"_s, 1024, 1024);
-    generated(source, {u"-l"_s, u"Web,xcode-SINGLE"_s});
+    EXPECT_EQ(generate(source, {u"-l"_s, u"Web,xcode-SINGLE"_s}).exitStatus, 0);
     EXPECT_TRUE(QFile::exists(out() + u"/favicon.ico"_s));
     EXPECT_TRUE(QFile::exists(out() + u"/AppIcon.appiconset/Contents.json"_s));
     EXPECT_EQ(runCli({u"layouts"_s, u"WEB"_s}).output.toStdString(),
@@ -119,4 +120,37 @@ TEST_F(Layouts, a_layout_files_name_may_have_a_comma) {
     const QString layout = file(u"a,web.toml"_s, "[[file]]\npath = 'x.png'\nsize = 7\n");
     generated(flatPicture(u"logo.png"_s, 64, 64), {u"--layout"_s, layout});
     EXPECT_EQ(tree(), std::vector<std::string>{"x.png"});
+}
+
+TEST_F(Layouts, a_compressed_drawing_is_written_uncompressed) {
+    const QByteArray document = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"9\" height=\"9\">"
+                                "<circle cx=\"4.5\" cy=\"4.5\" r=\"4\"/></svg>";
+    const QString compressed = path(u"logo.svgz"_s);
+    printedByPython(u"import gzip, sys\n"
+                    "with gzip.open(sys.argv[1], 'wb') as file: file.write(sys.argv[2].encode())"_s,
+                    {compressed, QString::fromUtf8(document)});
+    ASSERT_TRUE(content(compressed).startsWith("\x1f\x8b"));
+    generate(compressed, {u"--layout"_s, u"web"_s});
+    EXPECT_EQ(content(out() + u"/icon.svg"_s), document);
+}
+
+TEST_F(Layouts, a_file_that_is_not_square_is_shown_with_both_sides) {
+    const ProcessResult shown = runCli({u"layouts"_s, u"windows"_s});
+    EXPECT_TRUE(shown.output.contains("310x150")) << shown.output.constData();
+    const QJsonObject json = printedJson(runCli({u"layouts"_s, u"windows"_s, u"--json"_s}));
+    for (const QJsonValue& file : json[u"files"].toArray()) {
+        const QJsonObject size = file[u"sizes"].toArray().first().toObject();
+        const bool isWide = file[u"path"].toString() == u"Wide310x150Logo.png";
+        EXPECT_EQ(size[u"width"].toInt() == size[u"height"].toInt(), !isWide);
+        if (isWide) {
+            EXPECT_EQ(size[u"width"].toInt(), 310);
+        }
+    }
+    generated(flatPicture(u"logo.png"_s, 512, 512), {u"--layout"_s, u"windows"_s});
+    const QImage wide = icon(u"Wide310x150Logo.png"_s);
+    EXPECT_EQ(wide.size(), QSize(310, 150));
+    EXPECT_EQ(wide.pixelColor(79, 75).alpha(), 0);
+    EXPECT_EQ(wide.pixelColor(80, 0), QColor(Qt::red));
+    EXPECT_EQ(wide.pixelColor(229, 149), QColor(Qt::red));
+    EXPECT_EQ(wide.pixelColor(230, 75).alpha(), 0);
 }

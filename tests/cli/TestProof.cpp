@@ -58,8 +58,8 @@ TEST_F(Proof, of_layouts_is_grouped_by_their_purposes) {
     EXPECT_EQ(countIn(page, "<h1>A &amp; B</h1>"), 1);
     EXPECT_EQ(countIn(page, "<h2 "), 2);
     EXPECT_EQ(countIn(page, "<h3 class=\"part\">Tabs and bookmarks</h3>"), 1);
-    // Three pictures of favicon.ico, five PNG files; eight pictures of app.ico, fifteen PNG files.
-    EXPECT_EQ(countIn(page, "<li class=\"icon"), 3 + 5 + 8 + 15);
+    // Three pictures of favicon.ico, five PNG files; eight pictures of app.ico, sixteen PNG files.
+    EXPECT_EQ(countIn(page, "<li class=\"icon"), 3 + 5 + 8 + 16);
     // Two maskable icons: the smaller with a view of its own on each ground, the larger with lines on both.
     EXPECT_EQ(countIn(page, "class=\"ring\""), 2 * 2 * 2);
 }

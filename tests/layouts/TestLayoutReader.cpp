@@ -53,7 +53,7 @@ line = "<link>"
     const LayoutFile& file = read->layout.files[0];
     EXPECT_EQ(file.path.toStdString(), "res/a.png");
     EXPECT_EQ(file.format, LayoutFile::Format::Png);
-    EXPECT_EQ(file.sizes, std::vector<int>{48});
+    EXPECT_EQ(file.sizes, std::vector{QSize(48, 48)});
     EXPECT_EQ(file.picture, LayoutPicture::Foreground);
     EXPECT_TRUE(file.isOnlyIfGiven);
     EXPECT_TRUE(file.hasGround);
@@ -65,7 +65,7 @@ line = "<link>"
     EXPECT_EQ(file.places[0].value(QStringLiteral("scale")).toString().toStdString(), "2x");
     EXPECT_TRUE(file.hasOneEnding);
     EXPECT_FALSE(read->layout.files[1].hasOneEnding) << "not below res";
-    EXPECT_EQ(read->layout.files[1].sizes, (std::vector<int>{16, 256}));
+    EXPECT_EQ(read->layout.files[1].sizes, (std::vector{QSize(16, 16), QSize(256, 256)}));
     ASSERT_EQ(read->uses.size(), 1U);
     EXPECT_EQ(read->uses[0].at.toStdString(), "public");
     ASSERT_EQ(read->layout.notes.size(), 1U);
@@ -100,6 +100,13 @@ TEST(LayoutReader, what_is_wrong_is_told_with_its_place_and_the_nearest_word) {
          "file 1 (a.png): without an alpha channel the shape is a square"},
         {withFile("size = 1\ninset = \"1/0\""), "file 1 (a.png): \"inset\" takes a number above 0"},
         {withFile("size = 1\ninset = 2"), "file 1 (a.png): \"inset\" takes a number above 0"},
+        {withFile("size = \"310\""), "file 1 (a.png): \"size\" takes a whole number from 1 to 16384, or two"},
+        {withFile("size = \"310x0\""),
+         "file 1 (a.png): \"size\" takes a whole number from 1 to 16384, or two"},
+        {withFile("size = \"9x20000\""),
+         "file 1 (a.png): \"size\" takes a whole number from 1 to 16384, or two"},
+        {withFile("size = \"1x2x3\""),
+         "file 1 (a.png): \"size\" takes a whole number from 1 to 16384, or two"},
         {withFile("size = 1\nslots = 3"), "file 1 (a.png): \"slots\" takes a list of tables"},
         {"[[file]]\npath = \"a.ico\"\nsizes = [16, 257]",
          "file 1 (a.ico): \"sizes\" takes a list, each a whole number"},
@@ -124,6 +131,15 @@ TEST(LayoutReader, what_is_wrong_is_told_with_its_place_and_the_nearest_word) {
         {"\xef\xbb\xbf[[file]]\npath = 3", "file 1 (3): \"path\" takes a text"}};
     for (const auto& [toml, sentence] : cases)
         EXPECT_TRUE(refusal(toml).starts_with(sentence)) << toml.constData() << "\n" << refusal(toml);
+}
+
+TEST(LayoutReader, a_size_is_a_number_or_two_in_a_text) {
+    const Result<ReadLayout> read =
+        readLayout(QStringLiteral("name"),
+                   "[[file]]\npath = 'a.png'\nsize = '310x150'\n[[file]]\npath = 'b.png'\nsize = 7");
+    ASSERT_TRUE(read) << read.error().sentence.toStdString();
+    EXPECT_EQ(read->layout.files[0].sizes, std::vector{QSize(310, 150)});
+    EXPECT_EQ(read->layout.files[1].sizes, std::vector{QSize(7, 7)});
 }
 
 TEST(LayoutReader, paths_stay_in_the_folder) {

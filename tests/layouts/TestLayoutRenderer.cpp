@@ -1,3 +1,4 @@
+#include "imaging/image/FittedRep.h"
 #include "layouts/LayoutRenderer.h"
 #include "tests/support/Pictures.h"
 
@@ -23,11 +24,16 @@ LayoutPictures picturesOf(const QImage& main) {
     return pictures;
 }
 
-QImage rasterOf(const LayoutPictures& pictures, const LayoutFile& file, int side, const IconStyle& style = {},
-                const Color& background = white) {
-    const Result<QImage> raster = LayoutRenderer(pictures, style, background).raster(file, side);
+QImage rasterOf(const LayoutPictures& pictures, const LayoutFile& file, const QSize& size,
+                const IconStyle& style = {}, const Color& background = white) {
+    const Result<QImage> raster = LayoutRenderer(pictures, style, background).raster(file, size);
     EXPECT_TRUE(raster);
     return raster ? *raster : QImage();
+}
+
+QImage rasterOf(const LayoutPictures& pictures, const LayoutFile& file, int side, const IconStyle& style = {},
+                const Color& background = white) {
+    return rasterOf(pictures, file, QSize(side, side), style, background);
 }
 
 } // namespace
@@ -37,7 +43,7 @@ TEST(LayoutRenderer, an_inset_leaves_the_same_margin_on_each_side) {
     for (const int side : {1, 2, 16, 17, 48, 108, 1024}) {
         for (const double inset : {1.0, 824.0 / 1024, 66.0 / 108, 0.8}) {
             LayoutFile file = square(inset);
-            const int inner = LayoutRenderer::shapeSide(file, side);
+            const int inner = LayoutRenderer::shapeSide(file, QSize(side, side));
             EXPECT_EQ((side - inner) % 2, 0);
             EXPECT_NEAR(inner, side * inset, 1.01) << side;
             const QImage raster = rasterOf(pictures, file, side);
@@ -145,4 +151,38 @@ TEST(LayoutRenderer, a_file_without_a_picture_is_its_ground) {
     file.picture = LayoutPicture::None;
     file.hasGround = true;
     EXPECT_TRUE(Pictures::same(rasterOf(pictures, file, 30, {}, blue), Pictures::flat(30, 30, Qt::blue)));
+}
+
+TEST(LayoutRenderer, in_a_file_that_is_not_square_the_shape_is_the_square_in_the_middle) {
+    const LayoutPictures pictures = picturesOf(Pictures::flat(64, 64, Qt::red));
+    LayoutFile file = square(0.8);
+    file.hasGround = true;
+    for (const QSize& size : {QSize(310, 150), QSize(150, 310), QSize(31, 10), QSize(10, 31)}) {
+        const int inner = LayoutRenderer::shapeSide(file, size);
+        const QRect middle((size.width() - inner) / 2, (size.height() - inner) / 2, inner, inner);
+        const QImage raster = rasterOf(pictures, file, size, {}, blue);
+        ASSERT_EQ(raster.size(), size);
+        for (int y = 0; y < size.height(); ++y) {
+            for (int x = 0; x < size.width(); ++x) {
+                const Pixel expected = middle.contains(x, y) ? Pixel{255, 0, 0, 255} : Pixel{0, 0, 255, 255};
+                ASSERT_EQ(pixel(raster, x, y), expected) << x << ", " << y;
+            }
+        }
+    }
+}
+
+TEST(LayoutRenderer, a_margin_around_an_opaque_picture_is_no_part_of_its_silhouette) {
+    QImage mark = Pictures::flat(40, 40, Qt::black);
+    for (int y = 10; y < 30; ++y) {
+        for (int x = 10; x < 30; ++x)
+            mark.setPixelColor(x, y, Qt::white);
+    }
+    LayoutPictures pictures;
+    pictures.main = fitted(Pictures::loadedImage(mark), {PictureFit::Shape::Stretch, 0.1});
+    LayoutFile file = square();
+    file.picture = LayoutPicture::Monochrome;
+    const QImage raster = rasterOf(pictures, file, 50);
+    EXPECT_EQ(pixel(raster, 1, 1).alpha, 0) << "the margin";
+    EXPECT_EQ(pixel(raster, 8, 8).alpha, 0) << "the picture's ground";
+    EXPECT_EQ(pixel(raster, 25, 25).alpha, 255) << "its mark";
 }

@@ -1,4 +1,5 @@
 #include "layouts/LayoutCatalogue.h"
+#include "layouts/LayoutTemplate.h"
 #include "layouts/LayoutVariables.h"
 #include "layouts/LayoutWriter.h"
 #include "tests/support/Pictures.h"
@@ -226,4 +227,32 @@ TEST(LayoutWriter, a_variable_stays_in_the_folder) {
     EXPECT_EQ(resolved.error().code, ErrorCode::Malformed);
     layout.files[0].path = QStringLiteral("{c}/icon.png");
     EXPECT_FALSE(withVariables(layout, project.input().out, {})) << "an unknown variable";
+}
+
+TEST(LayoutWriter, variables_stand_for_their_values_in_notes) {
+    const Project project;
+    Layout layout;
+    layout.files.resize(1);
+    layout.files[0].path = QStringLiteral("icon.png");
+    layout.notes = {{QStringLiteral("app.json"), QStringLiteral("{ \"icon\": \"{name}\" }"),
+                     QStringLiteral("\"icon\": *\"{name}\"")}};
+    const Result<Layout> resolved = withVariables(layout, project.input().out, QStringLiteral("a+b"));
+    ASSERT_TRUE(resolved);
+    EXPECT_EQ(resolved->notes[0].line, QStringLiteral("{ \"icon\": \"a+b\" }"));
+    project.put(QStringLiteral("app.json"), "{\"icon\": \"ab\"}");
+    EXPECT_EQ(LayoutWriter::notes(*resolved, project.input().out).size(), 1U);
+    project.put(QStringLiteral("app.json"), "{\"icon\": \"a+b\"}");
+    EXPECT_TRUE(LayoutWriter::notes(*resolved, project.input().out).empty());
+}
+
+TEST(LayoutWriter, a_template_has_both_sides_of_a_file_that_is_not_square) {
+    LayoutFile wide;
+    wide.path = QStringLiteral("wide.png");
+    wide.sizes = {QSize(310, 150)};
+    LayoutFile text;
+    text.path = QStringLiteral("list.txt");
+    text.text = QStringLiteral("{{width:wide.png}} {{height:wide.png}}");
+    EXPECT_EQ(filledTemplate(text, {wide, text}, {}, {}).valueOr({}), "310 150");
+    text.text = QStringLiteral("{{size:wide.png}}");
+    EXPECT_FALSE(checkTemplate(text, {wide, text}));
 }
