@@ -154,11 +154,17 @@ void GraphicsContext::applyEdges(QImage& layer, const DeviceRect& device) {
 }
 
 void GraphicsContext::compositeOver(const QImage& layer, int left, int top) {
+    const int width = layer.width();
     for (int y = 0; y < layer.height(); ++y) {
         const std::uint8_t* from = layer.constScanLine(y);
         std::uint8_t* to = m_raster.scanLine(top + y) + 4 * static_cast<std::ptrdiff_t>(left);
-        for (int x = 0; x < layer.width(); ++x, from += 4, to += 4) {
+        for (int x = 0; x < width; ++x, from += 4, to += 4) {
             const int rest = 255 - from[3];
+            // What most pixels are.
+            if (rest == 0 || to[3] == 0) {
+                std::copy_n(from, 4, to);
+                continue;
+            }
             for (int i = 0; i < 4; ++i)
                 to[i] = static_cast<std::uint8_t>(std::min(255, from[i] + (to[i] * rest + 127) / 255));
         }
