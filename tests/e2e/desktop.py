@@ -37,6 +37,7 @@ class Desktop:
         shutil.rmtree(self.artefacts, ignore_errors=True)
         self.artefacts.mkdir(parents=True)
         self.scale = scale
+        self.well_part = 1 / 4  # of the window's width
         self._stack = contextlib.ExitStack()
 
     def __enter__(self):
@@ -242,7 +243,7 @@ class Desktop:
     def well(self):
         """A place in the image well: the upper left part of the window's content."""
         x, y, width, height = self.geometry(self.window)
-        return x + width // 4, y + height * 2 // 5
+        return x + int(width * self.well_part), y + height * 2 // 5
 
     # Dragging
 

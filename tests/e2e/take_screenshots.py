@@ -1,4 +1,5 @@
-"""Pictures of every window of the application, on a light and on a dark desktop, at scale 1 and 2.
+"""Pictures of every window of the application, on a light and on a dark desktop, at scale 1, 1.5 and 2, in a font of 18
+points, and from right to left.
 
 usage: take_screenshots.py TOBRIMAX DRAG_SOURCE SAMPLE FOLDER
 """
@@ -12,20 +13,33 @@ from desktop import PROGRAMS, Desktop, wait_for
 DARK = {"View": "27,30,32", "Window": "42,46,50", "Button": "49,54,59", "Tooltip": "49,54,59", "Selection": "61,174,233"}
 
 
-def make_dark(desktop):
-    """A dark desktop, in the only settings that Qt reads without a plugin."""
+def make_desktop(desktop, look):
+    """A dark desktop, or one with a large font, in the only settings that Qt reads without a plugin."""
     settings = desktop.folder / "home" / ".config"
     settings.mkdir(exist_ok=True)
     text = "\n".join(f"[Colors:{name}]\nBackgroundNormal={ground}\nForegroundNormal=239,240,241\n"
-                     for name, ground in DARK.items())
-    (settings / "kdeglobals").write_text(text + "[General]\nfont=DejaVu Sans,9,-1,5,50,0,0,0,0,0\n")
+                     for name, ground in DARK.items()) if "dark" in look else ""
+    size = 18 if "18pt" in look else 9
+    (settings / "kdeglobals").write_text(f"{text}[General]\nfont=DejaVu Sans,{size},-1,5,50,0,0,0,0,0\n")
     return {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5"}
 
 
+def mirror(desktop):
+    """Has the program start from right to left."""
+    mirrored = desktop.folder / "bin" / "mirrored"
+    mirrored.write_text(f'#!/bin/sh\nexec "{PROGRAMS["tobrimax"]}" -reverse\n')
+    mirrored.chmod(0o755)
+    PROGRAMS["tobrimax"] = str(mirrored)
+    # The well is on the right side of the window.
+    desktop.well_part = 3 / 4
+
+
 def start(desktop, look, active="Tobrimax"):
-    environment = make_dark(desktop) if "dark" in look else {}
-    if "scale-2" in look:
-        environment["QT_SCALE_FACTOR"] = "2"
+    environment = make_desktop(desktop, look) if "dark" in look or "18pt" in look else {}
+    if "scale" in look:
+        environment["QT_SCALE_FACTOR"] = look.rpartition("-")[2]
+    if "mirrored" in look:
+        mirror(desktop)
     desktop.start_application(active, **environment)
 
 
@@ -74,7 +88,6 @@ def take_other_windows(desktop, look):
 
 def take(what, look):
     with Desktop(pathlib.Path(folder) / look / what) as desktop:
-        desktop.scale = 2 if "scale-2" in look else 1
         take_main_window(desktop, look) if what == "main" else take_other_windows(desktop, look)
 
 
@@ -85,6 +98,7 @@ if __name__ == "__main__":
         take(*sys.argv[5:7])
     else:
         # Each desktop has a process of its own, because a process can read the accessibility tree of one desktop only.
-        for look in ("light", "dark", "light-scale-2", "dark-scale-2"):
+        for look in ("light", "dark", "light-scale-1.5", "light-scale-2", "dark-scale-2", "light-18pt", "dark-18pt", "light-mirrored",
+                     "dark-mirrored"):
             for what in ("main", "others"):
                 subprocess.run([sys.executable, __file__, *sys.argv[1:5], what, look], check=True)
