@@ -23,8 +23,12 @@ bool isPath(const QString& nameOrPath) {
 }
 
 Result<QByteArray> bytesOf(const QString& nameOrPath) {
-    if (isPath(nameOrPath))
-        return RegularFile::read(PathBytes::encoded(nameOrPath).toStdString(), mostBytes);
+    if (isPath(nameOrPath)) {
+        Result<QByteArray> bytes = RegularFile::read(PathBytes::encoded(nameOrPath).toStdString(), mostBytes);
+        // The sentence about a missing layout names it, as below.
+        const bool isMissing = !bytes && bytes.error().code == ErrorCode::NotFound;
+        return isMissing ? about(nameOrPath, bytes.error()) : bytes;
+    }
     QFile file(QLatin1String(builtInFolder) + nameOrPath + QLatin1String(ending));
     if (file.open(QIODevice::ReadOnly))
         return file.readAll();

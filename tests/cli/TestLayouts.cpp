@@ -87,6 +87,19 @@ TEST_F(Layouts, what_can_not_be_used_is_wrong_usage_and_writes_nothing) {
     }
 }
 
+TEST_F(Layouts, a_file_that_is_missing_is_named) {
+    const QString layout = path(u"none.toml"_s);
+    const QStringList lines[] = {{u"generate"_s, sample(u"svg"_s), u"--out"_s, out(), u"--layout"_s, layout},
+                                 {u"layouts"_s, layout}};
+    for (const QStringList& line : lines) {
+        const ProcessResult result = runCli(line);
+        EXPECT_EQ(result.exitStatus, 2);
+        EXPECT_EQ(result.errorLines().size(), 1) << result.errors.constData();
+        EXPECT_TRUE(result.errors.contains("error: " + layout.toUtf8() + ": ")) << result.errors.constData();
+    }
+    EXPECT_FALSE(QFile::exists(out()));
+}
+
 TEST_F(Layouts, a_picture_that_is_missing_writes_nothing) {
     const QString source = flatPicture(u"logo.png"_s, 64, 64);
     const ProcessResult result =
