@@ -29,6 +29,7 @@ std::vector<QSize> sizesOf(const LayoutFile& file) {
     if (file.format != Format::Icns)
         return file.sizes;
     std::vector<QSize> sizes;
+    sizes.reserve(IconContainer::sides.size());
     for (const int side : IconContainer::sides)
         sizes.emplace_back(side, side);
     // Largest first, as they are stored.

@@ -35,7 +35,7 @@ Parsed<Color> OptionText::color(const std::string& text) {
 }
 
 Parsed<Color> OptionText::opaqueColor(const std::string& option, const std::string& text) {
-    const Parsed<Color> parsed = color(text);
+    Parsed<Color> parsed = color(text);
     if (const auto* found = std::get_if<Color>(&parsed); found != nullptr && found->alpha < 1)
         return UsageError{option + " takes an opaque colour, not '" + text + "'"};
     return parsed;

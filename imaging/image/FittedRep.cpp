@@ -47,7 +47,7 @@ int cutToTarget(AxisMapping& axis) {
 
 /// A bitmap's samples that lie in the target, resampled.
 Result<QImage> renderedPart(const BitmapImageRep& bitmap, AxisMapping x, AxisMapping y) {
-    const Result<QImage> raster = bitmap.raster();
+    Result<QImage> raster = bitmap.raster();
     if (!raster)
         return raster;
     x.sourceLength = raster->width();
@@ -92,8 +92,8 @@ Result<QImage> FittedRep::rendered(AxisMapping x, AxisMapping y) const {
     if (best == nullptr || across.mapping.targetLength <= 0 || down.mapping.targetLength <= 0)
         return noPixels();
     const auto* bitmap = dynamic_cast<const BitmapImageRep*>(best);
-    const Result<QImage> part = bitmap != nullptr ? renderedPart(*bitmap, across.mapping, down.mapping)
-                                                  : best->rendered(across.mapping, down.mapping);
+    Result<QImage> part = bitmap != nullptr ? renderedPart(*bitmap, across.mapping, down.mapping)
+                                            : best->rendered(across.mapping, down.mapping);
     if (!part)
         return part;
     return placed(*part, across.begin, down.begin, QSize(x.targetLength, y.targetLength));
