@@ -10,7 +10,7 @@
 
 #include <QXmlStreamReader>
 
-#include <ranges>
+#include <algorithm>
 
 namespace {
 
@@ -67,7 +67,9 @@ Result<ProofPictures> icoPictures(const QByteArray& file) {
     if (!reader)
         return reader.error();
     ProofPictures found;
-    for (const IcoReader::Entry& entry : std::views::reverse(reader->entries())) {
+    std::vector<IcoReader::Entry> entries = reader->entries();
+    std::ranges::reverse(entries);
+    for (const IcoReader::Entry& entry : entries) {
         Result<DecodedPicture> picture = reader->picture(entry);
         if (!picture)
             return picture.error();
