@@ -17,8 +17,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::vector<LayoutFile>& files = read->layout.files;
     for (const LayoutFile& file : files) {
         require(!file.path.startsWith(u'/') && !file.path.split(u'/').contains(QStringLiteral("..")));
-        for (const QSize& size : file.sizes)
-            require(!size.isEmpty());
+        for (const QSize& pixels : file.sizes)
+            require(!pixels.isEmpty());
         const bool isChecked = static_cast<bool>(checkTemplate(file, files));
         const Result<QByteArray> text = filledTemplate(file, files, {}, {QStringLiteral("name"), {}});
         require(isChecked == static_cast<bool>(text));
