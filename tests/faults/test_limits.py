@@ -182,10 +182,10 @@ class LimitTest(unittest.TestCase):
         for turn in range(12):
             with self.subTest(turn=turn):
                 (subject if turn % 2 else super(Container, subject)).prepare()
-                both = [subprocess.Popen([str(word) for word in one.command()], stdout=subprocess.PIPE,
-                                         stderr=subprocess.PIPE) for one in (subject, other)]
-                killed = subprocess.Popen([str(word) for word in subject.command()], stdout=subprocess.DEVNULL,
-                                          stderr=subprocess.DEVNULL)
+                # Making a command also writes its catalogue, which none of the programs is to read meanwhile.
+                commands = [[str(word) for word in one.command()] for one in (subject, other)]
+                both = [subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE) for command in commands]
+                killed = subprocess.Popen(commands[0], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
                 time.sleep(chance.uniform(0, 0.15))
                 killed.send_signal(signal.SIGKILL)
                 hits += killed.wait() == -signal.SIGKILL
