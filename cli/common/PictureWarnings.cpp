@@ -1,9 +1,12 @@
 #include "cli/common/PictureWarnings.h"
 
+#include "imaging/drawing/GraphicsContext.h"
+
 #include <QLocale>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -63,6 +66,28 @@ QString fitText(const PictureFit& fit) {
     return QStringLiteral("will be stretched (--fit contain and --fit cover keep its shape)");
 }
 
+/// Whether all pixels of a drawing of that size are transparent.
+bool isEmpty(const Image& image, const QSizeF& size) {
+    const Result<QImage> drawn = drawnRaster(image, size);
+    for (int y = 0; drawn && y < drawn->height(); ++y) {
+        const uchar* pixels = drawn->constScanLine(y);
+        for (int x = 0; x < drawn->width(); ++x) {
+            if (pixels[4 * x + 3] != 0)
+                return false;
+        }
+    }
+    return static_cast<bool>(drawn);
+}
+
+/// Whether the picture shows nothing in the icons, without the pictures for small icons.
+bool isEmpty(const LoadedPicture& picture) {
+    const Image image = picture.image.forIcons(std::numeric_limits<int>::max());
+    // Little of a picture may not show in a small drawing.
+    constexpr QSizeF small(16, 16);
+    constexpr QSizeF large(1024, 1024);
+    return isEmpty(image, small) && isEmpty(image, large);
+}
+
 } // namespace
 
 QStringList pictureWarnings(const LoadedPicture& picture, const MadeIcons& icons) {
@@ -74,5 +99,7 @@ QStringList pictureWarnings(const LoadedPicture& picture, const MadeIcons& icons
         warnings << QStringLiteral("the picture (%1) is %2 and will be enlarged").arg(size, enlarged);
     if (picture.size.width() != picture.size.height())
         warnings << QStringLiteral("the picture (%1) is not square and %2").arg(size, fitText(icons.fit));
+    if (isEmpty(picture))
+        warnings << QStringLiteral("the picture is empty: all that icons show of it is transparent");
     return warnings + picture.warnings;
 }

@@ -9,6 +9,7 @@
 #include "cli/generate/GenerateProof.h"
 #include "cli/generate/GenerateReport.h"
 #include "cli/generate/OutputTarget.h"
+#include "cli/generate/SetWarnings.h"
 #include "files/FileItem.h"
 #include "files/FilePath.h"
 #include "files/PathBytes.h"
@@ -125,6 +126,8 @@ int runGenerate(const GenerateOptions& options) {
         return report.finish();
     }
     for (const QString& warning : pictureWarnings(*picture, {madeSizes(plan, options), options.fit}))
+        report.warn(warning);
+    for (const QString& warning : SetWarnings::ofPlatforms(options, plan.remainingFiles()))
         report.warn(warning);
 
     if (options.purpose == GeneratePurpose::List)

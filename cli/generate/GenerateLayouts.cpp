@@ -8,9 +8,9 @@
 #include "cli/generate/GenerateReport.h"
 #include "cli/generate/OutputTarget.h"
 #include "cli/generate/PictureName.h"
+#include "cli/generate/SetWarnings.h"
 #include "files/FilePath.h"
 #include "files/PathBytes.h"
-#include "imaging/drawing/GraphicsContext.h"
 #include "imaging/svg/SvgDocument.h"
 #include "layouts/LayoutCatalogue.h"
 #include "layouts/LayoutVariables.h"
@@ -19,6 +19,7 @@
 #include <QMap>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -49,20 +50,6 @@ Result<std::vector<Layout>> loadedLayouts(const GenerateOptions& options, const 
         layouts.push_back(std::move(*layout));
     }
     return layouts;
-}
-
-/// Whether some pixel of the picture is not opaque, as far as a small drawing shows it.
-bool hasTransparency(const Image& image) {
-    constexpr int side = 64;
-    const Result<QImage> small = drawnRaster(image, QSizeF(side, side));
-    for (int y = 0; small && y < side; ++y) {
-        const uchar* pixel = small->constScanLine(y);
-        for (int x = 0; x < side; ++x, pixel += 4) {
-            if (pixel[3] < 255)
-                return true;
-        }
-    }
-    return false;
 }
 
 /// The text of an SVG document, also of a compressed one; empty if it can't be read again.
@@ -137,26 +124,24 @@ class LayoutRun {
                 m_report.warn(QStringLiteral("%1: %2").arg(PathBytes::decoded(path), warning));
             image = picture->image;
         }
-        warnOfGround();
+        for (const QString& warning : SetWarnings::ofLayouts(m_options, writtenFiles(), m_input.pictures))
+            m_report.warn(warning);
         return true;
     }
 
-    void warnOfGround() {
-        const bool hasOpaqueFiles = std::ranges::any_of(m_layouts, [](const Layout& layout) {
-            return std::ranges::any_of(layout.files, &LayoutFile::hasGround);
-        });
-        if (hasOpaqueFiles && !m_options.background && hasTransparency(m_input.pictures.main))
-            m_report.warn(
-                QStringLiteral("the picture has transparent parts; where icons need a ground it is white "
-                               "(--background takes another colour)"));
+    /// The files of all layouts that are written with the pictures.
+    std::vector<LayoutFile> writtenFiles() const {
+        std::vector<LayoutFile> files;
+        for (const Layout& layout : m_layouts)
+            std::ranges::move(LayoutWriter::writtenFiles(layout, m_input.pictures),
+                              std::back_inserter(files));
+        return files;
     }
 
     void write() {
-        std::size_t count = 0;
-        for (const Layout& layout : m_layouts)
-            count += LayoutWriter::writtenFiles(layout, m_input.pictures).size();
         {
-            Terminal::ProgressBar progress(static_cast<int>(count), m_options.tellsProgress());
+            Terminal::ProgressBar progress(static_cast<int>(writtenFiles().size()),
+                                           m_options.tellsProgress());
             m_report.begin(progress);
             for (const Layout& layout : m_layouts) {
                 if (m_options.purpose == GeneratePurpose::List)

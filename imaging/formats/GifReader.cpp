@@ -39,10 +39,10 @@ Error failure(int code) {
                                                              : QStringLiteral("error %1").arg(code));
 }
 
-/// Reads the file's records up to the first frame's descriptor. A control block on the way sets
+/// Reads the file's records up to the next frame's descriptor. A control block on the way sets
 /// `transparent`: to the index of transparent pixels, or to -1. On failure it returns false, and the
 /// library's error is set.
-bool findFirstFrame(GifFileType* gif, int& transparent) {
+bool findFrame(GifFileType* gif, int& transparent) {
     for (;;) {
         GifRecordType type = UNDEFINED_RECORD_TYPE;
         if (DGifGetRecordType(gif, &type) == GIF_ERROR)
@@ -139,7 +139,7 @@ Result<DecodedPicture> read(const QByteArray& bytes, const ReducedCopies::Render
     if (!gif)
         return memory.wasSeen() ? outOfMemory() : failure(code);
     int transparent = NO_TRANSPARENT_COLOR;
-    if (!findFirstFrame(gif.get(), transparent))
+    if (!findFrame(gif.get(), transparent))
         return failure(gif->Error);
     const GifImageDesc& frame = gif->Image;
     const ColorMapObject* colors = frame.ColorMap != nullptr ? frame.ColorMap : gif->SColorMap;
@@ -171,7 +171,10 @@ Result<DecodedPicture> read(const QByteArray& bytes, const ReducedCopies::Render
         }
         picture.addRow(row);
     }
-    return picture.finish();
+    Result<DecodedPicture> result = picture.finish();
+    if (result && findFrame(gif.get(), transparent))
+        result->warnings << PictureReader::framesWarning();
+    return result;
 }
 
 } // namespace

@@ -101,6 +101,7 @@ struct PixelSize {
 struct QtPicture {
     QImage image;
     bool ranShort = false;
+    bool hasFrames = false; ///< more than one
 };
 
 /// Qt's limit while a picture is read, in MiB.
@@ -160,6 +161,7 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
     if (!reader.read(&picture.image))
         return failure(reader, memory, name, *size);
     picture.ranShort = device.ranShort();
+    picture.hasFrames = reader.imageCount() > 1;
     return picture;
 }
 
@@ -292,6 +294,8 @@ Result<DecodedPicture> readWholeWebP(const QByteArray& bytes) {
     if (!upright)
         return upright.error();
     result->raster = std::move(*upright);
+    if (picture->hasFrames)
+        result->warnings << PictureReader::framesWarning();
     return result;
 }
 

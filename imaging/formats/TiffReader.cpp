@@ -340,6 +340,8 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
     DecodedPicture decoded{std::move(*upright), {}};
     if (embedded->isBroken || converter->profileWasRefused())
         decoded.warnings << PictureReader::profileWarning();
+    if (TIFFLastDirectory(tiff) == 0)
+        decoded.warnings << PictureReader::framesWarning();
     return decoded;
 }
 

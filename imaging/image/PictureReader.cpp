@@ -107,6 +107,10 @@ int PictureReader::orientation(const QByteArray& exif, QByteArrayView xmp) {
     return found ? *found : xmpOrientation(xmp).value_or(1);
 }
 
+QString PictureReader::framesWarning() {
+    return QStringLiteral("the picture has several frames; the first is taken");
+}
+
 QString PictureReader::profileWarning() {
     return QStringLiteral("the picture's colour profile could not be used; its colours are taken as sRGB");
 }

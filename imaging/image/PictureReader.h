@@ -31,6 +31,9 @@ inline constexpr qint64 maximumSide = 1000000;
 /// before any memory for pixels is taken.
 Result<Done> checkSize(qint64 width, qint64 height);
 
+/// The warning about a file with more pictures than the one that is read.
+QString framesWarning();
+
 /// The error for a picture of that many pixels.
 Error tooLarge(qint64 width, qint64 height);
 

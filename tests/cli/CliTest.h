@@ -27,7 +27,8 @@ class CliTest : public testing::Test {
 
     /// Runs `tobrimax-cli generate PICTURE --out out() …` in the test's folder.
     ProcessResult generate(const QString& picture, const QStringList& more = {}) const;
-    /// Like `generate`; the test fails unless the run succeeds and standard error is empty.
+    /// Like `generate`; the test fails unless the run succeeds and standard error is empty but for the
+    /// warnings that Apple's sets get (see `otherErrorLines`).
     ProcessResult generated(const QString& picture, const QStringList& more = {}) const;
 
     /// These functions make a file, and the folders above it, and return its path.
@@ -65,8 +66,12 @@ QByteArray printedByPython(const QString& script, const QStringList& arguments);
 /// The JSON document on standard output; the test fails if anything else is there.
 QJsonObject printedJson(const ProcessResult& result);
 
-/// Expects that the program ended with status 1 and printed one line on standard error, with `sentence` in
-/// it.
+/// The lines on standard error but the warnings that icons for iPhone, iPad and Apple Watch get with every
+/// picture: of their alpha channel, and of corners that were asked for.
+QStringList otherErrorLines(const ProcessResult& result);
+
+/// Expects that the program ended with status 1 and printed one such line on standard error, with `sentence`
+/// in it.
 void expectOneError(const ProcessResult& result, const QString& sentence);
 
 /// Whether two colours are equal up to rounding.

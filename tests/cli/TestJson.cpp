@@ -75,9 +75,9 @@ TEST_F(Json, members_stand_in_their_order) {
     EXPECT_EQ(members(plain, u"['files'][0]"_s), "platform path width height bytes");
     EXPECT_EQ(members(plain, u"['timings']"_s),
               "decode reduce decorate tiff choose filter compress write other total");
-    const QByteArray web =
-        generated(sample(u"svg"_s), {u"--json"_s, u"--background"_s, u"red"_s, u"--layout"_s, u"web"_s})
-            .output;
+    const QByteArray web = generated(sample(u"svg"_s), {u"--json"_s, u"--background"_s, u"red"_s,
+                                                        u"--padding"_s, u"0.15"_s, u"--layout"_s, u"web"_s})
+                               .output;
     EXPECT_EQ(members(web), "picture out files notes warnings errors");
     EXPECT_EQ(members(web, u"['files'][0]"_s), "layout path width height bytes");
     const QByteArray all = run({u"layouts"_s, u"--json"_s}).output;

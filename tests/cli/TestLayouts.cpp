@@ -110,7 +110,8 @@ TEST_F(Layouts, a_picture_that_is_missing_writes_nothing) {
 }
 
 TEST_F(Layouts, a_background_takes_the_alpha_channel_out_of_the_plain_sets) {
-    const QString source = flatPicture(u"logo.png"_s, 1024, 1024, QColor(255, 0, 0, 0));
+    // Half transparent pixels show the ground; a wholly transparent picture gets a warning.
+    const QString source = flatPicture(u"logo.png"_s, 1024, 1024, QColor(0x10, 0x20, 0x30, 128));
     generated(source,
               {u"--platform"_s, u"iphone"_s, u"--platform"_s, u"mac"_s, u"--background"_s, u"#102030"_s});
     const QByteArray png = content(out() + u"/iphone/AppIcon.appiconset/Icon-App-60x60@3x.png"_s);

@@ -53,8 +53,9 @@ TEST_F(Proof, is_not_in_json_where_it_is_not_asked_for) {
 
 TEST_F(Proof, of_layouts_is_grouped_by_their_purposes) {
     const QString page = path(u"proof.html"_s);
-    generated(flatPicture(u"logo.png"_s, 1024, 1024), {u"--layout"_s, u"web"_s, u"--layout"_s, u"windows"_s,
-                                                       u"--name"_s, u"A & B"_s, u"--proof"_s, page});
+    generated(flatPicture(u"logo.png"_s, 1024, 1024),
+              {u"--layout"_s, u"web"_s, u"--layout"_s, u"windows"_s, u"--name"_s, u"A & B"_s, u"--padding"_s,
+               u"0.15"_s, u"--background"_s, u"white"_s, u"--proof"_s, page});
     EXPECT_EQ(countIn(page, "<h1>A &amp; B</h1>"), 1);
     EXPECT_EQ(countIn(page, "<h2 "), 2);
     EXPECT_EQ(countIn(page, "<h3 class=\"part\">Tabs and bookmarks</h3>"), 1);

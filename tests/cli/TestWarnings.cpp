@@ -1,17 +1,19 @@
 #include "tests/cli/CliTest.h"
 
+#include <utility>
+
 namespace {
 
 class Warnings : public CliTest {
   protected:
-    /// The lines on standard error of a successful run.
+    /// The lines on standard error of a successful run, without those about Apple's store and systems.
     QStringList warned(const QString& picture, const QString& platform) const {
         const ProcessResult result = generate(picture, {u"--platform"_s, platform});
         EXPECT_EQ(result.exitStatus, 0) << result.errors.toStdString();
         EXPECT_FALSE(tree().empty());
         for (const QString& line : result.errorLines())
             EXPECT_TRUE(line.startsWith(u"tobrimax-cli: warning: "_s)) << line.toStdString();
-        return result.errorLines();
+        return otherErrorLines(result);
     }
 
     QString drawing(const QString& name, int width, int height) const {
@@ -84,4 +86,86 @@ TEST_F(Warnings, measure_a_turned_photograph_upright) {
     const QStringList lines = warned(picture, u"iphone"_s);
     ASSERT_EQ(lines.size(), 1);
     EXPECT_TRUE(lines[0].contains(u"1050 × 1100"_s)) << lines[0].toStdString();
+}
+
+TEST_F(Warnings, tell_once_of_a_picture_that_is_wholly_transparent) {
+    const QString picture = flatPicture(u"empty.png"_s, 1024, 1024, QColor(255, 0, 0, 0));
+    const QStringList lines = warned(picture, u"all"_s);
+    ASSERT_EQ(lines.size(), 1);
+    EXPECT_TRUE(lines[0].contains(u"the picture is empty"_s)) << lines[0].toStdString();
+    QImage dot(1024, 1024, QImage::Format_RGBA8888);
+    dot.fill(Qt::transparent);
+    dot.setPixelColor(3, 3, Qt::red);
+    EXPECT_EQ(warned(this->picture(u"dot.png"_s, dot), u"all"_s), QStringList());
+}
+
+TEST_F(Warnings, tell_of_a_picture_with_several_frames) {
+    const QString frames =
+        u"frames = [Image.new('RGB', (1024, 1024), color) for color in ('red', 'blue')]\n"_s;
+    for (const char* name : {"frames.gif", "frames.webp", "frames.tif"}) {
+        const QString picture = pillowPicture(
+            QLatin1String(name), frames + u"frames[0].save(path, save_all=True, append_images=frames[1:])"_s);
+        const QStringList lines = warned(picture, u"all"_s);
+        ASSERT_EQ(lines.size(), 1) << name;
+        EXPECT_TRUE(lines[0].contains(u"several frames; the first is taken"_s)) << lines[0].toStdString();
+        EXPECT_TRUE(isNear(icon180().pixelColor(90, 90), Qt::red, 8)) << name;
+    }
+}
+
+TEST_F(Warnings, tell_once_of_an_alpha_channel_that_the_store_refuses) {
+    const QString picture = flatPicture(u"square.png"_s, 1024, 1024);
+    const std::pair<QStringList, const char*> cases[] = {
+        {{u"all"_s}, "the icons for iPhone, iPad and Apple Watch have an alpha channel"},
+        {{u"universal"_s}, "the icons for iPhone and iPad have an alpha channel"},
+        {{u"watch"_s, u"--platform"_s, u"android"_s}, "the icons for Apple Watch have an alpha channel"}};
+    for (const auto& [platforms, sentence] : cases) {
+        const ProcessResult result = generate(picture, QStringList{u"--platform"_s} + platforms);
+        EXPECT_EQ(result.errorLines().size(), 1) << result.errors.constData();
+        EXPECT_TRUE(result.errors.contains(sentence)) << result.errors.constData();
+        EXPECT_TRUE(result.errors.contains("(--background COLOR")) << result.errors.constData();
+    }
+    const QStringList all{u"--platform"_s, u"all"_s};
+    EXPECT_TRUE(generate(picture, all + QStringList{u"--background"_s, u"white"_s}).errors.isEmpty());
+    EXPECT_TRUE(generate(picture, {u"--platform"_s, u"mac"_s}).errors.isEmpty());
+}
+
+TEST_F(Warnings, tell_of_rounded_corners_where_the_system_cuts_them) {
+    const QString picture = flatPicture(u"square.png"_s, 1024, 1024);
+    const QStringList style{u"--background"_s, u"white"_s, u"--round-corner"_s, u"0.2"_s};
+    const ProcessResult phone = generate(picture, style + QStringList{u"--platform"_s, u"universal"_s});
+    EXPECT_EQ(phone.errorLines().size(), 1) << phone.errors.constData();
+    EXPECT_TRUE(phone.errors.contains("the icons for iPhone and iPad have rounded corners"));
+    EXPECT_TRUE(generate(picture, style + QStringList{u"--platform"_s, u"mac"_s}).errors.isEmpty());
+    const QStringList small = style + QStringList{u"--padding"_s, u"0.15"_s};
+    for (const char* name : {"xcode", "android"}) {
+        const ProcessResult layout =
+            generate(picture, small + QStringList{u"--layout"_s, QLatin1String(name)});
+        EXPECT_EQ(layout.errorLines().size(), 1) << layout.errors.constData();
+        EXPECT_TRUE(layout.errors.contains("without --round-corner")) << layout.errors.constData();
+    }
+    EXPECT_TRUE(generate(picture, style + QStringList{u"--layout"_s, u"linux"_s}).errors.isEmpty());
+}
+
+TEST_F(Warnings, tell_once_of_corners_that_launchers_cut_off) {
+    const QString picture = flatPicture(u"square.png"_s, 1024, 1024);
+    const QString circle =
+        file(u"circle.svg"_s, R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9">
+        <circle cx="4.5" cy="4.5" r="4.5"/></svg>)");
+    const auto warnings = [&](const QString& source, const QStringList& more) {
+        const ProcessResult result = generate(source, QStringList{u"--background"_s, u"white"_s} + more);
+        EXPECT_EQ(result.exitStatus, 0);
+        for (const QString& line : result.errorLines())
+            EXPECT_TRUE(line.contains(u"(--padding 0.15 keeps them in)"_s)) << line.toStdString();
+        return result.errorLines().size();
+    };
+    for (const char* name : {"web", "android"}) {
+        const QStringList layout{u"--layout"_s, QLatin1String(name)};
+        EXPECT_EQ(warnings(picture, layout), 1) << name;
+        EXPECT_EQ(warnings(picture, layout + QStringList{u"--padding"_s, u"0.15"_s}), 0) << name;
+        EXPECT_EQ(warnings(circle, layout), 0) << name;
+    }
+    EXPECT_EQ(warnings(picture, {u"--layout"_s, u"web"_s, u"--layout"_s, u"android"_s}), 1);
+    EXPECT_EQ(warnings(picture, {u"--layout"_s, u"xcode-mac"_s}), 0) << "a shape of its own";
+    EXPECT_EQ(warnings(circle, {u"--layout"_s, u"android"_s, u"--foreground"_s, picture}), 1);
+    EXPECT_EQ(warnings(picture, {u"--layout"_s, u"android"_s, u"--foreground"_s, circle}), 0);
 }

@@ -57,8 +57,9 @@ class OddNamesTest(unittest.TestCase):
         return result
 
     def generate(self, picture, out, catalogue, *more):
-        return self.run_cli("generate", *more, "--platform", "iphone", "--catalogue", catalogue, "--out=" + out
-                            if isinstance(out, str) else b"--out=" + out, "--", picture)
+        # Without a background the store's warning would come.
+        return self.run_cli("generate", *more, "--platform", "iphone", "--background", "white", "--catalogue", catalogue,
+                            "--out=" + out if isinstance(out, str) else b"--out=" + out, "--", picture)
 
     def generated(self, picture, out, catalogue, *more):
         result = self.generate(picture, out, catalogue, *more)

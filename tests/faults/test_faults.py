@@ -302,7 +302,8 @@ class FaultTest(unittest.TestCase):
         def status(picture, library):
             variables = dict(os.environ, LD_PRELOAD=str(LIBRARY), FAULT_LIBRARY=library)
             variables["ASAN_OPTIONS"] = variables.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"
-            result = subprocess.run([PROGRAM, "generate", picture, "--out", self.folder / "out", "--platform", "iphone"],
+            result = subprocess.run([PROGRAM, "generate", picture, "--out", self.folder / "out", "--platform", "iphone",
+                                     "--background", "white"],
                                     capture_output=True, env=variables, timeout=120)
             return result.returncode, result.stderr.decode()
 

@@ -26,10 +26,10 @@ QColor color(int x, int y) {
 }
 
 void expectPicture(const QByteArray& bytes, const std::function<QColor(int x, int y)>& expected,
-                   int w = width, int h = height) {
+                   int w = width, int h = height, const QStringList& warnings = {}) {
     const Result<DecodedPicture> picture = ImageSource::decode(bytes);
     ASSERT_TRUE(picture) << picture.error().sentence.toStdString();
-    EXPECT_TRUE(picture->warnings.isEmpty());
+    EXPECT_EQ(picture->warnings, warnings);
     ASSERT_EQ(picture->raster.size(), QSize(w, h));
     EXPECT_EQ(Pictures::largestDifference(picture->raster, Pictures::raster(w, h, expected)), 0);
 }
@@ -63,8 +63,8 @@ TEST(ImageSourceGif, a_frames_own_colours_go_before_the_files) {
                   [](int x, int y) { return paletteColor(15 - paletteIndex(x, y)); });
 }
 
-TEST(ImageSourceGif, an_animation_is_its_first_frame) {
-    expectPicture(fixture("animated.gif"), color);
+TEST(ImageSourceGif, an_animation_is_its_first_frame_with_a_warning) {
+    expectPicture(fixture("animated.gif"), color, width, height, {PictureReader::framesWarning()});
 }
 
 TEST(ImageSourceGif, a_frame_smaller_than_the_canvas_lies_where_it_says) {

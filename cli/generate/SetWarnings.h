@@ -1,0 +1,22 @@
+#pragma once
+
+#include "cli/generate/GenerateOptions.h"
+#include "generation/GenerationPlan.h"
+#include "layouts/LayoutRenderer.h"
+
+#include <QStringList>
+
+#include <vector>
+
+/// Warnings about what stores refuse and what systems do to icons themselves, each with the way out. They are
+/// about the icons as the options make them.
+namespace SetWarnings {
+
+/// About the platforms' plain sets, of which `files` are written.
+QStringList ofPlatforms(const GenerateOptions& options, const std::vector<PlannedFile>& files);
+
+/// About the files of layouts, which are made from `pictures`.
+QStringList ofLayouts(const GenerateOptions& options, const std::vector<LayoutFile>& files,
+                      const LayoutPictures& pictures);
+
+} // namespace SetWarnings
