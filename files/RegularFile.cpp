@@ -1,5 +1,6 @@
 #include "files/RegularFile.h"
 
+#include "base/LongWork.h"
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
 #include "files/FileDescriptor.h"
@@ -42,11 +43,14 @@ void preferLargePages([[maybe_unused]] QByteArray& buffer) {
 
 /// Reads until `buffer` has `length` bytes or the file ends.
 Result<Done> readUpTo(int descriptor, QByteArray& buffer, qsizetype length) {
+    constexpr qsizetype piece = 16 << 20;
     qsizetype at = buffer.size();
     buffer.resize(length);
     preferLargePages(buffer);
     while (at < length) {
-        const ssize_t n = read(descriptor, buffer.data() + at, static_cast<std::size_t>(length - at));
+        LongWork::step();
+        const ssize_t n =
+            read(descriptor, buffer.data() + at, static_cast<std::size_t>(std::min(length - at, piece)));
         if (n < 0 && errno == EINTR)
             continue;
         if (n < 0)

@@ -9,6 +9,7 @@
 #include <QDragEnterEvent>
 #include <QDragLeaveEvent>
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -27,6 +28,15 @@ void answerCopy(QDropEvent& event) {
         event.setDropAction(Qt::IgnoreAction);
     event.accept();
 }
+
+/// Shows that the program is at work.
+class WaitCursor {
+  public:
+    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
 
 } // namespace
 
@@ -84,11 +94,24 @@ bool BorderImageView::performDragOperation(const QMimeData* sender) {
 }
 
 void BorderImageView::takeFile(const QString& path) {
-    showArrived(path, ImageSource::loadFile(PathBytes::encoded(path).toStdString()));
+    read(path, [&](const LoadOptions& options) {
+        return ImageSource::loadFile(PathBytes::encoded(path).toStdString(), options);
+    });
 }
 
 void BorderImageView::takePicture(const QByteArray& bytes) {
-    showArrived({}, ImageSource::load(bytes));
+    read({}, [&](const LoadOptions& options) { return ImageSource::load(bytes, options); });
+}
+
+/// Shows what `load` gives. No event is delivered in the meantime.
+void BorderImageView::read(const QString& path,
+                           const std::function<Result<LoadedPicture>(const LoadOptions&)>& load) {
+    const WaitCursor cursor;
+    const LongWork work(m_patience, [&] { Q_EMIT readingTakesLong(path); });
+    showArrived(path, load({m_renders ? m_renders() : ReducedCopies::Renders()}));
+    // Drawing an SVG picture takes time too.
+    if (isVisible())
+        repaint();
 }
 
 void BorderImageView::showArrived(const QString& path, const Result<LoadedPicture>& picture) {

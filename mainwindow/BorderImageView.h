@@ -1,9 +1,13 @@
 #pragma once
 
+#include "base/LongWork.h"
 #include "imaging/drawing/Path.h"
 #include "imaging/io/ImageSource.h"
 #include "platform/widgets/Accessibility.h"
 #include "platform/widgets/ImageView.h"
+
+#include <functional>
+#include <utility>
 
 class QDropEvent;
 class QMimeData;
@@ -58,6 +62,13 @@ class BorderImageView : public ImageView, public AccessiblePress {
     /// clear the view.
     void takePicture(const QByteArray& bytes);
 
+    /// Tells what icons a picture will be drawn on, for each picture anew. No more pixels of a picture are
+    /// kept than these icons need. Without it all are kept.
+    void setRenders(std::function<ReducedCopies::Renders()> renders) { m_renders = std::move(renders); }
+
+    /// How long a picture may be read before `readingTakesLong` is sent.
+    void setPatience(LongWork::Milliseconds patience) { m_patience = patience; }
+
     /// The border's outline for the part `rect` of the view, with its line width.
     Path outline(const QRectF& rect) const;
 
@@ -66,6 +77,8 @@ class BorderImageView : public ImageView, public AccessiblePress {
   Q_SIGNALS:
     /// The view was clicked, or Space or Return pressed in it.
     void pressed();
+    /// Sent from within the reading, which goes on when the receivers return. They may paint.
+    void readingTakesLong(const QString& path);
     /// The view shows `picture`, from the file at `path`. The path of pasted bytes is empty.
     void pictureArrived(const QString& path, const LoadedPicture& picture);
     /// The file at `path` is no picture that can be shown, for the reason `sentence`. The view is empty.
@@ -85,6 +98,7 @@ class BorderImageView : public ImageView, public AccessiblePress {
   private:
     void followDrag(const QDropEvent& event);
     void endDrag();
+    void read(const QString& path, const std::function<Result<LoadedPicture>(const LoadOptions&)>& load);
     void showArrived(const QString& path, const Result<LoadedPicture>& picture);
     void describe();
 
@@ -93,6 +107,9 @@ class BorderImageView : public ImageView, public AccessiblePress {
     bool _border = false;
     float _borderWidth = 0;
     std::optional<Color> _borderColor;
+
+    std::function<ReducedCopies::Renders()> m_renders;
+    LongWork::Milliseconds m_patience{500};
 
     /// Whether the drag that entered last carries a file.
     bool m_carriesFile = false;

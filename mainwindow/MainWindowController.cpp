@@ -3,6 +3,7 @@
 #include "base/Log.h"
 #include "generation/ImageExport.h"
 #include "imaging/drawing/GraphicsContext.h"
+#include "mainwindow/IconSizes.h"
 #include "mainwindow/MimeContents.h"
 #include "platform/services/NotificationCenter.h"
 #include "platform/widgets/Alert.h"
@@ -67,6 +68,7 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
     HighlightedButton::awakeAll(*window);
     connectActions();
     connectPreview(*layout.previewStrip);
+    imgViewIcon->setRenders([this] { return allIconSizes(_bundle, _screen); });
     layout.wellFrame->surround(*imgViewIcon);
     layout.pictureCaption->follow(*imgViewIcon, *platformSelection, _bundle, _screen);
     layout.planCaption->follow(*platformSelection, _bundle, _screen);

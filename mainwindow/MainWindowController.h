@@ -64,7 +64,7 @@ class MainWindowController final : public WindowController, public GenerationInp
     void openPicture();
     /// Does what a drop of the file at `path` does.
     void openFile(const QString& path);
-    /// Puts the picture of the well on the clipboard.
+    /// Puts the picture of the well on the clipboard, with the pixels that are kept of it.
     void copyPicture();
     /// Does what a drop of the clipboard's files or picture does. Other contents change nothing.
     void pastePicture();

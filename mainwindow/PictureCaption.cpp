@@ -51,6 +51,7 @@ void PictureCaption::follow(const BorderImageView& well, QComboBox& platforms, c
     m_bundle = &bundle;
     m_screen = &screen;
     connect(&platforms, &QComboBox::currentIndexChanged, this, &PictureCaption::describe);
+    connect(&well, &BorderImageView::readingTakesLong, this, &PictureCaption::wait);
     connect(&well, &BorderImageView::pictureArrived, this, &PictureCaption::take);
     connect(&well, &BorderImageView::pictureRefused, this, &PictureCaption::refuse);
     describe();
@@ -73,6 +74,16 @@ void PictureCaption::changeEvent(QEvent* event) {
         describe();
 }
 
+/// Is shown at once: the reading goes on before any event is delivered.
+void PictureCaption::wait(const QString& path) {
+    m_name = PathBytes::withReplacements(path.section(u'/', -1));
+    //: %1 is the name of a picture.
+    const QStringList words = tr("Reading %1…").split(QStringLiteral("%1"));
+    setText(elidedName(words.first(), words.last()));
+    setToolTip({});
+    repaint();
+}
+
 void PictureCaption::take(const QString& path, const LoadedPicture& picture) {
     m_name = PathBytes::withReplacements(path.section(u'/', -1));
     m_refusal.clear();
@@ -87,11 +98,10 @@ void PictureCaption::refuse(const QString& path, const QString& sentence) {
     describe();
 }
 
-QString PictureCaption::elidedName(const QString& behind) const {
+QString PictureCaption::elidedName(const QString& before, const QString& behind) const {
     const QString name = m_name.isEmpty() ? tr("Pasted picture") : m_name;
-    return fontMetrics().elidedText(name, Qt::ElideMiddle,
-                                    width() - fontMetrics().horizontalAdvance(behind)) +
-           behind;
+    const int rest = width() - fontMetrics().horizontalAdvance(before + behind);
+    return before + fontMetrics().elidedText(name, Qt::ElideMiddle, rest) + behind;
 }
 
 QStringList PictureCaption::warnings(const Shown& shown) const {
@@ -116,7 +126,7 @@ QStringList PictureCaption::warnings(const Shown& shown) const {
 
 void PictureCaption::describe() {
     if (!m_refusal.isEmpty()) {
-        const QString text = elidedName({}) + u'\n' + withFullStop(m_refusal);
+        const QString text = elidedName({}, {}) + u'\n' + withFullStop(m_refusal);
         setText(text);
         setToolTip(m_refusal);
     } else if (m_shown) {
@@ -127,7 +137,7 @@ void PictureCaption::describe() {
         const QString size =
             tr(", %1 × %2").arg(number(m_shown->size.width()), number(m_shown->size.height()));
         const QStringList found = warnings(*m_shown);
-        setText((QStringList(elidedName(size)) + found).join(u'\n'));
+        setText((QStringList(elidedName({}, size)) + found).join(u'\n'));
         // The name may be cut short, and the warnings may need more lines than there are.
         setToolTip((QStringList(m_name) + found).join(u'\n'));
     }

@@ -40,11 +40,12 @@ class PictureCaption final : public QLabel {
         QStringList warnings;
     };
 
+    void wait(const QString& path);
     void take(const QString& path, const LoadedPicture& picture);
     void refuse(const QString& path, const QString& sentence);
     void describe();
     QStringList warnings(const Shown& shown) const;
-    QString elidedName(const QString& behind) const;
+    QString elidedName(const QString& before, const QString& behind) const;
 
     const QComboBox* m_platforms = nullptr;
     const Bundle* m_bundle = nullptr;

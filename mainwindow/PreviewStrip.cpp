@@ -1,5 +1,6 @@
 #include "mainwindow/PreviewStrip.h"
 
+#include "base/LongWork.h"
 #include "generation/Platforms.h"
 #include "platform/widgets/QtColor.h"
 #include "platform/widgets/ScaledFont.h"
@@ -53,11 +54,13 @@ void PreviewStrip::setInput(const GenerationInput& input) {
 
 void PreviewStrip::render() {
     const Image picture = m_input != nullptr ? m_input->sourceImage() : Image();
-    for (std::size_t i = 0; i < sizes.size(); ++i)
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        LongWork::step();
         m_icons.at(i) = picture.isNull() ? QImage()
                                          : m_renderer->drawImage(picture, QSizeF(sizes.at(i), sizes.at(i)))
                                                .largestRaster()
                                                .valueOr({});
+    }
     update();
 }
 

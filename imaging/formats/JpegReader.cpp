@@ -1,5 +1,6 @@
 #include "imaging/formats/JpegReader.h"
 
+#include "base/LongWork.h"
 #include "base/ShortMemory.h"
 #include "imaging/image/PictureBuilder.h"
 #include "imaging/pixels/Raster.h"
@@ -95,6 +96,7 @@ class JpegDecoder {
     /// Limits the scans of a progressive picture: each takes time, and a small file may have any number of
     /// them.
     static void onProgress(j_common_ptr jpeg) {
+        LongWork::step();
         constexpr qint64 maximumScans = 500;
         // More than any picture has that is not made to take long.
         constexpr qint64 usualScans = 32;

@@ -1,6 +1,7 @@
 #include "imaging/formats/QtPictureReader.h"
 
 #include "base/ByteReader.h"
+#include "base/LongWork.h"
 #include "base/ShortMemory.h"
 #include "imaging/pixels/Raster.h"
 #include "imaging/pixels/RowConverter.h"
@@ -27,6 +28,7 @@ class WatchedDevice final : public QIODevice {
 
   protected:
     qint64 readData(char* data, qint64 maximum) override {
+        LongWork::step();
         const qint64 rest = std::max<qint64>(0, m_bytes.size() - pos());
         const qint64 count = std::min(maximum, rest);
         m_ranShort = m_ranShort || count < maximum;
@@ -157,6 +159,10 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(false);
     QtPicture picture;
+    // A WebP file is read at once, and its pixels follow without steps.
+    constexpr qint64 pixelsPerMillisecond = 50'000;
+    if (format == "webp")
+        LongWork::expect(LongWork::Milliseconds(size->width * size->height / pixelsPerMillisecond));
     const RefusedMemory memory;
     if (!reader.read(&picture.image))
         return failure(reader, memory, name, *size);

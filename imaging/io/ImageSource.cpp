@@ -1,5 +1,6 @@
 #include "imaging/io/ImageSource.h"
 
+#include "base/LongWork.h"
 #include "base/ShortMemory.h"
 #include "base/StageTimes.h"
 #include "files/RegularFile.h"
@@ -72,6 +73,7 @@ Result<Done> addReducedCopies(Image& image, QImage raster) {
     };
     using ReducedCopies::nextSize;
     for (QSize size = nextSize(raster.size()); size != raster.size(); size = nextSize(size)) {
+        LongWork::step();
         Result<QImage> next = stretched(raster, size);
         if (!next)
             return next.error();

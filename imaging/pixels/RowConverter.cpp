@@ -1,5 +1,6 @@
 #include "imaging/pixels/RowConverter.h"
 
+#include "base/LongWork.h"
 #include "base/ShortMemory.h"
 #include "imaging/pixels/Premultiplication.h"
 
@@ -207,6 +208,7 @@ void RowConverter::convertSamples(const Sample* in, std::uint8_t* out, std::size
 }
 
 void RowConverter::convert(const std::uint8_t* in, std::uint8_t* out, int pixels) {
+    LongWork::step();
     const auto count = static_cast<std::size_t>(pixels);
     if (m_layout.bitsPerSample == 16)
         convertSamples(reinterpret_cast<const std::uint16_t*>(in), out, count);

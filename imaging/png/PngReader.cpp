@@ -1,5 +1,6 @@
 #include "imaging/png/PngReader.h"
 
+#include "base/LongWork.h"
 #include "base/ShortMemory.h"
 #include "imaging/image/PictureBuilder.h"
 #include "imaging/pixels/Raster.h"
@@ -194,8 +195,10 @@ class PngDecoder {
     void readInterlaced(std::size_t rowBytes, int passes) {
         m_rows.resize(rowBytes * m_height);
         for (int pass = 0; pass < passes; ++pass) {
-            for (png_uint_32 y = 0; y < m_height; ++y)
+            for (png_uint_32 y = 0; y < m_height; ++y) {
+                LongWork::step();
                 png_read_row(m_png, m_rows.data() + rowBytes * y, nullptr);
+            }
         }
         for (png_uint_32 y = 0; y < m_height; ++y)
             m_picture.addRow(m_rows.data() + rowBytes * y);
