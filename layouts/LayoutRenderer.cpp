@@ -46,15 +46,22 @@ void makeGrey(QImage& raster) {
 
 /// The smallest rectangle with all pixels that are not transparent.
 QRect inkOf(const QImage& raster) {
-    QRect ink;
+    int left = raster.width();
+    int right = -1;
+    int top = raster.height();
+    int bottom = -1;
     for (int y = 0; y < raster.height(); ++y) {
         const uchar* row = raster.constScanLine(y);
         for (int x = 0; x < raster.width(); ++x) {
-            if (row[4 * x + 3] != 0)
-                ink |= QRect(x, y, 1, 1);
+            if (row[4 * x + 3] == 0)
+                continue;
+            left = std::min(left, x);
+            right = std::max(right, x);
+            top = std::min(top, y);
+            bottom = y;
         }
     }
-    return ink;
+    return {QPoint(left, top), QPoint(right, bottom)};
 }
 
 /// Makes a white shape of the raster: of the picture's own, or, in an opaque picture, of what differs in
@@ -104,6 +111,40 @@ Image imageOf(const QImage& raster) {
     Image image(QSizeF(raster.size()));
     image.addRepresentation(std::make_shared<BitmapImageRep>(raster));
     return image;
+}
+
+/// Where the upper left pixel of a square of that side lies in the middle of a raster of that size.
+QPoint middle(int side, const QSize& size) {
+    return {(size.width() - side) / 2, (size.height() - side) / 2};
+}
+
+/// Whether the pixels of such a picture are drawn as they are.
+bool isAsGiven(LayoutPicture picture) {
+    return picture == LayoutPicture::Main || picture == LayoutPicture::Dark ||
+           picture == LayoutPicture::Foreground;
+}
+
+/// The picture in the middle of a transparent raster of that size.
+Result<QImage> placed(const QImage& picture, const QSize& size) {
+    if (picture.size() == size)
+        return picture;
+    Result<QImage> raster = newRaster(size, QImage::Format_RGBA8888_Premultiplied);
+    if (!raster)
+        return raster;
+    raster->fill(0);
+    const QPoint place = middle(picture.width(), size);
+    for (int y = 0; y < picture.height(); ++y)
+        std::copy_n(picture.constScanLine(y), 4 * std::ptrdiff_t{picture.width()},
+                    raster->scanLine(place.y() + y) + 4 * std::ptrdiff_t{place.x()});
+    return raster;
+}
+
+/// Lays the raster on a colour. Copies its pixels first where they are shared.
+Result<Done> layOn(const Color& background, QImage& raster) {
+    if (Result<Done> own = makeOwn(raster); !own)
+        return own;
+    layOnGround(raster, background);
+    return Done{};
 }
 
 } // namespace
@@ -157,7 +198,7 @@ Result<QImage> LayoutRenderer::drawnPicture(LayoutPicture picture, int side, int
         return empty;
     }
     Result<QImage> raster = drawnRaster(source(picture).forIcons(side), QSizeF(inner, inner));
-    if (!raster)
+    if (!raster || isAsGiven(picture))
         return raster;
     if (const Result<Done> own = makeOwn(*raster); !own)
         return own.error();
@@ -168,40 +209,53 @@ Result<QImage> LayoutRenderer::drawnPicture(LayoutPicture picture, int side, int
     return raster;
 }
 
-Result<QImage> LayoutRenderer::raster(const LayoutFile& file, const QSize& size) const {
-    const int inner = shapeSide(file, size);
-    const int longer = std::max(size.width(), size.height());
-    Result<QImage> picture = drawnPicture(file.picture, longer, inner);
-    if (!picture)
-        return picture;
-    const bool isSquare = file.shape == LayoutFile::Shape::Square;
-    if (file.hasGround && !isSquare)
-        layOnGround(*picture, m_background);
+/// The image in the file's shape, decorated, on `inner` pixels in the middle of a transparent raster.
+Result<QImage> LayoutRenderer::decorated(const Image& image, int inner, const LayoutFile& file,
+                                         const QSize& size) const {
     Result<GraphicsContext> context = GraphicsContext::create(QSizeF(size), 1);
     if (!context)
         return context.error();
-    // Whole pixels, so that no edge is blurred. The context counts from the bottom.
-    const int left = (size.width() - inner) / 2;
-    const int bottom = size.height() - inner - (size.height() - inner) / 2;
-    const QRectF bounds(left, bottom, inner, inner);
+    const QPoint place = middle(inner, size);
+    // The context counts from the bottom.
+    const QRectF bounds(place.x(), size.height() - inner - place.y(), inner, inner);
     Path path = outline(file, m_style, bounds);
-    if (!isSquare || m_style.roundCorner) {
+    if (file.shape != LayoutFile::Shape::Square || m_style.roundCorner) {
         if (const Result<Done> clipped = context->addClip(path); !clipped)
             return clipped.error();
     }
-    if (const Result<Done> drawn = context->drawImage(imageOf(*picture), bounds); !drawn)
+    if (const Result<Done> drawn = context->drawImage(image, bounds); !drawn)
         return drawn.error();
     if (m_style.border) {
         path.setLineWidth(static_cast<double>(m_style.borderWidth) * inner);
         if (const Result<Done> stroked = context->stroke(path, m_style.borderColor); !stroked)
             return stroked.error();
     }
-    Result<QImage> raster = context->raster();
-    if (!raster)
-        return raster;
-    if (const Result<Done> own = makeOwn(*raster); !own)
-        return own.error();
-    if (file.hasGround && isSquare)
-        layOnGround(*raster, m_background);
+    return context->raster();
+}
+
+Result<QImage> LayoutRenderer::shaped(const LayoutFile& file, const QSize& size) const {
+    const int side = std::max(size.width(), size.height());
+    const int inner = shapeSide(file, size);
+    const bool isSquare = file.shape == LayoutFile::Shape::Square;
+    const bool isPlain = isSquare && !m_style.roundCorner && !m_style.border;
+    const bool isOnGround = file.hasGround && !isSquare;
+    if (!isPlain && !isOnGround && isAsGiven(file.picture))
+        return decorated(source(file.picture).forIcons(side), inner, file, size);
+    Result<QImage> picture = drawnPicture(file.picture, side, inner);
+    if (!picture)
+        return picture;
+    if (isOnGround) {
+        if (const Result<Done> laid = layOn(m_background, *picture); !laid)
+            return laid.error();
+    }
+    return isPlain ? placed(*picture, size) : decorated(imageOf(*picture), inner, file, size);
+}
+
+Result<QImage> LayoutRenderer::raster(const LayoutFile& file, const QSize& size) const {
+    Result<QImage> raster = shaped(file, size);
+    if (raster && file.hasGround && file.shape == LayoutFile::Shape::Square) {
+        if (const Result<Done> laid = layOn(m_background, *raster); !laid)
+            return laid.error();
+    }
     return raster;
 }

@@ -43,6 +43,8 @@ class LayoutRenderer {
   private:
     const Image& source(LayoutPicture picture) const;
     Result<QImage> drawnPicture(LayoutPicture picture, int side, int inner) const;
+    Result<QImage> decorated(const Image& image, int inner, const LayoutFile& file, const QSize& size) const;
+    Result<QImage> shaped(const LayoutFile& file, const QSize& size) const;
 
     const LayoutPictures& m_pictures;
     IconStyle m_style;

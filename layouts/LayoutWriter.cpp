@@ -8,6 +8,7 @@
 #include "imaging/icns/IcnsWriter.h"
 #include "imaging/ico/IcoWriter.h"
 #include "imaging/png/PngStore.h"
+#include "imaging/png/PngWriter.h"
 #include "layouts/LayoutTemplate.h"
 
 #include <QDir>
@@ -17,6 +18,8 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
+#include <tuple>
 
 namespace {
 
@@ -45,7 +48,12 @@ class Encoding {
           m_layout(layout),
           m_written(written),
           m_renderer(m_input.pictures, input.style, input.background),
-          m_keeping(m_pngs) {}
+          m_keeping(m_pngs) {
+        for (const LayoutFile& file : written) {
+            for (const QSize& size : sizesOf(file))
+                ++m_count[kindOf(file, size)];
+        }
+    }
 
     Result<QByteArray> bytes(const LayoutFile& file) {
         switch (file.format) {
@@ -64,11 +72,22 @@ class Encoding {
     }
 
   private:
+    /// Width, height and channels.
+    using Kind = std::tuple<int, int, PngChannels>;
+
+    static Kind kindOf(const LayoutFile& file, const QSize& size) {
+        return {size.width(), size.height(), file.isOpaque ? PngChannels::Rgb : PngChannels::Rgba};
+    }
+
     Result<QByteArray> png(const LayoutFile& file) {
         const Result<QImage> raster = m_renderer.raster(file, file.sizes.front());
         if (!raster)
             return raster.error();
-        return m_pngs.encoded(*raster, file.isOpaque ? PngChannels::Rgb : PngChannels::Rgba);
+        const Kind kind = kindOf(file, raster->size());
+        const PngChannels channels = std::get<PngChannels>(kind);
+        // No other raster can be equal to the only one of its kind. To keep it would only take memory.
+        return m_count[kind] == 1 ? encodePng(*raster, {.channels = channels})
+                                  : m_pngs.encoded(*raster, channels);
     }
 
     Result<QByteArray> ico(const LayoutFile& file) {
@@ -98,6 +117,7 @@ class Encoding {
     const Layout& m_layout;
     const std::vector<LayoutFile>& m_written;
     LayoutRenderer m_renderer;
+    std::map<Kind, int> m_count; ///< of the rasters of all files
     PngStore m_pngs;
     PngStore::Keeping m_keeping;
 };
