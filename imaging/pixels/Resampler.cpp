@@ -143,22 +143,64 @@ HWY_INLINE void filterPixels(D d32, const std::int16_t* taps, const std::int16_t
     hn::StoreU(hn::DemoteTo(d8, inRange), d8, out);
 }
 
+#if HWY_CAP_GE256
+
+/// The sum of a vector's blocks of four.
+template <class D, class V>
+HWY_INLINE hn::Vec<hn::FixedTag<std::int32_t, 4>> sumOfBlocks(D d, V vector) {
+    const hn::Half<D> half;
+    const auto sum = hn::Add(hn::LowerHalf(half, vector), hn::UpperHalf(half, vector));
+    if constexpr (hn::MaxLanes(half) > 4)
+        return sumOfBlocks(half, sum);
+    else
+        return sum;
+}
+
+/// Filters one pixel. A vector holds several pairs of its taps, and each of them has its own weights.
+HWY_INLINE void filterLongPixel(const std::int16_t* taps, const std::int16_t* factors, int pairs,
+                                std::uint8_t* out) {
+    const hn::ScalableTag<std::int32_t> d32;
+    const hn::Repartition<std::int16_t, decltype(d32)> d16;
+    const hn::FixedTag<std::int32_t, 4> block;
+    const hn::Rebind<std::uint8_t, decltype(block)> d8;
+    static_assert(hn::MaxLanes(d32) / 4 <= ResamplerWeights::pairsTogether);
+    constexpr int together = static_cast<int>(hn::MaxLanes(d32) / 4);
+    const auto places = hn::IndicesFromVec(d32, hn::ShiftRight<2>(hn::Iota(d32, 0)));
+    auto sum0 = hn::Zero(d32);
+    auto sum1 = hn::Zero(d32);
+    for (int pair = 0; pair < pairs; pair += together) {
+        const auto both = hn::TableLookupLanes(hn::BitCast(d32, hn::LoadU(d16, factors + 2 * pair)), places);
+        sum0 = hn::ReorderWidenMulAccumulate(d32, hn::LoadU(d16, taps + 8 * pair), hn::BitCast(d16, both),
+                                             sum0, sum1);
+    }
+    const auto sum = sumOfBlocks(d32, hn::RearrangeToOddPlusEven(sum0, sum1));
+    const auto pixel = hn::ShiftRight<rowShift>(hn::Add(sum, hn::Set(block, 1 << (rowShift - 1))));
+    hn::StoreU(hn::DemoteTo(d8, hn::Min(pixel, hn::Broadcast<3>(pixel))), d8, out);
+}
+
+#endif
+
 /// Makes one row of pixels from a row between the passes.
 void filterRow(const std::int16_t* row, const ResamplerWeights& weights, int count, std::uint8_t* out) {
-    const hn::FixedTag<std::int32_t, 4> one;
     const hn::ScalableTag<std::int32_t> several;
     const int step = static_cast<int>(hn::Lanes(several) / 4);
-    const auto filter = [&](auto d, int x) HWY_ATTR {
-        filterPixels(d, row + 4 * static_cast<std::ptrdiff_t>(weights.start(x)), weights.weights(x),
-                     weights.pairs(), out + 4 * static_cast<std::ptrdiff_t>(x));
+    const int pairs = weights.pairs();
+    const auto tapsOf = [&](int x) { return row + 4 * static_cast<std::ptrdiff_t>(weights.start(x)); };
+    const auto pixel = [&](int x) { return out + 4 * static_cast<std::ptrdiff_t>(x); };
+    const auto filterOne = [&](int x) HWY_ATTR {
+#if HWY_CAP_GE256
+        filterLongPixel(tapsOf(x), weights.weights(x), pairs, pixel(x));
+#else
+        filterPixels(several, tapsOf(x), weights.weights(x), pairs, pixel(x));
+#endif
     };
     int x = 0;
     for (; x < weights.uniformBegin(); ++x)
-        filter(one, x);
+        filterOne(x);
     for (; x + step <= weights.uniformEnd(); x += step)
-        filter(several, x);
+        filterPixels(several, tapsOf(x), weights.weights(x), pairs, pixel(x));
     for (; x < count; ++x)
-        filter(one, x);
+        filterOne(x);
 }
 
 #endif
@@ -198,7 +240,7 @@ RowResampler::RowResampler(const AxisMapping& x, const AxisMapping& y)
       m_targetHeight(y.targetLength),
       m_taps(static_cast<std::size_t>(2 * m_columns.pairs())) {
     // The taps of the padding read beyond the row's end; zeros lie there.
-    const std::size_t padded = (m_sourceWidth + 1) / 2 * 2 + 2 * static_cast<std::size_t>(m_rows.pairs());
+    const std::size_t padded = (m_sourceWidth + 1) / 2 * 2 + static_cast<std::size_t>(m_rows.stride());
     const std::size_t size = 4 * padded * sizeof(std::int16_t);
     m_between.reset(static_cast<std::int16_t*>(::operator new(size, alignment)));
     std::memset(m_between.get(), 0, size);

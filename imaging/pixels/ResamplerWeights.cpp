@@ -240,7 +240,7 @@ ResamplerWeights::ResamplerWeights(const AxisMapping& mapping) {
 ResamplerWeights ResamplerWeights::withEvenStarts() const {
     ResamplerWeights even;
     even.m_starts = m_starts;
-    const std::size_t row = 2 * static_cast<std::size_t>(m_pairs);
+    const auto row = static_cast<std::size_t>(stride());
     std::vector<int> lengths;
     std::vector<int> leads;
     for (std::size_t i = 0; i < m_starts.size(); ++i) {
@@ -259,8 +259,9 @@ void ResamplerWeights::layOut(const std::int16_t* from, std::size_t fromRow, con
                               const std::vector<int>& leads) {
     for (std::size_t i = 0; i < lengths.size(); ++i)
         m_pairs = std::max(m_pairs, (leads[i] + lengths[i] + 1) / 2);
-    const std::size_t row = 2 * static_cast<std::size_t>(m_pairs);
-    m_weights.resize(lengths.size() * row);
+    const auto row = static_cast<std::size_t>(stride());
+    constexpr std::size_t longestVector = 32;
+    m_weights.resize(lengths.size() * row + longestVector);
     for (std::size_t i = 0; i < lengths.size(); ++i) {
         const std::int16_t* const weights = from + i * fromRow;
         std::copy(weights, weights + lengths[i], m_weights.data() + i * row + leads[i]);

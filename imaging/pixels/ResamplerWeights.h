@@ -12,6 +12,8 @@ class ResamplerWeights {
   public:
     static constexpr int fractionBits = 14;
     static constexpr int one = 1 << fractionBits;
+    /// As many pairs as the longest vectors take at once.
+    static constexpr int pairsTogether = 4;
 
     explicit ResamplerWeights(const AxisMapping& mapping);
 
@@ -21,10 +23,11 @@ class ResamplerWeights {
 
     int pairs() const { return m_pairs; }
     int start(int target) const { return m_starts[static_cast<std::size_t>(target)]; }
-    /// 2 × pairs() weights.
+    /// 2 × pairs() weights, and zeros up to stride(). A vector of 64 bytes may be read from each of them.
     const std::int16_t* weights(int target) const {
-        return m_weights.data() + static_cast<std::size_t>(target) * static_cast<std::size_t>(2 * m_pairs);
+        return m_weights.data() + static_cast<std::size_t>(target) * static_cast<std::size_t>(stride());
     }
+    int stride() const { return (m_pairs + pairsTogether - 1) / pairsTogether * 2 * pairsTogether; }
 
     /// The target pixels [begin, end) all have the same weights, and each starts two samples after the pixel
     /// before it. In a reduction by two these are most pixels.
