@@ -112,8 +112,10 @@ Result<QVariantMap> parsedToml(const QByteArray& bytes) {
     if (parsed)
         return mapOf(parsed.table());
     const toml::source_position at = parsed.error().source().begin;
-    return Error{ErrorCode::Malformed, QStringLiteral("line %1, column %2: %3")
-                                           .arg(at.line)
-                                           .arg(at.column)
-                                           .arg(fromUtf8(parsed.error().description()))};
+    QString what = fromUtf8(parsed.error().description());
+    // The parser's sentence names the macro that sets its limit.
+    if (what.contains(QStringLiteral("TOML_MAX_NESTED_VALUES")))
+        what = QStringLiteral("values are nested too deeply");
+    return Error{ErrorCode::Malformed,
+                 QStringLiteral("line %1, column %2: %3").arg(at.line).arg(at.column).arg(what)};
 }

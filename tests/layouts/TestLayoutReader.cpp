@@ -169,3 +169,10 @@ TEST(LayoutReader, hostile_documents_are_refused_within_a_second) {
         EXPECT_LT(timer.elapsed(), 1000 * slowness) << toml.first(20).constData();
     }
 }
+
+TEST(LayoutReader, values_that_are_nested_too_deeply_are_told_in_plain_words) {
+    for (const char* open : {"[", "{a="}) {
+        const std::string sentence = refusal("a=" + QByteArray(open).repeated(1000));
+        EXPECT_TRUE(sentence.ends_with(": values are nested too deeply")) << sentence;
+    }
+}
