@@ -229,6 +229,22 @@ TEST(LayoutWriter, a_variable_stays_in_the_folder) {
     EXPECT_FALSE(withVariables(layout, project.input().out, {})) << "an unknown variable";
 }
 
+TEST(LayoutWriter, a_folder_of_layers_that_iOS_takes_instead_of_the_picture_is_told) {
+    const Project project;
+    const auto notes = [&](const QByteArray& ios) {
+        project.put(QStringLiteral("app.json"),
+                    R"({"icon": "./art/icon.png", "foregroundImage": "./art/android-icon-foreground.png",
+                        "monochromeImage": "./art/android-icon-monochrome.png",
+                        "favicon": "./art/favicon.png", "ios": {"icon": ")" +
+                        ios + "\"}}");
+        return LayoutWriter::notes(project.layout("expo"), project.input().out);
+    };
+    const std::vector<LayoutNote> layers = notes("./art/expo.icon");
+    ASSERT_EQ(layers.size(), 1U);
+    EXPECT_EQ(layers[0].line.toStdString(), R"("ios": { "icon": "./art/icon.png" })");
+    EXPECT_TRUE(notes("./art/icon.png").empty());
+}
+
 TEST(LayoutWriter, variables_stand_for_their_values_in_notes) {
     const Project project;
     Layout layout;
