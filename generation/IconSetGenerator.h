@@ -27,6 +27,9 @@ class IconSetGenerator {
     IconSetGenerator(const IconSetGenerator&) = delete;
     IconSetGenerator& operator=(const IconSetGenerator&) = delete;
 
+    /// While it lives, the sets of several platforms share what is compressed.
+    [[nodiscard]] PngStore::Keeping keepPngs() const { return PngStore::Keeping(m_pngs); }
+
     /// Writes the whole set for the current platform index from `image`. `loaded` is the catalogue as loaded
     /// for this generation. If it is malformed, the generation ends before anything is written. If it is
     /// missing or can't be read, no icons are written, but all other steps are done.
@@ -50,6 +53,6 @@ class IconSetGenerator {
     const GenerationInput& m_input;
     Surroundings m_surroundings;
     IconRenderer m_renderer;
-    mutable PngStore m_pngs; ///< of the generation under way
+    mutable PngStore m_pngs;
     IconWriter m_writer;
 };

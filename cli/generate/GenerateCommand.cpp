@@ -85,6 +85,7 @@ void generate(OptionsInput input, const GenerationPlan& plan, const Result<Catal
     const IconSetGenerator generator(input, {screen, workspace, &report, {options.background}, place});
     Terminal::ProgressBar progress(static_cast<int>(plan.files().size()), options.tellsProgress());
     report.begin(progress);
+    const PngStore::Keeping keeping = generator.keepPngs();
     for (const Platform platform : options.platforms) {
         input.choosePlatform(platform);
         generator.generateIconsWithImage(input.sourceImage(), catalogue);

@@ -12,13 +12,14 @@
 /// earlier one gets the same file again, and is not compressed twice.
 class PngStore {
   public:
-    /// Rasters and files together take no more bytes than this. What does not fit is encoded and not kept.
-    static constexpr qsizetype mostBytes = qsizetype{16} << 20;
+    /// Rasters and files together take no more bytes than this. What nobody has asked for again makes room for
+    /// what is new, the oldest first. What does not fit even so is encoded and not kept.
+    static constexpr qsizetype mostBytes = qsizetype{7} << 20;
 
-    /// Keeps files in `store` for as long as it lives. The store is empty afterwards.
+    /// Keeps files in `store` for as long as it lives. The store is empty when the last one for it has ended.
     class Keeping {
       public:
-        explicit Keeping(PngStore& store) : m_store(store) { m_store.m_keeps = true; }
+        explicit Keeping(PngStore& store) : m_store(store) { ++m_store.m_keepings; }
         ~Keeping();
         Keeping(const Keeping&) = delete;
         Keeping& operator=(const Keeping&) = delete;
@@ -38,9 +39,13 @@ class PngStore {
         QImage raster;
         PngChannels channels;
         QByteArray png;
+        bool isRepeated = false;
     };
+
+    void makeRoom(qsizetype bytes);
+    static qsizetype bytesOf(const Entry& entry);
 
     std::vector<Entry> m_entries;
     qsizetype m_bytes = 0;
-    bool m_keeps = false;
+    int m_keepings = 0;
 };

@@ -53,6 +53,20 @@ TEST(PngStore, a_raster_that_is_changed_afterwards_does_not_change_what_is_kept)
     EXPECT_EQ(*store.encoded(Pictures::noise(8, 8, 1)), before);
 }
 
+TEST(PngStore, what_is_kept_stays_until_the_last_keeping_ends) {
+    PngStore store;
+    const QImage raster = Pictures::noise(8, 8, 1);
+    {
+        const PngStore::Keeping outer(store);
+        {
+            const PngStore::Keeping inner(store);
+            ASSERT_TRUE(store.encoded(raster));
+        }
+        EXPECT_GT(store.keptBytes(), 0);
+    }
+    EXPECT_EQ(store.keptBytes(), 0);
+}
+
 TEST(PngStore, nothing_is_kept_before_and_after) {
     PngStore store;
     const QImage raster = Pictures::noise(8, 8, 1);
@@ -68,14 +82,33 @@ TEST(PngStore, nothing_is_kept_before_and_after) {
     EXPECT_EQ(store.keptBytes(), 0);
 }
 
+TEST(PngStore, what_was_asked_for_once_makes_room_the_oldest_first) {
+    PngStore store;
+    const PngStore::Keeping keeping(store);
+    const QImage repeated = Pictures::flat(600, 600, Qt::red);
+    const QImage old = Pictures::flat(600, 600, Qt::green);
+    const QImage young = Pictures::flat(500, 500, Qt::yellow);
+    ASSERT_TRUE(store.encoded(repeated) && store.encoded(old) && store.encoded(young));
+    const QByteArray kept = *store.encoded(repeated);
+    const QByteArray keptOfYoung = *store.encoded(young.copy());
+    ASSERT_TRUE(store.encoded(Pictures::flat(1050, 1050, Qt::blue)));
+    EXPECT_LE(store.keptBytes(), PngStore::mostBytes);
+    EXPECT_EQ(store.encoded(repeated)->constData(), kept.constData()) << "not made again";
+    EXPECT_EQ(store.encoded(young)->constData(), keptOfYoung.constData());
+    const qsizetype bytes = store.keptBytes();
+    ASSERT_TRUE(store.encoded(Pictures::noise(8, 8, 1)));
+    EXPECT_GT(store.keptBytes(), bytes) << "a small one still fits";
+}
+
 TEST(PngStore, what_does_not_fit_is_encoded_and_not_kept) {
     PngStore store;
     const PngStore::Keeping keeping(store);
-    ASSERT_TRUE(store.encoded(Pictures::flat(1600, 1600, Qt::red)));
+    ASSERT_TRUE(store.encoded(Pictures::flat(1200, 1200, Qt::red)));
+    ASSERT_TRUE(store.encoded(Pictures::flat(1200, 1200, Qt::red)));
     const qsizetype kept = store.keptBytes();
     EXPECT_GT(kept, PngStore::mostBytes / 2);
-    EXPECT_EQ(*store.encoded(Pictures::flat(1600, 1600, Qt::blue)),
-              *encodePng(Pictures::flat(1600, 1600, Qt::blue)));
+    EXPECT_EQ(*store.encoded(Pictures::flat(1200, 1200, Qt::blue)),
+              *encodePng(Pictures::flat(1200, 1200, Qt::blue)));
     EXPECT_EQ(store.keptBytes(), kept);
     ASSERT_TRUE(store.encoded(Pictures::noise(8, 8, 1)));
     EXPECT_GT(store.keptBytes(), kept) << "a small one still fits";
