@@ -53,12 +53,8 @@ Result<Done> appendRuns(QByteArray& stream, std::span<const std::uint8_t> bytes)
 }
 
 constexpr int quickLevel = 1;
-
-/// For much data level 6 takes a quarter more time and saves only some percent.
-int thoroughLevel(std::size_t size) {
-    constexpr std::size_t much = std::size_t{512} << 10;
-    return size > much ? 5 : 6;
-}
+constexpr int greedyLevel = 4;
+constexpr int thoroughLevel = 6;
 
 } // namespace
 
@@ -70,10 +66,12 @@ Result<Done> Deflate::append(QByteArray& stream, std::span<const std::uint8_t> b
             return appendRuns(stream, bytes);
         case Method::Quick:
             return appendMatches(stream, bytes, quickLevel);
+        case Method::Greedy:
+            return appendMatches(stream, bytes, greedyLevel);
         case Method::Thorough:
             break;
         }
-        return appendMatches(stream, bytes, thoroughLevel(bytes.size()));
+        return appendMatches(stream, bytes, thoroughLevel);
     };
     Result<Done> appended = unlessMemoryIsShort(append);
     if (!appended)

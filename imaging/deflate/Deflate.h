@@ -17,7 +17,8 @@ namespace Deflate {
 enum class Method {
     Runs,     ///< RunCoder: of repetitions only runs of bytes and pixels; for gradients and photographs
     Quick,    ///< libdeflate's fastest level: for dense data with some repetitions
-    Thorough, ///< libdeflate: the smallest for all other data, several times as slow
+    Greedy,   ///< libdeflate: takes the first good match; for data with many repetitions, as of text
+    Thorough, ///< libdeflate: looks for better matches; for flat graphics, several times as slow as runs
 };
 
 /// Appends `bytes` as one stream to `stream`. OutOfMemory; after an error `stream` has its old length.

@@ -23,15 +23,14 @@ FilteredRows::Buffer FilteredRows::all(PngFilterStrategy strategy) const {
     return buffer;
 }
 
-FilteredRows::Buffer FilteredRows::sample(PngFilterStrategy strategy) const {
-    constexpr int bands = 6;
-    constexpr int smallHeight = 24;
-    if (m_raster.height() <= smallHeight)
+FilteredRows::Buffer FilteredRows::sample(PngFilterStrategy strategy, Bands bands) const {
+    const int rows = bands.count * bands.rows;
+    if (m_raster.height() <= rows)
         return all(strategy);
-    constexpr int bandRows = 4;
-    Buffer buffer(size(bands * bandRows));
-    for (int band = 0; band < bands; ++band)
-        append(buffer, (m_raster.height() - bandRows) * band / (bands - 1), bandRows, strategy);
+    Buffer buffer(size(rows));
+    for (int band = 0; band < bands.count; ++band)
+        append(buffer, (m_raster.height() * (2 * band + 1) / bands.count - bands.rows) / 2, bands.rows,
+               strategy);
     return buffer;
 }
 

@@ -36,8 +36,13 @@ class FilteredRows {
     std::size_t size(int rows) const { return (1 + m_rowBytes) * static_cast<std::size_t>(rows); }
 
     Buffer all(PngFilterStrategy strategy) const;
-    /// Some bands of rows, spread evenly over the picture; all rows of a small picture.
-    Buffer sample(PngFilterStrategy strategy) const;
+
+    struct Bands {
+        int count; ///< two or more
+        int rows;  ///< of each
+    };
+    /// Bands of rows, spread evenly over the picture; all rows of a picture that has no more.
+    Buffer sample(PngFilterStrategy strategy, Bands bands) const;
 
     /// Filters one row after the other.
     class Sequence {

@@ -3,137 +3,138 @@
 #include "base/StageTimes.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <utility>
 
 namespace {
 
 using Deflate::Method;
+using Bytes = std::span<const std::uint8_t>;
 
-/// A sample of the rows with one filter strategy. Tells how well methods compress it, as the compressed
-/// length divided by the sample's length.
-class Trial {
-  public:
-    Trial(const FilteredRows& rows, PngFilterStrategy filter)
-        : m_filter(filter), m_sample(rows.sample(filter)) {}
+// How much of some bytes a method leaves: the compressed length divided by their length.
+double part(std::size_t length, Bytes bytes) {
+    return static_cast<double>(length) / static_cast<double>(bytes.size());
+}
 
-    PngFilterStrategy filter() const { return m_filter; }
+double leftByRuns(Bytes bytes) {
+    return part(Deflate::runsLength(bytes), bytes);
+}
 
-    /// By Method::Runs.
-    double runs() {
-        if (!m_runs)
-            m_runs = runsOf(m_sample.filled());
-        return *m_runs;
-    }
-
-    /// What the thorough method leaves of it, or nearly that.
-    Result<double> thorough() {
-        if (!m_thorough)
-            m_thorough = thoroughOf(m_sample.filled());
-        return *m_thorough;
-    }
-
-    // What runs and the quick method leave of its middle third.
-    double runsOfMiddle() const { return runsOf(middle()); }
-    Result<double> quickOfMiddle() const { return leftBy(Method::Quick, middle()); }
-
-  private:
-    using Bytes = std::span<const std::uint8_t>;
-
-    Bytes middle() const {
-        const std::size_t third = m_sample.size / 3;
-        return m_sample.filled().subspan(third, std::max<std::size_t>(third, 1));
-    }
-
-    static double part(std::size_t length, Bytes bytes) {
-        return static_cast<double>(length) / static_cast<double>(bytes.size());
-    }
-    static double runsOf(Bytes bytes) { return part(Deflate::runsLength(bytes), bytes); }
-    static Result<double> thoroughOf(Bytes bytes) {
-        constexpr std::size_t few = std::size_t{4} << 10;
-        if (bytes.size() <= few)
-            return leftBy(Method::Thorough, bytes);
-        // The quick method shows it in less time.
-        const Result<double> quick = leftBy(Method::Quick, bytes);
-        constexpr double ofQuick = 0.97;
-        return quick ? Result<double>(ofQuick * *quick) : quick;
-    }
-    static Result<double> leftBy(Method method, Bytes bytes) {
-        const Result<std::size_t> length = Deflate::length(bytes, method);
-        if (!length)
-            return length.error();
-        return part(*length, bytes);
-    }
-
-    PngFilterStrategy m_filter;
-    FilteredRows::Buffer m_sample;
-    std::optional<double> m_runs;
-    std::optional<Result<double>> m_thorough;
-};
-
-/// Rows that compress to more than this part of their length are dense: they have few repetitions except
-/// runs.
+/// Rows of which runs leave more than this are dense: they have few repetitions except runs.
 constexpr double dense = 0.3;
 
-/// The thorough method's time grows with the rows. It counts as if the method left this part of them more:
-/// where it saves less than that, runs are the better choice.
-constexpr double thoroughTime = 0.0015;
+/// Rows with one filter strategy: some of them, and what runs leave of them.
+struct Trial {
+    Trial(const FilteredRows& rows, PngFilterStrategy strategy)
+        : filter(strategy), sample(rows.sample(strategy, {6, 4})), runs(leftByRuns(sample.filled())) {}
 
-/// About what the better method leaves of rows that are not dense.
-Result<double> leftOf(Trial& trial) {
-    const Result<double> thorough = trial.thorough();
-    if (!thorough)
-        return thorough.error();
-    return std::min(trial.runs(), *thorough + thoroughTime);
-}
-
-/// The trial with the filter strategy that compresses better.
-Result<Trial> betterTrial(const FilteredRows& rows) {
-    Trial adaptive(rows, PngFilterStrategy::Adaptive);
-    Trial plain(rows, PngFilterStrategy::None);
-    // In dense rows the runs are as good a guide as the quick method, and a faster one.
-    if (adaptive.runs() > dense && plain.runs() > dense)
-        return adaptive.runs() < plain.runs() ? std::move(adaptive) : std::move(plain);
-    const Result<double> adaptiveLeft = leftOf(adaptive);
-    if (!adaptiveLeft)
-        return adaptiveLeft.error();
-    const Result<double> plainLeft = leftOf(plain);
-    if (!plainLeft)
-        return plainLeft.error();
-    return *adaptiveLeft < *plainLeft ? std::move(adaptive) : std::move(plain);
-}
-
-Result<Method> methodFor(Trial& trial) {
-    if (trial.runs() <= dense) {
-        const Result<double> thorough = trial.thorough();
-        if (!thorough)
-            return thorough.error();
-        return trial.runs() <= *thorough + thoroughTime ? Method::Runs : Method::Thorough;
+    /// A third of the sample.
+    Bytes middle() const {
+        const std::size_t third = sample.size / 3;
+        return sample.filled().subspan(third, std::max<std::size_t>(third, 1));
     }
-    // In dense rows the faster method may compress a little less, and a part of the sample is enough to tell.
-    const Result<double> quick = trial.quickOfMiddle();
-    if (!quick)
-        return quick.error();
-    if (trial.runsOfMiddle() <= 1.05 * *quick)
-        return Method::Runs;
-    return *quick > dense ? Method::Quick : Method::Thorough;
+
+    PngFilterStrategy filter;
+    FilteredRows::Buffer sample;
+    double runs;
+};
+
+/// A coding, and what it costs: the part that it leaves, and its time.
+struct Candidate {
+    PngCoding coding;
+    double cost;
+};
+
+/// In dense rows the faster method may compress a little less, and a part of the sample is enough to tell.
+Result<PngCoding> codingOfDense(const std::array<const Trial*, 2>& trials) {
+    constexpr double runsMayLeaveMore = 1.05;
+    constexpr double manyRepetitions = 0.7;
+    constexpr double muchMore = 1.25;
+    const Trial& trial = *std::ranges::min(trials, {}, [](const Trial* each) { return each->runs; });
+    const double runs = leftByRuns(trial.middle());
+    Candidate best{{trial.filter, Method::Runs}, runs / runsMayLeaveMore};
+    for (const Trial* each : trials) {
+        if (each->runs > muchMore * trial.runs)
+            continue;
+        const Result<std::size_t> length = Deflate::length(each->middle(), Method::Quick);
+        if (!length)
+            return length.error();
+        const double left = part(*length, each->middle());
+        if (left < best.cost)
+            best = {{each->filter, left < manyRepetitions * runs ? Method::Greedy : Method::Quick}, left};
+    }
+    return best.coding;
+}
+
+/// What matches leave of all rows as a part of what they leave of `sample`, or nearly that.
+Result<double> leftByMatches(Bytes sample, double ofSample) {
+    const Result<std::size_t> length = Deflate::length(sample, Method::Greedy);
+    if (!length)
+        return length.error();
+    // The codes at a stream's beginning weigh less in all rows.
+    constexpr std::size_t codes = 30;
+    return ofSample * part(*length - std::min(*length, codes), sample);
+}
+
+/// How a sample tells what matches leave of all unfiltered rows. They repeat the rows above, so bands are
+/// long, and all rows have more to repeat than the sample.
+struct PlainMatches {
+    FilteredRows::Bands bands;
+    double ofSample;
+};
+
+constexpr PlainMatches usualRows{{6, 8}, 0.95};
+/// A picture's largest icons are most of its bytes.
+constexpr PlainMatches longRows{{4, 16}, 0.85};
+
+Result<double> leftByPlainMatches(const FilteredRows& rows) {
+    constexpr std::size_t longRow = 1600;
+    const PlainMatches& trial = rows.size(1) < longRow ? usualRows : longRows;
+    return leftByMatches(rows.sample(PngFilterStrategy::None, trial.bands).filled(), trial.ofSample);
+}
+
+/// Time counts as bytes: a microsecond as 3 of them. Gives the time for one byte of the rows as a part of it.
+constexpr double costOfTime(double nanosecondsForByte) {
+    constexpr double bytesForMicrosecond = 3;
+    return bytesForMicrosecond * nanosecondsForByte / 1000;
+}
+
+Result<PngCoding> codingOfSparse(const FilteredRows& rows, const Trial& adaptive, const Trial& plain) {
+    const Result<double> plainMatches = leftByPlainMatches(rows);
+    if (!plainMatches)
+        return plainMatches.error();
+    const Result<double> adaptiveMatches = leftByMatches(adaptive.sample.filled(), 0.97);
+    if (!adaptiveMatches)
+        return adaptiveMatches.error();
+    // Beyond this, greedy matches leave hardly more than thorough ones, in half of the time.
+    constexpr double manyMatches = 0.12;
+    const auto withTime = [](double left) { return left + costOfTime(1.5 + 25 * left); };
+    const std::array<Candidate, 4> candidates{
+        {{{adaptive.filter, Method::Runs}, adaptive.runs + costOfTime(0.9)},
+         {{plain.filter, Method::Runs}, plain.runs + costOfTime(0.6)},
+         {{adaptive.filter, Method::Greedy}, withTime(*adaptiveMatches)},
+         {{plain.filter, *plainMatches < manyMatches ? Method::Thorough : Method::Greedy},
+          withTime(*plainMatches)}}};
+    return std::ranges::min(candidates, {}, &Candidate::cost).coding;
 }
 
 } // namespace
 
 Result<PngChoice> PngChoice::of(const FilteredRows& rows, int height, const PngOptions& options) {
-    if (options.filter && options.method)
-        return PngChoice{*options.filter, *options.method, 0};
+    if (options.coding)
+        return PngChoice{*options.coding, 0};
     const StageTimes::Timer timer(Stage::Choose);
-    Result<Trial> trial = options.filter ? Trial(rows, *options.filter) : betterTrial(rows);
-    if (!trial)
-        return trial.error();
-    const Result<Method> method = options.method ? Result<Method>(*options.method) : methodFor(*trial);
-    if (!method)
-        return method.error();
-    return PngChoice{trial->filter(), *method,
-                     static_cast<std::size_t>(trial->runs() * static_cast<double>(rows.size(height)))};
+    const Trial adaptive(rows, PngFilterStrategy::Adaptive);
+    const Trial plain(rows, PngFilterStrategy::None);
+    const std::array<const Trial*, 2> trials{&adaptive, &plain};
+    const Result<PngCoding> coding = adaptive.runs > dense && plain.runs > dense
+                                         ? codingOfDense(trials)
+                                         : codingOfSparse(rows, adaptive, plain);
+    if (!coding)
+        return coding.error();
+    const double left = coding->filter == PngFilterStrategy::Adaptive ? adaptive.runs : plain.runs;
+    return PngChoice{*coding, static_cast<std::size_t>(left * static_cast<double>(rows.size(height)))};
 }

@@ -6,14 +6,12 @@
 
 #include <cstddef>
 
-/// The filter strategy and the compression method for a picture.
+/// The coding of a picture.
 struct PngChoice {
-    PngFilterStrategy filter;
-    Deflate::Method method;
+    PngCoding coding;
     /// The estimated length of all rows compressed by runs; 0 where no sample was tried.
     std::size_t expectedBytes;
 
-    /// Takes what `options` give, and chooses the rest by how well a sample of the rows compresses.
-    /// OutOfMemory.
+    /// Takes what `options` give, or chooses by how well samples of the rows compress. OutOfMemory.
     static Result<PngChoice> of(const FilteredRows& rows, int height, const PngOptions& options);
 };

@@ -16,10 +16,15 @@ enum class PngFilterStrategy {
     Adaptive, ///< for each row the filter with the least sum of absolute differences: best for photographs
 };
 
-/// A value that is not given is chosen for the picture by a sample of its rows, for a small picture by all
-/// rows.
+/// How a PNG's rows become a zlib stream.
+struct PngCoding {
+    PngFilterStrategy filter;
+    Deflate::Method method;
+};
+
 struct PngOptions {
-    std::optional<PngFilterStrategy> filter = {};
-    std::optional<Deflate::Method> method = {};
+    /// Where it is not given, it is chosen for the picture by samples of its rows, for a small picture by all
+    /// rows.
+    std::optional<PngCoding> coding = {};
     PngChannels channels = PngChannels::Rgba;
 };

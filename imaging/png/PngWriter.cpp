@@ -47,7 +47,7 @@ Result<Done> appendInParts(QByteArray& png, const FilteredRows& rows, int height
     const auto stream = Deflate::RunStream::create(png, rows.size(height), rows.size(rowsOfPart));
     if (!stream)
         return stream.error();
-    FilteredRows::Sequence sequence(rows, choice.filter, 0);
+    FilteredRows::Sequence sequence(rows, choice.coding.filter, 0);
     for (int y = 0; y < height; y += rowsOfPart) {
         const int count = std::min(rowsOfPart, height - y);
         {
@@ -66,11 +66,11 @@ Result<Done> appendInParts(QByteArray& png, const FilteredRows& rows, int height
 Result<Done> appendAtOnce(QByteArray& png, const FilteredRows& rows, const PngChoice& choice) {
     const auto filter = [&] {
         const StageTimes::Timer timer(Stage::Filter);
-        return rows.all(choice.filter);
+        return rows.all(choice.coding.filter);
     };
     const FilteredRows::Buffer filtered = filter();
     const StageTimes::Timer timer(Stage::Compress);
-    return Deflate::append(png, filtered.filled(), choice.method);
+    return Deflate::append(png, filtered.filled(), choice.coding.method);
 }
 
 /// Appends the picture's rows as a zlib stream in one chunk, or in several where one is too short.
@@ -80,7 +80,7 @@ Result<Done> appendPixels(QByteArray& png, const QImage& raster, const PngOption
     if (!choice)
         return choice.error();
     const qsizetype start = beginChunk(png, PngHeader::pixelsType);
-    Result<Done> appended = choice->method == Deflate::Method::Runs
+    Result<Done> appended = choice->coding.method == Deflate::Method::Runs
                                 ? appendInParts(png, rows, raster.height(), *choice)
                                 : appendAtOnce(png, rows, *choice);
     if (!appended)

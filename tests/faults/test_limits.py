@@ -95,7 +95,7 @@ class LimitTest(unittest.TestCase):
             self.assertEqual(outcomes, sorted(outcomes))
 
     def test_full_disk(self):
-        self.check_small_disks("size", [4096 * pages for pages in (*range(1, 14), 32, 64)])
+        self.check_small_disks("size", [4096 * pages for pages in (*range(1, 14), 32, 64, 96)])
 
     def test_no_inodes(self):
         self.check_small_disks("nr_inodes", range(2, 14))

@@ -12,7 +12,7 @@
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-constexpr Deflate::Method methods[] = {Deflate::Method::Runs, Deflate::Method::Quick,
+constexpr Deflate::Method methods[] = {Deflate::Method::Runs, Deflate::Method::Quick, Deflate::Method::Greedy,
                                        Deflate::Method::Thorough};
 
 Bytes noise(std::size_t size) {

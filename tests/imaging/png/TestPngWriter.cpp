@@ -5,6 +5,7 @@
 #include "tests/support/Process.h"
 
 #include <QFile>
+#include <QPainter>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QtEndian>
@@ -33,6 +34,29 @@ QImage graphic(int side) {
     });
 }
 
+/// Shapes of one colour on another, with smooth edges.
+QImage twoColours(int side) {
+    QImage raster(side, side, QImage::Format_RGBA8888_Premultiplied);
+    raster.fill(QColor(240, 200, 40));
+    QPainter painter(&raster);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(20, 60, 110));
+    painter.scale(side, side);
+    for (int i = 0; i < 9; ++i)
+        painter.drawEllipse(QPointF(0.15 + 0.35 * (i % 3), 0.12 + 0.11 * i), 0.08 + 0.01 * i,
+                            0.15 - 0.01 * i);
+    return raster;
+}
+
+/// A round gradient.
+QImage glow(int side) {
+    return Pictures::raster(side, side, [side](int x, int y) {
+        const int level = static_cast<int>(350 * std::hypot(x - side / 2.0, y - side / 2.0) / side);
+        return QColor(level, 255 - level, 128);
+    });
+}
+
 QImage photograph(int side) {
     QImage noise = Pictures::noise(side, side, 4);
     return Pictures::raster(side, side, [&](int x, int y) {
@@ -42,16 +66,15 @@ QImage photograph(int side) {
     });
 }
 
-/// Every combination of filter and method, also with one or both of them left open.
-std::vector<PngOptions> everyOption() {
-    std::vector<PngOptions> options;
-    for (const auto& filter : std::initializer_list<std::optional<PngFilterStrategy>>{
-             std::nullopt, PngFilterStrategy::None, PngFilterStrategy::Adaptive}) {
-        for (const auto& method : std::initializer_list<std::optional<Deflate::Method>>{
-                 std::nullopt, Deflate::Method::Runs, Deflate::Method::Quick, Deflate::Method::Thorough})
-            options.push_back({filter, method});
+/// Every coding.
+std::vector<PngCoding> everyCoding() {
+    std::vector<PngCoding> codings;
+    for (const PngFilterStrategy filter : {PngFilterStrategy::None, PngFilterStrategy::Adaptive}) {
+        for (const Deflate::Method method : {Deflate::Method::Runs, Deflate::Method::Quick,
+                                             Deflate::Method::Greedy, Deflate::Method::Thorough})
+            codings.push_back({filter, method});
     }
-    return options;
+    return codings;
 }
 
 /// The filtered rows of a PNG with one IDAT chunk.
@@ -86,8 +109,8 @@ TEST(PngWriter, every_strategy_and_odd_size_reads_back_to_the_same_pixels) {
     for (const QSize size :
          {QSize(1, 1), QSize(1, 7), QSize(7, 1), QSize(13, 11), QSize(64, 64), QSize(131, 97)}) {
         const QImage raster = Pictures::noise(size.width(), size.height(), 9);
-        for (const PngOptions& options : everyOption()) {
-            const Result<DecodedPicture> back = readPng(*encodePng(raster, options));
+        for (const PngCoding& coding : everyCoding()) {
+            const Result<DecodedPicture> back = readPng(*encodePng(raster, {coding}));
             ASSERT_TRUE(back);
             EXPECT_TRUE(Pictures::same(back->raster, raster)) << size.width() << "x" << size.height();
         }
@@ -111,10 +134,8 @@ TEST(PngWriter, what_is_chosen_suits_the_picture) {
         for (const QImage& raster : {graphic(side), photograph(side)}) {
             qsizetype least = std::numeric_limits<qsizetype>::max();
             qsizetype most = 0;
-            for (const PngOptions& options : everyOption()) {
-                if (!options.filter || !options.method)
-                    continue;
-                const qsizetype length = encodePng(raster, options)->size();
+            for (const PngCoding& coding : everyCoding()) {
+                const qsizetype length = encodePng(raster, {coding})->size();
                 least = std::min(least, length);
                 most = std::max(most, length);
             }
@@ -126,18 +147,27 @@ TEST(PngWriter, what_is_chosen_suits_the_picture) {
     }
 }
 
+TEST(PngWriter, repetitions_between_rows_and_in_residuals_are_found) {
+    for (const int side : {256, 512}) {
+        for (const QImage& raster : {twoColours(side), glow(side)}) {
+            const auto runs =
+                encodePng(raster, {{{PngFilterStrategy::Adaptive, Deflate::Method::Runs}}})->size();
+            const auto chosen = encodePng(raster)->size();
+            EXPECT_LT(static_cast<double>(chosen), 0.9 * static_cast<double>(runs)) << side;
+        }
+    }
+}
+
 TEST(PngWriter, what_is_said_is_done) {
     const QImage raster = photograph(100);
-    const auto filterBytes = [&](PngFilterStrategy filter, Deflate::Method method) {
+    for (const PngCoding& coding : everyCoding()) {
         QSet<char> types;
-        for (const QByteArray& row : filteredRows(*encodePng(raster, {filter, method}), 401))
+        for (const QByteArray& row : filteredRows(*encodePng(raster, {coding}), 401))
             types << row.at(0);
-        return types;
-    };
-    for (const Deflate::Method method :
-         {Deflate::Method::Runs, Deflate::Method::Quick, Deflate::Method::Thorough}) {
-        EXPECT_EQ(filterBytes(PngFilterStrategy::None, method), QSet<char>{0});
-        EXPECT_FALSE(filterBytes(PngFilterStrategy::Adaptive, method).contains(0));
+        if (coding.filter == PngFilterStrategy::None)
+            EXPECT_EQ(types, QSet<char>{0});
+        else
+            EXPECT_FALSE(types.contains(0));
     }
 }
 

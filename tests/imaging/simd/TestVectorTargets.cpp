@@ -41,11 +41,11 @@ std::vector<QByteArray> results() {
         all.push_back(pixels);
         unpremultiplyArgb(picture.constBits(), out, count);
         all.push_back(pixels);
-        all.push_back(*encodePng(picture, {PngFilterStrategy::Adaptive, Deflate::Method::Runs}));
+        all.push_back(*encodePng(picture, {{{PngFilterStrategy::Adaptive, Deflate::Method::Runs}}}));
         all.push_back(*encodePng(picture));
         // A picture with runs: noise has no runs.
         const QImage flat = *stretched(*stretched(picture, QSize(3, 3)), QSize(width, 2 * height));
-        all.push_back(*encodePng(flat, {PngFilterStrategy::Adaptive, Deflate::Method::Runs}));
+        all.push_back(*encodePng(flat, {{{PngFilterStrategy::Adaptive, Deflate::Method::Runs}}}));
         all.emplace_back(1, isClampedToAlpha(straight.constBits(), count) ? 'y' : 'n');
         all.emplace_back(1, isClampedToAlpha(picture.constBits(), count) ? 'y' : 'n');
     }
