@@ -1,9 +1,11 @@
 // Writes a plan's icons with sharp, as its users do:
-//   node sharp-icons.mjs SOURCE PLAN.json FOLDER [once] [first] [each] [threads]
+//   node sharp-icons.mjs SOURCE PLAN.json FOLDER [once] [first] [halves] [each] [adaptive] [threads]
 // The source is decoded once to raw pixels; then one resize (Lanczos 3, the default) and one PNG (default options) for
 // each icon, one after the other on one thread.
 //   once     makes each distinct size once, and copies it for the other files
 //   first    reduces the source to the largest size of the plan before all other reductions
+//   halves   halves the source while that leaves enough, and reduces each icon from the smallest copy that suffices
+//   adaptive compresses with libpng's choice of a filter for each row
 //   each     opens the source's file again for each icon, so sharp may decode a JPEG at a part of its size
 //   threads  makes all icons at the same time, with as many threads as sharp takes by itself
 import { copyFile, mkdir, readFile } from "node:fs/promises";
@@ -18,16 +20,30 @@ if (!ways.includes("threads")) sharp.concurrency(1);
 sharp.cache(false);
 
 let open = () => sharp(source);
+const copies = [];
 if (!ways.includes("each")) {
     const picture = sharp(source);
     const reduced = ways.includes("first") ? picture.resize(largest, largest, { fit: "fill" }) : picture;
     const { data, info } = await reduced.raw().toBuffer({ resolveWithObject: true });
     const raw = { width: info.width, height: info.height, channels: info.channels };
-    open = () => sharp(data, { raw });
+    copies.push({ data, raw });
+    const enough = (side) => copies.findLast((copy) => Math.min(copy.raw.width, copy.raw.height) >= side) ?? copies[0];
+    open = (side) => {
+        const copy = ways.includes("halves") ? enough(side) : copies[0];
+        return sharp(copy.data, { raw: copy.raw });
+    };
+}
+const smallest = Math.min(...icons.map((icon) => icon.side));
+while (ways.includes("halves") && copies.at(-1).raw.width / 2 >= smallest) {
+    const last = copies.at(-1);
+    const half = sharp(last.data, { raw: last.raw }).resize(last.raw.width >> 1, last.raw.height >> 1, { fit: "fill" });
+    const { data, info } = await half.raw().toBuffer({ resolveWithObject: true });
+    copies.push({ data, raw: { width: info.width, height: info.height, channels: info.channels } });
 }
 
 for (const path of new Set(icons.map((icon) => dirname(icon.file)))) await mkdir(path, { recursive: true });
-const write = ({ file, side }) => open().resize(side, side, { fit: "fill" }).png().toFile(file);
+const options = ways.includes("adaptive") ? { adaptiveFiltering: true } : {};
+const write = ({ file, side }) => open(side).resize(side, side, { fit: "fill" }).png(options).toFile(file);
 if (ways.includes("threads")) {
     await Promise.all(icons.map(write));
 } else {

@@ -5,6 +5,7 @@ import collections
 import json
 import os
 import pathlib
+import random
 import shutil
 import subprocess
 import sys
@@ -16,13 +17,25 @@ import catalogue
 import measured
 import quality
 import tools
+import written_bytes
 
-Source = collections.namedtuple("Source", "name kind side file wall")
-# The last column is the largest part of sharp's wall time that tobrimax-cli may take.
-SOURCES = (Source("logo-1024", "logo", 1024, "logo-1024.png", 0.50),
-           Source("photo-1024", "photo", 1024, "photo-1024.png", 0.45),
-           Source("logo-4096", "logo", 4096, "logo-4096.png", 0.17),
-           Source("photo-4096", "photo", 4096, "photo-4096.jpg", 0.15))
+# `wall` and `cpu` are the largest parts of sharp's wall time and of the C program's CPU time that tobrimax-cli may
+# take. Not all programs run on sources that are not `is_for_all`.
+Source = collections.namedtuple("Source", "name title side file is_for_all wall cpu")
+SOURCES = (Source("logo-1024", "Logo", 1024, "logo-1024.png", True, 0.17, 0.40),
+           Source("photo-1024", "Photograph", 1024, "photo-1024.png", True, 0.15, 0.40),
+           Source("logo-4096", "Logo", 4096, "logo-4096.png", True, 0.05, 0.40),
+           Source("photo-4096", "Photograph", 4096, "photo-4096.jpg", True, 0.12, 0.40),
+           Source("sample", "The project's sample", 1024, "sample.png", False, 0.17, 0.40),
+           Source("two-colours", "Flat art of two colours", 1024, "two-colours.png", False, 0.17, 0.40),
+           Source("graphic-256", "A graphic that is enlarged", 256, "graphic-256.png", False, 0.17, 0.40),
+           Source("screenshot", "A screenshot with text", 1024, "screenshot.png", False, 0.17, 0.40),
+           Source("webp", "The photograph as lossy WebP", 1024, "photo-1024.webp", False, 0.17, 0.40),
+           Source("sample-svg", "The project's sample as a drawing", 1024, "sample.svg", False, None, None))
+# The pictures that are drawn from a seed: bench/bytes has more of each kind.
+DRAWN = {"two-colours": written_bytes.two_colours, "graphic-256": written_bytes.small_graphic,
+         "screenshot": written_bytes.screenshot}
+SEED = 1
 DOCUMENT = measured.ROOT / "docs" / "performance.md"
 FEWEST_RUNS = 5
 MEGABYTE = 1e6
@@ -68,6 +81,22 @@ def stage_times(path, folder, runs):
 SHORT = 1
 
 
+def picture(source):
+    """The path of a source's picture. It is made where it is missing."""
+    path = tools.WORK / "sources" / source.file
+    path.parent.mkdir(parents=True, exist_ok=True)
+    if source.name in ("sample", "sample-svg"):
+        shutil.copy(measured.ROOT / "resources" / "sample" / f"tobrimax-{source.file}", path)
+    elif source.name in DRAWN:
+        DRAWN[source.name](random.Random(f"{SEED} {DRAWN[source.name].__name__}")).save(path)
+    elif source.name == "webp":
+        with Image.open(measured.picture("photo", source.side, path.with_suffix(".png"))) as photograph:
+            photograph.save(path, quality=90)
+    else:
+        measured.picture(source.name.split("-")[0], source.side, path)
+    return path
+
+
 def run(tool, path):
     """Runs a tool. Returns the folder with its files, and the figures of the run."""
     folder = measured.fresh(tools.WORK / "out")
@@ -87,7 +116,7 @@ def measure(source, path, runs):
     """{tool: {"wall", "cpu", "peak", "bytes", "pixels"}}. The tools take turns, so whatever disturbs the machine for
     a while disturbs them all. Some machines drop files from memory that were not read for a minute: before each short
     run the same tool runs once without being counted."""
-    chosen = tools.all_for(source.side)
+    chosen = tools.all_for(source)
     written, expected = {}, {}
     for tool in chosen:
         written[tool], expected[tool] = checked(tool, path)
@@ -119,22 +148,26 @@ def figures_table(results):
 
 
 def bounds(source, results):
-    ours, sharp = results[tools.OURS], results[tools.SHARP]
+    ours = results[tools.OURS]
+    if tools.RESVG in results:
+        return [at_most("CPU time ÷ resvg's", ours["cpu"] / results[tools.RESVG]["cpu"], 1.05)]
+    sharp, vips = results[tools.SHARP], results[tools.VIPS]
     cleverest = min((tool for tool in results if isinstance(tool, tools.Sharp) and tool.is_pinned),
                     key=lambda tool: results[tool]["wall"])
-    imagemagick, tauri = results[tools.IMAGEMAGICK], results[tools.TAURI]
     found = [
         at_most("wall ÷ sharp's", ours["wall"] / sharp["wall"], source.wall),
         at_most(f"wall ÷ the fastest script's for sharp on one core, {cleverest.name}",
                 ours["wall"] / results[cleverest]["wall"], 1),
+        at_most("CPU time ÷ the C program's", ours["cpu"] / vips["cpu"], source.cpu),
         at_most("bytes ÷ sharp's", ours["bytes"] / sharp["bytes"], 1),
-        at_most("peak memory, source pixels × 5.4 bytes + 96 MB", ours["peak"] / MEGABYTE,
-                (source.side**2 * 5.4 + 96e6) / MEGABYTE, " MB"),
-        at_least("times as fast as tauri icon, per output pixel",
-                 tauri["wall"] / tauri["pixels"] / (ours["wall"] / ours["pixels"]), 10),
-        at_least("times as fast as ImageMagick", imagemagick["wall"] / ours["wall"], 20)]
+        at_most("peak memory", ours["peak"] / MEGABYTE, 48, " MB")]
+    if source.is_for_all:
+        imagemagick, tauri = results[tools.IMAGEMAGICK], results[tools.TAURI]
+        found += [at_least("times as fast as tauri icon, per output pixel",
+                           tauri["wall"] / tauri["pixels"] / (ours["wall"] / ours["pixels"]), 10),
+                  at_least("times as fast as ImageMagick", imagemagick["wall"] / ours["wall"], 20)]
     if source.side <= 1024:
-        found.insert(3, at_most("peak memory ÷ sharp's", ours["peak"] / sharp["peak"], 0.6))
+        found.append(at_most("peak memory ÷ sharp's", ours["peak"] / sharp["peak"], 0.6))
     return found
 
 
@@ -210,7 +243,8 @@ more that is not counted. It reads the program from the disk, since some machine
 minute.
 
 **Sources.** They are made from fixed seeds: a logo (flat shapes, gradients, antialiased edges, transparent surround;
-PNG) and a picture as a camera takes it (PNG; at 4096 pixels JPEG of quality 90).
+PNG) and a picture as a camera takes it (PNG; at 4096 pixels JPEG of quality 90). Further sources have the rows of fewer
+programs: the project's sample as PNG and as SVG, and pictures of the kinds that `bench/bytes` draws.
 
 **Programs.** tobrimax-cli draws each of its icons anew.
 
@@ -222,6 +256,12 @@ PNG) and a picture as a camera takes it (PNG; at 4096 pixels JPEG of quality 90)
   - (b) One reduction to 1024 pixels comes before all others.
   - (c) The source's file is opened again for each icon, so that a JPEG may be decoded at a part of its size.
   - (d) All icons are made at once on all cores, with as many threads as sharp takes by itself.
+  - (e) Each size is made once, from the smallest of several halved copies that suffices; (f) with libpng's choice of a
+    filter for each row, too.
+- libvips, C is a program in C on Debian's libvips ([source](../bench/peers/vips-icons.c)): one decode, halved copies,
+  each size reduced and compressed once, copies for the other files.
+- resvg (npm's `@resvg/resvg-js`) draws each size of a drawing once ([script](../bench/peers/resvg-icons.mjs)); the other
+  files are copies.
 - ImageMagick is one process for all sizes, `convert SOURCE ( +clone -resize WxH! -write FILE +delete ) … null:`, on one
   thread, with its default filter.
 - tauri icon (npm's `@tauri-apps/cli`) writes another set of files, so it is compared per output pixel. It reads no
@@ -263,7 +303,7 @@ def quality_section(figures):
 
 def section(source, results, stages):
     pixels = f"{source.side} × {source.side}"
-    return "\n\n".join([f"### {source.kind.capitalize()}, {pixels}, {pathlib.Path(source.file).suffix[1:].upper()}",
+    return "\n\n".join([f"### {source.title}, {pixels}, {pathlib.Path(source.file).suffix[1:].upper()}",
                         figures_table(results), limit_sentence(results, stages)])
 
 
@@ -281,8 +321,9 @@ def main():
         print(f"compare: warning: {load}", file=sys.stderr)
     tools.install()
     chosen = [source for source in SOURCES if not arguments.source or source.name in arguments.source]
-    pictures = {source: measured.picture(source.kind, source.side, tools.WORK / "sources" / source.file)
-                for source in chosen}
+    if any(tools.VIPS in tools.all_for(source) for source in chosen):
+        tools.build_vips()
+    pictures = {source: picture(source) for source in chosen}
 
     sections, kept = [], []
     for source in chosen:

@@ -17,8 +17,10 @@ PEERS = HERE.parent / "peers"
 WORK = ROOT / "build" / "compare"
 MODULES = WORK / "node_modules"
 MAGICK = next((found for name in ("convert-im6.q16", "magick", "convert") if (found := shutil.which(name))), "convert")
-# Node.js looks for sharp beside the script.
+# Node.js looks for the modules beside the scripts.
 SHARP_SCRIPT = WORK / "sharp-icons.mjs"
+RESVG_SCRIPT = WORK / "resvg-icons.mjs"
+VIPS_PROGRAM = WORK / "vips-icons"
 
 
 @dataclasses.dataclass(frozen=True, eq=False)
@@ -70,6 +72,16 @@ class Sharp(Tool):
         return ["node", SHARP_SCRIPT, source, WORK / "plan.json", folder, *self.ways]
 
 
+class Vips(Tool):
+    def command(self, source, folder):
+        return [VIPS_PROGRAM, source, WORK / "plan.txt", folder]
+
+
+class Resvg(Tool):
+    def command(self, source, folder):
+        return ["node", RESVG_SCRIPT, source, WORK / "plan.json", folder]
+
+
 class ImageMagick(Tool):
     def command(self, source, folder):
         words = [MAGICK, source]
@@ -117,28 +129,39 @@ def as_png(source):
 ONE_THREAD = {"UV_THREADPOOL_SIZE": "1"}
 OURS = Tobrimax("tobrimax-cli")
 SHARP = Sharp("sharp", environment=ONE_THREAD)
-# The page that bench/compare writes says what (a) to (d) are.
+OURS_ON_ALL_CORES = Tobrimax("tobrimax-cli, all cores", is_pinned=False)
+# The page that bench/compare writes says what (a) to (f) are.
 SHARP_ONCE = Sharp("sharp (a)", ("once",), ONE_THREAD)
 SHARP_FIRST = Sharp("sharp (b)", ("first",), ONE_THREAD)
 SHARP_BOTH = Sharp("sharp (a) (b)", ("once", "first"), ONE_THREAD)
 SHARP_EACH = Sharp("sharp (c)", ("each",), ONE_THREAD)
 SHARP_THREADS = Sharp("sharp (d)", ("threads",), is_pinned=False)
+SHARP_HALVES = Sharp("sharp (e)", ("once", "halves"), ONE_THREAD)
+SHARP_ADAPTIVE = Sharp("sharp (f)", ("once", "halves", "adaptive"), ONE_THREAD)
+VIPS = Vips("libvips, C")
+RESVG = Resvg("resvg")
 IMAGEMAGICK = ImageMagick("ImageMagick", environment={"MAGICK_THREAD_LIMIT": "1", "OMP_NUM_THREADS": "1"})
 TAURI = Tauri("tauri icon")
 
 
-def all_for(side):
-    """The tools that are run on a source with `side`. No icon is larger than 1024 pixels, so for a source of 1024 the
-    first reduction of (b) would change nothing."""
-    clever = [SHARP_ONCE] if side <= 1024 else [SHARP_ONCE, SHARP_FIRST, SHARP_BOTH]
-    return [OURS, SHARP, *clever, SHARP_EACH, SHARP_THREADS, IMAGEMAGICK, TAURI]
+def all_for(source):
+    """The tools that are run on a source. No icon is larger than 1024 pixels, so for a source of 1024 the first
+    reduction of (b) would change nothing."""
+    if source.file.endswith(".svg"):
+        return [OURS, OURS_ON_ALL_CORES, RESVG]
+    if not source.is_for_all:
+        return [OURS, SHARP, SHARP_HALVES, SHARP_ADAPTIVE, VIPS]
+    clever = [SHARP_ONCE] if source.side <= 1024 else [SHARP_ONCE, SHARP_FIRST, SHARP_BOTH]
+    return [OURS, SHARP, *clever, SHARP_HALVES, SHARP_ADAPTIVE, SHARP_EACH, SHARP_THREADS, VIPS, IMAGEMAGICK, TAURI]
 
 
 def install():
     """Installs the other programs from npm, at the versions in bench/peers/package.json."""
     WORK.mkdir(parents=True, exist_ok=True)
-    shutil.copy(PEERS / "sharp-icons.mjs", SHARP_SCRIPT)
+    for script in (SHARP_SCRIPT, RESVG_SCRIPT):
+        shutil.copy(PEERS / script.name, script)
     (WORK / "plan.json").write_text(json.dumps(catalogue.plan()))
+    (WORK / "plan.txt").write_text("".join(f"{icon['side']} {icon['file']}\n" for icon in catalogue.plan()))
     wanted = (PEERS / "package.json").read_text()
     package = WORK / "package.json"
     if not MODULES.exists() or not package.exists() or package.read_text() != wanted:
@@ -146,6 +169,13 @@ def install():
         (WORK / "package-lock.json").unlink(missing_ok=True)
         package.write_text(wanted)
         subprocess.run(["npm", "install", "--no-audit", "--no-fund", "--silent"], cwd=WORK, check=True)
+
+
+def build_vips():
+    """Builds the program on libvips."""
+    flags = subprocess.run(["pkg-config", "--cflags", "--libs", "vips"], check=True, stdout=subprocess.PIPE,
+                           text=True).stdout.split()
+    subprocess.run(["cc", "-O2", "-o", VIPS_PROGRAM, PEERS / "vips-icons.c", *flags], check=True)
 
 
 def versions():
@@ -158,5 +188,7 @@ def versions():
     libvips = output("node", "-e", "console.log(require('sharp').versions.vips)")
     return [("tobrimax-cli", output(CLI, "--version").split()[-1]),
             ("sharp", f"{dependencies['sharp']} (libvips {libvips}, Node.js {output('node', '--version')[1:]})"),
+            ("libvips for the program in C", output("pkg-config", "--modversion", "vips")),
+            ("@resvg/resvg-js", dependencies["@resvg/resvg-js"]),
             ("@tauri-apps/cli", dependencies["@tauri-apps/cli"]),
             ("ImageMagick", output(MAGICK, "-version").split()[2])]
