@@ -8,6 +8,7 @@
 #include "platform/services/NotificationCenter.h"
 #include "platform/widgets/Alert.h"
 #include "platform/widgets/EnabledFollower.h"
+#include "platform/widgets/FontFollower.h"
 #include "ui_MainWindowController.h"
 
 #include <QApplication>
@@ -18,6 +19,20 @@
 #include <QLayout>
 #include <QMainWindow>
 #include <QMimeData>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace {
+
+/// A value beside a slider that is as wide as any.
+constexpr double widestPercent = 0.4444;
+
+/// The width of the settings, in points and in characters.
+constexpr int leastSettings = 280;
+constexpr int settingsCharacters = 26;
+
+} // namespace
 
 MainWindowController::MainWindowController(const QString& windowNibName, const Surroundings& surroundings)
     : WindowController(windowNibName),
@@ -65,6 +80,17 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
             new EnabledFollower(*label->buddy(), *label,
                                 [label](bool isEnabled) { label->setEnabled(isEnabled); });
     }
+    layout.cornerRadiusValue->setText(sliderCornerRadius->valueText());
+    layout.borderWidthValue->setText(sliderBorderWidth->valueText());
+    for (QLabel* value : {layout.cornerRadiusValue, layout.borderWidthValue})
+        new FontFollower(*value, [this, value](const QFontMetrics& metrics) {
+            value->setMinimumWidth(metrics.horizontalAdvance(sliderCornerRadius->percentText(widestPercent)));
+        });
+    new FontFollower(*platformSelection, [this](const QFontMetrics& metrics) {
+        platformSelection->setMinimumWidth(
+            qMax(leastSettings, settingsCharacters * metrics.averageCharWidth()));
+    });
+    new FontFollower(*imgViewIcon, [this](const QFontMetrics& metrics) { giveWellRoom(metrics); });
     HighlightedButton::awakeAll(*window);
     connectActions();
     connectPreview(*layout.previewStrip);
@@ -73,6 +99,20 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
     layout.pictureCaption->follow(*imgViewIcon, *platformSelection, _bundle, _screen);
     layout.planCaption->follow(*platformSelection, _bundle, _screen);
     return window;
+}
+
+/// Makes the well as wide as its caption wants to be, where the display has the height for it.
+void MainWindowController::giveWellRoom(const QFontMetrics& metrics) {
+    constexpr int least = 272;
+    constexpr int charactersOfCaption = 28;
+    constexpr double partOfDisplay = 0.36;
+    const int highest = std::max(
+        least, static_cast<int>(imgViewIcon->screen()->availableGeometry().height() * partOfDisplay));
+    const int before = imgViewIcon->width();
+    const int side = std::clamp(charactersOfCaption * metrics.averageCharWidth(), least, highest);
+    imgViewIcon->setFixedSize(side, side);
+    // The corner keeps its share of the side.
+    imgViewIcon->layer().setCornerRadius(imgViewIcon->layer().cornerRadius() * side / before);
 }
 
 /// The controls send these signals for what the user does, and never for what the program sets.

@@ -95,6 +95,7 @@ class MainWindowController final : public WindowController, public GenerationInp
   private:
     MainWindowController(const QString& windowNibName, const Surroundings& surroundings);
 
+    void giveWellRoom(const QFontMetrics& metrics);
     void connectActions();
     void connectPreview(PreviewStrip& strip);
     /// Whether a panel or alert blocks the window. The window's own comes to the front.

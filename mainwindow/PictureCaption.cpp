@@ -47,6 +47,7 @@ PictureCaption::PictureCaption(QWidget* parent) : QLabel(parent) {
 
 void PictureCaption::follow(const BorderImageView& well, QComboBox& platforms, const Bundle& bundle,
                             const Screen& screen) {
+    m_well = &well;
     m_platforms = &platforms;
     m_bundle = &bundle;
     m_screen = &screen;
@@ -57,10 +58,29 @@ void PictureCaption::follow(const BorderImageView& well, QComboBox& platforms, c
     describe();
 }
 
-/// The same for all pictures, so that the window keeps its size.
+/// Room for all warnings about a picture's size and pixels. It is the same for all pictures, so that the
+/// window keeps its size.
 QSize PictureCaption::sizeHint() const {
-    constexpr int lines = 4;
-    return {0, lines * fontMetrics().lineSpacing()};
+    constexpr int leastLines = 4;
+    constexpr int large = 1024;
+    const QString longest =
+        QStringList({QStringLiteral("M"), notSquare(), tooSmall(large), transparent()}).join(u'\n');
+    const int across = m_well != nullptr ? m_well->parentWidget()->minimumSizeHint().width() : width();
+    return {0,
+            std::max(leastLines * fontMetrics().lineSpacing(),
+                     fontMetrics().boundingRect(QRect(0, 0, across, 0), Qt::TextWordWrap, longest).height())};
+}
+
+QString PictureCaption::notSquare() {
+    return tr("Not square: will be stretched.");
+}
+
+QString PictureCaption::tooSmall(int largestIcon) {
+    return tr("Smaller than %1 px: will be enlarged.").arg(largestIcon);
+}
+
+QString PictureCaption::transparent() {
+    return tr("Transparent: the App Store refuses such icons.");
 }
 
 void PictureCaption::resizeEvent(QResizeEvent* event) {
@@ -114,11 +134,11 @@ QStringList PictureCaption::warnings(const Shown& shown) const {
     }
     QStringList found;
     if (shown.size.width() != shown.size.height())
-        found << tr("Not square: will be stretched.");
+        found << notSquare();
     if (!shown.isDrawing && std::min(shown.size.width(), shown.size.height()) < largest)
-        found << tr("Smaller than %1 px: will be enlarged.").arg(largest);
+        found << tooSmall(largest);
     if (shown.isTransparent && std::ranges::any_of(platforms, isInAppStore))
-        found << tr("Transparent: the App Store refuses such icons.");
+        found << transparent();
     for (const QString& warning : shown.warnings)
         found << withFullStop(warning);
     return found;

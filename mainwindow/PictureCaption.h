@@ -45,8 +45,12 @@ class PictureCaption final : public QLabel {
     void refuse(const QString& path, const QString& sentence);
     void describe();
     QStringList warnings(const Shown& shown) const;
+    static QString notSquare();
+    static QString tooSmall(int largestIcon);
+    static QString transparent();
     QString elidedName(const QString& before, const QString& behind) const;
 
+    const BorderImageView* m_well = nullptr;
     const QComboBox* m_platforms = nullptr;
     const Bundle* m_bundle = nullptr;
     const Screen* m_screen = nullptr;

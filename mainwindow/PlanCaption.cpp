@@ -2,6 +2,7 @@
 
 #include "generation/GenerationPlan.h"
 #include "platform/services/Screen.h"
+#include "platform/widgets/FontFollower.h"
 
 #include <QComboBox>
 
@@ -43,23 +44,38 @@ PlanCaption::PlanCaption(QWidget* parent) : QLabel(parent) {
 void PlanCaption::follow(QComboBox& platforms, const Bundle& bundle, const Screen& screen) {
     m_bundle = &bundle;
     m_screen = &screen;
+    m_platforms = &platforms;
     connect(&platforms, &QComboBox::currentIndexChanged, this, &PlanCaption::describe);
     describe(platforms.currentIndex());
+    new FontFollower(*this, [this](const QFontMetrics& /*metrics*/) { makeRoom(); });
 }
 
-/// The same for all platforms, so that the window keeps its size.
+/// Room for the longest text of a platform. It is the same for all, so that the window keeps its size.
+void PlanCaption::makeRoom() {
+    constexpr int leastLines = 4;
+    m_height = leastLines * fontMetrics().lineSpacing();
+    const QRect across(0, 0, m_platforms->minimumWidth(), 0);
+    for (int index = 0; index < m_platforms->count(); ++index)
+        m_height =
+            std::max(m_height, fontMetrics().boundingRect(across, Qt::TextWordWrap, words(index)).height());
+    updateGeometry();
+}
+
 QSize PlanCaption::sizeHint() const {
-    constexpr int mostLines = 4;
-    return {0, mostLines * fontMetrics().lineSpacing()};
+    return {0, m_height};
 }
 
-void PlanCaption::describe(int platformIndex) {
+QString PlanCaption::words(int platformIndex) const {
     QStringList lines;
     for (const Platform platform : Platforms::ofIndex(platformIndex)) {
         if (const QString text = line(platform); !lines.contains(text))
             lines << text;
     }
-    setText(lines.join(u'\n'));
+    return lines.join(u'\n');
+}
+
+void PlanCaption::describe(int platformIndex) {
+    setText(words(platformIndex));
 }
 
 QString PlanCaption::line(Platform platform) const {

@@ -21,9 +21,13 @@ class PlanCaption final : public QLabel {
     QSize sizeHint() const override;
 
   private:
+    void makeRoom();
+    QString words(int platformIndex) const;
     void describe(int platformIndex);
     QString line(Platform platform) const;
 
+    int m_height = 0;
+    const QComboBox* m_platforms = nullptr;
     const Bundle* m_bundle = nullptr;
     const Screen* m_screen = nullptr;
 };

@@ -6,7 +6,7 @@
 #include "shell/PageGround.h"
 #include "ui_PromotionWindow.h"
 
-#include <QLayout>
+#include <QBoxLayout>
 #include <QScreen>
 #include <QShortcut>
 
@@ -17,6 +17,24 @@ namespace {
 QPoint onScreen(const QRect& wanted, const QRect& screen) {
     return {qMax(screen.left(), qMin(wanted.left(), screen.right() + 1 - wanted.width())),
             qMax(screen.top(), qMin(wanted.top(), screen.bottom() + 1 - wanted.height()))};
+}
+
+/// The dots stand at a fixed distance from the bottom edge. A row of buttons that is too high to stand below
+/// them stands above them.
+void makeRoomForDots(QBoxLayout& column, QLayout& row, QSpacerItem& gapForDots) {
+    constexpr int dotsFromBottom = 50;
+    constexpr int dotsHeight = 25;
+    constexpr int gap = 8;
+    const int below = column.contentsMargins().bottom();
+    if (row.sizeHint().height() + gap <= dotsFromBottom - below)
+        return;
+    column.removeItem(&row);
+    row.setParent(nullptr);
+    constexpr int gapAbove = 16;
+    column.insertSpacing(column.indexOf(&gapForDots), gapAbove);
+    column.insertLayout(column.indexOf(&gapForDots), &row);
+    gapForDots.changeSize(0, dotsFromBottom + dotsHeight + gap - below, QSizePolicy::Minimum,
+                          QSizePolicy::Fixed);
 }
 
 } // namespace
@@ -44,6 +62,7 @@ PromotionWindow::PromotionWindow() : m_window(std::make_unique<ELGRoundWindow>()
     // Only polished parts have the style's fonts and sizes. The size of the window depends on these.
     for (QWidget* part : layout.contentView->findChildren<QWidget*>())
         part->ensurePolished();
+    makeRoomForDots(*layout.column, *layout.bottomRow, *layout.pageControlGap);
     layout.contentView->layout()->activate();
     m_window->setFixedSize(m_window->size().expandedTo(layout.contentView->minimumSizeHint()));
     layout.contentView->resize(m_window->size());

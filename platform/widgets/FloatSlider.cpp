@@ -66,9 +66,25 @@ void FloatSlider::takeStep() {
 }
 
 QString FloatSlider::valueText() const {
+    return percentText(static_cast<double>(m_value));
+}
+
+QString FloatSlider::percentText(double value) const {
     // Two decimals tell steps apart. Zeros at the end are left out.
-    const double percent = std::round(static_cast<double>(m_value) * 10000) / 100;
+    const double percent = std::round(value * 10000) / 100;
     return tr("%1 %").arg(locale().toString(percent, 'f', QLocale::FloatingPointShortest));
+}
+
+/// A step of a hundredth of the range moves the knob by a point or more.
+QSize FloatSlider::minimumSizeHint() const {
+    constexpr int knobAndSteps = 112;
+    constexpr int characters = 20;
+    return {std::max(knobAndSteps, characters * fontMetrics().averageCharWidth()),
+            QSlider::sizeHint().height()};
+}
+
+QSize FloatSlider::sizeHint() const {
+    return QSlider::sizeHint().expandedTo(minimumSizeHint());
 }
 
 void FloatSlider::changeEvent(QEvent* event) {

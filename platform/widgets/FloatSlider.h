@@ -29,6 +29,12 @@ class FloatSlider : public QSlider, public AccessibleValue {
     /// The value as a percentage, in the widget's locale.
     QString valueText() const;
 
+    /// `value` as `valueText` would show it.
+    QString percentText(double value) const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
     QString accessibleValueText() const override { return valueText(); }
     QVariant accessibleValue() const override { return static_cast<double>(m_value); }
     /// Moves the knob as the user does, with `action`.

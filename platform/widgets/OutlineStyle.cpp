@@ -6,6 +6,9 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleOptionButton>
+#include <QWidget>
+
+#include <algorithm>
 
 namespace {
 
@@ -77,6 +80,15 @@ void drawCheckBox(QPainter& painter, const QStyleOption& option) {
 
 bool OutlineStyle::isQtsOwn() const {
     return baseStyle()->name() == QStringLiteral("fusion");
+}
+
+int OutlineStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+    const int usual = QProxyStyle::pixelMetric(metric, option, widget);
+    const bool isBox = metric == PM_IndicatorWidth || metric == PM_IndicatorHeight;
+    if (!isBox || widget == nullptr || !isQtsOwn())
+        return usual;
+    // A box is as high as the capital letters beside it.
+    return std::max(usual, widget->fontMetrics().capHeight());
 }
 
 void OutlineStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

@@ -13,6 +13,8 @@ class OutlineStyle final : public QProxyStyle {
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                             const QWidget* widget) const override;
 
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+
   private:
     bool isQtsOwn() const;
 };

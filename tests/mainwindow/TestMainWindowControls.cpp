@@ -311,9 +311,31 @@ TEST_F(MainWindowControls, can_be_reached_by_keyboard_and_have_names) {
                            QStringLiteral("colorPicker"), QStringLiteral("generateBtn")}));
 }
 
+TEST_F(MainWindowControls, grow_with_their_font) {
+    drop(pictureFile());
+    controller->roundedCheckButton->click();
+    controller->sliderCornerRadius->setAccessibleValue(0.25);
+    QFont larger = QApplication::font();
+    larger.setPointSizeF(larger.pointSizeF() * 2);
+    const int slider = controller->sliderCornerRadius->width();
+    const int well = controller->imgViewIcon->width();
+    controller->window()->setFont(larger);
+    Events::settle();
+    EXPECT_GT(controller->sliderCornerRadius->width(), slider * 5 / 4);
+    EXPECT_GE(controller->platformSelection->width(), 26 * QFontMetrics(larger).averageCharWidth());
+    EXPECT_GT(controller->imgViewIcon->width(), well);
+    EXPECT_EQ(controller->imgViewIcon->width(), controller->imgViewIcon->height());
+    EXPECT_DOUBLE_EQ(controller->imgViewIcon->layer().cornerRadius(), controller->imgViewIcon->width() / 4.0);
+    const auto* value = controller->window()->findChild<QLabel*>(QStringLiteral("cornerRadiusValue"));
+    const int before = value->width();
+    controller->sliderCornerRadius->setAccessibleValue(0.4888);
+    Events::settle();
+    EXPECT_EQ(value->width(), before) << "the slider does not move while it is dragged";
+}
+
 TEST_F(MainWindowControls, nothing_is_cut_off_in_a_larger_font_or_mirrored) {
     QFont larger = QApplication::font();
-    larger.setPointSizeF(larger.pointSizeF() * 1.2);
+    larger.setPointSizeF(larger.pointSizeF() * 2);
     for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
         controller->window()->setLayoutDirection(direction);
         for (const QFont& font : {QApplication::font(), larger}) {

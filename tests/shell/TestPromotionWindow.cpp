@@ -187,7 +187,7 @@ TEST_F(PromotionTest, its_quit_button_ends_the_program) {
 
 TEST_F(PromotionTest, nothing_is_cut_off_in_a_larger_font_or_mirrored) {
     const QFont usual = QApplication::font();
-    for (const double factor : {1.0, 1.5}) {
+    for (const double factor : {1.0, 1.5, 2.0, 3.0}) {
         QFont larger = usual;
         larger.setPointSizeF(usual.pointSizeF() * factor);
         QApplication::setFont(larger);
