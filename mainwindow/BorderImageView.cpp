@@ -38,6 +38,14 @@ class WaitCursor {
     WaitCursor& operator=(const WaitCursor&) = delete;
 };
 
+/// The names of the formats as a list in the user's language.
+QString formatNames() {
+    const QString names = PictureFormats::names();
+    const QString last = QStringLiteral(" or ");
+    //: The end of a list of formats.
+    return BorderImageView::tr("%1 or %2").arg(names.section(last, 0, 0), names.section(last, 1));
+}
+
 } // namespace
 
 BorderImageView::BorderImageView(QWidget* parent) : ImageView(parent) {
@@ -47,7 +55,7 @@ BorderImageView::BorderImageView(QWidget* parent) : ImageView(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::PointingHandCursor);
     setCheckered(true);
-    setPlaceholderDetail(tr("%1.\nBest: square, 1024 × 1024 or larger.").arg(PictureFormats::names()));
+    setPlaceholderDetail(tr("%1.\nBest: square, 1024 × 1024 or larger.").arg(formatNames()));
 }
 
 void BorderImageView::setRoundCorner(bool roundCorner) {

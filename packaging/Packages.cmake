@@ -51,6 +51,6 @@ find_package(Tobrimax).")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "librsvg2-2 (>= ${LIBRSVG_LEAST}), qt6-image-formats-plugins")
 # Qt's library has its plugin for X11 in the same package. These packages have the plugins for Wayland and other displays.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, qt6-qpa-plugins")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, qt6-qpa-plugins, qt6-translations-l10n")
 
 include(CPack)

@@ -22,20 +22,20 @@ struct Library {
 };
 
 constexpr std::array libraries{
-    Library{"Qt", "windows, BMP and WebP pictures", "LGPL 3"},
-    Library{"librsvg", "SVG pictures", "LGPL 2.1 or later"},
-    Library{"cairo", "SVG pictures", "LGPL 2.1 or MPL 1.1"},
-    Library{"Little CMS", "colour profiles", "MIT"},
-    Library{"libpng", "PNG pictures", "libpng 2.0"},
-    Library{"libjpeg-turbo", "JPEG pictures", "IJG and BSD 3-clause"},
-    Library{"libtiff", "TIFF pictures", "libtiff"},
-    Library{"giflib", "GIF pictures", "MIT"},
-    Library{"OpenJPEG", "JPEG 2000 pictures", "BSD 2-clause"},
-    Library{"zlib", "compressed SVG pictures", "zlib"},
-    Library{"libdeflate", "PNG compression", "MIT"},
-    Library{"ISA-L", "PNG decompression", "BSD 3-clause"},
-    Library{"libplist", "property lists", "LGPL 2.1 or later"},
-    Library{"Highway", "portable SIMD", "Apache 2.0 or BSD 3-clause"},
+    Library{"Qt", QT_TRANSLATE_NOOP("AboutBox", "windows, BMP and WebP pictures"), "LGPL 3"},
+    Library{"librsvg", QT_TRANSLATE_NOOP("AboutBox", "SVG pictures"), "LGPL 2.1 or later"},
+    Library{"cairo", QT_TRANSLATE_NOOP("AboutBox", "SVG pictures"), "LGPL 2.1 or MPL 1.1"},
+    Library{"Little CMS", QT_TRANSLATE_NOOP("AboutBox", "colour profiles"), "MIT"},
+    Library{"libpng", QT_TRANSLATE_NOOP("AboutBox", "PNG pictures"), "libpng 2.0"},
+    Library{"libjpeg-turbo", QT_TRANSLATE_NOOP("AboutBox", "JPEG pictures"), "IJG and BSD 3-clause"},
+    Library{"libtiff", QT_TRANSLATE_NOOP("AboutBox", "TIFF pictures"), "libtiff"},
+    Library{"giflib", QT_TRANSLATE_NOOP("AboutBox", "GIF pictures"), "MIT"},
+    Library{"OpenJPEG", QT_TRANSLATE_NOOP("AboutBox", "JPEG 2000 pictures"), "BSD 2-clause"},
+    Library{"zlib", QT_TRANSLATE_NOOP("AboutBox", "compressed SVG pictures"), "zlib"},
+    Library{"libdeflate", QT_TRANSLATE_NOOP("AboutBox", "PNG compression"), "MIT"},
+    Library{"ISA-L", QT_TRANSLATE_NOOP("AboutBox", "PNG decompression"), "BSD 3-clause"},
+    Library{"libplist", QT_TRANSLATE_NOOP("AboutBox", "property lists"), "LGPL 2.1 or later"},
+    Library{"Highway", QT_TRANSLATE_NOOP("AboutBox", "portable SIMD"), "Apache 2.0 or BSD 3-clause"},
 };
 
 constexpr int gap = 8;
@@ -71,9 +71,9 @@ QWidget* makeLibraryTable() {
     for (const Library& library : libraries) {
         const QString version =
             qstrcmp(library.name, "Qt") == 0 ? QLatin1Char(' ') + QString::fromLatin1(qVersion()) : QString();
-        table->addTopLevelItem(new QTreeWidgetItem({QString::fromLatin1(library.name) + version,
-                                                    QString::fromLatin1(library.purpose),
-                                                    QString::fromLatin1(library.licence)}));
+        table->addTopLevelItem(
+            new QTreeWidgetItem({QString::fromLatin1(library.name) + version, AboutBox::tr(library.purpose),
+                                 QString::fromLatin1(library.licence)}));
     }
     int width = 2 * table->frameWidth() + table->fontMetrics().averageCharWidth() * 4;
     for (int column = 0; column < table->columnCount(); ++column) {

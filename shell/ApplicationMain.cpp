@@ -4,9 +4,11 @@
 #include "shell/AppDelegate.h"
 #include "shell/Appearance.h"
 #include "shell/ApplicationIcon.h"
+#include "shell/Languages.h"
 #include "shell/StoreErrorAlert.h"
 
 #include <QFileInfo>
+#include <QLocale>
 
 #include <csignal>
 
@@ -18,6 +20,7 @@ int applicationMain(int argc, char** argv) {
     QCoreApplication::setOrganizationName(QStringLiteral("Varnholt"));
     QCoreApplication::setApplicationName(QStringLiteral("Tobrimax"));
     Application application(argc, argv);
+    const Languages languages(QLocale::system().uiLanguages());
     QCoreApplication::setApplicationVersion(
         bundle.infoDictionary().value(QStringLiteral("CFBundleShortVersionString")).toString());
     // A desktop finds the application's entry, and with it name and icon, by this name.

@@ -1,5 +1,5 @@
 """Pictures of every window of the application, on a light and on a dark desktop, at scale 1, 1.5 and 2, in a font of 18
-points, and from right to left.
+points, from right to left, in German and in Japanese.
 
 usage: take_screenshots.py TOBRIMAX DRAG_SOURCE SAMPLE FOLDER
 """
@@ -11,6 +11,19 @@ import sys
 from desktop import PROGRAMS, Desktop, wait_for
 
 DARK = {"View": "27,30,32", "Window": "42,46,50", "Button": "49,54,59", "Tooltip": "49,54,59", "Selection": "61,174,233"}
+
+# Of each language: its code, the keys of the controls and menu items, the titles of windows and the name of a box.
+ENGLISH = {"code": "en", "rounded": "r", "radius": "a", "border": "b", "generate": "g", "about": "a", "more": "m",
+           "About": "About Tobrimax", "More": "More from Varnholt", "Border": "Border"}
+LANGUAGES = {
+    "german": {"code": "de", "rounded": "e", "radius": "u", "border": "m", "generate": "i", "about": "udiaeresis",
+               "more": "m", "About": "Über Tobrimax", "More": "Mehr von Varnholt", "Border": "Rahmen"},
+    "japanese": ENGLISH | {"code": "ja", "About": "Tobrimax について", "More": "Varnholt のほかのアプリ", "Border": "枠線(B)"},
+}
+
+
+def language_of(look):
+    return next((language for word, language in LANGUAGES.items() if word in look), ENGLISH)
 
 
 def make_desktop(desktop, look):
@@ -40,15 +53,17 @@ def start(desktop, look, active="Tobrimax"):
         environment["QT_SCALE_FACTOR"] = look.rpartition("-")[2]
     if "mirrored" in look:
         mirror(desktop)
+    environment["LANGUAGE"] = language_of(look)["code"]
     desktop.start_application(active, **environment)
 
 
 def take_main_window(desktop, look):
     start(desktop, look)
     desktop.drag_onto_well(sample)
-    desktop.key("alt+r")
-    desktop.key("alt+a", *["Right"] * 44)
-    desktop.key("alt+b")
+    words = language_of(look)
+    desktop.key("alt+" + words["rounded"])
+    desktop.key("alt+" + words["radius"], *["Right"] * 44)
+    desktop.key("alt+" + words["border"])
     if "dark" in look:
         # A light border can be seen on a dark desktop.
         desktop.key("alt+c")
@@ -59,7 +74,7 @@ def take_main_window(desktop, look):
         desktop.key("Return")
         desktop.wait_until_gone("Select Color")
     desktop.run("xdotool", "mousemove", "1", "1")
-    wait_for(lambda: (box := desktop.element("Border", "check box")) and desktop.is_checked(box), "the border")
+    wait_for(lambda: (box := desktop.element(words["Border"], "check box")) and desktop.is_checked(box), "the border")
     desktop.screenshot("window")
 
 
@@ -71,17 +86,18 @@ def take_other_windows(desktop, look):
     desktop.screenshot("rate-prompt")
     desktop.key("Tab", "space")
     desktop.wait_until_gone("Rate Us")
-    for keys, title, name in ((("alt+h", "a"), "About Tobrimax", "about"), (("alt+h", "m"), "More from Varnholt", "promotion")):
+    words = language_of(look)
+    for key, title, name in (("about", "About", "about"), ("more", "More", "promotion")):
         desktop.run("xdotool", "windowactivate", "--sync", desktop.window)
-        desktop.key(*keys)
-        desktop.wait_for_window(title)
+        desktop.key("alt+h", words[key])
+        desktop.wait_for_window(words[title])
         desktop.screenshot(name)
         desktop.key("Escape")
-        desktop.wait_until_gone(title)
+        desktop.wait_until_gone(words[title])
     text = desktop.folder / "words.txt"
     text.write_text("no picture")
     desktop.drag_onto_well(text)
-    desktop.key("alt+g")
+    desktop.key("alt+" + words["generate"])
     desktop.wait_for_window("Icon File Error")
     desktop.screenshot("alert")
 
@@ -99,6 +115,6 @@ if __name__ == "__main__":
     else:
         # Each desktop has a process of its own, because a process can read the accessibility tree of one desktop only.
         for look in ("light", "dark", "light-scale-1.5", "light-scale-2", "dark-scale-2", "light-18pt", "dark-18pt", "light-mirrored",
-                     "dark-mirrored"):
+                     "dark-mirrored", "light-german", "light-18pt-german", "light-japanese", "light-18pt-japanese"):
             for what in ("main", "others"):
                 subprocess.run([sys.executable, __file__, *sys.argv[1:5], what, look], check=True)

@@ -1,0 +1,454 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en_GB">
+<context>
+    <name>AboutBox</name>
+    <message>
+        <source>windows, BMP and WebP pictures</source>
+        <translation>Fenster, BMP- und WebP-Bilder</translation>
+    </message>
+    <message>
+        <source>SVG pictures</source>
+        <translation>SVG-Bilder</translation>
+    </message>
+    <message>
+        <source>colour profiles</source>
+        <translation>Farbprofile</translation>
+    </message>
+    <message>
+        <source>PNG pictures</source>
+        <translation>PNG-Bilder</translation>
+    </message>
+    <message>
+        <source>JPEG pictures</source>
+        <translation>JPEG-Bilder</translation>
+    </message>
+    <message>
+        <source>TIFF pictures</source>
+        <translation>TIFF-Bilder</translation>
+    </message>
+    <message>
+        <source>GIF pictures</source>
+        <translation>GIF-Bilder</translation>
+    </message>
+    <message>
+        <source>JPEG 2000 pictures</source>
+        <translation>JPEG-2000-Bilder</translation>
+    </message>
+    <message>
+        <source>compressed SVG pictures</source>
+        <translation>komprimierte SVG-Bilder</translation>
+    </message>
+    <message>
+        <source>PNG compression</source>
+        <translation>PNG-Kompression</translation>
+    </message>
+    <message>
+        <source>PNG decompression</source>
+        <translation>PNG-Dekompression</translation>
+    </message>
+    <message>
+        <source>property lists</source>
+        <translation>Property-Listen</translation>
+    </message>
+    <message>
+        <source>portable SIMD</source>
+        <translation>portables SIMD</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Libraries</source>
+        <translation>Bibliotheken</translation>
+    </message>
+    <message>
+        <source>Library</source>
+        <translation>Bibliothek</translation>
+    </message>
+    <message>
+        <source>For</source>
+        <translation>Wofür</translation>
+    </message>
+    <message>
+        <source>Licence</source>
+        <translation>Lizenz</translation>
+    </message>
+    <message>
+        <source>About Tobrimax</source>
+        <translation>Über Tobrimax</translation>
+    </message>
+    <message>
+        <source>One picture in, the app icons of every platform out. Free software under the MIT licence. It is made with these libraries:</source>
+        <translation>Ein Bild hinein, die App-Icons aller Plattformen heraus. Freie Software unter der MIT-Lizenz, erstellt mit diesen Bibliotheken:</translation>
+    </message>
+</context>
+<context>
+    <name>BFPageControl</name>
+    <message>
+        <source>Page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+</context>
+<context>
+    <name>BorderImageView</name>
+    <message>
+        <source>%1 or %2</source>
+        <extracomment>The end of a list of formats.</extracomment>
+        <translation>%1 oder %2</translation>
+    </message>
+    <message>
+        <source>%1.
+Best: square, 1024 × 1024 or larger.</source>
+        <translation>%1.
+Ideal: quadratisch, mindestens 1024 × 1024.</translation>
+    </message>
+    <message>
+        <source>Empty. Drop a picture here, or press Space to choose one.</source>
+        <translation>Leer. Ziehen Sie ein Bild hierher, oder drücken Sie die Leertaste, um eines auszuwählen.</translation>
+    </message>
+    <message>
+        <source>A picture of %1 × %2</source>
+        <translation>Ein Bild mit %1 × %2</translation>
+    </message>
+</context>
+<context>
+    <name>ColorWell</name>
+    <message>
+        <source>%1, alpha %2 %</source>
+        <translation>%1, Deckkraft %2&#xa0;%</translation>
+    </message>
+</context>
+<context>
+    <name>FloatSlider</name>
+    <message>
+        <source>%1 %</source>
+        <translation>%1&#xa0;%</translation>
+    </message>
+</context>
+<context>
+    <name>MainMenu</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Open Picture…</source>
+        <translation>Bild ö&amp;ffnen …</translation>
+    </message>
+    <message>
+        <source>Open &amp;Recent</source>
+        <translation>&amp;Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>&amp;Generate…</source>
+        <translation>Icons &amp;erzeugen …</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+    <message>
+        <source>&amp;Save Application Data</source>
+        <translation>Anwendungsdaten s&amp;peichern</translation>
+    </message>
+    <message>
+        <source>&amp;Quit Tobrimax</source>
+        <translation>Tobrimax &amp;beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Wiederholen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>&amp;Einfügen</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Platform</source>
+        <translation>&amp;Plattform</translation>
+    </message>
+    <message>
+        <source>&amp;Rounded Corner</source>
+        <translation>&amp;Abgerundete Ecken</translation>
+    </message>
+    <message>
+        <source>&amp;Border</source>
+        <translation>&amp;Rahmen</translation>
+    </message>
+    <message>
+        <source>Border &amp;Colour…</source>
+        <translation>Rahmen&amp;farbe …</translation>
+    </message>
+    <message>
+        <source>&amp;Window</source>
+        <translation>&amp;Fenster</translation>
+    </message>
+    <message>
+        <source>&amp;Minimise</source>
+        <translation>&amp;Minimieren</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>Tobrimax &amp;Guide</source>
+        <translation>Tobrimax-&amp;Handbuch</translation>
+    </message>
+    <message>
+        <source>Tobrimax &amp;Web Site</source>
+        <translation>Tobrimax im &amp;Web</translation>
+    </message>
+    <message>
+        <source>&amp;More from Varnholt…</source>
+        <translation>&amp;Mehr von Varnholt …</translation>
+    </message>
+    <message>
+        <source>&amp;About Tobrimax</source>
+        <translation>&amp;Über Tobrimax</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindowController</name>
+    <message>
+        <source>Source picture</source>
+        <translation>Ausgangsbild</translation>
+    </message>
+    <message>
+        <source>Drop or paste a picture, or click to choose one</source>
+        <translation>Bild hierherziehen oder einfügen, oder klicken, um eines auszuwählen</translation>
+    </message>
+    <message>
+        <source>Drop a picture here
+or click to choose one</source>
+        <translation>Bild hierherziehen
+oder zum Auswählen klicken</translation>
+    </message>
+    <message>
+        <source>&amp;Platform</source>
+        <translation>&amp;Plattform</translation>
+    </message>
+    <message>
+        <source>Platform</source>
+        <translation>Plattform</translation>
+    </message>
+    <message>
+        <source>The devices that the icons are for</source>
+        <translation>Geräte, für die die Icons bestimmt sind</translation>
+    </message>
+    <message>
+        <source>iPhone and iPad</source>
+        <translation>iPhone und iPad</translation>
+    </message>
+    <message>
+        <source>&amp;Rounded corner</source>
+        <translation>Abgerundete &amp;Ecken</translation>
+    </message>
+    <message>
+        <source>R&amp;adius</source>
+        <translation>Radi&amp;us</translation>
+    </message>
+    <message>
+        <source>Corner radius</source>
+        <translation>Eckenradius</translation>
+    </message>
+    <message>
+        <source>Corner radius, as a part of the icon&apos;s side</source>
+        <translation>Eckenradius als Anteil der Seitenlänge des Icons</translation>
+    </message>
+    <message>
+        <source>&amp;Border</source>
+        <translation>Rah&amp;men</translation>
+    </message>
+    <message>
+        <source>Wi&amp;dth</source>
+        <translation>Brei&amp;te</translation>
+    </message>
+    <message>
+        <source>Border width</source>
+        <translation>Rahmenbreite</translation>
+    </message>
+    <message>
+        <source>Line width, as a part of the icon&apos;s width; its inner half shows</source>
+        <translation>Linienbreite als Anteil der Breite des Icons; sichtbar ist die innere Hälfte</translation>
+    </message>
+    <message>
+        <source>&amp;Colour</source>
+        <translation>Fa&amp;rbe</translation>
+    </message>
+    <message>
+        <source>Border colour</source>
+        <translation>Rahmenfarbe</translation>
+    </message>
+    <message>
+        <source>Border colour and its opacity</source>
+        <translation>Farbe und Deckkraft des Rahmens</translation>
+    </message>
+    <message>
+        <source>&amp;Generate</source>
+        <translation>&amp;Icons erzeugen</translation>
+    </message>
+    <message>
+        <source>Choose a folder and write the icons into it</source>
+        <translation>Einen Ordner auswählen und die Icons darin speichern</translation>
+    </message>
+    <message>
+        <source>Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</source>
+        <translation>Bilder (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
+</context>
+<context>
+    <name>PictureCaption</name>
+    <message>
+        <source>Reading %1…</source>
+        <extracomment>%1 is the name of a picture.</extracomment>
+        <translation>%1 wird gelesen …</translation>
+    </message>
+    <message>
+        <source>Pasted picture</source>
+        <translation>Eingefügtes Bild</translation>
+    </message>
+    <message>
+        <source>Not square: will be stretched.</source>
+        <translation>Nicht quadratisch: wird verzerrt.</translation>
+    </message>
+    <message>
+        <source>Smaller than %1 px: will be enlarged.</source>
+        <translation>Kleiner als %1 px: wird vergrößert.</translation>
+    </message>
+    <message>
+        <source>Transparent: the App Store refuses such icons.</source>
+        <translation>Transparent: vom App Store abgelehnt.</translation>
+    </message>
+    <message>
+        <source>, %1 × %2</source>
+        <translation>, %1 × %2</translation>
+    </message>
+</context>
+<context>
+    <name>PlanCaption</name>
+    <message>
+        <source>1 PNG file, %1 px, in %2</source>
+        <translation>1 PNG-Datei, %1 px, in %2</translation>
+    </message>
+    <message>
+        <source>%1 PNG files, %2 to %3 px, in %4</source>
+        <translation>%1 PNG-Dateien, %2 bis %3 px, in %4</translation>
+    </message>
+    <message>
+        <source>, and %1/%2Application.icns</source>
+        <translation>, dazu %1/%2Application.icns</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewStrip</name>
+    <message>
+        <source>Icons as they will be written, at 16, 32, 64 and 128 pixels</source>
+        <translation>Icons, wie sie gespeichert werden, mit 16, 32, 64 und 128 Pixeln</translation>
+    </message>
+    <message>
+        <source>%1 px</source>
+        <translation>%1 px</translation>
+    </message>
+</context>
+<context>
+    <name>PromotionWindow</name>
+    <message>
+        <source>More from Varnholt</source>
+        <translation>Mehr von Varnholt</translation>
+    </message>
+    <message>
+        <source>Logo</source>
+        <translation>Logo</translation>
+    </message>
+    <message>
+        <source>&amp;Open in Store</source>
+        <translation>Im &amp;Store öffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Don’t show this again</source>
+        <translation>&amp;Nicht mehr anzeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>&amp;Zurück</translation>
+    </message>
+    <message>
+        <source>Hide this window</source>
+        <translation>Dieses Fenster ausblenden</translation>
+    </message>
+    <message>
+        <source>&amp;Quit Tobrimax</source>
+        <translation>Tobrimax &amp;beenden</translation>
+    </message>
+    <message>
+        <source>You have them all</source>
+        <translation>Sie haben schon alle</translation>
+    </message>
+    <message>
+        <source>Every other application of ours is installed already. Thank you!</source>
+        <translation>Alle unsere anderen Programme sind bereits installiert. Vielen Dank!</translation>
+    </message>
+</context>
+<context>
+    <name>SuggestedApp</name>
+    <message>
+        <source>Folds a paper model of any shape that you draw, and prints the sheets to cut out.</source>
+        <translation>Faltet aus jeder gezeichneten Form ein Papiermodell und druckt die Bögen zum Ausschneiden.</translation>
+    </message>
+    <message>
+        <source>A quiet place to write: one page, one font, and a word count when you ask for it.</source>
+        <translation>Ein ruhiger Ort zum Schreiben: eine Seite, eine Schrift und auf Wunsch die Zahl der Wörter.</translation>
+    </message>
+    <message>
+        <source>Tides and daylight for every harbour of your coast, for the week ahead.</source>
+        <translation>Gezeiten und Tageslicht für jeden Hafen Ihrer Küste, eine Woche im Voraus.</translation>
+    </message>
+    <message>
+        <source>Connects the sound of one program with the input of another, cable by cable.</source>
+        <translation>Verbindet den Ton eines Programms mit dem Eingang eines anderen, Kabel für Kabel.</translation>
+    </message>
+    <message>
+        <source>Keeps your garden&apos;s diary: what was sown, where it stands, and when to pick it.</source>
+        <translation>Führt das Tagebuch Ihres Gartens: was gesät wurde, wo es steht und wann geerntet wird.</translation>
+    </message>
+    <message>
+        <source>The time wherever your friends are, on one small globe in the menu bar.</source>
+        <translation>Die Uhrzeit dort, wo Ihre Freunde sind, auf einem kleinen Globus in der Menüleiste.</translation>
+    </message>
+    <message>
+        <source>Timers with names. Start three at once and know which one is ringing.</source>
+        <translation>Kurzzeitwecker mit Namen. Starten Sie drei zugleich und wissen Sie, welcher klingelt.</translation>
+    </message>
+    <message>
+        <source>Lays out labels, badges and name tags from a list, ready for the printer.</source>
+        <translation>Setzt Etiketten, Abzeichen und Namensschilder aus einer Liste, fertig zum Drucken.</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,454 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja" sourcelanguage="en_GB">
+<context>
+    <name>AboutBox</name>
+    <message>
+        <source>windows, BMP and WebP pictures</source>
+        <translation>ウインドウ、BMP・WebP 画像</translation>
+    </message>
+    <message>
+        <source>SVG pictures</source>
+        <translation>SVG 画像</translation>
+    </message>
+    <message>
+        <source>colour profiles</source>
+        <translation>カラープロファイル</translation>
+    </message>
+    <message>
+        <source>PNG pictures</source>
+        <translation>PNG 画像</translation>
+    </message>
+    <message>
+        <source>JPEG pictures</source>
+        <translation>JPEG 画像</translation>
+    </message>
+    <message>
+        <source>TIFF pictures</source>
+        <translation>TIFF 画像</translation>
+    </message>
+    <message>
+        <source>GIF pictures</source>
+        <translation>GIF 画像</translation>
+    </message>
+    <message>
+        <source>JPEG 2000 pictures</source>
+        <translation>JPEG 2000 画像</translation>
+    </message>
+    <message>
+        <source>compressed SVG pictures</source>
+        <translation>圧縮された SVG 画像</translation>
+    </message>
+    <message>
+        <source>PNG compression</source>
+        <translation>PNG の圧縮</translation>
+    </message>
+    <message>
+        <source>PNG decompression</source>
+        <translation>PNG の展開</translation>
+    </message>
+    <message>
+        <source>property lists</source>
+        <translation>プロパティリスト</translation>
+    </message>
+    <message>
+        <source>portable SIMD</source>
+        <translation>移植性のある SIMD</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>バージョン %1</translation>
+    </message>
+    <message>
+        <source>Libraries</source>
+        <translation>ライブラリ</translation>
+    </message>
+    <message>
+        <source>Library</source>
+        <translation>ライブラリ</translation>
+    </message>
+    <message>
+        <source>For</source>
+        <translation>用途</translation>
+    </message>
+    <message>
+        <source>Licence</source>
+        <translation>ライセンス</translation>
+    </message>
+    <message>
+        <source>About Tobrimax</source>
+        <translation>Tobrimax について</translation>
+    </message>
+    <message>
+        <source>One picture in, the app icons of every platform out. Free software under the MIT licence. It is made with these libraries:</source>
+        <translation>1 枚の画像から、各プラットフォームのアプリアイコンを作成します。MIT ライセンスのフリーソフトウェアで、次のライブラリを使用しています。</translation>
+    </message>
+</context>
+<context>
+    <name>BFPageControl</name>
+    <message>
+        <source>Page</source>
+        <translation>ページ</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 / %2</translation>
+    </message>
+</context>
+<context>
+    <name>BorderImageView</name>
+    <message>
+        <source>%1 or %2</source>
+        <extracomment>The end of a list of formats.</extracomment>
+        <translation>%1、%2</translation>
+    </message>
+    <message>
+        <source>%1.
+Best: square, 1024 × 1024 or larger.</source>
+        <translation>%1
+1024 × 1024 以上の正方形が最適です。</translation>
+    </message>
+    <message>
+        <source>Empty. Drop a picture here, or press Space to choose one.</source>
+        <translation>空です。画像をここにドロップするか、スペースキーを押して選択してください。</translation>
+    </message>
+    <message>
+        <source>A picture of %1 × %2</source>
+        <translation>%1 × %2 の画像</translation>
+    </message>
+</context>
+<context>
+    <name>ColorWell</name>
+    <message>
+        <source>%1, alpha %2 %</source>
+        <translation>%1、不透明度 %2%</translation>
+    </message>
+</context>
+<context>
+    <name>FloatSlider</name>
+    <message>
+        <source>%1 %</source>
+        <translation>%1%</translation>
+    </message>
+</context>
+<context>
+    <name>MainMenu</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>ファイル(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Open Picture…</source>
+        <translation>画像を開く(&amp;O)…</translation>
+    </message>
+    <message>
+        <source>Open &amp;Recent</source>
+        <translation>最近使った画像を開く(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Generate…</source>
+        <translation>アイコンを生成(&amp;G)…</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>閉じる(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Save Application Data</source>
+        <translation>アプリケーションデータを保存(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Quit Tobrimax</source>
+        <translation>Tobrimax を終了(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>編集(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>元に戻す(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>やり直す(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>コピー(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>貼り付け(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>表示(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;Platform</source>
+        <translation>プラットフォーム(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Rounded Corner</source>
+        <translation>角を丸くする(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Border</source>
+        <translation>枠線(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Border &amp;Colour…</source>
+        <translation>枠線の色(&amp;C)…</translation>
+    </message>
+    <message>
+        <source>&amp;Window</source>
+        <translation>ウインドウ(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Minimise</source>
+        <translation>最小化(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>ヘルプ(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Tobrimax &amp;Guide</source>
+        <translation>Tobrimax ガイド(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Tobrimax &amp;Web Site</source>
+        <translation>Tobrimax の Web サイト(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;More from Varnholt…</source>
+        <translation>Varnholt のほかのアプリ(&amp;M)…</translation>
+    </message>
+    <message>
+        <source>&amp;About Tobrimax</source>
+        <translation>Tobrimax について(&amp;A)</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindowController</name>
+    <message>
+        <source>Source picture</source>
+        <translation>元の画像</translation>
+    </message>
+    <message>
+        <source>Drop or paste a picture, or click to choose one</source>
+        <translation>画像をドロップまたは貼り付けるか、クリックして選択します</translation>
+    </message>
+    <message>
+        <source>Drop a picture here
+or click to choose one</source>
+        <translation>ここに画像をドロップ
+またはクリックして選択</translation>
+    </message>
+    <message>
+        <source>&amp;Platform</source>
+        <translation>プラットフォーム(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Platform</source>
+        <translation>プラットフォーム</translation>
+    </message>
+    <message>
+        <source>The devices that the icons are for</source>
+        <translation>アイコンを使うデバイス</translation>
+    </message>
+    <message>
+        <source>iPhone and iPad</source>
+        <translation>iPhone と iPad</translation>
+    </message>
+    <message>
+        <source>&amp;Rounded corner</source>
+        <translation>角を丸くする(&amp;R)</translation>
+    </message>
+    <message>
+        <source>R&amp;adius</source>
+        <translation>半径(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Corner radius</source>
+        <translation>角の半径</translation>
+    </message>
+    <message>
+        <source>Corner radius, as a part of the icon&apos;s side</source>
+        <translation>アイコンの一辺に対する、角の半径の割合</translation>
+    </message>
+    <message>
+        <source>&amp;Border</source>
+        <translation>枠線(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Wi&amp;dth</source>
+        <translation>太さ(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Border width</source>
+        <translation>枠線の太さ</translation>
+    </message>
+    <message>
+        <source>Line width, as a part of the icon&apos;s width; its inner half shows</source>
+        <translation>アイコンの幅に対する、線の太さの割合。内側の半分だけが見えます</translation>
+    </message>
+    <message>
+        <source>&amp;Colour</source>
+        <translation>色(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Border colour</source>
+        <translation>枠線の色</translation>
+    </message>
+    <message>
+        <source>Border colour and its opacity</source>
+        <translation>枠線の色と不透明度</translation>
+    </message>
+    <message>
+        <source>&amp;Generate</source>
+        <translation>アイコンを生成(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Choose a folder and write the icons into it</source>
+        <translation>フォルダを選び、そこにアイコンを書き出します</translation>
+    </message>
+    <message>
+        <source>Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</source>
+        <translation>画像 (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>すべてのファイル (*)</translation>
+    </message>
+</context>
+<context>
+    <name>PictureCaption</name>
+    <message>
+        <source>Reading %1…</source>
+        <extracomment>%1 is the name of a picture.</extracomment>
+        <translation>%1 を読み込み中…</translation>
+    </message>
+    <message>
+        <source>Pasted picture</source>
+        <translation>貼り付けた画像</translation>
+    </message>
+    <message>
+        <source>Not square: will be stretched.</source>
+        <translation>正方形でないため、引き伸ばされます。</translation>
+    </message>
+    <message>
+        <source>Smaller than %1 px: will be enlarged.</source>
+        <translation>%1 px より小さいため、拡大されます。</translation>
+    </message>
+    <message>
+        <source>Transparent: the App Store refuses such icons.</source>
+        <translation>透明部分あり：App Store では使えません。</translation>
+    </message>
+    <message>
+        <source>, %1 × %2</source>
+        <translation>、%1 × %2</translation>
+    </message>
+</context>
+<context>
+    <name>PlanCaption</name>
+    <message>
+        <source>1 PNG file, %1 px, in %2</source>
+        <translation>PNG ファイル 1 個（%1 px）：%2</translation>
+    </message>
+    <message>
+        <source>%1 PNG files, %2 to %3 px, in %4</source>
+        <translation>PNG ファイル %1 個（%2～%3 px）：%4</translation>
+    </message>
+    <message>
+        <source>, and %1/%2Application.icns</source>
+        <translation>、および %1/%2Application.icns</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewStrip</name>
+    <message>
+        <source>Icons as they will be written, at 16, 32, 64 and 128 pixels</source>
+        <translation>書き出されるアイコン。16、32、64、128 ピクセル</translation>
+    </message>
+    <message>
+        <source>%1 px</source>
+        <translation>%1 px</translation>
+    </message>
+</context>
+<context>
+    <name>PromotionWindow</name>
+    <message>
+        <source>More from Varnholt</source>
+        <translation>Varnholt のほかのアプリ</translation>
+    </message>
+    <message>
+        <source>Logo</source>
+        <translation>ロゴ</translation>
+    </message>
+    <message>
+        <source>&amp;Open in Store</source>
+        <translation>ストアで開く(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Don’t show this again</source>
+        <translation>今後表示しない(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>戻る(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Hide this window</source>
+        <translation>このウインドウを隠す</translation>
+    </message>
+    <message>
+        <source>&amp;Quit Tobrimax</source>
+        <translation>Tobrimax を終了(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>You have them all</source>
+        <translation>すべてお持ちです</translation>
+    </message>
+    <message>
+        <source>Every other application of ours is installed already. Thank you!</source>
+        <translation>ほかのアプリはすべてインストール済みです。ありがとうございます。</translation>
+    </message>
+</context>
+<context>
+    <name>SuggestedApp</name>
+    <message>
+        <source>Folds a paper model of any shape that you draw, and prints the sheets to cut out.</source>
+        <translation>描いた形を紙の模型に展開し、切り抜き用のシートを印刷します。</translation>
+    </message>
+    <message>
+        <source>A quiet place to write: one page, one font, and a word count when you ask for it.</source>
+        <translation>静かに書くための場所。1 ページ、1 書体、語数は必要なときだけ。</translation>
+    </message>
+    <message>
+        <source>Tides and daylight for every harbour of your coast, for the week ahead.</source>
+        <translation>近くの海岸のすべての港の潮と日照を、1 週間先まで。</translation>
+    </message>
+    <message>
+        <source>Connects the sound of one program with the input of another, cable by cable.</source>
+        <translation>あるアプリの音声を別のアプリの入力へ、ケーブルを 1 本ずつつなぐように。</translation>
+    </message>
+    <message>
+        <source>Keeps your garden&apos;s diary: what was sown, where it stands, and when to pick it.</source>
+        <translation>庭の日記。何をまき、どこに植え、いつ収穫するかを記録します。</translation>
+    </message>
+    <message>
+        <source>The time wherever your friends are, on one small globe in the menu bar.</source>
+        <translation>友だちのいる場所の時刻を、メニューバーの小さな地球儀に。</translation>
+    </message>
+    <message>
+        <source>Timers with names. Start three at once and know which one is ringing.</source>
+        <translation>名前付きタイマー。同時に 3 つ動かしても、どれが鳴っているかわかります。</translation>
+    </message>
+    <message>
+        <source>Lays out labels, badges and name tags from a list, ready for the printer.</source>
+        <translation>リストからラベル、バッジ、名札をレイアウトし、すぐに印刷できます。</translation>
+    </message>
+</context>
+</TS>
