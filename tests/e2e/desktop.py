@@ -227,6 +227,9 @@ class Desktop:
         extents = element.get_component_iface().get_extents(self.atspi.CoordType.SCREEN)
         return extents.x, extents.y, extents.width, extents.height
 
+    def has_state(self, element, name):
+        return element.get_state_set().contains(getattr(self.atspi.StateType, name))
+
     def is_enabled(self, element):
         element.clear_cache()
         return element.get_state_set().contains(self.atspi.StateType.ENABLED)

@@ -1,0 +1,80 @@
+"""The running application as a screen reader reads it, in the language of the desktop, and used by its keyboard alone.
+
+usage: test_screen_reader.py TOBRIMAX DRAG_SOURCE SAMPLE ARTEFACTS CASE
+"""
+
+import contextlib
+import pathlib
+import sys
+import unittest
+
+from desktop import PROGRAMS, Desktop, wait_for
+
+# The controls of the window, in the order of the Tab key.
+ENGLISH = [("Source picture", "push button"), ("Rounded corner", "check box"), ("Corner radius", "slider"),
+           ("Border", "check box"), ("Border width", "slider"), ("Border colour", "push button"),
+           ("Generate", "push button")]
+GERMAN = [("Ausgangsbild", "push button"), ("Abgerundete Ecken", "check box"), ("Eckenradius", "slider"),
+          ("Rahmen", "check box"), ("Rahmenbreite", "slider"), ("Rahmenfarbe", "push button"),
+          ("Icons erzeugen", "push button")]
+JAPANESE = [("元の画像", "push button"), ("角の半径", "slider"), ("枠線の太さ", "slider"), ("枠線の色", "push button")]
+
+
+class ScreenReaderTest(unittest.TestCase):
+    def artefacts(self):
+        return ARTEFACTS / self.id().split(".")[-1].removeprefix("test_")
+
+    def assert_reads(self, controls, **environment):
+        with Desktop(self.artefacts()) as desktop:
+            desktop.start_application(**environment)
+            for name, role in controls:
+                element = desktop.element(name, role)
+                self.assertIsNotNone(element, f"{name}, {role}")
+                self.assertTrue(desktop.has_state(element, "FOCUSABLE"), name)
+                # Only the well can be used before there is a picture.
+                self.assertEqual(desktop.is_enabled(element), name == controls[0][0], name)
+
+    def test_english_is_read_where_the_desktop_wants_it_first(self):
+        self.assert_reads(ENGLISH, LC_ALL="en_GB.UTF-8", LANGUAGE="en_GB:de")
+
+    def test_german_is_read_where_the_locale_is_german(self):
+        self.assert_reads(GERMAN, LC_ALL="de_AT.UTF-8")
+
+    def test_japanese_is_read_where_it_is_the_first_known_language(self):
+        self.assert_reads(JAPANESE, LC_ALL="ja_JP.UTF-8", LANGUAGE="tlh:ja:de")
+
+    def test_the_keyboard_alone_opens_a_picture_and_decorates_it(self):
+        with Desktop(self.artefacts()) as desktop:
+            desktop.start_application()
+
+            def focused():
+                for element in desktop.elements():
+                    with contextlib.suppress(Exception):
+                        if desktop.has_state(element, "FOCUSED"):
+                            return element.get_name()
+                return None
+
+            desktop.key("Tab")
+            wait_for(lambda: focused() == "Source picture", "the well")
+            desktop.key("Return")
+            desktop.wait_for_window("Open")
+            desktop.key("Escape")
+            desktop.wait_until_gone("Open")
+            desktop.key("space")
+            desktop.wait_for_window("Open")
+            desktop.type(str(SAMPLE))
+            desktop.key("Return")
+            desktop.wait_until_gone("Open")
+            wait_for(lambda: desktop.is_enabled(desktop.element("Generate", "push button")), "the controls")
+            desktop.key("Tab", "Tab", "space")
+            wait_for(lambda: desktop.is_checked(desktop.element("Rounded corner", "check box")), "the box")
+            wait_for(lambda: focused() == "Corner radius", "the slider")
+            desktop.key("Right", "Right")
+            value = desktop.element("Corner radius", "slider").get_value_iface()
+            wait_for(lambda: value.get_current_value() > 0, "the radius")
+
+
+if __name__ == "__main__":
+    PROGRAMS.update(zip(("tobrimax", "drag_source"), sys.argv[1:3]))
+    SAMPLE, ARTEFACTS = (pathlib.Path(argument) for argument in sys.argv[3:5])
+    unittest.main(argv=sys.argv[:1] + sys.argv[5:], verbosity=2)
