@@ -96,6 +96,17 @@ Result<double> leftByPlainMatches(const FilteredRows& rows) {
     return leftByMatches(rows.sample(PngFilterStrategy::None, trial.bands).filled(), trial.ofSample);
 }
 
+/// What matches leave of adaptively filtered rows, or nearly that. A part of the sample tells whether they are
+/// worth a longer look.
+Result<double> leftByAdaptiveMatches(const Trial& adaptive) {
+    constexpr double ofSample = 0.97;
+    constexpr double muchLess = 0.9;
+    const Result<double> left = leftByMatches(adaptive.middle(), ofSample);
+    if (!left || *left > muchLess * leftByRuns(adaptive.middle()))
+        return left;
+    return leftByMatches(adaptive.sample.filled(), ofSample);
+}
+
 /// Time counts as bytes: a microsecond as 3 of them. Gives the time for one byte of the rows as a part of it.
 constexpr double costOfTime(double nanosecondsForByte) {
     constexpr double bytesForMicrosecond = 3;
@@ -106,7 +117,7 @@ Result<PngCoding> codingOfSparse(const FilteredRows& rows, const Trial& adaptive
     const Result<double> plainMatches = leftByPlainMatches(rows);
     if (!plainMatches)
         return plainMatches.error();
-    const Result<double> adaptiveMatches = leftByMatches(adaptive.sample.filled(), 0.97);
+    const Result<double> adaptiveMatches = leftByAdaptiveMatches(adaptive);
     if (!adaptiveMatches)
         return adaptiveMatches.error();
     // Beyond this, greedy matches leave hardly more than thorough ones, in half of the time.
