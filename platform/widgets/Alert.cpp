@@ -2,6 +2,7 @@
 
 #include "platform/services/Bundle.h"
 #include "platform/widgets/BackgroundMover.h"
+#include "platform/widgets/Contrast.h"
 
 #include <QAbstractButton>
 #include <QCloseEvent>
@@ -102,7 +103,7 @@ void Alert::paintEvent(QPaintEvent* event) {
     QMessageBox::paintEvent(event);
     // The line sets the alert off from the window behind it.
     QPainter painter(this);
-    painter.setPen(palette().color(QPalette::Dark));
+    painter.setPen(edgeColor(palette()));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 

@@ -1,3 +1,4 @@
+#include "platform/widgets/Alert.h"
 #include "platform/widgets/ImageFrame.h"
 #include "tests/shell/EdgesFixture.h"
 
@@ -59,6 +60,19 @@ TEST_P(Edges, of_what_dialogs_have_can_be_seen) {
         control->clearFocus();
         EXPECT_GE(weakestEdge(control), leastEdgeContrast) << control->metaObject()->className();
     }
+}
+
+TEST_P(Edges, of_an_alert_before_the_window_can_be_seen) {
+    controller().actionGenerateIcons(nullptr);
+    Events::settle();
+    auto* alert = mainWindow()->findChild<Alert*>();
+    ASSERT_NE(alert, nullptr);
+    const QImage shown = alert->grab().toImage();
+    const QColor behind = mainWindow()->palette().color(QPalette::Window);
+    const QPoint middle = shown.rect().center();
+    for (const QPoint at : {QPoint(middle.x(), 0), QPoint(middle.x(), shown.height() - 1),
+                            QPoint(0, middle.y()), QPoint(shown.width() - 1, middle.y())})
+        EXPECT_GE(contrastRatio(shown.pixelColor(at), behind), leastEdgeContrast) << at.x() << ' ' << at.y();
 }
 
 TEST_P(Edges, text_can_be_read) {
