@@ -4,6 +4,7 @@
 #include "generation/GenerationPlan.h"
 #include "imaging/drawing/GraphicsContext.h"
 #include "mainwindow/BorderImageView.h"
+#include "mainwindow/SentenceWords.h"
 #include "platform/services/Screen.h"
 
 #include <QComboBox>
@@ -34,7 +35,9 @@ bool isInAppStore(Platform platform) {
 QString withFullStop(QString sentence) {
     if (!sentence.isEmpty())
         sentence[0] = sentence[0].toUpper();
-    return sentence.endsWith(u'.') || sentence.endsWith(u')') ? sentence : sentence + u'.';
+    const bool isEnded = !sentence.isEmpty() && QStringLiteral(".)。）").contains(sentence.back());
+    //: A sentence and its end.
+    return isEnded ? sentence : PictureCaption::tr("%1.").arg(sentence);
 }
 
 } // namespace
@@ -113,7 +116,7 @@ void PictureCaption::take(const QString& path, const LoadedPicture& picture) {
 
 void PictureCaption::refuse(const QString& path, const QString& sentence) {
     m_name = PathBytes::withReplacements(path.section(u'/', -1));
-    m_refusal = sentence;
+    m_refusal = inUsersLanguage(sentence);
     m_shown.reset();
     describe();
 }
@@ -140,7 +143,7 @@ QStringList PictureCaption::warnings(const Shown& shown) const {
     if (shown.isTransparent && std::ranges::any_of(platforms, isInAppStore))
         found << transparent();
     for (const QString& warning : shown.warnings)
-        found << withFullStop(warning);
+        found << withFullStop(inUsersLanguage(warning));
     return found;
 }
 

@@ -350,6 +350,11 @@ oder zum Auswählen klicken</translation>
         <source>, %1 × %2</source>
         <translation>, %1 × %2</translation>
     </message>
+    <message>
+        <source>%1.</source>
+        <extracomment>A sentence and its end.</extracomment>
+        <translation>%1.</translation>
+    </message>
 </context>
 <context>
     <name>PlanCaption</name>
@@ -414,6 +419,129 @@ oder zum Auswählen klicken</translation>
     <message>
         <source>Every other application of ours is installed already. Thank you!</source>
         <translation>Alle unsere anderen Programme sind bereits installiert. Vielen Dank!</translation>
+    </message>
+</context>
+<context>
+    <name>Sentences</name>
+    <message>
+        <source>not a picture but text</source>
+        <translation>kein Bild, sondern Text</translation>
+    </message>
+    <message>
+        <source>not a picture but an HTML page; save the picture itself</source>
+        <translation>kein Bild, sondern eine HTML-Seite; bitte das Bild selbst sichern</translation>
+    </message>
+    <message>
+        <source>not a picture but %1; %2</source>
+        <translation>kein Bild, sondern %1; bitte %2</translation>
+    </message>
+    <message>
+        <source>not a picture but %1</source>
+        <translation>kein Bild, sondern %1</translation>
+    </message>
+    <message>
+        <source>%1 is not read here; %2</source>
+        <translation>%1 kann nicht gelesen werden; bitte %2</translation>
+    </message>
+    <message>
+        <source>not a picture of a known format (%1)</source>
+        <translation>kein Bild in einem bekannten Format (%1)</translation>
+    </message>
+    <message>
+        <source>the file is empty</source>
+        <translation>die Datei ist leer</translation>
+    </message>
+    <message>
+        <source>the %1 picture is truncated or damaged (%2)</source>
+        <translation>das %1-Bild ist unvollständig oder beschädigt (%2)</translation>
+    </message>
+    <message>
+        <source>the file was changed while it was read</source>
+        <translation>die Datei wurde beim Lesen verändert</translation>
+    </message>
+    <message>
+        <source>No such file or directory</source>
+        <translation>Datei oder Ordner nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Permission denied</source>
+        <translation>keine Berechtigung</translation>
+    </message>
+    <message>
+        <source>Is a directory</source>
+        <translation>ein Ordner, keine Datei</translation>
+    </message>
+    <message>
+        <source>Not a regular file</source>
+        <translation>keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>save it as SVG or PNG</source>
+        <translation>als SVG oder PNG sichern</translation>
+    </message>
+    <message>
+        <source>save it as PNG</source>
+        <translation>als PNG sichern</translation>
+    </message>
+    <message>
+        <source>save one frame as PNG</source>
+        <translation>ein Einzelbild als PNG sichern</translation>
+    </message>
+    <message>
+        <source>unpack it and take the picture in it</source>
+        <translation>entpacken und das Bild darin nehmen</translation>
+    </message>
+    <message>
+        <source>a video</source>
+        <translation>ein Video</translation>
+    </message>
+    <message>
+        <source>a sound</source>
+        <translation>eine Tondatei</translation>
+    </message>
+    <message>
+        <source>a sound or video</source>
+        <translation>eine Ton- oder Videodatei</translation>
+    </message>
+    <message>
+        <source>a program</source>
+        <translation>ein Programm</translation>
+    </message>
+    <message>
+        <source>a font</source>
+        <translation>eine Schrift</translation>
+    </message>
+    <message>
+        <source>a Windows cursor</source>
+        <translation>ein Windows-Mauszeiger</translation>
+    </message>
+    <message>
+        <source>a camera&apos;s raw picture</source>
+        <translation>das RAW-Bild einer Kamera</translation>
+    </message>
+    <message>
+        <source>a %1 picture</source>
+        <translation>ein %1-Bild</translation>
+    </message>
+    <message>
+        <source>an %1 picture</source>
+        <translation>ein %1-Bild</translation>
+    </message>
+    <message>
+        <source>a %1 document</source>
+        <translation>ein %1-Dokument</translation>
+    </message>
+    <message>
+        <source>an %1 document</source>
+        <translation>ein %1-Dokument</translation>
+    </message>
+    <message>
+        <source>a %1 archive</source>
+        <translation>ein %1-Archiv</translation>
+    </message>
+    <message>
+        <source>an %1 archive</source>
+        <translation>ein %1-Archiv</translation>
     </message>
 </context>
 <context>

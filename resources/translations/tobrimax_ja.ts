@@ -350,6 +350,11 @@ or click to choose one</source>
         <source>, %1 × %2</source>
         <translation>、%1 × %2</translation>
     </message>
+    <message>
+        <source>%1.</source>
+        <extracomment>A sentence and its end.</extracomment>
+        <translation>%1。</translation>
+    </message>
 </context>
 <context>
     <name>PlanCaption</name>
@@ -414,6 +419,129 @@ or click to choose one</source>
     <message>
         <source>Every other application of ours is installed already. Thank you!</source>
         <translation>ほかのアプリはすべてインストール済みです。ありがとうございます。</translation>
+    </message>
+</context>
+<context>
+    <name>Sentences</name>
+    <message>
+        <source>not a picture but text</source>
+        <translation>画像ではなくテキストです</translation>
+    </message>
+    <message>
+        <source>not a picture but an HTML page; save the picture itself</source>
+        <translation>画像ではなく HTML ページです。画像そのものを保存してください</translation>
+    </message>
+    <message>
+        <source>not a picture but %1; %2</source>
+        <translation>画像ではなく%1です。%2</translation>
+    </message>
+    <message>
+        <source>not a picture but %1</source>
+        <translation>画像ではなく%1です</translation>
+    </message>
+    <message>
+        <source>%1 is not read here; %2</source>
+        <translation>%1は読み込めません。%2</translation>
+    </message>
+    <message>
+        <source>not a picture of a known format (%1)</source>
+        <translation>対応する形式の画像ではありません（%1）</translation>
+    </message>
+    <message>
+        <source>the file is empty</source>
+        <translation>ファイルが空です</translation>
+    </message>
+    <message>
+        <source>the %1 picture is truncated or damaged (%2)</source>
+        <translation>%1 画像が途中で切れているか、壊れています（%2）</translation>
+    </message>
+    <message>
+        <source>the file was changed while it was read</source>
+        <translation>読み込み中にファイルが変更されました</translation>
+    </message>
+    <message>
+        <source>No such file or directory</source>
+        <translation>ファイルまたはフォルダが見つかりません</translation>
+    </message>
+    <message>
+        <source>Permission denied</source>
+        <translation>アクセス権がありません</translation>
+    </message>
+    <message>
+        <source>Is a directory</source>
+        <translation>ファイルではなくフォルダです</translation>
+    </message>
+    <message>
+        <source>Not a regular file</source>
+        <translation>通常のファイルではありません</translation>
+    </message>
+    <message>
+        <source>save it as SVG or PNG</source>
+        <translation>SVG または PNG で保存してください</translation>
+    </message>
+    <message>
+        <source>save it as PNG</source>
+        <translation>PNG で保存してください</translation>
+    </message>
+    <message>
+        <source>save one frame as PNG</source>
+        <translation>1 コマを PNG で保存してください</translation>
+    </message>
+    <message>
+        <source>unpack it and take the picture in it</source>
+        <translation>展開して中の画像を使ってください</translation>
+    </message>
+    <message>
+        <source>a video</source>
+        <translation>動画</translation>
+    </message>
+    <message>
+        <source>a sound</source>
+        <translation>音声</translation>
+    </message>
+    <message>
+        <source>a sound or video</source>
+        <translation>音声または動画</translation>
+    </message>
+    <message>
+        <source>a program</source>
+        <translation>プログラム</translation>
+    </message>
+    <message>
+        <source>a font</source>
+        <translation>フォント</translation>
+    </message>
+    <message>
+        <source>a Windows cursor</source>
+        <translation>Windows のカーソル</translation>
+    </message>
+    <message>
+        <source>a camera&apos;s raw picture</source>
+        <translation>カメラの RAW 画像</translation>
+    </message>
+    <message>
+        <source>a %1 picture</source>
+        <translation>%1 画像</translation>
+    </message>
+    <message>
+        <source>an %1 picture</source>
+        <translation>%1 画像</translation>
+    </message>
+    <message>
+        <source>a %1 document</source>
+        <translation>%1 文書</translation>
+    </message>
+    <message>
+        <source>an %1 document</source>
+        <translation>%1 文書</translation>
+    </message>
+    <message>
+        <source>a %1 archive</source>
+        <translation>%1 アーカイブ</translation>
+    </message>
+    <message>
+        <source>an %1 archive</source>
+        <translation>%1 アーカイブ</translation>
     </message>
 </context>
 <context>

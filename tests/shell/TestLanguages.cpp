@@ -157,6 +157,30 @@ TEST_F(LanguagesTest, values_are_written_as_the_language_does_from_the_start) {
     }
 }
 
+TEST_F(LanguagesTest, the_window_says_in_its_language_why_a_picture_could_not_be_read) {
+    auto german = std::make_unique<Languages>(QStringList(QStringLiteral("de")));
+    const auto made = started();
+    const auto said = [&](const QByteArray& bytes) {
+        made->mainWindowController()->imgViewIcon->takePicture(bytes);
+        return made->mainWindowController()->window()->findChild<PictureCaption*>()->text().section(u'\n', 1);
+    };
+    EXPECT_EQ(said({}), QStringLiteral("Die Datei ist leer."));
+    EXPECT_EQ(said("words"), QStringLiteral("Kein Bild, sondern Text."));
+    EXPECT_EQ(said("%PDF-1.7"),
+              QStringLiteral("Kein Bild, sondern ein PDF-Dokument; bitte als SVG oder PNG sichern."));
+    EXPECT_EQ(said("....ftypavif"),
+              QStringLiteral("Ein AVIF-Bild kann nicht gelesen werden; bitte als PNG sichern."));
+    EXPECT_EQ(
+        said("PK\3\4"),
+        QStringLiteral("Kein Bild, sondern ein ZIP-Archiv; bitte entpacken und das Bild darin nehmen."));
+    EXPECT_EQ(said("fLaC"), QStringLiteral("Kein Bild, sondern eine Tondatei."));
+    EXPECT_TRUE(
+        said("GIF89a").startsWith(QStringLiteral("Das GIF-Bild ist unvollständig oder beschädigt (")));
+    german.reset();
+    const Languages japanese({QStringLiteral("ja")});
+    EXPECT_EQ(said("words"), QStringLiteral("画像ではなくテキストです。"));
+}
+
 TEST_F(LanguagesTest, alerts_and_questions_stay_english) {
     const Languages german({QStringLiteral("de")});
     const auto made = started();
