@@ -26,6 +26,7 @@ Result<QImage> rasterOf(const LoadedPicture& picture, const ExportOptions& optio
 int runExport(const ExportOptions& options) {
     LoadOptions loading;
     loading.renders.fit = options.fit;
+    loading.svgTime.seconds = options.svgSeconds;
     if (options.size)
         loading.renders.sizes = {QSizeF(*options.size)};
     const Result<LoadedPicture> picture = InputFile::loadPicture(options.picture, loading);

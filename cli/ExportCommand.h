@@ -15,6 +15,7 @@ struct ExportOptions {
     QString out;
     std::optional<QSize> size; ///< in pixels; if empty, the picture's own size
     PictureFit fit;
+    double svgSeconds = 10; ///< of processor time, for an SVG picture
 };
 
 /// Writes the picture in one format. Returns the exit status.

@@ -2,6 +2,7 @@
 #include "cli/ExportCommand.h"
 #include "cli/common/Command.h"
 #include "cli/common/FitWords.h"
+#include "cli/common/SvgLimitWords.h"
 #include "imaging/io/PictureFormat.h"
 
 #include <QStringList>
@@ -25,6 +26,7 @@ struct ExportWords {
     std::string out;
     std::string size;
     FitWords fit;
+    SvgLimitWords svgLimit;
 };
 
 /// Parses a size such as "640x480".
@@ -52,7 +54,8 @@ Parsed<ExportOptions> optionsFrom(const CLI::App& app, const ExportWords& words)
     if (!take(OptionText::choice("format", words.format, formatWords()), format, error) ||
         !take(OptionText::path(words.out, "--out"), options.out, error) ||
         (app.count("--size") > 0 && !take(size(words.size), pixels, error)) ||
-        !take(words.fit.pictureFit(app), options.fit, error))
+        !take(words.fit.pictureFit(app), options.fit, error) ||
+        !take(words.svgLimit.seconds(app, options.svgSeconds), options.svgSeconds, error))
         return *error;
     options.format = format;
     if (pixels.isValid())
@@ -85,6 +88,7 @@ Command exportCommand(CLI::App& app) {
             "its own size)")
         ->type_name("WxH");
     words->fit.addTo(*command.app);
+    words->svgLimit.addTo(*command.app);
     command.prepare = [words, app = command.app]() -> Parsed<Work> {
         const Parsed<ExportOptions> options = optionsFrom(*app, *words);
         if (const auto* error = std::get_if<UsageError>(&options))

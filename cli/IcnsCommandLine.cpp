@@ -5,6 +5,7 @@
 #include "cli/common/ProofOption.h"
 #include "cli/common/SmallWords.h"
 #include "cli/common/StyleWords.h"
+#include "cli/common/SvgLimitWords.h"
 #include "imaging/io/PictureFormat.h"
 
 #include <memory>
@@ -74,6 +75,7 @@ struct MakeWords {
     FitWords fit;
     SmallWords small;
     std::string background;
+    SvgLimitWords svgLimit;
 };
 
 Command makeCommand(CLI::App& icns) {
@@ -89,6 +91,7 @@ Command makeCommand(CLI::App& icns) {
     words->small.addTo(*command.app);
     command.app->add_option("--background", words->background, "lay the icons on this colour")
         ->type_name("COLOR");
+    words->svgLimit.addTo(*command.app);
     command.prepare = [words, app = command.app]() -> Parsed<Work> {
         IcnsMakeOptions options;
         options.picture.path = words->picture;
@@ -98,7 +101,9 @@ Command makeCommand(CLI::App& icns) {
         if (!take(OptionText::path(words->out, "--out"), options.out, error) ||
             !take(words->style.style(*app), options.style, error) ||
             !take(words->fit.pictureFit(*app), options.picture.fit, error) ||
-            !take(words->small.pictures(), options.picture.small, error))
+            !take(words->small.pictures(), options.picture.small, error) ||
+            !take(words->svgLimit.seconds(*app, options.picture.svgSeconds), options.picture.svgSeconds,
+                  error))
             return *error;
         Color background;
         if (app->count("--background") > 0) {

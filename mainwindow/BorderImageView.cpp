@@ -16,6 +16,8 @@
 #include <QPainter>
 #include <QWindow>
 
+#include <optional>
+
 const QString BorderImageView::imageAdded = QStringLiteral("imageAdded");
 
 namespace {
@@ -116,7 +118,7 @@ void BorderImageView::read(const QString& path,
                            const std::function<Result<LoadedPicture>(const LoadOptions&)>& load) {
     const WaitCursor cursor;
     const LongWork work(m_patience, [&] { Q_EMIT readingTakesLong(path); });
-    showArrived(path, load({m_renders ? m_renders() : ReducedCopies::Renders()}));
+    showArrived(path, load({m_renders ? m_renders() : ReducedCopies::Renders(), svgTimeInWindow}));
     // Drawing an SVG picture takes time too.
     if (isVisible())
         repaint();

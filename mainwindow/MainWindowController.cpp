@@ -3,6 +3,7 @@
 #include "base/Log.h"
 #include "generation/ImageExport.h"
 #include "imaging/drawing/GraphicsContext.h"
+#include "imaging/svg/SvgTime.h"
 #include "mainwindow/IconSizes.h"
 #include "mainwindow/MimeContents.h"
 #include "platform/services/NotificationCenter.h"
@@ -333,6 +334,7 @@ IconStyle MainWindowController::iconStyle() const {
 }
 
 void MainWindowController::generateIconsWithImage(const Image& image) const {
+    const SvgRequest request(svgSecondsOfGeneration);
     // The catalogue may be another one each time.
     _generator.generateIconsWithImage(image, IconSizeCatalogue::load(_bundle));
 }

@@ -2,6 +2,7 @@
 
 #include "base/LongWork.h"
 #include "generation/Platforms.h"
+#include "imaging/svg/SvgTime.h"
 #include "platform/widgets/QtColor.h"
 #include "platform/widgets/ScaledFont.h"
 
@@ -54,6 +55,7 @@ void PreviewStrip::setInput(const GenerationInput& input) {
 
 void PreviewStrip::render() {
     const Image picture = m_input != nullptr ? m_input->sourceImage() : Image();
+    const SvgRequest request(svgTimeInWindow.seconds);
     for (std::size_t i = 0; i < sizes.size(); ++i) {
         LongWork::step();
         m_icons.at(i) = picture.isNull() ? QImage()

@@ -46,10 +46,9 @@ It reads PNG, JPEG, TIFF, GIF, BMP, WebP, ICO, icns and SVG pictures.
 The application shows how the icons will look. The program tobrimax-cli does
 the same for scripts and build machines. CMake projects find it by
 find_package(Tobrimax).")
-# dpkg-shlibdeps finds the libraries that the programs are linked with. The programs load librsvg with the first SVG
-# picture, and Qt loads its reader of WebP pictures.
+# dpkg-shlibdeps finds the libraries that the programs are linked with. Qt loads its reader of WebP pictures.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "librsvg2-2 (>= ${LIBRSVG_LEAST}), qt6-image-formats-plugins")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-image-formats-plugins")
 # Qt's library has its plugin for X11 in the same package. These packages have the plugins for Wayland and other displays.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, qt6-qpa-plugins, qt6-translations-l10n")
 

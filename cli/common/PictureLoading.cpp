@@ -14,17 +14,30 @@ namespace {
 /// Loads one of `files`.
 Result<LoadedPicture> loadedFile(const PictureFiles& files, const std::string& path,
                                  const std::vector<QSizeF>& icons, std::string& failed) {
-    Result<LoadedPicture> picture = InputFile::loadPicture(path, {{icons, files.fit}}, files.isTold);
+    Result<LoadedPicture> picture =
+        InputFile::loadPicture(path, {{icons, files.fit}, {files.svgSeconds}}, files.isTold);
     if (!picture)
         failed = path;
     return picture;
+}
+
+/// The icons that the picture itself is drawn on; all of them where those for small icons leave none.
+std::vector<QSizeF> largeIcons(const PictureFiles& files, const std::vector<QSizeF>& icons) {
+    int smallSide = 0;
+    for (const SmallPicture& small : files.small)
+        smallSide = std::max(smallSide, small.side);
+    std::vector<QSizeF> large;
+    std::ranges::copy_if(icons, std::back_inserter(large), [&](const QSizeF& icon) {
+        return std::max(icon.width(), icon.height()) > smallSide;
+    });
+    return large.empty() ? icons : large;
 }
 
 } // namespace
 
 Result<LoadedPicture> loadPicture(const PictureFiles& files, const std::vector<QSizeF>& icons,
                                   std::string& failed) {
-    Result<LoadedPicture> picture = loadedFile(files, files.path, icons, failed);
+    Result<LoadedPicture> picture = loadedFile(files, files.path, largeIcons(files, icons), failed);
     if (!picture)
         return picture;
     for (const SmallPicture& small : files.small) {

@@ -19,7 +19,8 @@ struct PictureFiles {
     std::string path; ///< in the file system's own encoding
     std::vector<SmallPicture> small = {};
     PictureFit fit = {};
-    bool isTold = true; ///< a terminal is told after half a second what is read
+    bool isTold = true;     ///< a terminal is told after half a second what is read
+    double svgSeconds = 10; ///< of processor time, for each SVG picture
 };
 
 /// Loads a picture for icons of these sizes in pixels, laid on them as its fit says, with the pictures for

@@ -5,6 +5,7 @@
 #include "cli/common/ProofOption.h"
 #include "cli/common/SmallWords.h"
 #include "cli/common/StyleWords.h"
+#include "cli/common/SvgLimitWords.h"
 #include "cli/generate/GenerateCall.h"
 #include "cli/generate/GenerateReport.h"
 #include "cli/generate/GenerateWatch.h"
@@ -65,6 +66,7 @@ struct GenerateWords {
     bool check = false;
     bool watch = false;
     std::string proof;
+    SvgLimitWords svgLimit;
     bool open = false;
     bool quiet = false;
     bool verbose = false;
@@ -117,6 +119,7 @@ void addOptions(CLI::App& command, GenerateWords& words) {
     command.add_flag("--watch", words.watch,
                      "make the icons again whenever a file changes that they are made from");
     ProofOption::addTo(command, words.proof);
+    words.svgLimit.addTo(command);
     command.add_flag("--open", words.open, "open DIR in the file browser at the end");
     command.add_flag("-q,--quiet", words.quiet, "print nothing but warnings and errors");
     command.add_flag("-v,--verbose", words.verbose,
@@ -223,7 +226,8 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
          take(ProofOption::path(words.proof, words.pictures.front()), options.proof, error)) &&
         take(words.style.style(generate), options.style, error) &&
         take(words.fit.pictureFit(generate), options.fit, error) &&
-        take(words.small.pictures(), options.small, error);
+        take(words.small.pictures(), options.small, error) &&
+        take(words.svgLimit.seconds(generate, options.svgSeconds), options.svgSeconds, error);
     if (!isTaken)
         return *error;
     if (const std::optional<UsageError> wrong = words.layout.addTo(options, generate))

@@ -82,8 +82,8 @@ class LayoutRun {
   private:
     /// Loads the picture at `path` with the sizes in which it is drawn.
     std::optional<LoadedPicture> load(const std::string& path, const std::vector<QSizeF>& renders) {
-        Result<LoadedPicture> picture =
-            InputFile::loadPicture(path, {{renders, m_options.fit}}, m_options.tellsProgress());
+        Result<LoadedPicture> picture = InputFile::loadPicture(
+            path, {{renders, m_options.fit}, {m_options.svgSeconds}}, m_options.tellsProgress());
         if (picture)
             return std::move(*picture);
         m_report.fail(PathBytes::decoded(path), picture.error());

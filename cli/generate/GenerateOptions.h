@@ -38,9 +38,10 @@ struct GenerateOptions {
     std::string tinted;
     std::string foreground;
     std::string monochrome;
-    QString catalogue; ///< empty for the built-in catalogue
-    int jobs = 0;      ///< processes at a time; 0: one for each core
-    QString proof;     ///< the file of the proof sheet; empty for none
+    QString catalogue;      ///< empty for the built-in catalogue
+    double svgSeconds = 10; ///< of processor time, for each SVG picture
+    int jobs = 0;           ///< processes at a time; 0: one for each core
+    QString proof;          ///< the file of the proof sheet; empty for none
     bool watch = false;
     bool open = false;
     bool quiet = false;
@@ -52,5 +53,5 @@ struct GenerateOptions {
     bool tellsProgress() const { return !quiet && !verbose; }
 
     /// The picture with those for small icons.
-    PictureFiles pictureFiles() const { return {picture, small, fit, tellsProgress()}; }
+    PictureFiles pictureFiles() const { return {picture, small, fit, tellsProgress(), svgSeconds}; }
 };

@@ -11,10 +11,10 @@
 
 namespace {
 
-/// One axis of the picture's place: the target pixels that it touches, and how it lies on them.
+/// One axis of the picture's place: the first target pixel that it touches, and how it lies on those from
+/// there.
 struct Axis {
     int begin;
-    int end;
     AxisMapping mapping;
 };
 
@@ -23,7 +23,7 @@ Axis axisOf(double pictureFrom, double pictureLength, double visibleFrom, double
     const double limit = icon.targetLength;
     const int begin = static_cast<int>(std::clamp(std::floor(visibleFrom), 0.0, limit));
     const int end = static_cast<int>(std::clamp(std::ceil(visibleTo), 0.0, limit));
-    return {begin, end, {0, pictureFrom - begin, pictureLength, end - begin, icon.filter}};
+    return {begin, {0, pictureFrom - begin, pictureLength, end - begin, icon.filter}};
 }
 
 /// The samples that lie in the target, at least in part: `first` and as many as the mapping's source length
@@ -83,20 +83,25 @@ Result<QImage> placed(const QImage& part, int left, int top, const QSize& size) 
 
 } // namespace
 
+FittedPart fittedPart(const PictureFit& fit, const QSizeF& picture, const AxisMapping& x,
+                      const AxisMapping& y) {
+    const auto [whole, visible] = fit.place(picture, QRectF(x.origin, y.origin, x.length, y.length));
+    const Axis across = axisOf(whole.left(), whole.width(), visible.left(), visible.right(), x);
+    const Axis down = axisOf(whole.top(), whole.height(), visible.top(), visible.bottom(), y);
+    return {across.begin, down.begin, across.mapping, down.mapping};
+}
+
 Result<QImage> FittedRep::rendered(AxisMapping x, AxisMapping y) const {
-    const QRectF icon(x.origin, y.origin, x.length, y.length);
-    const auto [picture, visible] = m_fit.place(m_picture.size(), icon);
-    const Axis across = axisOf(picture.left(), picture.width(), visible.left(), visible.right(), x);
-    const Axis down = axisOf(picture.top(), picture.height(), visible.top(), visible.bottom(), y);
-    const ImageRep* best = m_picture.bestRepresentation(picture.size());
-    if (best == nullptr || across.mapping.targetLength <= 0 || down.mapping.targetLength <= 0)
+    const FittedPart part = fittedPart(m_fit, m_picture.size(), x, y);
+    const ImageRep* best = m_picture.bestRepresentation(QSizeF(part.x.length, part.y.length));
+    if (best == nullptr || part.x.targetLength <= 0 || part.y.targetLength <= 0)
         return noPixels();
     const auto* bitmap = dynamic_cast<const BitmapImageRep*>(best);
-    Result<QImage> part = bitmap != nullptr ? renderedPart(*bitmap, across.mapping, down.mapping)
-                                            : best->rendered(across.mapping, down.mapping);
-    if (!part)
-        return part;
-    return placed(*part, across.begin, down.begin, QSize(x.targetLength, y.targetLength));
+    Result<QImage> drawn =
+        bitmap != nullptr ? renderedPart(*bitmap, part.x, part.y) : best->rendered(part.x, part.y);
+    if (!drawn)
+        return drawn;
+    return placed(*drawn, part.left, part.top, QSize(x.targetLength, y.targetLength));
 }
 
 Image fitted(Image picture, const PictureFit& fit) {

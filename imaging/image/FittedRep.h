@@ -1,7 +1,20 @@
 #pragma once
 
 #include "imaging/image/Image.h"
+#include "imaging/pixels/AxisMapping.h"
 #include "imaging/pixels/PictureFit.h"
+
+/// The part of a target that a picture touches: its corner, and how the picture lies on its pixels.
+struct FittedPart {
+    int left;
+    int top;
+    AxisMapping x;
+    AxisMapping y;
+};
+
+/// Where `fit` lays a picture of the size `picture` on an icon that lies on its target as `x` and `y` say.
+FittedPart fittedPart(const PictureFit& fit, const QSizeF& picture, const AxisMapping& x,
+                      const AxisMapping& y);
 
 /// A picture laid on icons of any shape: its bitmaps or its drawing in a part of the icon, transparent around
 /// it. It has no size of its own, like a drawing.

@@ -152,11 +152,12 @@ Result<LoadedPicture> loadIco(const QByteArray& bytes) {
     return result;
 }
 
-Result<LoadedPicture> loadSvg(const QByteArray& bytes) {
-    const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
+Result<LoadedPicture> loadSvg(const QByteArray& bytes, const LoadOptions& options) {
+    const Result<std::shared_ptr<const SvgDocument>> document =
+        SvgDocument::fromBytes(bytes, {options.renders, options.svgTime});
     if (!document)
         return document.error();
-    LoadedPicture picture{Image((*document)->size()), (*document)->size(), true, {}};
+    LoadedPicture picture{Image((*document)->size()), (*document)->size(), true, (*document)->warnings()};
     picture.image.addRepresentation(*document);
     return picture;
 }
@@ -202,7 +203,7 @@ Result<LoadedPicture> loadedPlain(const QByteArray& bytes, const LoadOptions& op
     case PictureFormat::Ico:
         return loadIco(bytes);
     case PictureFormat::Svg:
-        return loadSvg(bytes);
+        return loadSvg(bytes, options);
     default:
         return loadBitmap(**format, bytes, options.renders);
     }

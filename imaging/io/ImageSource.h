@@ -3,6 +3,7 @@
 #include "imaging/image/Image.h"
 #include "imaging/image/PictureReader.h"
 #include "imaging/pixels/ReducedCopies.h"
+#include "imaging/svg/SvgTime.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -23,6 +24,8 @@ struct LoadOptions {
     /// that is larger than these renders need; the renders stay the same. An icns or ICO file keeps all its
     /// pictures. The fit holds for every render of the image.
     ReducedCopies::Renders renders = {};
+    /// How long an SVG document may take to draw.
+    SvgTimeLimit svgTime = {};
 };
 
 /// Turns the bytes of a picture into an Image. The content decides the format, never the file's name: PNG,

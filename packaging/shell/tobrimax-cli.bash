@@ -32,16 +32,16 @@ _tobrimax_cli() {
     case $command in
     generate)
         options="--out --platform $style $fit --small --background --layout --name --dark --tinted --foreground --monochrome"
-        options+=" --catalogue --jobs --dry-run --check --watch --proof --open --quiet --verbose --json --timings"
+        options+=" --catalogue --jobs --svg-limit --dry-run --check --watch --proof --open --quiet --verbose --json --timings"
         operands=100000
         ;;
     layouts) options="--json" ;;
     "icns list") options="--proof --json" ;;
     "icns extract") options="--out" ;;
-    "icns make") options="--out $style $fit --small --background" ;;
+    "icns make") options="--out $style $fit --small --background --svg-limit" ;;
     "custom-icon set") options="--apple-double --compatibility --create" operands=2 ;;
     "custom-icon remove") options="--apple-double" ;;
-    export) options="--format --out --size $fit" ;;
+    export) options="--format --out --size $fit --svg-limit" ;;
     *) return ;;
     esac
 
@@ -55,8 +55,8 @@ _tobrimax_cli() {
         case ${words[at]} in
         --) ended=1 ;;
         -o | -p | -l | --out | --platform | --round-corner | --border | --border-color | --catalogue | --jobs | --format | \
-            --size | --fit | --padding | --small | --background | --layout | --name | --dark | --tinted | --foreground | \
-            --monochrome | --proof)
+            --size | --fit | --padding | --small | --svg-limit | --background | --layout | --name | --dark | --tinted | \
+            --foreground | --monochrome | --proof)
             ((++at == cword)) && option=$prev
             ;;
         esac

@@ -18,7 +18,7 @@ function __tobrimax_cli_wants
     __tobrimax_cli_in $argv[2..]
     or return
     set -l valued -o -p -l --out --platform --round-corner --border --border-color --catalogue --jobs --format --size --fit --padding --small --proof \
-        --background --layout --name --dark --tinted --foreground --monochrome
+        --svg-limit --background --layout --name --dark --tinted --foreground --monochrome
     set -l words (commandline -poc)
     set -l given 0
     set -l is_value 0
@@ -70,6 +70,11 @@ for command in generate 'icns make' export
     set -l condition "__tobrimax_cli_in $command"
     complete -c tobrimax-cli -n $condition -x -l fit -a 'stretch contain cover' -d 'how a picture of another shape is laid on its icon'
     complete -c tobrimax-cli -n $condition -x -l padding -d 'free margin as a fraction of the shorter side, below 0.5'
+end
+
+for command in generate 'icns make' export
+    set -l condition "__tobrimax_cli_in $command"
+    complete -c tobrimax-cli -n $condition -x -l svg-limit -d 'how many seconds an SVG picture may take'
 end
 
 set -l condition '__tobrimax_cli_in generate'

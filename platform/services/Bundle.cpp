@@ -3,7 +3,9 @@
 #include "platform/services/PropertyList.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -32,6 +34,22 @@ QString Bundle::pathForDocument(const QString& name) const {
     const QString programFolder = QCoreApplication::applicationDirPath();
     return firstThere({programFolder + QStringLiteral("/../share/doc/tobrimax/") + name,
                        programFolder + QStringLiteral("/../Resources/doc/") + name});
+}
+
+QString Bundle::pathOfHelper(const QString& name) {
+    const QString programFolder = QCoreApplication::instance() != nullptr
+                                      ? QCoreApplication::applicationDirPath()
+                                      : QStringLiteral(".");
+    const QString inBuildFolder = QStringLiteral("svgworker/") + name;
+    const QStringList candidates{programFolder + QStringLiteral("/" HELPER_FOLDER "/") + name,
+                                 programFolder + QStringLiteral("/../Helpers/") + name,
+                                 programFolder + QStringLiteral("/../") + inBuildFolder,
+                                 programFolder + QStringLiteral("/../../") + inBuildFolder};
+    for (const QString& path : candidates) {
+        if (QFileInfo(path).isExecutable())
+            return QDir::cleanPath(path);
+    }
+    return QDir::cleanPath(candidates.first());
 }
 
 QVariantMap Bundle::infoDictionary() const {

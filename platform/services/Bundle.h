@@ -17,6 +17,11 @@ class Bundle {
     /// program's bin, or in Resources/doc beside its MacOS folder. Empty where it is not installed.
     virtual QString pathForDocument(const QString& name) const;
 
+    /// The path of the program `name`, which only other programs start. It is libexec/tobrimax beside the
+    /// program's bin, or Helpers beside its MacOS folder; in the build folder, it has a folder of its own.
+    /// The first of these paths where there is none.
+    static QString pathOfHelper(const QString& name);
+
     /// The dictionary in the resource Info.plist. Empty where it can't be read.
     QVariantMap infoDictionary() const;
 

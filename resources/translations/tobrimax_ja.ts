@@ -12,6 +12,10 @@
         <translation>SVG 画像</translation>
     </message>
     <message>
+        <source>limits of what draws SVG pictures</source>
+        <translation>SVG 画像を描くプログラムの制限</translation>
+    </message>
+    <message>
         <source>colour profiles</source>
         <translation>カラープロファイル</translation>
     </message>

@@ -9,6 +9,13 @@ class ExportCommand : public CliTest {
     ProcessResult run(const QStringList& words) const {
         return runCli(QStringList{u"export"_s} + words, path({}));
     }
+    void expectWrong(const QStringList& words, const QString& sentence) const {
+        const ProcessResult result = run(words);
+        EXPECT_EQ(result.exitStatus, 2);
+        ASSERT_EQ(result.errorLines().size(), 1) << result.errors.toStdString();
+        EXPECT_TRUE(result.errorLines()[0].contains(sentence)) << result.errors.toStdString();
+        EXPECT_TRUE(result.errorLines()[0].endsWith(u"(see tobrimax-cli export --help)"_s));
+    }
 };
 
 } // namespace
@@ -47,13 +54,6 @@ TEST_F(ExportCommand, every_format_has_a_name) {
 }
 
 TEST_F(ExportCommand, wrong_usage_is_told) {
-    const auto expectWrong = [&](const QStringList& words, const QString& sentence) {
-        const ProcessResult result = run(words);
-        EXPECT_EQ(result.exitStatus, 2);
-        ASSERT_EQ(result.errorLines().size(), 1) << result.errors.toStdString();
-        EXPECT_TRUE(result.errorLines()[0].contains(sentence)) << result.errors.toStdString();
-        EXPECT_TRUE(result.errorLines()[0].endsWith(u"(see tobrimax-cli export --help)"_s));
-    };
     expectWrong({u"a.png"_s, u"--format"_s, u"jpg"_s, u"--out"_s, u"b"_s}, u"did you mean 'jpeg'"_s);
     expectWrong({u"a.png"_s, u"--out"_s, u"b"_s}, u"--format is required"_s);
     expectWrong({u"a.png"_s, u"--format"_s, u"png"_s}, u"--out is required"_s);
@@ -62,6 +62,21 @@ TEST_F(ExportCommand, wrong_usage_is_told) {
          {u"16"_s, u"16x"_s, u"x16"_s, u"0x16"_s, u"16x-1"_s, u"1x2x3"_s, u"1000001x1"_s, u""_s})
         expectWrong({u"a.png"_s, u"--format"_s, u"png"_s, u"--out"_s, u"b"_s, u"--size"_s, size},
                     u"--size takes"_s);
+}
+
+TEST_F(ExportCommand, the_limit_for_drawings_is_a_whole_number_of_seconds) {
+    for (const QString& limit : {u"0"_s, u"-1"_s, u"1.5"_s, u"86401"_s, u"ten"_s, u""_s})
+        expectWrong({u"a.png"_s, u"--format"_s, u"png"_s, u"--out"_s, u"b"_s, u"--svg-limit"_s, limit},
+                    u"--svg-limit takes"_s);
+}
+
+TEST_F(ExportCommand, a_drawing_that_takes_longer_than_the_limit_is_refused) {
+    const QString slow = file(
+        u"slow.svg"_s, "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"100\" height=\"100\">" +
+                           QByteArray("<circle r=\"1e9\" fill-opacity=\".01\"/>").repeated(500) + "</svg>");
+    const ProcessResult result =
+        run({slow, u"--format"_s, u"png"_s, u"--out"_s, u"slow.png"_s, u"--svg-limit"_s, u"1"_s});
+    expectOneError(result, u"the picture takes more than 1 s to draw"_s);
 }
 
 TEST_F(ExportCommand, what_fails_is_told) {

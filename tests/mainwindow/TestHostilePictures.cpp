@@ -1,3 +1,4 @@
+#include "imaging/svg/SvgTime.h"
 #include "mainwindow/BorderImageView.h"
 #include "tests/support/Process.h"
 
@@ -38,6 +39,13 @@ TEST(HostilePictures, a_bad_one_clears_the_well_and_a_good_one_is_shown) {
         SCOPED_TRACE(picture.key().toStdString());
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(folder.filePath(picture.key()))});
+        if (picture.value().isNull()) {
+            // It may be shown or not. Less time than usual is enough to see that the window goes on.
+            const SvgRequest request(0.2);
+            EXPECT_TRUE(view.performDragOperation(&data));
+            view.grab();
+            continue;
+        }
         EXPECT_TRUE(view.performDragOperation(&data));
         EXPECT_EQ(!view.image().isNull(), picture.value().toBool());
         view.grab();

@@ -1,3 +1,4 @@
+#include "imaging/svg/SvgTime.h"
 #include "mainwindow/PreviewStrip.h"
 #include "tests/mainwindow/MainWindowFixture.h"
 
@@ -20,6 +21,16 @@ class PreviewStripTest : public MainWindowFixture {
             icons[icon.width()] = icon.convertToFormat(QImage::Format_RGBA8888_Premultiplied);
         }
         return icons;
+    }
+
+    /// A drawing of overlapping circles.
+    QString drawingFile(int circles) {
+        QFile file(pictures.filePath(QStringLiteral("circles.svg")));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("<svg xmlns='http://www.w3.org/2000/svg' width='100' height='100'>" +
+                   QByteArray("<circle cx='50' cy='50' r='40' fill-opacity='.1'/>").repeated(circles) +
+                   "</svg>");
+        return file.fileName();
     }
 
     void expectAsWritten() {
@@ -65,6 +76,24 @@ TEST_F(PreviewStripTest, follows_every_control_at_once) {
         EXPECT_FALSE(Pictures::same(before, strip().icon(3))) << i;
     }
     expectAsWritten();
+}
+
+TEST_F(PreviewStripTest, follows_a_thousand_moves_of_a_slider_with_a_drawing_that_takes_20_ms) {
+    const auto secondsWith = [this](int circles) {
+        drop(drawingFile(circles));
+        const SvgRequest request(svgTimeInWindow.seconds);
+        controller->roundedCheckButton->click();
+        return request.processorTime;
+    };
+    constexpr int someCircles = 200;
+    constexpr double secondsOfMove = 0.02;
+    secondsWith(static_cast<int>(someCircles * secondsOfMove / secondsWith(someCircles)));
+    controller->roundedCheckButton->setChecked(true);
+    for (int i = 0; i < 1000; ++i) {
+        Events::key(controller->sliderCornerRadius, i % 2 == 0 ? Qt::Key_End : Qt::Key_Home);
+        for (std::size_t j = 0; j < PreviewStrip::sizes.size(); ++j)
+            ASSERT_FALSE(strip().icon(j).isNull()) << i;
+    }
 }
 
 TEST_F(PreviewStripTest, shows_the_files_pixels_on_a_display_of_scale_2) {

@@ -3,8 +3,10 @@
 import configparser
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
+import tempfile
 import unittest
 import xml.etree.ElementTree
 
@@ -22,7 +24,7 @@ def releases():
 
 class Installed(unittest.TestCase):
     def test_every_file_is_at_its_place(self):
-        wanted = {"bin/tobrimax", "bin/tobrimax-cli", "share/applications/tobrimax.desktop", METAINFO,
+        wanted = {"bin/tobrimax", "bin/tobrimax-cli", "libexec/tobrimax/tobrimax-svg", "share/applications/tobrimax.desktop", METAINFO,
                   "share/icons/hicolor/scalable/apps/tobrimax.svg"}
         wanted |= {f"share/icons/hicolor/{size}x{size}/apps/tobrimax.png" for size in SIZES}
         wanted |= {f"share/doc/tobrimax/{name}" for name in ("README.md", "CHANGELOG.md", "copyright")}
@@ -40,6 +42,22 @@ class Installed(unittest.TestCase):
         said = subprocess.run([PREFIX / "bin/tobrimax-cli", "--version"], capture_output=True, text=True, check=True)
         self.assertEqual(said.stdout, f"tobrimax-cli {VERSION}\n")
         self.assertEqual(releases()[0][0], VERSION)
+
+    def test_an_svg_picture_is_drawn_by_the_installed_worker(self):
+        with tempfile.TemporaryDirectory() as folder:
+            root = pathlib.Path(folder)
+            for name in "bin/tobrimax-cli", "libexec/tobrimax/tobrimax-svg":
+                (root / name).parent.mkdir(parents=True)
+                shutil.copy(PREFIX / name, root / name)
+            command = [root / "bin/tobrimax-cli", "export", SOURCE / "resources/sample/tobrimax-sample.svg", "--format", "png",
+                       "--size", "16x16", "--out", root / "picture.png"]
+            subprocess.run(command, capture_output=True, check=True)
+            self.assertEqual((root / "picture.png").read_bytes()[:8], b"\x89PNG\r\n\x1a\n")
+            (root / "libexec/tobrimax/tobrimax-svg").unlink()
+            told = subprocess.run(command, capture_output=True, text=True, check=False)
+            self.assertEqual(told.returncode, 1)
+            self.assertRegex(told.stderr, r"^tobrimax-cli: error: \S+: the SVG document can't be drawn, since the program "
+                                          r"\S+/libexec/tobrimax/tobrimax-svg can't be started \(No such file or directory\)\n$")
 
     def test_the_changes_are_told_newest_first_with_their_dates(self):
         versions = [[int(part) for part in version.split(".")] for version, _ in releases()]

@@ -24,10 +24,16 @@ class Case:
     sentence: str = ""  # a part of the error's sentence
     pixels: int = 0  # of the picture that is read
     tolerance: int = 0
+    may_be_shown: bool = False  # a file that is refused may also be shown, in any colours
 
 
 def refused(name, data, sentence):
     return Case(name, data, (), sentence)
+
+
+def ended(name, data):
+    """Shown, or refused with a sentence: the library's version and the machine's speed decide. It comes to an end soon."""
+    return Case(name, data, may_be_shown=True)
 
 
 def shown(name, data, colors, pixels=64 * 64, tolerance=0):

@@ -4,9 +4,6 @@
 
 #include <sys/resource.h>
 
-namespace {
-
-/// The processor time of all ended child processes, in seconds. A busy machine does not lengthen it.
 double secondsOfChildren() {
     rusage usage{};
     getrusage(RUSAGE_CHILDREN, &usage);
@@ -15,8 +12,6 @@ double secondsOfChildren() {
     };
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
-
-} // namespace
 
 QStringList ProcessResult::errorLines() const {
     return QString::fromUtf8(errors).split(QLatin1Char('\n'), Qt::SkipEmptyParts);

@@ -15,6 +15,10 @@ struct ProcessResult {
     QStringList errorLines() const;
 };
 
+/// The processor time of all child processes that have ended, in seconds. A busy machine does not lengthen
+/// it.
+double secondsOfChildren();
+
 /// Runs a program, found through PATH, to its end, in `workingFolder` if one is given.
 ProcessResult runProcess(const QString& program, const QStringList& arguments,
                          const QString& workingFolder = {});

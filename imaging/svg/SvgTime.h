@@ -1,0 +1,34 @@
+#pragma once
+
+/// How much processor time the drawings of a document may take, in seconds.
+struct SvgTimeLimit {
+    double seconds = 10;
+    /// False: all drawings of the document together. True: each of them, counted anew. A request that is open
+    /// counts instead of both.
+    bool isForEachDrawing = false;
+};
+
+/// While it lives, the drawings of all documents count together, and their limit is this request's. One
+/// within another does nothing. For the main thread.
+class SvgRequest {
+  public:
+    explicit SvgRequest(double seconds);
+    ~SvgRequest();
+    SvgRequest(const SvgRequest&) = delete;
+    SvgRequest& operator=(const SvgRequest&) = delete;
+
+    /// The one that is open, or null.
+    static SvgRequest* open();
+
+    double seconds() const { return m_seconds; }
+    /// What the drawings took so far: processor time, and time that the program waited for it.
+    double processorTime = 0;
+    double waitingTime = 0;
+
+  private:
+    double m_seconds;
+};
+
+/// The limits in the window: for a drop, a repaint or one step of the previews, and for one generation.
+inline constexpr SvgTimeLimit svgTimeInWindow{3, true};
+inline constexpr double svgSecondsOfGeneration = 10;

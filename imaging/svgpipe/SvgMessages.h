@@ -1,0 +1,99 @@
+#pragma once
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+/// The messages between a program and its SVG worker. Each is a record of a fixed size in the byte order of
+/// the machine, since both ends run on it.
+///
+/// The program sends the document's record and the document's bytes; the worker answers with the document's
+/// size. Then each request for a drawing is answered, in order. Any request may be answered with a refusal.
+namespace SvgPipe {
+
+inline constexpr std::uint32_t requestMark = 0x71766754;
+inline constexpr std::uint32_t answerMark = 0x61766754;
+
+/// The largest document, unpacked, in bytes.
+inline constexpr std::uint64_t mostDocumentBytes = 64 << 20;
+/// The longest side of a drawing, and the most of its pixels.
+inline constexpr std::int32_t longestSide = 1000000;
+inline constexpr std::int64_t mostPixels = 16384LL * 16384LL;
+
+/// The descriptor of the worker's end of the pipe.
+inline constexpr int workerEnd = 3;
+
+/// The status with which the worker ends where it is refused memory.
+inline constexpr int memoryStatus = 77;
+/// The status with which it ends where the program's messages make no sense.
+inline constexpr int messageStatus = 78;
+/// The status with which it ends where it can't give up its rights.
+inline constexpr int rightsStatus = 79;
+
+enum class RequestKind : std::uint32_t { Document = 1, Drawing = 2 };
+
+struct Request {
+    std::uint32_t mark = requestMark;
+    RequestKind kind = RequestKind::Document;
+    std::uint64_t documentBytes = 0; ///< of the document that follows
+    /// A drawing's size in pixels. A descriptor for 4 × width × height bytes of shared memory comes along.
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    /// Where the document lies on the drawing, in pixels.
+    std::array<double, 4> viewport = {};
+};
+static_assert(sizeof(Request) == 56 && std::is_trivially_copyable_v<Request>);
+
+enum class AnswerKind : std::uint32_t { Size = 1, Drawn = 2, Refused = 3 };
+
+/// Why the worker refuses.
+enum class Refusal : std::uint32_t {
+    Damaged = 1, ///< the document can't be read or drawn; `text` says why
+    Limit = 2,   ///< it goes beyond a limit of the library; `text` says which
+    Empty = 3,   ///< its size is empty
+    Memory = 4,  ///< there is not enough memory
+};
+
+struct Answer {
+    std::uint32_t mark = answerMark;
+    AnswerKind kind = AnswerKind::Refused;
+    Refusal refusal = Refusal::Damaged;
+    std::uint32_t textLength = 0;
+    double width = 0; ///< of the document, in CSS pixels
+    double height = 0;
+    std::array<char, 480> text = {}; ///< UTF-8
+};
+static_assert(sizeof(Answer) == 512 && std::is_trivially_copyable_v<Answer>);
+
+/// Whether the side that receives a record can use it.
+inline bool isValid(const Request& request) {
+    if (request.mark != requestMark)
+        return false;
+    if (request.kind == RequestKind::Document)
+        return request.documentBytes <= mostDocumentBytes;
+    bool isFinite = true;
+    for (const double number : request.viewport)
+        isFinite = isFinite && std::isfinite(number);
+    return request.kind == RequestKind::Drawing && request.width > 0 && request.height > 0 &&
+           request.width <= longestSide && request.height <= longestSide &&
+           std::int64_t{request.width} * request.height <= mostPixels && isFinite;
+}
+
+inline bool isValid(const Answer& answer) {
+    if (answer.mark != answerMark || answer.textLength > answer.text.size())
+        return false;
+    switch (answer.kind) {
+    case AnswerKind::Size:
+        return std::isfinite(answer.width) && std::isfinite(answer.height) && answer.width > 0 &&
+               answer.height > 0;
+    case AnswerKind::Drawn:
+        return true;
+    case AnswerKind::Refused:
+        return answer.refusal >= Refusal::Damaged && answer.refusal <= Refusal::Memory;
+    }
+    return false;
+}
+
+} // namespace SvgPipe

@@ -1,0 +1,168 @@
+#include "svgworker/Confinement.h"
+
+#include "imaging/svgpipe/SvgMessages.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#ifdef __linux__
+#include <linux/close_range.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#endif
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+#ifdef TOBRIMAX_HAS_SECCOMP
+#include <linux/sched.h>
+#include <seccomp.h>
+#endif
+
+namespace {
+
+/// Sets the soft limit, at most to the hard one. The hard one stays, so that the program which started the
+/// worker can move the soft one.
+template <typename Resource>
+bool setSoftLimit(Resource resource, std::uint64_t value) {
+    rlimit limit{};
+    if (::getrlimit(resource, &limit) != 0)
+        return false;
+    limit.rlim_cur = std::min<rlim_t>(value, limit.rlim_max);
+    return ::setrlimit(resource, &limit) == 0;
+}
+
+template <typename Resource>
+bool setHardLimit(Resource resource, std::uint64_t value) {
+    const auto limit = static_cast<rlim_t>(value);
+    const rlimit both{limit, limit};
+    return ::setrlimit(resource, &both) == 0;
+}
+
+void closeOthers() {
+#ifdef SYS_close_range
+    if (::syscall(SYS_close_range, SvgPipe::workerEnd + 1U, ~0U, 0U) == 0)
+        return;
+#endif
+    const long most = ::sysconf(_SC_OPEN_MAX);
+    for (int i = SvgPipe::workerEnd + 1; i < most; ++i)
+        ::close(i);
+}
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool limitsAddressSpace = false; // AddressSanitizer reserves terabytes
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer) || __has_feature(thread_sanitizer)
+constexpr bool limitsAddressSpace = false;
+#else
+constexpr bool limitsAddressSpace = true;
+#endif
+#else
+constexpr bool limitsAddressSpace = true;
+#endif
+
+#ifdef TOBRIMAX_HAS_SECCOMP
+
+/// The calls that drawing needs, whatever their arguments. A call that is not listed fails with EPERM.
+constexpr int allowedCalls[] = {
+    // Reading files.
+    SCMP_SYS(read), SCMP_SYS(pread64), SCMP_SYS(readv), SCMP_SYS(close), SCMP_SYS(fstat),
+    SCMP_SYS(newfstatat), SCMP_SYS(stat), SCMP_SYS(lstat), SCMP_SYS(statx), SCMP_SYS(statfs),
+    SCMP_SYS(fstatfs), SCMP_SYS(access), SCMP_SYS(faccessat), SCMP_SYS(faccessat2), SCMP_SYS(lseek),
+    SCMP_SYS(getdents64), SCMP_SYS(readlink), SCMP_SYS(readlinkat), SCMP_SYS(getcwd), SCMP_SYS(fcntl),
+    SCMP_SYS(fadvise64),
+    // Memory.
+    SCMP_SYS(mmap), SCMP_SYS(munmap), SCMP_SYS(mprotect), SCMP_SYS(mremap), SCMP_SYS(madvise), SCMP_SYS(brk),
+    // The pipe.
+    SCMP_SYS(recvmsg), SCMP_SYS(sendmsg), SCMP_SYS(write), SCMP_SYS(writev), SCMP_SYS(poll), SCMP_SYS(ppoll),
+    // Threads of the library's filters.
+    SCMP_SYS(futex), SCMP_SYS(sched_yield), SCMP_SYS(sched_getaffinity), SCMP_SYS(set_robust_list),
+    SCMP_SYS(rseq), SCMP_SYS(gettid), SCMP_SYS(getpid), SCMP_SYS(sigaltstack), SCMP_SYS(rt_sigaction),
+    SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigreturn), SCMP_SYS(membarrier), SCMP_SYS(getcpu), SCMP_SYS(exit),
+    SCMP_SYS(exit_group), SCMP_SYS(restart_syscall),
+    // What libraries ask for.
+    SCMP_SYS(clock_gettime), SCMP_SYS(clock_getres), SCMP_SYS(clock_nanosleep), SCMP_SYS(nanosleep),
+    SCMP_SYS(gettimeofday), SCMP_SYS(time), SCMP_SYS(times), SCMP_SYS(getrusage), SCMP_SYS(getrandom),
+    SCMP_SYS(uname), SCMP_SYS(sysinfo), SCMP_SYS(getuid), SCMP_SYS(geteuid), SCMP_SYS(getgid),
+    SCMP_SYS(getegid), SCMP_SYS(getrlimit)};
+
+bool addRules(scmp_filter_ctx filter) {
+    const auto isAdded = [&](std::uint32_t action, int call, auto... conditions) {
+        return seccomp_rule_add(filter, action, call, sizeof...(conditions), conditions...) == 0;
+    };
+    for (const int call : allowedCalls) {
+        if (!isAdded(SCMP_ACT_ALLOW, call))
+            return false;
+    }
+    // NOLINTBEGIN(readability-magic-numbers): the numbers of arguments
+    constexpr auto writing = std::uint64_t{O_WRONLY | O_RDWR | O_CREAT | O_TRUNC};
+    const pid_t self = ::getpid();
+    return isAdded(SCMP_ACT_ALLOW, SCMP_SYS(open), SCMP_A1(SCMP_CMP_MASKED_EQ, writing, 0)) &&
+           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(openat), SCMP_A2(SCMP_CMP_MASKED_EQ, writing, 0)) &&
+           // A thread and no process. The newer call's flags can't be looked at; the C library has the older
+           // one for that answer.
+           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(clone),
+                   SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD)) &&
+           isAdded(SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3)) &&
+           // Asks for a limit and sets none.
+           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(prlimit64), SCMP_A2(SCMP_CMP_EQ, 0)) &&
+           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(prctl), SCMP_A0(SCMP_CMP_EQ, PR_SET_NAME)) &&
+           // How a process aborts.
+           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(tgkill), SCMP_A0(SCMP_CMP_EQ, static_cast<std::uint64_t>(self)));
+    // NOLINTEND(readability-magic-numbers)
+}
+
+/// Whether the kernel, or an emulator of one, knows filters.
+bool hasFilters() {
+    // Asked with a null pointer, a kernel with filters fails to read it.
+    return ::prctl(PR_SET_SECCOMP, 2 /* SECCOMP_MODE_FILTER */, nullptr, 0, 0) == 0 || errno == EFAULT;
+}
+
+bool loadFilter() {
+    if (!hasFilters())
+        return true;
+    scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ERRNO(EPERM));
+    if (filter == nullptr)
+        return false;
+    const bool isLoaded = addRules(filter) && seccomp_load(filter) == 0;
+    seccomp_release(filter);
+    return isLoaded;
+}
+
+#else
+
+bool loadFilter() {
+    return true;
+}
+
+#endif
+
+} // namespace
+
+bool Confinement::setLimits(const Limits& limits) {
+    closeOthers();
+#ifdef __GLIBC__
+    // With one arena the limit means the same on every machine.
+    mallopt(M_ARENA_MAX, 1);
+#endif
+    constexpr std::uint64_t mostFiles = 64;
+    constexpr std::uint64_t stackBytes = 64 << 20;
+    if (!setHardLimit(RLIMIT_CORE, 0) || !setHardLimit(RLIMIT_NOFILE, mostFiles))
+        return false;
+    // Documents may be nested deeply. A refusal does no harm.
+    setSoftLimit(RLIMIT_STACK, stackBytes);
+    if (limits.processorSeconds > 0 && !setSoftLimit(RLIMIT_CPU, limits.processorSeconds))
+        return false;
+    return !limitsAddressSpace || limits.memoryBytes == 0 || setSoftLimit(RLIMIT_AS, limits.memoryBytes);
+}
+
+bool Confinement::giveUpRights() {
+#ifdef __linux__
+    if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
+        return false;
+#endif
+    return loadFilter();
+}
