@@ -206,6 +206,6 @@ TEST_P(AccessibilityTest, the_keyboard_alone_chooses_decorates_and_generates) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Looks, AccessibilityTest, testing::Values(false, true),
-                         [](const auto& info) { return info.param ? "dark" : "light"; });
+                         [](const auto& instance) { return instance.param ? "dark" : "light"; });
 
 } // namespace
