@@ -96,8 +96,8 @@ Result<double> leftByPlainMatches(const FilteredRows& rows) {
     return leftByMatches(rows.sample(PngFilterStrategy::None, trial.bands).filled(), trial.ofSample);
 }
 
-/// What matches leave of adaptively filtered rows, or nearly that. A part of the sample tells whether they are
-/// worth a longer look.
+/// What matches leave of adaptively filtered rows, or nearly that. A part of the sample tells whether they
+/// are worth a longer look.
 Result<double> leftByAdaptiveMatches(const Trial& adaptive) {
     constexpr double ofSample = 0.97;
     constexpr double muchLess = 0.9;
