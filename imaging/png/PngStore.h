@@ -12,8 +12,8 @@
 /// earlier one gets the same file again, and is not compressed twice.
 class PngStore {
   public:
-    /// Rasters and files together take no more bytes than this. What nobody has asked for again makes room for
-    /// what is new, the oldest first. What does not fit even so is encoded and not kept.
+    /// Rasters and files together take no more bytes than this. What nobody has asked for again makes room
+    /// for what is new, the oldest first. What does not fit even so is encoded and not kept.
     static constexpr qsizetype mostBytes = qsizetype{7} << 20;
 
     /// Keeps files in `store` for as long as it lives. The store is empty when the last one for it has ended.
