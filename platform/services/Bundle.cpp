@@ -18,6 +18,15 @@ QString firstThere(const QStringList& candidates) {
     return found != candidates.end() ? *found : QString();
 }
 
+/// The folder of the running program.
+QString programFolder() {
+    if (QCoreApplication::instance() != nullptr)
+        return QCoreApplication::applicationDirPath();
+    // A program without an application object: Linux tells its path.
+    const QString program = QFile::symLinkTarget(QStringLiteral("/proc/self/exe"));
+    return program.isEmpty() ? QStringLiteral(".") : QFileInfo(program).absolutePath();
+}
+
 } // namespace
 
 QString Bundle::pathForResource(const QString& name) const {
@@ -37,14 +46,11 @@ QString Bundle::pathForDocument(const QString& name) const {
 }
 
 QString Bundle::pathOfHelper(const QString& name) {
-    const QString programFolder = QCoreApplication::instance() != nullptr
-                                      ? QCoreApplication::applicationDirPath()
-                                      : QStringLiteral(".");
+    const QString folder = programFolder();
     const QString inBuildFolder = QStringLiteral("svgworker/") + name;
-    const QStringList candidates{programFolder + QStringLiteral("/" HELPER_FOLDER "/") + name,
-                                 programFolder + QStringLiteral("/../Helpers/") + name,
-                                 programFolder + QStringLiteral("/../") + inBuildFolder,
-                                 programFolder + QStringLiteral("/../../") + inBuildFolder};
+    const QStringList candidates{
+        folder + QStringLiteral("/" HELPER_FOLDER "/") + name, folder + QStringLiteral("/../Helpers/") + name,
+        folder + QStringLiteral("/../") + inBuildFolder, folder + QStringLiteral("/../../") + inBuildFolder};
     for (const QString& path : candidates) {
         if (QFileInfo(path).isExecutable())
             return QDir::cleanPath(path);
