@@ -89,6 +89,11 @@ constexpr int allowedCalls[] = {
     SCMP_SYS(uname), SCMP_SYS(sysinfo), SCMP_SYS(getuid), SCMP_SYS(geteuid), SCMP_SYS(getgid),
     SCMP_SYS(getegid), SCMP_SYS(getrlimit)};
 
+/// What the argument of that number is compared with. The library's own macros for it are C.
+scmp_arg_cmp argument(unsigned number, scmp_compare comparison, scmp_datum_t datum, scmp_datum_t other = 0) {
+    return {number, comparison, datum, other};
+}
+
 bool addRules(scmp_filter_ctx filter) {
     const auto isAdded = [&](std::uint32_t action, int call, auto... conditions) {
         return seccomp_rule_add(filter, action, call, sizeof...(conditions), conditions...) == 0;
@@ -100,18 +105,19 @@ bool addRules(scmp_filter_ctx filter) {
     // NOLINTBEGIN(readability-magic-numbers): the numbers of arguments
     constexpr auto writing = std::uint64_t{O_WRONLY | O_RDWR | O_CREAT | O_TRUNC};
     const pid_t self = ::getpid();
-    return isAdded(SCMP_ACT_ALLOW, SCMP_SYS(open), SCMP_A1(SCMP_CMP_MASKED_EQ, writing, 0)) &&
-           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(openat), SCMP_A2(SCMP_CMP_MASKED_EQ, writing, 0)) &&
+    return isAdded(SCMP_ACT_ALLOW, SCMP_SYS(open), argument(1, SCMP_CMP_MASKED_EQ, writing, 0)) &&
+           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(openat), argument(2, SCMP_CMP_MASKED_EQ, writing, 0)) &&
            // A thread and no process. The newer call's flags can't be looked at; the C library has the older
            // one for that answer.
            isAdded(SCMP_ACT_ALLOW, SCMP_SYS(clone),
-                   SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD)) &&
+                   argument(0, SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD)) &&
            isAdded(SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3)) &&
            // Asks for a limit and sets none.
-           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(prlimit64), SCMP_A2(SCMP_CMP_EQ, 0)) &&
-           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(prctl), SCMP_A0(SCMP_CMP_EQ, PR_SET_NAME)) &&
+           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(prlimit64), argument(2, SCMP_CMP_EQ, 0)) &&
+           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(prctl), argument(0, SCMP_CMP_EQ, PR_SET_NAME)) &&
            // How a process aborts.
-           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(tgkill), SCMP_A0(SCMP_CMP_EQ, static_cast<std::uint64_t>(self)));
+           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(tgkill),
+                   argument(0, SCMP_CMP_EQ, static_cast<std::uint64_t>(self)));
     // NOLINTEND(readability-magic-numbers)
 }
 
