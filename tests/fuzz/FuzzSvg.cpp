@@ -1,11 +1,13 @@
-// Reads any bytes as an SVG document: it is drawn at the size of an icon, or refused with a sentence.
+// Reads any bytes as an SVG document: a worker that draws nothing gets it, or it is refused with a sentence.
 
 #include "imaging/svg/SvgDocument.h"
+#include "imaging/svg/SvgWorker.h"
 #include "tests/fuzz/Require.h"
 
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    SvgWorker::useProgram(FAKE_WORKER);
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
     if (!document) {
