@@ -101,7 +101,7 @@ Result<double> leftByPlainMatches(const FilteredRows& rows) {
 Result<double> leftByAdaptiveMatches(const Trial& adaptive) {
     constexpr double ofSample = 0.97;
     constexpr double muchLess = 0.9;
-    const Result<double> left = leftByMatches(adaptive.middle(), ofSample);
+    Result<double> left = leftByMatches(adaptive.middle(), ofSample);
     if (!left || *left > muchLess * leftByRuns(adaptive.middle()))
         return left;
     return leftByMatches(adaptive.sample.filled(), ofSample);
