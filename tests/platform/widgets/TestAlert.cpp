@@ -1,4 +1,5 @@
 #include "platform/widgets/Alert.h"
+#include "platform/widgets/Contrast.h"
 #include "tests/support/Events.h"
 
 #include <QLabel>
@@ -86,7 +87,7 @@ TEST_F(AlertTest, has_no_title_bar_with_buttons) {
     EXPECT_EQ(alert->windowTitle(), QStringLiteral("A message")) << "the desktop's list shows it";
     // A line takes the place of the frame.
     const QImage shown = alert->grab().toImage();
-    const QColor line = alert->palette().color(QPalette::Dark);
+    const QColor line = edgeColor(alert->palette());
     for (const QPoint& edge : {QPoint(0, 0), QPoint(shown.width() - 1, 0), QPoint(0, shown.height() - 1),
                                QPoint(shown.width() - 1, shown.height() - 1)})
         EXPECT_EQ(shown.pixelColor(edge).rgb(), line.rgb());
