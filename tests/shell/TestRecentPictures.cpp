@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QLockFile>
 #include <QTemporaryDir>
+#include <QTimeZone>
 #include <QXmlStreamReader>
 
 #include <gtest/gtest.h>
@@ -43,7 +44,7 @@ class RecentPicturesTest : public testing::Test {
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    static QDateTime at(int second) { return {QDate(2026, 2, 3), QTime(4, 5, second), Qt::UTC}; }
+    static QDateTime at(int second) { return {QDate(2026, 2, 3), QTime(4, 5, second), QTimeZone::utc()}; }
 
     QTemporaryDir folder;
     QString path = folder.filePath(QStringLiteral("recently-used.xbel"));
