@@ -15,7 +15,21 @@ namespace {
 
 using namespace SvgPipe;
 
-/// A drawing's shared memory. Closes the descriptor.
+/// A descriptor that came along with a request, if any. Closes it.
+class ReceivedDescriptor {
+  public:
+    ReceivedDescriptor() = default;
+    ~ReceivedDescriptor() {
+        if (value >= 0)
+            ::close(value);
+    }
+    ReceivedDescriptor(const ReceivedDescriptor&) = delete;
+    ReceivedDescriptor& operator=(const ReceivedDescriptor&) = delete;
+
+    int value = -1;
+};
+
+/// A drawing's shared memory.
 class SharedPixels {
   public:
     SharedPixels(int descriptor, const Request& request)
@@ -26,7 +40,6 @@ class SharedPixels {
             void* memory = ::mmap(nullptr, m_size, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
             m_pixels = memory != MAP_FAILED ? static_cast<std::uint8_t*>(memory) : nullptr;
         }
-        ::close(descriptor);
     }
     ~SharedPixels() {
         if (m_pixels != nullptr)
@@ -89,17 +102,17 @@ int serve(int socket) {
     std::unique_ptr<Document> document;
     for (;;) {
         Request request;
-        int descriptor = -1;
-        if (receive(socket, writableBytesOf(request), endless(), &descriptor) != Transfer::Done)
+        ReceivedDescriptor descriptor;
+        if (receive(socket, writableBytesOf(request), endless(), &descriptor.value) != Transfer::Done)
             return 0;
         const bool isDrawing = request.kind == RequestKind::Drawing;
-        if (!isValid(request) || isDrawing != (document != nullptr) || isDrawing != (descriptor >= 0))
+        if (!isValid(request) || isDrawing != (document != nullptr) || isDrawing != (descriptor.value >= 0))
             return messageStatus;
         if (!isDrawing) {
             document = openDocument(socket, request.documentBytes);
             if (document == nullptr)
                 return 0;
-        } else if (!reply(socket, drawn(*document, request, descriptor))) {
+        } else if (!reply(socket, drawn(*document, request, descriptor.value))) {
             return 0;
         }
     }

@@ -45,11 +45,19 @@ void sendAll(int socket, std::span<const std::byte> bytes, bool isOpened) {
     ::shutdown(socket, SHUT_WR);
 }
 
+int lowestFreeDescriptor() {
+    const int descriptor = ::dup(STDERR_FILENO);
+    require(descriptor >= 0);
+    ::close(descriptor);
+    return descriptor;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0)
         return 0;
+    const int firstFree = lowestFreeDescriptor();
     std::array<int, 2> ends{-1, -1};
     require(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) == 0);
     // As many as the socket holds answers for: they are read at the end.
@@ -67,5 +75,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ::close(ends[1]);
     program.join();
     ::close(ends[0]);
+    require(lowestFreeDescriptor() == firstFree); // the worker has closed what came along
     return 0;
 }
