@@ -124,21 +124,6 @@ bool isAsGiven(LayoutPicture picture) {
            picture == LayoutPicture::Foreground;
 }
 
-/// The picture in the middle of a transparent raster of that size.
-Result<QImage> placed(const QImage& picture, const QSize& size) {
-    if (picture.size() == size)
-        return picture;
-    Result<QImage> raster = newRaster(size, QImage::Format_RGBA8888_Premultiplied);
-    if (!raster)
-        return raster;
-    raster->fill(0);
-    const QPoint place = middle(picture.width(), size);
-    for (int y = 0; y < picture.height(); ++y)
-        std::copy_n(picture.constScanLine(y), 4 * std::ptrdiff_t{picture.width()},
-                    raster->scanLine(place.y() + y) + 4 * std::ptrdiff_t{place.x()});
-    return raster;
-}
-
 /// Lays the raster on a colour. Copies its pixels first where they are shared.
 Result<Done> layOn(const Color& background, QImage& raster) {
     if (Result<Done> own = makeOwn(raster); !own)
@@ -248,7 +233,8 @@ Result<QImage> LayoutRenderer::shaped(const LayoutFile& file, const QSize& size)
         if (const Result<Done> laid = layOn(m_background, *picture); !laid)
             return laid.error();
     }
-    return isPlain ? placed(*picture, size) : decorated(imageOf(*picture), inner, file, size);
+    return isPlain ? placed(*picture, middle(picture->width(), size), size)
+                   : decorated(imageOf(*picture), inner, file, size);
 }
 
 Result<QImage> LayoutRenderer::raster(const LayoutFile& file, const QSize& size) const {

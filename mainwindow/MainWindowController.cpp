@@ -8,8 +8,7 @@
 #include "mainwindow/MimeContents.h"
 #include "platform/services/NotificationCenter.h"
 #include "platform/widgets/Alert.h"
-#include "platform/widgets/EnabledFollower.h"
-#include "platform/widgets/FontFollower.h"
+#include "platform/widgets/ChangeFollower.h"
 #include "ui_MainWindowController.h"
 
 #include <QApplication>
@@ -78,20 +77,22 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
         label->setAlignment((isTrailing != isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
                             vertical);
         if (label->buddy() != nullptr)
-            new EnabledFollower(*label->buddy(), *label,
-                                [label](bool isEnabled) { label->setEnabled(isEnabled); });
+            new ChangeFollower(*label->buddy(), QEvent::EnabledChange, *label,
+                               [label] { label->setEnabled(label->buddy()->isEnabled()); });
     }
     layout.cornerRadiusValue->setText(sliderCornerRadius->valueText());
     layout.borderWidthValue->setText(sliderBorderWidth->valueText());
     for (QLabel* value : {layout.cornerRadiusValue, layout.borderWidthValue})
-        new FontFollower(*value, [this, value](const QFontMetrics& metrics) {
-            value->setMinimumWidth(metrics.horizontalAdvance(sliderCornerRadius->percentText(widestPercent)));
+        new ChangeFollower(*value, QEvent::FontChange, *value, [this, value] {
+            value->setMinimumWidth(
+                value->fontMetrics().horizontalAdvance(sliderCornerRadius->percentText(widestPercent)));
         });
-    new FontFollower(*platformSelection, [this](const QFontMetrics& metrics) {
+    new ChangeFollower(*platformSelection, QEvent::FontChange, *platformSelection, [this] {
         platformSelection->setMinimumWidth(
-            qMax(leastSettings, settingsCharacters * metrics.averageCharWidth()));
+            qMax(leastSettings, settingsCharacters * platformSelection->fontMetrics().averageCharWidth()));
     });
-    new FontFollower(*imgViewIcon, [this](const QFontMetrics& metrics) { giveWellRoom(metrics); });
+    new ChangeFollower(*imgViewIcon, QEvent::FontChange, *imgViewIcon,
+                       [this] { giveWellRoom(imgViewIcon->fontMetrics()); });
     HighlightedButton::awakeAll(*window);
     connectActions();
     connectPreview(*layout.previewStrip);

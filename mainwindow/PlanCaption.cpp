@@ -2,7 +2,7 @@
 
 #include "generation/GenerationPlan.h"
 #include "platform/services/Screen.h"
-#include "platform/widgets/FontFollower.h"
+#include "platform/widgets/ChangeFollower.h"
 
 #include <QComboBox>
 
@@ -47,7 +47,7 @@ void PlanCaption::follow(QComboBox& platforms, const Bundle& bundle, const Scree
     m_platforms = &platforms;
     connect(&platforms, &QComboBox::currentIndexChanged, this, &PlanCaption::describe);
     describe(platforms.currentIndex());
-    new FontFollower(*this, [this](const QFontMetrics& /*metrics*/) { makeRoom(); });
+    new ChangeFollower(*this, QEvent::FontChange, *this, [this] { makeRoom(); });
 }
 
 /// Room for the longest text of a platform. It is the same for all, so that the window keeps its size.

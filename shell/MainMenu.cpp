@@ -3,8 +3,8 @@
 #include "files/PathBytes.h"
 #include "mainwindow/MainWindowController.h"
 #include "platform/widgets/Application.h"
+#include "platform/widgets/ChangeFollower.h"
 #include "platform/widgets/ColorWell.h"
-#include "platform/widgets/EnabledFollower.h"
 #include "shell/AboutBox.h"
 
 #include <QAction>
@@ -28,7 +28,8 @@ void closeActiveWindow() {
 }
 
 void followControl(QAction* action, QWidget* control) {
-    new EnabledFollower(*control, *action, [action](bool isEnabled) { action->setEnabled(isEnabled); });
+    new ChangeFollower(*control, QEvent::EnabledChange, *action,
+                       [action, control] { action->setEnabled(control->isEnabled()); });
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <memory>
 
 namespace {
@@ -67,20 +66,6 @@ Result<QImage> renderedPart(const BitmapImageRep& bitmap, AxisMapping x, AxisMap
     return part;
 }
 
-/// A transparent raster of that size with `part` at (left, top).
-Result<QImage> placed(const QImage& part, int left, int top, const QSize& size) {
-    if (part.size() == size)
-        return part;
-    Result<QImage> raster = newRaster(size, QImage::Format_RGBA8888_Premultiplied);
-    if (!raster)
-        return raster;
-    raster->fill(0);
-    for (int y = 0; y < part.height(); ++y)
-        std::memcpy(raster->scanLine(top + y) + 4 * static_cast<std::ptrdiff_t>(left), part.constScanLine(y),
-                    4 * static_cast<std::size_t>(part.width()));
-    return raster;
-}
-
 } // namespace
 
 FittedPart fittedPart(const PictureFit& fit, const QSizeF& picture, const AxisMapping& x,
@@ -101,7 +86,7 @@ Result<QImage> FittedRep::rendered(AxisMapping x, AxisMapping y) const {
         bitmap != nullptr ? renderedPart(*bitmap, part.x, part.y) : best->rendered(part.x, part.y);
     if (!drawn)
         return drawn;
-    return placed(*drawn, part.left, part.top, QSize(x.targetLength, y.targetLength));
+    return placed(*drawn, QPoint(part.left, part.top), QSize(x.targetLength, y.targetLength));
 }
 
 Image fitted(Image picture, const PictureFit& fit) {
