@@ -5,7 +5,7 @@
 #include "imaging/image/PictureBuilder.h"
 #include "imaging/pixels/Raster.h"
 #include "imaging/png/InflatedPng.h"
-#include "imaging/png/PngXmp.h"
+#include "imaging/png/PngExtras.h"
 
 #include <QSysInfo>
 
@@ -55,7 +55,10 @@ class PngDecoder {
         // libpng goes on without a profile or an orientation that it has no memory for.
         if (m_isMemoryShort)
             return failure();
-        return m_picture.finish();
+        Result<DecodedPicture> picture = m_picture.finish();
+        if (picture && pngFrames(m_bytes) > 1)
+            picture->warnings << PictureReader::framesWarning();
+        return picture;
     }
 
     /// Whether the picture was reduced before its orientation was known, and is not upright.

@@ -265,6 +265,11 @@ def make_pngs():
         save("orientation-%d.png" % orientation,
              png(RGB, 8, lambda x, y: turned.getpixel((x, y)), [(b"eXIf", exif(orientation, order))],
                  turned.width, turned.height))
+    # Two frames: the picture, and one in another colour.
+    frame = lambda number: (b"fcTL", struct.pack(">5I2H2B", number, WIDTH, HEIGHT, 0, 0, 1, 10, 0, 0))
+    second = zlib.compress((b"\0" + bytes((1, 2, 3)) * WIDTH) * HEIGHT, 9)
+    save("animated.png", png(RGB, 8, color, [(b"acTL", struct.pack(">2I", 2, 0)), frame(0)],
+                             trailing=[frame(1), (b"fdAT", struct.pack(">I", 2) + second)]))
 
 
 # JPEG.

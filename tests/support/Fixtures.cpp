@@ -42,12 +42,18 @@ QColor Fixtures::paletteColor(int i) {
     return {(47 * i + 20) % 256, (91 * i + 60) % 256, (13 * i + 130) % 256};
 }
 
-void Fixtures::expectPicture(const char* name, const ColorAt& expected, int w, int h) {
-    SCOPED_TRACE(name);
-    const Result<DecodedPicture> picture = ImageSource::decode(fixture(name));
+void Fixtures::expectPicture(const QByteArray& bytes, const ColorAt& expected, int w, int h,
+                             const QStringList& warnings) {
+    const Result<DecodedPicture> picture = ImageSource::decode(bytes);
     ASSERT_TRUE(picture) << picture.error().sentence.toStdString();
-    EXPECT_TRUE(picture->warnings.isEmpty());
+    EXPECT_EQ(picture->warnings, warnings);
     ASSERT_EQ(picture->raster.size(), QSize(w, h));
     ASSERT_EQ(picture->raster.format(), QImage::Format_RGBA8888_Premultiplied);
     EXPECT_EQ(Pictures::largestDifference(picture->raster, Pictures::raster(w, h, expected)), 0);
+}
+
+void Fixtures::expectPicture(const char* name, const ColorAt& expected, int w, int h,
+                             const QStringList& warnings) {
+    SCOPED_TRACE(name);
+    expectPicture(fixture(name), expected, w, h, warnings);
 }

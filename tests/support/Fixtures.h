@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QColor>
+#include <QStringList>
 
 #include <functional>
 
@@ -27,7 +28,11 @@ QColor grey(int x, int y);
 int paletteIndex(int x, int y, int count);
 QColor paletteColor(int i);
 
-/// Expects that the file is read without a warning, as exactly these pixels.
-void expectPicture(const char* name, const ColorAt& expected, int w = width, int h = height);
+/// Expects that the file is read as exactly these pixels, with these warnings and no others.
+void expectPicture(const QByteArray& bytes, const ColorAt& expected, int w = width, int h = height,
+                   const QStringList& warnings = {});
+/// The same of a file in tests/data/pictures.
+void expectPicture(const char* name, const ColorAt& expected, int w = width, int h = height,
+                   const QStringList& warnings = {});
 
 } // namespace Fixtures

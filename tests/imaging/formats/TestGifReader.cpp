@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+using Fixtures::expectPicture;
 using Fixtures::height;
 using Fixtures::paletteColor;
 using Fixtures::width;
@@ -23,15 +24,6 @@ int paletteIndex(int x, int y) {
 }
 QColor color(int x, int y) {
     return paletteColor(paletteIndex(x, y));
-}
-
-void expectPicture(const QByteArray& bytes, const std::function<QColor(int x, int y)>& expected,
-                   int w = width, int h = height, const QStringList& warnings = {}) {
-    const Result<DecodedPicture> picture = ImageSource::decode(bytes);
-    ASSERT_TRUE(picture) << picture.error().sentence.toStdString();
-    EXPECT_EQ(picture->warnings, warnings);
-    ASSERT_EQ(picture->raster.size(), QSize(w, h));
-    EXPECT_EQ(Pictures::largestDifference(picture->raster, Pictures::raster(w, h, expected)), 0);
 }
 
 constexpr qsizetype headerSize = 13;

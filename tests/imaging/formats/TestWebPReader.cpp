@@ -13,6 +13,7 @@
 #include <vector>
 
 using Fixtures::color;
+using Fixtures::expectPicture;
 using Fixtures::height;
 using Fixtures::width;
 using Pictures::Pixel;
@@ -22,17 +23,6 @@ using Refusals::expectError;
 using Refusals::expectNeedsEveryByte;
 
 namespace {
-
-void expectPicture(const char* name, const std::function<QColor(int x, int y)>& expected,
-                   const QStringList& warnings = {}) {
-    SCOPED_TRACE(name);
-    const Result<DecodedPicture> picture = ImageSource::decode(fixture(name));
-    ASSERT_TRUE(picture) << picture.error().sentence.toStdString();
-    EXPECT_EQ(picture->warnings, warnings);
-    ASSERT_EQ(picture->raster.size(), QSize(width, height));
-    ASSERT_EQ(picture->raster.format(), QImage::Format_RGBA8888_Premultiplied);
-    EXPECT_EQ(Pictures::largestDifference(picture->raster, Pictures::raster(width, height, expected)), 0);
-}
 
 void expectNear(const Pixel& found, const Pixel& wanted, int tolerance) {
     EXPECT_NEAR(found.red, wanted.red, tolerance);
@@ -80,7 +70,7 @@ TEST(ImageSourceWebP, pictures_are_turned_upright) {
 }
 
 TEST(ImageSourceWebP, an_animation_is_its_first_frame_with_a_warning) {
-    expectPicture("animated.webp", color, {PictureReader::framesWarning()});
+    expectPicture("animated.webp", color, width, height, {PictureReader::framesWarning()});
 }
 
 TEST(ImageSourceWebP, display_p3_colours_are_converted_to_srgb) {
@@ -95,7 +85,7 @@ TEST(ImageSourceWebP, display_p3_colours_are_converted_to_srgb) {
 }
 
 TEST(ImageSourceWebP, a_broken_profile_is_warned_of_and_the_colours_are_srgb) {
-    expectPicture("broken-icc.webp", color, {PictureReader::profileWarning()});
+    expectPicture("broken-icc.webp", color, width, height, {PictureReader::profileWarning()});
 }
 
 TEST(ImageSourceWebP, a_file_cut_off_at_any_byte_is_an_error) {

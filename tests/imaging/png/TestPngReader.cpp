@@ -227,6 +227,18 @@ TEST(ImageSourcePng, pictures_are_turned_upright) {
     expectPicture("orientation-3.png", color);
 }
 
+TEST(ImageSourcePng, an_animation_is_its_first_frame_with_a_warning) {
+    expectPicture("animated.png", color, width, height, {PictureReader::framesWarning()});
+}
+
+TEST(ImageSourcePng, an_animation_of_one_frame_is_a_picture) {
+    QByteArray png = fixture("animated.png");
+    const qsizetype control = chunkStart(png, "acTL");
+    qToBigEndian<quint32>(1, png.data() + control + 8);
+    seal(png, control);
+    expectPicture(png, color);
+}
+
 TEST(ImageSourcePng, a_file_cut_off_at_any_byte_is_an_error) {
     for (const char* name :
          {"one-pixel.png", "rgb-8.png", "interlaced-rgb-8-5x9.png", "palette-2-alpha.png"}) {
