@@ -1,9 +1,9 @@
 #include "cli/IcnsCommands.h"
 #include "cli/common/InputFile.h"
-#include "cli/common/PictureWarnings.h"
 #include "cli/common/UnscaledScreen.h"
 #include "cli/text/Terminal.h"
 #include "generation/IconContainer.h"
+#include "generation/PictureWarnings.h"
 
 namespace {
 
@@ -29,9 +29,9 @@ int runIcnsMake(const IcnsMakeOptions& options) {
     if (!picture)
         return InputFile::fail(failed, picture.error());
     const UnscaledScreen screen;
-    for (const QString& warning :
+    for (const Warning& warning :
          pictureWarnings(*picture, {{IconContainer::largestSize(screen.scale())}, options.picture.fit}))
-        Terminal::warning(warning);
+        Terminal::warning(warning.text());
     const StyleInput input(options);
     const IconRenderer renderer(input, screen);
     const Result<IconContainer::Written> written =

@@ -81,3 +81,10 @@ QString appendingPathComponent(const QString& path, const QString& component) {
     const QString folder = withoutTrailingSlashes(path);
     return folder.endsWith(u'/') ? folder + component : folder + u'/' + component;
 }
+
+QString nameWithoutEnding(const QString& path) {
+    const QString file = lastPathComponent(path);
+    const qsizetype dot = file.lastIndexOf(u'.');
+    const QString name = dot > 0 ? file.first(dot) : file;
+    return name == QLatin1String(".") || name == QLatin1String("..") ? file : name;
+}

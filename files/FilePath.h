@@ -20,3 +20,6 @@ QString lastPathComponent(const QString& path);
 
 /// `path` and `component` with exactly one slash where they meet.
 QString appendingPathComponent(const QString& path, const QString& component);
+
+/// The last component of `path` without its ending: "b" of "/a/b.png". "." and ".." are never names.
+QString nameWithoutEnding(const QString& path);

@@ -2,6 +2,8 @@
 
 #include "base/ShortMemory.h"
 #include "base/SystemError.h"
+#include "files/FileItem.h"
+#include "files/FilePath.h"
 #include "files/PathBytes.h"
 
 #include <sys/stat.h>
@@ -73,4 +75,22 @@ Result<Done> Folder::check(const QString& path) {
 
 Result<Done> Folder::create(const QString& path) {
     return unlessMemoryIsShort([&] { return created(path); });
+}
+
+Result<Done> Folder::checkTarget(const QString& path) {
+    if (path.isEmpty() || path.contains(QChar::Null))
+        return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
+    QString nearest = FileItem::absolutePath(path);
+    while (!FileItem::isThere(nearest) && nearest != QLatin1String("/"))
+        nearest = deletingLastPathComponent(nearest);
+    const QByteArray name = PathBytes::encoded(nearest);
+    struct stat status = {};
+    // A link that leads nowhere is no folder.
+    if (stat(name.constData(), &status) != 0)
+        return systemError(errno == ENOENT ? ENOTDIR : errno, ErrorCode::NotWritable);
+    if (!S_ISDIR(status.st_mode))
+        return systemError(ENOTDIR, ErrorCode::NotWritable);
+    if (access(name.constData(), W_OK | X_OK) != 0)
+        return systemError(errno, ErrorCode::NotWritable);
+    return Done{};
 }

@@ -1,7 +1,7 @@
 #include "cli/common/PictureLoading.h"
 
 #include "cli/common/InputFile.h"
-#include "cli/common/PictureWarnings.h"
+#include "generation/PictureWarnings.h"
 #include "imaging/image/SmallIconRep.h"
 
 #include <algorithm>
@@ -52,8 +52,8 @@ Result<LoadedPicture> loadPicture(const PictureFiles& files, const std::vector<Q
         for (const QSizeF& icon : its)
             made.sizes.emplace_back(static_cast<int>(std::ceil(icon.width())),
                                     static_cast<int>(std::ceil(icon.height())));
-        for (const QString& warning : pictureWarnings(*loaded, made))
-            picture->warnings << QStringLiteral("%1: %2").arg(InputFile::shown(small.path), warning);
+        for (const Warning& warning : pictureWarnings(*loaded, made))
+            picture->warnings << QStringLiteral("%1: %2").arg(InputFile::shown(small.path), warning.text());
         picture->image.addRepresentation(std::make_shared<SmallIconRep>(loaded->image, small.side));
     }
     return picture;

@@ -3,7 +3,6 @@
 #include "base/StageTimes.h"
 #include "cli/common/CatalogueBundle.h"
 #include "cli/common/InputFile.h"
-#include "cli/common/PictureWarnings.h"
 #include "cli/common/UnscaledScreen.h"
 #include "cli/generate/GeneratePlace.h"
 #include "cli/generate/GenerateProof.h"
@@ -15,6 +14,7 @@
 #include "files/PathBytes.h"
 #include "generation/GenerationPlan.h"
 #include "generation/IconSetGenerator.h"
+#include "generation/PictureWarnings.h"
 
 namespace {
 
@@ -126,8 +126,8 @@ int runGenerate(const GenerateOptions& options) {
         report.fail({}, made.error());
         return report.finish();
     }
-    for (const QString& warning : pictureWarnings(*picture, {madeSizes(plan, options), options.fit}))
-        report.warn(warning);
+    for (const Warning& warning : pictureWarnings(*picture, {madeSizes(plan, options), options.fit}))
+        report.warn(warning.text());
     for (const QString& warning : SetWarnings::ofPlatforms(options, plan.remainingFiles()))
         report.warn(warning);
 

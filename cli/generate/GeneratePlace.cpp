@@ -1,6 +1,6 @@
 #include "cli/generate/GeneratePlace.h"
 
-#include "cli/generate/OutputTarget.h"
+#include "files/Folder.h"
 
 OutputPlace& GeneratePlace::place() {
     switch (m_options.purpose) {
@@ -19,7 +19,7 @@ OutputPlace& GeneratePlace::place() {
 Result<Done> GeneratePlace::check() const {
     const bool isOnDisk =
         m_options.purpose == GeneratePurpose::Write || m_options.purpose == GeneratePurpose::List;
-    return isOnDisk ? OutputTarget::check(m_options.out) : Done{};
+    return isOnDisk ? Folder::checkTarget(m_options.out) : Done{};
 }
 
 void GeneratePlace::finish(GenerateReport& report) {

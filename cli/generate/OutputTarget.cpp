@@ -1,34 +1,10 @@
 #include "cli/generate/OutputTarget.h"
 
-#include "base/SystemError.h"
 #include "files/FileItem.h"
 #include "files/FilePath.h"
 #include "files/PathBytes.h"
 
 #include <QProcess>
-
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-
-Result<Done> OutputTarget::check(const QString& out) {
-    if (out.isEmpty() || out.contains(QChar::Null))
-        return Error{ErrorCode::NotAPath, QStringLiteral("not a path")};
-    QString nearest = FileItem::absolutePath(out);
-    while (!FileItem::isThere(nearest) && nearest != QLatin1String("/"))
-        nearest = deletingLastPathComponent(nearest);
-    const QByteArray name = PathBytes::encoded(nearest);
-    struct stat status = {};
-    // A link that leads nowhere is no folder.
-    if (stat(name.constData(), &status) != 0)
-        return systemError(errno == ENOENT ? ENOTDIR : errno, ErrorCode::NotWritable);
-    if (!S_ISDIR(status.st_mode))
-        return systemError(ENOTDIR, ErrorCode::NotWritable);
-    if (access(name.constData(), W_OK | X_OK) != 0)
-        return systemError(errno, ErrorCode::NotWritable);
-    return Done{};
-}
 
 void OutputTarget::open(const QString& out, GenerateReport& report) {
 #ifdef Q_OS_MACOS

@@ -7,8 +7,5 @@
 QString pictureName(const std::string& path) {
     if (InputFile::isStandardInput(path))
         return QStringLiteral("icon");
-    const QString file = lastPathComponent(PathBytes::decoded(path));
-    const qsizetype dot = file.lastIndexOf(u'.');
-    const QString name = dot > 0 ? file.first(dot) : file;
-    return name == QLatin1String(".") || name == QLatin1String("..") ? file : name;
+    return nameWithoutEnding(PathBytes::decoded(path));
 }

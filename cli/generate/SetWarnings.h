@@ -2,7 +2,6 @@
 
 #include "cli/generate/GenerateOptions.h"
 #include "generation/GenerationPlan.h"
-#include "layouts/LayoutRenderer.h"
 
 #include <QStringList>
 
@@ -14,9 +13,5 @@ namespace SetWarnings {
 
 /// About the platforms' plain sets, of which `files` are written.
 QStringList ofPlatforms(const GenerateOptions& options, const std::vector<PlannedFile>& files);
-
-/// About the files of layouts, which are made from `pictures`.
-QStringList ofLayouts(const GenerateOptions& options, const std::vector<LayoutFile>& files,
-                      const LayoutPictures& pictures);
 
 } // namespace SetWarnings

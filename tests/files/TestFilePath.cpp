@@ -48,6 +48,14 @@ TEST(FilePath, a_component_is_appended_with_one_slash) {
     EXPECT_EQ(appendingPathComponent(QString(), text("b.png")), text("b.png"));
 }
 
+TEST(FilePath, a_name_loses_its_last_ending) {
+    EXPECT_EQ(nameWithoutEnding(text("/a/logo.png")), text("logo"));
+    EXPECT_EQ(nameWithoutEnding(text("logo.min.svg")), text("logo.min"));
+    EXPECT_EQ(nameWithoutEnding(text("logo")), text("logo"));
+    EXPECT_EQ(nameWithoutEnding(text(".hidden")), text(".hidden"));
+    EXPECT_EQ(nameWithoutEnding(text("...")), text("...")) << "and not the folder above";
+}
+
 TEST(FilePath, urls_are_percent_encoded_with_a_slash_after_an_existing_folder) {
     const QTemporaryDir folder;
     EXPECT_EQ(fileUrlText(folder.path()), text("file://") + folder.path() + text("/"));

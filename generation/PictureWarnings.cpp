@@ -1,4 +1,4 @@
-#include "cli/common/PictureWarnings.h"
+#include "generation/PictureWarnings.h"
 
 #include "imaging/drawing/GraphicsContext.h"
 
@@ -54,16 +54,17 @@ QString enlargement(const LoadedPicture& picture, const MadeIcons& icons) {
 }
 
 /// What becomes of a picture that is not square.
-QString fitText(const PictureFit& fit) {
+Warning fitWarning(const PictureFit& fit) {
     switch (fit.shape) {
     case PictureFit::Shape::Stretch:
         break;
     case PictureFit::Shape::Contain:
-        return QStringLiteral("is drawn whole, with two edges of its icons free");
+        return {QStringLiteral("is drawn whole, with two edges of its icons free")};
     case PictureFit::Shape::Cover:
-        return QStringLiteral("is cut off at two edges");
+        return {QStringLiteral("is cut off at two edges")};
     }
-    return QStringLiteral("will be stretched (--fit contain and --fit cover keep its shape)");
+    return {QStringLiteral("will be stretched"),
+            QStringLiteral("(--fit contain and --fit cover keep its shape)")};
 }
 
 /// Whether all pixels of a drawing of that size are transparent.
@@ -90,16 +91,24 @@ bool isEmpty(const LoadedPicture& picture) {
 
 } // namespace
 
-QStringList pictureWarnings(const LoadedPicture& picture, const MadeIcons& icons) {
-    QStringList warnings;
+std::vector<Warning> pictureWarnings(const LoadedPicture& picture, const MadeIcons& icons) {
+    std::vector<Warning> warnings;
     const QString size =
         QStringLiteral("%1 × %2").arg(number(picture.size.width()), number(picture.size.height()));
     const QString enlarged = enlargement(picture, icons);
     if (!enlarged.isEmpty())
-        warnings << QStringLiteral("the picture (%1) is %2 and will be enlarged").arg(size, enlarged);
-    if (picture.size.width() != picture.size.height())
-        warnings << QStringLiteral("the picture (%1) is not square and %2").arg(size, fitText(icons.fit));
+        warnings.push_back(
+            {QStringLiteral("the picture (%1) is %2 and will be enlarged").arg(size, enlarged)});
+    if (picture.size.width() != picture.size.height()) {
+        Warning warning = fitWarning(icons.fit);
+        warning.sentence =
+            QStringLiteral("the picture (%1) is not square and %2").arg(size, warning.sentence);
+        warnings.push_back(std::move(warning));
+    }
     if (isEmpty(picture))
-        warnings << QStringLiteral("the picture is empty: all that icons show of it is transparent");
-    return warnings + picture.warnings;
+        warnings.push_back(
+            {QStringLiteral("the picture is empty: all that icons show of it is transparent")});
+    for (const QString& sentence : picture.warnings)
+        warnings.push_back({sentence});
+    return warnings;
 }

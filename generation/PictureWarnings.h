@@ -1,10 +1,10 @@
 #pragma once
 
+#include "generation/Warning.h"
 #include "imaging/io/ImageSource.h"
 #include "imaging/pixels/PictureFit.h"
 
 #include <QSize>
-#include <QStringList>
 
 #include <vector>
 
@@ -16,4 +16,4 @@ struct MadeIcons {
 
 /// Warnings about a picture before icons are made from it: it is smaller than in one of them, it is not
 /// square, or the reader had to ignore a part of it.
-QStringList pictureWarnings(const LoadedPicture& picture, const MadeIcons& icons);
+std::vector<Warning> pictureWarnings(const LoadedPicture& picture, const MadeIcons& icons);
