@@ -3,12 +3,15 @@
 #include "imaging/svgpipe/SvgMessages.h"
 #include "imaging/svgpipe/SvgPipe.h"
 #include "svgworker/Document.h"
+#include "svgworker/Fonts.h"
 
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <span>
+#include <string>
 #include <vector>
 
 namespace {
@@ -68,11 +71,14 @@ bool reply(int socket, const Answer& answer) {
     return send(socket, bytesOf(answer), endless()) == Transfer::Done;
 }
 
-/// Reads the document and answers with its size. Null where the program has gone or the document is refused.
-std::unique_ptr<Document> openDocument(int socket, std::uint64_t size) {
+/// Reads the document and answers with its size and missing fonts. Null where the program has gone or the
+/// document is refused.
+std::unique_ptr<Document> openDocument(int socket, const Request& request) {
     // The library keeps what it needs of the bytes.
-    std::vector<std::byte> bytes(static_cast<std::size_t>(size));
-    if (receive(socket, bytes, endless()) != Transfer::Done)
+    std::vector<std::byte> bytes(static_cast<std::size_t>(request.documentBytes));
+    std::string fonts(static_cast<std::size_t>(request.fontBytes), '\0');
+    if (receive(socket, bytes, endless()) != Transfer::Done ||
+        receive(socket, std::as_writable_bytes(std::span(fonts)), endless()) != Transfer::Done)
         return nullptr;
     DrawingFailure failure;
     std::unique_ptr<Document> document = Document::read(bytes, failure);
@@ -81,6 +87,7 @@ std::unique_ptr<Document> openDocument(int socket, std::uint64_t size) {
         answer.kind = AnswerKind::Size;
         answer.width = document->width();
         answer.height = document->height();
+        answer.missingFonts = Fonts::missing(fonts);
     }
     return reply(socket, answer) ? std::move(document) : nullptr;
 }
@@ -109,7 +116,7 @@ int serve(int socket) {
         if (!isValid(request) || isDrawing != (document != nullptr) || isDrawing != (descriptor.value >= 0))
             return messageStatus;
         if (!isDrawing) {
-            document = openDocument(socket, request.documentBytes);
+            document = openDocument(socket, request);
             if (document == nullptr)
                 return 0;
         } else if (!reply(socket, drawn(*document, request, descriptor.value))) {

@@ -1,6 +1,7 @@
 #include "imaging/svg/SvgContent.h"
 
 #include "base/ShortMemory.h"
+#include "imaging/svg/SvgFonts.h"
 #include "imaging/svgpipe/SvgMessages.h"
 
 #include <QByteArrayView>
@@ -38,17 +39,37 @@ QByteArrayView localName(QByteArrayView name) {
     return name.sliced(name.lastIndexOf(':') + 1);
 }
 
+/// An element that is open.
+struct Open {
+    QByteArrayView name;
+    bool isText = false; ///< whether it is a text, or in one
+    QByteArray fontFamilies;
+    bool areFontsOfStyle = false;
+
+    /// The attribute `style` prevails.
+    void setFonts(const QByteArray& families, bool areOfStyle) {
+        if (areFontsOfStyle > areOfStyle || families == "inherit")
+            return;
+        fontFamilies = families;
+        areFontsOfStyle = areOfStyle;
+    }
+};
+
 /// Goes through the marks of a document, whether it is well-formed or not.
 class Scan {
   public:
     explicit Scan(QByteArrayView text) : m_text(text) {}
 
-    Result<QStringList> run() {
-        while (!m_error && (m_at = find("<")) < m_text.size())
+    Result<SvgContent> run() {
+        while (!m_error) {
+            const qsizetype start = m_at;
+            m_at = find("<");
+            takeCharacters(m_text.sliced(start, m_at - start));
+            if (m_at == m_text.size())
+                return content();
             takeMark();
-        if (m_error)
-            return *m_error;
-        return sentences();
+        }
+        return *m_error;
     }
 
   private:
@@ -69,7 +90,8 @@ class Scan {
         } else if (isAt("<![CDATA[")) {
             const qsizetype start = m_at;
             skipTo("]]>", 9);
-            takeText(m_text.sliced(start, m_at - start));
+            takeStyle(m_text.sliced(start, m_at - start));
+            takeCharacters(m_text.sliced(start, m_at - start));
         } else if (isAt("<?")) {
             skipTo("?>", 2);
         } else if (isAt("<!DOCTYPE")) {
@@ -117,28 +139,44 @@ class Scan {
         while (m_at < m_text.size() && !isSpace(m_text[m_at]) && m_text[m_at] != '>' && m_text[m_at] != '/')
             ++m_at;
         const QByteArrayView name = localName(m_text.sliced(start, m_at - start));
+        Open open = m_open.empty() ? Open{} : m_open.back();
+        open.isText = open.isText || name == "text";
+        open.name = name;
+        open.areFontsOfStyle = false;
         bool isConditional = false;
         while (m_at < m_text.size() && m_text[m_at] != '>' && m_text[m_at] != '<') {
             const auto [attribute, value] = takeAttribute();
-            takeValue(name, attribute, value);
+            takeValue(open, attribute, value);
             isConditional = isConditional || attribute == "requiredExtensions";
         }
         const bool isEmpty = m_text[std::min(m_at, m_text.size()) - 1] == '/';
+        if (m_at < m_text.size() && m_text[m_at] == '>')
+            ++m_at;
         // What stands in a switch has another form beside it.
-        const bool isInSwitch = !m_open.empty() && m_open.back() == "switch";
+        const bool isInSwitch = !m_open.empty() && m_open.back().name == "switch";
         if (name == "foreignObject" && !isConditional && !isInSwitch)
             m_hasForeignObject = true;
         if (isEmpty)
             return;
-        m_open.push_back(name);
+        m_open.push_back(std::move(open));
         if (++m_depth > SvgContent::maximumDepth)
             m_error =
                 tooLarge(QStringLiteral("is nested deeper than %1 elements").arg(SvgContent::maximumDepth));
         if (name == "style") {
             const qsizetype text = m_at;
             m_at = find("</");
-            takeText(m_text.sliced(text, m_at - text));
+            takeStyle(m_text.sliced(text, m_at - text));
+            for (const QByteArray& families : SvgFonts::ofStyle(m_text.sliced(text, m_at - text)))
+                m_fontsOfSheets.add(families);
         }
+    }
+
+    /// What stands between marks.
+    void takeCharacters(QByteArrayView characters) {
+        if (m_open.empty() || !m_open.back().isText || characters.trimmed().isEmpty())
+            return;
+        m_hasText = true;
+        m_fonts.add(m_open.back().fontFamilies);
     }
 
     /// The attribute that begins here; without a name at any other mark.
@@ -167,7 +205,7 @@ class Scan {
         return {name, text};
     }
 
-    void takeValue(QByteArrayView element, QByteArrayView attribute, QByteArrayView value) {
+    void takeValue(Open& open, QByteArrayView attribute, QByteArrayView value) {
         if (localName(attribute) == "href") {
             const QByteArrayView link = value.trimmed();
             const bool isInside =
@@ -175,36 +213,39 @@ class Scan {
                 link.first(std::min<qsizetype>(5, link.size())).compare("data:", Qt::CaseInsensitive) == 0;
             // An entity may stand for anything.
             if (!isInside && !link.startsWith('&') &&
-                (element == "image" || element == "feImage" || element == "use")) {
+                (open.name == "image" || open.name == "feImage" || open.name == "use")) {
                 const QString text = QString::fromUtf8(link.first(std::min<qsizetype>(link.size(), 200)));
                 if (!m_links.contains(text))
                     m_links << text;
             }
-        } else {
-            takeText(value);
+            return;
+        }
+        takeStyle(value);
+        if (attribute == "style") {
+            if (const std::vector<QByteArray> families = SvgFonts::ofStyle(value); !families.empty())
+                open.setFonts(families.back(), true);
+        } else if (attribute == "font-family") {
+            open.setFonts(value.toByteArray(), false);
         }
     }
 
-    void takeText(QByteArrayView style) { m_hasVariables = m_hasVariables || style.contains("var("); }
+    void takeStyle(QByteArrayView style) { m_hasVariables = m_hasVariables || style.contains("var("); }
 
-    QStringList sentences() const {
-        QStringList found;
-        constexpr qsizetype mostNames = 3;
-        if (!m_links.isEmpty()) {
-            const QString names =
-                m_links.first(std::min(mostNames, m_links.size())).join(QLatin1String(", "));
-            found << (m_links.size() > mostNames
-                          ? QStringLiteral(
-                                "the picture shows nothing of the files that it links to: %1 and %2 more")
-                                .arg(names)
-                                .arg(m_links.size() - mostNames)
-                          : QStringLiteral("the picture shows nothing of the files that it links to: %1")
-                                .arg(names));
-        }
+    SvgContent content() {
+        SvgContent found;
+        if (!m_links.isEmpty())
+            found.leftOut << QStringLiteral("the picture shows nothing of the files that it links to: %1")
+                                 .arg(SvgContent::listed(m_links));
         if (m_hasForeignObject)
-            found << QStringLiteral("the picture's foreignObject is left out");
+            found.leftOut << QStringLiteral("the picture's foreignObject is left out");
         if (m_hasVariables)
-            found << QStringLiteral("the picture has styles with var(), which are left out");
+            found.leftOut << QStringLiteral("the picture has styles with var(), which are left out");
+        // Which texts a style sheet means is not looked at.
+        if (m_hasText) {
+            for (const QStringList& names : m_fontsOfSheets.lists())
+                m_fonts.add(names);
+            found.fonts = m_fonts.lists();
+        }
         return found;
     }
 
@@ -212,7 +253,10 @@ class Scan {
     qsizetype m_at = 0;
     std::optional<Error> m_error;
     int m_depth = 0;
-    std::vector<QByteArrayView> m_open; ///< the names of the elements that are open
+    std::vector<Open> m_open;
+    bool m_hasText = false;
+    SvgFonts m_fonts;         ///< of texts, by their attributes
+    SvgFonts m_fontsOfSheets; ///< of style sheets
     QStringList m_links;
     bool m_hasForeignObject = false;
     bool m_hasVariables = false;
@@ -220,7 +264,13 @@ class Scan {
 
 } // namespace
 
-Result<QStringList> SvgContent::leftOut(const QByteArray& document) {
+QString SvgContent::listed(const QStringList& names) {
+    constexpr qsizetype most = 3;
+    const QString first = names.first(std::min(most, names.size())).join(QLatin1String(", "));
+    return names.size() > most ? QStringLiteral("%1 and %2 more").arg(first).arg(names.size() - most) : first;
+}
+
+Result<SvgContent> SvgContent::of(const QByteArray& document) {
     if (static_cast<std::uint64_t>(document.size()) > SvgPipe::mostDocumentBytes)
         return tooLarge(QStringLiteral("is larger than %1 MiB").arg(SvgPipe::mostDocumentBytes >> 20));
     return unlessMemoryIsShort([&] {

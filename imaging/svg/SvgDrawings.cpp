@@ -70,8 +70,11 @@ class SvgDrawings::Operation {
     SvgRequest* m_request;
 };
 
-SvgDrawings::SvgDrawings(QByteArray document, const Options& options)
-    : m_document(std::move(document)), m_limit(options.time), m_memory(leastMemory) {
+SvgDrawings::SvgDrawings(QByteArray document, QByteArray fonts, const Options& options)
+    : m_document(std::move(document)),
+      m_fonts(std::move(fonts)),
+      m_limit(options.time),
+      m_memory(leastMemory) {
     // Where each drawing counts on its own, nobody knows which of them will be asked for.
     if (!m_limit.isForEachDrawing)
         m_renders = options.renders;
@@ -80,8 +83,9 @@ SvgDrawings::SvgDrawings(QByteArray document, const Options& options)
         m_memory = std::max(m_memory, rastersOfMemory * bytesOf(icon));
 }
 
-Result<std::unique_ptr<SvgDrawings>> SvgDrawings::open(const QByteArray& document, const Options& options) {
-    std::unique_ptr<SvgDrawings> drawings(new SvgDrawings(document, options));
+Result<std::unique_ptr<SvgDrawings>> SvgDrawings::open(const QByteArray& document, const QByteArray& fonts,
+                                                       const Options& options) {
+    std::unique_ptr<SvgDrawings> drawings(new SvgDrawings(document, fonts, options));
     const Operation operation(*drawings);
     if (const Result<Done> ready = drawings->prepare(); !ready) {
         drawings->stop();
@@ -115,10 +119,6 @@ Result<Done> SvgDrawings::prepare() {
 
 Result<Done> SvgDrawings::startWorkers() {
     const bool isShared = m_renders.sizes && m_renders.sizes->size() > 1 && QThread::idealThreadCount() > 1;
-    Request request;
-    request.documentBytes = static_cast<std::uint64_t>(m_document.size());
-    const auto bytes =
-        std::as_bytes(std::span(m_document.constData(), static_cast<std::size_t>(m_document.size())));
     for (int i = 0; i < (isShared ? 2 : 1); ++i) {
         Result<std::unique_ptr<SvgWorker>> worker =
             SvgWorker::start({m_seconds - (processorTime() - m_origin), m_memory});
@@ -127,12 +127,18 @@ Result<Done> SvgDrawings::startWorkers() {
         m_stations.push_back({std::move(*worker), {}});
     }
     for (Station& station : m_stations) {
-        const int socket = station.worker->socket();
-        Transfer transfer = send(socket, SvgPipe::bytesOf(request), patience());
-        if (transfer == Transfer::Done)
-            transfer = send(socket, bytes, patience());
-        if (transfer != Transfer::Done)
-            return failed(station, transfer);
+        // The first worker looks for the fonts.
+        const QByteArray fonts = std::exchange(m_fonts, {});
+        Request request;
+        request.documentBytes = static_cast<std::uint64_t>(m_document.size());
+        request.fontBytes = static_cast<std::uint64_t>(fonts.size());
+        for (const std::span<const std::byte> bytes :
+             {SvgPipe::bytesOf(request), std::as_bytes(std::span(m_document)),
+              std::as_bytes(std::span(fonts))}) {
+            const Transfer transfer = send(station.worker->socket(), bytes, patience());
+            if (transfer != Transfer::Done)
+                return failed(station, transfer);
+        }
     }
     return askAhead();
 }
@@ -147,6 +153,7 @@ Result<Done> SvgDrawings::readSize(Station& station) {
         return refusal(answer);
     station.hasSize = true;
     m_size = QSizeF(answer.width, answer.height);
+    m_missingFonts |= answer.missingFonts;
     return Done{};
 }
 

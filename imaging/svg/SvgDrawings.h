@@ -27,12 +27,16 @@ class SvgDrawings {
         SvgTimeLimit time;
     };
 
-    /// Starts the workers, has the document read, and draws it once. `document` is not compressed.
-    /// TakesTooLong, Damaged, Unsupported, OutOfMemory.
-    static Result<std::unique_ptr<SvgDrawings>> open(const QByteArray& document, const Options& options);
+    /// Starts the workers, has the document read, and draws it once. `document` is not compressed. `fonts`
+    /// are lists of font families as a worker reads them. TakesTooLong, Damaged, Unsupported, OutOfMemory.
+    static Result<std::unique_ptr<SvgDrawings>> open(const QByteArray& document, const QByteArray& fonts,
+                                                     const Options& options);
 
     /// The document's size in CSS pixels.
     const QSizeF& size() const { return m_size; }
+
+    /// The lists of which no font is installed; bit 0 is the first.
+    std::uint64_t missingFonts() const { return m_missingFonts; }
 
     /// The document on a new raster of width × height pixels, stretched into the viewport there. Fails as
     /// `open` does, and at once where the same drawing has failed within the same limit. It may wait for the
@@ -60,7 +64,7 @@ class SvgDrawings {
     };
     class Operation;
 
-    SvgDrawings(QByteArray document, const Options& options);
+    SvgDrawings(QByteArray document, QByteArray fonts, const Options& options);
 
     Result<Done> prepare();
     Result<Done> startWorkers();
@@ -82,6 +86,8 @@ class SvgDrawings {
     bool wait(int socket, short event);
 
     QByteArray m_document;
+    QByteArray m_fonts; ///< until a worker has been asked
+    std::uint64_t m_missingFonts = 0;
     SvgTimeLimit m_limit;
     ReducedCopies::Renders m_renders;
     QSizeF m_size;

@@ -9,8 +9,9 @@
 /// The messages between a program and its SVG worker. Each is a record of a fixed size in the byte order of
 /// the machine, since both ends run on it.
 ///
-/// The program sends the document's record and the document's bytes; the worker answers with the document's
-/// size. Then each request for a drawing is answered, in order. Any request may be answered with a refusal.
+/// The program sends the document's record, the document's bytes, and lists of font families; the worker
+/// answers with the document's size and the lists of which no font is installed. Then each request for a
+/// drawing is answered, in order. Any request may be answered with a refusal.
 namespace SvgPipe {
 
 inline constexpr std::uint32_t requestMark = 0x71766754;
@@ -18,6 +19,9 @@ inline constexpr std::uint32_t answerMark = 0x61766754;
 
 /// The largest document, unpacked, in bytes.
 inline constexpr std::uint64_t mostDocumentBytes = 64 << 20;
+/// The most lists of font families, and the most bytes of them all: UTF-8, a line each, tabs between names.
+inline constexpr std::size_t mostFontLists = 64;
+inline constexpr std::uint64_t mostFontBytes = 256 << 10;
 /// The longest side of a drawing, and the most of its pixels.
 inline constexpr std::int32_t longestSide = 1000000;
 inline constexpr std::int64_t mostPixels = 16384LL * 16384LL;
@@ -38,13 +42,14 @@ struct Request {
     std::uint32_t mark = requestMark;
     RequestKind kind = RequestKind::Document;
     std::uint64_t documentBytes = 0; ///< of the document that follows
+    std::uint64_t fontBytes = 0;     ///< of the lists of font families that follow it
     /// A drawing's size in pixels. A descriptor for 4 × width × height bytes of shared memory comes along.
     std::int32_t width = 0;
     std::int32_t height = 0;
     /// Where the document lies on the drawing, in pixels.
     std::array<double, 4> viewport = {};
 };
-static_assert(sizeof(Request) == 56 && std::is_trivially_copyable_v<Request>);
+static_assert(sizeof(Request) == 64 && std::is_trivially_copyable_v<Request>);
 
 enum class AnswerKind : std::uint32_t { Size = 1, Drawn = 2, Refused = 3 };
 
@@ -63,7 +68,8 @@ struct Answer {
     std::uint32_t textLength = 0;
     double width = 0; ///< of the document, in CSS pixels
     double height = 0;
-    std::array<char, 480> text = {}; ///< UTF-8
+    std::uint64_t missingFonts = 0;  ///< bit 0: of the first list no font is installed
+    std::array<char, 472> text = {}; ///< UTF-8
 };
 static_assert(sizeof(Answer) == 512 && std::is_trivially_copyable_v<Answer>);
 
@@ -72,7 +78,7 @@ inline bool isValid(const Request& request) {
     if (request.mark != requestMark)
         return false;
     if (request.kind == RequestKind::Document)
-        return request.documentBytes <= mostDocumentBytes;
+        return request.documentBytes <= mostDocumentBytes && request.fontBytes <= mostFontBytes;
     bool isFinite = true;
     for (const double number : request.viewport)
         isFinite = isFinite && std::isfinite(number);

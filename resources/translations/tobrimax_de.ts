@@ -12,6 +12,10 @@
         <translation>SVG-Bilder</translation>
     </message>
     <message>
+        <source>fonts of SVG pictures</source>
+        <translation>Schriften in SVG-Bildern</translation>
+    </message>
+    <message>
         <source>limits of what draws SVG pictures</source>
         <translation>Grenzen des Programms, das SVG-Bilder zeichnet</translation>
     </message>

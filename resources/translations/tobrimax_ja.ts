@@ -12,6 +12,10 @@
         <translation>SVG 画像</translation>
     </message>
     <message>
+        <source>fonts of SVG pictures</source>
+        <translation>SVG 画像のフォント</translation>
+    </message>
+    <message>
         <source>limits of what draws SVG pictures</source>
         <translation>SVG 画像を描くプログラムの制限</translation>
     </message>

@@ -1,5 +1,9 @@
 #include "tests/cli/CliTest.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <utility>
 
 namespace {
@@ -76,6 +80,27 @@ TEST_F(Warnings, tell_of_a_drawing_that_is_not_square) {
     const QStringList lines = warned(drawing(u"tall.svg"_s, 10, 20), u"iphone"_s);
     ASSERT_EQ(lines.size(), 1);
     EXPECT_TRUE(lines[0].contains(u"not square"_s)) << lines[0].toStdString();
+}
+
+TEST_F(Warnings, tell_of_all_that_a_drawing_lacks) {
+    const QString lacking = file(
+        u"lacking.svg"_s,
+        "<svg xmlns='http://www.w3.org/2000/svg' width='99' height='99'><rect width='99' height='99'/>"
+        "<text y='50' font-family='No Such Font, serif' fill='var(--a)'>a</text><image href='a.png'/></svg>");
+    const QStringList lines = warned(lacking, u"mac"_s);
+    ASSERT_EQ(lines.size(), 3);
+    EXPECT_EQ(lines[0],
+              u"tobrimax-cli: warning: the picture shows nothing of the files that it links to: a.png"_s);
+    EXPECT_EQ(lines[1], u"tobrimax-cli: warning: the picture has styles with var(), which are left out"_s);
+    EXPECT_EQ(lines[2],
+              u"tobrimax-cli: warning: the picture's text is drawn with other fonts, since these are not "
+              "installed: No Such Font"_s);
+    const QJsonObject document =
+        QJsonDocument::fromJson(generate(lacking, {u"--platform"_s, u"mac"_s, u"--json"_s}).output).object();
+    QStringList inDocument;
+    for (const QJsonValue warning : document[u"warnings"_s].toArray())
+        inDocument << u"tobrimax-cli: warning: "_s + warning.toString();
+    EXPECT_EQ(inDocument, lines);
 }
 
 TEST_F(Warnings, measure_a_turned_photograph_upright) {

@@ -52,6 +52,16 @@ TEST_F(PictureCaptionTest, warns_of_transparency_where_the_store_refuses_it) {
     }
 }
 
+TEST_F(PictureCaptionTest, warns_of_what_a_drawing_lacks) {
+    controller->imgViewIcon->takePicture(
+        "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><rect width='9' height='9'/>"
+        "<text font-family='No Such Font'>a</text><image href='a.png'/></svg>");
+    EXPECT_EQ(said().mid(1),
+              QStringList({QStringLiteral("The picture shows nothing of the files that it links to: a.png."),
+                           QStringLiteral("The picture's text is drawn with other fonts, since these are not "
+                                          "installed: No Such Font.")}));
+}
+
 TEST_F(PictureCaptionTest, says_why_a_picture_could_not_be_read) {
     drop(pictureFile());
     drop(textFile());

@@ -12,8 +12,8 @@ QByteArray svg(const QByteArray& content) {
 }
 
 std::string warnings(const QByteArray& content) {
-    const Result<QStringList> found = SvgContent::leftOut(svg(content));
-    return found ? found->join(QLatin1String("; ")).toStdString()
+    const Result<SvgContent> found = SvgContent::of(svg(content));
+    return found ? found->leftOut.join(QLatin1String("; ")).toStdString()
                  : "error: " + found.error().sentence.toStdString();
 }
 
@@ -52,9 +52,9 @@ TEST(SvgContent, it_may_be_in_utf_16) {
     const QString text = QString::fromUtf8(svg("<image href='a.png'/>"));
     const QByteArray bytes("\xff\xfe" +
                            QByteArray(reinterpret_cast<const char*>(text.utf16()), 2 * text.size()));
-    const Result<QStringList> found = SvgContent::leftOut(bytes);
+    const Result<SvgContent> found = SvgContent::of(bytes);
     ASSERT_TRUE(found);
-    EXPECT_EQ(found->size(), 1);
+    EXPECT_EQ(found->leftOut.size(), 1);
 }
 
 TEST(SvgContent, nesting_has_a_limit) {
@@ -76,7 +76,7 @@ TEST(SvgContent, broken_documents_come_to_an_end) {
     const QByteArray whole = "<!DOCTYPE svg [<!ENTITY a \"b\"><!-- c --><?d e?>]>" +
                              svg("<g a='b' c=\"d\" e f=g/><style>h</style><![CDATA[i]]><!-- j --><?k l?>");
     for (qsizetype length = 0; length <= whole.size(); ++length) {
-        EXPECT_TRUE(SvgContent::leftOut(whole.left(length))) << length;
-        EXPECT_TRUE(SvgContent::leftOut(whole.mid(length))) << length;
+        EXPECT_TRUE(SvgContent::of(whole.left(length))) << length;
+        EXPECT_TRUE(SvgContent::of(whole.mid(length))) << length;
     }
 }

@@ -85,7 +85,7 @@ int main() {
         int descriptor = -1;
         if (receive(workerEnd, writableBytesOf(request), endless(), &descriptor) != Transfer::Done)
             return 0;
-        std::vector<std::byte> document(static_cast<std::size_t>(request.documentBytes));
+        std::vector<std::byte> document(static_cast<std::size_t>(request.documentBytes + request.fontBytes));
         if (receive(workerEnd, document, endless()) != Transfer::Done)
             return 0;
         ::close(descriptor);
