@@ -1,7 +1,12 @@
-"""Compares drawings of SVG files: svg_themes.py TOBRIMAX_CLI FOLDER…"""
+"""Compares drawings of SVG files: svg_themes.py TOBRIMAX_CLI MOST FOLDER…
+
+Of each folder it takes MOST files, evenly from all of them in the order of their paths; 0 for all. A file that is there
+twice counts once.
+"""
 
 import collections
 import concurrent.futures
+import hashlib
 import os
 import pathlib
 import subprocess
@@ -53,10 +58,25 @@ def finding(program, path, size):
         return ("differs", f"{difference:.1f} levels") if difference > MOST_LEVELS else ("same", "")
 
 
+def documents(folder, most, seen):
+    """The paths of SVG files in the folder whose bytes are not in `seen`, which gets them."""
+    found = []
+    for path in sorted({path.resolve() for path in pathlib.Path(folder).rglob("*.svg*")
+                        if path.suffix in (".svg", ".svgz") and path.is_file()}):
+        digest = hashlib.sha256(path.read_bytes()).digest()
+        if digest not in seen:
+            seen.add(digest)
+            found.append(path)
+    if not 0 < most < len(found):
+        return found
+    return [found[i * len(found) // most] for i in range(most)]
+
+
 def main():
-    program, *folders = sys.argv[1:]
-    paths = sorted({path.resolve() for folder in folders for path in pathlib.Path(folder).rglob("*.svg*")
-                    if path.suffix in (".svg", ".svgz") and path.is_file()})
+    program, most, *folders = sys.argv[1:]
+    seen = set()
+    by_folder = [documents(folder, int(most), seen) for folder in folders]
+    paths = [path for folder in by_folder for path in folder]
     counts = collections.Counter()
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         jobs = [(path, size) for path in paths for size in SIZES]
@@ -64,7 +84,7 @@ def main():
             counts[kind] += 1
             if kind not in ("same", "not drawn by rsvg-convert"):
                 print(f"{kind} at {size}: {path}: {said}", flush=True)
-    print(f"{len(paths)} files at {len(SIZES)} sizes: " + ", ".join(f"{count} {kind}" for kind, count in counts.most_common()))
+    print(f"{len(paths)} of {len(seen)} files in {sum(map(bool, by_folder))} folders at {len(SIZES)} sizes: " + ", ".join(f"{count} {kind}" for kind, count in counts.most_common()))
     return 0 if set(counts) <= {"same", "not drawn by rsvg-convert"} else 1
 
 
