@@ -1,4 +1,5 @@
 #include "tests/cli/CliTest.h"
+#include "tests/support/Pictures.h"
 
 #include <QFileInfo>
 
@@ -71,9 +72,7 @@ TEST_F(ExportCommand, the_limit_for_drawings_is_a_whole_number_of_seconds) {
 }
 
 TEST_F(ExportCommand, a_drawing_that_takes_longer_than_the_limit_is_refused) {
-    const QString slow = file(
-        u"slow.svg"_s, "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"100\" height=\"100\">" +
-                           QByteArray("<circle r=\"1e9\" fill-opacity=\".01\"/>").repeated(500) + "</svg>");
+    const QString slow = file(u"slow.svg"_s, Pictures::slowSvg());
     const ProcessResult result =
         run({slow, u"--format"_s, u"png"_s, u"--out"_s, u"slow.png"_s, u"--svg-limit"_s, u"1"_s});
     expectOneError(result, u"the picture takes more than 1 s to draw"_s);

@@ -90,6 +90,15 @@ int Pictures::largestDifference(const QImage& a, const QImage& b) {
     return largest;
 }
 
+QByteArray Pictures::slowSvg() {
+    QByteArray line;
+    for (int i = 0; i < 10000; ++i)
+        line += 'L' + QByteArray::number(37 * i % 100) + ' ' + QByteArray::number(61 * i % 97);
+    return "<svg xmlns='http://www.w3.org/2000/svg' width='100' height='100'><path fill='none' stroke='#000' "
+           "stroke-width='60' d='M0 0" +
+           line + "'/></svg>";
+}
+
 QImage Pictures::mirroredLeftRight(const QImage& raster) {
     QImage result = empty(raster.width(), raster.height());
     for (int y = 0; y < raster.height(); ++y) {

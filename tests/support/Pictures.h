@@ -2,6 +2,7 @@
 
 #include "imaging/image/Image.h"
 
+#include <QByteArray>
 #include <QColor>
 #include <QImage>
 
@@ -27,6 +28,9 @@ Image image(const QImage& raster);
 
 /// An image of that raster with its reduced copies, like the image of a loaded picture.
 Image loadedImage(const QImage& raster);
+
+/// An SVG document of 60 KB that takes minutes to draw, in any size: a broad line crosses itself everywhere.
+QByteArray slowSvg();
 
 /// The four bytes of a pixel.
 struct Pixel {

@@ -20,14 +20,6 @@ namespace {
 const QByteArray document =
     "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><rect width='9' height='9'/></svg>";
 
-/// What takes far longer than any limit here.
-QByteArray slowDocument() {
-    QByteArray content;
-    for (int i = 0; i < 400; ++i)
-        content += "<circle r='1e9' fill-opacity='.01'/>";
-    return "<svg xmlns='http://www.w3.org/2000/svg' width='100' height='100'>" + content + "</svg>";
-}
-
 /// A drawing that takes some milliseconds.
 QByteArray blurredDocument() {
     return "<svg xmlns='http://www.w3.org/2000/svg' width='400' height='400'><filter id='f'><feGaussianBlur "
@@ -184,7 +176,7 @@ TEST(SvgWorker, a_missing_program_is_told_with_its_path) {
 
 TEST(SvgWorker, a_slow_document_ends_with_the_limit) {
     const double before = secondsOfChildren();
-    const Error error = errorOf(slowDocument(), limited(1));
+    const Error error = errorOf(Pictures::slowSvg(), limited(1));
     EXPECT_EQ(error.code, ErrorCode::TakesTooLong) << error.sentence.toStdString();
     EXPECT_LT(secondsOfChildren() - before, 2);
 }
