@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -151,6 +152,13 @@ bool LayoutPictures::has(LayoutPicture picture) const {
     return false;
 }
 
+LayoutPicture LayoutPictures::drawnFor(LayoutPicture wanted, const std::set<LayoutPicture>& given) {
+    if (given.contains(wanted))
+        return wanted;
+    return wanted == LayoutPicture::Monochrome ? drawnFor(LayoutPicture::Foreground, given)
+                                               : LayoutPicture::Main;
+}
+
 int LayoutRenderer::shapeSide(const LayoutFile& file, const QSize& size) {
     const int side = std::min(size.width(), size.height());
     const int margin = static_cast<int>(std::lround(side * (1 - file.inset) / 2));
@@ -158,18 +166,20 @@ int LayoutRenderer::shapeSide(const LayoutFile& file, const QSize& size) {
 }
 
 const Image& LayoutRenderer::source(LayoutPicture picture) const {
-    switch (picture) {
-    case LayoutPicture::Main:
-    case LayoutPicture::None:
-        break;
-    case LayoutPicture::Dark:
-        return m_pictures.dark ? *m_pictures.dark : m_pictures.main;
-    case LayoutPicture::Tinted:
-        return m_pictures.tinted ? *m_pictures.tinted : m_pictures.main;
-    case LayoutPicture::Foreground:
-        return m_pictures.foreground ? *m_pictures.foreground : m_pictures.main;
-    case LayoutPicture::Monochrome:
-        return m_pictures.monochrome ? *m_pictures.monochrome : source(LayoutPicture::Foreground);
+    const std::pair<LayoutPicture, const std::optional<Image>&> others[] = {
+        {LayoutPicture::Dark, m_pictures.dark},
+        {LayoutPicture::Tinted, m_pictures.tinted},
+        {LayoutPicture::Foreground, m_pictures.foreground},
+        {LayoutPicture::Monochrome, m_pictures.monochrome}};
+    std::set<LayoutPicture> given;
+    for (const auto& [other, image] : others) {
+        if (image)
+            given.insert(other);
+    }
+    const LayoutPicture drawn = LayoutPictures::drawnFor(picture, given);
+    for (const auto& [other, image] : others) {
+        if (other == drawn)
+            return *image;
     }
     return m_pictures.main;
 }

@@ -10,6 +10,7 @@
 #include <QImage>
 
 #include <optional>
+#include <set>
 
 /// The pictures that were given for a layout.
 struct LayoutPictures {
@@ -22,6 +23,9 @@ struct LayoutPictures {
 
     /// Whether that picture was given.
     bool has(LayoutPicture picture) const;
+
+    /// The picture that is drawn where `wanted` is, of those that were given beside the main one.
+    static LayoutPicture drawnFor(LayoutPicture wanted, const std::set<LayoutPicture>& given);
 };
 
 /// Draws the pictures of a layout's files.

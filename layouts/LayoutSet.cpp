@@ -32,11 +32,16 @@ Result<LayoutSet> LayoutSet::load(const QStringList& names, const QString& out, 
     return set;
 }
 
-std::vector<QSizeF> LayoutSet::renders() const {
-    std::vector<QSizeF> renders;
-    for (const Layout& layout : m_layouts)
-        std::ranges::copy(LayoutWriter::renders(layout.files), std::back_inserter(renders));
-    return renders;
+std::vector<QSizeF> LayoutSet::renders(LayoutPicture picture, const std::set<LayoutPicture>& given) const {
+    std::vector<LayoutFile> files;
+    for (const Layout& layout : m_layouts) {
+        std::ranges::copy_if(layout.files, std::back_inserter(files), [&](const LayoutFile& file) {
+            const bool isWritten = !file.isOnlyIfGiven || given.contains(file.picture);
+            return isWritten && file.picture != LayoutPicture::None &&
+                   LayoutPictures::drawnFor(file.picture, given) == picture;
+        });
+    }
+    return LayoutWriter::renders(files);
 }
 
 std::vector<QSize> LayoutSet::sizes() const {

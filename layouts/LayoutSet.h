@@ -20,8 +20,9 @@ class LayoutSet {
 
     const std::vector<Layout>& layouts() const { return m_layouts; }
 
-    /// The sizes in which pictures will be drawn.
-    std::vector<QSizeF> renders() const;
+    /// The sizes in which `picture` will be drawn, in their order, where it and the pictures `given` are
+    /// there beside the main one.
+    std::vector<QSizeF> renders(LayoutPicture picture, const std::set<LayoutPicture>& given) const;
     /// The sizes of all icons, in pixels.
     std::vector<QSize> sizes() const;
     /// The files that are written with these pictures.

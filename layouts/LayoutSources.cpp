@@ -2,13 +2,27 @@
 
 #include "generation/PictureWarnings.h"
 
-#include <utility>
+#include <optional>
+#include <set>
 
 Result<SourcedPictures> loadedPictures(const LayoutSet& set, const PictureFit& fit,
                                        const LayoutSources& sources, QString& failed) {
-    const ReducedCopies::Renders renders{set.renders(), fit};
     SourcedPictures result;
-    const Result<LoadedPicture> main = sources.main.load(renders);
+    struct Other {
+        LayoutPicture picture;
+        const LayoutSources::Source& source;
+        std::optional<Image>& image;
+    };
+    const Other others[] = {{LayoutPicture::Dark, sources.dark, result.pictures.dark},
+                            {LayoutPicture::Tinted, sources.tinted, result.pictures.tinted},
+                            {LayoutPicture::Foreground, sources.foreground, result.pictures.foreground},
+                            {LayoutPicture::Monochrome, sources.monochrome, result.pictures.monochrome}};
+    std::set<LayoutPicture> given;
+    for (const Other& other : others) {
+        if (other.source.load)
+            given.insert(other.picture);
+    }
+    const Result<LoadedPicture> main = sources.main.load({set.renders(LayoutPicture::Main, given), fit});
     if (!main) {
         failed = sources.main.path;
         return main.error();
@@ -17,15 +31,10 @@ Result<SourcedPictures> loadedPictures(const LayoutSet& set, const PictureFit& f
     result.warnings = pictureWarnings(*main, {set.sizes(), fit});
     if (main->isDrawing && sources.document)
         result.pictures.document = sources.document();
-    const std::pair<const LayoutSources::Source&, std::optional<Image>&> others[] = {
-        {sources.dark, result.pictures.dark},
-        {sources.tinted, result.pictures.tinted},
-        {sources.foreground, result.pictures.foreground},
-        {sources.monochrome, result.pictures.monochrome}};
-    for (const auto& [source, image] : others) {
+    for (const auto& [kind, source, image] : others) {
         if (!source.load)
             continue;
-        const Result<LoadedPicture> picture = source.load(renders);
+        const Result<LoadedPicture> picture = source.load({set.renders(kind, given), fit});
         if (!picture) {
             failed = source.path;
             return picture.error();
