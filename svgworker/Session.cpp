@@ -18,6 +18,13 @@ namespace {
 
 using namespace SvgPipe;
 
+#ifdef MAP_POPULATE
+// All of its pages are written.
+constexpr int mapFlags = MAP_SHARED | MAP_POPULATE;
+#else
+constexpr int mapFlags = MAP_SHARED;
+#endif
+
 /// A descriptor that came along with a request, if any. Closes it.
 class ReceivedDescriptor {
   public:
@@ -40,7 +47,7 @@ class SharedPixels {
                  static_cast<std::size_t>(request.height)) {
         struct stat state {};
         if (::fstat(descriptor, &state) == 0 && static_cast<std::uint64_t>(state.st_size) >= m_size) {
-            void* memory = ::mmap(nullptr, m_size, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
+            void* memory = ::mmap(nullptr, m_size, PROT_READ | PROT_WRITE, mapFlags, descriptor, 0);
             m_pixels = memory != MAP_FAILED ? static_cast<std::uint8_t*>(memory) : nullptr;
         }
     }
