@@ -272,6 +272,13 @@ Result<QImage> SvgDrawings::draw(const Request& drawing) {
     if (failure != m_failures.end())
         return failure->error;
     Result<QImage> raster = drawn(drawing);
+    // A font that has failed in a drawing fails in all later ones of that process, whatever their size. So
+    // this one is the first of another process.
+    if (!raster && !m_isBroken && raster.error().code == ErrorCode::Damaged) {
+        stop();
+        m_planned.clear();
+        raster = drawn(drawing);
+    }
     // A worker that refuses one drawing may well make another.
     if (std::exchange(m_isBroken, false)) {
         stop();

@@ -268,6 +268,22 @@ TEST(SvgWorker, what_is_drawn_ahead_is_what_is_drawn_on_request) {
     }
 }
 
+TEST(SvgWorker, letters_too_large_for_the_library_of_fonts_do_not_spoil_later_drawings) {
+    const QByteArray letters = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'>"
+                               "<text y='9' font-size='16'>a</text></svg>";
+    const Result<std::shared_ptr<const SvgDocument>> alone = SvgDocument::fromBytes(letters);
+    const Result<std::shared_ptr<const SvgDocument>> ahead = SvgDocument::fromBytes(
+        letters,
+        {{{QSizeF(1000, 1000), QSizeF(16, 16), QSizeF(1024, 1024), QSizeF(32, 32), QSizeF(1024, 1024)}}, {}});
+    ASSERT_TRUE(alone && ahead);
+    for (const int side : {1000, 16, 1024, 32, 1024, 16}) {
+        for (const SvgDocument* svg : {alone->get(), ahead->get()}) {
+            const Result<QImage> raster = drawn(*svg, side);
+            EXPECT_TRUE(raster) << side << ": " << raster.error().sentence.toStdString();
+        }
+    }
+}
+
 TEST(SvgWorker, a_limit_of_the_library_is_told_as_one) {
     QByteArray defs = "<g id='a0'><rect width='1' height='1'/></g>";
     for (int i = 1; i < 9; ++i)
