@@ -35,6 +35,21 @@ double workOf(const Request& request) {
     return static_cast<double>(bytesOf(request)) + samePart;
 }
 
+const Request& requestOf(const Request& request) {
+    return request;
+}
+
+template <typename Drawing>
+const Request& requestOf(const Drawing& drawing) {
+    return drawing.request;
+}
+
+/// Where a list has that drawing, or its end.
+template <typename List>
+auto placeOf(const Request& request, List& list) {
+    return std::ranges::find_if(list, [&](const auto& one) { return areSame(requestOf(one), request); });
+}
+
 } // namespace
 
 /// One call from outside. It decides where the count of time begins.
@@ -112,8 +127,7 @@ Result<Done> SvgDrawings::prepare() {
         return asked;
     if (Result<Done> finished = finish(first); !finished)
         return finished;
-    const auto found = std::ranges::find_if(
-        m_finished, [&](const Drawing& drawing) { return areSame(drawing.request, first); });
+    const auto found = placeOf(first, m_finished);
     return found != m_finished.end() && found->isRefused ? Result<Done>(found->error) : Done{};
 }
 
@@ -215,9 +229,9 @@ Result<Done> SvgDrawings::finishNext(Station& station) {
 
 /// Waits until a drawing that was asked for is finished.
 Result<Done> SvgDrawings::finish(const Request& request) {
-    const auto isWanted = [&](const Drawing& drawing) { return areSame(drawing.request, request); };
     for (Station& station : m_stations) {
-        while (std::ranges::none_of(m_finished, isWanted) && std::ranges::any_of(station.asked, isWanted)) {
+        while (placeOf(request, m_finished) == m_finished.end() &&
+               placeOf(request, station.asked) != station.asked.end()) {
             if (Result<Done> finished = finishNext(station); !finished)
                 return finished;
         }
@@ -225,40 +239,29 @@ Result<Done> SvgDrawings::finish(const Request& request) {
     return Done{};
 }
 
-std::optional<SvgDrawings::Drawing> SvgDrawings::taken(const Request& request) {
-    const auto found = std::ranges::find_if(
-        m_finished, [&](const Drawing& drawing) { return areSame(drawing.request, request); });
-    if (found == m_finished.end())
-        return std::nullopt;
-    Drawing drawing = std::move(*found);
-    m_finished.erase(found);
-    return drawing;
-}
-
 Result<QImage> SvgDrawings::drawn(const Request& request) {
     if (m_stations.empty()) {
         if (const Result<Done> started = startWorkers(); !started)
             return started.error();
     }
-    const auto isWanted = [&](const Drawing& drawing) { return areSame(drawing.request, request); };
-    const bool isAsked = std::ranges::any_of(m_finished, isWanted) ||
+    const bool isAsked = placeOf(request, m_finished) != m_finished.end() ||
                          std::ranges::any_of(m_stations, [&](const Station& station) {
-                             return std::ranges::any_of(station.asked, isWanted);
+                             return placeOf(request, station.asked) != station.asked.end();
                          });
     if (!isAsked) {
-        const auto planned =
-            std::ranges::find_if(m_planned, [&](const Request& other) { return areSame(other, request); });
-        if (planned != m_planned.end())
+        if (const auto planned = placeOf(request, m_planned); planned != m_planned.end())
             m_planned.erase(planned);
         if (const Result<Done> asked = ask(request); !asked)
             return asked.error();
     }
     if (const Result<Done> finished = finish(request); !finished)
         return finished.error();
-    const std::optional<Drawing> drawing = taken(request);
+    const auto found = placeOf(request, m_finished);
+    const Drawing drawing = std::move(*found);
+    m_finished.erase(found);
     if (const Result<Done> asked = askAhead(); !asked)
         return asked.error();
-    return drawing->isRefused ? Result<QImage>(drawing->error) : drawing->raster.image();
+    return drawing.isRefused ? Result<QImage>(drawing.error) : drawing.raster.image();
 }
 
 Result<QImage> SvgDrawings::draw(const Request& drawing) {

@@ -14,7 +14,6 @@
 
 #include <deque>
 #include <memory>
-#include <optional>
 #include <vector>
 
 /// Draws one SVG document by workers. Where the sizes of its drawings are known, the workers draw ahead, in
@@ -73,7 +72,6 @@ class SvgDrawings {
     Result<Done> askAhead();
     Result<Done> finishNext(Station& station);
     Result<Done> finish(const SvgPipe::Request& request);
-    std::optional<Drawing> taken(const SvgPipe::Request& request);
     Result<QImage> drawn(const SvgPipe::Request& request);
     Error refusal(const SvgPipe::Answer& answer) const;
     Error failed(Station& station, SvgPipe::Transfer transfer);

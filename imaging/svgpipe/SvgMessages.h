@@ -14,8 +14,9 @@
 /// drawing is answered, in order. Any request may be answered with a refusal.
 namespace SvgPipe {
 
-inline constexpr std::uint32_t requestMark = 0x71766754;
-inline constexpr std::uint32_t answerMark = 0x61766754;
+// The marks change with the records: a program does not understand a worker of another version.
+inline constexpr std::uint32_t requestMark = 0x71766755;
+inline constexpr std::uint32_t answerMark = 0x61766755;
 
 /// The largest document, unpacked, in bytes.
 inline constexpr std::uint64_t mostDocumentBytes = 64 << 20;
