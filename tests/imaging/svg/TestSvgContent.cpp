@@ -73,8 +73,10 @@ TEST(SvgContent, size_has_a_limit) {
 }
 
 TEST(SvgContent, broken_documents_come_to_an_end) {
-    const QByteArray whole = "<!DOCTYPE svg [<!ENTITY a \"b\"><!-- c --><?d e?>]>" +
-                             svg("<g a='b' c=\"d\" e f=g/><style>h</style><![CDATA[i]]><!-- j --><?k l?>");
+    const QByteArray whole =
+        "<!DOCTYPE svg [<!ENTITY a \"b\"><!-- c --><?d e?>]>" +
+        svg("<g a='b' c=\"d\" e f=g/><style>h{font:1px i}/*</style><text style='font-family:&quot;k,l' "
+            "font-family='m'>n</text><![CDATA[i]]><!-- j --><?k l?>");
     for (qsizetype length = 0; length <= whole.size(); ++length) {
         EXPECT_TRUE(SvgContent::of(whole.left(length))) << length;
         EXPECT_TRUE(SvgContent::of(whole.mid(length))) << length;
