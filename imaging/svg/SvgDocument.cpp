@@ -85,9 +85,8 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
             SvgDrawings::open(*document, SvgFonts::message(content->fonts), options);
         if (!drawings)
             return drawings.error();
-        return std::shared_ptr<const SvgDocument>(
-            new SvgDocument(std::move(*drawings),
-                            content->leftOut + missingFonts(content->fonts, (*drawings)->missingFonts())));
+        QStringList warnings = content->leftOut + missingFonts(content->fonts, (*drawings)->missingFonts());
+        return std::shared_ptr<const SvgDocument>(new SvgDocument(std::move(*drawings), std::move(warnings)));
     });
 }
 
