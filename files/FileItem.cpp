@@ -45,6 +45,20 @@ bool FileItem::isLink(const QString& path) {
     return found && S_ISLNK(*found);
 }
 
+FileItem::Stamp FileItem::stamp(const QString& path) {
+    struct stat status {};
+    if (path.isEmpty() || path.contains(QChar::Null) ||
+        stat(PathBytes::encoded(path).constData(), &status) != 0)
+        return {};
+#ifdef __APPLE__
+    const timespec& changed = status.st_mtimespec;
+#else
+    const timespec& changed = status.st_mtim;
+#endif
+    constexpr qint64 second = 1'000'000'000;
+    return {status.st_dev, status.st_ino, status.st_size, changed.tv_sec * second + changed.tv_nsec};
+}
+
 QString FileItem::canonicalPath(const QString& path) {
     if (path.isEmpty() || path.contains(QChar::Null))
         return {};

@@ -17,6 +17,20 @@ bool isFolder(const QString& path);
 
 bool isLink(const QString& path);
 
+/// What tells one state of a file from another; all zero where there is no file.
+struct Stamp {
+    quint64 device = 0;
+    quint64 file = 0;
+    qint64 bytes = 0;
+    qint64 changedAt = 0; ///< nanoseconds
+
+    bool isThere() const { return file != 0; }
+    bool operator==(const Stamp&) const = default;
+};
+
+/// The state of the file. Links are followed.
+Stamp stamp(const QString& path);
+
 /// The absolute path of the item with all links resolved. Empty if there is no item.
 QString canonicalPath(const QString& path);
 

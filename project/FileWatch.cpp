@@ -2,9 +2,6 @@
 
 #include "files/FileItem.h"
 #include "files/FilePath.h"
-#include "files/PathBytes.h"
-
-#include <sys/stat.h>
 
 #include <algorithm>
 
@@ -29,25 +26,12 @@ FileWatch::FileWatch(std::function<void()> changed) : m_changed(std::move(change
     QObject::connect(&m_quiet, &QTimer::timeout, &m_quiet, [this] { settle(); });
 }
 
-FileWatch::State FileWatch::stateOf(const QString& path) {
-    struct stat status = {};
-    if (stat(PathBytes::encoded(path).constData(), &status) != 0)
-        return {};
-#ifdef __APPLE__
-    const timespec& changed = status.st_mtimespec;
-#else
-    const timespec& changed = status.st_mtim;
-#endif
-    constexpr qint64 second = 1'000'000'000;
-    return {status.st_dev, status.st_ino, status.st_size, changed.tv_sec * second + changed.tv_nsec};
-}
-
 void FileWatch::follow(const std::set<QString>& paths) {
-    std::map<QString, State> states;
+    std::map<QString, FileItem::Stamp> states;
     for (const QString& path : paths) {
         const QString whole = FileItem::absolutePath(path);
         const auto known = m_states.find(whole);
-        states.emplace(whole, known != m_states.end() ? known->second : stateOf(whole));
+        states.emplace(whole, known != m_states.end() ? known->second : FileItem::stamp(whole));
     }
     m_states = std::move(states);
     watch();
@@ -81,9 +65,9 @@ void FileWatch::watch() {
 void FileWatch::settle() {
     bool isChanged = false;
     bool isGone = false;
-    std::map<QString, State> states;
+    std::map<QString, FileItem::Stamp> states;
     for (const auto& [path, state] : m_states) {
-        const State now = stateOf(path);
+        const FileItem::Stamp now = FileItem::stamp(path);
         isChanged = isChanged || !(now == state);
         isGone = isGone || (state.isThere() && !now.isThere());
         states.emplace(path, now);

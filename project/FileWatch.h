@@ -1,5 +1,7 @@
 #pragma once
 
+#include "files/FileItem.h"
+
 #include <QFileSystemWatcher>
 #include <QString>
 #include <QTimer>
@@ -19,18 +21,6 @@ class FileWatch {
     void follow(const std::set<QString>& paths);
 
   private:
-    /// What tells one state of a file from another; all zero while there is none.
-    struct State {
-        quint64 device = 0;
-        quint64 file = 0;
-        qint64 bytes = 0;
-        qint64 changedAt = 0; ///< nanoseconds
-
-        bool isThere() const { return file != 0; }
-        bool operator==(const State&) const = default;
-    };
-
-    static State stateOf(const QString& path);
     void watch();
     void settle();
 
@@ -38,5 +28,5 @@ class FileWatch {
     QFileSystemWatcher m_watcher;
     QTimer m_quiet;
     int m_waits = 0;
-    std::map<QString, State> m_states; ///< by absolute path, as they were told last
+    std::map<QString, FileItem::Stamp> m_states; ///< by absolute path, as they were told last
 };

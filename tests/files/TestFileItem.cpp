@@ -70,5 +70,26 @@ TEST_F(FileItemTest, what_is_no_path_is_nothing) {
         EXPECT_FALSE(FileItem::exists(path) || FileItem::isThere(path) || FileItem::isFolder(path) ||
                      FileItem::isLink(path));
         EXPECT_EQ(FileItem::canonicalPath(path), QString());
+        EXPECT_FALSE(FileItem::stamp(path).isThere());
     }
+}
+
+TEST_F(FileItemTest, a_file_that_is_written_or_replaced_has_another_state) {
+    const QString name = QStringLiteral("file");
+    const auto write = [](const QString& path, const char* bytes) {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    };
+    EXPECT_FALSE(FileItem::stamp(name).isThere());
+    write(name, "abc");
+    const FileItem::Stamp first = FileItem::stamp(name);
+    EXPECT_TRUE(first.isThere());
+    EXPECT_EQ(FileItem::stamp(name), first);
+    write(name, "abcd");
+    const FileItem::Stamp longer = FileItem::stamp(name);
+    EXPECT_FALSE(longer == first);
+    write(QStringLiteral("other"), "abcd");
+    ASSERT_EQ(rename("other", "file"), 0);
+    EXPECT_FALSE(FileItem::stamp(name) == longer);
 }
