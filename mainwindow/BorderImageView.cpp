@@ -5,11 +5,11 @@
 #include "mainwindow/MimeContents.h"
 #include "platform/services/NotificationCenter.h"
 #include "platform/widgets/QtColor.h"
+#include "platform/widgets/WaitCursor.h"
 
 #include <QDragEnterEvent>
 #include <QDragLeaveEvent>
 #include <QDropEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -30,15 +30,6 @@ void answerCopy(QDropEvent& event) {
         event.setDropAction(Qt::IgnoreAction);
     event.accept();
 }
-
-/// Shows that the program is at work.
-class WaitCursor {
-  public:
-    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
 
 /// The names of the formats as a list in the user's language.
 QString formatNames() {
@@ -104,12 +95,14 @@ bool BorderImageView::performDragOperation(const QMimeData* sender) {
 }
 
 void BorderImageView::takeFile(const QString& path) {
+    m_pastedBytes.clear();
     read(path, [&](const LoadOptions& options) {
         return ImageSource::loadFile(PathBytes::encoded(path).toStdString(), options);
     });
 }
 
 void BorderImageView::takePicture(const QByteArray& bytes) {
+    m_pastedBytes = bytes;
     read({}, [&](const LoadOptions& options) { return ImageSource::load(bytes, options); });
 }
 

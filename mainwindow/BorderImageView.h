@@ -62,6 +62,9 @@ class BorderImageView : public ImageView, public AccessiblePress {
     /// clear the view.
     void takePicture(const QByteArray& bytes);
 
+    /// The content that `takePicture` was given last; empty once a file was taken.
+    const QByteArray& pastedBytes() const { return m_pastedBytes; }
+
     /// Tells what icons a picture will be drawn on, for each picture anew. No more pixels of a picture are
     /// kept than these icons need. Without it all are kept.
     void setRenders(std::function<ReducedCopies::Renders()> renders) { m_renders = std::move(renders); }
@@ -108,6 +111,7 @@ class BorderImageView : public ImageView, public AccessiblePress {
     float _borderWidth = 0;
     std::optional<Color> _borderColor;
 
+    QByteArray m_pastedBytes;
     std::function<ReducedCopies::Renders()> m_renders;
     LongWork::Milliseconds m_patience{500};
 

@@ -5,7 +5,10 @@
 #include "imaging/drawing/GraphicsContext.h"
 #include "imaging/svg/SvgTime.h"
 #include "mainwindow/IconSizes.h"
+#include "mainwindow/LabelSides.h"
 #include "mainwindow/MimeContents.h"
+#include "mainwindow/PictureFiles.h"
+#include "mainwindow/ProjectSheet.h"
 #include "platform/services/NotificationCenter.h"
 #include "platform/widgets/Alert.h"
 #include "platform/widgets/ChangeFollower.h"
@@ -38,6 +41,7 @@ MainWindowController::MainWindowController(const QString& windowNibName, const S
     : WindowController(windowNibName),
       _bundle(surroundings.bundle),
       _screen(surroundings.screen),
+      _workspace(surroundings.workspace),
       _generator(*this, {surroundings.screen, surroundings.workspace}) {}
 
 MainWindowController::~MainWindowController() {
@@ -68,14 +72,9 @@ std::unique_ptr<QWidget> MainWindowController::loadWindow() {
     // No control gains from more room.
     window->layout()->setSizeConstraint(QLayout::SetFixedSize);
     window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
-    // A label looks enabled while its control is enabled. The window's direction decides the side on which
-    // the label stands, because the label's own text may have another direction.
-    const bool isMirrored = window->layoutDirection() == Qt::RightToLeft;
+    alignLabels(*window);
+    // A label looks enabled while its control is enabled.
     for (QLabel* label : window->findChildren<QLabel*>()) {
-        const bool isTrailing = label->alignment().testFlag(Qt::AlignRight);
-        const Qt::Alignment vertical = label->alignment() & Qt::AlignVertical_Mask;
-        label->setAlignment((isTrailing != isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
-                            vertical);
         if (label->buddy() != nullptr)
             new ChangeFollower(*label->buddy(), QEvent::EnabledChange, *label,
                                [label] { label->setEnabled(label->buddy()->isEnabled()); });
@@ -134,6 +133,11 @@ void MainWindowController::connectActions() {
     connect(colorPicker, &ColorWell::action, this, [this] { colorPickerAction(colorPicker); });
     connect(generateBtn, &QPushButton::clicked, this, [this] { actionGenerateIcons(generateBtn); });
     connect(imgViewIcon, &BorderImageView::pressed, this, &MainWindowController::openPicture);
+    connect(imgViewIcon, &BorderImageView::pictureArrived, this,
+            [this](const QString& path, const LoadedPicture& picture) {
+                _shown = {path, imgViewIcon->pastedBytes(), picture};
+            });
+    connect(imgViewIcon, &BorderImageView::pictureRefused, this, [this] { _shown = {}; });
 }
 
 void MainWindowController::connectPreview(PreviewStrip& strip) {
@@ -273,15 +277,20 @@ void MainWindowController::actionGenerateIcons(QObject* /*sender*/) {
     panel->open();
 }
 
+void MainWindowController::generateForProject() {
+    if (showsPanel() || !hasPicture())
+        return;
+    auto* sheet = new ProjectSheet(window(), _shown, iconStyle(), _project, _workspace);
+    sheet->open();
+}
+
 void MainWindowController::openPicture() {
     if (showsPanel())
         return;
     auto* panel = new QFileDialog(window());
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::ExistingFile);
-    panel->setNameFilters(
-        {tr("Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)"),
-         tr("All files (*)")});
+    panel->setNameFilters(pictureFilters());
     connect(panel, &QFileDialog::accepted, this, [this, panel] {
         QMimeData dropped;
         dropped.setUrls(panel->selectedUrls());

@@ -3,6 +3,7 @@
 #include "generation/IconSetGenerator.h"
 #include "mainwindow/BorderImageView.h"
 #include "mainwindow/HighlightedButton.h"
+#include "mainwindow/ProjectGeneration.h"
 #include "platform/services/Bundle.h"
 #include "platform/widgets/ColorWell.h"
 #include "platform/widgets/FloatSlider.h"
@@ -59,6 +60,10 @@ class MainWindowController final : public WindowController, public GenerationInp
     void imageAddednotification();
 
     // Actions of the menus.
+    /// Shows the sheet that writes icons into a project. Does nothing without a picture, or while a panel or
+    /// alert blocks the window.
+    void generateForProject();
+    bool hasPicture() const { return !_shown.isNull(); }
     /// Asks for a file and does what a drop of it does. Does nothing while a panel or alert blocks the
     /// window.
     void openPicture();
@@ -110,5 +115,9 @@ class MainWindowController final : public WindowController, public GenerationInp
 
     const Bundle& _bundle;
     const Screen& _screen;
+    Workspace& _workspace;
+    /// The picture of the well, and what was chosen for a project last.
+    ShownPicture _shown;
+    ProjectSettings _project;
     IconSetGenerator _generator;
 };

@@ -32,14 +32,6 @@ bool isInAppStore(Platform platform) {
     return platform == Platform::Iphone || platform == Platform::Ipad || platform == Platform::Watch;
 }
 
-QString withFullStop(QString sentence) {
-    if (!sentence.isEmpty())
-        sentence[0] = sentence[0].toUpper();
-    const bool isEnded = !sentence.isEmpty() && QStringLiteral(".)。）").contains(sentence.back());
-    //: A sentence and its end.
-    return isEnded ? sentence : PictureCaption::tr("%1.").arg(sentence);
-}
-
 } // namespace
 
 PictureCaption::PictureCaption(QWidget* parent) : QLabel(parent) {
@@ -143,13 +135,13 @@ QStringList PictureCaption::warnings(const Shown& shown) const {
     if (shown.isTransparent && std::ranges::any_of(platforms, isInAppStore))
         found << transparent();
     for (const QString& warning : shown.warnings)
-        found << withFullStop(inUsersLanguage(warning));
+        found << asSentence(inUsersLanguage(warning));
     return found;
 }
 
 void PictureCaption::describe() {
     if (!m_refusal.isEmpty()) {
-        const QString text = elidedName({}, {}) + u'\n' + withFullStop(m_refusal);
+        const QString text = elidedName({}, {}) + u'\n' + asSentence(m_refusal);
         setText(text);
         setToolTip(m_refusal);
     } else if (m_shown) {

@@ -6,3 +6,6 @@
 /// the user's language. One without a translation stays as it is: the command line says the same sentences,
 /// in English.
 QString inUsersLanguage(const QString& sentence);
+
+/// `words` with a capital letter in front and a full stop at the end.
+QString asSentence(QString words);

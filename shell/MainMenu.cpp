@@ -61,6 +61,13 @@ void MainMenu::addFileMenu(QMenuBar& bar) {
     QAction* generate = menu->addAction(tr("&Generate…"), QKeySequence(Qt::CTRL | Qt::Key_G),
                                         controller->generateBtn.data(), &QPushButton::click);
     followControl(generate, controller->generateBtn);
+    QAction* project =
+        menu->addAction(tr("Generate for a &Project…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_G),
+                        controller, &MainWindowController::generateForProject);
+    const auto follow = [project, controller] { project->setEnabled(controller->hasPicture()); };
+    connect(controller->imgViewIcon, &BorderImageView::pictureArrived, project, follow);
+    connect(controller->imgViewIcon, &BorderImageView::pictureRefused, project, follow);
+    follow();
     menu->addSeparator();
     QAction* close =
         menu->addAction(tr("&Close"), QKeySequence(QKeySequence::Close), this, closeActiveWindow);

@@ -47,7 +47,7 @@ void ColorWell::openPanel() {
     const QColor before = qcolor();
     m_panel = new QColorDialog(before, window());
     m_panel->setAttribute(Qt::WA_DeleteOnClose);
-    m_panel->setOption(QColorDialog::ShowAlphaChannel);
+    m_panel->setOption(QColorDialog::ShowAlphaChannel, !m_isOpaque);
     m_panel->setModal(false);
     connect(m_panel, &QColorDialog::currentColorChanged, this, &ColorWell::choose);
     connect(m_panel, &QDialog::rejected, this, [this, before] { choose(before); });

@@ -6,10 +6,11 @@
 #include <QColorDialog>
 #include <QPointer>
 
-/// Shows a colour. A press opens the colour panel, with alpha. The well follows each choice in the panel.
+/// Shows a colour. A press opens the colour panel. The well follows each choice in the panel.
 class ColorWell : public QAbstractButton {
     Q_OBJECT
     Q_PROPERTY(QColor qcolor READ qcolor WRITE setQColor)
+    Q_PROPERTY(bool opaque READ isOpaque WRITE setOpaque)
 
   public:
     explicit ColorWell(QWidget* parent = nullptr);
@@ -20,6 +21,10 @@ class ColorWell : public QAbstractButton {
 
     QColor qcolor() const;
     void setQColor(const QColor& color);
+
+    /// Whether the panel offers opaque colours alone.
+    bool isOpaque() const { return m_isOpaque; }
+    void setOpaque(bool isOpaque) { m_isOpaque = isOpaque; }
 
     /// The colour panel while it is open, else null.
     QColorDialog* panel() const { return m_panel; }
@@ -41,5 +46,6 @@ class ColorWell : public QAbstractButton {
     void choose(const QColor& color);
 
     Color m_color;
+    bool m_isOpaque = false;
     QPointer<QColorDialog> m_panel;
 };

@@ -103,7 +103,10 @@ void OutlineStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
     // A combo box is drawn as such a button.
     const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
     const bool isFlat = button != nullptr && button->features.testFlag(QStyleOptionButton::Flat);
-    if ((element == PE_PanelButtonCommand && !isFlat) || element == PE_FrameLineEdit)
+    // The frame of a list, of a text of several lines, or of what is scrolled.
+    const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+    const bool isFrame = element == PE_Frame && frame != nullptr && frame->lineWidth > 0;
+    if ((element == PE_PanelButtonCommand && !isFlat) || element == PE_FrameLineEdit || isFrame)
         drawEdge(*painter, *option);
 }
 

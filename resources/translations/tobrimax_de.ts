@@ -140,6 +140,17 @@ Ideal: quadratisch, mindestens 1024 × 1024.</translation>
     </message>
 </context>
 <context>
+    <name>LayoutList</name>
+    <message>
+        <source>Layout</source>
+        <translation>Layout</translation>
+    </message>
+    <message>
+        <source>For</source>
+        <translation>Für</translation>
+    </message>
+</context>
+<context>
     <name>MainMenu</name>
     <message>
         <source>&amp;File</source>
@@ -237,6 +248,10 @@ Ideal: quadratisch, mindestens 1024 × 1024.</translation>
         <source>&amp;About Tobrimax</source>
         <translation>&amp;Über Tobrimax</translation>
     </message>
+    <message>
+        <source>Generate for a &amp;Project…</source>
+        <translation>Für ein Projek&amp;t erzeugen …</translation>
+    </message>
 </context>
 <context>
     <name>MainWindowController</name>
@@ -322,14 +337,6 @@ oder zum Auswählen klicken</translation>
         <source>Choose a folder and write the icons into it</source>
         <translation>Einen Ordner auswählen und die Icons darin speichern</translation>
     </message>
-    <message>
-        <source>Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</source>
-        <translation>Bilder (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</translation>
-    </message>
-    <message>
-        <source>All files (*)</source>
-        <translation>Alle Dateien (*)</translation>
-    </message>
 </context>
 <context>
     <name>PictureCaption</name>
@@ -365,6 +372,36 @@ oder zum Auswählen klicken</translation>
     </message>
 </context>
 <context>
+    <name>PictureFiles</name>
+    <message>
+        <source>Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</source>
+        <translation>Bilder (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
+</context>
+<context>
+    <name>PictureWell</name>
+    <message>
+        <source>Empty. Drop a picture here, or press Space to choose one.</source>
+        <translation>Leer. Legen Sie ein Bild hier ab, oder drücken Sie die Leertaste, um eines auszuwählen.</translation>
+    </message>
+    <message>
+        <source>%1, %2 × %3. Delete removes it.</source>
+        <translation>%1, %2 × %3. Entf nimmt es weg.</translation>
+    </message>
+    <message>
+        <source>&amp;Choose Another…</source>
+        <translation>Anderes &amp;auswählen …</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+</context>
+<context>
     <name>PlanCaption</name>
     <message>
         <source>1 PNG file, %1 px, in %2</source>
@@ -388,6 +425,237 @@ oder zum Auswählen klicken</translation>
     <message>
         <source>%1 px</source>
         <translation>%1 px</translation>
+    </message>
+</context>
+<context>
+    <name>ProjectResult</name>
+    <message>
+        <source>Files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>1 file was written</source>
+        <translation>1 Datei wurde geschrieben</translation>
+    </message>
+    <message>
+        <source>%1 files were written</source>
+        <translation>%1 Dateien wurden geschrieben</translation>
+    </message>
+    <message>
+        <source>%1 × %2</source>
+        <translation>%1 × %2</translation>
+    </message>
+    <message>
+        <source>Not written: %1: %2.</source>
+        <translation>Nicht geschrieben: %1: %2.</translation>
+    </message>
+    <message>
+        <source>Failures</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Warnings</source>
+        <translation>Warnungen</translation>
+    </message>
+    <message>
+        <source>%1 lacks this line. Tobrimax does not change it.</source>
+        <translation>In %1 fehlt diese Zeile. Tobrimax ändert die Datei nicht.</translation>
+    </message>
+    <message>
+        <source>%1 lacks these lines. Tobrimax does not change it.</source>
+        <translation>In %1 fehlen diese Zeilen. Tobrimax ändert die Datei nicht.</translation>
+    </message>
+    <message>
+        <source>Cop&amp;y</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy for %1</source>
+        <extracomment>%1 is the name of a file.</extracomment>
+        <translation>Für %1 kopieren</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Meldung</translation>
+    </message>
+</context>
+<context>
+    <name>ProjectSheet</name>
+    <message>
+        <source>Generate for a Project</source>
+        <translation>Für ein Projekt erzeugen</translation>
+    </message>
+    <message>
+        <source>&amp;Layouts</source>
+        <translation>&amp;Layouts</translation>
+    </message>
+    <message>
+        <source>Layouts</source>
+        <translation>Layouts</translation>
+    </message>
+    <message>
+        <source>&amp;Fit</source>
+        <translation>&amp;Einpassung</translation>
+    </message>
+    <message>
+        <source>Fit</source>
+        <translation>Einpassung</translation>
+    </message>
+    <message>
+        <source>How a picture that is not square lies on its icons</source>
+        <translation>Wie ein Bild, das nicht quadratisch ist, auf seinen Icons liegt</translation>
+    </message>
+    <message>
+        <source>Stretch to the square</source>
+        <translation>Auf das Quadrat strecken</translation>
+    </message>
+    <message>
+        <source>Show all of it</source>
+        <translation>Ganz zeigen</translation>
+    </message>
+    <message>
+        <source>Fill the square, cut off the rest</source>
+        <translation>Quadrat füllen, Rest abschneiden</translation>
+    </message>
+    <message>
+        <source>&amp;Padding</source>
+        <translation>&amp;Rand</translation>
+    </message>
+    <message>
+        <source>Padding</source>
+        <translation>Rand</translation>
+    </message>
+    <message>
+        <source>Free margin at each edge, as a part of the icon&apos;s side</source>
+        <translation>Freier Rand an jeder Kante, als Teil der Seite des Icons</translation>
+    </message>
+    <message>
+        <source>&amp;Background</source>
+        <translation>&amp;Hintergrund</translation>
+    </message>
+    <message>
+        <source>Background</source>
+        <translation>Hintergrund</translation>
+    </message>
+    <message>
+        <source>The colour below icons that have no alpha channel</source>
+        <translation>Die Farbe unter Icons, die keinen Alphakanal haben</translation>
+    </message>
+    <message>
+        <source>Further pictures</source>
+        <translation>Weitere Bilder</translation>
+    </message>
+    <message>
+        <source>Dark picture</source>
+        <translation>Dunkles Bild</translation>
+    </message>
+    <message>
+        <source>The picture for dark icons; without it none are made</source>
+        <translation>Das Bild für dunkle Icons; ohne dieses werden keine erzeugt</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>&amp;Dunkel</translation>
+    </message>
+    <message>
+        <source>Tinted picture</source>
+        <translation>Getöntes Bild</translation>
+    </message>
+    <message>
+        <source>The picture for tinted icons; without it none are made</source>
+        <translation>Das Bild für getönte Icons; ohne dieses werden keine erzeugt</translation>
+    </message>
+    <message>
+        <source>&amp;Tinted</source>
+        <translation>&amp;Getönt</translation>
+    </message>
+    <message>
+        <source>Foreground picture</source>
+        <translation>Vordergrundbild</translation>
+    </message>
+    <message>
+        <source>The front layer of Android&apos;s icons; without it, the main picture</source>
+        <translation>Die vordere Ebene der Android-Icons; ohne dieses das Ausgangsbild</translation>
+    </message>
+    <message>
+        <source>F&amp;oreground</source>
+        <translation>&amp;Vordergrund</translation>
+    </message>
+    <message>
+        <source>Monochrome picture</source>
+        <translation>Monochromes Bild</translation>
+    </message>
+    <message>
+        <source>The shape of Android&apos;s themed icons; without it, that of the front layer</source>
+        <translation>Die Form der Android-Icons im Farbdesign; ohne dieses die der vorderen Ebene</translation>
+    </message>
+    <message>
+        <source>&amp;Monochrome</source>
+        <translation>&amp;Monochrom</translation>
+    </message>
+    <message>
+        <source>Proj&amp;ect folder</source>
+        <translation>&amp;Projektordner</translation>
+    </message>
+    <message>
+        <source>Project folder</source>
+        <translation>Projektordner</translation>
+    </message>
+    <message>
+        <source>The folder of the project</source>
+        <translation>Der Ordner des Projekts</translation>
+    </message>
+    <message>
+        <source>&amp;Choose…</source>
+        <translation>&amp;Auswählen …</translation>
+    </message>
+    <message>
+        <source>P&amp;roof</source>
+        <translation>Vors&amp;chau</translation>
+    </message>
+    <message>
+        <source>Proof</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;Generate</source>
+        <translation>Er&amp;zeugen</translation>
+    </message>
+    <message>
+        <source>&amp;Open Folder</source>
+        <translation>&amp;Ordner öffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Done</source>
+        <translation>&amp;Fertig</translation>
+    </message>
+    <message>
+        <source>Tick what the project needs.</source>
+        <translation>Haken Sie an, was das Projekt braucht.</translation>
+    </message>
+    <message>
+        <source>Choose the project&apos;s folder.</source>
+        <translation>Wählen Sie den Ordner des Projekts.</translation>
+    </message>
+    <message>
+        <source>The icons of the layouts that are ticked</source>
+        <translation>Die Icons der angehakten Layouts</translation>
+    </message>
+    <message>
+        <source>The folder could not be opened.</source>
+        <translation>Der Ordner konnte nicht geöffnet werden.</translation>
     </message>
 </context>
 <context>
@@ -427,6 +695,42 @@ oder zum Auswählen klicken</translation>
     <message>
         <source>Every other application of ours is installed already. Thank you!</source>
         <translation>Alle unsere anderen Programme sind bereits installiert. Vielen Dank!</translation>
+    </message>
+</context>
+<context>
+    <name>ProofPreview</name>
+    <message>
+        <source>Proof of the icons</source>
+        <translation>Vorschau der Icons</translation>
+    </message>
+    <message>
+        <source>dark</source>
+        <translation>dunkel</translation>
+    </message>
+    <message>
+        <source>tinted</source>
+        <translation>getönt</translation>
+    </message>
+    <message>
+        <source>front layer</source>
+        <translation>vordere Ebene</translation>
+    </message>
+    <message>
+        <source>themed</source>
+        <translation>Farbdesign</translation>
+    </message>
+    <message>
+        <source>back layer</source>
+        <translation>hintere Ebene</translation>
+    </message>
+    <message>
+        <source>%1 px</source>
+        <translation>%1 px</translation>
+    </message>
+    <message>
+        <source>%1–%2 px</source>
+        <extracomment>Sizes of icons in pixels, from the smallest to the largest.</extracomment>
+        <translation>%1–%2 px</translation>
     </message>
 </context>
 <context>
@@ -550,6 +854,134 @@ oder zum Auswählen klicken</translation>
     <message>
         <source>an %1 archive</source>
         <translation>ein %1-Archiv</translation>
+    </message>
+    <message>
+        <source>the picture (%1) is %2 and will be enlarged</source>
+        <translation>das Bild (%1) ist %2 und wird vergrößert</translation>
+    </message>
+    <message>
+        <source>smaller than the largest icon (%1)</source>
+        <translation>kleiner als das größte Icon (%1)</translation>
+    </message>
+    <message>
+        <source>narrower than the widest icon (%1)</source>
+        <translation>schmaler als das breiteste Icon (%1)</translation>
+    </message>
+    <message>
+        <source>lower than the highest icon (%1)</source>
+        <translation>niedriger als das höchste Icon (%1)</translation>
+    </message>
+    <message>
+        <source>drawn as large as %1</source>
+        <translation>so groß wie %1 gezeichnet</translation>
+    </message>
+    <message>
+        <source>the picture (%1) is not square and will be stretched</source>
+        <translation>das Bild (%1) ist nicht quadratisch und wird gestreckt</translation>
+    </message>
+    <message>
+        <source>the picture (%1) is not square and is drawn whole, with two edges of its icons free</source>
+        <translation>das Bild (%1) ist nicht quadratisch und wird ganz gezeichnet; zwei Kanten der Icons bleiben frei</translation>
+    </message>
+    <message>
+        <source>the picture (%1) is not square and is cut off at two edges</source>
+        <translation>das Bild (%1) ist nicht quadratisch und wird an zwei Kanten abgeschnitten</translation>
+    </message>
+    <message>
+        <source>the picture is empty: all that icons show of it is transparent</source>
+        <translation>das Bild ist leer: alles, was Icons davon zeigen, ist durchsichtig</translation>
+    </message>
+    <message>
+        <source>the picture has transparent parts; where icons need a ground it is white</source>
+        <translation>das Bild hat durchsichtige Teile; wo Icons einen Grund brauchen, ist er weiß</translation>
+    </message>
+    <message>
+        <source>icons that fill their square get rounded corners on the background, but stores and systems cut corners themselves</source>
+        <translation>Icons, die ihr Quadrat füllen, bekommen abgerundete Ecken auf dem Hintergrund, aber Stores und Systeme schneiden Ecken selbst</translation>
+    </message>
+    <message>
+        <source>the picture&apos;s corners leave the circle that every launcher shows, and may be cut off in adaptive and maskable icons</source>
+        <translation>die Ecken des Bildes verlassen den Kreis, den jeder Launcher zeigt, und können in adaptiven und maskierbaren Icons abgeschnitten werden</translation>
+    </message>
+    <message>
+        <source>%1 is there already, and a build takes only one of the two; remove it first</source>
+        <translation>%1 ist schon da, und ein Build nimmt nur eines von beiden; entfernen Sie es zuerst</translation>
+    </message>
+    <message>
+        <source>circle</source>
+        <translation>Kreis</translation>
+    </message>
+    <message>
+        <source>squircle</source>
+        <translation>Superellipse</translation>
+    </message>
+    <message>
+        <source>rounded square</source>
+        <translation>rundes Quadrat</translation>
+    </message>
+    <message>
+        <source>teardrop</source>
+        <translation>Tropfen</translation>
+    </message>
+    <message>
+        <source>Android: launcher icons below res/, and Google Play&apos;s picture</source>
+        <translation>Android: Launcher-Icons unter res/ und das Bild für Google Play</translation>
+    </message>
+    <message>
+        <source>A Capacitor project: iOS and Android</source>
+        <translation>Ein Capacitor-Projekt: iOS und Android</translation>
+    </message>
+    <message>
+        <source>An Electron project: the build/ folder of electron-builder</source>
+        <translation>Ein Electron-Projekt: der Ordner build/ von electron-builder</translation>
+    </message>
+    <message>
+        <source>An Expo project: the pictures that app.json names</source>
+        <translation>Ein Expo-Projekt: die Bilder, die app.json nennt</translation>
+    </message>
+    <message>
+        <source>A Flutter project: all platforms</source>
+        <translation>Ein Flutter-Projekt: alle Plattformen</translation>
+    </message>
+    <message>
+        <source>Linux: the hicolor icon theme</source>
+        <translation>Linux: das Icon-Thema hicolor</translation>
+    </message>
+    <message>
+        <source>A React Native project: iOS and Android</source>
+        <translation>Ein React-Native-Projekt: iOS und Android</translation>
+    </message>
+    <message>
+        <source>A Tauri 2 project: desktop and mobile</source>
+        <translation>Ein Tauri-2-Projekt: Desktop und Mobilgeräte</translation>
+    </message>
+    <message>
+        <source>A web site: favicon, touch icon, web app manifest</source>
+        <translation>Eine Website: Favicon, Touch-Icon, Web-App-Manifest</translation>
+    </message>
+    <message>
+        <source>Windows: app.ico, and the pictures of a package</source>
+        <translation>Windows: app.ico und die Bilder eines Pakets</translation>
+    </message>
+    <message>
+        <source>macOS: an icon set with all sizes</source>
+        <translation>macOS: ein Icon-Satz mit allen Größen</translation>
+    </message>
+    <message>
+        <source>iPhone and iPad: an icon set with one 1024 for all sizes</source>
+        <translation>iPhone und iPad: ein Icon-Satz mit einem 1024er für alle Größen</translation>
+    </message>
+    <message>
+        <source>Apple Watch: an icon set with one 1024 for all sizes</source>
+        <translation>Apple Watch: ein Icon-Satz mit einem 1024er für alle Größen</translation>
+    </message>
+    <message>
+        <source>Apple Watch: an icon set with all sizes</source>
+        <translation>Apple Watch: ein Icon-Satz mit allen Größen</translation>
+    </message>
+    <message>
+        <source>iPhone, iPad and the App Store: an icon set with all sizes</source>
+        <translation>iPhone, iPad und App Store: ein Icon-Satz mit allen Größen</translation>
     </message>
 </context>
 <context>

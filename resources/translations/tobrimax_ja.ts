@@ -140,6 +140,17 @@ Best: square, 1024 × 1024 or larger.</source>
     </message>
 </context>
 <context>
+    <name>LayoutList</name>
+    <message>
+        <source>Layout</source>
+        <translation>レイアウト</translation>
+    </message>
+    <message>
+        <source>For</source>
+        <translation>用途</translation>
+    </message>
+</context>
+<context>
     <name>MainMenu</name>
     <message>
         <source>&amp;File</source>
@@ -237,6 +248,10 @@ Best: square, 1024 × 1024 or larger.</source>
         <source>&amp;About Tobrimax</source>
         <translation>Tobrimax について(&amp;A)</translation>
     </message>
+    <message>
+        <source>Generate for a &amp;Project…</source>
+        <translation>プロジェクト用に生成(&amp;P)…</translation>
+    </message>
 </context>
 <context>
     <name>MainWindowController</name>
@@ -322,14 +337,6 @@ or click to choose one</source>
         <source>Choose a folder and write the icons into it</source>
         <translation>フォルダを選び、そこにアイコンを書き出します</translation>
     </message>
-    <message>
-        <source>Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</source>
-        <translation>画像 (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</translation>
-    </message>
-    <message>
-        <source>All files (*)</source>
-        <translation>すべてのファイル (*)</translation>
-    </message>
 </context>
 <context>
     <name>PictureCaption</name>
@@ -365,6 +372,36 @@ or click to choose one</source>
     </message>
 </context>
 <context>
+    <name>PictureFiles</name>
+    <message>
+        <source>Pictures (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</source>
+        <translation>画像 (*.png *.jpg *.jpeg *.tif *.tiff *.gif *.bmp *.webp *.icns *.svg *.svgz)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>すべてのファイル (*)</translation>
+    </message>
+</context>
+<context>
+    <name>PictureWell</name>
+    <message>
+        <source>Empty. Drop a picture here, or press Space to choose one.</source>
+        <translation>空です。ここに画像をドロップするか、スペースキーで画像を選びます。</translation>
+    </message>
+    <message>
+        <source>%1, %2 × %3. Delete removes it.</source>
+        <translation>%1、%2 × %3。Delete キーで取り除きます。</translation>
+    </message>
+    <message>
+        <source>&amp;Choose Another…</source>
+        <translation>別の画像を選択(&amp;C)…</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>取り除く(&amp;R)</translation>
+    </message>
+</context>
+<context>
     <name>PlanCaption</name>
     <message>
         <source>1 PNG file, %1 px, in %2</source>
@@ -388,6 +425,237 @@ or click to choose one</source>
     <message>
         <source>%1 px</source>
         <translation>%1 px</translation>
+    </message>
+</context>
+<context>
+    <name>ProjectResult</name>
+    <message>
+        <source>Files</source>
+        <translation>ファイル</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>ファイル</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>サイズ</translation>
+    </message>
+    <message>
+        <source>1 file was written</source>
+        <translation>1 個のファイルを書き込みました</translation>
+    </message>
+    <message>
+        <source>%1 files were written</source>
+        <translation>%1 個のファイルを書き込みました</translation>
+    </message>
+    <message>
+        <source>%1 × %2</source>
+        <translation>%1 × %2</translation>
+    </message>
+    <message>
+        <source>Not written: %1: %2.</source>
+        <translation>書き込めませんでした: %1: %2。</translation>
+    </message>
+    <message>
+        <source>Failures</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>Warnings</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>%1 lacks this line. Tobrimax does not change it.</source>
+        <translation>%1 に次の行がありません。Tobrimax はこのファイルを変更しません。</translation>
+    </message>
+    <message>
+        <source>%1 lacks these lines. Tobrimax does not change it.</source>
+        <translation>%1 に次の各行がありません。Tobrimax はこのファイルを変更しません。</translation>
+    </message>
+    <message>
+        <source>Cop&amp;y</source>
+        <translation>コピー(&amp;Y)</translation>
+    </message>
+    <message>
+        <source>Copy for %1</source>
+        <extracomment>%1 is the name of a file.</extracomment>
+        <translation>%1 用にコピー</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>メッセージ</translation>
+    </message>
+</context>
+<context>
+    <name>ProjectSheet</name>
+    <message>
+        <source>Generate for a Project</source>
+        <translation>プロジェクト用に生成</translation>
+    </message>
+    <message>
+        <source>&amp;Layouts</source>
+        <translation>レイアウト(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Layouts</source>
+        <translation>レイアウト</translation>
+    </message>
+    <message>
+        <source>&amp;Fit</source>
+        <translation>合わせ方(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Fit</source>
+        <translation>合わせ方</translation>
+    </message>
+    <message>
+        <source>How a picture that is not square lies on its icons</source>
+        <translation>正方形でない画像をアイコンにどう合わせるか</translation>
+    </message>
+    <message>
+        <source>Stretch to the square</source>
+        <translation>正方形に引き伸ばす</translation>
+    </message>
+    <message>
+        <source>Show all of it</source>
+        <translation>全体を表示する</translation>
+    </message>
+    <message>
+        <source>Fill the square, cut off the rest</source>
+        <translation>正方形を満たし、はみ出しを切り取る</translation>
+    </message>
+    <message>
+        <source>&amp;Padding</source>
+        <translation>余白(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Padding</source>
+        <translation>余白</translation>
+    </message>
+    <message>
+        <source>Free margin at each edge, as a part of the icon&apos;s side</source>
+        <translation>アイコンの一辺に対する、各辺の余白の割合</translation>
+    </message>
+    <message>
+        <source>&amp;Background</source>
+        <translation>背景(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Background</source>
+        <translation>背景</translation>
+    </message>
+    <message>
+        <source>The colour below icons that have no alpha channel</source>
+        <translation>アルファチャンネルのないアイコンの下地の色</translation>
+    </message>
+    <message>
+        <source>Further pictures</source>
+        <translation>ほかの画像</translation>
+    </message>
+    <message>
+        <source>Dark picture</source>
+        <translation>ダーク用の画像</translation>
+    </message>
+    <message>
+        <source>The picture for dark icons; without it none are made</source>
+        <translation>ダークアイコン用の画像。ない場合は作られません</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>ダーク(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Tinted picture</source>
+        <translation>色合い用の画像</translation>
+    </message>
+    <message>
+        <source>The picture for tinted icons; without it none are made</source>
+        <translation>色合いアイコン用の画像。ない場合は作られません</translation>
+    </message>
+    <message>
+        <source>&amp;Tinted</source>
+        <translation>色合い(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Foreground picture</source>
+        <translation>前景の画像</translation>
+    </message>
+    <message>
+        <source>The front layer of Android&apos;s icons; without it, the main picture</source>
+        <translation>Android アイコンの前面レイヤー。ない場合は元の画像</translation>
+    </message>
+    <message>
+        <source>F&amp;oreground</source>
+        <translation>前景(&amp;O)</translation>
+    </message>
+    <message>
+        <source>Monochrome picture</source>
+        <translation>単色の画像</translation>
+    </message>
+    <message>
+        <source>The shape of Android&apos;s themed icons; without it, that of the front layer</source>
+        <translation>Android のテーマアイコンの形。ない場合は前面レイヤーの形</translation>
+    </message>
+    <message>
+        <source>&amp;Monochrome</source>
+        <translation>単色(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Proj&amp;ect folder</source>
+        <translation>プロジェクトのフォルダー(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Project folder</source>
+        <translation>プロジェクトのフォルダー</translation>
+    </message>
+    <message>
+        <source>The folder of the project</source>
+        <translation>プロジェクトのフォルダー</translation>
+    </message>
+    <message>
+        <source>&amp;Choose…</source>
+        <translation>選択(&amp;C)…</translation>
+    </message>
+    <message>
+        <source>P&amp;roof</source>
+        <translation>校正(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Proof</source>
+        <translation>校正</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>&amp;Generate</source>
+        <translation>生成(&amp;G)</translation>
+    </message>
+    <message>
+        <source>&amp;Open Folder</source>
+        <translation>フォルダーを開く(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Done</source>
+        <translation>完了(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Tick what the project needs.</source>
+        <translation>プロジェクトに必要なものにチェックを入れてください。</translation>
+    </message>
+    <message>
+        <source>Choose the project&apos;s folder.</source>
+        <translation>プロジェクトのフォルダーを選んでください。</translation>
+    </message>
+    <message>
+        <source>The icons of the layouts that are ticked</source>
+        <translation>チェックを入れたレイアウトのアイコン</translation>
+    </message>
+    <message>
+        <source>The folder could not be opened.</source>
+        <translation>フォルダーを開けませんでした。</translation>
     </message>
 </context>
 <context>
@@ -427,6 +695,42 @@ or click to choose one</source>
     <message>
         <source>Every other application of ours is installed already. Thank you!</source>
         <translation>ほかのアプリはすべてインストール済みです。ありがとうございます。</translation>
+    </message>
+</context>
+<context>
+    <name>ProofPreview</name>
+    <message>
+        <source>Proof of the icons</source>
+        <translation>アイコンの校正</translation>
+    </message>
+    <message>
+        <source>dark</source>
+        <translation>ダーク</translation>
+    </message>
+    <message>
+        <source>tinted</source>
+        <translation>色合い</translation>
+    </message>
+    <message>
+        <source>front layer</source>
+        <translation>前面レイヤー</translation>
+    </message>
+    <message>
+        <source>themed</source>
+        <translation>テーマ</translation>
+    </message>
+    <message>
+        <source>back layer</source>
+        <translation>背面レイヤー</translation>
+    </message>
+    <message>
+        <source>%1 px</source>
+        <translation>%1 px</translation>
+    </message>
+    <message>
+        <source>%1–%2 px</source>
+        <extracomment>Sizes of icons in pixels, from the smallest to the largest.</extracomment>
+        <translation>%1–%2 px</translation>
     </message>
 </context>
 <context>
@@ -550,6 +854,134 @@ or click to choose one</source>
     <message>
         <source>an %1 archive</source>
         <translation>%1 アーカイブ</translation>
+    </message>
+    <message>
+        <source>the picture (%1) is %2 and will be enlarged</source>
+        <translation>画像 (%1) は%2ため、拡大されます</translation>
+    </message>
+    <message>
+        <source>smaller than the largest icon (%1)</source>
+        <translation>最大のアイコン (%1) より小さい</translation>
+    </message>
+    <message>
+        <source>narrower than the widest icon (%1)</source>
+        <translation>最も幅の広いアイコン (%1) より幅が狭い</translation>
+    </message>
+    <message>
+        <source>lower than the highest icon (%1)</source>
+        <translation>最も高いアイコン (%1) より低い</translation>
+    </message>
+    <message>
+        <source>drawn as large as %1</source>
+        <translation>%1 の大きさで描かれる</translation>
+    </message>
+    <message>
+        <source>the picture (%1) is not square and will be stretched</source>
+        <translation>画像 (%1) は正方形でないため、引き伸ばされます</translation>
+    </message>
+    <message>
+        <source>the picture (%1) is not square and is drawn whole, with two edges of its icons free</source>
+        <translation>画像 (%1) は正方形でないため、全体が描かれ、アイコンの二辺が空きます</translation>
+    </message>
+    <message>
+        <source>the picture (%1) is not square and is cut off at two edges</source>
+        <translation>画像 (%1) は正方形でないため、二辺が切り取られます</translation>
+    </message>
+    <message>
+        <source>the picture is empty: all that icons show of it is transparent</source>
+        <translation>画像が空です。アイコンに見える部分はすべて透明です</translation>
+    </message>
+    <message>
+        <source>the picture has transparent parts; where icons need a ground it is white</source>
+        <translation>画像に透明な部分があります。アイコンに下地が要る所では白になります</translation>
+    </message>
+    <message>
+        <source>icons that fill their square get rounded corners on the background, but stores and systems cut corners themselves</source>
+        <translation>正方形を満たすアイコンは背景の上で角が丸くなりますが、ストアやシステムは角を自分で切り取ります</translation>
+    </message>
+    <message>
+        <source>the picture&apos;s corners leave the circle that every launcher shows, and may be cut off in adaptive and maskable icons</source>
+        <translation>画像の角が、どのランチャーでも表示される円からはみ出すため、アダプティブアイコンとマスカブルアイコンで切り取られることがあります</translation>
+    </message>
+    <message>
+        <source>%1 is there already, and a build takes only one of the two; remove it first</source>
+        <translation>%1 がすでにあり、ビルドはどちらか一つしか使いません。先に取り除いてください</translation>
+    </message>
+    <message>
+        <source>circle</source>
+        <translation>円</translation>
+    </message>
+    <message>
+        <source>squircle</source>
+        <translation>スクワークル</translation>
+    </message>
+    <message>
+        <source>rounded square</source>
+        <translation>角丸の正方形</translation>
+    </message>
+    <message>
+        <source>teardrop</source>
+        <translation>しずく形</translation>
+    </message>
+    <message>
+        <source>Android: launcher icons below res/, and Google Play&apos;s picture</source>
+        <translation>Android: res/ 以下のランチャーアイコンと Google Play の画像</translation>
+    </message>
+    <message>
+        <source>A Capacitor project: iOS and Android</source>
+        <translation>Capacitor プロジェクト: iOS と Android</translation>
+    </message>
+    <message>
+        <source>An Electron project: the build/ folder of electron-builder</source>
+        <translation>Electron プロジェクト: electron-builder の build/ フォルダー</translation>
+    </message>
+    <message>
+        <source>An Expo project: the pictures that app.json names</source>
+        <translation>Expo プロジェクト: app.json が指す画像</translation>
+    </message>
+    <message>
+        <source>A Flutter project: all platforms</source>
+        <translation>Flutter プロジェクト: すべてのプラットフォーム</translation>
+    </message>
+    <message>
+        <source>Linux: the hicolor icon theme</source>
+        <translation>Linux: hicolor アイコンテーマ</translation>
+    </message>
+    <message>
+        <source>A React Native project: iOS and Android</source>
+        <translation>React Native プロジェクト: iOS と Android</translation>
+    </message>
+    <message>
+        <source>A Tauri 2 project: desktop and mobile</source>
+        <translation>Tauri 2 プロジェクト: デスクトップとモバイル</translation>
+    </message>
+    <message>
+        <source>A web site: favicon, touch icon, web app manifest</source>
+        <translation>ウェブサイト: ファビコン、タッチアイコン、ウェブアプリマニフェスト</translation>
+    </message>
+    <message>
+        <source>Windows: app.ico, and the pictures of a package</source>
+        <translation>Windows: app.ico とパッケージの画像</translation>
+    </message>
+    <message>
+        <source>macOS: an icon set with all sizes</source>
+        <translation>macOS: すべてのサイズのアイコンセット</translation>
+    </message>
+    <message>
+        <source>iPhone and iPad: an icon set with one 1024 for all sizes</source>
+        <translation>iPhone と iPad: 1024 一つで全サイズを兼ねるアイコンセット</translation>
+    </message>
+    <message>
+        <source>Apple Watch: an icon set with one 1024 for all sizes</source>
+        <translation>Apple Watch: 1024 一つで全サイズを兼ねるアイコンセット</translation>
+    </message>
+    <message>
+        <source>Apple Watch: an icon set with all sizes</source>
+        <translation>Apple Watch: すべてのサイズのアイコンセット</translation>
+    </message>
+    <message>
+        <source>iPhone, iPad and the App Store: an icon set with all sizes</source>
+        <translation>iPhone、iPad、App Store: すべてのサイズのアイコンセット</translation>
     </message>
 </context>
 <context>

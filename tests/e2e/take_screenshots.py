@@ -14,11 +14,14 @@ DARK = {"View": "27,30,32", "Window": "42,46,50", "Button": "49,54,59", "Tooltip
 
 # Of each language: its code, the keys of the controls and menu items, the titles of windows and the name of a box.
 ENGLISH = {"code": "en", "rounded": "r", "radius": "a", "border": "b", "generate": "g", "about": "a", "more": "m",
-           "About": "About Tobrimax", "More": "More from Varnholt", "Border": "Border"}
+           "About": "About Tobrimax", "More": "More from Varnholt", "Border": "Border",
+           "Project": "Generate for a Project", "Generate": "Generate", "Done": "Done"}
 LANGUAGES = {
     "german": {"code": "de", "rounded": "e", "radius": "u", "border": "m", "generate": "i", "about": "udiaeresis",
-               "more": "m", "About": "Über Tobrimax", "More": "Mehr von Varnholt", "Border": "Rahmen"},
-    "japanese": ENGLISH | {"code": "ja", "About": "Tobrimax について", "More": "Varnholt のほかのアプリ", "Border": "枠線(B)"},
+               "more": "m", "About": "Über Tobrimax", "More": "Mehr von Varnholt", "Border": "Rahmen",
+               "Project": "Für ein Projekt erzeugen", "Generate": "Erzeugen", "Done": "Fertig"},
+    "japanese": ENGLISH | {"code": "ja", "About": "Tobrimax について", "More": "Varnholt のほかのアプリ", "Border": "枠線(B)",
+                            "Project": "プロジェクト用に生成", "Generate": "生成(G)", "Done": "完了(D)"},
 }
 
 
@@ -102,9 +105,35 @@ def take_other_windows(desktop, look):
     desktop.screenshot("alert")
 
 
+def take_project_sheet(desktop, look):
+    """The sheet before anything is chosen, with all that can be chosen, and what came of it."""
+    project = desktop.folder / "project"
+    (project / "web").mkdir(parents=True)
+    (project / "index.html").write_text("<html></html>\n")
+    start(desktop, look)
+    desktop.drag_onto_well(sample)
+    words = language_of(look)
+    desktop.key("alt+" + words["rounded"], "alt+" + words["radius"], *["Right"] * 10)
+    desktop.key("ctrl+shift+g")
+    desktop.wait_for_window(words["Project"])
+    desktop.screenshot("project-empty")
+    desktop.key("space", "End", "space", *["Up"] * 6, "space")
+    desktop.key("Tab", "Down", "Tab", *["Right"] * 12)
+    desktop.key(*["Tab"] * 6)
+    desktop.type("/home/anna/weather")
+    desktop.run("xdotool", "mousemove", "1", "1")
+    wait_for(lambda: (button := desktop.element(words["Generate"], "push button")) and desktop.is_enabled(button), "Generate")
+    desktop.screenshot("project-ready")
+    desktop.key("ctrl+a")
+    desktop.type(str(project))
+    desktop.key("Return")
+    wait_for(lambda: desktop.element(words["Done"], "push button"), "what was written")
+    desktop.screenshot("project-result")
+
+
 def take(what, look):
     with Desktop(pathlib.Path(folder) / look / what) as desktop:
-        take_main_window(desktop, look) if what == "main" else take_other_windows(desktop, look)
+        {"main": take_main_window, "others": take_other_windows, "project": take_project_sheet}[what](desktop, look)
 
 
 if __name__ == "__main__":
@@ -116,5 +145,5 @@ if __name__ == "__main__":
         # Each desktop has a process of its own, because a process can read the accessibility tree of one desktop only.
         for look in ("light", "dark", "light-scale-1.5", "light-scale-2", "dark-scale-2", "light-18pt", "dark-18pt", "light-mirrored",
                      "dark-mirrored", "light-german", "light-18pt-german", "light-japanese", "light-18pt-japanese"):
-            for what in ("main", "others"):
+            for what in ("main", "others", "project"):
                 subprocess.run([sys.executable, __file__, *sys.argv[1:5], what, look], check=True)

@@ -17,6 +17,10 @@ ENGLISH = [("Source picture", "push button"), ("Rounded corner", "check box"), (
 GERMAN = [("Ausgangsbild", "push button"), ("Abgerundete Ecken", "check box"), ("Eckenradius", "slider"),
           ("Rahmen", "check box"), ("Rahmenbreite", "slider"), ("Rahmenfarbe", "push button"),
           ("Icons erzeugen", "push button")]
+PROJECT_SHEET = [("Layouts", "tree"), ("Padding", "slider"), ("Background", "push button"),
+                 ("Dark picture", "push button"), ("Tinted picture", "push button"),
+                 ("Foreground picture", "push button"), ("Monochrome picture", "push button"), ("Project folder", "text"),
+                 ("Choose…", "push button"), ("Proof", "filler"), ("Cancel", "push button")]
 JAPANESE = [("元の画像", "push button"), ("角の半径", "slider"), ("枠線の太さ", "slider"), ("枠線の色", "push button")]
 
 
@@ -73,6 +77,33 @@ class ScreenReaderTest(unittest.TestCase):
             desktop.key("Right", "Right")
             value = desktop.element("Corner radius", "slider").get_value_iface()
             wait_for(lambda: value.get_current_value() > 0, "the radius")
+
+    def test_a_screen_reader_finds_all_of_the_sheet_for_a_project(self):
+        with Desktop(self.artefacts()) as desktop:
+            desktop.start_application(LC_ALL="en_GB.UTF-8")
+            desktop.drag_onto_well(SAMPLE)
+            desktop.key("ctrl+shift+g")
+            desktop.wait_for_window("Generate for a Project")
+            for name, role in PROJECT_SHEET:
+                element = desktop.element(name, role)
+                self.assertIsNotNone(element, f"{name}, {role}")
+                self.assertTrue(desktop.has_state(element, "FOCUSABLE"), name)
+            # Some versions of Qt call a list by its current item.
+            self.assertIn(desktop.elements("combo box")[-1].get_name(), ("Fit", "Stretch to the square"))
+            android = desktop.element("android, Android: launcher icons below res/, and Google Play's picture")
+            self.assertFalse(desktop.is_checked(android))
+            desktop.key("space")
+            wait_for(lambda: desktop.is_checked(desktop.element(android.get_name())), "the tick")
+            desktop.key("alt+e")
+            desktop.type(str(desktop.folder))
+            wait_for(lambda: any(desktop.is_enabled(button) for button in desktop.elements("push button")
+                                 if button.get_name() == "Generate"), "Generate")
+            desktop.key("Return")
+            wait_for(lambda: desktop.element("Done", "push button"), "what was written")
+            self.assertIsNotNone(desktop.element("Open Folder", "push button"))
+            self.assertTrue((desktop.folder / "res" / "mipmap-mdpi" / "ic_launcher.png").exists())
+            desktop.key("Escape")
+            desktop.wait_until_gone("Generate for a Project")
 
 
 if __name__ == "__main__":

@@ -1,4 +1,5 @@
 #include "mainwindow/BorderImageView.h"
+#include "mainwindow/ProjectSheet.h"
 #include "shell/AboutBox.h"
 #include "shell/ApplicationIcon.h"
 #include "tests/shell/AppDelegateFixture.h"
@@ -117,6 +118,23 @@ TEST_F(MainMenuTest, generate_is_the_button) {
     generate->trigger();
     ASSERT_NE(sheet<QFileDialog>(), nullptr);
     EXPECT_EQ(sheet<QFileDialog>()->fileMode(), QFileDialog::Directory);
+}
+
+TEST_F(MainMenuTest, generate_for_a_project_needs_a_picture) {
+    QAction* project = action(file, QStringLiteral("Generate for a Project…"));
+    EXPECT_EQ(project->shortcut(), QKeySequence(QStringLiteral("Ctrl+Shift+G")));
+    EXPECT_FALSE(project->isEnabled());
+    controller().imgViewIcon->takePicture("no picture");
+    EXPECT_FALSE(project->isEnabled());
+    arrive();
+    EXPECT_TRUE(project->isEnabled());
+    project->trigger();
+    ASSERT_NE(sheet<ProjectSheet>(), nullptr);
+    Events::key(sheet<ProjectSheet>(), Qt::Key_Escape);
+    Events::settle();
+    EXPECT_EQ(sheet<ProjectSheet>(), nullptr);
+    controller().imgViewIcon->takePicture("no picture");
+    EXPECT_FALSE(project->isEnabled());
 }
 
 TEST_F(MainMenuTest, copy_and_paste_are_offered_when_there_is_something) {
