@@ -12,6 +12,7 @@ IconSetGenerator::IconSetGenerator(const GenerationInput& input, const Surroundi
     : m_input(input),
       m_surroundings(surroundings),
       m_renderer(input, surroundings.screen),
+      m_pngs(surroundings.effort),
       m_writer(input, m_renderer, m_surroundings.ground, m_pngs, surroundings.place, surroundings.observer) {}
 
 QString IconSetGenerator::appiconsetPathString(const QString& idiom) const {

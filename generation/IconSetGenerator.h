@@ -20,6 +20,7 @@ class IconSetGenerator {
         GenerationObserver* observer = nullptr;
         IconGround ground = {}; ///< a value of its own
         OutputPlace& place = OutputPlace::disk();
+        PngEffort effort = PngEffort::Fast; ///< for all PNG encodings; Best may change their samples
     };
 
     IconSetGenerator(const GenerationInput& input, const Surroundings& surroundings); ///< keeps `input`

@@ -48,6 +48,7 @@ class Encoding {
           m_layout(layout),
           m_written(written),
           m_renderer(m_input.pictures, input.style, input.background),
+          m_pngs(input.effort),
           m_keeping(m_pngs) {
         for (const LayoutFile& file : written) {
             for (const QSize& size : sizesOf(file))
@@ -86,7 +87,7 @@ class Encoding {
         const Kind kind = kindOf(file, raster->size());
         const PngChannels channels = std::get<PngChannels>(kind);
         // No other raster can be equal to the only one of its kind. To keep it would only take memory.
-        return m_count[kind] == 1 ? encodePng(*raster, {.channels = channels})
+        return m_count[kind] == 1 ? encodePng(*raster, {.channels = channels, .effort = m_pngs.effort()})
                                   : m_pngs.encoded(*raster, channels);
     }
 

@@ -2,6 +2,7 @@
 
 #include "files/OutputPlace.h"
 #include "generation/GenerationObserver.h"
+#include "imaging/png/PngOptions.h"
 #include "layouts/LayoutRenderer.h"
 
 #include <QSizeF>
@@ -13,6 +14,7 @@ struct LayoutInput {
     Color background{1, 1, 1, 1}; ///< opaque
     QString name;                 ///< the app's name
     QString out;                  ///< the project's folder, as the user typed it; empty if there is none
+    PngEffort effort = PngEffort::Fast;
 };
 
 /// Writes the files of layouts. Their variables are replaced already.

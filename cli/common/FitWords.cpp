@@ -1,17 +1,8 @@
 #include "cli/common/FitWords.h"
 
-#include <cstddef>
 #include <optional>
 
 namespace {
-
-Parsed<PictureFit::Shape> shapeOf(const std::string& word) {
-    std::size_t index = 0;
-    std::optional<UsageError> error;
-    if (!take(OptionText::choice("fit", word, FitWords::names()), index, error))
-        return *error;
-    return static_cast<PictureFit::Shape>(index);
-}
 
 Parsed<double> paddingOf(const std::string& text) {
     bool isNumber = false;
@@ -43,8 +34,10 @@ void FitWords::addTo(CLI::App& command) {
 Parsed<PictureFit> FitWords::pictureFit(const CLI::App& command) const {
     PictureFit result;
     std::optional<UsageError> error;
-    const bool isTaken = (command.count("--fit") == 0 || take(shapeOf(fit), result.shape, error)) &&
-                         (command.count("--padding") == 0 || take(paddingOf(padding), result.padding, error));
+    const bool isTaken =
+        (command.count("--fit") == 0 ||
+         take(OptionText::valueOf<PictureFit::Shape>("fit", fit, names()), result.shape, error)) &&
+        (command.count("--padding") == 0 || take(paddingOf(padding), result.padding, error));
     if (!isTaken)
         return *error;
     return result;

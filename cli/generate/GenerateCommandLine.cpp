@@ -60,6 +60,7 @@ struct GenerateWords {
     FitWords fit;
     SmallWords small;
     LayoutWords layout;
+    std::string compress;
     std::string catalogue;
     std::string jobs;
     bool dryRun = false;
@@ -104,6 +105,11 @@ void addOptions(CLI::App& command, GenerateWords& words) {
     words.fit.addTo(command);
     words.small.addTo(command);
     words.layout.addTo(command);
+    command
+        .add_option("--compress", words.compress,
+                    "how PNG files are compressed: fast (the default) or best (fewer bytes, in many times "
+                    "the time; the icons of the platforms' folders may get fewer channels and bits)")
+        ->type_name("NAME");
     command
         .add_option("--catalogue", words.catalogue,
                     "a property list of icon names and sizes (default: the built-in one)")
@@ -220,6 +226,9 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
     const bool isTaken =
         take(OptionText::path(words.out, "--out"), options.out, error) &&
         take(platformsOf(words.platforms), options.platforms, error) &&
+        (generate.count("--compress") == 0 ||
+         take(OptionText::valueOf<PngEffort>("compress", words.compress, {"fast", "best"}), options.effort,
+              error)) &&
         (!hasCatalogue || take(OptionText::path(words.catalogue, "--catalogue"), options.catalogue, error)) &&
         (generate.count("--jobs") == 0 || take(jobsOf(words.jobs), options.jobs, error)) &&
         (generate.count("--proof") == 0 ||

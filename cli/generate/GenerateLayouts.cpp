@@ -34,6 +34,7 @@ class LayoutRun {
         m_input.style = options.style;
         m_input.name = name;
         m_input.out = options.out;
+        m_input.effort = options.effort;
         if (options.background)
             m_input.background = *options.background;
     }

@@ -4,6 +4,7 @@
 #include "cli/common/PictureLoading.h"
 #include "generation/IconStyle.h"
 #include "generation/Platforms.h"
+#include "imaging/png/PngOptions.h"
 
 #include <QString>
 #include <QStringList>
@@ -38,6 +39,7 @@ struct GenerateOptions {
     std::string tinted;
     std::string foreground;
     std::string monochrome;
+    PngEffort effort = PngEffort::Fast;
     QString catalogue;      ///< empty for the built-in catalogue
     double svgSeconds = 10; ///< of processor time, for each SVG picture
     int jobs = 0;           ///< processes at a time; 0: one for each core

@@ -48,6 +48,16 @@ Parsed<Color> opaqueColor(const std::string& option, const std::string& text);
 Parsed<std::size_t> choice(const std::string& kind, const std::string& word,
                            const std::vector<std::string>& words);
 
+/// The same as a value of an enumeration whose values stand in the order of `words`.
+template <typename Value>
+Parsed<Value> valueOf(const std::string& kind, const std::string& word,
+                      const std::vector<std::string>& words) {
+    const Parsed<std::size_t> index = choice(kind, word, words);
+    if (const auto* error = std::get_if<UsageError>(&index))
+        return *error;
+    return static_cast<Value>(std::get<std::size_t>(index));
+}
+
 /// The parts of "a,b,c".
 std::vector<std::string> list(const std::string& text);
 

@@ -10,6 +10,8 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -17,10 +19,11 @@ struct FreeCompressor {
     void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
 };
 
+using Compressor = std::unique_ptr<libdeflate_compressor, FreeCompressor>;
+
 /// By libdeflate at `level`. Its matches do not depend on the processor.
 Result<Done> appendMatches(QByteArray& stream, std::span<const std::uint8_t> bytes, int level) {
-    const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
-        libdeflate_alloc_compressor(level));
+    const Compressor compressor(libdeflate_alloc_compressor(level));
     if (!compressor)
         return outOfMemory();
     const qsizetype start = stream.size();
@@ -52,31 +55,58 @@ Result<Done> appendRuns(QByteArray& stream, std::span<const std::uint8_t> bytes)
     return (*runs)->finish();
 }
 
-constexpr int quickLevel = 1;
-constexpr int greedyLevel = 4;
-constexpr int thoroughLevel = 6;
+/// libdeflate's level for a method with matches.
+int levelOf(Deflate::Method method) {
+    switch (method) {
+    case Deflate::Method::Runs:
+    case Deflate::Method::Quick:
+        return 1;
+    case Deflate::Method::Greedy:
+        return 4;
+    case Deflate::Method::Thorough:
+        return 6;
+    case Deflate::Method::Densest:
+        break;
+    }
+    return 12;
+}
+
+class CompressorMeter final : public Deflate::Meter {
+  public:
+    explicit CompressorMeter(Compressor compressor) : m_compressor(std::move(compressor)) {}
+
+    std::size_t length(std::span<const std::uint8_t> bytes) const override {
+        m_room.resize(libdeflate_zlib_compress_bound(m_compressor.get(), bytes.size()));
+        return libdeflate_zlib_compress(m_compressor.get(), bytes.data(), bytes.size(), m_room.data(),
+                                        m_room.size());
+    }
+
+  private:
+    Compressor m_compressor;
+    mutable std::vector<std::uint8_t> m_room;
+};
 
 } // namespace
 
 Result<Done> Deflate::append(QByteArray& stream, std::span<const std::uint8_t> bytes, Method method) {
     const qsizetype length = stream.size();
     const auto append = [&] {
-        switch (method) {
-        case Method::Runs:
-            return appendRuns(stream, bytes);
-        case Method::Quick:
-            return appendMatches(stream, bytes, quickLevel);
-        case Method::Greedy:
-            return appendMatches(stream, bytes, greedyLevel);
-        case Method::Thorough:
-            break;
-        }
-        return appendMatches(stream, bytes, thoroughLevel);
+        return method == Method::Runs ? appendRuns(stream, bytes)
+                                      : appendMatches(stream, bytes, levelOf(method));
     };
     Result<Done> appended = unlessMemoryIsShort(append);
     if (!appended)
         stream.truncate(length);
     return appended;
+}
+
+Result<std::unique_ptr<Deflate::Meter>> Deflate::Meter::create(Method method) {
+    return unlessMemoryIsShort([&]() -> Result<std::unique_ptr<Meter>> {
+        Compressor compressor(libdeflate_alloc_compressor(levelOf(method)));
+        if (!compressor)
+            return outOfMemory();
+        return std::unique_ptr<Meter>(std::make_unique<CompressorMeter>(std::move(compressor)));
+    });
 }
 
 Result<std::unique_ptr<Deflate::RunStream>> Deflate::RunStream::create(QByteArray& stream, std::size_t length,

@@ -19,6 +19,7 @@ enum class Method {
     Quick,    ///< libdeflate's fastest level: for dense data with some repetitions
     Greedy,   ///< libdeflate: takes the first good match; for data with many repetitions, as of text
     Thorough, ///< libdeflate: looks for better matches; for flat graphics, several times as slow as runs
+    Densest,  ///< libdeflate: nearly the best matches and codes; a hundred times as slow as runs
 };
 
 /// Appends `bytes` as one stream to `stream`. OutOfMemory; after an error `stream` has its old length.
@@ -29,6 +30,16 @@ std::size_t runsLength(std::span<const std::uint8_t> bytes);
 
 /// The length in bytes of the stream that `append` makes by `method`. OutOfMemory.
 Result<std::size_t> length(std::span<const std::uint8_t> bytes, Method method);
+
+/// Tells the length in bytes of streams by a method with matches, again and again with the same memory.
+class Meter {
+  public:
+    /// OutOfMemory.
+    static Result<std::unique_ptr<Meter>> create(Method method);
+    virtual ~Meter() = default;
+    /// The length of what `append` makes. May throw std::bad_alloc.
+    virtual std::size_t length(std::span<const std::uint8_t> bytes) const = 0;
+};
 
 /// Appends the same stream as `append` by Method::Runs, but from bytes that come in parts. It takes memory
 /// for one block and one part. Its functions fail with OutOfMemory; what they appended is of no use then.

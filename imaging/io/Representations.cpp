@@ -28,7 +28,10 @@ Result<QByteArray> representationUsingType(const BitmapImageRep& bitmap, BitmapF
         return raster.error();
     switch (type) {
     case BitmapFileType::PNG:
-        return pngs != nullptr ? pngs->encoded(*raster) : encodePng(*raster);
+        if (pngs == nullptr)
+            return encodePng(*raster);
+        return pngs->encoded(*raster,
+                             pngs->effort() == PngEffort::Best ? PngChannels::Fewest : PngChannels::Rgba);
     }
     return Error{ErrorCode::Unsupported, QStringLiteral("files of this type are not written here")};
 }

@@ -20,7 +20,7 @@ Result<std::unique_ptr<BitmapImageRep>> imageRepWithData(const QByteArray& data)
 /// File types of `representationUsingType`, with the platform's numbers.
 enum class BitmapFileType { PNG = 4 };
 
-/// `bitmap` as a file of `type`, by way of `pngs` if there is one. EmptySize where it has no pixels,
-/// OutOfMemory.
+/// `bitmap` as a file of `type`, by way of `pngs` if there is one: of the best effort it may have fewer
+/// channels and bits. EmptySize where it has no pixels, OutOfMemory.
 Result<QByteArray> representationUsingType(const BitmapImageRep& bitmap, BitmapFileType type,
                                            PngStore* pngs = nullptr);

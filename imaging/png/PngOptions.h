@@ -6,8 +6,15 @@
 
 /// The samples of a pixel.
 enum class PngChannels {
-    Rgba, ///< colour type 6
-    Rgb,  ///< colour type 2, without an alpha channel
+    Rgba,   ///< colour type 6
+    Rgb,    ///< colour type 2, without an alpha channel
+    Fewest, ///< any colour type and depth that keeps each pixel: only with PngEffort::Best
+};
+
+/// How much work a file's length is worth.
+enum class PngEffort {
+    Fast, ///< the coding is chosen by a look at samples
+    Best, ///< many codings are tried, and the shortest file is taken
 };
 
 /// How a PNG's rows are filtered before compression.
@@ -27,4 +34,5 @@ struct PngOptions {
     /// rows.
     std::optional<PngCoding> coding = {};
     PngChannels channels = PngChannels::Rgba;
+    PngEffort effort = PngEffort::Fast; ///< Best leaves `coding` out of account
 };

@@ -38,7 +38,7 @@ Result<QByteArray> PngStore::encoded(const QImage& raster, PngChannels channels)
         found->isRepeated = true;
         return found->png;
     }
-    Result<QByteArray> png = encodePng(raster, {.channels = channels});
+    Result<QByteArray> png = encodePng(raster, {.channels = channels, .effort = m_effort});
     if (!png || m_keepings == 0)
         return png;
     // Without memory for one more entry the file is as good.

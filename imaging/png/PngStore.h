@@ -28,6 +28,11 @@ class PngStore {
         PngStore& m_store;
     };
 
+    explicit PngStore(PngEffort effort = PngEffort::Fast) : m_effort(effort) {}
+
+    /// What all files are worth.
+    PngEffort effort() const { return m_effort; }
+
     /// `encodePng` of `raster`. Fails as that does.
     Result<QByteArray> encoded(const QImage& raster, PngChannels channels = PngChannels::Rgba);
 
@@ -45,6 +50,7 @@ class PngStore {
     void makeRoom(qsizetype bytes);
     static qsizetype bytesOf(const Entry& entry);
 
+    PngEffort m_effort;
     std::vector<Entry> m_entries;
     qsizetype m_bytes = 0;
     int m_keepings = 0;

@@ -6,6 +6,8 @@
 #include "imaging/png/FilteredRows.h"
 #include "imaging/png/PngChoice.h"
 #include "imaging/png/PngHeader.h"
+#include "imaging/png/PngSamples.h"
+#include "imaging/png/SmallestPng.h"
 
 #include <libdeflate.h>
 
@@ -73,17 +75,11 @@ Result<Done> appendAtOnce(QByteArray& png, const FilteredRows& rows, const PngCh
     return Deflate::append(png, filtered.filled(), choice.coding.method);
 }
 
-/// Appends the picture's rows as a zlib stream in one chunk, or in several where one is too short.
-Result<Done> appendPixels(QByteArray& png, const QImage& raster, const PngOptions& options) {
-    const FilteredRows rows(raster, options.channels);
-    const Result<PngChoice> choice = PngChoice::of(rows, raster.height(), options);
-    if (!choice)
-        return choice.error();
+/// Appends what `append` writes as one chunk of pixels, or as several where one is too short.
+template <typename Append>
+Result<Done> appendPixelChunks(QByteArray& png, const Append& append) {
     const qsizetype start = beginChunk(png, PngHeader::pixelsType);
-    Result<Done> appended = choice->coding.method == Deflate::Method::Runs
-                                ? appendInParts(png, rows, raster.height(), *choice)
-                                : appendAtOnce(png, rows, *choice);
-    if (!appended)
+    if (Result<Done> appended = append(); !appended)
         return appended;
     if (png.size() - start <= maximumChunk) {
         finishChunk(png, start);
@@ -97,20 +93,58 @@ Result<Done> appendPixels(QByteArray& png, const QImage& raster, const PngOption
     return Done{};
 }
 
-Result<QByteArray> file(const QImage& raster, const PngOptions& options) {
-    QByteArray png;
+/// Filters and compresses the rows as it is chosen for them.
+Result<Done> appendChosen(QByteArray& png, const QImage& raster, const PngOptions& options) {
+    const FilteredRows rows(raster, options.channels);
+    const Result<PngChoice> choice = PngChoice::of(rows, raster.height(), options);
+    if (!choice)
+        return choice.error();
+    return appendPixelChunks(png, [&] {
+        return choice->coding.method == Deflate::Method::Runs
+                   ? appendInParts(png, rows, raster.height(), *choice)
+                   : appendAtOnce(png, rows, *choice);
+    });
+}
+
+/// Appends the signature, the header and the colour space.
+void appendStart(QByteArray& png, const QImage& raster, int bitDepth, PngSamples::ColorType colorType) {
     png.append(PngHeader::signature);
     QByteArray header;
-    // 8 bits, RGBA or RGB, deflate, the five filters, not interlaced
-    const QByteArrayView kind(
-        options.channels == PngChannels::Rgb ? "\x08\x02\x00\x00\x00" : "\x08\x06\x00\x00\x00", 5);
     ByteWriter(header)
         .bigEndian<quint32>(static_cast<quint32>(raster.width()))
         .bigEndian<quint32>(static_cast<quint32>(raster.height()))
-        .bytes(kind);
+        .bigEndian<quint8>(static_cast<quint8>(bitDepth))
+        .bigEndian<quint8>(colorType)
+        .bytes(QByteArrayView("\0\0\0", 3)); // deflate, the five filters, not interlaced
     appendChunk(png, PngHeader::headerType, header);
     appendChunk(png, "sRGB", QByteArrayView("\0", 1));
-    if (const Result<Done> appended = appendPixels(png, raster, options); !appended)
+}
+
+Result<QByteArray> file(const QImage& raster, const PngOptions& options) {
+    QByteArray png;
+    appendStart(png, raster, 8, options.channels == PngChannels::Rgb ? PngSamples::Rgb : PngSamples::Rgba);
+    if (const Result<Done> appended = appendChosen(png, raster, options); !appended)
+        return appended.error();
+    appendChunk(png, PngHeader::endType, {});
+    return png;
+}
+
+Result<QByteArray> smallestFile(const QImage& raster, PngChannels channels) {
+    const Result<PngPixels> pixels = smallestPngPixels(raster, channels);
+    if (!pixels)
+        return pixels.error();
+    const PngSamples& samples = pixels->samples;
+    QByteArray png;
+    appendStart(png, raster, samples.bitDepth, samples.colorType);
+    if (!samples.palette.isEmpty())
+        appendChunk(png, "PLTE", samples.palette);
+    if (!samples.alphas.isEmpty())
+        appendChunk(png, "tRNS", samples.alphas);
+    const auto append = [&] {
+        png.append(pixels->stream);
+        return Result<Done>(Done{});
+    };
+    if (const Result<Done> appended = appendPixelChunks(png, append); !appended)
         return appended.error();
     appendChunk(png, PngHeader::endType, {});
     return png;
@@ -119,5 +153,8 @@ Result<QByteArray> file(const QImage& raster, const PngOptions& options) {
 } // namespace
 
 Result<QByteArray> encodePng(const QImage& raster, const PngOptions& options) {
-    return encodedPicture(raster, [&] { return file(raster, options); });
+    return encodedPicture(raster, [&] {
+        return options.effort == PngEffort::Best ? smallestFile(raster, options.channels)
+                                                 : file(raster, options);
+    });
 }

@@ -32,7 +32,7 @@ _tobrimax_cli() {
     case $command in
     generate)
         options="--out --platform $style $fit --small --background --layout --name --dark --tinted --foreground --monochrome"
-        options+=" --catalogue --jobs --svg-limit --dry-run --check --watch --proof --open --quiet --verbose --json --timings"
+        options+=" --compress --catalogue --jobs --svg-limit --dry-run --check --watch --proof --open --quiet --verbose --json --timings"
         operands=100000
         ;;
     layouts) options="--json" ;;
@@ -54,7 +54,7 @@ _tobrimax_cli() {
         fi
         case ${words[at]} in
         --) ended=1 ;;
-        -o | -p | -l | --out | --platform | --round-corner | --border | --border-color | --catalogue | --jobs | --format | \
+        -o | -p | -l | --out | --platform | --round-corner | --border | --border-color | --compress | --catalogue | --jobs | --format | \
             --size | --fit | --padding | --small | --svg-limit | --background | --layout | --name | --dark | --tinted | \
             --foreground | --monochrome | --proof)
             ((++at == cword)) && option=$prev
@@ -79,6 +79,10 @@ _tobrimax_cli() {
     -l | --layout)
         _filedir
         COMPREPLY+=($(compgen -W "$(_tobrimax_cli_layouts)" -- "$cur"))
+        return
+        ;;
+    --compress)
+        COMPREPLY=($(compgen -W "fast best" -- "$cur"))
         return
         ;;
     --fit)

@@ -17,7 +17,7 @@ end
 function __tobrimax_cli_wants
     __tobrimax_cli_in $argv[2..]
     or return
-    set -l valued -o -p -l --out --platform --round-corner --border --border-color --catalogue --jobs --format --size --fit --padding --small --proof \
+    set -l valued -o -p -l --out --platform --round-corner --border --border-color --compress --catalogue --jobs --format --size --fit --padding --small --proof \
         --svg-limit --background --layout --name --dark --tinted --foreground --monochrome
     set -l words (commandline -poc)
     set -l given 0
@@ -87,6 +87,7 @@ complete -c tobrimax-cli -n $condition -r -F -l dark -d 'the picture for dark ic
 complete -c tobrimax-cli -n $condition -r -F -l tinted -d 'the picture for tinted icons'
 complete -c tobrimax-cli -n $condition -r -F -l foreground -d 'the front layer of icons for Android'
 complete -c tobrimax-cli -n $condition -r -F -l monochrome -d 'the shape of themed icons'
+complete -c tobrimax-cli -n $condition -x -l compress -a 'fast best' -d 'how PNG files are compressed'
 complete -c tobrimax-cli -n $condition -r -F -l catalogue -d 'icon names and sizes instead of the built-in ones'
 complete -c tobrimax-cli -n $condition -x -l jobs -d 'how many of several pictures at once'
 complete -c tobrimax-cli -n $condition -l dry-run -d 'list what would be written, and write nothing'
