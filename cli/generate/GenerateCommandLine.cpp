@@ -10,45 +10,21 @@
 #include "cli/generate/GenerateReport.h"
 #include "cli/generate/GenerateWatch.h"
 #include "cli/generate/LayoutWords.h"
+#include "cli/generate/PlatformWords.h"
 #include "cli/generate/ProjectRuns.h"
-#include "files/FileItem.h"
-#include "files/PathBytes.h"
 #include "imaging/io/PictureFormat.h"
-
-#include <QStringList>
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <memory>
-#include <span>
 
 namespace {
 
-/// The words of --platform with their platforms, in the order of generation.
-const std::vector<Platforms::Choice>& platformWords() {
-    static const std::vector<Platforms::Choice> words = [] {
-        const std::span<const Platforms::Choice> choices = Platforms::choices();
-        std::vector<Platforms::Choice> all(choices.begin(), choices.end());
-        all.push_back({"all", Platforms::all});
-        return all;
-    }();
+/// The words of --compress, in the order of PngEffort.
+const std::vector<std::string>& effortWords() {
+    static const std::vector<std::string> words{"fast", "best"};
     return words;
-}
-
-/// For the help text: "iphone, ipad, universal (iphone and ipad), … or all".
-std::string platformWordsText() {
-    std::string text;
-    for (const Platforms::Choice& choice : Platforms::choices()) {
-        text += (text.empty() ? "" : ", ") + std::string(choice.word);
-        if (choice.platforms.size() == 1)
-            continue;
-        QStringList idioms;
-        for (const Platform platform : choice.platforms)
-            idioms << Platforms::idiom(platform);
-        text += " (" + idioms.join(QStringLiteral(" and ")).toStdString() + ")";
-    }
-    return text + " or " + platformWords().back().word;
 }
 
 /// The options of `generate` as typed.
@@ -75,13 +51,6 @@ struct GenerateWords {
     bool timings = false;
 };
 
-std::vector<std::string> platformNames() {
-    std::vector<std::string> names;
-    for (const Platforms::Choice& choice : platformWords())
-        names.emplace_back(choice.word);
-    return names;
-}
-
 /// Adds the options of `generate` to `command`.
 void addOptions(CLI::App& command, GenerateWords& words) {
     command
@@ -97,7 +66,7 @@ void addOptions(CLI::App& command, GenerateWords& words) {
         ->type_name("DIR");
     command
         .add_option("-p,--platform", words.platforms,
-                    "whose icons to make: " + platformWordsText() + "; several with commas (default: all)")
+                    "whose icons to make: " + PlatformWords::text() + "; several with commas (default: all)")
         ->type_name("NAME")
         ->take_all()
         ->allow_extra_args(false);
@@ -132,45 +101,6 @@ void addOptions(CLI::App& command, GenerateWords& words) {
                      "list every file, and show the diagnostic log (default: one line for each platform)");
     command.add_flag("--json", words.json, "print one JSON document instead of lines");
     command.add_flag("--timings", words.timings, "print how long each stage took, even with --quiet");
-}
-
-/// The platform's word for another name of it.
-std::string meant(const std::string& word) {
-    return OptionText::areSame(word, "ios") ? "universal" : word;
-}
-
-Parsed<std::vector<Platform>> platformsOf(const std::vector<std::string>& chosen) {
-    std::vector<Platform> platforms;
-    const std::vector<std::string> standard{platformWords().back().word};
-    for (const std::string& word : chosen.empty() ? standard : chosen) {
-        for (const std::string& name : OptionText::list(word)) {
-            const Parsed<std::size_t> found = OptionText::choice("platform", meant(name), platformNames());
-            if (const auto* error = std::get_if<UsageError>(&found))
-                return LayoutWords::isName(name) ? UsageError{std::string("'")
-                                                                  .append(name)
-                                                                  .append("' is a layout: write --layout ")
-                                                                  .append(name)}
-                                                 : *error;
-            for (const Platform platform : platformWords()[std::get<std::size_t>(found)].platforms) {
-                if (std::ranges::find(platforms, platform) == platforms.end())
-                    platforms.push_back(platform);
-            }
-        }
-    }
-    return platforms;
-}
-
-/// The first picture that is none: a platform behind another one, as in "--platform mac android".
-std::optional<UsageError> strayPlatform(const std::vector<std::string>& pictures) {
-    for (const std::string& picture : pictures) {
-        const bool isPlatform = std::holds_alternative<std::size_t>(
-            OptionText::choice("platform", meant(picture), platformNames()));
-        if (pictures.size() > 1 && isPlatform && !FileItem::exists(PathBytes::decoded(picture)))
-            return UsageError{"'" + picture +
-                              "' is one argument too many; several platforms are written with commas: "
-                              "--platform mac,android"};
-    }
-    return std::nullopt;
 }
 
 Parsed<int> jobsOf(const std::string& text) {
@@ -225,9 +155,9 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
     std::optional<UsageError> error;
     const bool isTaken =
         take(OptionText::path(words.out, "--out"), options.out, error) &&
-        take(platformsOf(words.platforms), options.platforms, error) &&
+        take(PlatformWords::platforms(words.platforms), options.platforms, error) &&
         (generate.count("--compress") == 0 ||
-         take(OptionText::valueOf<PngEffort>("compress", words.compress, {"fast", "best"}), options.effort,
+         take(OptionText::valueOf<PngEffort>("compress", words.compress, effortWords()), options.effort,
               error)) &&
         (!hasCatalogue || take(OptionText::path(words.catalogue, "--catalogue"), options.catalogue, error)) &&
         (generate.count("--jobs") == 0 || take(jobsOf(words.jobs), options.jobs, error)) &&
@@ -243,7 +173,7 @@ Parsed<GenerateOptions> optionsFrom(const CLI::App& generate, const GenerateWord
         return *wrong;
     if (words.pictures.front().empty())
         return UsageError{"PICTURE is empty"};
-    if (const std::optional<UsageError> stray = strayPlatform(words.pictures))
+    if (const std::optional<UsageError> stray = PlatformWords::stray(words.pictures))
         return *stray;
     if (const std::optional<UsageError> wrong = exclusion(generate, words, options))
         return *wrong;
@@ -394,7 +324,9 @@ Command generateCommand(CLI::App& app) {
                 call.runs.front().options.quiet);
         };
     };
-    command.choices = {
-        {"--platform", platformNames()}, {"--layout", LayoutWords::names()}, {"--fit", FitWords::names()}};
+    command.choices = {{"--platform", PlatformWords::names()},
+                       {"--layout", LayoutWords::names()},
+                       {"--fit", FitWords::names()},
+                       {"--compress", effortWords()}};
     return command;
 }

@@ -84,7 +84,7 @@ class CompletionTest(unittest.TestCase):
                 words = {*option["choices"], *PATHS.get(option["value"], ())}
                 self.expect(words, fixed)
                 self.expect(words, fixed, option["choices"][0][:2])
-        self.assertEqual(count, 14, "--platform, -p, --layout, -l and --format, and --fit of three commands")
+        self.assertEqual(count, 16, "--platform, -p, --layout, -l, --compress and --format, and --fit of three commands")
 
     def test_files_and_folders_that_an_option_takes(self):
         for option, fixed in self.options_with_values():

@@ -71,7 +71,7 @@ class ManualPageTest(unittest.TestCase):
                     item = self.descriptions[command["command"]].split(f".It {written(option, ',')}\n")[1]
                     item = re.split(r"^\.(?:It|El)", item, flags=re.MULTILINE)[0]
                     self.assertEqual(re.findall(r"^\.Cm (\S+)", item, re.MULTILINE), option["choices"])
-        self.assertEqual(count, 6, "--platform, --layout and --format, and --fit of three commands")
+        self.assertEqual(count, 7, "--platform, --layout, --compress and --format, and --fit of three commands")
 
     @unittest.skipUnless(shutil.which("mandoc"), "mandoc is not installed")
     def test_form_by_mandoc(self):
