@@ -82,7 +82,8 @@ void generate(OptionsInput input, const GenerationPlan& plan, const Result<Catal
     const GenerateOptions& options = input.options();
     const UnscaledScreen screen;
     QuietWorkspace workspace;
-    const IconSetGenerator generator(input, {screen, workspace, &report, {options.background}, place, options.effort});
+    const IconSetGenerator generator(
+        input, {screen, workspace, &report, {options.background}, place, options.effort});
     Terminal::ProgressBar progress(static_cast<int>(plan.files().size()), options.tellsProgress());
     report.begin(progress);
     const PngStore::Keeping keeping = generator.keepPngs();
