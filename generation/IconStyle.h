@@ -13,6 +13,7 @@ struct IconStyle {
     float borderWidth = 0.05F;
     Color borderColor{0.2, 0.2, 0.2, 1};
 
+    /// Whether any corner is cut.
     bool hasRoundCorners() const { return roundCorner && cornerRadiusPercent > 0; }
 
     bool operator==(const IconStyle&) const = default;

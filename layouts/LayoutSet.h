@@ -18,6 +18,7 @@ class LayoutSet {
     /// file.
     static Result<LayoutSet> load(const QStringList& names, const QString& out, const QString& name);
 
+    /// In the order of their names and paths.
     const std::vector<Layout>& layouts() const { return m_layouts; }
 
     /// The sizes in which `picture` will be drawn, in their order, where it and the pictures `given` are
