@@ -274,7 +274,18 @@ int webPWorkingBytes(const QByteArray& bytes) {
     return hasRiffChunk(bytes, "VP8 ") ? 0 : whole;
 }
 
-Result<DecodedPicture> readWholeWebP(const QByteArray& bytes) {
+/// `bytes` of an animation, of which the header says that it has alpha. Qt's reader clears the canvas of such
+/// animations alone: of others, what the first frame leaves free keeps what was in memory before.
+QByteArray withClearedCanvas(QByteArray bytes) {
+    constexpr qsizetype flagsAt = firstChunk + qsizetype{sizeof(RiffHeader)};
+    constexpr char alpha = 0x10;
+    if (ByteReader(bytes).fourCharCode(firstChunk) == FourCharCode("VP8X") && hasRiffChunk(bytes, "ANMF"))
+        bytes[flagsAt] = static_cast<char>(bytes[flagsAt] | alpha);
+    return bytes;
+}
+
+Result<DecodedPicture> readWholeWebP(const QByteArray& file) {
+    const QByteArray bytes = withClearedCanvas(file);
     const std::optional<PixelSize> size = webPSize(bytes);
     if (size && PictureReader::checkSize(size->width, size->height)) {
         const Result<Done> allowed = PictureReader::checkWorkingMemory(

@@ -7,6 +7,7 @@
 #include <QtEndian>
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <sys/resource.h>
 
 #include <functional>
@@ -71,6 +72,21 @@ TEST(ImageSourceWebP, pictures_are_turned_upright) {
 
 TEST(ImageSourceWebP, an_animation_is_its_first_frame_with_a_warning) {
     expectPicture("animated.webp", color, width, height, {PictureReader::framesWarning()});
+}
+
+TEST(ImageSourceWebP, what_an_animations_first_frame_leaves_free_is_clear) {
+    QByteArray webp = fixture("animated.webp");
+    ASSERT_EQ(webp.mid(12, 4), QByteArray("VP8X"));
+    const char flags = webp[20];
+    constexpr char alpha = 0x10;
+    ASSERT_EQ(flags & alpha, 0);
+    constexpr int canvasHeight = 64;
+    webp[27] = canvasHeight - 1;
+    constexpr int fill = 0xaa; // so that new memory is not clear by chance
+    mallopt(M_PERTURB, fill);
+    expectPicture(webp, [](int x, int y) { return y < height ? color(x, y) : QColor(Qt::transparent); },
+                  width, canvasHeight, {PictureReader::framesWarning()});
+    mallopt(M_PERTURB, 0);
 }
 
 TEST(ImageSourceWebP, display_p3_colours_are_converted_to_srgb) {
