@@ -142,9 +142,10 @@ Error failure(const QImageReader& reader, const RefusedMemory& memory, const QSt
 }
 
 /// Reads a picture by Qt's reader for `format`. `size` comes from the file's header, without Qt: Qt's readers
-/// may already take memory for pixels when they are asked for the size.
+/// may already take memory for pixels when they are asked for the size. With `hasGaps` the file may leave out
+/// pixels of a picture of Indexed8, which then have the index 0.
 Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const QString& name,
-                       const std::optional<PixelSize>& size) {
+                       const std::optional<PixelSize>& size, bool hasGaps = false) {
     if (!size)
         return unreadableHeader(name);
     if (const Result<Done> allowed = PictureReader::checkSize(size->width, size->height); !allowed)
@@ -159,6 +160,14 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(false);
     QtPicture picture;
+    if (hasGaps) {
+        Result<QImage> cleared = newRaster(
+            QSize(static_cast<int>(size->width), static_cast<int>(size->height)), QImage::Format_Indexed8);
+        if (!cleared)
+            return cleared.error();
+        cleared->fill(0);
+        picture.image = std::move(*cleared); // Qt's reader takes an image that fits
+    }
     // A WebP file is read at once, and its pixels follow without steps.
     constexpr qint64 pixelsPerMillisecond = 50'000;
     if (format == "webp")
@@ -171,6 +180,20 @@ Result<QtPicture> read(const QByteArray& bytes, const QByteArray& format, const 
     return picture;
 }
 
+constexpr qsizetype bmpHeaderAt = 14;
+constexpr quint32 bmpCoreHeaderSize = 12;
+
+/// The begin of a BMP file's header where it is longer than `bmpCoreHeaderSize`.
+struct BmpInfoHeader {
+    quint32_le size;
+    qint32_le width;
+    qint32_le height;
+    quint16_le planes;
+    quint16_le depth;
+    quint32_le compression;
+};
+static_assert(sizeof(BmpInfoHeader) == 20);
+
 /// The size in a BMP file's header. The height of a picture stored from the top is negative there; it is
 /// returned without the sign.
 std::optional<PixelSize> bmpSize(const QByteArray& bytes) {
@@ -180,22 +203,23 @@ std::optional<PixelSize> bmpSize(const QByteArray& bytes) {
         quint16_le height;
     };
     static_assert(sizeof(CoreHeader) == 8);
-    struct InfoHeader {
-        quint32_le size;
-        qint32_le width;
-        qint32_le height;
-    };
-    static_assert(sizeof(InfoHeader) == 12);
-    constexpr qsizetype headerAt = 14;
-    constexpr quint32 coreHeaderSize = 12;
     const ByteReader file(bytes);
-    const auto core = file.record<CoreHeader>(headerAt);
-    const auto info = file.record<InfoHeader>(headerAt);
+    const auto core = file.record<CoreHeader>(bmpHeaderAt);
+    const auto info = file.record<BmpInfoHeader>(bmpHeaderAt);
     if (!core || !info)
         return std::nullopt;
-    if (core->size == coreHeaderSize)
+    if (core->size == bmpCoreHeaderSize)
         return PixelSize{core->width, core->height};
     return PixelSize{info->width, std::abs(qint64{info->height})};
+}
+
+/// Whether a BMP file's pixels are run lengths, which may skip some of them.
+bool hasRunLengths(const QByteArray& bytes) {
+    constexpr quint32 rle8 = 1;
+    constexpr quint32 rle4 = 2;
+    const auto info = ByteReader(bytes).record<BmpInfoHeader>(bmpHeaderAt);
+    return info && info->size != bmpCoreHeaderSize &&
+           (info->compression == rle8 || info->compression == rle4);
 }
 
 /// The header of a chunk in a RIFF file.
@@ -255,7 +279,7 @@ QByteArray riffChunk(const QByteArray& bytes, FourCharCode type) {
 
 Result<DecodedPicture> readWholeBmp(const QByteArray& bytes) {
     const QString name = QStringLiteral("BMP");
-    Result<QtPicture> picture = read(bytes, "bmp", name, bmpSize(bytes));
+    Result<QtPicture> picture = read(bytes, "bmp", name, bmpSize(bytes), hasRunLengths(bytes));
     if (!picture)
         return picture.error();
     if (picture->ranShort)

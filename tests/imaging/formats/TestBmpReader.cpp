@@ -1,4 +1,5 @@
 #include "imaging/io/ImageSource.h"
+#include "tests/support/FilledMemory.h"
 #include "tests/support/Fixtures.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Refusals.h"
@@ -11,6 +12,7 @@
 
 #include <functional>
 #include <limits>
+
 using Fixtures::color;
 using Fixtures::height;
 using Fixtures::paletteColor;
@@ -65,6 +67,21 @@ TEST(ImageSourceBmp, a_negative_height_is_a_picture_from_the_top) {
 TEST(ImageSourceBmp, run_lengths_are_read_exactly) {
     expectPicture("rle-8.bmp", [](int x, int y) {
         return paletteColor(x < 4 ? y : x < 9 ? 5 * x + 3 * y : y + 20);
+    });
+}
+
+TEST(ImageSourceBmp, pixels_that_run_lengths_skip_have_the_first_colour) {
+    // From below: three pixels and the end of the line; an offset of two pixels and a line; two pixels; the
+    // end.
+    const QByteArray bmp = fixture("rle-8.bmp").left(14 + 40 + 4 * 256) + QByteArray("\3\7\0\0"
+                                                                                     "\0\2\2\1"
+                                                                                     "\2\11\0\1",
+                                                                                     12);
+    const FilledMemory filled;
+    Fixtures::expectPicture(bmp, [](int x, int y) {
+        const bool isFirstRun = y == height - 1 && x < 3;
+        const bool isSecondRun = y == height - 3 && (x == 2 || x == 3);
+        return paletteColor(isFirstRun ? 7 : isSecondRun ? 9 : 0);
     });
 }
 

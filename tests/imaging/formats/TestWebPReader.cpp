@@ -1,4 +1,5 @@
 #include "imaging/io/ImageSource.h"
+#include "tests/support/FilledMemory.h"
 #include "tests/support/Fixtures.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Refusals.h"
@@ -7,7 +8,6 @@
 #include <QtEndian>
 
 #include <gtest/gtest.h>
-#include <malloc.h>
 #include <sys/resource.h>
 
 #include <functional>
@@ -82,11 +82,9 @@ TEST(ImageSourceWebP, what_an_animations_first_frame_leaves_free_is_clear) {
     ASSERT_EQ(flags & alpha, 0);
     constexpr int canvasHeight = 64;
     webp[27] = canvasHeight - 1;
-    constexpr int fill = 0xaa; // so that new memory is not clear by chance
-    mallopt(M_PERTURB, fill);
+    const FilledMemory filled;
     expectPicture(webp, [](int x, int y) { return y < height ? color(x, y) : QColor(Qt::transparent); },
                   width, canvasHeight, {PictureReader::framesWarning()});
-    mallopt(M_PERTURB, 0);
 }
 
 TEST(ImageSourceWebP, display_p3_colours_are_converted_to_srgb) {
