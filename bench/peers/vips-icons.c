@@ -17,10 +17,10 @@ static void check(int result) {
 }
 
 static VipsImage* read_source(const char* file) {
-    VipsImage *source = vips_image_new_from_file(file, NULL), *premultiplied = NULL, *bytes = NULL;
-    check(source == NULL);
-    check(vips_image_hasalpha(source) ? vips_premultiply(source, &premultiplied, NULL)
-                                      : vips_copy(source, &premultiplied, NULL));
+    VipsImage *source = vips_image_new_from_file(file, NULL), *srgb = NULL, *premultiplied = NULL, *bytes = NULL;
+    check(source == NULL || vips_colourspace(source, &srgb, VIPS_INTERPRETATION_sRGB, NULL));
+    check(vips_image_hasalpha(srgb) ? vips_premultiply(srgb, &premultiplied, NULL)
+                                    : vips_copy(srgb, &premultiplied, NULL));
     check(vips_cast_uchar(premultiplied, &bytes, NULL));
     return vips_image_copy_memory(bytes);
 }

@@ -30,6 +30,7 @@ SOURCES = (Source("logo-1024", "Logo", 1024, "logo-1024.png", True, 0.17, 0.40),
            Source("two-colours", "Flat art of two colours", 1024, "two-colours.png", False, 0.17, 0.40),
            Source("graphic-256", "A graphic that is enlarged", 256, "graphic-256.png", False, 0.17, 0.40),
            Source("screenshot", "A screenshot with text", 1024, "screenshot.png", False, 0.17, 0.40),
+           Source("photo-16", "The photograph with 16 bits a sample", 1024, "photo-16.png", False, 0.17, 0.40),
            Source("webp", "The photograph as lossy WebP", 1024, "photo-1024.webp", False, 0.17, 0.40),
            Source("sample-svg", "The project's sample as a drawing", 1024, "sample.svg", False, None, None))
 # The pictures that are drawn from a seed: bench/bytes has more of each kind.
@@ -92,6 +93,8 @@ def picture(source):
     elif source.name == "webp":
         with Image.open(measured.picture("photo", source.side, path.with_suffix(".png"))) as photograph:
             photograph.save(path, quality=90)
+    elif source.name == "photo-16":
+        measured.picture(source.name, source.side, path)
     else:
         measured.picture(source.name.split("-")[0], source.side, path)
     return path
@@ -244,7 +247,8 @@ minute.
 
 **Sources.** They are made from fixed seeds: a logo (flat shapes, gradients, antialiased edges, transparent surround;
 PNG) and a picture as a camera takes it (PNG; at 4096 pixels JPEG of quality 90). Further sources have the rows of fewer
-programs: the project's sample as PNG and as SVG, and pictures of the kinds that `bench/bytes` draws.
+programs: the project's sample as PNG and as SVG, the photograph in other formats, and pictures of the kinds that
+`bench/bytes` draws.
 
 **Programs.** tobrimax-cli draws each of its icons anew.
 
@@ -260,6 +264,8 @@ programs: the project's sample as PNG and as SVG, and pictures of the kinds that
     filter for each row, too.
 - libvips, C is a program in C on Debian's libvips ([source](../bench/peers/vips-icons.c)): one decode, halved copies,
   each size reduced and compressed once, copies for the other files.
+- Skia's canvas (npm's `@napi-rs/canvas`) draws each size once from the decoded source, with
+  `imageSmoothingQuality = "high"` ([script](../bench/peers/skia-icons.mjs)); the other files are copies.
 - resvg (npm's `@resvg/resvg-js`) draws each size of a drawing once ([script](../bench/peers/resvg-icons.mjs)); the other
   files are copies.
 - ImageMagick is one process for all sizes, `convert SOURCE ( +clone -resize WxH! -write FILE +delete ) … null:`, on one
@@ -286,13 +292,51 @@ def wrapped(text, indent=""):
     return textwrap.fill(text, 120, subsequent_indent=indent, break_long_words=False, break_on_hyphens=False)
 
 
-def document(arguments, sections, figures, load):
+def document(arguments, sections, load):
     introduction = INTRODUCTION.format(
         pngs=len(catalogue.png_icons()), icns=len(catalogue.icns_sides()), runs=arguments.runs,
         distinct=len({icon["side"] for icon in catalogue.plan()}), machine=measured.machine(), load=load and " " + load,
         versions=", ".join(f"{name} {version}" for name, version in tools.versions()))
     introduction = "\n".join(wrapped(line) if line.startswith("**") else line for line in introduction.split("\n"))
-    return "\n\n".join([introduction, "## Results", *sections, quality_section(figures), LIMITS]) + "\n"
+    return "\n\n".join([introduction, "## Results", *sections, LIMITS]) + "\n"
+
+
+# The sources whose shortest files are compared with those that optimisers leave.
+SHORTEST = ("two-colours", "logo-1024", "photo-1024", "sample")
+
+SHORTEST_TEXT = """`--compress best` tries ten ways to filter each icon, in each kind of samples that holds its pixels exactly,
+and compresses the two most promising as densely as libdeflate can. The bytes are those of the {pngs} PNG files; the seconds
+are processor time. Two optimisers get the files of the default: oxipng (npm's `@jsquash/oxipng`) at level 4, whose
+WebAssembly is no measure for its time, and the lossless pass of `@napi-rs/image` ([script](../bench/peers/shorten.mjs))."""
+
+
+def shortest(path):
+    """What the PNG files of a full set take: {"fast", "best", "oxipng", "napi"} with {"bytes", "cpu"} each."""
+    def files(*options):
+        folder = measured.fresh(tools.WORK / "shortest")
+        took = measured.run([*tools.OURS.command(path, folder), *options])
+        found = sorted(folder.rglob("*.png"))
+        return found, {"bytes": sum(file.stat().st_size for file in found), "cpu": took["cpu"]}
+
+    _, best = files("--compress", "best")
+    fast_files, fast = files()
+    return {"fast": fast, "best": best, **{way: tools.shortened(way, fast_files) for way in ("oxipng", "napi")}}
+
+
+def shortest_section(results):
+    rows = [[source.title, f"{took['fast']['bytes']:,}", f"{took['best']['bytes']:,}",
+             f"{100 * (1 - took['best']['bytes'] / took['fast']['bytes']):.0f} %", f"{took['oxipng']['bytes']:,}",
+             f"{took['napi']['bytes']:,}", f"{took['best']['cpu']:.1f}", f"{took['napi']['cpu']:.1f}"]
+            for source, took in results.items()]
+    head = ["picture", "fast, bytes", "best, bytes", "saved", "oxipng, bytes", "@napi-rs/image, bytes", "best, s",
+            "@napi-rs/image, s"]
+    return "\n\n".join(["### The shortest files", wrapped(" ".join(SHORTEST_TEXT.format(
+        pngs=len(catalogue.png_icons())).split())), table(head, rows)])
+
+
+def shortest_bounds(took):
+    return [at_most("bytes of --compress best ÷ oxipng's", took["best"]["bytes"] / took["oxipng"]["bytes"], 1.002),
+            at_most("CPU time of --compress best ÷ @napi-rs/image's", took["best"]["cpu"] / took["napi"]["cpu"], 4)]
 
 
 def quality_section(figures):
@@ -331,9 +375,14 @@ def main():
         stages = stage_times(pictures[source], measured.fresh(tools.WORK / "stages"), arguments.runs)
         kept += bounds(source, results)
         sections.append(section(source, results, stages))
+    shorter = {source: shortest(pictures[source]) for source in chosen if source.name in SHORTEST}
+    if shorter:
+        sections.append(shortest_section(shorter))
+        kept += [bound for took in shorter.values() for bound in shortest_bounds(took)]
     figures = quality_figures([tools.OURS, tools.SHARP, tools.IMAGEMAGICK, tools.TAURI])
     kept += quality_bounds(figures)
-    text = document(arguments, sections, figures, load)
+    sections.append(quality_section(figures))
+    text = document(arguments, sections, load)
     print(text, end="")
     is_whole = len(chosen) == len(SOURCES) and arguments.runs >= FEWEST_RUNS
     path = arguments.write or (DOCUMENT if is_whole else None)

@@ -20,6 +20,8 @@ MAGICK = next((found for name in ("convert-im6.q16", "magick", "convert") if (fo
 # Node.js looks for the modules beside the scripts.
 SHARP_SCRIPT = WORK / "sharp-icons.mjs"
 RESVG_SCRIPT = WORK / "resvg-icons.mjs"
+SKIA_SCRIPT = WORK / "skia-icons.mjs"
+SHORTEN_SCRIPT = WORK / "shorten.mjs"
 VIPS_PROGRAM = WORK / "vips-icons"
 
 
@@ -77,9 +79,13 @@ class Vips(Tool):
         return [VIPS_PROGRAM, source, WORK / "plan.txt", folder]
 
 
-class Resvg(Tool):
+@dataclasses.dataclass(frozen=True, eq=False)
+class Script(Tool):
+    """A script that takes the plan as JSON."""
+    script: pathlib.Path = None
+
     def command(self, source, folder):
-        return ["node", RESVG_SCRIPT, source, WORK / "plan.json", folder]
+        return ["node", self.script, source, WORK / "plan.json", folder]
 
 
 class ImageMagick(Tool):
@@ -139,7 +145,8 @@ SHARP_THREADS = Sharp("sharp (d)", ("threads",), is_pinned=False)
 SHARP_HALVES = Sharp("sharp (e)", ("once", "halves"), ONE_THREAD)
 SHARP_ADAPTIVE = Sharp("sharp (f)", ("once", "halves", "adaptive"), ONE_THREAD)
 VIPS = Vips("libvips, C")
-RESVG = Resvg("resvg")
+RESVG = Script("resvg", script=RESVG_SCRIPT)
+SKIA = Script("Skia's canvas", environment=ONE_THREAD, script=SKIA_SCRIPT)
 IMAGEMAGICK = ImageMagick("ImageMagick", environment={"MAGICK_THREAD_LIMIT": "1", "OMP_NUM_THREADS": "1"})
 TAURI = Tauri("tauri icon")
 
@@ -150,15 +157,16 @@ def all_for(source):
     if source.file.endswith(".svg"):
         return [OURS, OURS_ON_ALL_CORES, RESVG]
     if not source.is_for_all:
-        return [OURS, SHARP, SHARP_HALVES, SHARP_ADAPTIVE, VIPS]
+        return [OURS, SHARP, SHARP_HALVES, SHARP_ADAPTIVE, VIPS, SKIA]
     clever = [SHARP_ONCE] if source.side <= 1024 else [SHARP_ONCE, SHARP_FIRST, SHARP_BOTH]
-    return [OURS, SHARP, *clever, SHARP_HALVES, SHARP_ADAPTIVE, SHARP_EACH, SHARP_THREADS, VIPS, IMAGEMAGICK, TAURI]
+    return [OURS, SHARP, *clever, SHARP_HALVES, SHARP_ADAPTIVE, SHARP_EACH, SHARP_THREADS, VIPS, SKIA,
+            IMAGEMAGICK, TAURI]
 
 
 def install():
     """Installs the other programs from npm, at the versions in bench/peers/package.json."""
     WORK.mkdir(parents=True, exist_ok=True)
-    for script in (SHARP_SCRIPT, RESVG_SCRIPT):
+    for script in (SHARP_SCRIPT, RESVG_SCRIPT, SKIA_SCRIPT, SHORTEN_SCRIPT):
         shutil.copy(PEERS / script.name, script)
     (WORK / "plan.json").write_text(json.dumps(catalogue.plan()))
     (WORK / "plan.txt").write_text("".join(f"{icon['side']} {icon['file']}\n" for icon in catalogue.plan()))
@@ -178,6 +186,12 @@ def build_vips():
     subprocess.run(["cc", "-O2", "-o", VIPS_PROGRAM, PEERS / "vips-icons.c", *flags], check=True)
 
 
+def shortened(way, files):
+    """{"bytes", "cpu"}: what PNG files take after an optimiser, "oxipng" or "napi" (@napi-rs/image), and its seconds of
+    processor time."""
+    return json.loads(subprocess.run(["node", SHORTEN_SCRIPT, way, *files], check=True, stdout=subprocess.PIPE).stdout)
+
+
 def versions():
     """[(program, version)]"""
     def output(*words):
@@ -189,6 +203,5 @@ def versions():
     return [("tobrimax-cli", output(CLI, "--version").split()[-1]),
             ("sharp", f"{dependencies['sharp']} (libvips {libvips}, Node.js {output('node', '--version')[1:]})"),
             ("libvips for the program in C", output("pkg-config", "--modversion", "vips")),
-            ("@resvg/resvg-js", dependencies["@resvg/resvg-js"]),
-            ("@tauri-apps/cli", dependencies["@tauri-apps/cli"]),
+            *((name, dependencies[name]) for name in sorted(dependencies) if name != "sharp"),
             ("ImageMagick", output(MAGICK, "-version").split()[2])]
