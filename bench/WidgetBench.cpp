@@ -65,12 +65,23 @@ int main(int argc, char** argv) {
     auto* strip = controller->window()->findChild<PreviewStrip*>();
     report("the strip's four icons of a 1024 x 1024 picture", [&] { strip->render(); });
     float value = 0;
-    report("a slider's step, drawn: preview, strip and slider", [&] {
+    const auto step = [&] {
         value = value > 0.4F ? 0 : value + 0.005F;
         controller->sliderCornerRadius->setFloatValue(value);
         controller->sliderCornerRadiusAction(controller->sliderCornerRadius);
+    };
+    const auto drawnStep = [&] {
+        step();
         controller->window()->repaint();
         QCoreApplication::processEvents();
+    };
+    report("a slider's step, drawn: preview, strip and slider", drawnStep);
+    controller->openFile(QStringLiteral(SAMPLE_DRAWING));
+    report("the same of an SVG document", drawnStep);
+    report("four such steps before they are drawn", [&] {
+        for (int i = 0; i < 3; ++i)
+            step();
+        drawnStep();
     });
     return 0;
 }

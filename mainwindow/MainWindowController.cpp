@@ -141,11 +141,11 @@ void MainWindowController::connectActions() {
 }
 
 void MainWindowController::connectPreview(PreviewStrip& strip) {
-    connect(roundedCheckButton, &QCheckBox::toggled, &strip, &PreviewStrip::render);
-    connect(borderCheckButton, &QCheckBox::toggled, &strip, &PreviewStrip::render);
-    connect(sliderCornerRadius, &FloatSlider::valueTextChanged, &strip, &PreviewStrip::render);
-    connect(sliderBorderWidth, &FloatSlider::valueTextChanged, &strip, &PreviewStrip::render);
-    connect(colorPicker, &ColorWell::colorChanged, &strip, &PreviewStrip::render);
+    connect(roundedCheckButton, &QCheckBox::toggled, &strip, &PreviewStrip::renderLater);
+    connect(borderCheckButton, &QCheckBox::toggled, &strip, &PreviewStrip::renderLater);
+    connect(sliderCornerRadius, &FloatSlider::valueTextChanged, &strip, &PreviewStrip::renderLater);
+    connect(sliderBorderWidth, &FloatSlider::valueTextChanged, &strip, &PreviewStrip::renderLater);
+    connect(colorPicker, &ColorWell::colorChanged, &strip, &PreviewStrip::renderLater);
     connect(platformSelection, &QComboBox::currentIndexChanged, &strip, qOverload<>(&QWidget::update));
     NotificationCenter::defaultCenter().addObserver(&strip, BorderImageView::imageAdded,
                                                     [&strip](const Notification&) { strip.render(); });

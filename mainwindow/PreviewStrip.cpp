@@ -53,7 +53,19 @@ void PreviewStrip::setInput(const GenerationInput& input) {
     render();
 }
 
+void PreviewStrip::renderLater() {
+    m_areOld = true;
+    update();
+}
+
+const QImage& PreviewStrip::icon(std::size_t index) {
+    if (m_areOld)
+        render();
+    return m_icons.at(index);
+}
+
 void PreviewStrip::render() {
+    m_areOld = false;
     const Image picture = m_input != nullptr ? m_input->sourceImage() : Image();
     const SvgRequest request(svgTimeInWindow.seconds);
     for (std::size_t i = 0; i < sizes.size(); ++i) {
@@ -153,6 +165,8 @@ void PreviewStrip::drawCaption(QPainter& painter, std::size_t index) const {
 }
 
 void PreviewStrip::paintEvent(QPaintEvent* /*event*/) {
+    if (m_areOld)
+        render();
     QPainter painter(this);
     for (std::size_t i = 0; i < sizes.size(); ++i) {
         drawIcon(painter, i);

@@ -24,11 +24,14 @@ class PreviewStrip final : public QWidget {
     /// Shows the picture of `input`, with its style, from now on. `input` must outlive the strip.
     void setInput(const GenerationInput& input);
 
-    /// Renders the four icons again. Connect it to every change of `input`.
+    /// Renders the four icons again, once for all changes before the strip is shown anew. Connect it to every
+    /// change of `input`.
+    void renderLater();
+    /// Renders the four icons now.
     void render();
 
-    /// The icon of the size `sizes[index]`, as it is shown. Null without a picture.
-    const QImage& icon(std::size_t index) const { return m_icons.at(index); }
+    /// The icon of the size `sizes[index]`, as it is shown next. Null without a picture.
+    const QImage& icon(std::size_t index);
 
     /// Where the icon of the size `sizes[index]` is shown, in display pixels from the strip's upper left
     /// corner.
@@ -55,4 +58,5 @@ class PreviewStrip final : public QWidget {
     PixelScreen m_screen;
     std::unique_ptr<IconRenderer> m_renderer;
     std::array<QImage, sizes.size()> m_icons;
+    bool m_areOld = false; ///< the icons
 };

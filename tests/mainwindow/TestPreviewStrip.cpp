@@ -83,6 +83,7 @@ TEST_F(PreviewStripTest, follows_a_thousand_moves_of_a_slider_with_a_drawing_tha
         drop(drawingFile(circles));
         const SvgRequest request(svgTimeInWindow.seconds);
         controller->roundedCheckButton->click();
+        strip().icon(0);
         return request.processorTime;
     };
     constexpr int someCircles = 200;
@@ -94,6 +95,22 @@ TEST_F(PreviewStripTest, follows_a_thousand_moves_of_a_slider_with_a_drawing_tha
         for (std::size_t j = 0; j < PreviewStrip::sizes.size(); ++j)
             ASSERT_FALSE(strip().icon(j).isNull()) << i;
     }
+}
+
+TEST_F(PreviewStripTest, renders_once_for_all_changes_before_it_is_shown) {
+    drop(drawingFile(400));
+    controller->roundedCheckButton->setChecked(true);
+    const auto secondsOf = [this](int changes) {
+        strip().icon(0);
+        const SvgRequest request(svgTimeInWindow.seconds);
+        for (int i = 0; i < changes; ++i)
+            Events::key(controller->sliderCornerRadius, i % 2 == 0 ? Qt::Key_Right : Qt::Key_Left);
+        strip().grab();
+        return request.processorTime;
+    };
+    const double one = secondsOf(1);
+    EXPECT_GT(one, 0);
+    EXPECT_LT(secondsOf(21), 5 * one);
 }
 
 TEST_F(PreviewStripTest, shows_the_files_pixels_on_a_display_of_scale_2) {
