@@ -983,6 +983,54 @@ oder zum Auswählen klicken</translation>
         <source>iPhone, iPad and the App Store: an icon set with all sizes</source>
         <translation>iPhone, iPad und App Store: ein Icon-Satz mit allen Größen</translation>
     </message>
+    <message>
+        <source>the picture has several frames; the first is taken</source>
+        <translation>das Bild hat mehrere Einzelbilder; das erste wird genommen</translation>
+    </message>
+    <message>
+        <source>the picture&apos;s colour profile could not be used; its colours are taken as sRGB</source>
+        <translation>das Farbprofil des Bildes war nicht brauchbar; seine Farben gelten als sRGB</translation>
+    </message>
+    <message>
+        <source>the picture shows nothing of the files that it links to: %1</source>
+        <translation>das Bild zeigt nichts von den Dateien, auf die es verweist: %1</translation>
+    </message>
+    <message>
+        <source>the picture&apos;s foreignObject is left out</source>
+        <translation>im Bild wird foreignObject weggelassen</translation>
+    </message>
+    <message>
+        <source>the picture has styles with var(), which are left out</source>
+        <translation>das Bild hat Stile mit var(); diese werden weggelassen</translation>
+    </message>
+    <message>
+        <source>the picture&apos;s text is drawn with other fonts, since these are not installed: %1</source>
+        <translation>der Text des Bildes wird mit anderen Schriften gezeichnet, da diese nicht installiert sind: %1</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 und %2 weitere</translation>
+    </message>
+    <message>
+        <source>the picture takes more than %1 s to draw</source>
+        <translation>das Bild braucht mehr als %1 s zum Zeichnen</translation>
+    </message>
+    <message>
+        <source>the picture takes more memory to draw than %1 GiB</source>
+        <translation>das Bild braucht zum Zeichnen mehr Speicher als %1 GiB</translation>
+    </message>
+    <message>
+        <source>the SVG document is larger than %1 MiB</source>
+        <translation>das SVG-Dokument ist größer als %1 MiB</translation>
+    </message>
+    <message>
+        <source>the SVG document is nested deeper than %1 elements</source>
+        <translation>das SVG-Dokument ist tiefer als %1 Elemente verschachtelt</translation>
+    </message>
+    <message>
+        <source>the SVG document declares an external entity</source>
+        <translation>das SVG-Dokument deklariert eine externe Entität</translation>
+    </message>
 </context>
 <context>
     <name>SuggestedApp</name>

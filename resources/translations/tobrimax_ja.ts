@@ -983,6 +983,54 @@ or click to choose one</source>
         <source>iPhone, iPad and the App Store: an icon set with all sizes</source>
         <translation>iPhone、iPad、App Store: すべてのサイズのアイコンセット</translation>
     </message>
+    <message>
+        <source>the picture has several frames; the first is taken</source>
+        <translation>画像に複数のフレームがあります。最初のフレームを使います</translation>
+    </message>
+    <message>
+        <source>the picture&apos;s colour profile could not be used; its colours are taken as sRGB</source>
+        <translation>画像のカラープロファイルを使えません。色を sRGB として扱います</translation>
+    </message>
+    <message>
+        <source>the picture shows nothing of the files that it links to: %1</source>
+        <translation>画像がリンクしているファイルは表示されません: %1</translation>
+    </message>
+    <message>
+        <source>the picture&apos;s foreignObject is left out</source>
+        <translation>画像の foreignObject は省かれます</translation>
+    </message>
+    <message>
+        <source>the picture has styles with var(), which are left out</source>
+        <translation>画像に var() を使うスタイルがあり、省かれます</translation>
+    </message>
+    <message>
+        <source>the picture&apos;s text is drawn with other fonts, since these are not installed: %1</source>
+        <translation>次のフォントがインストールされていないため、画像の文字は別のフォントで描かれます: %1</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 ほか %2 件</translation>
+    </message>
+    <message>
+        <source>the picture takes more than %1 s to draw</source>
+        <translation>画像の描画に %1 秒より長くかかります</translation>
+    </message>
+    <message>
+        <source>the picture takes more memory to draw than %1 GiB</source>
+        <translation>画像の描画に %1 GiB より多くのメモリが要ります</translation>
+    </message>
+    <message>
+        <source>the SVG document is larger than %1 MiB</source>
+        <translation>SVG 文書が %1 MiB を超えています</translation>
+    </message>
+    <message>
+        <source>the SVG document is nested deeper than %1 elements</source>
+        <translation>SVG 文書の入れ子が %1 要素より深くなっています</translation>
+    </message>
+    <message>
+        <source>the SVG document declares an external entity</source>
+        <translation>SVG 文書が外部エンティティを宣言しています</translation>
+    </message>
 </context>
 <context>
     <name>SuggestedApp</name>

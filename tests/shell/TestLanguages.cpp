@@ -181,6 +181,32 @@ TEST_F(LanguagesTest, the_window_says_in_its_language_why_a_picture_could_not_be
     EXPECT_EQ(said("words"), QStringLiteral("画像ではなくテキストです。"));
 }
 
+TEST_F(LanguagesTest, the_window_says_in_its_language_what_a_drawing_lacks) {
+    QByteArray links;
+    for (const char* name : {"a", "b", "c", "d", "e"})
+        links += QByteArray("<image href='") + name + ".png' width='9' height='9'/>";
+    const QByteArray drawing = "<svg xmlns='http://www.w3.org/2000/svg' width='1024' height='1024'>"
+                               "<rect width='9' height='9' style='fill: var(--ink)'/>"
+                               "<foreignObject/><text y='50' font-family='No Such Font'>A</text>" +
+                               links + "</svg>";
+    const Languages german({QStringLiteral("de")});
+    const auto made = started();
+    made->mainWindowController()->imgViewIcon->takePicture(drawing);
+    const QStringList lines =
+        made->mainWindowController()->window()->findChild<PictureCaption*>()->text().split(u'\n');
+    for (const QString& line :
+         {QStringLiteral(
+              "Das Bild zeigt nichts von den Dateien, auf die es verweist: a.png, b.png, c.png und 2 "
+              "weitere."),
+          QStringLiteral("Im Bild wird foreignObject weggelassen."),
+          QStringLiteral("Das Bild hat Stile mit var(); diese werden weggelassen."),
+          QStringLiteral(
+              "Der Text des Bildes wird mit anderen Schriften gezeichnet, da diese nicht installiert "
+              "sind: No Such Font.")})
+        EXPECT_TRUE(lines.contains(line)) << line.toStdString() << "\nin\n"
+                                          << lines.join(u'\n').toStdString();
+}
+
 TEST_F(LanguagesTest, alerts_and_questions_stay_english) {
     const Languages german({QStringLiteral("de")});
     const auto made = started();
