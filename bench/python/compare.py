@@ -282,8 +282,9 @@ LIMITS = """## Limits
 - The figures are those of one machine and of the versions above. Another machine has other milliseconds, and its
   ratios may differ too.
 - tauri icon and tobrimax-cli make different files. Milliseconds per pixel are the nearest that can be compared.
-- ImageMagick writes fewer bytes of most sources. It compresses more, and takes longer for it.
-- Two kinds of pictures are not all. What compresses worse takes longer, with each of the programs.
+- Some programs write fewer bytes of some sources: sharp (f) and ImageMagick of photographs, Skia's canvas of graphics,
+  tauri icon of all. They compress more, and take longer for it.
+- Ten pictures are not all. What compresses worse takes longer, with each of the programs.
 - The quality figures tell how a filter treats frequencies and edges. They do not tell which icon looks best."""
 
 
