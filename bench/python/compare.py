@@ -266,8 +266,8 @@ programs: the project's sample as PNG and as SVG, the photograph in other format
   each size reduced and compressed once, copies for the other files.
 - Skia's canvas (npm's `@napi-rs/canvas`) draws each size once from the decoded source, with
   `imageSmoothingQuality = "high"` ([script](../bench/peers/skia-icons.mjs)); the other files are copies.
-- resvg (npm's `@resvg/resvg-js`) draws each size of a drawing once ([script](../bench/peers/resvg-icons.mjs)); the other
-  files are copies.
+- resvg (npm's `@resvg/resvg-js`) draws each size of a drawing once ([script](../bench/peers/resvg-icons.mjs)); the
+  other files are copies.
 - ImageMagick is one process for all sizes, `convert SOURCE ( +clone -resize WxH! -write FILE +delete ) … null:`, on one
   thread, with its default filter.
 - tauri icon (npm's `@tauri-apps/cli`) writes another set of files, so it is compared per output pixel. It reads no
