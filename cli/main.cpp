@@ -26,8 +26,8 @@ void keepFreedMemory() {
 #endif
 }
 
-/// Lets the heap grow in large pages, where the system has them. The fault for one costs far less than the 512
-/// faults of the small pages in it.
+/// Lets the heap grow in large pages, where the system has them. The fault for one costs far less than the
+/// 512 faults of the small pages in it.
 void useLargePages() {
 #if defined __GLIBC__ && defined MADV_HUGEPAGE
     constexpr int heap = 48 << 20; // more than a set takes; these are addresses until they are used
