@@ -91,6 +91,14 @@ int OutlineStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
     return std::max(usual, widget->fontMetrics().capHeight());
 }
 
+int OutlineStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                            QStyleHintReturn* returned) const {
+    // Qt's own pictures for buttons are dark, and can't be seen on dark buttons.
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons && isQtsOwn())
+        return 0;
+    return QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
 void OutlineStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const {
     if (element == PE_IndicatorCheckBox && isQtsOwn()) {

@@ -15,6 +15,9 @@ class OutlineStyle final : public QProxyStyle {
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
 
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override;
+
   private:
     bool isQtsOwn() const;
 };
