@@ -10,9 +10,7 @@
 #include <cerrno>
 
 #ifdef __linux__
-#include <linux/close_range.h>
 #include <sys/prctl.h>
-#include <sys/syscall.h>
 #endif
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -43,25 +41,19 @@ bool setHardLimit(Resource resource, std::uint64_t value) {
 }
 
 void closeOthers() {
-#ifdef SYS_close_range
-    if (::syscall(SYS_close_range, SvgPipe::workerEnd + 1U, ~0U, 0U) == 0)
-        return;
-#endif
+#ifdef __GLIBC__
+    ::closefrom(SvgPipe::workerEnd + 1);
+#else
     const long most = ::sysconf(_SC_OPEN_MAX);
     for (int i = SvgPipe::workerEnd + 1; i < most; ++i)
         ::close(i);
+#endif
 }
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool limitsAddressSpace = false; // AddressSanitizer reserves terabytes
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer) || __has_feature(thread_sanitizer)
-constexpr bool limitsAddressSpace = false;
-#else
+#ifdef TOBRIMAX_HAS_MEMORY_LIMIT
 constexpr bool limitsAddressSpace = true;
-#endif
 #else
-constexpr bool limitsAddressSpace = true;
+constexpr bool limitsAddressSpace = false; // sanitizers reserve terabytes
 #endif
 
 #ifdef TOBRIMAX_HAS_SECCOMP

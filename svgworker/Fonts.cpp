@@ -1,46 +1,73 @@
 #include "svgworker/Fonts.h"
 
-#include "imaging/svgpipe/SvgMessages.h"
+#include "svgworker/Owned.h"
 
+#include <dlfcn.h>
 #include <fontconfig/fontconfig.h>
 
-#include <cstddef>
-#include <memory>
-#include <string>
+#include <algorithm>
+#include <array>
+#include <set>
+#include <string_view>
+#include <utility>
 
 namespace {
 
-/// Fonts are told apart by names as Pango does: without regard to case and blanks.
-bool isInstalled(std::string_view family) {
-    const std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)> pattern(FcPatternCreate(),
-                                                                          FcPatternDestroy);
-    const std::string name(family);
-    FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(name.c_str()));
-    const std::unique_ptr<FcObjectSet, decltype(&FcObjectSetDestroy)> wanted(FcObjectSetCreate(),
-                                                                             FcObjectSetDestroy);
+std::set<std::string> seenNames; // NOLINT: of the process' only thread that draws
+std::string untoldLines;         // NOLINT
+
+/// Whether any font of a kind will do. Also names that the library and editors use for that.
+bool isGeneric(std::string_view family) {
+    constexpr std::array<std::string_view, 11> names{"serif",   "sans-serif", "monospace", "cursive",
+                                                     "fantasy", "system-ui",  "emoji",     "math",
+                                                     "sans",    "mono",       "sans serif"};
+    std::string lower(family);
+    std::ranges::transform(lower, lower.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; });
+    return lower.starts_with("ui-") || lower.starts_with("-apple-") ||
+           std::ranges::find(names, lower) != names.end();
+}
+
+bool isInstalled(const std::string& family) {
+    const Owned<FcPattern, &FcPatternDestroy> pattern(FcPatternCreate());
+    FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
+    const Owned<FcObjectSet, &FcObjectSetDestroy> wanted(FcObjectSetCreate());
     FcObjectSetAdd(wanted.get(), FC_FAMILY);
-    const std::unique_ptr<FcFontSet, decltype(&FcFontSetDestroy)> found(
-        FcFontList(nullptr, pattern.get(), wanted.get()), FcFontSetDestroy);
+    const Owned<FcFontSet, &FcFontSetDestroy> found(FcFontList(nullptr, pattern.get(), wanted.get()));
     return found != nullptr && found->nfont > 0;
 }
 
-/// Takes off what stands before `separator`, and the separator.
-std::string_view taken(std::string_view& text, char separator) {
-    const std::string_view part = text.substr(0, text.find(separator));
-    text.remove_prefix(part.size() < text.size() ? part.size() + 1 : part.size());
-    return part;
+/// Looks at a list of families that Pango looks for a font for.
+void notice(const FcPattern* asked) {
+    std::string first;
+    FcChar8* text = nullptr;
+    for (int i = 0; FcPatternGetString(asked, FC_FAMILY, i, &text) == FcResultMatch; ++i) {
+        std::string family(reinterpret_cast<const char*>(text));
+        std::erase_if(family, [](char c) { return c == '"' || c == '\'' || c == '\n'; });
+        if (isGeneric(family))
+            break;
+        if (family.empty())
+            continue;
+        if (isInstalled(family))
+            return;
+        if (first.empty())
+            first = std::move(family);
+    }
+    if (!first.empty() && seenNames.insert(first).second)
+        untoldLines += first + '\n';
 }
 
 } // namespace
 
-std::uint64_t Fonts::missing(std::string_view lists) {
-    std::uint64_t bits = 0;
-    for (std::size_t i = 0; i < SvgPipe::mostFontLists && !lists.empty(); ++i) {
-        std::string_view names = taken(lists, '\n');
-        bool isMissing = true;
-        while (isMissing && !names.empty())
-            isMissing = !isInstalled(taken(names, '\t'));
-        bits |= std::uint64_t{isMissing} << i;
-    }
-    return bits;
+// Stands in front of fontconfig's function of that name. Pango calls it with each list of families, before
+// fontconfig adds those that may stand for them.
+extern "C" FcBool FcConfigSubstitute(FcConfig* config, FcPattern* pattern, FcMatchKind kind) {
+    using Function = decltype(&FcConfigSubstitute);
+    static const auto original = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "FcConfigSubstitute"));
+    if (kind == FcMatchPattern)
+        notice(pattern);
+    return original(config, pattern, kind);
+}
+
+std::string Fonts::takeMissing() {
+    return std::exchange(untoldLines, {});
 }

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
-#include <string_view>
+#include <string>
 
 namespace Fonts {
 
-/// Of lists of font families, a line each with tabs between the names, those of which no family is installed:
-/// bit 0 is the first list. Lists beyond the 64th are not looked at.
-std::uint64_t missing(std::string_view lists);
+/// The fonts that texts have asked for in vain since the last call, a line each. Of a list of families of
+/// which none is installed it is the first, also where any font of a kind, such as sans-serif, stands behind
+/// it. Each is told once.
+std::string takeMissing();
 
 } // namespace Fonts

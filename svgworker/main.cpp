@@ -8,13 +8,12 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
 #ifdef __linux__
 #include <sys/prctl.h>
-
-#include <csignal>
 #endif
 
 int main(int argc, char** argv) {
@@ -25,6 +24,8 @@ int main(int argc, char** argv) {
                    stderr);
         return 2;
     }
+    // The limit of time ends the worker also where the program ignores that signal.
+    ::signal(SIGXCPU, SIG_DFL);
 #ifdef __linux__
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
 #endif

@@ -1,14 +1,18 @@
 #include "imaging/svg/SvgContent.h"
 
 #include "base/ShortMemory.h"
-#include "imaging/svg/SvgFonts.h"
 #include "imaging/svgpipe/SvgMessages.h"
 
-#include <QByteArrayView>
-#include <QStringDecoder>
+#include <expat.h>
 
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <numeric>
 #include <optional>
-#include <utility>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -17,246 +21,129 @@ Error tooLarge(const QString& sentence) {
     return {ErrorCode::TooLarge, QStringLiteral("the SVG document ") + sentence};
 }
 
-/// The document in an encoding whose markup is ASCII.
-QByteArray inAscii(const QByteArray& document) {
-    using enum QStringConverter::Encoding;
-    const auto decoded = [&](QStringConverter::Encoding encoding) {
-        return QString(QStringDecoder(encoding)(document)).toUtf8();
-    };
-    if (document.startsWith("\xff\xfe") || document.startsWith(QByteArrayView("<\0", 2)))
-        return decoded(Utf16LE);
-    if (document.startsWith("\xfe\xff") || document.startsWith(QByteArrayView("\0<", 2)))
-        return decoded(Utf16BE);
-    return document;
-}
-
-bool isSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+/// Whether an external entity is declared anywhere, also where quotes or comments are out of order. Parsers
+/// of XML do not agree on documents that are not well-formed, so none of them is asked.
+bool declaresExternalEntity(QByteArray document) {
+    // The markup of UTF-16 and UTF-32 is ASCII with zeros.
+    if (document.contains('\0'))
+        document.replace(QByteArrayView("\0", 1), QByteArrayView());
+    for (qsizetype at = document.indexOf("<!ENTITY"); at >= 0; at = document.indexOf("<!ENTITY", at + 1)) {
+        qsizetype end = at;
+        while (end < document.size() && !QByteArrayView(">\"'").contains(document[end]))
+            ++end;
+        const QByteArrayView declaration = QByteArrayView(document).sliced(at, end - at);
+        if (declaration.contains("SYSTEM") || declaration.contains("PUBLIC"))
+            return true;
+    }
+    return false;
 }
 
 /// A name without its prefix.
-QByteArrayView localName(QByteArrayView name) {
-    return name.sliced(name.lastIndexOf(':') + 1);
+std::string_view localName(std::string_view name) {
+    return name.substr(name.rfind(':') + 1);
 }
 
-/// An element that is open.
-struct Open {
-    QByteArrayView name;
-    bool isText = false; ///< whether it is a text, or in one
-    QByteArray fontFamilies;
-    bool areFontsOfStyle = false;
-
-    /// The attribute `style` prevails.
-    void setFonts(const QByteArray& families, bool areOfStyle) {
-        if (areFontsOfStyle > areOfStyle || families == "inherit")
-            return;
-        fontFamilies = families;
-        areFontsOfStyle = areOfStyle;
-    }
-};
-
-/// Goes through the marks of a document, whether it is well-formed or not.
+/// Goes through a document for what is not drawn.
 class Scan {
   public:
-    explicit Scan(QByteArrayView text) : m_text(text) {}
+    Scan() {
+        if (m_parser == nullptr)
+            throw std::bad_alloc();
+        XML_SetUserData(m_parser.get(), this);
+        XML_SetElementHandler(m_parser.get(), guarded<&Scan::takeElement, const char*, const char**>,
+                              guarded<&Scan::endElement, const char*>);
+        XML_SetCharacterDataHandler(m_parser.get(), guarded<&Scan::takeText, const char*, int>);
+        // Of encodings with a byte a character the markup is ASCII.
+        const auto takeBytes = [](void* /*data*/, const char* /*name*/, XML_Encoding* encoding) {
+            std::iota(std::begin(encoding->map), std::end(encoding->map), 0);
+            return static_cast<int>(XML_STATUS_OK);
+        };
+        XML_SetUnknownEncodingHandler(m_parser.get(), takeBytes, nullptr);
+    }
 
-    Result<SvgContent> run() {
-        while (!m_error) {
-            const qsizetype start = m_at;
-            m_at = find("<");
-            takeCharacters(m_text.sliced(start, m_at - start));
-            if (m_at == m_text.size())
-                return content();
-            takeMark();
-        }
-        return *m_error;
+    Result<QStringList> run(const QByteArray& document) {
+        XML_Parse(m_parser.get(), document.data(), static_cast<int>(document.size()), XML_TRUE);
+        if (m_error)
+            return *m_error;
+        if (XML_GetErrorCode(m_parser.get()) == XML_ERROR_NO_MEMORY)
+            return outOfMemory();
+        QStringList sentences;
+        if (!m_links.isEmpty())
+            sentences << QStringLiteral("the picture shows nothing of the files that it links to: %1")
+                             .arg(SvgContent::listed(m_links));
+        if (m_hasForeignObject)
+            sentences << QStringLiteral("the picture's foreignObject is left out");
+        if (m_hasVariables)
+            sentences << QStringLiteral("the picture has styles with var(), which are left out");
+        return sentences;
     }
 
   private:
-    /// The place of `words` from here on, or the end.
-    qsizetype find(QByteArrayView words, qsizetype further = 0) const {
-        const qsizetype found = m_text.indexOf(words, m_at + further);
-        return found >= 0 ? found : m_text.size();
-    }
-    /// Goes on behind `words`.
-    void skipTo(QByteArrayView words, qsizetype further) {
-        m_at = std::min(m_text.size(), find(words, further) + words.size());
-    }
-    bool isAt(QByteArrayView words) const { return m_text.sliced(m_at).startsWith(words); }
-
-    void takeMark() {
-        if (isAt("<!--")) {
-            skipTo("-->", 4);
-        } else if (isAt("<![CDATA[")) {
-            const qsizetype start = m_at;
-            skipTo("]]>", 9);
-            takeStyle(m_text.sliced(start, m_at - start));
-            takeCharacters(m_text.sliced(start, m_at - start));
-        } else if (isAt("<?")) {
-            skipTo("?>", 2);
-        } else if (isAt("<!DOCTYPE")) {
-            takeDocumentType();
-        } else if (isAt("</")) {
-            --m_depth;
-            m_open.resize(std::max<std::size_t>(m_open.size(), 1) - 1);
-            skipTo(">", 2);
-        } else {
-            takeElement();
-        }
+    /// Calls a method for the parser, through which no exception may pass. After an error nothing is taken:
+    /// the parser may call once or twice after its stop.
+    template <auto method, typename... Arguments>
+    static void guarded(void* data, Arguments... arguments) {
+        auto& scan = *static_cast<Scan*>(data);
+        if (scan.m_error)
+            return;
+        const Result<Done> taken = unlessMemoryIsShort([&] { return (scan.*method)(arguments...); });
+        if (taken)
+            return;
+        scan.m_error = taken.error();
+        XML_StopParser(scan.m_parser.get(), XML_FALSE);
     }
 
-    /// An external entity may be declared anywhere up to the root element, also where quotes or comments are
-    /// out of order.
-    void takeDocumentType() {
-        const qsizetype start = m_at;
-        int brackets = 0;
-        for (m_at += 9; m_at < m_text.size() && (brackets > 0 || m_text[m_at] != '>'); ++m_at) {
-            const char c = m_text[m_at];
-            if (isAt("<!--"))
-                m_at = find("-->", 4) + 2;
-            else if (isAt("<?"))
-                m_at = find("?>", 2) + 1;
-            else if (c == '"' || c == '\'')
-                m_at = find(QByteArrayView(&c, 1), 1);
-            else
-                brackets += c == '[' ? 1 : c == ']' ? -1 : 0;
-        }
-        m_at = std::min(m_at, m_text.size());
-        const QByteArrayView type = m_text.sliced(start, m_at - start);
-        for (qsizetype at = type.indexOf("<!ENTITY"); at >= 0; at = type.indexOf("<!ENTITY", at + 8)) {
-            qsizetype end = at;
-            while (end < type.size() && type[end] != '>' && type[end] != '"' && type[end] != '\'')
-                ++end;
-            const QByteArrayView declaration = type.sliced(at, end - at);
-            if (declaration.contains("SYSTEM") || declaration.contains("PUBLIC"))
-                m_error = Error{ErrorCode::Unsupported,
-                                QStringLiteral("the SVG document declares an external entity")};
-        }
-    }
-
-    void takeElement() {
-        const qsizetype start = ++m_at;
-        while (m_at < m_text.size() && !isSpace(m_text[m_at]) && m_text[m_at] != '>' && m_text[m_at] != '/')
-            ++m_at;
-        const QByteArrayView name = localName(m_text.sliced(start, m_at - start));
-        Open open = m_open.empty() ? Open{} : m_open.back();
-        open.isText = open.isText || name == "text";
-        open.name = name;
-        open.areFontsOfStyle = false;
+    /// `attributes` are names and values in turn, and null at their end.
+    Result<Done> takeElement(const char* qualifiedName, const char** attributes) {
+        const std::string_view name = localName(qualifiedName);
         bool isConditional = false;
-        while (m_at < m_text.size() && m_text[m_at] != '>' && m_text[m_at] != '<') {
-            const auto [attribute, value] = takeAttribute();
-            takeValue(open, attribute, value);
+        for (; *attributes != nullptr; attributes += 2) {
+            const std::string_view attribute = attributes[0];
+            if (localName(attribute) == "href" && (name == "image" || name == "feImage" || name == "use"))
+                takeLink(QByteArrayView(attributes[1]).trimmed());
+            takeStyle(attributes[1]);
             isConditional = isConditional || attribute == "requiredExtensions";
         }
-        const bool isEmpty = m_text[std::min(m_at, m_text.size()) - 1] == '/';
-        if (m_at < m_text.size() && m_text[m_at] == '>')
-            ++m_at;
         // What stands in a switch has another form beside it.
-        const bool isInSwitch = !m_open.empty() && m_open.back().name == "switch";
-        if (name == "foreignObject" && !isConditional && !isInSwitch)
+        if (name == "foreignObject" && !isConditional && (m_open.empty() || m_open.back() != "switch"))
             m_hasForeignObject = true;
-        if (isEmpty)
+        m_open.emplace_back(name);
+        if (m_open.size() > SvgContent::maximumDepth)
+            return tooLarge(
+                QStringLiteral("is nested deeper than %1 elements").arg(SvgContent::maximumDepth));
+        return Done{};
+    }
+
+    Result<Done> endElement(const char* /*name*/) {
+        m_open.pop_back();
+        return Done{};
+    }
+
+    Result<Done> takeText(const char* text, int length) {
+        if (m_open.back() == "style")
+            takeStyle({text, static_cast<std::size_t>(length)});
+        return Done{};
+    }
+
+    void takeStyle(std::string_view style) {
+        m_hasVariables = m_hasVariables || style.find("var(") != std::string_view::npos;
+    }
+
+    void takeLink(QByteArrayView link) {
+        constexpr QByteArrayView scheme = "data:";
+        const QByteArrayView start = link.first(std::min(scheme.size(), link.size()));
+        if (link.isEmpty() || link.startsWith('#') || start.compare(scheme, Qt::CaseInsensitive) == 0)
             return;
-        m_open.push_back(std::move(open));
-        if (++m_depth > SvgContent::maximumDepth)
-            m_error =
-                tooLarge(QStringLiteral("is nested deeper than %1 elements").arg(SvgContent::maximumDepth));
-        if (name == "style") {
-            const qsizetype text = m_at;
-            m_at = find("</");
-            takeStyle(m_text.sliced(text, m_at - text));
-            for (const QByteArray& families : SvgFonts::ofStyle(m_text.sliced(text, m_at - text)))
-                m_fontsOfSheets.add(families);
-        }
+        constexpr qsizetype mostBytes = 200;
+        const QString text = QString::fromUtf8(link.first(std::min(mostBytes, link.size())));
+        if (!m_links.contains(text))
+            m_links << text;
     }
 
-    /// What stands between marks.
-    void takeCharacters(QByteArrayView characters) {
-        if (m_open.empty() || !m_open.back().isText || characters.trimmed().isEmpty())
-            return;
-        m_hasText = true;
-        m_fonts.add(m_open.back().fontFamilies);
-    }
-
-    /// The attribute that begins here; without a name at any other mark.
-    std::pair<QByteArrayView, QByteArrayView> takeAttribute() {
-        const qsizetype start = m_at;
-        while (m_at < m_text.size() && !isSpace(m_text[m_at]) && m_text[m_at] != '=' && m_text[m_at] != '>' &&
-               m_text[m_at] != '/' && m_text[m_at] != '<')
-            ++m_at;
-        const QByteArrayView name = m_text.sliced(start, m_at - start);
-        while (m_at < m_text.size() && isSpace(m_text[m_at]))
-            ++m_at;
-        if (name.isEmpty() || m_at >= m_text.size() || m_text[m_at] != '=') {
-            m_at += name.isEmpty() && m_at == start ? 1 : 0;
-            return {name, {}};
-        }
-        ++m_at;
-        while (m_at < m_text.size() && isSpace(m_text[m_at]))
-            ++m_at;
-        if (m_at >= m_text.size() || (m_text[m_at] != '"' && m_text[m_at] != '\''))
-            return {name, {}};
-        const char quote = m_text[m_at++];
-        const qsizetype value = m_at;
-        m_at = find(QByteArrayView(&quote, 1));
-        const QByteArrayView text = m_text.sliced(value, m_at - value);
-        m_at = std::min(m_at + 1, m_text.size());
-        return {name, text};
-    }
-
-    void takeValue(Open& open, QByteArrayView attribute, QByteArrayView value) {
-        if (localName(attribute) == "href") {
-            const QByteArrayView link = value.trimmed();
-            const bool isInside =
-                link.isEmpty() || link.startsWith('#') ||
-                link.first(std::min<qsizetype>(5, link.size())).compare("data:", Qt::CaseInsensitive) == 0;
-            // An entity may stand for anything.
-            if (!isInside && !link.startsWith('&') &&
-                (open.name == "image" || open.name == "feImage" || open.name == "use")) {
-                const QString text = QString::fromUtf8(link.first(std::min<qsizetype>(link.size(), 200)));
-                if (!m_links.contains(text))
-                    m_links << text;
-            }
-            return;
-        }
-        takeStyle(value);
-        if (attribute == "style") {
-            if (const std::vector<QByteArray> families = SvgFonts::ofStyle(value); !families.empty())
-                open.setFonts(families.back(), true);
-        } else if (attribute == "font-family") {
-            open.setFonts(value.toByteArray(), false);
-        }
-    }
-
-    void takeStyle(QByteArrayView style) { m_hasVariables = m_hasVariables || style.contains("var("); }
-
-    SvgContent content() {
-        SvgContent found;
-        if (!m_links.isEmpty())
-            found.leftOut << QStringLiteral("the picture shows nothing of the files that it links to: %1")
-                                 .arg(SvgContent::listed(m_links));
-        if (m_hasForeignObject)
-            found.leftOut << QStringLiteral("the picture's foreignObject is left out");
-        if (m_hasVariables)
-            found.leftOut << QStringLiteral("the picture has styles with var(), which are left out");
-        // Which texts a style sheet means is not looked at.
-        if (m_hasText) {
-            for (const QStringList& names : m_fontsOfSheets.lists())
-                m_fonts.add(names);
-            found.fonts = m_fonts.lists();
-        }
-        return found;
-    }
-
-    QByteArrayView m_text;
-    qsizetype m_at = 0;
+    std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_parser{XML_ParserCreate(nullptr),
+                                                                          XML_ParserFree};
     std::optional<Error> m_error;
-    int m_depth = 0;
-    std::vector<Open> m_open;
-    bool m_hasText = false;
-    SvgFonts m_fonts;         ///< of texts, by their attributes
-    SvgFonts m_fontsOfSheets; ///< of style sheets
+    std::vector<std::string> m_open; ///< the elements that the parser is in
     QStringList m_links;
     bool m_hasForeignObject = false;
     bool m_hasVariables = false;
@@ -270,11 +157,13 @@ QString SvgContent::listed(const QStringList& names) {
     return names.size() > most ? QStringLiteral("%1 and %2 more").arg(first).arg(names.size() - most) : first;
 }
 
-Result<SvgContent> SvgContent::of(const QByteArray& document) {
+Result<QStringList> SvgContent::leftOut(const QByteArray& document) {
     if (static_cast<std::uint64_t>(document.size()) > SvgPipe::mostDocumentBytes)
         return tooLarge(QStringLiteral("is larger than %1 MiB").arg(SvgPipe::mostDocumentBytes >> 20));
-    return unlessMemoryIsShort([&] {
-        const QByteArray text = inAscii(document);
-        return Scan(text).run();
+    return unlessMemoryIsShort([&]() -> Result<QStringList> {
+        if (declaresExternalEntity(document))
+            return Error{ErrorCode::Unsupported,
+                         QStringLiteral("the SVG document declares an external entity")};
+        return Scan().run(document);
     });
 }

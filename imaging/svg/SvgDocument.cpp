@@ -4,7 +4,6 @@
 #include "imaging/image/PictureReader.h"
 #include "imaging/pixels/Raster.h"
 #include "imaging/svg/SvgContent.h"
-#include "imaging/svg/SvgFonts.h"
 #include "imaging/svg/SvgPlan.h"
 
 #include <zlib.h>
@@ -50,19 +49,6 @@ Result<QByteArray> gunzip(const QByteArray& bytes) {
     return out;
 }
 
-/// A sentence about the fonts that others replace.
-QStringList missingFonts(const std::vector<QStringList>& lists, std::uint64_t areMissing) {
-    QStringList names;
-    for (std::size_t i = 0; i < lists.size(); ++i) {
-        if ((areMissing >> i & 1) != 0 && !names.contains(lists[i].front()))
-            names << lists[i].front();
-    }
-    if (names.isEmpty())
-        return {};
-    return {QStringLiteral("the picture's text is drawn with other fonts, since these are not installed: %1")
-                .arg(SvgContent::listed(names))};
-}
-
 } // namespace
 
 Result<QByteArray> SvgDocument::inflated(const QByteArray& bytes) {
@@ -78,14 +64,21 @@ Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArr
         // The library would unpack it, whatever comes of it.
         if (document->startsWith("\x1f\x8b"))
             return damaged(QStringLiteral("it is compressed twice"));
-        const Result<SvgContent> content = SvgContent::of(*document);
-        if (!content)
-            return content.error();
-        Result<std::unique_ptr<SvgDrawings>> drawings =
-            SvgDrawings::open(*document, SvgFonts::message(content->fonts), options);
+        const Result<QStringList> leftOut = SvgContent::leftOut(*document);
+        if (!leftOut)
+            return leftOut.error();
+        Result<std::unique_ptr<SvgDrawings>> drawings = SvgDrawings::open(*document, options);
         if (!drawings)
             return drawings.error();
-        QStringList warnings = content->leftOut + missingFonts(content->fonts, (*drawings)->missingFonts());
+        // The library has a font of its own for texts that ask for none.
+        QStringList missing = (*drawings)->missingFonts();
+        if (const QLatin1String usual("Times New Roman"); !document->contains(usual.data()))
+            missing.removeAll(usual);
+        QStringList warnings = *leftOut;
+        if (!missing.isEmpty())
+            warnings << QStringLiteral("the picture's text is drawn with other fonts, since these are not "
+                                       "installed: %1")
+                            .arg(SvgContent::listed(missing));
         return std::shared_ptr<const SvgDocument>(new SvgDocument(std::move(*drawings), std::move(warnings)));
     });
 }

@@ -2,18 +2,20 @@
 
 #include "base/Result.h"
 #include "imaging/pixels/ReducedCopies.h"
-#include "imaging/svg/SharedRaster.h"
 #include "imaging/svg/SvgTime.h"
 #include "imaging/svg/SvgWorker.h"
+#include "imaging/svgpipe/SharedMemory.h"
 #include "imaging/svgpipe/SvgMessages.h"
-#include "imaging/svgpipe/SvgPipe.h"
 
 #include <QByteArray>
 #include <QImage>
 #include <QSizeF>
+#include <QStringList>
 
 #include <deque>
+#include <list>
 #include <memory>
+#include <optional>
 #include <vector>
 
 /// Draws one SVG document by workers. Where the sizes of its drawings are known, the workers draw ahead, in
@@ -26,79 +28,76 @@ class SvgDrawings {
         SvgTimeLimit time;
     };
 
-    /// Starts the workers, has the document read, and draws it once. `document` is not compressed. `fonts`
-    /// are lists of font families as a worker reads them. TakesTooLong, Damaged, Unsupported, OutOfMemory.
-    static Result<std::unique_ptr<SvgDrawings>> open(const QByteArray& document, const QByteArray& fonts,
-                                                     const Options& options);
+    /// Starts the workers, has the document read, and draws it once. `document` is not compressed.
+    /// TakesTooLong, Damaged, Unsupported, OutOfMemory.
+    static Result<std::unique_ptr<SvgDrawings>> open(const QByteArray& document, const Options& options);
 
     /// The document's size in CSS pixels.
     const QSizeF& size() const { return m_size; }
 
-    /// The lists of which no font is installed; bit 0 is the first.
-    std::uint64_t missingFonts() const { return m_missingFonts; }
+    /// The font families that its texts have asked for in vain, each once.
+    const QStringList& missingFonts() const { return m_missingFonts; }
 
     /// The document on a new raster of width × height pixels, stretched into the viewport there. Fails as
     /// `open` does, and at once where the same drawing has failed within the same limit. It may wait for the
     /// limit and one second more.
-    Result<QImage> draw(const SvgPipe::Request& drawing);
+    Result<QImage> draw(const SvgPipe::Request& request);
 
   private:
-    struct Drawing {
-        SvgPipe::Request request;
-        SharedRaster raster;
-        bool isRefused = false; ///< once it is finished; `error` tells why
-        Error error = {ErrorCode::Unsupported, {}};
-    };
-    /// A worker with the drawings that it was asked for, in that order.
     struct Station {
         std::unique_ptr<SvgWorker> worker;
-        std::deque<Drawing> asked;
-        bool hasSize = false; ///< whether the answer to the document has come
-        double work = 0;      ///< of all drawings that it was asked for
+        double work = 0; ///< of all drawings that it was asked for
     };
+    /// A drawing that a worker was asked for.
+    struct Drawing {
+        SvgPipe::Request request;
+        SharedMemory pixels;
+        std::size_t station = 0;
+        bool isFinished = false;
+        std::optional<Error> refusal = {}; ///< once it is finished: why it was not drawn
+    };
+    using Place = std::list<Drawing>::iterator;
     struct Failure {
         SvgPipe::Request request;
         double seconds;
         Error error;
     };
-    class Operation;
 
-    SvgDrawings(QByteArray document, QByteArray fonts, const Options& options);
+    SvgDrawings(SharedMemory document, std::size_t documentBytes, const Options& options);
 
     Result<Done> prepare();
-    Result<Done> startWorkers();
-    Result<Done> readSize(Station& station);
+    Result<Done> start();
     Result<Done> ask(const SvgPipe::Request& request);
     Result<Done> askAhead();
-    Result<Done> finishNext(Station& station);
-    Result<Done> finish(const SvgPipe::Request& request);
-    Result<QImage> drawn(const SvgPipe::Request& request);
+    Result<Place> finished(const SvgPipe::Request& request);
+    void takeMissingFonts(const SvgPipe::Answer& answer);
+    Result<QImage> taken(const SvgPipe::Request& request);
+    Result<SvgPipe::Answer> answer(SvgWorker& worker, SvgPipe::AnswerKind expected);
+    Error ended(SvgWorker& worker);
+    Error broken(Error error);
     Error refusal(const SvgPipe::Answer& answer) const;
-    Error failed(Station& station, SvgPipe::Transfer transfer);
-    Error tooSlow() const;
     Error tooMuchMemory() const;
     void stop();
 
+    void beginCount();
     double processorTime() const;
-    SvgPipe::Patience patience();
-    bool wait(int socket, short event);
+    SvgWorker::Limits limits() const;
+    bool wait(const SvgWorker& worker);
 
-    QByteArray m_document;
-    QByteArray m_fonts; ///< until a worker has been asked
-    std::uint64_t m_missingFonts = 0;
-    SvgTimeLimit m_limit;
+    SharedMemory m_document;
+    std::size_t m_documentBytes;
     ReducedCopies::Renders m_renders;
     QSizeF m_size;
-    qint64 m_memory;
+    QStringList m_missingFonts;
     std::deque<SvgPipe::Request> m_planned;
-    std::vector<Station> m_stations;
-    std::vector<Drawing> m_finished;
+    std::vector<Station> m_stations; ///< none before the start, and where a worker has failed
+    std::list<Drawing> m_drawings;   ///< in the order in which the workers were asked
     std::vector<Failure> m_failures;
-    bool m_isBroken = false; ///< whether the pipe to a worker has failed
-    double m_endedTime = 0;  ///< the processor time of workers that are gone
-    // Of the count that goes on: where it began, how far it may go, and how long the program has waited
-    // while the workers had a processor or wanted none.
-    double m_origin = 0;
-    double m_seconds = 0;
-    double m_waited = 0;
+
+    SvgTimeLimit m_limit;
+    qint64 m_memory;
+    SvgCount m_ownCount;
+    SvgCount* m_count = &m_ownCount; ///< the one that goes on
+    double m_endedTime = 0;          ///< the processor time of workers that are gone
+    double m_countedTime = 0;        ///< how much of all processor time is counted
 };

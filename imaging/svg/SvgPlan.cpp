@@ -35,12 +35,3 @@ std::deque<Request> SvgPlan::drawings(const ReducedCopies::Renders& renders, con
     }
     return planned;
 }
-
-bool SvgPlan::areSame(const Request& a, const Request& b) {
-    return a.width == b.width && a.height == b.height && a.viewport == b.viewport;
-}
-
-qint64 SvgPlan::bytesOf(const Request& drawing) {
-    constexpr qint64 bytesPerPixel = 4;
-    return bytesPerPixel * drawing.width * drawing.height;
-}

@@ -20,10 +20,4 @@ std::optional<SvgPipe::Request> drawing(const AxisMapping& x, const AxisMapping&
 /// pixels are left out.
 std::deque<SvgPipe::Request> drawings(const ReducedCopies::Renders& renders, const QSizeF& document);
 
-/// Whether one may serve for the other.
-bool areSame(const SvgPipe::Request& a, const SvgPipe::Request& b);
-
-/// The bytes of its pixels.
-qint64 bytesOf(const SvgPipe::Request& drawing);
-
 } // namespace SvgPlan

@@ -4,7 +4,7 @@ namespace {
 SvgRequest* openRequest = nullptr;
 } // namespace
 
-SvgRequest::SvgRequest(double seconds) : m_seconds(seconds) {
+SvgRequest::SvgRequest(double seconds) : SvgCount{seconds} {
     if (openRequest == nullptr)
         openRequest = this;
 }

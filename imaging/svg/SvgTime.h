@@ -8,9 +8,16 @@ struct SvgTimeLimit {
     bool isForEachDrawing = false;
 };
 
+/// What drawings that count together have taken so far, in seconds.
+struct SvgCount {
+    double limit = 0;
+    double processorTime = 0;
+    double waitingTime = 0; ///< for workers that did nothing
+};
+
 /// While it lives, the drawings of all documents count together, and their limit is this request's. One
 /// within another does nothing. For the main thread.
-class SvgRequest {
+class SvgRequest : public SvgCount {
   public:
     explicit SvgRequest(double seconds);
     ~SvgRequest();
@@ -19,14 +26,6 @@ class SvgRequest {
 
     /// The one that is open, or null.
     static SvgRequest* open();
-
-    double seconds() const { return m_seconds; }
-    /// What the drawings took so far: processor time, and time that the program waited for it.
-    double processorTime = 0;
-    double waitingTime = 0;
-
-  private:
-    double m_seconds;
 };
 
 /// The limits in the window: for a drop, a repaint or one step of the previews, and for one generation.

@@ -22,44 +22,33 @@ class SvgWorker {
     /// Starts a worker. Unsupported where its program is missing or can't be started, OutOfMemory.
     static Result<std::unique_ptr<SvgWorker>> start(const Limits& limits);
     /// Ends the process at once.
-    ~SvgWorker();
+    ~SvgWorker() { end(); }
     SvgWorker(const SvgWorker&) = delete;
     SvgWorker& operator=(const SvgWorker&) = delete;
 
-    /// A stream socket; the program's end.
+    /// A stream socket; the program's end. Sending does not wait.
     int socket() const { return m_socket.number(); }
 
-    /// The processor time that the process has taken so far, in seconds.
+    /// The processor time that the process has taken so far, in seconds; 0 where the system does not tell.
     double processorTime() const;
-
-    /// Whether one of its threads has a processor or waits for one. False where the system does not tell.
-    bool wantsProcessor() const;
 
     /// Moves the limits on. Does nothing where the system can't set another process's limits: then the time
     /// is watched from outside alone.
     void allow(const Limits& limits);
 
-    /// What the end of a process was.
-    enum class End { Memory, Time, Unstarted, Other };
-    /// Ends the process and tells how it ended. With `isClosed` it has closed the pipe, and gets a moment to
-    /// end by itself.
-    End end(bool isClosed);
-    /// How it ended, for people: its signal or status.
-    QString endText() const;
-
-    /// The path of the program that is started, for people.
-    static QString programPath();
+    /// Waits a moment for a process that has closed the pipe, and ends it if it goes on. Returns its status
+    /// as waitpid does.
+    int status();
 
     /// Starts another program instead of tobrimax-svg, for tests; empty for that again.
     static void useProgram(const QByteArray& path);
 
   private:
     SvgWorker(pid_t process, FileDescriptor socket) : m_process(process), m_socket(std::move(socket)) {}
-    void reap(int options);
+    bool isReaped(int options);
+    void end();
 
-    pid_t m_process;
+    pid_t m_process; ///< 0 once it has ended
     FileDescriptor m_socket;
-    bool m_isReaped = false;
     int m_status = 0;
-    double m_finalTime = 0; ///< the processor time, once the process has ended
 };

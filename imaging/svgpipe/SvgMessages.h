@@ -7,22 +7,18 @@
 #include <type_traits>
 
 /// The messages between a program and its SVG worker. Each is a record of a fixed size in the byte order of
-/// the machine, since both ends run on it.
+/// the machine, since both ends run on it. With each request comes a descriptor of shared memory.
 ///
-/// The program sends the document's record, the document's bytes, and lists of font families; the worker
-/// answers with the document's size and the lists of which no font is installed. Then each request for a
-/// drawing is answered, in order. Any request may be answered with a refusal.
+/// The program sends the document; the worker answers with its size. Then each request for a drawing is
+/// answered, in order. Any request may be answered with a refusal.
 namespace SvgPipe {
 
 // The marks change with the records: a program does not understand a worker of another version.
-inline constexpr std::uint32_t requestMark = 0x71766755;
-inline constexpr std::uint32_t answerMark = 0x61766755;
+inline constexpr std::uint32_t requestMark = 0x71766756;
+inline constexpr std::uint32_t answerMark = 0x61766756;
 
 /// The largest document, unpacked, in bytes.
 inline constexpr std::uint64_t mostDocumentBytes = 64 << 20;
-/// The most lists of font families, and the most bytes of them all: UTF-8, a line each, tabs between names.
-inline constexpr std::size_t mostFontLists = 64;
-inline constexpr std::uint64_t mostFontBytes = 256 << 10;
 /// The longest side of a drawing, and the most of its pixels.
 inline constexpr std::int32_t longestSide = 1000000;
 inline constexpr std::int64_t mostPixels = 16384LL * 16384LL;
@@ -42,15 +38,24 @@ enum class RequestKind : std::uint32_t { Document = 1, Drawing = 2 };
 struct Request {
     std::uint32_t mark = requestMark;
     RequestKind kind = RequestKind::Document;
-    std::uint64_t documentBytes = 0; ///< of the document that follows
-    std::uint64_t fontBytes = 0;     ///< of the lists of font families that follow it
-    /// A drawing's size in pixels. A descriptor for 4 × width × height bytes of shared memory comes along.
+    std::uint64_t documentBytes = 0; ///< in the shared memory
+    /// A drawing's size in pixels; 4 × width × height bytes of shared memory are for them.
     std::int32_t width = 0;
     std::int32_t height = 0;
     /// Where the document lies on the drawing, in pixels.
     std::array<double, 4> viewport = {};
+
+    bool operator==(const Request&) const = default;
+
+    /// How much shared memory belongs to a valid request.
+    std::size_t sharedBytes() const {
+        constexpr std::size_t bytesPerPixel = 4;
+        return kind == RequestKind::Document
+                   ? static_cast<std::size_t>(documentBytes)
+                   : bytesPerPixel * static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    }
 };
-static_assert(sizeof(Request) == 64 && std::is_trivially_copyable_v<Request>);
+static_assert(sizeof(Request) == 56 && std::is_trivially_copyable_v<Request>);
 
 enum class AnswerKind : std::uint32_t { Size = 1, Drawn = 2, Refused = 3 };
 
@@ -69,17 +74,17 @@ struct Answer {
     std::uint32_t textLength = 0;
     double width = 0; ///< of the document, in CSS pixels
     double height = 0;
-    std::uint64_t missingFonts = 0;  ///< bit 0: of the first list no font is installed
-    std::array<char, 472> text = {}; ///< UTF-8
+    /// UTF-8. With a drawing: families of fonts that it has lacked and no drawing before it, a line each.
+    std::array<char, 992> text = {};
 };
-static_assert(sizeof(Answer) == 512 && std::is_trivially_copyable_v<Answer>);
+static_assert(sizeof(Answer) == 1024 && std::is_trivially_copyable_v<Answer>);
 
 /// Whether the side that receives a record can use it.
 inline bool isValid(const Request& request) {
     if (request.mark != requestMark)
         return false;
     if (request.kind == RequestKind::Document)
-        return request.documentBytes <= mostDocumentBytes && request.fontBytes <= mostFontBytes;
+        return request.documentBytes <= mostDocumentBytes;
     bool isFinite = true;
     for (const double number : request.viewport)
         isFinite = isFinite && std::isfinite(number);

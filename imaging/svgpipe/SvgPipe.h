@@ -3,33 +3,17 @@
 #include <cstddef>
 #include <span>
 
-/// Sends and receives bytes and descriptors on a stream socket.
+/// Sends and receives records on a stream socket. A record comes whole: the kernel takes it as one piece.
 namespace SvgPipe {
 
-/// Waits for an event of poll's on `socket`, at most until some moment. False where that has passed.
-using Wait = bool (*)(int socket, short event, void* context);
+/// Sends a record; with `descriptor` 0 or higher, that goes along. False where the other side has gone, or
+/// where a socket that does not wait has no room.
+bool send(int socket, std::span<const std::byte> record, int descriptor = -1);
 
-/// How long a transfer may take: as long as `wait` answers true.
-struct Patience {
-    Wait wait;
-    void* context = nullptr;
-};
-
-/// Waits as long as it takes.
-Patience endless();
-
-enum class Transfer {
-    Done,
-    Closed,   ///< the other side has gone
-    TimedOut, ///< the patience was at its end
-};
-
-/// Sends all bytes; with `descriptor` 0 or higher, that goes along.
-Transfer send(int socket, std::span<const std::byte> bytes, const Patience& patience, int descriptor = -1);
-
-/// Fills all of `bytes`. A descriptor that comes along goes to `descriptor`, which the caller closes; further
-/// ones are closed. Where there is none, it becomes -1. Null where none is expected: all are closed.
-Transfer receive(int socket, std::span<std::byte> bytes, const Patience& patience, int* descriptor = nullptr);
+/// Waits for a record. Returns how many of its bytes have come: fewer than asked for where the other side
+/// sends something else, 0 where it has gone. A descriptor that comes along goes to `descriptor`, which the
+/// caller closes; further ones are closed. Null where none is expected: all are closed.
+std::size_t receive(int socket, std::span<std::byte> record, int* descriptor = nullptr);
 
 /// The bytes of a record.
 template <typename Record>

@@ -1,11 +1,11 @@
 // Takes any bytes for what a program sends to its SVG worker: the worker answers and comes to an end.
 
+#include "imaging/svgpipe/SharedMemory.h"
 #include "imaging/svgpipe/SvgMessages.h"
 #include "imaging/svgpipe/SvgPipe.h"
 #include "svgworker/Session.h"
 #include "tests/fuzz/Require.h"
 
-#include <sys/mman.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -21,8 +21,8 @@ namespace {
 constexpr std::string_view document =
     "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><circle r='9'/></svg>";
 
-void send(int socket, std::span<const std::byte> bytes, int descriptor = -1) {
-    SvgPipe::send(socket, bytes, SvgPipe::endless(), descriptor);
+void send(int socket, std::span<const std::byte> bytes, const SharedMemory& memory) {
+    SvgPipe::send(socket, bytes, memory.descriptor());
 }
 
 /// Sends the bytes in records, each with shared memory; at first a document, if `isOpened`.
@@ -30,18 +30,16 @@ void sendAll(int socket, std::span<const std::byte> bytes, bool isOpened) {
     if (isOpened) {
         SvgPipe::Request request;
         request.documentBytes = document.size();
-        send(socket, SvgPipe::bytesOf(request));
-        send(socket, std::as_bytes(std::span(document)));
+        send(socket, SvgPipe::bytesOf(request), SharedMemory::holding(std::as_bytes(std::span(document))));
     }
-    constexpr off_t shared = 1 << 16;
-    const int memory = ::memfd_create("drawing", 0);
-    require(memory >= 0 && ::ftruncate(memory, shared) == 0);
+    constexpr std::size_t shared = 1 << 16;
+    const SharedMemory memory = SharedMemory::create(shared);
+    require(memory.isOpen());
     while (!bytes.empty()) {
         const std::size_t count = std::min(bytes.size(), sizeof(SvgPipe::Request));
         send(socket, bytes.first(count), memory);
         bytes = bytes.subspan(count);
     }
-    ::close(memory);
     ::shutdown(socket, SHUT_WR);
 }
 
@@ -66,9 +64,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::thread program([&] {
         sendAll(ends[0], bytes.first(std::min(bytes.size(), mostBytes)), data[0] % 2 == 0);
         SvgPipe::Answer answer;
-        while (SvgPipe::receive(ends[0], SvgPipe::writableBytesOf(answer), SvgPipe::endless()) ==
-               SvgPipe::Transfer::Done)
-            require(isValid(answer));
+        while (const std::size_t count = SvgPipe::receive(ends[0], SvgPipe::writableBytesOf(answer)))
+            require(count == sizeof answer && isValid(answer));
     });
     const int status = serve(ends[1]);
     require(status == 0 || status == SvgPipe::messageStatus);

@@ -1,6 +1,4 @@
-#include "imaging/svg/SvgContent.h"
 #include "imaging/svg/SvgDocument.h"
-#include "imaging/svg/SvgFonts.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -13,26 +11,6 @@ namespace {
 
 QByteArray svg(const QByteArray& content) {
     return "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'>" + content + "</svg>";
-}
-
-std::string text(const std::vector<QStringList>& lists) {
-    QStringList lines;
-    for (const QStringList& names : lists)
-        lines << names.join(u'|');
-    return lines.join(QLatin1String("; ")).toStdString();
-}
-
-/// The font families of a list that stand before any generic one.
-std::string named(const QByteArray& families) {
-    SvgFonts fonts;
-    fonts.add(families);
-    return text(fonts.lists());
-}
-
-/// The fonts that the texts of a document ask for.
-std::string asked(const QByteArray& content) {
-    const Result<SvgContent> found = SvgContent::of(svg(content));
-    return found ? text(found->fonts) : "error: " + found.error().sentence.toStdString();
 }
 
 /// The only font while it lives is one of the family "Tobrimax Test".
@@ -80,65 +58,51 @@ const std::string otherFonts =
 } // namespace
 
 TEST(SvgFonts, a_list_is_read_up_to_the_first_generic_family) {
-    EXPECT_EQ(named("Corporate"), "Corporate");
-    EXPECT_EQ(named(" Corporate ,  'Brand  Sans' ,\"C, D\", sans-serif, Never"), "Corporate|Brand Sans|C, D");
-    EXPECT_EQ(named("&quot;Brand Sans&quot;,&apos;B&apos;"), "Brand Sans|B");
-    EXPECT_EQ(named("Corporate !important"), "Corporate");
-    for (const char* none :
-         {"", " ", ",,", "serif", "Sans-Serif, Corporate", "'Sans'", "inherit", "system-ui"})
-        EXPECT_EQ(named(none), "") << none;
-}
-
-TEST(SvgFonts, styles_give_families_by_two_properties) {
-    const auto ofStyle = [](const QByteArray& style) {
-        QByteArray all;
-        for (const QByteArray& families : SvgFonts::ofStyle(style))
-            all += '[' + families + ']';
-        return all.toStdString();
+    const OneFont font;
+    const auto missing = [](const QByteArray& families) {
+        return warnings("<text font-family=\"" + families + "\">a</text>");
     };
-    EXPECT_EQ(ofStyle("fill:red;FONT-FAMILY : A, 'B;C' ;stroke:none"), "[A, 'B;C']");
-    EXPECT_EQ(ofStyle("font-family:&quot;A B&quot;;x:y"), "[\"A B\"]");
-    EXPECT_EQ(ofStyle("font:italic 700 12px/1.5 A B, serif"), "[A B, serif]");
-    EXPECT_EQ(ofStyle("font:.5em 'A'"), "['A']");
-    EXPECT_EQ(ofStyle("font:caption"), "[]");
-    EXPECT_EQ(ofStyle("-x-font-family:A;font-size:3px;font-weight:700"), "");
-    EXPECT_EQ(ofStyle("a{font-family:A}/* b{font-family:B} */ c{fill:red;font-family:C}"), "[A][C]");
-    EXPECT_EQ(ofStyle("a{font-family:A}/*"), "[A]");
+    EXPECT_EQ(missing("Corporate"), otherFonts + "Corporate");
+    EXPECT_EQ(missing(" 'Brand  Sans' , B, sans-serif, Never"), otherFonts + "Brand Sans");
+    EXPECT_EQ(missing("&quot;Brand Sans&quot;,&apos;B&apos;"), otherFonts + "Brand Sans");
+    EXPECT_EQ(missing("Corporate, Tobrimax Test"), "");
+    EXPECT_EQ(missing("Corporate, serif, Tobrimax Test"), otherFonts + "Corporate");
+    for (const char* none : {"", "serif", "Sans-Serif, Corporate", "'Sans'", "inherit", "system-ui", "Mono"})
+        EXPECT_EQ(missing(none), "") << none;
 }
 
-TEST(SvgFonts, only_those_of_texts_are_asked_for) {
-    EXPECT_EQ(asked("<text font-family='A'>a</text>"), "A");
-    EXPECT_EQ(asked("<text style='font-family:A, B'>a</text><text font-family='C'>b</text>"), "A|B; C");
-    EXPECT_EQ(asked("<text font-family='A'> <tspan font-family='B'>b</tspan> </text>"), "B");
-    EXPECT_EQ(asked("<text font-family='A'><![CDATA[b]]></text>"), "A");
-    EXPECT_EQ(asked("<g font-family='A'><text>a</text></g>"), "A");
-    EXPECT_EQ(asked("<g font-family='A'><text font-family='inherit'>a</text></g>"), "A");
-    EXPECT_EQ(asked("<g style='font-family:A'><text font-family='B'>b</text></g>"), "B");
-    EXPECT_EQ(asked("<text font-family='A' style='font-family:B'>b</text>"), "B");
-    EXPECT_EQ(asked("<text style='font-family:B' font-family='A'>b</text>"), "B");
-    for (const char* none :
+TEST(SvgFonts, what_a_text_inherits_and_what_style_sheets_say_counts) {
+    const OneFont font;
+    for (const char* content :
+         {"<g font-family='A'><text>a</text></g>", "<text style='font-family:A'>a</text>",
+          "<g font-family='A'><text font-family='inherit'>a</text></g>",
+          "<text font-family='B' style='font-family:A'>a</text>",
+          "<text font-family='A'><![CDATA[b]]></text>",
+          "<text font-family='Tobrimax Test'> <tspan font-family='A'>b</tspan> </text>",
+          "<style>.a{font-family:A}.b{font-family:B}</style><text class='a'>a</text>",
+          "<style><![CDATA[text{font-family:A}]]></style><text>a</text>"})
+        EXPECT_EQ(warnings(content), otherFonts + "A") << content;
+    for (const char* content :
          {"<g font-family='A'><path d=''/>a</g>", "<text font-family='A'/>",
-          "<text font-family='A'> \n</text>", "<g font-family='A'/><text>a</text>",
-          "<title style='font-family:A'>a</title>", "<style>text{font-family:A}</style>", "<text>a</text>"})
-        EXPECT_EQ(asked(none), "") << none;
+          "<g font-family='A'/><text>a</text>", "<title style='font-family:A'>a</title>",
+          "<style>text{font-family:A}</style>", "<defs><text font-family='A'>a</text></defs>",
+          "<text font-family='A' display='none'>a</text>"})
+        EXPECT_EQ(warnings(content), "") << content;
 }
 
-TEST(SvgFonts, those_of_a_style_sheet_count_where_there_is_text) {
-    const QByteArray sheet = "<style>.a{font-family:A}.b{font:9px B,serif}</style>";
-    EXPECT_EQ(asked(sheet + "<text class='a'>a</text>"), "A; B");
-    EXPECT_EQ(asked("<text font-family='B'>a</text>" + sheet), "B; A");
-    EXPECT_EQ(asked("<style><![CDATA[a{font-family:A}]]></style><text>a</text>"), "A");
+TEST(SvgFonts, the_font_of_texts_that_ask_for_none_is_no_wish) {
+    const OneFont font;
+    EXPECT_EQ(warnings("<text>a</text>"), "");
+    EXPECT_EQ(warnings("<text font-family='Times New Roman'>a</text>"), otherFonts + "Times New Roman");
 }
 
-TEST(SvgFonts, their_number_has_a_limit) {
+TEST(SvgFonts, a_thousand_long_names_do_no_harm) {
+    const OneFont font;
     QByteArray texts;
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 1000; ++i)
         texts +=
-            "<text font-family='" + QByteArray("A" + QByteArray::number(i) + ",").repeated(20) + "'>a</text>";
-    const Result<SvgContent> found = SvgContent::of(svg(texts));
-    ASSERT_TRUE(found);
-    EXPECT_EQ(found->fonts.size(), 64U);
-    EXPECT_EQ(found->fonts.front().size(), 8);
+            "<text font-family='Corporate A" + QByteArray::number(i) + QByteArray(90, 'x') + "'>a</text>";
+    EXPECT_EQ(warnings(texts).rfind(otherFonts + "Corporate A0x", 0), 0U);
 }
 
 TEST(SvgFonts, what_is_not_installed_is_named_each_once) {

@@ -13,7 +13,6 @@
 #include <iterator>
 #include <span>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -39,7 +38,7 @@ void misbehave(const std::string& how, const Answer& answer) {
         ::pause();
     }
     if (how == "halves") {
-        send(socket, bytesOf(answer).first(sizeof answer / 2), endless());
+        send(socket, bytesOf(answer).first(sizeof answer / 2));
         ::_exit(0);
     }
     Answer wrong = answer;
@@ -55,14 +54,14 @@ void misbehave(const std::string& how, const Answer& answer) {
         wrong.kind = AnswerKind::Size;
         wrong.width = 1e300 * 1e300;
     }
-    send(socket, bytesOf(wrong), endless());
+    send(socket, bytesOf(wrong));
 }
 
 /// Sends the bytes of a file, whatever it is asked for.
 int say(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     const std::string words{std::istreambuf_iterator<char>(file), {}};
-    send(workerEnd, std::as_bytes(std::span(words)), endless());
+    send(workerEnd, std::as_bytes(std::span(words)));
     return 0;
 }
 
@@ -83,16 +82,13 @@ int main() {
     for (long message = 1;; ++message) {
         Request request;
         int descriptor = -1;
-        if (receive(workerEnd, writableBytesOf(request), endless(), &descriptor) != Transfer::Done)
-            return 0;
-        std::vector<std::byte> document(static_cast<std::size_t>(request.documentBytes + request.fontBytes));
-        if (receive(workerEnd, document, endless()) != Transfer::Done)
+        if (receive(workerEnd, writableBytesOf(request), &descriptor) == 0)
             return 0;
         ::close(descriptor);
         if (message == at)
             misbehave(how, answer);
         else
-            send(workerEnd, bytesOf(answer), endless());
+            send(workerEnd, bytesOf(answer));
         answer.kind = AnswerKind::Drawn;
     }
 }

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <memory>
+
+/// Frees an object by a library's function.
+template <auto function>
+struct FreedBy {
+    template <typename Object>
+    void operator()(Object* object) const {
+        function(object);
+    }
+};
+
+/// Owns an object of a library in C.
+template <typename Object, auto function>
+using Owned = std::unique_ptr<Object, FreedBy<function>>;
