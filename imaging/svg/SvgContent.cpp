@@ -3,6 +3,8 @@
 #include "base/ShortMemory.h"
 #include "imaging/svgpipe/SvgMessages.h"
 
+#include <QSet>
+
 #include <expat.h>
 
 #include <algorithm>
@@ -28,8 +30,8 @@ bool declaresExternalEntity(QByteArray document) {
     if (document.contains('\0'))
         document.replace(QByteArrayView("\0", 1), QByteArrayView());
     for (qsizetype at = document.indexOf("<!ENTITY"); at >= 0; at = document.indexOf("<!ENTITY", at + 1)) {
-        qsizetype end = at;
-        while (end < document.size() && !QByteArrayView(">\"'").contains(document[end]))
+        qsizetype end = at + 1;
+        while (end < document.size() && !QByteArrayView("<>\"'").contains(document[end]))
             ++end;
         const QByteArrayView declaration = QByteArrayView(document).sliced(at, end - at);
         if (declaration.contains("SYSTEM") || declaration.contains("PUBLIC"))
@@ -134,10 +136,13 @@ class Scan {
         const QByteArrayView start = link.first(std::min(scheme.size(), link.size()));
         if (link.isEmpty() || link.startsWith('#') || start.compare(scheme, Qt::CaseInsensitive) == 0)
             return;
+        constexpr qsizetype mostLinks = 10000;
         constexpr qsizetype mostBytes = 200;
         const QString text = QString::fromUtf8(link.first(std::min(mostBytes, link.size())));
-        if (!m_links.contains(text))
-            m_links << text;
+        if (m_links.size() >= mostLinks || m_seenLinks.contains(text))
+            return;
+        m_seenLinks.insert(text);
+        m_links << text;
     }
 
     std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_parser{XML_ParserCreate(nullptr),
@@ -145,6 +150,7 @@ class Scan {
     std::optional<Error> m_error;
     std::vector<std::string> m_open; ///< the elements that the parser is in
     QStringList m_links;
+    QSet<QString> m_seenLinks;
     bool m_hasForeignObject = false;
     bool m_hasVariables = false;
 };

@@ -346,7 +346,7 @@ bool SvgDrawings::wait(const SvgWorker& worker) {
         if (isReady)
             return true;
         LongWork::step();
-        constexpr int sliceMilliseconds = 100;
+        constexpr int sliceMilliseconds = 50;
         constexpr double nanosecond = 1e-9;
         const double timeBefore = worker.processorTime();
         pollfd waiting{worker.socket(), POLLIN, 0};

@@ -33,6 +33,7 @@ def entities():
     yield ended("billion-laughs.svg", svg("<text>&e9;</text>", before=f"<!DOCTYPE svg [{laughs}]>"))
     yield ended("billion-attributes.svg", svg("<g id='&e9;'/>", before=f"<!DOCTYPE svg [{laughs}]>"))
     yield ended("quadratic.svg", svg("<text>" + "&e;" * 20000 + "</text>", before=f"<!DOCTYPE svg [<!ENTITY e '{'a' * 50000}'>]>"))
+    yield ended("million-declarations.svg", svg(RED_PAGE, before=f"<!DOCTYPE svg [{'<!ENTITY ' * 1000000}]>"))
     yield ended("entity-of-itself.svg", svg("<text>&e;</text>", before="<!DOCTYPE svg [<!ENTITY e '&e;'>]>"))
     yield ended("default-attributes.svg", svg(DOT, before="<!DOCTYPE svg [<!ATTLIST rect fill CDATA 'url(#p)'>]>"))
     yield shown("document-type.svg", svg(RED_PAGE, before="<!DOCTYPE svg PUBLIC '-//W3C//DTD SVG 1.1//EN' 'http://localhost:9/d'>"),
@@ -106,6 +107,7 @@ def gzip_of_spaces():
 
 def links():
     """Links to anything outside of the document are not followed. The picture is drawn without them."""
+    yield ended("million-links.svg", svg("".join(f"<image href='{i}.png'/>" for i in range(1000000))))
     yield shown("plain.svg", svg(RED_PAGE), RED)
     for name, link in {"file": "file:///etc/passwd", "http": "http://localhost:9/a.png", "https": "https://localhost:9/a.svg",
                        "ftp": "ftp://localhost:9/a.png", "relative": "plain.svg", "parent": "../../../etc/passwd",
