@@ -243,7 +243,8 @@ for it? The set is {pngs} PNG files and the {icns} images of Application.icns.
 runs; the programs take turns. CPU is user and system time. Peak is the largest resident memory. Each program's first
 run is not counted: its icons were opened and have the right sizes. Before each run of less than a second there is one
 more that is not counted. It reads the program from the disk, since some machines drop files from memory within a
-minute.
+minute. Each run writes into an empty folder. The stages are told by further runs, which replace the files of the one
+before: some file systems take longer for that.
 
 **Sources.** They are made from fixed seeds: a logo (flat shapes, gradients, antialiased edges, transparent surround;
 PNG) and a picture as a camera takes it (PNG; at 4096 pixels JPEG of quality 90). Further sources have the rows of fewer
