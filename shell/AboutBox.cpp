@@ -25,6 +25,7 @@ constexpr std::array libraries{
     Library{"Qt", QT_TRANSLATE_NOOP("AboutBox", "windows, BMP and WebP pictures"), "LGPL 3"},
     Library{"librsvg", QT_TRANSLATE_NOOP("AboutBox", "SVG pictures"), "LGPL 2.1 or later"},
     Library{"cairo", QT_TRANSLATE_NOOP("AboutBox", "SVG pictures"), "LGPL 2.1 or MPL 1.1"},
+    Library{"Expat", QT_TRANSLATE_NOOP("AboutBox", "SVG pictures"), "MIT"},
     Library{"fontconfig", QT_TRANSLATE_NOOP("AboutBox", "fonts of SVG pictures"), "MIT"},
     Library{"libseccomp", QT_TRANSLATE_NOOP("AboutBox", "limits of what draws SVG pictures"), "LGPL 2.1"},
     Library{"Little CMS", QT_TRANSLATE_NOOP("AboutBox", "colour profiles"), "MIT"},

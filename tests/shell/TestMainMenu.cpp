@@ -334,6 +334,7 @@ QString nameOfLibrary(const QString& part) {
         {QStringLiteral("z"), QStringLiteral("zlib")},
         {QStringLiteral("deflate"), QStringLiteral("libdeflate")},
         {QStringLiteral("isal"), QStringLiteral("ISA-L")},
+        {QStringLiteral("expat"), QStringLiteral("Expat")},
         {QStringLiteral("png16"), QStringLiteral("libpng")},
         {QStringLiteral("lcms2"), QStringLiteral("Little CMS")},
         {QStringLiteral("gif"), QStringLiteral("giflib")},
