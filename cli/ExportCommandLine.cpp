@@ -95,6 +95,6 @@ Command exportCommand(CLI::App& app) {
             return *error;
         return [options = std::get<ExportOptions>(options)] { return runExport(options); };
     };
-    command.choices = {{"--format", formatWords()}, {"--fit", FitWords::names()}};
+    command.choices = {{"--format", formatWords}, {"--fit", FitWords::names}};
     return command;
 }

@@ -113,7 +113,7 @@ Command makeCommand(CLI::App& icns) {
         }
         return [options] { return runIcnsMake(options); };
     };
-    command.choices = {{"--fit", FitWords::names()}};
+    command.choices = {{"--fit", FitWords::names}};
     return command;
 }
 

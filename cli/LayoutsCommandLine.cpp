@@ -31,6 +31,6 @@ Command layoutsCommand(CLI::App& app) {
             return *error;
         return [options] { return runLayouts(options); };
     };
-    command.choices = {{"NAME", LayoutWords::names()}};
+    command.choices = {{"NAME", LayoutWords::names}};
     return command;
 }

@@ -15,8 +15,9 @@ struct Command {
     /// Called if the command line named the command. Returns the work to do, whose result is the exit status,
     /// or what is wrong with the command's options.
     std::function<Parsed<std::function<int()>>()> prepare;
-    /// The words that an option or operand knows, under its name. Those that accept any text are not listed.
-    std::map<std::string, std::vector<std::string>> choices;
+    /// Tell the words that an option or operand knows, under its name. Those that accept any text are not
+    /// listed.
+    std::map<std::string, std::function<std::vector<std::string>()>> choices;
 };
 
 /// Adds version, help and all commands to `app`. Returns the commands that have work to do; `app` keeps the

@@ -324,9 +324,9 @@ Command generateCommand(CLI::App& app) {
                 call.runs.front().options.quiet);
         };
     };
-    command.choices = {{"--platform", PlatformWords::names()},
-                       {"--layout", LayoutWords::names()},
-                       {"--fit", FitWords::names()},
-                       {"--compress", effortWords()}};
+    command.choices = {{"--platform", PlatformWords::names},
+                       {"--layout", LayoutWords::names},
+                       {"--fit", FitWords::names},
+                       {"--compress", effortWords}};
     return command;
 }

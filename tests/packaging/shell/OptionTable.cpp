@@ -58,12 +58,12 @@ void append(QJsonArray& table, const CLI::App& command, const std::string& words
             areOperandsRequired = areOperandsRequired && option->get_required();
             isLastOperandRepeatable = option->get_items_expected_max() > 1;
             if (found != commands.end() && found->choices.contains(option->get_name(true)))
-                operandChoices = array(found->choices.at(option->get_name(true)));
+                operandChoices = array(found->choices.at(option->get_name(true))());
             continue;
         }
         std::vector<std::string> choices;
         if (found != commands.end() && found->choices.contains(option->get_name()))
-            choices = found->choices.at(option->get_name());
+            choices = found->choices.at(option->get_name())();
         options.append(object(*option, choices));
     }
     std::vector<std::string> names;
