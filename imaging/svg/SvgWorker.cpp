@@ -101,11 +101,13 @@ Result<std::unique_ptr<SvgWorker>> SvgWorker::start(const Limits& limits) {
 }
 
 double SvgWorker::processorTime() const {
+    if (m_process == 0)
+        return m_finalTime;
 #ifndef __APPLE__
     clockid_t clock{};
     timespec time{};
     constexpr double nanosecond = 1e-9;
-    if (m_process != 0 && ::clock_getcpuclockid(m_process, &clock) == 0 && ::clock_gettime(clock, &time) == 0)
+    if (::clock_getcpuclockid(m_process, &clock) == 0 && ::clock_gettime(clock, &time) == 0)
         return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * nanosecond;
 #endif
     return 0;
@@ -129,11 +131,15 @@ void SvgWorker::allow([[maybe_unused]] const Limits& limits) {
 }
 
 bool SvgWorker::isReaped(int options) {
+    // The system forgets the time of a process with the process.
+    const double time = processorTime();
     pid_t ended = 0;
     while (m_process != 0 && (ended = ::waitpid(m_process, &m_status, options)) < 0 && errno == EINTR) {
     }
-    if (ended != 0)
+    if (ended != 0) {
         m_process = 0;
+        m_finalTime = time;
+    }
     return m_process == 0;
 }
 

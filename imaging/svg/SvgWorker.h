@@ -51,4 +51,5 @@ class SvgWorker {
     pid_t m_process; ///< 0 once it has ended
     FileDescriptor m_socket;
     int m_status = 0;
+    double m_finalTime = 0; ///< the processor time, once it has ended
 };

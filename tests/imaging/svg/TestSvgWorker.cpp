@@ -7,6 +7,8 @@
 #include <QElapsedTimer>
 
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/wait.h>
 
 #include <algorithm>
 #include <atomic>
@@ -160,6 +162,26 @@ TEST_F(FakeWorker, one_that_spins_gets_no_more_processor_time_than_a_second_beyo
         expectTooSlow(limited(1));
         EXPECT_LT(secondsOfChildren() - before, 2);
     }
+}
+
+TEST_F(FakeWorker, the_time_of_one_that_ends_by_itself_stays_counted) {
+    qputenv("FAKE_WORKER", "tires 3");
+    const Result<std::shared_ptr<const SvgDocument>> svg =
+        SvgDocument::fromBytes(document, limited(60, true));
+    ASSERT_TRUE(svg);
+    const SvgRequest request(60);
+    EXPECT_FALSE(drawn(**svg, 16));
+    EXPECT_GE(request.processorTime, 0.4);
+}
+
+TEST_F(FakeWorker, its_time_is_known_after_its_end) {
+    qputenv("FAKE_WORKER", "tires 0");
+    const Result<std::unique_ptr<SvgWorker>> worker = SvgWorker::start({60, qint64{1} << 30});
+    ASSERT_TRUE(worker);
+    pollfd pipe{(*worker)->socket(), POLLIN, 0};
+    ASSERT_EQ(::poll(&pipe, 1, 60000), 1);
+    EXPECT_EQ(WEXITSTATUS((*worker)->status()), 1);
+    EXPECT_GE((*worker)->processorTime(), 0.4);
 }
 
 TEST(SvgWorker, a_missing_program_is_told_with_its_path) {
