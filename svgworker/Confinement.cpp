@@ -69,7 +69,7 @@ constexpr int allowedCalls[] = {
     // Memory.
     SCMP_SYS(mmap), SCMP_SYS(munmap), SCMP_SYS(mprotect), SCMP_SYS(mremap), SCMP_SYS(madvise), SCMP_SYS(brk),
     // The pipe.
-    SCMP_SYS(recvmsg), SCMP_SYS(sendmsg), SCMP_SYS(write), SCMP_SYS(writev), SCMP_SYS(poll), SCMP_SYS(ppoll),
+    SCMP_SYS(recvmsg), SCMP_SYS(sendmsg), SCMP_SYS(write), SCMP_SYS(writev),
     // Threads of the library's filters.
     SCMP_SYS(futex), SCMP_SYS(sched_yield), SCMP_SYS(sched_getaffinity), SCMP_SYS(set_robust_list),
     SCMP_SYS(rseq), SCMP_SYS(gettid), SCMP_SYS(getpid), SCMP_SYS(sigaltstack), SCMP_SYS(rt_sigaction),
