@@ -1,6 +1,6 @@
 #include "svgworker/Confinement.h"
 
-#include "imaging/svgpipe/SvgMessages.h"
+#include "svgworker/Owned.h"
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -9,21 +9,18 @@
 #include <algorithm>
 #include <cerrno>
 
-#ifdef __linux__
-#include <sys/prctl.h>
-#endif
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
 #ifdef TOBRIMAX_HAS_SECCOMP
 #include <linux/sched.h>
 #include <seccomp.h>
+#include <sys/prctl.h>
 #endif
 
 namespace {
 
-/// Sets the soft limit, at most to the hard one. The hard one stays, so that the program which started the
-/// worker can move the soft one.
+/// Sets the soft limit, at most to the hard one.
 template <typename Resource>
 bool setSoftLimit(Resource resource, std::uint64_t value) {
     rlimit limit{};
@@ -31,23 +28,6 @@ bool setSoftLimit(Resource resource, std::uint64_t value) {
         return false;
     limit.rlim_cur = std::min<rlim_t>(value, limit.rlim_max);
     return ::setrlimit(resource, &limit) == 0;
-}
-
-template <typename Resource>
-bool setHardLimit(Resource resource, std::uint64_t value) {
-    const auto limit = static_cast<rlim_t>(value);
-    const rlimit both{limit, limit};
-    return ::setrlimit(resource, &both) == 0;
-}
-
-void closeOthers() {
-#ifdef __GLIBC__
-    ::closefrom(SvgPipe::workerEnd + 1);
-#else
-    const long most = ::sysconf(_SC_OPEN_MAX);
-    for (int i = SvgPipe::workerEnd + 1; i < most; ++i)
-        ::close(i);
-#endif
 }
 
 #ifdef TOBRIMAX_HAS_MEMORY_LIMIT
@@ -69,7 +49,7 @@ constexpr int allowedCalls[] = {
     // Memory.
     SCMP_SYS(mmap), SCMP_SYS(munmap), SCMP_SYS(mprotect), SCMP_SYS(mremap), SCMP_SYS(madvise), SCMP_SYS(brk),
     // The pipe.
-    SCMP_SYS(recvmsg), SCMP_SYS(sendmsg), SCMP_SYS(write), SCMP_SYS(writev),
+    SCMP_SYS(write), SCMP_SYS(writev),
     // Threads of the library's filters.
     SCMP_SYS(futex), SCMP_SYS(sched_yield), SCMP_SYS(sched_getaffinity), SCMP_SYS(set_robust_list),
     SCMP_SYS(rseq), SCMP_SYS(gettid), SCMP_SYS(getpid), SCMP_SYS(sigaltstack), SCMP_SYS(rt_sigaction),
@@ -113,26 +93,19 @@ bool addRules(scmp_filter_ctx filter) {
     // NOLINTEND(readability-magic-numbers)
 }
 
-/// Whether the kernel, or an emulator of one, knows filters.
-bool hasFilters() {
-    // Asked with a null pointer, a kernel with filters fails to read it.
-    return ::prctl(PR_SET_SECCOMP, 2 /* SECCOMP_MODE_FILTER */, nullptr, 0, 0) == 0 || errno == EFAULT;
-}
-
-bool loadFilter() {
-    if (!hasFilters())
-        return true;
-    scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ERRNO(EPERM));
-    if (filter == nullptr)
+bool giveUpRights() {
+    if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
         return false;
-    const bool isLoaded = addRules(filter) && seccomp_load(filter) == 0;
-    seccomp_release(filter);
-    return isLoaded;
+    // Asked with a null pointer, a kernel with filters fails to read it. An emulator of one has none.
+    if (::prctl(PR_SET_SECCOMP, 2 /* SECCOMP_MODE_FILTER */, nullptr, 0, 0) != 0 && errno != EFAULT)
+        return true;
+    const Owned<void, &seccomp_release> filter(seccomp_init(SCMP_ACT_ERRNO(EPERM)));
+    return filter != nullptr && addRules(filter.get()) && seccomp_load(filter.get()) == 0;
 }
 
 #else
 
-bool loadFilter() {
+bool giveUpRights() {
     return true;
 }
 
@@ -140,9 +113,11 @@ bool loadFilter() {
 
 } // namespace
 
-bool Confinement::setLimits(const Limits& limits) {
-    closeOthers();
+bool Confinement::enter(int sharedMemory, std::uint64_t processorSeconds, std::uint64_t addressSpace) {
+    if (::dup2(sharedMemory, memory) != memory)
+        return false;
 #ifdef __GLIBC__
+    ::closefrom(memory + 1);
     // With one arena the limit means the same on every machine.
     mallopt(M_ARENA_MAX, 1);
     // The library asks for a raster after the other. Pages of one that it gives back serve the next: to get
@@ -154,19 +129,9 @@ bool Confinement::setLimits(const Limits& limits) {
 #endif
     constexpr std::uint64_t mostFiles = 64;
     constexpr std::uint64_t stackBytes = 64 << 20;
-    if (!setHardLimit(RLIMIT_CORE, 0) || !setHardLimit(RLIMIT_NOFILE, mostFiles))
-        return false;
     // Documents may be nested deeply. A refusal does no harm.
     setSoftLimit(RLIMIT_STACK, stackBytes);
-    if (limits.processorSeconds > 0 && !setSoftLimit(RLIMIT_CPU, limits.processorSeconds))
-        return false;
-    return !limitsAddressSpace || limits.memoryBytes == 0 || setSoftLimit(RLIMIT_AS, limits.memoryBytes);
-}
-
-bool Confinement::giveUpRights() {
-#ifdef __linux__
-    if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
-        return false;
-#endif
-    return loadFilter();
+    return setSoftLimit(RLIMIT_CORE, 0) && setSoftLimit(RLIMIT_NOFILE, mostFiles) &&
+           setSoftLimit(RLIMIT_CPU, processorSeconds) &&
+           (!limitsAddressSpace || setSoftLimit(RLIMIT_AS, addressSpace)) && giveUpRights();
 }

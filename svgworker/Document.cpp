@@ -3,16 +3,15 @@
 #include "svgworker/Fonts.h"
 
 #include <librsvg/rsvg.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <string>
 #include <utility>
 
 using SvgPipe::Answer;
 using SvgPipe::AnswerKind;
-using SvgPipe::Refusal;
 
 namespace {
 
@@ -20,14 +19,7 @@ namespace {
 Answer answerOf(AnswerKind kind, std::string_view text) {
     Answer answer;
     answer.kind = kind;
-    answer.textLength = static_cast<std::uint32_t>(std::min(text.size(), answer.text.size()));
-    std::copy_n(text.begin(), answer.textLength, answer.text.begin());
-    return answer;
-}
-
-Answer refused(Refusal refusal, std::string_view text = {}) {
-    Answer answer = answerOf(AnswerKind::Refused, text);
-    answer.refusal = refusal;
+    std::copy_n(text.begin(), std::min(text.size(), answer.text.size()), answer.text.begin());
     return answer;
 }
 
@@ -38,9 +30,9 @@ Answer refused(GError* raw) {
     for (const char* words : {"cannot load more than", "exceeded more than", "maximum", "nesting", "too deep",
                               "Excessive depth", "huge"}) {
         if (text.find(words) != std::string_view::npos)
-            return refused(Refusal::Limit, text);
+            return answerOf(AnswerKind::BeyondLimit, text);
     }
-    return refused(Refusal::Damaged, text);
+    return answerOf(AnswerKind::Damaged, text);
 }
 
 /// The document's size in CSS pixels, empty where it has none.
@@ -66,18 +58,6 @@ std::pair<double, double> sizeOf(RsvgHandle* handle) {
     return {};
 }
 
-/// Turns Cairo's pixels, words of alpha, red, green and blue, into bytes of red, green, blue and alpha.
-void toRgba(std::uint8_t* pixels, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i, pixels += 4) {
-        std::uint32_t word = 0;
-        std::memcpy(&word, pixels, sizeof word);
-        pixels[0] = static_cast<std::uint8_t>(word >> 16);
-        pixels[1] = static_cast<std::uint8_t>(word >> 8);
-        pixels[2] = static_cast<std::uint8_t>(word);
-        pixels[3] = static_cast<std::uint8_t>(word >> 24);
-    }
-}
-
 } // namespace
 
 std::unique_ptr<Document> Document::read(std::span<const std::byte> bytes, Answer& answer) {
@@ -100,7 +80,7 @@ std::unique_ptr<Document> Document::read(std::span<const std::byte> bytes, Answe
     // A smaller document would draw nothing.
     constexpr double smallest = 1e-3;
     if (width < smallest || height < smallest || !std::isfinite(width) || !std::isfinite(height)) {
-        answer = refused(Refusal::Empty);
+        answer = answerOf(AnswerKind::Damaged, "its size is empty");
         return nullptr;
     }
     answer.kind = AnswerKind::Size;
@@ -109,9 +89,12 @@ std::unique_ptr<Document> Document::read(std::span<const std::byte> bytes, Answe
     return std::unique_ptr<Document>(new Document(std::move(handle), width, height));
 }
 
-Answer Document::draw(const SvgPipe::Request& request, std::uint8_t* pixels) const {
-    const Owned<cairo_surface_t, &cairo_surface_destroy> surface(cairo_image_surface_create_for_data(
-        pixels, CAIRO_FORMAT_ARGB32, request.width, request.height, 4 * request.width));
+Answer Document::draw(const SvgPipe::Request& request, std::byte* pixels) const {
+    std::fill_n(pixels, request.bytes(), std::byte{});
+    constexpr int bytesPerPixel = SvgPipe::bytesPerPixel;
+    const Owned<cairo_surface_t, &cairo_surface_destroy> surface(
+        cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels), CAIRO_FORMAT_ARGB32,
+                                            request.width, request.height, bytesPerPixel * request.width));
     const Owned<cairo_t, &cairo_destroy> cairo(cairo_create(surface.get()));
     // The document at its own size, stretched as a whole: its aspect ratio is not kept.
     const auto [x, y, width, height] = request.viewport;
@@ -122,12 +105,10 @@ Answer Document::draw(const SvgPipe::Request& request, std::uint8_t* pixels) con
     const bool isDrawn = rsvg_handle_render_document(m_handle.get(), cairo.get(), &page, &error) != FALSE;
     const cairo_status_t status = cairo_status(cairo.get());
     if (status == CAIRO_STATUS_NO_MEMORY)
-        return refused(Refusal::Memory);
+        ::_exit(SvgPipe::memoryStatus);
     if (!isDrawn)
         return refused(error);
     if (status != CAIRO_STATUS_SUCCESS)
-        return refused(Refusal::Limit, cairo_status_to_string(status));
-    cairo_surface_finish(surface.get());
-    toRgba(pixels, static_cast<std::size_t>(request.width) * static_cast<std::size_t>(request.height));
+        return answerOf(AnswerKind::BeyondLimit, cairo_status_to_string(status));
     return answerOf(AnswerKind::Drawn, Fonts::takeMissing());
 }

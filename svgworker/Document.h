@@ -4,7 +4,6 @@
 #include "svgworker/Owned.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -21,9 +20,9 @@ class Document {
     /// `answer` tells why.
     static std::unique_ptr<Document> read(std::span<const std::byte> bytes, SvgPipe::Answer& answer);
 
-    /// Draws the whole document, stretched into the request's viewport, on `pixels`: RGBA, premultiplied,
-    /// rows from the top, transparent before.
-    SvgPipe::Answer draw(const SvgPipe::Request& request, std::uint8_t* pixels) const;
+    /// Draws the whole document, stretched into the request's viewport, on `pixels`, whose rows come from the
+    /// top. What it does not draw on becomes transparent.
+    SvgPipe::Answer draw(const SvgPipe::Request& request, std::byte* pixels) const;
 
   private:
     using Handle = Owned<_RsvgHandle, &g_object_unref>;

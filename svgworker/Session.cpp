@@ -1,34 +1,34 @@
 #include "svgworker/Session.h"
 
-#include "imaging/svgpipe/SharedMemory.h"
+#include "imaging/svgpipe/SharedPart.h"
 #include "imaging/svgpipe/SvgMessages.h"
-#include "imaging/svgpipe/SvgPipe.h"
 #include "svgworker/Document.h"
+
+#include <unistd.h>
 
 #include <memory>
 
 using namespace SvgPipe;
 
-int serve(int socket) {
+int serve(int input, int output, int memory, std::size_t documentBytes) {
     std::unique_ptr<Document> document;
-    for (;;) {
+    Answer answer;
+    // An empty document has a part too.
+    if (const SharedPart text(memory, 0, documentBytes + 1); text.bytes() != nullptr)
+        document = Document::read({text.bytes(), documentBytes}, answer);
+    else
+        return memoryStatus;
+    while (::write(output, &answer, sizeof answer) == sizeof answer && document != nullptr) {
         Request request;
-        int descriptor = -1;
-        const std::size_t count = receive(socket, writableBytesOf(request), &descriptor);
-        SharedMemory memory(descriptor);
-        if (count == 0)
+        const ssize_t bytes = ::read(input, &request, sizeof request);
+        if (bytes <= 0)
             return 0;
-        const bool isDrawing = request.kind == RequestKind::Drawing;
-        if (count < sizeof request || !isValid(request) || isDrawing != (document != nullptr))
+        if (bytes < ssize_t{sizeof request} || !isValid(request))
             return messageStatus;
-        std::byte* bytes = memory.map(request.sharedBytes());
-        Answer answer;
-        answer.refusal = Refusal::Memory;
-        if (bytes != nullptr && isDrawing)
-            answer = document->draw(request, reinterpret_cast<std::uint8_t*>(bytes));
-        else if (bytes != nullptr)
-            document = Document::read({bytes, request.sharedBytes()}, answer);
-        if (!send(socket, bytesOf(answer)) || document == nullptr)
-            return 0;
+        const SharedPart pixels(memory, request.place, request.bytes());
+        if (pixels.bytes() == nullptr)
+            return memoryStatus;
+        answer = document->draw(request, pixels.bytes());
     }
+    return 0;
 }

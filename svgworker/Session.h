@@ -1,5 +1,7 @@
 #pragma once
 
-/// Serves one program: reads its document from the pipe, then draws what it asks for, until the pipe is
-/// closed. Returns the status with which the worker ends.
-int serve(int socket);
+#include <cstddef>
+
+/// Serves one program: reads its document, which lies at the begin of `memory`, then draws what it asks for,
+/// until `input` is closed. The arguments are descriptors. Returns the status with which the worker ends.
+int serve(int input, int output, int memory, std::size_t documentBytes);

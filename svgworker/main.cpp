@@ -1,14 +1,17 @@
-// Draws one SVG document for another program: tobrimax-svg PROCESSOR-SECONDS MEMORY-BYTES
-// It is started with its end of a pipe as descriptor 3. Each limit may be 0, for no limit.
+// Draws one SVG document for another program:
+//   tobrimax-svg PROCESSOR-SECONDS ADDRESS-SPACE-BYTES DESCRIPTOR DOCUMENT-BYTES
+// The descriptor is that of the memory which it has in common with the program.
 
 #include "imaging/svgpipe/SvgMessages.h"
 #include "svgworker/Confinement.h"
 #include "svgworker/Session.h"
 
-#include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 
@@ -17,13 +20,16 @@
 #endif
 
 int main(int argc, char** argv) {
-    int type = 0;
-    socklen_t length = sizeof type;
-    if (argc != 3 || ::getsockopt(SvgPipe::workerEnd, SOL_SOCKET, SO_TYPE, &type, &length) != 0) {
+    std::array<std::uint64_t, 4> numbers{};
+    if (argc != numbers.size() + 1) {
         std::fputs("tobrimax-svg draws SVG documents for tobrimax and tobrimax-cli, which start it.\n",
                    stderr);
         return 2;
     }
+    constexpr int decimal = 10;
+    std::transform(argv + 1, argv + argc, numbers.begin(),
+                   [](const char* text) { return std::strtoull(text, nullptr, decimal); });
+    const auto [seconds, addressSpace, memory, documentBytes] = numbers;
     // The limit of time ends the worker also where the program ignores that signal.
     ::signal(SIGXCPU, SIG_DFL);
 #ifdef __linux__
@@ -34,11 +40,8 @@ int main(int argc, char** argv) {
     // Nothing of a desktop's is asked for files.
     ::setenv("GIO_USE_VFS", "local", 1);           // NOLINT(concurrency-mt-unsafe)
     ::setenv("GIO_USE_VOLUME_MONITOR", "unix", 1); // NOLINT(concurrency-mt-unsafe)
-    constexpr int decimal = 10;
-    const Confinement::Limits limits{std::strtoull(argv[1], nullptr, decimal),
-                                     std::strtoull(argv[2], nullptr, decimal)};
-    if (!Confinement::setLimits(limits) || !Confinement::giveUpRights())
+    if (!Confinement::enter(static_cast<int>(memory), seconds, addressSpace))
         ::_exit(SvgPipe::rightsStatus);
     // Ends without the libraries' cleaning up.
-    ::_exit(serve(SvgPipe::workerEnd));
+    ::_exit(serve(STDIN_FILENO, STDOUT_FILENO, Confinement::memory, documentBytes));
 }

@@ -1,7 +1,6 @@
 #include "imaging/svg/SvgContent.h"
 
 #include "base/ShortMemory.h"
-#include "imaging/svgpipe/SvgMessages.h"
 
 #include <QSet>
 
@@ -164,8 +163,8 @@ QString SvgContent::listed(const QStringList& names) {
 }
 
 Result<QStringList> SvgContent::leftOut(const QByteArray& document) {
-    if (static_cast<std::uint64_t>(document.size()) > SvgPipe::mostDocumentBytes)
-        return tooLarge(QStringLiteral("is larger than %1 MiB").arg(SvgPipe::mostDocumentBytes >> 20));
+    if (document.size() > mostBytes)
+        return tooLarge(QStringLiteral("is larger than %1 MiB").arg(mostBytes >> 20));
     return unlessMemoryIsShort([&]() -> Result<QStringList> {
         if (declaresExternalEntity(document))
             return Error{ErrorCode::Unsupported,

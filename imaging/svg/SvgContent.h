@@ -10,6 +10,8 @@
 /// What is looked at in an SVG document before a worker gets it.
 namespace SvgContent {
 
+/// The largest document, in bytes.
+inline constexpr qsizetype mostBytes = 64 << 20;
 /// How deeply elements may be nested.
 inline constexpr std::size_t maximumDepth = 256;
 

@@ -2,9 +2,9 @@
 
 #include "base/Result.h"
 #include "imaging/pixels/ReducedCopies.h"
+#include "imaging/svg/SvgMemory.h"
 #include "imaging/svg/SvgTime.h"
 #include "imaging/svg/SvgWorker.h"
-#include "imaging/svgpipe/SharedMemory.h"
 #include "imaging/svgpipe/SvgMessages.h"
 
 #include <QByteArray>
@@ -44,60 +44,46 @@ class SvgDrawings {
     Result<QImage> draw(const SvgPipe::Request& request);
 
   private:
-    struct Station {
-        std::unique_ptr<SvgWorker> worker;
-        double work = 0; ///< of all drawings that it was asked for
-    };
     /// A drawing that a worker was asked for.
     struct Drawing {
         SvgPipe::Request request;
-        SharedMemory pixels;
-        std::size_t station = 0;
-        bool isFinished = false;
-        std::optional<Error> refusal = {}; ///< once it is finished: why it was not drawn
+        SvgWorker* worker = nullptr;
+        std::optional<Result<SvgPipe::Answer>> answer = {};
     };
-    using Place = std::list<Drawing>::iterator;
     struct Failure {
         SvgPipe::Request request;
         double seconds;
         Error error;
     };
 
-    SvgDrawings(SharedMemory document, std::size_t documentBytes, const Options& options);
+    SvgDrawings(const QByteArray& document, const Options& options);
 
     Result<Done> prepare();
     Result<Done> start();
-    Result<Done> ask(const SvgPipe::Request& request);
-    Result<Done> askAhead();
-    Result<Place> finished(const SvgPipe::Request& request);
-    void takeMissingFonts(const SvgPipe::Answer& answer);
+    bool ask(SvgPipe::Request request);
+    void askAhead();
     Result<QImage> taken(const SvgPipe::Request& request);
     Result<SvgPipe::Answer> answer(SvgWorker& worker, SvgPipe::AnswerKind expected);
-    Error ended(SvgWorker& worker);
-    Error broken(Error error);
-    Error refusal(const SvgPipe::Answer& answer) const;
-    Error tooMuchMemory() const;
+    Error ended(const QProcess& process) const;
+    Error stopped(Error error);
     void stop();
 
     void beginCount();
-    double processorTime() const;
-    SvgWorker::Limits limits() const;
-    bool wait(const SvgWorker& worker);
+    void count();
+    double secondsLeft() const;
+    bool wait(SvgWorker& worker);
 
-    SharedMemory m_document;
-    std::size_t m_documentBytes;
+    SvgMemory m_memory;
     ReducedCopies::Renders m_renders;
     QSizeF m_size;
     QStringList m_missingFonts;
     std::deque<SvgPipe::Request> m_planned;
-    std::vector<Station> m_stations; ///< none before the start, and where a worker has failed
-    std::list<Drawing> m_drawings;   ///< in the order in which the workers were asked
+    std::vector<std::unique_ptr<SvgWorker>> m_workers; ///< none at first, and where one has failed
+    std::list<Drawing> m_drawings;                     ///< in the order in which the workers were asked
     std::vector<Failure> m_failures;
 
     SvgTimeLimit m_limit;
-    qint64 m_memory;
+    qint64 m_addressSpace;
     SvgCount m_ownCount;
     SvgCount* m_count = &m_ownCount; ///< the one that goes on
-    double m_endedTime = 0;          ///< the processor time of workers that are gone
-    double m_countedTime = 0;        ///< how much of all processor time is counted
 };

@@ -16,11 +16,7 @@ int wholePixels(double length) {
 } // namespace
 
 std::optional<Request> SvgPlan::drawing(const AxisMapping& x, const AxisMapping& y) {
-    Request request;
-    request.kind = SvgPipe::RequestKind::Drawing;
-    request.width = x.targetLength;
-    request.height = y.targetLength;
-    request.viewport = {x.origin, y.origin, x.length, y.length};
+    const Request request{x.targetLength, y.targetLength, {x.origin, y.origin, x.length, y.length}};
     return isValid(request) ? std::optional(request) : std::nullopt;
 }
 

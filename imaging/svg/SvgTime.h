@@ -19,13 +19,22 @@ struct SvgCount {
 /// within another does nothing. For the main thread.
 class SvgRequest : public SvgCount {
   public:
-    explicit SvgRequest(double seconds);
-    ~SvgRequest();
+    explicit SvgRequest(double seconds) : SvgCount{seconds} {
+        if (m_open == nullptr)
+            m_open = this;
+    }
+    ~SvgRequest() {
+        if (m_open == this)
+            m_open = nullptr;
+    }
     SvgRequest(const SvgRequest&) = delete;
     SvgRequest& operator=(const SvgRequest&) = delete;
 
     /// The one that is open, or null.
-    static SvgRequest* open();
+    static SvgRequest* open() { return m_open; }
+
+  private:
+    static inline SvgRequest* m_open = nullptr;
 };
 
 /// The limits in the window: for a drop, a repaint or one step of the previews, and for one generation.

@@ -1,160 +1,98 @@
 #include "imaging/svg/SvgWorker.h"
 
-#include "base/ShortMemory.h"
 #include "base/SystemError.h"
-#include "imaging/svgpipe/SvgMessages.h"
 #include "platform/services/Bundle.h"
 
 #include <QFile>
+#include <QtMath>
 
 #include <fcntl.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cmath>
-#include <csignal>
 #include <ctime>
-#include <string>
 #include <utility>
-
-extern char** environ; // NOLINT(readability-redundant-declaration): not declared everywhere
 
 namespace {
 
-QByteArray otherProgram; // NOLINT: set by tests alone
-
-constexpr const char* programName = "tobrimax-svg";
-
-QByteArray program() {
-    return otherProgram.isEmpty() ? QFile::encodeName(Bundle::pathOfHelper(QLatin1String(programName)))
-                                  : otherProgram;
-}
-
-/// The limit in whole seconds: the system counts no finer, and the program ends the worker before.
-rlim_t wholeSeconds(double seconds) {
-    return static_cast<rlim_t>(std::ceil(seconds)) + 1;
-}
-
-/// Two connected stream sockets that no other program inherits. Sending on `own` does not wait.
-bool connect(FileDescriptor& own, FileDescriptor& others) {
-    std::array<int, 2> ends{-1, -1};
-    if (::socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) != 0)
-        return false;
-    own = FileDescriptor(ends[0]);
-    others = FileDescriptor(ends[1]);
-    return ::fcntl(ends[0], F_SETFD, FD_CLOEXEC) == 0 && ::fcntl(ends[1], F_SETFD, FD_CLOEXEC) == 0 &&
-           ::fcntl(ends[0], F_SETFL, O_NONBLOCK) == 0;
-}
-
-/// Starts the program with `end` as its end of the pipe, and without the user's terminal. Returns 0 or the
-/// errno of the failure.
-int spawn(const QByteArray& program, int end, const SvgWorker::Limits& limits, pid_t& process) {
-    std::string path = program.toStdString();
-    std::string seconds = std::to_string(wholeSeconds(limits.seconds));
-    std::string memory = std::to_string(limits.memoryBytes);
-    const std::array<char*, 4> arguments{path.data(), seconds.data(), memory.data(), nullptr};
-    posix_spawn_file_actions_t actions;
-    if (const int error = posix_spawn_file_actions_init(&actions); error != 0)
-        return error;
-    int error = posix_spawn_file_actions_adddup2(&actions, end, SvgPipe::workerEnd);
-    for (int i = 0; i < SvgPipe::workerEnd && error == 0; ++i)
-        error = posix_spawn_file_actions_addopen(&actions, i, "/dev/null", O_RDWR, 0);
-    if (error == 0)
-        error = posix_spawn(&process, path.c_str(), &actions, nullptr, arguments.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    return error;
-}
-
-Error notStarted(const QByteArray& path, int error) {
-    if (error == ENOMEM)
-        return outOfMemory();
-    return {ErrorCode::Unsupported,
-            QStringLiteral("the SVG document can't be drawn, since the program %1 can't be started (%2)")
-                .arg(QFile::decodeName(path), systemSentence(error))};
-}
+QString otherProgram; // NOLINT: set by tests alone
 
 } // namespace
 
-void SvgWorker::useProgram(const QByteArray& path) {
+void SvgWorker::useProgram(const QString& path) {
     otherProgram = path;
 }
 
-Result<std::unique_ptr<SvgWorker>> SvgWorker::start(const Limits& limits) {
-    const QByteArray path = program();
-    FileDescriptor own;
-    FileDescriptor workers;
-    if (!connect(own, workers))
-        return notStarted(path, errno);
-    // A descriptor that is the worker's already would be closed when the worker starts.
-    if (workers.number() == SvgPipe::workerEnd)
-        workers = FileDescriptor(::fcntl(workers.number(), F_DUPFD_CLOEXEC, SvgPipe::workerEnd + 1));
-    pid_t process = 0;
-    if (const int error = spawn(path, workers.number(), limits, process); error != 0)
-        return notStarted(path, error);
-    return std::unique_ptr<SvgWorker>(new SvgWorker(process, std::move(own)));
+Result<std::unique_ptr<SvgWorker>> SvgWorker::start(double seconds, qint64 addressSpace,
+                                                    const SvgMemory& memory) {
+    std::unique_ptr<SvgWorker> worker(new SvgWorker(seconds));
+    QProcess& process = worker->m_process;
+    process.setProgram(otherProgram.isEmpty() ? Bundle::pathOfHelper(QLatin1String("tobrimax-svg"))
+                                              : otherProgram);
+    // The system counts whole seconds, and the program ends the worker before.
+    const qint64 wholeSeconds = qCeil(seconds) + 1;
+    process.setArguments({QString::number(wholeSeconds), QString::number(addressSpace),
+                          QString::number(memory.descriptor()), QString::number(memory.documentBytes())});
+    process.setStandardErrorFile(QProcess::nullDevice());
+    // Nobody asks for that many answers ahead.
+    QObject::connect(&process, &QProcess::readyRead, &process, [&process] {
+        constexpr qint64 mostBytes = 64 * sizeof(SvgPipe::Answer);
+        if (process.bytesAvailable() > mostBytes)
+            process.kill();
+    });
+    // This process alone gets the memory.
+    ::fcntl(memory.descriptor(), F_SETFD, 0);
+    process.start(QIODevice::ReadWrite | QIODevice::Unbuffered);
+    ::fcntl(memory.descriptor(), F_SETFD, FD_CLOEXEC);
+    if (process.waitForStarted())
+        return worker;
+    const bool isProgram = ::access(QFile::encodeName(process.program()).constData(), X_OK) == 0;
+    return Error{ErrorCode::Unsupported,
+                 QStringLiteral("the SVG document can't be drawn, since the program %1 can't be started (%2)")
+                     .arg(process.program(), isProgram ? process.errorString() : systemSentence(errno))};
 }
 
-double SvgWorker::processorTime() const {
-    if (m_process == 0)
-        return m_finalTime;
+SvgWorker::~SvgWorker() {
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+void SvgWorker::ask(const SvgPipe::Request& request) {
+    m_process.write(reinterpret_cast<const char*>(&request), sizeof request);
+    m_process.waitForBytesWritten();
+    constexpr double samePart = 4 * 128.0 * 128;
+    m_work += static_cast<double>(request.bytes()) + samePart;
+}
+
+bool SvgWorker::isReady() const {
+    return m_process.bytesAvailable() >= qint64{sizeof(SvgPipe::Answer)} ||
+           m_process.state() == QProcess::NotRunning;
+}
+
+bool SvgWorker::wait(int milliseconds) {
+    return isReady() || (m_process.waitForReadyRead(milliseconds), isReady());
+}
+
+std::optional<SvgPipe::Answer> SvgWorker::answer() {
+    SvgPipe::Answer answer;
+    const qint64 bytes = m_process.read(reinterpret_cast<char*>(&answer), sizeof answer);
+    return bytes == sizeof answer ? std::optional(answer) : std::nullopt;
+}
+
+double SvgWorker::processorTime() {
 #ifndef __APPLE__
     clockid_t clock{};
     timespec time{};
     constexpr double nanosecond = 1e-9;
-    if (::clock_getcpuclockid(m_process, &clock) == 0 && ::clock_gettime(clock, &time) == 0)
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * nanosecond;
+    if (m_process.state() == QProcess::Running &&
+        ::clock_getcpuclockid(static_cast<pid_t>(m_process.processId()), &clock) == 0 &&
+        ::clock_gettime(clock, &time) == 0)
+        m_processorTime = static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * nanosecond;
 #endif
-    return 0;
+    return m_processorTime;
 }
 
-void SvgWorker::allow([[maybe_unused]] const Limits& limits) {
-#ifdef __linux__
-    if (m_process == 0)
-        return;
-    const auto setSoftLimit = [this](auto resource, rlim_t value, bool isRaisedAlone) {
-        rlimit limit{};
-        if (::prlimit(m_process, resource, nullptr, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY ||
-            (isRaisedAlone && limit.rlim_cur >= value))
-            return;
-        limit.rlim_cur = std::min(value, limit.rlim_max);
-        ::prlimit(m_process, resource, &limit, nullptr);
-    };
-    setSoftLimit(RLIMIT_CPU, wholeSeconds(processorTime() + limits.seconds), false);
-    setSoftLimit(RLIMIT_AS, static_cast<rlim_t>(limits.memoryBytes), true);
-#endif
-}
-
-bool SvgWorker::isReaped(int options) {
-    // The system forgets the time of a process with the process.
+double SvgWorker::newTime() {
     const double time = processorTime();
-    pid_t ended = 0;
-    while (m_process != 0 && (ended = ::waitpid(m_process, &m_status, options)) < 0 && errno == EINTR) {
-    }
-    if (ended != 0) {
-        m_process = 0;
-        m_finalTime = time;
-    }
-    return m_process == 0;
-}
-
-void SvgWorker::end() {
-    if (m_process == 0)
-        return;
-    ::kill(m_process, SIGKILL);
-    isReaped(0);
-}
-
-int SvgWorker::status() {
-    constexpr int mostWaits = 100;
-    constexpr useconds_t millisecond = 1000;
-    for (int i = 0; i < mostWaits && !isReaped(WNOHANG); ++i)
-        ::usleep(millisecond);
-    end();
-    return m_status;
+    return time - std::exchange(m_toldTime, time);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -7,24 +8,20 @@
 #include <type_traits>
 
 /// The messages between a program and its SVG worker. Each is a record of a fixed size in the byte order of
-/// the machine, since both ends run on it. With each request comes a descriptor of shared memory.
+/// the machine, since both ends run on it. The worker's standard input and output are the two ends of a pipe.
 ///
-/// The program sends the document; the worker answers with its size. Then each request for a drawing is
-/// answered, in order. Any request may be answered with a refusal.
+/// The worker has memory in common with the program. The document lies at its begin; the worker answers with
+/// the document's size before anything is asked for. Behind the document are places for drawings. Each
+/// request for a drawing is answered, in order.
 namespace SvgPipe {
 
-// The marks change with the records: a program does not understand a worker of another version.
-inline constexpr std::uint32_t requestMark = 0x71766756;
-inline constexpr std::uint32_t answerMark = 0x61766756;
-
-/// The largest document, unpacked, in bytes.
-inline constexpr std::uint64_t mostDocumentBytes = 64 << 20;
 /// The longest side of a drawing, and the most of its pixels.
 inline constexpr std::int32_t longestSide = 1000000;
 inline constexpr std::int64_t mostPixels = 16384LL * 16384LL;
+inline constexpr std::size_t bytesPerPixel = 4;
 
-/// The descriptor of the worker's end of the pipe.
-inline constexpr int workerEnd = 3;
+/// Drawings begin at multiples of this many bytes: pages are no larger.
+inline constexpr std::uint64_t placeBytes = 1 << 16;
 
 /// The status with which the worker ends where it is refused memory.
 inline constexpr int memoryStatus = 77;
@@ -33,79 +30,60 @@ inline constexpr int messageStatus = 78;
 /// The status with which it ends where it can't give up its rights.
 inline constexpr int rightsStatus = 79;
 
-enum class RequestKind : std::uint32_t { Document = 1, Drawing = 2 };
-
+/// Asks for a drawing.
 struct Request {
-    std::uint32_t mark = requestMark;
-    RequestKind kind = RequestKind::Document;
-    std::uint64_t documentBytes = 0; ///< in the shared memory
-    /// A drawing's size in pixels; 4 × width × height bytes of shared memory are for them.
-    std::int32_t width = 0;
+    std::int32_t width = 0; ///< in pixels
     std::int32_t height = 0;
-    /// Where the document lies on the drawing, in pixels.
+    /// Where the document lies on the drawing, in pixels: x, y, width, height.
     std::array<double, 4> viewport = {};
+    /// Where its pixels are wanted, in bytes from the begin of the common memory. They are Cairo's: a word
+    /// each of alpha, red, green and blue, premultiplied.
+    std::uint64_t place = 0;
 
-    bool operator==(const Request&) const = default;
-
-    /// How much shared memory belongs to a valid request.
-    std::size_t sharedBytes() const {
-        constexpr std::size_t bytesPerPixel = 4;
-        return kind == RequestKind::Document
-                   ? static_cast<std::size_t>(documentBytes)
-                   : bytesPerPixel * static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    std::size_t bytes() const {
+        return bytesPerPixel * static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    }
+    /// Whether both ask for the same pixels.
+    bool drawsAs(const Request& other) const {
+        return width == other.width && height == other.height && viewport == other.viewport;
     }
 };
-static_assert(sizeof(Request) == 56 && std::is_trivially_copyable_v<Request>);
+static_assert(sizeof(Request) == 48 && std::is_trivially_copyable_v<Request>);
 
-enum class AnswerKind : std::uint32_t { Size = 1, Drawn = 2, Refused = 3 };
-
-/// Why the worker refuses.
-enum class Refusal : std::uint32_t {
-    Damaged = 1, ///< the document can't be read or drawn; `text` says why
-    Limit = 2,   ///< it goes beyond a limit of the library; `text` says which
-    Empty = 3,   ///< its size is empty
-    Memory = 4,  ///< there is not enough memory
+enum class AnswerKind : std::uint32_t {
+    Size = 1,
+    Drawn = 2,
+    Damaged = 3,     ///< the document can't be read or drawn; `text` says why
+    BeyondLimit = 4, ///< it goes beyond a limit of the library; `text` says which
 };
+
+// It changes with the records: a program does not understand a worker of another version.
+inline constexpr std::uint32_t answerMark = 0x61766757;
 
 struct Answer {
     std::uint32_t mark = answerMark;
-    AnswerKind kind = AnswerKind::Refused;
-    Refusal refusal = Refusal::Damaged;
-    std::uint32_t textLength = 0;
+    AnswerKind kind = AnswerKind::Damaged;
     double width = 0; ///< of the document, in CSS pixels
     double height = 0;
-    /// UTF-8. With a drawing: families of fonts that it has lacked and no drawing before it, a line each.
-    std::array<char, 992> text = {};
+    /// UTF-8 up to the first zero, or its end. With a drawing: families of fonts that it has lacked and no
+    /// drawing before it, a line each.
+    std::array<char, 1000> text = {};
 };
 static_assert(sizeof(Answer) == 1024 && std::is_trivially_copyable_v<Answer>);
 
 /// Whether the side that receives a record can use it.
 inline bool isValid(const Request& request) {
-    if (request.mark != requestMark)
-        return false;
-    if (request.kind == RequestKind::Document)
-        return request.documentBytes <= mostDocumentBytes;
-    bool isFinite = true;
-    for (const double number : request.viewport)
-        isFinite = isFinite && std::isfinite(number);
-    return request.kind == RequestKind::Drawing && request.width > 0 && request.height > 0 &&
-           request.width <= longestSide && request.height <= longestSide &&
-           std::int64_t{request.width} * request.height <= mostPixels && isFinite;
+    return request.width > 0 && request.height > 0 && request.width <= longestSide &&
+           request.height <= longestSide && std::int64_t{request.width} * request.height <= mostPixels &&
+           request.place % placeBytes == 0 &&
+           std::ranges::all_of(request.viewport, [](double number) { return std::isfinite(number); });
 }
-
 inline bool isValid(const Answer& answer) {
-    if (answer.mark != answerMark || answer.textLength > answer.text.size())
-        return false;
-    switch (answer.kind) {
-    case AnswerKind::Size:
-        return std::isfinite(answer.width) && std::isfinite(answer.height) && answer.width > 0 &&
-               answer.height > 0;
-    case AnswerKind::Drawn:
-        return true;
-    case AnswerKind::Refused:
-        return answer.refusal >= Refusal::Damaged && answer.refusal <= Refusal::Memory;
-    }
-    return false;
+    const bool isSize = answer.kind == AnswerKind::Size;
+    return answer.mark == answerMark && answer.kind >= AnswerKind::Size &&
+           answer.kind <= AnswerKind::BeyondLimit &&
+           (!isSize || (std::isfinite(answer.width) && std::isfinite(answer.height) && answer.width > 0 &&
+                        answer.height > 0));
 }
 
 } // namespace SvgPipe

@@ -7,7 +7,7 @@
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    SvgWorker::useProgram(FAKE_WORKER);
+    SvgWorker::useProgram(QStringLiteral(FAKE_WORKER));
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(bytes);
     if (!document) {

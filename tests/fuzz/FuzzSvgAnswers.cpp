@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::ofstream(answers(), std::ios::binary)
         .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
     qputenv("FAKE_WORKER", "says " + QByteArray::fromStdString(answers()));
-    SvgWorker::useProgram(FAKE_WORKER);
+    SvgWorker::useProgram(QStringLiteral(FAKE_WORKER));
     // Its limit is far from what it takes.
     constexpr double seconds = 20;
     constexpr int side = 20;

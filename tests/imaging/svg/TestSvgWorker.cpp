@@ -4,11 +4,11 @@
 #include "tests/support/Process.h"
 #include "tests/support/Slowness.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <atomic>
@@ -91,9 +91,13 @@ class BusyMachine {
     std::vector<std::thread> m_threads;
 };
 
+Result<std::unique_ptr<SvgWorker>> started() {
+    return SvgWorker::start(60, qint64{1} << 30, SvgMemory(document));
+}
+
 class FakeWorker : public testing::Test {
   public:
-    FakeWorker() { SvgWorker::useProgram(FAKE_WORKER); }
+    FakeWorker() { SvgWorker::useProgram(QStringLiteral(FAKE_WORKER)); }
     ~FakeWorker() override {
         SvgWorker::useProgram({});
         qunsetenv("FAKE_WORKER");
@@ -129,7 +133,7 @@ TEST_F(FakeWorker, its_end_at_any_message_is_one_error) {
 }
 
 TEST_F(FakeWorker, a_wrong_answer_at_any_message_is_an_error) {
-    for (const char* how : {"mumbles", "misreads", "overflows", "is-infinite"}) {
+    for (const char* how : {"mumbles", "misreads", "is-unknown", "is-infinite", "floods"}) {
         for (int message = 1; message < 4; ++message) {
             SCOPED_TRACE(std::string(how) + std::to_string(message));
             qputenv("FAKE_WORKER", QByteArray(how) + ' ' + QByteArray::number(message));
@@ -170,22 +174,43 @@ TEST_F(FakeWorker, the_time_of_one_that_ends_by_itself_stays_counted) {
         SvgDocument::fromBytes(document, limited(60, true));
     ASSERT_TRUE(svg);
     const SvgRequest request(60);
-    EXPECT_FALSE(drawn(**svg, 16));
+    EXPECT_FALSE(drawn(**svg, 32));
     EXPECT_GE(request.processorTime, 0.4);
 }
 
 TEST_F(FakeWorker, its_time_is_known_after_its_end) {
     qputenv("FAKE_WORKER", "tires 0");
-    const Result<std::unique_ptr<SvgWorker>> worker = SvgWorker::start({60, qint64{1} << 30});
+    const Result<std::unique_ptr<SvgWorker>> worker = started();
     ASSERT_TRUE(worker);
-    pollfd pipe{(*worker)->socket(), POLLIN, 0};
-    ASSERT_EQ(::poll(&pipe, 1, 60000), 1);
-    EXPECT_EQ(WEXITSTATUS((*worker)->status()), 1);
+    while (!(*worker)->wait(10))
+        (*worker)->processorTime();
+    EXPECT_FALSE((*worker)->answer());
+    EXPECT_EQ((*worker)->process().exitCode(), 1);
     EXPECT_GE((*worker)->processorTime(), 0.4);
 }
 
+TEST_F(FakeWorker, one_that_floods_a_program_that_does_not_wait_for_it_is_ended) {
+    qputenv("FAKE_WORKER", "floods 0");
+    const Result<std::unique_ptr<SvgWorker>> worker = started();
+    ASSERT_TRUE(worker);
+    const QProcess& process = (*worker)->process();
+    QElapsedTimer timer;
+    timer.start();
+    while (process.state() != QProcess::NotRunning && timer.elapsed() < 5000 * slowness)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
+    EXPECT_LT(process.bytesAvailable(), 1 << 20);
+}
+
+TEST_F(FakeWorker, no_other_program_gets_its_memory) {
+    const SvgMemory memory(document);
+    const Result<std::unique_ptr<SvgWorker>> worker = SvgWorker::start(60, qint64{1} << 30, memory);
+    ASSERT_TRUE(worker);
+    EXPECT_EQ(::fcntl(memory.descriptor(), F_GETFD), FD_CLOEXEC);
+}
+
 TEST(SvgWorker, a_missing_program_is_told_with_its_path) {
-    SvgWorker::useProgram("/nowhere/tobrimax-svg");
+    SvgWorker::useProgram(QStringLiteral("/nowhere/tobrimax-svg"));
     const Result<std::shared_ptr<const SvgDocument>> svg = SvgDocument::fromBytes(document);
     SvgWorker::useProgram({});
     ASSERT_FALSE(svg);

@@ -1,9 +1,8 @@
 // A worker that misbehaves at one of its messages, for tests. FAKE_WORKER is what it does and the number of
-// the message, such as "stops 1": 0 is the document, 1 its size, 2 and the following are drawings.
+// the message, such as "stops 1": 0 is its start, 1 the document's size, 2 and the following are drawings.
 // "says FILE" answers with the bytes of a file.
 
 #include "imaging/svgpipe/SvgMessages.h"
-#include "imaging/svgpipe/SvgPipe.h"
 
 #include <unistd.h>
 
@@ -12,15 +11,20 @@
 #include <ctime>
 #include <fstream>
 #include <iterator>
-#include <span>
+#include <limits>
 #include <string>
+#include <vector>
 
 namespace {
 
 using namespace SvgPipe;
 
+void send(const void* bytes, std::size_t count) {
+    if (::write(STDOUT_FILENO, bytes, count) != static_cast<ssize_t>(count))
+        ::_exit(0);
+}
+
 void misbehave(const std::string& how, const Answer& answer) {
-    const int socket = workerEnd;
     if (how == "exits")
         ::_exit(1);
     if (how == "dies")
@@ -40,34 +44,37 @@ void misbehave(const std::string& how, const Answer& answer) {
         ::_exit(1);
     }
     if (how == "closes") {
-        ::close(socket);
+        ::close(STDOUT_FILENO);
         ::pause();
     }
     if (how == "halves") {
-        send(socket, bytesOf(answer).first(sizeof answer / 2));
+        send(&answer, sizeof answer / 2);
         ::_exit(0);
+    }
+    if (how == "floods") {
+        const std::vector<char> words(1 << 20);
+        for (;;)
+            send(words.data(), words.size());
     }
     Answer wrong = answer;
     if (how == "mumbles")
         wrong.mark = 0x5a5a5a5a;
     if (how == "misreads")
         wrong.kind = answer.kind == AnswerKind::Size ? AnswerKind::Drawn : AnswerKind::Size;
-    if (how == "overflows") {
-        wrong.kind = AnswerKind::Refused;
-        wrong.textLength = ~0U;
-    }
+    if (how == "is-unknown")
+        wrong.kind = static_cast<AnswerKind>(5);
     if (how == "is-infinite") {
         wrong.kind = AnswerKind::Size;
-        wrong.width = 1e300 * 1e300;
+        wrong.width = std::numeric_limits<double>::infinity();
     }
-    send(socket, bytesOf(wrong));
+    send(&wrong, sizeof wrong);
 }
 
 /// Sends the bytes of a file, whatever it is asked for.
 int say(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     const std::string words{std::istreambuf_iterator<char>(file), {}};
-    send(workerEnd, std::as_bytes(std::span(words)));
+    send(words.data(), words.size());
     return 0;
 }
 
@@ -86,15 +93,13 @@ int main() {
     if (at == 0)
         misbehave(how, answer);
     for (long message = 1;; ++message) {
-        Request request;
-        int descriptor = -1;
-        if (receive(workerEnd, writableBytesOf(request), &descriptor) == 0)
-            return 0;
-        ::close(descriptor);
         if (message == at)
             misbehave(how, answer);
         else
-            send(workerEnd, bytesOf(answer));
+            send(&answer, sizeof answer);
+        Request request;
+        if (::read(STDIN_FILENO, &request, sizeof request) != sizeof request)
+            return 0;
         answer.kind = AnswerKind::Drawn;
     }
 }
