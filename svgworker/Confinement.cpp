@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <initializer_list>
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -29,12 +30,6 @@ bool setSoftLimit(Resource resource, std::uint64_t value) {
     limit.rlim_cur = std::min<rlim_t>(value, limit.rlim_max);
     return ::setrlimit(resource, &limit) == 0;
 }
-
-#ifdef TOBRIMAX_HAS_MEMORY_LIMIT
-constexpr bool limitsAddressSpace = true;
-#else
-constexpr bool limitsAddressSpace = false; // sanitizers reserve terabytes
-#endif
 
 #ifdef TOBRIMAX_HAS_SECCOMP
 
@@ -61,35 +56,26 @@ constexpr int allowedCalls[] = {
     SCMP_SYS(uname), SCMP_SYS(sysinfo), SCMP_SYS(getuid), SCMP_SYS(geteuid), SCMP_SYS(getgid),
     SCMP_SYS(getegid), SCMP_SYS(getrlimit)};
 
-/// What the argument of that number is compared with. The library's own macros for it are C.
-scmp_arg_cmp argument(unsigned number, scmp_compare comparison, scmp_datum_t datum, scmp_datum_t other = 0) {
-    return {number, comparison, datum, other};
-}
-
 bool addRules(scmp_filter_ctx filter) {
-    const auto isAdded = [&](std::uint32_t action, int call, auto... conditions) {
-        return seccomp_rule_add(filter, action, call, sizeof...(conditions), conditions...) == 0;
+    const auto isAllowed = [filter](int call, std::initializer_list<scmp_arg_cmp> conditions) {
+        return seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, call, static_cast<unsigned>(conditions.size()),
+                                      conditions.begin()) == 0;
     };
-    for (const int call : allowedCalls) {
-        if (!isAdded(SCMP_ACT_ALLOW, call))
-            return false;
-    }
     // NOLINTBEGIN(readability-magic-numbers): the numbers of arguments
-    constexpr auto writing = std::uint64_t{O_WRONLY | O_RDWR | O_CREAT | O_TRUNC};
-    const pid_t self = ::getpid();
-    return isAdded(SCMP_ACT_ALLOW, SCMP_SYS(open), argument(1, SCMP_CMP_MASKED_EQ, writing, 0)) &&
-           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(openat), argument(2, SCMP_CMP_MASKED_EQ, writing, 0)) &&
+    constexpr scmp_datum_t writing = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC;
+    const auto self = static_cast<scmp_datum_t>(::getpid());
+    return std::ranges::all_of(allowedCalls, [&](int call) { return isAllowed(call, {}); }) &&
+           isAllowed(SCMP_SYS(open), {{1, SCMP_CMP_MASKED_EQ, writing, 0}}) &&
+           isAllowed(SCMP_SYS(openat), {{2, SCMP_CMP_MASKED_EQ, writing, 0}}) &&
            // A thread and no process. The newer call's flags can't be looked at; the C library has the older
            // one for that answer.
-           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(clone),
-                   argument(0, SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD)) &&
-           isAdded(SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3)) &&
+           isAllowed(SCMP_SYS(clone), {{0, SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD}}) &&
+           seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0) == 0 &&
            // Asks for a limit and sets none.
-           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(prlimit64), argument(2, SCMP_CMP_EQ, 0)) &&
-           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(prctl), argument(0, SCMP_CMP_EQ, PR_SET_NAME)) &&
+           isAllowed(SCMP_SYS(prlimit64), {{2, SCMP_CMP_EQ, 0, 0}}) &&
+           isAllowed(SCMP_SYS(prctl), {{0, SCMP_CMP_EQ, PR_SET_NAME, 0}}) &&
            // How a process aborts.
-           isAdded(SCMP_ACT_ALLOW, SCMP_SYS(tgkill),
-                   argument(0, SCMP_CMP_EQ, static_cast<std::uint64_t>(self)));
+           isAllowed(SCMP_SYS(tgkill), {{0, SCMP_CMP_EQ, self, 0}});
     // NOLINTEND(readability-magic-numbers)
 }
 
@@ -113,7 +99,8 @@ bool giveUpRights() {
 
 } // namespace
 
-bool Confinement::enter(int sharedMemory, std::uint64_t processorSeconds, std::uint64_t addressSpace) {
+bool Confinement::enter(int sharedMemory, std::uint64_t processorSeconds,
+                        [[maybe_unused]] std::uint64_t addressSpace) {
     if (::dup2(sharedMemory, memory) != memory)
         return false;
 #ifdef __GLIBC__
@@ -131,7 +118,10 @@ bool Confinement::enter(int sharedMemory, std::uint64_t processorSeconds, std::u
     constexpr std::uint64_t stackBytes = 64 << 20;
     // Documents may be nested deeply. A refusal does no harm.
     setSoftLimit(RLIMIT_STACK, stackBytes);
+#ifdef TOBRIMAX_HAS_MEMORY_LIMIT
+    if (!setSoftLimit(RLIMIT_AS, addressSpace))
+        return false;
+#endif
     return setSoftLimit(RLIMIT_CORE, 0) && setSoftLimit(RLIMIT_NOFILE, mostFiles) &&
-           setSoftLimit(RLIMIT_CPU, processorSeconds) &&
-           (!limitsAddressSpace || setSoftLimit(RLIMIT_AS, addressSpace)) && giveUpRights();
+           setSoftLimit(RLIMIT_CPU, processorSeconds) && giveUpRights();
 }

@@ -5,10 +5,7 @@
 /// Frees an object by a library's function.
 template <auto function>
 struct FreedBy {
-    template <typename Object>
-    void operator()(Object* object) const {
-        function(object);
-    }
+    void operator()(auto* object) const { function(object); }
 };
 
 /// Owns an object of a library in C.

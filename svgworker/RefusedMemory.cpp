@@ -34,10 +34,6 @@ void* realloc(void* memory, std::size_t size) {
     return size == 0 ? moved : orEnd(moved);
 }
 
-void* memalign(std::size_t alignment, std::size_t size) {
-    return orEnd(__libc_memalign(alignment, size));
-}
-
 void* aligned_alloc(std::size_t alignment, std::size_t size) {
     return orEnd(__libc_memalign(alignment, size));
 }

@@ -26,9 +26,8 @@ int main(int argc, char** argv) {
                    stderr);
         return 2;
     }
-    constexpr int decimal = 10;
     std::transform(argv + 1, argv + argc, numbers.begin(),
-                   [](const char* text) { return std::strtoull(text, nullptr, decimal); });
+                   [](const char* text) { return std::strtoull(text, nullptr, 0); });
     const auto [seconds, addressSpace, memory, documentBytes] = numbers;
     // The limit of time ends the worker also where the program ignores that signal.
     ::signal(SIGXCPU, SIG_DFL);

@@ -11,7 +11,8 @@ namespace {
 
 using Decompressor = std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)>;
 
-Result<QByteArray> unpackedBy(const Decompressor& decompressor, const QByteArray& bytes, qsizetype most) {
+Result<QByteArray> unpackedBy(const Decompressor& decompressor, const QByteArray& bytes, qsizetype most,
+                              const QString& what) {
     // The file tells its length, but only the last member's, and any file may lie.
     constexpr qsizetype usualRatio = 8;
     for (qsizetype room = std::min(most, usualRatio * bytes.size());; room = std::min(most, 4 * room)) {
@@ -25,11 +26,11 @@ Result<QByteArray> unpackedBy(const Decompressor& decompressor, const QByteArray
             return out;
         }
         if (result != LIBDEFLATE_INSUFFICIENT_SPACE)
-            return Error{ErrorCode::Damaged, QStringLiteral("the gzip file is truncated or damaged")};
+            return Error{ErrorCode::Damaged,
+                         QStringLiteral("the %1 is truncated or damaged (it can't be unpacked)").arg(what)};
         if (room == most)
-            return Error{
-                ErrorCode::TooLarge,
-                QStringLiteral("the gzip file is larger than %1 MiB when it is unpacked").arg(most >> 20)};
+            return Error{ErrorCode::TooLarge,
+                         QStringLiteral("the %1 is larger than %2 MiB").arg(what).arg(most >> 20)};
     }
 }
 
@@ -39,9 +40,9 @@ bool Gzip::isGzip(const QByteArray& bytes) {
     return bytes.startsWith("\x1f\x8b");
 }
 
-Result<QByteArray> Gzip::unpacked(const QByteArray& bytes, qsizetype most) {
+Result<QByteArray> Gzip::unpacked(const QByteArray& bytes, qsizetype most, const QString& what) {
     const Decompressor decompressor(libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
     if (!decompressor)
         return outOfMemory();
-    return unlessMemoryIsShort([&] { return unpackedBy(decompressor, bytes, most); });
+    return unlessMemoryIsShort([&] { return unpackedBy(decompressor, bytes, most, what); });
 }

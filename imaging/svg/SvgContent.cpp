@@ -2,8 +2,6 @@
 
 #include "base/ShortMemory.h"
 
-#include <QSet>
-
 #include <expat.h>
 
 #include <algorithm>
@@ -11,7 +9,6 @@
 #include <memory>
 #include <new>
 #include <numeric>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -64,8 +61,8 @@ class Scan {
 
     Result<QStringList> run(const QByteArray& document) {
         XML_Parse(m_parser.get(), document.data(), static_cast<int>(document.size()), XML_TRUE);
-        if (m_error)
-            return *m_error;
+        if (!m_state)
+            return m_state.error();
         if (XML_GetErrorCode(m_parser.get()) == XML_ERROR_NO_MEMORY)
             return outOfMemory();
         QStringList sentences;
@@ -85,13 +82,10 @@ class Scan {
     template <auto method, typename... Arguments>
     static void guarded(void* data, Arguments... arguments) {
         auto& scan = *static_cast<Scan*>(data);
-        if (scan.m_error)
-            return;
-        const Result<Done> taken = unlessMemoryIsShort([&] { return (scan.*method)(arguments...); });
-        if (taken)
-            return;
-        scan.m_error = taken.error();
-        XML_StopParser(scan.m_parser.get(), XML_FALSE);
+        if (scan.m_state)
+            scan.m_state = unlessMemoryIsShort([&] { return (scan.*method)(arguments...); });
+        if (!scan.m_state)
+            XML_StopParser(scan.m_parser.get(), XML_FALSE);
     }
 
     /// `attributes` are names and values in turn, and null at their end.
@@ -115,15 +109,11 @@ class Scan {
         return Done{};
     }
 
-    Result<Done> endElement(const char* /*name*/) {
-        m_open.pop_back();
-        return Done{};
-    }
+    void endElement(const char* /*name*/) { m_open.pop_back(); }
 
-    Result<Done> takeText(const char* text, int length) {
+    void takeText(const char* text, int length) {
         if (m_open.back() == "style")
             takeStyle({text, static_cast<std::size_t>(length)});
-        return Done{};
     }
 
     void takeStyle(std::string_view style) {
@@ -131,25 +121,21 @@ class Scan {
     }
 
     void takeLink(QByteArrayView link) {
-        constexpr QByteArrayView scheme = "data:";
-        const QByteArrayView start = link.first(std::min(scheme.size(), link.size()));
-        if (link.isEmpty() || link.startsWith('#') || start.compare(scheme, Qt::CaseInsensitive) == 0)
+        if (link.isEmpty() || link.startsWith('#') ||
+            QLatin1String(link).startsWith(QLatin1String("data:"), Qt::CaseInsensitive))
             return;
-        constexpr qsizetype mostLinks = 10000;
+        constexpr qsizetype mostLinks = 1000;
         constexpr qsizetype mostBytes = 200;
         const QString text = QString::fromUtf8(link.first(std::min(mostBytes, link.size())));
-        if (m_links.size() >= mostLinks || m_seenLinks.contains(text))
-            return;
-        m_seenLinks.insert(text);
-        m_links << text;
+        if (m_links.size() < mostLinks && !m_links.contains(text))
+            m_links << text;
     }
 
     std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_parser{XML_ParserCreate(nullptr),
                                                                           XML_ParserFree};
-    std::optional<Error> m_error;
+    Result<Done> m_state = Done{};
     std::vector<std::string> m_open; ///< the elements that the parser is in
     QStringList m_links;
-    QSet<QString> m_seenLinks;
     bool m_hasForeignObject = false;
     bool m_hasVariables = false;
 };

@@ -12,7 +12,8 @@
 #include <utility>
 
 Result<QByteArray> SvgDocument::inflated(const QByteArray& bytes) {
-    return Gzip::isGzip(bytes) ? Gzip::unpacked(bytes, SvgContent::mostBytes) : bytes;
+    return Gzip::isGzip(bytes) ? Gzip::unpacked(bytes, SvgContent::mostBytes, QStringLiteral("SVG document"))
+                               : bytes;
 }
 
 Result<std::shared_ptr<const SvgDocument>> SvgDocument::fromBytes(const QByteArray& bytes,

@@ -11,12 +11,10 @@
 
 #include <algorithm>
 #include <csignal>
-#include <string_view>
+#include <cstring>
 #include <utility>
 
-using SvgPipe::Answer;
-using SvgPipe::AnswerKind;
-using SvgPipe::Request;
+using namespace SvgPipe;
 
 namespace {
 
@@ -33,9 +31,8 @@ qint64 addressSpaceFor(const Request& drawing) {
 }
 
 QString textOf(const Answer& answer) {
-    const std::string_view text(answer.text.data(), answer.text.size());
-    const std::string_view told = text.substr(0, text.find('\0'));
-    return QString::fromUtf8(told.data(), static_cast<qsizetype>(told.size()));
+    return QString::fromUtf8(answer.text.data(),
+                             static_cast<qsizetype>(::strnlen(answer.text.data(), answer.text.size())));
 }
 
 Error notDrawn(const QString& how) {
@@ -67,19 +64,9 @@ Result<std::unique_ptr<SvgDrawings>> SvgDrawings::open(const QByteArray& documen
     if (!drawings->m_memory.isOpen())
         return outOfMemory();
     drawings->beginCount();
-    const Result<Done> prepared = drawings->prepare();
-    return prepared ? Result(std::move(drawings)) : prepared.error();
-}
-
-Result<Done> SvgDrawings::prepare() {
-    if (Result<Done> started = start(); !started)
-        return started;
-    m_planned = SvgPlan::drawings(m_renders, m_size);
     // A small drawing tells whether the document can be drawn.
-    constexpr int smallSide = 16;
-    const AxisMapping axis = fillingMapping(0, smallSide);
-    const Result<QImage> small = taken(*SvgPlan::drawing(axis, axis));
-    return small ? Result<Done>(Done{}) : small.error();
+    const Result<QImage> small = drawings->taken({16, 16, {0, 0, 16, 16}});
+    return small ? Result(std::move(drawings)) : small.error();
 }
 
 /// Starts the workers, which read the document.
@@ -91,13 +78,15 @@ Result<Done> SvgDrawings::start() {
     while (m_workers.size() < (isShared ? 2 : 1)) {
         Result<std::unique_ptr<SvgWorker>> worker = SvgWorker::start(seconds, m_addressSpace, m_memory);
         if (!worker)
-            return stopped(worker.error());
+            return stop(worker.error());
         m_workers.push_back(std::move(*worker));
     }
-    for (std::size_t i = 0; i < m_workers.size(); ++i) {
-        const Result<Answer> read = answer(*m_workers[i], AnswerKind::Size);
+    for (const std::unique_ptr<SvgWorker>& worker : m_workers) {
+        const Result<Answer> read = answer(*worker, AnswerKind::Size);
         if (!read)
-            return stopped(read.error());
+            return stop(read.error());
+        if (m_size.isEmpty())
+            m_planned = SvgPlan::drawings(m_renders, QSizeF(read->width, read->height));
         m_size = QSizeF(read->width, read->height);
     }
     return Done{};
@@ -164,10 +153,10 @@ Result<QImage> SvgDrawings::taken(const Request& request) {
 }
 
 Result<QImage> SvgDrawings::draw(const Request& request) {
+    beginCount();
     const qint64 addressSpace = std::max(m_addressSpace, addressSpaceFor(request));
     if (addressSpace > std::exchange(m_addressSpace, addressSpace))
         stop();
-    beginCount();
     // What has ended the workers once would do so again. All drawings have failed then, unless each counts on
     // its own.
     const auto failure = std::ranges::find_if(m_failures, [&](const Failure& one) {
@@ -193,12 +182,12 @@ Result<QImage> SvgDrawings::draw(const Request& request) {
 /// Waits for the next answer of a worker. Ends all workers where there is none that can be used.
 Result<Answer> SvgDrawings::answer(SvgWorker& worker, AnswerKind expected) {
     if (!wait(worker))
-        return stopped(tooSlow(m_count->limit));
+        return stop(tooSlow(m_count->limit));
     const std::optional<Answer> answer = worker.answer();
     if (!answer)
-        return stopped(ended(worker.process()));
+        return stop(ended(worker.process()));
     if (!isValid(*answer) || (answer->kind != expected && answer->kind < AnswerKind::Damaged))
-        return stopped(notDrawn(QStringLiteral("gave a wrong answer")));
+        return stop(notDrawn(QStringLiteral("gave a wrong answer")));
     if (answer->kind == AnswerKind::Damaged)
         return PictureReader::damaged(QStringLiteral("SVG"), textOf(*answer).simplified());
     if (answer->kind == AnswerKind::BeyondLimit)
@@ -214,25 +203,21 @@ Error SvgDrawings::ended(const QProcess& process) const {
     const bool isSignal = process.exitStatus() == QProcess::CrashExit;
     if (isSignal && number == SIGXCPU)
         return tooSlow(m_count->limit);
-    if (isSignal)
-        return notDrawn(QStringLiteral("ended early (signal %1)").arg(number));
-    if (number != SvgPipe::memoryStatus)
-        return notDrawn(QStringLiteral("ended early (status %1)").arg(number));
+    const QString how =
+        isSignal ? QStringLiteral("ended early (signal %1)") : QStringLiteral("ended early (status %1)");
+    if (isSignal || number != memoryStatus)
+        return notDrawn(how.arg(number));
     constexpr double bytesOfGiB = 1 << 30;
     return {ErrorCode::Unsupported, QStringLiteral("the picture takes more memory to draw than %1 GiB")
                                         .arg(static_cast<double>(m_addressSpace) / bytesOfGiB, 0, 'g', 3)};
 }
 
-/// Ends all workers; their processor time stays counted.
-void SvgDrawings::stop() {
+/// Ends all workers; their processor time stays counted. Hands back the error that is the reason, if any.
+Error SvgDrawings::stop(Error error) {
     count();
     m_workers.clear();
     for (const Drawing& drawing : std::exchange(m_drawings, {}))
         m_memory.giveBack(drawing.request);
-}
-
-Error SvgDrawings::stopped(Error error) {
-    stop();
     return error;
 }
 

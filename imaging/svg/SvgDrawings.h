@@ -58,15 +58,13 @@ class SvgDrawings {
 
     SvgDrawings(const QByteArray& document, const Options& options);
 
-    Result<Done> prepare();
     Result<Done> start();
     bool ask(SvgPipe::Request request);
     void askAhead();
     Result<QImage> taken(const SvgPipe::Request& request);
     Result<SvgPipe::Answer> answer(SvgWorker& worker, SvgPipe::AnswerKind expected);
     Error ended(const QProcess& process) const;
-    Error stopped(Error error);
-    void stop();
+    Error stop(Error error = {});
 
     void beginCount();
     void count();

@@ -14,24 +14,18 @@
 
 namespace {
 
-#ifdef __linux__
-
-/// New memory that nobody can make shorter: to read it does not fail, whatever a worker does.
+/// New memory that nobody can make shorter: to read it does not fail, whatever a worker does. Elsewhere than
+/// on Linux it is a file without a name.
 FileDescriptor newMemory() {
+#ifdef __linux__
     FileDescriptor memory(::memfd_create("svg", MFD_CLOEXEC | MFD_ALLOW_SEALING));
     const bool isSealed = ::fcntl(memory.number(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_SEAL) == 0;
     return isSealed ? std::move(memory) : FileDescriptor();
-}
-
 #else
-
-/// A file without a name.
-FileDescriptor newMemory() {
     const std::unique_ptr<FILE, decltype(&std::fclose)> file(std::tmpfile(), std::fclose);
     return FileDescriptor(file != nullptr ? ::fcntl(::fileno(file.get()), F_DUPFD_CLOEXEC, 0) : -1);
-}
-
 #endif
+}
 
 /// The first place behind so many bytes.
 std::uint64_t placeBehind(std::uint64_t bytes) {
@@ -42,13 +36,11 @@ std::uint64_t placeBehind(std::uint64_t bytes) {
 
 SvgMemory::SvgMemory(const QByteArray& document)
     : m_memory(newMemory()), m_documentBytes(static_cast<std::size_t>(document.size())) {
-    if (growTo(placeBehind(m_documentBytes))) {
-        if (const SharedPart part(descriptor(), 0, m_documentBytes + 1); part.bytes() != nullptr) {
-            std::ranges::copy(std::as_bytes(std::span(document)), part.bytes());
-            return;
-        }
-    }
-    m_memory = FileDescriptor();
+    growTo(placeBehind(m_documentBytes));
+    if (const SharedPart part = sharedPart(descriptor(), 0, m_documentBytes + 1))
+        std::ranges::copy(std::as_bytes(std::span(document)), part.get());
+    else
+        m_memory = FileDescriptor();
 }
 
 bool SvgMemory::growTo(std::uint64_t bytes) {
@@ -72,10 +64,10 @@ bool SvgMemory::take(SvgPipe::Request& drawing) {
 }
 
 Result<QImage> SvgMemory::image(const SvgPipe::Request& drawing) const {
-    const SharedPart part(descriptor(), drawing.place, drawing.bytes());
     QImage raster;
-    if (auto* pixels = reinterpret_cast<const uchar*>(part.bytes()); pixels != nullptr)
-        raster = QImage(pixels, drawing.width, drawing.height, QImage::Format_ARGB32_Premultiplied)
+    if (const SharedPart part = sharedPart(descriptor(), drawing.place, drawing.bytes()))
+        raster = QImage(reinterpret_cast<const uchar*>(part.get()), drawing.width, drawing.height,
+                        QImage::Format_ARGB32_Premultiplied)
                      .convertToFormat(QImage::Format_RGBA8888_Premultiplied);
     return raster.isNull() ? noMemoryForPixels(drawing.width, drawing.height) : Result(raster);
 }

@@ -13,11 +13,7 @@
 #include <ctime>
 #include <utility>
 
-namespace {
-
-QString otherProgram; // NOLINT: set by tests alone
-
-} // namespace
+static QString otherProgram; // NOLINT: set by tests alone
 
 void SvgWorker::useProgram(const QString& path) {
     otherProgram = path;
@@ -64,12 +60,11 @@ void SvgWorker::ask(const SvgPipe::Request& request) {
     m_work += static_cast<double>(request.bytes()) + samePart;
 }
 
-bool SvgWorker::isReady() const {
-    return m_process.bytesAvailable() >= qint64{sizeof(SvgPipe::Answer)} ||
-           m_process.state() == QProcess::NotRunning;
-}
-
 bool SvgWorker::wait(int milliseconds) {
+    const auto isReady = [this] {
+        return m_process.bytesAvailable() >= qint64{sizeof(SvgPipe::Answer)} ||
+               m_process.state() == QProcess::NotRunning;
+    };
     return isReady() || (m_process.waitForReadyRead(milliseconds), isReady());
 }
 

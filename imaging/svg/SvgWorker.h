@@ -53,7 +53,6 @@ class SvgWorker {
 
   private:
     explicit SvgWorker(double seconds) : m_seconds(seconds) {}
-    bool isReady() const;
 
     QProcess m_process;
     double m_seconds;

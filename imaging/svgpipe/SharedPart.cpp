@@ -13,17 +13,15 @@ constexpr int mapFlags = MAP_SHARED;
 
 } // namespace
 
-SharedPart::SharedPart(int memory, std::uint64_t place, std::size_t bytes) : m_count(bytes) {
-    struct stat state {};
-    if (::fstat(memory, &state) != 0 || static_cast<std::uint64_t>(state.st_size) < place + bytes ||
-        place + bytes < place)
-        return;
-    void* start = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, mapFlags, memory, static_cast<off_t>(place));
-    if (start != MAP_FAILED)
-        m_bytes = static_cast<std::byte*>(start);
+void UnmapPart::operator()(std::byte* start) const {
+    ::munmap(start, bytes);
 }
 
-SharedPart::~SharedPart() {
-    if (m_bytes != nullptr)
-        ::munmap(m_bytes, m_count);
+SharedPart sharedPart(int memory, std::uint64_t place, std::size_t bytes) {
+    struct stat state {};
+    const std::uint64_t end = place + bytes;
+    if (::fstat(memory, &state) != 0 || end < place || end > static_cast<std::uint64_t>(state.st_size))
+        return nullptr;
+    void* start = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, mapFlags, memory, static_cast<off_t>(place));
+    return {start != MAP_FAILED ? static_cast<std::byte*>(start) : nullptr, UnmapPart{bytes}};
 }

@@ -44,12 +44,8 @@
         <translation>JPEG-2000-Bilder</translation>
     </message>
     <message>
-        <source>compressed SVG pictures</source>
-        <translation>komprimierte SVG-Bilder</translation>
-    </message>
-    <message>
-        <source>PNG compression</source>
-        <translation>PNG-Kompression</translation>
+        <source>PNG compression, compressed SVG pictures</source>
+        <translation>PNG-Kompression, komprimierte SVG-Bilder</translation>
     </message>
     <message>
         <source>PNG decompression</source>

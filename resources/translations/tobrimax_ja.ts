@@ -44,12 +44,8 @@
         <translation>JPEG 2000 画像</translation>
     </message>
     <message>
-        <source>compressed SVG pictures</source>
-        <translation>圧縮された SVG 画像</translation>
-    </message>
-    <message>
-        <source>PNG compression</source>
-        <translation>PNG の圧縮</translation>
+        <source>PNG compression, compressed SVG pictures</source>
+        <translation>PNG の圧縮、圧縮された SVG 画像</translation>
     </message>
     <message>
         <source>PNG decompression</source>

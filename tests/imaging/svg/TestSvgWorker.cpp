@@ -298,6 +298,18 @@ TEST(SvgWorker, drawings_of_one_request_count_together) {
     EXPECT_TRUE(drawn(**svg, 400));
 }
 
+TEST(SvgWorker, a_drawing_that_needs_more_address_space_gets_it_after_a_request_too) {
+    const Result<std::shared_ptr<const SvgDocument>> svg =
+        SvgDocument::fromBytes(document, limited(10, true));
+    ASSERT_TRUE(svg);
+    {
+        const SvgRequest request(10);
+        EXPECT_TRUE(drawn(**svg, 32));
+    }
+    EXPECT_TRUE(drawn(**svg, 6800));
+    EXPECT_TRUE(drawn(**svg, 32));
+}
+
 TEST(SvgWorker, what_is_drawn_ahead_is_what_is_drawn_on_request) {
     std::vector<QSizeF> sizes;
     for (const int side : {16, 300, 20, 20, 1024, 7, 33, 512})
