@@ -21,12 +21,13 @@
 
 namespace {
 
-/// Sets the soft limit, at most to the hard one.
+/// Sets a limit for good, where it is not lower already. At the soft one the system tells the reason.
 template <typename Resource>
-bool setSoftLimit(Resource resource, std::uint64_t value) {
+bool setLimit(Resource resource, std::uint64_t value) {
     rlimit limit{};
     if (::getrlimit(resource, &limit) != 0)
         return false;
+    limit.rlim_max = std::min<rlim_t>(value + 1, limit.rlim_max);
     limit.rlim_cur = std::min<rlim_t>(value, limit.rlim_max);
     return ::setrlimit(resource, &limit) == 0;
 }
@@ -117,11 +118,11 @@ bool Confinement::enter(int sharedMemory, std::uint64_t processorSeconds,
     constexpr std::uint64_t mostFiles = 64;
     constexpr std::uint64_t stackBytes = 64 << 20;
     // Documents may be nested deeply. A refusal does no harm.
-    setSoftLimit(RLIMIT_STACK, stackBytes);
+    setLimit(RLIMIT_STACK, stackBytes);
 #ifdef TOBRIMAX_HAS_MEMORY_LIMIT
-    if (!setSoftLimit(RLIMIT_AS, addressSpace))
+    if (!setLimit(RLIMIT_AS, addressSpace))
         return false;
 #endif
-    return setSoftLimit(RLIMIT_CORE, 0) && setSoftLimit(RLIMIT_NOFILE, mostFiles) &&
-           setSoftLimit(RLIMIT_CPU, processorSeconds) && giveUpRights();
+    return setLimit(RLIMIT_CORE, 0) && setLimit(RLIMIT_FSIZE, 0) && setLimit(RLIMIT_NOFILE, mostFiles) &&
+           setLimit(RLIMIT_CPU, processorSeconds) && giveUpRights();
 }
