@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr Color white{1, 1, 1, 1};
+constexpr Color titleColor{1, 1, 1, 1};
 constexpr Color black{0, 0, 0, 1};
 constexpr Color clear{0, 0, 0, 0};
 
@@ -148,7 +148,7 @@ void applyRow(HighlightedButton& button, const ButtonLookRow& row, AttributedTit
 } // namespace
 
 void HighlightedButton::setButtonDefault() {
-    const AttributedTitle title = styledTitle(white, false);
+    const AttributedTitle title = styledTitle(titleColor, false);
     if (const ButtonLookRow* row = rowOf(ButtonLook::Default, m_tag)) {
         m_wantsLayer = m_wantsLayer || row->wantsLayer;
         applyRow(*this, *row, title, systemFont(false));
@@ -157,7 +157,7 @@ void HighlightedButton::setButtonDefault() {
 }
 
 void HighlightedButton::setButtonHighlighted() {
-    const AttributedTitle title = styledTitle(white, true);
+    const AttributedTitle title = styledTitle(titleColor, true);
     if (const ButtonLookRow* row = rowOf(ButtonLook::Highlighted, m_tag)) {
         m_wantsLayer = m_wantsLayer || row->wantsLayer;
         applyRow(*this, *row, title, systemFont(false));

@@ -15,7 +15,7 @@ namespace {
 enum Column { Name, Purpose };
 
 /// Beside a name, in points.
-constexpr int gap = 14;
+constexpr int besideName = 14;
 
 } // namespace
 
@@ -86,7 +86,7 @@ void LayoutList::fitColumns() {
         item->setSizeHint(Name, QSize(0, fontMetrics().height() + padding));
         widest = std::max(widest, fontMetrics().horizontalAdvance(item->text(Name)));
     }
-    setColumnWidth(Name, box + gap + widest + gap);
+    setColumnWidth(Name, box + besideName + widest + besideName);
     m_isFitting = false;
 }
 

@@ -3,8 +3,8 @@
 #include "base/LongWork.h"
 #include "generation/Platforms.h"
 #include "imaging/svg/SvgTime.h"
+#include "mainwindow/PreviewLooks.h"
 #include "platform/widgets/QtColor.h"
-#include "platform/widgets/ScaledFont.h"
 
 #include <QLocale>
 #include <QPainter>
@@ -18,13 +18,10 @@
 namespace {
 
 /// In points.
-constexpr int gap = 5;
-constexpr int margin = 4;
+constexpr int iconGap = 5;
+constexpr int stripMargin = 4;
 constexpr int captionGap = 4;
 constexpr int tallest = PreviewStrip::sizes.back();
-
-constexpr QColor lightGround(250, 250, 250);
-constexpr QColor darkGround(30, 30, 32);
 
 /// The rectangle `pixels` of the display, counted from the upper left corner of what `painter` draws, in the
 /// painter's coordinates. At a scale such as 1.5 that corner may lie within a pixel of the display.
@@ -32,12 +29,6 @@ QRectF onDisplay(const QPainter& painter, const QRectF& pixels) {
     const QTransform display = painter.deviceTransform();
     const QPointF corner = display.map(QPointF(0, 0));
     return display.inverted().mapRect(pixels.translated(std::round(corner.x()), std::round(corner.y())));
-}
-
-/// In a large font too, numbers below the smallest icons stand apart.
-QFont captionFont(const QWidget& strip) {
-    constexpr double scale = 0.85;
-    return scaledFont(strip.font(), scale);
 }
 
 } // namespace
@@ -82,16 +73,17 @@ QSize PreviewStrip::sizeHint() const {
     const double scale = devicePixelRatioF();
     const auto count = static_cast<int>(sizes.size());
     const double icons = std::accumulate(sizes.begin(), sizes.end(), 0) / scale;
-    return {static_cast<int>(std::ceil(icons)) + 2 * margin * count + gap * (count - 1),
-            static_cast<int>(std::ceil(tallest / scale)) + 2 * margin + captionGap + fontMetrics().height()};
+    return {static_cast<int>(std::ceil(icons)) + 2 * stripMargin * count + iconGap * (count - 1),
+            static_cast<int>(std::ceil(tallest / scale)) + 2 * stripMargin + captionGap +
+                fontMetrics().height()};
 }
 
 QRect PreviewStrip::iconRect(std::size_t index) const {
     const double scale = devicePixelRatioF();
-    const int edge = qRound(margin * scale);
+    const int edge = qRound(stripMargin * scale);
     int left = edge;
     for (std::size_t i = 0; i < index; ++i)
-        left += sizes.at(i) + 2 * edge + qRound(gap * scale);
+        left += sizes.at(i) + 2 * edge + qRound(iconGap * scale);
     const int size = sizes.at(index);
     return QStyle::visualRect(layoutDirection(), QRect(QPoint(0, 0), (QSizeF(this->size()) * scale).toSize()),
                               QRect(left, edge + tallest - size, size, size));
@@ -109,7 +101,7 @@ std::optional<ProofCut> PreviewStrip::cut() const {
 
 void PreviewStrip::drawIcon(QPainter& painter, std::size_t index) const {
     const QRectF pixels = iconRect(index);
-    const double edge = qRound(margin * devicePixelRatioF());
+    const double edge = qRound(stripMargin * devicePixelRatioF());
     const QRectF place = onDisplay(painter, pixels);
     const QRectF ground = onDisplay(painter, pixels.adjusted(-edge, -edge, edge, edge));
     painter.save();
@@ -127,8 +119,8 @@ void PreviewStrip::drawIcon(QPainter& painter, std::size_t index) const {
     shape.addRoundedRect(ground, radius, radius);
     QPainterPath half;
     half.addRect(QRectF(ground.center().x(), ground.top(), ground.width(), ground.height()));
-    painter.fillPath(shape, lightGround);
-    painter.fillPath(shape.intersected(half), darkGround);
+    painter.fillPath(shape, PreviewLooks::lightGround);
+    painter.fillPath(shape.intersected(half), PreviewLooks::darkGround);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(
         QPen(mixed(palette().color(QPalette::WindowText), palette().color(QPalette::Window), 0.25), 0));
@@ -151,7 +143,7 @@ void PreviewStrip::drawCaption(QPainter& painter, std::size_t index) const {
     QString caption = locale().toString(sizes.at(index));
     if (index + 1 == sizes.size())
         caption = tr("%1 px").arg(caption);
-    const QFont font = captionFont(*this);
+    const QFont font = PreviewLooks::captionFont(*this);
     painter.setFont(font);
     // A number stands before its unit in any direction of the window.
     painter.setLayoutDirection(Qt::LeftToRight);
@@ -159,7 +151,7 @@ void PreviewStrip::drawCaption(QPainter& painter, std::size_t index) const {
     // The caption is centred below its icon, but stays inside of the strip.
     const double middle = (pixels.left() + pixels.width() / 2.0) / scale;
     const int left = qBound(0, qRound(middle - captionWidth / 2.0), qMax(0, width() - captionWidth));
-    const int top = qCeil(tallest / scale) + 2 * margin + captionGap;
+    const int top = qCeil(tallest / scale) + 2 * stripMargin + captionGap;
     painter.drawText(QRect(left, top, captionWidth + 1, fontMetrics().height()),
                      Qt::AlignLeft | Qt::AlignAbsolute, caption);
 }

@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr int gap = 8;
+constexpr int partGap = 8;
 
 QLabel* wrapped(const QString& text, QWidget* parent) {
     auto* label = new QLabel(parent);
@@ -56,7 +56,7 @@ QPlainTextEdit* fieldOf(const QStringList& lines, QWidget* parent) {
 ProjectResult::ProjectResult(QWidget* parent) : QWidget(parent) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(gap);
+    column->setSpacing(partGap);
     m_heading = wrapped({}, this);
     m_folder = wrapped({}, this);
     m_files = new QTreeWidget(this);
@@ -67,7 +67,7 @@ ProjectResult::ProjectResult(QWidget* parent) : QWidget(parent) {
     m_files->setAlternatingRowColors(true);
     m_files->header()->setStretchLastSection(false);
     m_remarks = new QVBoxLayout;
-    m_remarks->setSpacing(gap);
+    m_remarks->setSpacing(partGap);
     column->addWidget(m_heading);
     column->addWidget(m_folder);
     column->addWidget(m_files, 1);
@@ -124,7 +124,7 @@ void ProjectResult::addNote(const QString& file, const QStringList& lines) {
                                  : tr("%1 lacks these lines. Tobrimax does not change it.").arg(shown);
     m_remarks->addWidget(wrapped(sentence, this));
     auto* row = new QHBoxLayout;
-    row->setSpacing(gap);
+    row->setSpacing(partGap);
     QPlainTextEdit* field = fieldOf(lines, this);
     field->setAccessibleName(sentence);
     auto* copy = new QPushButton(tr("Cop&y"), this);

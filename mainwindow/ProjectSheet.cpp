@@ -20,7 +20,7 @@
 namespace {
 
 /// The value beside the slider is as wide as any.
-constexpr double widestPercent = 0.3888;
+constexpr double widestPadding = 0.3888;
 
 /// As the value beside the slider says it, with two decimals in percent.
 double roundedPart(float value) {
@@ -61,7 +61,7 @@ void ProjectSheet::fill() {
     m_ui->paddingValue->setText(m_ui->paddingSlider->valueText());
     new ChangeFollower(*m_ui->paddingValue, QEvent::FontChange, *m_ui->paddingValue, [this] {
         m_ui->paddingValue->setMinimumWidth(m_ui->paddingValue->fontMetrics().horizontalAdvance(
-            m_ui->paddingSlider->percentText(widestPercent)));
+            m_ui->paddingSlider->percentText(widestPadding)));
     });
     for (QPushButton* button : findChildren<QPushButton*>())
         new ChangeFollower(*button, QEvent::FontChange, *button, [button] {

@@ -3,9 +3,9 @@
 #include "generation/IconContainer.h"
 #include "imaging/svg/SvgTime.h"
 #include "layouts/LayoutWriter.h"
+#include "mainwindow/PreviewLooks.h"
 #include "mainwindow/SentenceWords.h"
 #include "platform/widgets/QtColor.h"
-#include "platform/widgets/ScaledFont.h"
 #include "project/proof/ProofSets.h"
 
 #include <QPaintEvent>
@@ -18,22 +18,15 @@
 namespace {
 
 /// In points.
-constexpr int margin = 6;
-constexpr int gap = 10;
+constexpr int tileMargin = 6;
+constexpr int tileGap = 10;
 constexpr int edge = 12;
 
-constexpr QColor lightGround(250, 250, 250);
-constexpr QColor darkGround(30, 30, 32);
 /// A themed icon is white, and takes colours from the user's background.
 constexpr QColor themedGround(112, 116, 126);
 
 int longer(const QSize& size) {
     return std::max(size.width(), size.height());
-}
-
-QFont captionFont(const QWidget& preview) {
-    constexpr double scale = 0.85;
-    return scaledFont(preview.font(), scale);
 }
 
 Color groundOf(const LayoutLook& look) {
@@ -113,36 +106,37 @@ int ProofPreview::side() const {
 
 QSize ProofPreview::minimumSizeHint() const {
     constexpr int tiles = 3;
-    return {tiles * (side() + 2 * margin) + (tiles - 1) * gap + 2 * edge, side() + 2 * captionHeight()};
+    return {tiles * (side() + 2 * tileMargin) + (tiles - 1) * tileGap + 2 * edge,
+            side() + 2 * captionHeight()};
 }
 
 int ProofPreview::captionHeight() const {
-    return fontMetrics().height() + margin;
+    return fontMetrics().height() + tileMargin;
 }
 
 /// Places all tiles in lines as wide as the view, those of each layout below its heading.
 void ProofPreview::arrange() {
-    const int tile = side() + 2 * margin;
-    const QFontMetrics captions(captionFont(*this));
-    int pitch = tile + gap;
+    const int tile = side() + 2 * tileMargin;
+    const QFontMetrics captions(PreviewLooks::captionFont(*this));
+    int pitch = tile + tileGap;
     for (const Tile& shown : m_tiles)
-        pitch = std::max(pitch, captions.horizontalAdvance(shown.caption) + gap);
+        pitch = std::max(pitch, captions.horizontalAdvance(shown.caption) + tileGap);
     int top = edge;
     std::size_t next = 0;
     for (std::size_t i = 0; i < m_headings.size(); ++i) {
         m_headings[i].place = QRect(edge, top, width() - 2 * edge, fontMetrics().height());
-        top += fontMetrics().height() + gap;
+        top += fontMetrics().height() + tileGap;
         const std::size_t end = i + 1 < m_headings.size() ? m_headings[i + 1].firstTile : m_tiles.size();
         int left = edge;
         for (; next < end; ++next) {
-            if (left > edge && left + pitch - gap > width() - edge) {
+            if (left > edge && left + pitch - tileGap > width() - edge) {
                 left = edge;
-                top += tile + captionHeight() + gap;
+                top += tile + captionHeight() + tileGap;
             }
-            m_tiles[next].place = QRect(left + (pitch - gap - tile) / 2, top, tile, tile);
+            m_tiles[next].place = QRect(left + (pitch - tileGap - tile) / 2, top, tile, tile);
             left += pitch;
         }
-        top += tile + captionHeight() + 2 * gap;
+        top += tile + captionHeight() + 2 * tileGap;
     }
     setMinimumHeight(m_headings.empty() ? 0 : top);
     update();
@@ -204,15 +198,15 @@ void ProofPreview::drawTile(QPainter& painter, const Tile& tile) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     const bool isThemed = look.file.picture == LayoutPicture::Monochrome;
-    painter.fillPath(shape, isThemed && !tile.cut ? themedGround : lightGround);
-    painter.fillPath(shape.intersected(half), darkGround);
+    painter.fillPath(shape, isThemed && !tile.cut ? themedGround : PreviewLooks::lightGround);
+    painter.fillPath(shape.intersected(half), PreviewLooks::darkGround);
     painter.setPen(
         QPen(mixed(palette().color(QPalette::WindowText), palette().color(QPalette::Base), 0.25), 1));
     painter.drawPath(shape);
     const QImage& icon = raster(look);
     const QSizeF size = icon.deviceIndependentSize();
-    const QPointF corner(ground.x() + margin + (side() - size.width()) / 2,
-                         ground.y() + margin + (side() - size.height()) / 2);
+    const QPointF corner(ground.x() + tileMargin + (side() - size.width()) / 2,
+                         ground.y() + tileMargin + (side() - size.height()) / 2);
     const QRectF whole(corner, size);
     if (tile.cut) {
         QPainterPath cut = ProofShapes::path(*tile.cut, ProofShapes::ring(whole, look.shapes.cutPart));
@@ -253,13 +247,13 @@ QString ProofPreview::caption(const Look& look, const std::optional<ProofCut>& c
 }
 
 void ProofPreview::drawCaption(QPainter& painter, const Tile& tile, const QRect& ground) const {
-    const QFont font = captionFont(*this);
+    const QFont font = PreviewLooks::captionFont(*this);
     const QFontMetrics metrics(font);
     painter.setFont(font);
     // A number stands before its unit in any direction of the window.
     painter.setLayoutDirection(Qt::LeftToRight);
     painter.setPen(mixed(palette().color(QPalette::Text), palette().color(QPalette::Base), 0.8));
-    QRect place(0, ground.bottom() + 1 + margin / 2, metrics.horizontalAdvance(tile.caption) + 1,
+    QRect place(0, ground.bottom() + 1 + tileMargin / 2, metrics.horizontalAdvance(tile.caption) + 1,
                 metrics.height());
     place.moveLeft(ground.center().x() - place.width() / 2);
     painter.drawText(place, Qt::AlignCenter, tile.caption);
