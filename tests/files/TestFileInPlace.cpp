@@ -1,4 +1,5 @@
 #include "files/FileInPlace.h"
+#include "tests/support/Files.h"
 
 #include <QDir>
 #include <QFile>
@@ -6,15 +7,6 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-namespace {
-
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
-}
-
-} // namespace
 
 TEST(FileInPlace, makes_a_file_and_replaces_what_it_holds) {
     const QTemporaryDir folder;

@@ -1,16 +1,9 @@
 #include "files/FilePath.h"
+#include "tests/support/Text.h"
 
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-namespace {
-
-QString text(const char* utf8) {
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
 
 TEST(FilePath, escapes_are_a_percent_sign_and_two_hexadecimal_digits) {
     EXPECT_EQ(*replacingPercentEscapes(text("/a%20b/%41%7e")), text("/a b/A~"));

@@ -3,6 +3,7 @@
 #include "files/FileDescriptor.h"
 #include "files/Folder.h"
 #include "files/RegularFile.h"
+#include "tests/support/Files.h"
 
 #include <QDir>
 #include <QFile>
@@ -23,11 +24,6 @@
 #include <vector>
 
 namespace {
-
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
-}
 
 QStringList everythingIn(const QString& folder) {
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);

@@ -1,14 +1,7 @@
 #include "files/PathBytes.h"
+#include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
-
-namespace {
-
-QString text(const char* utf8) {
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
 
 TEST(PathBytes, utf8_is_read_as_it_is) {
     for (const char* path : {"", "/a/b", "a%41:b", "ü e\u0301 差☃🎨"}) {

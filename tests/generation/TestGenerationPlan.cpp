@@ -5,6 +5,8 @@
 #include "imaging/icns/IcnsReader.h"
 #include "imaging/png/PngReader.h"
 #include "tests/generation/FakeSurroundings.h"
+#include "tests/support/Files.h"
+#include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -12,15 +14,6 @@
 #include <iterator>
 
 namespace {
-
-QString text(const char* utf8) {
-    return QString::fromUtf8(utf8);
-}
-
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 GenerationPlan planOf(const GeneratorFixture& fixture, int index) {
     return {*IconSizeCatalogue::load(fixture.bundle), Platforms::ofIndex(index), fixture.screen.scale()};

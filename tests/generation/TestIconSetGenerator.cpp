@@ -6,7 +6,9 @@
 #include "imaging/png/PngReader.h"
 #include "imaging/png/PngWriter.h"
 #include "tests/generation/FakeSurroundings.h"
+#include "tests/support/Files.h"
 #include "tests/support/RecordingLog.h"
+#include "tests/support/Text.h"
 
 #include <QDirIterator>
 
@@ -15,15 +17,6 @@
 #include <algorithm>
 
 namespace {
-
-QString text(const char* utf8) {
-    return QString::fromUtf8(utf8);
-}
-
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QStringList idioms(const QStringList& files) {
     QStringList found;

@@ -1,13 +1,10 @@
 #include "generation/IconSizeCatalogue.h"
 #include "tests/generation/FakeSurroundings.h"
+#include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-QString text(const char* utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 ErrorCode loadingError(const QString& array) {
     GeneratorFixture fixture;

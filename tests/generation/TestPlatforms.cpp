@@ -1,4 +1,5 @@
 #include "generation/Platforms.h"
+#include "tests/support/Text.h"
 
 #include <QStringList>
 
@@ -8,10 +9,6 @@
 #include <set>
 
 namespace {
-
-QString text(const char* utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 QStringList idioms(std::span<const Platform> platforms) {
     QStringList words;

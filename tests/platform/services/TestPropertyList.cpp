@@ -1,6 +1,7 @@
 #include "platform/services/PropertyList.h"
 #include "tests/support/Refusals.h"
 #include "tests/support/Slowness.h"
+#include "tests/support/Text.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
@@ -13,10 +14,6 @@
 using Refusals::eachBeginning;
 
 namespace {
-
-QString text(const char* utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 QByteArray xml(const QByteArray& root) {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
