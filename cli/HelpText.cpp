@@ -7,7 +7,7 @@
 
 namespace {
 
-using Row = std::pair<std::string, std::string>;
+using HelpRow = std::pair<std::string, std::string>;
 
 /// On narrower terminals a description stands below its name.
 constexpr int narrowest = 60;
@@ -108,7 +108,7 @@ std::string usage(const CLI::App& command, std::size_t columns) {
     return paragraph.addWord("[OPTION]...").text();
 }
 
-std::string table(const std::vector<Row>& rows, int columns) {
+std::string table(const std::vector<HelpRow>& rows, int columns) {
     constexpr std::size_t below = 6;
     const std::size_t indent = columns < narrowest ? below : nameColumn;
     std::string text;
@@ -125,7 +125,7 @@ std::string table(const std::vector<Row>& rows, int columns) {
     return text;
 }
 
-std::string section(const std::string& title, const std::vector<Row>& rows, int columns) {
+std::string section(const std::string& title, const std::vector<HelpRow>& rows, int columns) {
     return rows.empty() ? std::string() : "\n" + title + table(rows, columns);
 }
 
@@ -137,12 +137,12 @@ std::string helpText(const CLI::App& command, int columns) {
     std::string text = "Example:\n" + Paragraph("  ", indent, width, " \\").add(command.get_footer()).text();
     text += "\n" + Paragraph("", 0, width).add(command.get_description() + ".").text();
     text += "\n" + usage(command, width);
-    std::vector<Row> operands;
-    std::vector<Row> options;
+    std::vector<HelpRow> operands;
+    std::vector<HelpRow> options;
     for (const CLI::Option* option : command.get_options())
         (option->get_positional() ? operands : options)
             .emplace_back(nameOf(*option), option->get_description());
-    std::vector<Row> commands;
+    std::vector<HelpRow> commands;
     for (const CLI::App* below : command.get_subcommands({}))
         commands.emplace_back(below->get_name(), below->get_description());
     text += section("", operands, columns);

@@ -49,9 +49,9 @@ class Lines {
     bool m_isPrinted = true;
 };
 
-using Row = std::array<QString, 5>;
+using ElementRow = std::array<QString, 5>;
 
-Row rowOf(const Element& element) {
+ElementRow rowOf(const Element& element) {
     const QSize& size = element.info.size;
     return {Terminal::escaped(element.type.text()), icnsTypeDescription(element.type),
             size.isValid() ? QStringLiteral("%1 × %2").arg(size.width()).arg(size.height()) : QString(),
@@ -61,12 +61,12 @@ Row rowOf(const Element& element) {
 
 using Widths = std::array<qsizetype, 5>;
 
-void widen(Widths& widths, const Row& row) {
+void widen(Widths& widths, const ElementRow& row) {
     for (std::size_t i = 0; i < row.size(); ++i)
         widths[i] = std::max(widths[i], row[i].size());
 }
 
-QString line(const Row& row, const Widths& widths) {
+QString line(const ElementRow& row, const Widths& widths) {
     QString text;
     for (std::size_t i = 0; i < row.size(); ++i) {
         const QString padding(widths[i] - row[i].size(), u' ');
@@ -77,8 +77,8 @@ QString line(const Row& row, const Widths& widths) {
 }
 
 bool printTable(const IcnsInspection& inspection) {
-    const Row title{QStringLiteral("type"), QStringLiteral("what"), QStringLiteral("pixels"),
-                    QStringLiteral("encoding"), QStringLiteral("bytes")};
+    const ElementRow title{QStringLiteral("type"), QStringLiteral("what"), QStringLiteral("pixels"),
+                           QStringLiteral("encoding"), QStringLiteral("bytes")};
     Widths widths{};
     widen(widths, title);
     QMap<quint32, int> repeated;

@@ -9,7 +9,7 @@
 
 namespace {
 
-Error failure(int error) {
+Error cannotWrite(int error) {
     return systemError(error, ErrorCode::NotWritable);
 }
 
@@ -19,18 +19,18 @@ Result<Done> written(const QString& path, const QByteArray& bytes) {
     FileDescriptor file(
         open(PathBytes::encoded(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
     if (!file.isOpen())
-        return failure(errno);
+        return cannotWrite(errno);
     for (qsizetype at = 0; at < bytes.size();) {
         const ssize_t n =
             ::write(file.number(), bytes.constData() + at, static_cast<std::size_t>(bytes.size() - at));
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0)
-            return failure(n < 0 ? errno : EIO);
+            return cannotWrite(n < 0 ? errno : EIO);
         at += n;
     }
     if (const int error = file.close(); error != 0)
-        return failure(error);
+        return cannotWrite(error);
     return Done{};
 }
 

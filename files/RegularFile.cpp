@@ -22,7 +22,7 @@ Error notRegular() {
     return {ErrorCode::NotReadable, QStringLiteral("Not a regular file")};
 }
 
-Error failure(int error) {
+Error cannotRead(int error) {
     // The file is a socket, or a device that is not there.
     if (error == ENXIO || error == ENODEV)
         return notRegular();
@@ -54,7 +54,7 @@ Result<Done> readUpTo(int descriptor, QByteArray& buffer, qsizetype length) {
         if (n < 0 && errno == EINTR)
             continue;
         if (n < 0)
-            return failure(errno);
+            return cannotRead(errno);
         if (n == 0)
             break;
         at += n;
@@ -72,12 +72,12 @@ Result<RegularFile::Part> contents(const std::string& path, qint64 maximumBytes,
     // O_NONBLOCK: opening a FIFO does not wait for a writer.
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     if (!file.isOpen())
-        return failure(errno);
+        return cannotRead(errno);
     struct stat status = {};
     if (fstat(file.number(), &status) != 0)
-        return failure(errno);
+        return cannotRead(errno);
     if (S_ISDIR(status.st_mode))
-        return failure(EISDIR);
+        return cannotRead(EISDIR);
     if (!S_ISREG(status.st_mode))
         return notRegular();
     QByteArray bytes;
@@ -98,7 +98,7 @@ Result<RegularFile::Part> contents(const std::string& path, qint64 maximumBytes,
     // Bytes from before and after a change may still look like a whole file.
     struct stat after = {};
     if (fstat(file.number(), &after) != 0)
-        return failure(errno);
+        return cannotRead(errno);
     if (bytes.size() < length || after.st_size != status.st_size ||
         !isSame(modificationTime(after), modificationTime(status)))
         return Error{ErrorCode::NotReadable, QStringLiteral("the file was changed while it was read")};

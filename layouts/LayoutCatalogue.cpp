@@ -42,7 +42,7 @@ Result<QByteArray> bytesOf(const QString& nameOrPath) {
 }
 
 /// The name of a layout, from its own file's name.
-QString nameOf(const QString& nameOrPath) {
+QString layoutName(const QString& nameOrPath) {
     return isPath(nameOrPath) ? QFileInfo(nameOrPath).completeBaseName() : nameOrPath;
 }
 
@@ -95,7 +95,7 @@ Result<Layout> loaded(const QString& nameOrPath, QStringList chain) {
     const Result<QByteArray> bytes = bytesOf(nameOrPath);
     if (!bytes)
         return bytes.error();
-    Result<ReadLayout> read = readLayout(nameOf(nameOrPath), *bytes);
+    Result<ReadLayout> read = readLayout(layoutName(nameOrPath), *bytes);
     if (!read)
         return read.error();
     Layout layout{

@@ -14,7 +14,7 @@ QString folderOf(const QString& path) {
     return path.section(u'/', 0, -2);
 }
 
-QString nameOf(const QString& path) {
+QString fileNameOf(const QString& path) {
     return path.section(u'/', -1);
 }
 
@@ -86,7 +86,7 @@ QString placesText(const QString& path, const std::vector<LayoutFile>& written) 
         if (folderOf(file.path) != folderOf(path))
             continue;
         for (QVariantMap place : file.places) {
-            place.insert(QStringLiteral("filename"), nameOf(file.path));
+            place.insert(QStringLiteral("filename"), fileNameOf(file.path));
             objects << QString(indent, u' ') + jsonObject(place, indent);
         }
     }

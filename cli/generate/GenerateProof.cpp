@@ -8,7 +8,7 @@
 
 namespace {
 
-void write(ProofSheet sheet, const GenerateOptions& options, GenerateReport& report) {
+void writeProof(ProofSheet sheet, const GenerateOptions& options, GenerateReport& report) {
     sheet.title = options.name.isEmpty() ? ProofOption::title(options.picture) : options.name;
     const QString there = FileItem::canonicalPath(options.proof);
     const bool isIcon = !there.isEmpty() && std::ranges::any_of(report.files(), [&](const auto& file) {
@@ -30,10 +30,10 @@ void write(ProofSheet sheet, const GenerateOptions& options, GenerateReport& rep
 } // namespace
 
 void GenerateProof::ofPlatforms(const GenerateOptions& options, GenerateReport& report) {
-    write(ProofSets::ofPlatforms(report.files()), options, report);
+    writeProof(ProofSets::ofPlatforms(report.files()), options, report);
 }
 
 void GenerateProof::ofLayouts(const GenerateOptions& options, std::span<const Layout> layouts,
                               const LayoutInput& input, GenerateReport& report) {
-    write(ProofSets::ofLayouts(report.files(), layouts, input.out, input.background), options, report);
+    writeProof(ProofSets::ofLayouts(report.files(), layouts, input.out, input.background), options, report);
 }

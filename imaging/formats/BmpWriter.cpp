@@ -43,7 +43,7 @@ constexpr quint32 bitFields = 3;
 constexpr quint32 sRgb = 0x73524742; // 'sRGB'
 constexpr quint32 perceptual = 4;
 
-Result<QByteArray> file(const QImage& raster) {
+Result<QByteArray> bmpFile(const QImage& raster) {
     constexpr auto largest = static_cast<qsizetype>(std::numeric_limits<qint32>::max());
     constexpr qsizetype start = 2 + static_cast<qsizetype>(sizeof(BmpHeader));
     const qsizetype rowBytes = qsizetype{4} * raster.width();
@@ -87,5 +87,5 @@ Result<QByteArray> file(const QImage& raster) {
 } // namespace
 
 Result<QByteArray> encodeBmp(const QImage& raster) {
-    return encodedPicture(raster, [&] { return file(raster); });
+    return encodedPicture(raster, [&] { return bmpFile(raster); });
 }

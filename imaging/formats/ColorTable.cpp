@@ -99,7 +99,7 @@ std::vector<Cell> histogram(const QImage& straight) {
 }
 
 /// A range of cells that one colour stands for.
-struct Box {
+struct ColorBox {
     std::size_t first;
     std::size_t last;        ///< one after the last
     std::size_t channel = 0; ///< the one with the largest variance
@@ -107,8 +107,8 @@ struct Box {
     std::array<double, 3> mean{};
 };
 
-Box boxOf(const std::vector<Cell>& cells, std::size_t first, std::size_t last) {
-    Box box{first, last};
+ColorBox boxOf(const std::vector<Cell>& cells, std::size_t first, std::size_t last) {
+    ColorBox box{first, last};
     double count = 0;
     std::array<double, 3> squares{};
     for (std::size_t i = first; i < last; ++i) {
@@ -131,11 +131,11 @@ Box boxOf(const std::vector<Cell>& cells, std::size_t first, std::size_t last) {
 }
 
 /// Splits the box with the largest variance at its mean, again and again until there are enough boxes.
-std::vector<Box> medianCut(std::vector<Cell>& cells) {
-    std::vector<Box> boxes{boxOf(cells, 0, cells.size())};
+std::vector<ColorBox> medianCut(std::vector<Cell>& cells) {
+    std::vector<ColorBox> boxes{boxOf(cells, 0, cells.size())};
     while (boxes.size() < largestTable) {
-        const auto widest = std::ranges::max_element(boxes, {}, &Box::variance);
-        const Box box = *widest;
+        const auto widest = std::ranges::max_element(boxes, {}, &ColorBox::variance);
+        const ColorBox box = *widest;
         if (box.variance <= 0)
             break;
         const auto begin = cells.begin();
@@ -192,7 +192,7 @@ void refine(std::vector<Mean>& table, const std::vector<Cell>& cells) {
 std::vector<Rgb> bestColors(const QImage& straight) {
     std::vector<Cell> cells = histogram(straight);
     std::vector<Mean> table;
-    for (const Box& box : medianCut(cells))
+    for (const ColorBox& box : medianCut(cells))
         table.push_back(box.mean);
     refine(table, cells);
     std::vector<Rgb> colors;

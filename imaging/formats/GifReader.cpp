@@ -26,11 +26,11 @@ int readInput(GifFileType* gif, GifByteType* out, int length) {
     return static_cast<int>(count);
 }
 
-struct GifClose {
+struct EndReading {
     void operator()(GifFileType* gif) const { DGifCloseFile(gif, nullptr); }
 };
 
-Error failure(int code) {
+Error damagedGif(int code) {
     if (code == D_GIF_ERR_NOT_ENOUGH_MEM)
         return outOfMemory();
     const char* text = GifErrorString(code);
@@ -86,7 +86,7 @@ class FrameRows {
         for (const auto& [first, step] : {Pass{0, 8}, Pass{4, 8}, Pass{2, 4}, Pass{1, 2}}) {
             for (std::size_t y = first; y < height; y += step) {
                 if (!readLine(m_indices.data() + y * m_width))
-                    return failure(gif->Error);
+                    return damagedGif(gif->Error);
             }
         }
         return Done{};
@@ -95,7 +95,7 @@ class FrameRows {
     /// The colours of the next row.
     Result<std::span<const GifPixelType>> next() {
         if (!m_isInterlaced && !readLine(m_indices.data()))
-            return failure(m_gif->Error);
+            return damagedGif(m_gif->Error);
         const std::size_t start = m_isInterlaced ? m_width * m_next++ : 0;
         return std::span<const GifPixelType>(m_indices).subspan(start, m_width);
     }
@@ -130,17 +130,17 @@ Result<Done> putColors(std::span<const GifPixelType> indices, const ColorMapObje
     return Done{};
 }
 
-Result<DecodedPicture> read(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
+Result<DecodedPicture> decodedGif(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
     GifInput input{bytes};
     int code = 0;
     const RefusedMemory memory;
-    const std::unique_ptr<GifFileType, GifClose> gif(DGifOpen(&input, readInput, &code));
+    const std::unique_ptr<GifFileType, EndReading> gif(DGifOpen(&input, readInput, &code));
     // Without memory for the colours the library says that there is no screen.
     if (!gif)
-        return memory.wasSeen() ? outOfMemory() : failure(code);
+        return memory.wasSeen() ? outOfMemory() : damagedGif(code);
     int transparent = NO_TRANSPARENT_COLOR;
     if (!findFrame(gif.get(), transparent))
-        return failure(gif->Error);
+        return damagedGif(gif->Error);
     const GifImageDesc& frame = gif->Image;
     const ColorMapObject* colors = frame.ColorMap != nullptr ? frame.ColorMap : gif->SColorMap;
     if (colors == nullptr)
@@ -180,5 +180,5 @@ Result<DecodedPicture> read(const QByteArray& bytes, const ReducedCopies::Render
 } // namespace
 
 Result<DecodedPicture> readGif(const QByteArray& bytes, const ReducedCopies::Renders& renders) {
-    return unlessMemoryIsShort([&] { return read(bytes, renders); });
+    return unlessMemoryIsShort([&] { return decodedGif(bytes, renders); });
 }

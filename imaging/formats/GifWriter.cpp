@@ -20,7 +20,7 @@ int writeOutput(GifFileType* gif, const GifByteType* bytes, int length) {
 }
 
 /// Why the library failed. It writes only to memory, so a failed write is want of memory.
-Error failure(int code) {
+Error cannotWrite(int code) {
     if (code == E_GIF_ERR_WRITE_FAILED || code == E_GIF_ERR_DISK_IS_FULL || code == E_GIF_ERR_NOT_ENOUGH_MEM)
         return outOfMemory();
     const char* text = GifErrorString(code);
@@ -29,7 +29,7 @@ Error failure(int code) {
                 .arg(text != nullptr ? QString::fromLatin1(text) : QString::number(code))};
 }
 
-struct GifClose {
+struct EndWriting {
     void operator()(GifFileType* gif) const { EGifCloseFile(gif, nullptr); }
 };
 
@@ -37,7 +37,7 @@ struct FreeColorMap {
     void operator()(ColorMapObject* map) const { GifFreeMapObject(map); }
 };
 
-Result<QByteArray> file(const QImage& raster) {
+Result<QByteArray> gifFile(const QImage& raster) {
     Result<IndexedPicture> indexed = indexedPicture(raster);
     if (!indexed)
         return indexed.error();
@@ -46,11 +46,11 @@ Result<QByteArray> file(const QImage& raster) {
     const std::unique_ptr<ColorMapObject, FreeColorMap> map(GifMakeMapObject(colorCount, nullptr));
     QByteArray bytes;
     int code = E_GIF_ERR_NOT_ENOUGH_MEM;
-    std::unique_ptr<GifFileType, GifClose> gif(EGifOpen(&bytes, writeOutput, &code));
+    std::unique_ptr<GifFileType, EndWriting> gif(EGifOpen(&bytes, writeOutput, &code));
     if (!map)
         return outOfMemory();
     if (!gif)
-        return failure(code);
+        return cannotWrite(code);
     for (std::size_t i = 0; i < picture.colors.size(); ++i)
         map->Colors[i] = {picture.colors[i][0], picture.colors[i][1], picture.colors[i][2]};
     EGifSetGifVersion(gif.get(), true);
@@ -63,14 +63,14 @@ Result<QByteArray> file(const QImage& raster) {
             GIF_ERROR ||
         EGifPutExtension(gif.get(), GRAPHICS_EXT_FUNC_CODE, length, extension) == GIF_ERROR ||
         EGifPutImageDesc(gif.get(), 0, 0, raster.width(), raster.height(), false, nullptr) == GIF_ERROR)
-        return failure(gif->Error);
+        return cannotWrite(gif->Error);
     GifByteType* row = picture.indexes.data();
     for (int y = 0; y < raster.height(); ++y, row += raster.width()) {
         if (EGifPutLine(gif.get(), row, raster.width()) == GIF_ERROR)
-            return failure(gif->Error);
+            return cannotWrite(gif->Error);
     }
     if (EGifCloseFile(gif.release(), &code) == GIF_ERROR)
-        return failure(code);
+        return cannotWrite(code);
     return bytes;
 }
 
@@ -79,5 +79,5 @@ Result<QByteArray> file(const QImage& raster) {
 Result<QByteArray> encodeGif(const QImage& raster) {
     if (raster.width() > largestSide || raster.height() > largestSide)
         return sideTooLong(largestSide);
-    return encodedPicture(raster, [&] { return file(raster); });
+    return encodedPicture(raster, [&] { return gifFile(raster); });
 }

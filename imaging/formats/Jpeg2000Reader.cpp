@@ -121,7 +121,7 @@ Result<DecodedPicture> converted(const opj_image_t& picture) {
     return decoded;
 }
 
-Result<DecodedPicture> read(const QByteArray& bytes) {
+Result<DecodedPicture> decodedJpeg2000(const QByteArray& bytes) {
     const QString name = QStringLiteral("JPEG 2000");
     const bool isBare = bytes.startsWith(Jpeg2000Codestream::start);
     const Codec codec(opj_create_decompress(isBare ? OPJ_CODEC_J2K : OPJ_CODEC_JP2));
@@ -177,7 +177,7 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
 } // namespace
 
 Result<DecodedPicture> readStraightJpeg2000(const QByteArray& bytes) {
-    return unlessMemoryIsShort([&] { return read(bytes); });
+    return unlessMemoryIsShort([&] { return decodedJpeg2000(bytes); });
 }
 
 Result<DecodedPicture> readJpeg2000(const QByteArray& bytes) {

@@ -80,7 +80,7 @@ Picture pictureOf(const QImage& straight) {
     return picture;
 }
 
-Result<QByteArray> file(const QImage& raster) {
+Result<QByteArray> jpeg2000File(const QImage& raster) {
     const Result<QImage> straight = straightRaster(raster);
     if (!straight)
         return straight.error();
@@ -118,5 +118,5 @@ Result<QByteArray> file(const QImage& raster) {
 } // namespace
 
 Result<QByteArray> encodeJpeg2000(const QImage& raster) {
-    return encodedPicture(raster, [&] { return file(raster); });
+    return encodedPicture(raster, [&] { return jpeg2000File(raster); });
 }

@@ -15,7 +15,7 @@
 namespace {
 
 /// Why libtiff failed; `told` is what it told besides.
-Error failure(const TiffStream& stream, const QByteArray& told = {}) {
+Error damagedTiff(const TiffStream& stream, const QByteArray& told = {}) {
     if (stream.isMemoryShort())
         return outOfMemory();
     const QByteArray& cause = told.isEmpty() ? stream.error() : told;
@@ -180,7 +180,7 @@ class BlockReader {
         const tmsize_t libraryRow = m_kind.isTiled ? TIFFTileRowSize(m_tiff) : TIFFScanlineSize(m_tiff);
         const tmsize_t planes = m_kind.hasPlanes ? m_kind.layout.samplesPerPixel() : 1;
         if (m_width <= 0 || m_height <= 0 || libraryRow * planes != m_rowBytes)
-            return failure(stream);
+            return damagedTiff(stream);
         // Full rows of four-byte pixels are read directly into the raster.
         const bool inPlace = !m_kind.isTiled && !m_kind.hasPlanes && m_kind.layout.bytesPerPixel() == 4;
         const tmsize_t blockBytes = inPlace ? 0 : m_rowBytes * m_height;
@@ -197,14 +197,14 @@ class BlockReader {
                 const int columns = std::min(m_width, m_raster.width() - left);
                 std::uint8_t* block = inPlace ? m_raster.scanLine(top) : m_block.data();
                 if (!readBlock(left, top, rows, block))
-                    return failure(stream);
+                    return damagedTiff(stream);
                 for (int row = 0; row < rows; ++row)
                     converter.convert(block + row * m_rowBytes,
                                       m_raster.scanLine(top + row) + 4 * tmsize_t{left}, columns);
             }
         }
         if (!stream.error().isEmpty())
-            return failure(stream);
+            return damagedTiff(stream);
         return Done{};
     }
 
@@ -277,14 +277,14 @@ Result<QImage> readAsRgba(TiffStream& stream, RowConverter& converter, QImage ra
     if (const Result<Done> allowed = checkBlock(planes * blockBytes, raster.size()); !allowed)
         return allowed.error();
     if (TIFFRGBAImageBegin(&decoder, tiff, 1, cause) == 0)
-        return failure(stream, cause);
+        return damagedTiff(stream, cause);
     // Rows in the file's order: the picture is turned upright later, like any other.
     decoder.req_orientation = decoder.orientation;
     const bool isWhole = TIFFRGBAImageGet(&decoder, reinterpret_cast<std::uint32_t*>(raster.bits()),
                                           decoder.width, decoder.height) != 0;
     TIFFRGBAImageEnd(&decoder);
     if (!isWhole || !stream.error().isEmpty())
-        return failure(stream);
+        return damagedTiff(stream);
     for (int y = 0; y < raster.height(); ++y) {
         std::uint8_t* row = raster.scanLine(y);
         converter.convert(row, row, raster.width());
@@ -305,11 +305,11 @@ Result<QImage> pixelsOf(TiffStream& stream, const PlainKind* plain, RowConverter
     return picture;
 }
 
-Result<DecodedPicture> read(const QByteArray& bytes) {
+Result<DecodedPicture> decodedTiff(const QByteArray& bytes) {
     TiffStream stream(bytes);
     TIFF* tiff = stream.handle();
     if (tiff == nullptr)
-        return failure(stream);
+        return damagedTiff(stream);
     const auto width = field<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0);
     const auto height = field<std::uint32_t>(tiff, TIFFTAG_IMAGELENGTH, 0);
     if (const Result<Done> allowed = PictureReader::checkSize(width, height); !allowed)
@@ -325,7 +325,7 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
     if (!converter)
         return converter.error();
     if (!hasAllBlocks(tiff) || !stream.error().isEmpty())
-        return failure(stream);
+        return damagedTiff(stream);
     stream.beginPixels();
     Result<QImage> picture = plain && !embedded->profile
                                  ? sharedRaster(tiff, *plain, bytes, size.width(), size.height())
@@ -348,5 +348,5 @@ Result<DecodedPicture> read(const QByteArray& bytes) {
 } // namespace
 
 Result<DecodedPicture> readTiff(const QByteArray& bytes) {
-    return unlessMemoryIsShort([&] { return read(bytes); });
+    return unlessMemoryIsShort([&] { return decodedTiff(bytes); });
 }

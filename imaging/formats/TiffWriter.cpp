@@ -24,7 +24,7 @@ void describe(TIFF* tiff, const QImage& raster, std::uint16_t alphaKind) {
     TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
 }
 
-Error failure(const TiffStream& stream) {
+Error cannotWrite(const TiffStream& stream) {
     if (stream.isMemoryShort())
         return outOfMemory();
     return {ErrorCode::Unsupported,
@@ -40,7 +40,7 @@ Result<Done> writePlain(TiffStream& stream, const QImage& raster) {
     // not change the samples.
     void* samples = const_cast<uchar*>(raster.constBits()); // NOLINT(cppcoreguidelines-pro-type-const-cast)
     if (TIFFWriteRawStrip(tiff, 0, samples, raster.sizeInBytes()) != raster.sizeInBytes())
-        return failure(stream);
+        return cannotWrite(stream);
     return Done{};
 }
 
@@ -55,28 +55,28 @@ Result<Done> writeCompressed(TiffStream& stream, const QImage& raster) {
     TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff, 0));
     for (int y = 0; y < raster.height(); ++y) {
         if (TIFFWriteScanline(tiff, straight->scanLine(y), static_cast<std::uint32_t>(y), 0) != 1)
-            return failure(stream);
+            return cannotWrite(stream);
     }
     return Done{};
 }
 
-Result<QByteArray> file(const QImage& raster, TiffCompression compression) {
+Result<QByteArray> tiffFile(const QImage& raster, TiffCompression compression) {
     constexpr qsizetype directoryBytes = 1024;
     const bool isPlain = compression == TiffCompression::None;
     TiffStream stream(isPlain ? raster.sizeInBytes() + directoryBytes : directoryBytes);
     if (stream.handle() == nullptr)
-        return failure(stream);
+        return cannotWrite(stream);
     const Result<Done> written = isPlain ? writePlain(stream, raster) : writeCompressed(stream, raster);
     if (!written)
         return written.error();
     QByteArray tiffFile = stream.close();
     if (!stream.error().isEmpty())
-        return failure(stream);
+        return cannotWrite(stream);
     return tiffFile;
 }
 
 } // namespace
 
 Result<QByteArray> encodeTiff(const QImage& raster, TiffCompression compression) {
-    return encodedPicture(raster, [&] { return file(raster, compression); });
+    return encodedPicture(raster, [&] { return tiffFile(raster, compression); });
 }

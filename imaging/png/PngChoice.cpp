@@ -27,8 +27,8 @@ double leftByRuns(Bytes bytes) {
 constexpr double dense = 0.3;
 
 /// Rows with one filter strategy: some of them, and what runs leave of them.
-struct Trial {
-    Trial(const FilteredRows& rows, PngFilterStrategy strategy)
+struct StrategyTrial {
+    StrategyTrial(const FilteredRows& rows, PngFilterStrategy strategy)
         : filter(strategy), sample(rows.sample(strategy, {6, 4})), runs(leftByRuns(sample.filled())) {}
 
     /// A third of the sample.
@@ -49,14 +49,15 @@ struct Candidate {
 };
 
 /// In dense rows the faster method may compress a little less, and a part of the sample is enough to tell.
-Result<PngCoding> codingOfDense(const std::array<const Trial*, 2>& trials) {
+Result<PngCoding> codingOfDense(const std::array<const StrategyTrial*, 2>& trials) {
     constexpr double runsMayLeaveMore = 1.05;
     constexpr double manyRepetitions = 0.7;
     constexpr double muchMore = 1.25;
-    const Trial& trial = *std::ranges::min(trials, {}, [](const Trial* each) { return each->runs; });
+    const StrategyTrial& trial =
+        *std::ranges::min(trials, {}, [](const StrategyTrial* each) { return each->runs; });
     const double runs = leftByRuns(trial.middle());
     Candidate best{{trial.filter, Method::Runs}, runs / runsMayLeaveMore};
-    for (const Trial* each : trials) {
+    for (const StrategyTrial* each : trials) {
         if (each->runs > muchMore * trial.runs)
             continue;
         const Result<std::size_t> length = Deflate::length(each->middle(), Method::Quick);
@@ -98,7 +99,7 @@ Result<double> leftByPlainMatches(const FilteredRows& rows) {
 
 /// What matches leave of adaptively filtered rows, or nearly that. A part of the sample tells whether they
 /// are worth a longer look.
-Result<double> leftByAdaptiveMatches(const Trial& adaptive) {
+Result<double> leftByAdaptiveMatches(const StrategyTrial& adaptive) {
     constexpr double ofSample = 0.97;
     constexpr double muchLess = 0.9;
     Result<double> left = leftByMatches(adaptive.middle(), ofSample);
@@ -113,7 +114,8 @@ constexpr double costOfTime(double nanosecondsForByte) {
     return bytesForMicrosecond * nanosecondsForByte / 1000;
 }
 
-Result<PngCoding> codingOfSparse(const FilteredRows& rows, const Trial& adaptive, const Trial& plain) {
+Result<PngCoding> codingOfSparse(const FilteredRows& rows, const StrategyTrial& adaptive,
+                                 const StrategyTrial& plain) {
     const Result<double> plainMatches = leftByPlainMatches(rows);
     if (!plainMatches)
         return plainMatches.error();
@@ -138,9 +140,9 @@ Result<PngChoice> PngChoice::of(const FilteredRows& rows, int height, const PngO
     if (options.coding)
         return PngChoice{*options.coding, 0};
     const StageTimes::Timer timer(Stage::Choose);
-    const Trial adaptive(rows, PngFilterStrategy::Adaptive);
-    const Trial plain(rows, PngFilterStrategy::None);
-    const std::array<const Trial*, 2> trials{&adaptive, &plain};
+    const StrategyTrial adaptive(rows, PngFilterStrategy::Adaptive);
+    const StrategyTrial plain(rows, PngFilterStrategy::None);
+    const std::array<const StrategyTrial*, 2> trials{&adaptive, &plain};
     const Result<PngCoding> coding = adaptive.runs > dense && plain.runs > dense
                                          ? codingOfDense(trials)
                                          : codingOfSparse(rows, adaptive, plain);

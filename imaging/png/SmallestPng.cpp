@@ -15,7 +15,7 @@ namespace {
 using Deflate::Method;
 
 /// Samples with filters, and their length after a quick compression.
-struct Trial {
+struct FilterTrial {
     const PngSamples* samples;
     PngRowFilters::Types types;
     std::size_t length;
@@ -35,13 +35,13 @@ std::vector<PngRowFilters::Types> worthTrying(const PngSamples& samples, const D
 }
 
 /// All trials, the shortest first.
-Result<std::vector<Trial>> trialsOf(const std::vector<PngSamples>& ways) {
+Result<std::vector<FilterTrial>> trialsOf(const std::vector<PngSamples>& ways) {
     const StageTimes::Timer timer(Stage::Choose);
     const auto quick = Deflate::Meter::create(Method::Quick);
     const auto thorough = Deflate::Meter::create(Method::Thorough);
     if (!quick || !thorough)
         return outOfMemory();
-    std::vector<Trial> trials;
+    std::vector<FilterTrial> trials;
     for (const PngSamples& samples : ways) {
         for (PngRowFilters::Types& types : worthTrying(samples, **quick)) {
             const std::size_t length =
@@ -49,7 +49,7 @@ Result<std::vector<Trial>> trialsOf(const std::vector<PngSamples>& ways) {
             trials.push_back({&samples, std::move(types), length});
         }
     }
-    std::ranges::stable_sort(trials, {}, &Trial::length);
+    std::ranges::stable_sort(trials, {}, &FilterTrial::length);
     return trials;
 }
 
@@ -57,17 +57,17 @@ Result<std::vector<Trial>> trialsOf(const std::vector<PngSamples>& ways) {
 
 Result<PngPixels> smallestPngPixels(const QImage& raster, PngChannels channels) {
     std::vector<PngSamples> ways = pngSamplesOf(raster, channels);
-    const Result<std::vector<Trial>> trials = trialsOf(ways);
+    const Result<std::vector<FilterTrial>> trials = trialsOf(ways);
     if (!trials)
         return trials.error();
     // The densest compression takes nearly all of the time: only the best of the trials get it.
     constexpr std::size_t most = 2;
     constexpr double near = 1.25;
     const StageTimes::Timer timer(Stage::Compress);
-    const Trial* best = nullptr;
+    const FilterTrial* best = nullptr;
     QByteArray shortest;
     std::size_t least = 0;
-    for (const Trial& trial : std::span(*trials).first(std::min(most, trials->size()))) {
+    for (const FilterTrial& trial : std::span(*trials).first(std::min(most, trials->size()))) {
         if (static_cast<double>(trial.length) > near * static_cast<double>(trials->front().length))
             break;
         QByteArray stream;

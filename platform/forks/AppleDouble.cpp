@@ -53,7 +53,7 @@ constexpr qsizetype nameAt = nameLengthAt + qsizetype{sizeof(quint8)};
 constexpr quint32 attributesMagic = 0x41545452;
 constexpr qsizetype attributesAt = FinderInfo::size + 2;
 
-Error damaged(const char* detail) {
+Error damagedAppleDouble(const char* detail) {
     return {ErrorCode::Damaged,
             QStringLiteral("the AppleDouble file is damaged (%1)").arg(QLatin1String(detail))};
 }
@@ -91,7 +91,7 @@ Result<AppleDouble> AppleDouble::parse(const QByteArray& bytes) {
     const auto header = file.record<FileHeader>(0);
     const auto entryCount = file.bigEndian<quint16>(sizeof(FileHeader));
     if (!header || !entryCount || header->magic != magic)
-        return damaged("it does not begin like an AppleDouble file");
+        return damagedAppleDouble("it does not begin like an AppleDouble file");
     if (header->version != version2)
         return Error{ErrorCode::Unsupported, QStringLiteral("the AppleDouble file is of an unknown version")};
     constexpr qsizetype mostEntries = 256;
@@ -105,14 +105,14 @@ Result<AppleDouble> AppleDouble::parse(const QByteArray& bytes) {
     for (int i = 0; i < *entryCount; ++i) {
         const auto entry = file.record<EntryHeader>(entriesAt, i);
         if (!entry)
-            return damaged("its list of entries breaks off");
+            return damagedAppleDouble("its list of entries breaks off");
         const auto data = file.slice(entry->offset, entry->length);
         // Entries that share bytes could claim far more data than the file has.
         total = total + entry->length;
         if (!data || !total.isAtMost(file.size()))
-            return damaged("an entry points outside of the file");
+            return damagedAppleDouble("an entry points outside of the file");
         if (result.find(entry->identifier) != nullptr)
-            return damaged("it has two entries of one kind");
+            return damagedAppleDouble("it has two entries of one kind");
         result.m_entries.push_back({entry->identifier, data->view().toByteArray(), entry->offset});
     }
     // Finder information and resource fork are always written, so they count even if the file does not have

@@ -58,7 +58,7 @@ constexpr qsizetype largestName = 255;
 constexpr qsizetype countSize = sizeof(quint16_be);
 constexpr qsizetype lengthSize = sizeof(quint32_be);
 
-Error damaged(const char* detail) {
+Error damagedFork(const char* detail) {
     return {ErrorCode::Damaged,
             QStringLiteral("the resource fork is damaged (%1)").arg(QLatin1String(detail))};
 }
@@ -79,7 +79,7 @@ Result<std::vector<Reference>> readReferences(const ByteReader& map, const MapHe
     const auto typeList = map.from(header.typeListOffset);
     const auto lastType = typeList ? typeList->bigEndian<quint16>(0) : std::nullopt;
     if (!lastType)
-        return damaged("the list of types lies outside");
+        return damagedFork("the list of types lies outside");
     // 0xFFFF means no types.
     const auto typeCount = static_cast<quint16>(*lastType + 1);
     std::vector<Reference> references;
@@ -87,16 +87,16 @@ Result<std::vector<Reference>> readReferences(const ByteReader& map, const MapHe
     for (quint16 i = 0; i < typeCount; ++i) {
         const auto type = typeList->record<TypeEntry>(countSize, i);
         if (!type)
-            return damaged("the list of types breaks off");
+            return damagedFork("the list of types breaks off");
         const auto count = static_cast<quint16>(type->lastIndex + 1);
         // Lists that share bytes could claim far more resources than the fork has bytes for.
         referenceBytes = referenceBytes + ByteCount(count) * sizeof(ReferenceEntry);
         if (!referenceBytes.isAtMost(map.size()))
-            return damaged("there are more references than its map has room for");
+            return damagedFork("there are more references than its map has room for");
         for (quint16 j = 0; j < count; ++j) {
             const auto entry = typeList->record<ReferenceEntry>(type->referenceOffset, j);
             if (!entry)
-                return damaged("a list of references breaks off");
+                return damagedFork("a list of references breaks off");
             Reference reference;
             reference.resource.type = FourCharCode(type->type);
             reference.resource.number = entry->number;
@@ -107,7 +107,7 @@ Result<std::vector<Reference>> readReferences(const ByteReader& map, const MapHe
                 const auto length = map.bigEndian<quint8>(at);
                 const auto name = length ? map.slice(at + 1, *length) : std::nullopt;
                 if (!name)
-                    return damaged("a name lies outside");
+                    return damagedFork("a name lies outside");
                 reference.resource.name = name->view().toByteArray();
             }
             references.push_back(std::move(reference));
@@ -126,14 +126,14 @@ Result<std::map<quint32, QByteArray>> readData(const ByteReader& section,
         const auto length = section.bigEndian<quint32>(at);
         const auto data = length ? section.slice(at + lengthSize, *length) : std::nullopt;
         if (!data)
-            return damaged("the data of a resource lie outside");
+            return damagedFork("the data of a resource lie outside");
         views.emplace(reference.dataOffset, data->view());
     }
     std::map<quint32, QByteArray> data;
     qsizetype end = 0;
     for (const auto& [offset, view] : views) {
         if (offset < end)
-            return damaged("the data of two resources overlap");
+            return damagedFork("the data of two resources overlap");
         end = offset + lengthSize + view.size();
         data.emplace(offset, view.toByteArray());
     }
@@ -166,15 +166,15 @@ Result<ResourceFork> ResourceFork::parse(const QByteArray& bytes) {
     const ByteReader fork(bytes);
     const auto header = fork.record<ForkHeader>(0);
     if (!header)
-        return damaged("it has no header");
+        return damagedFork("it has no header");
     const auto data = fork.slice(header->dataOffset, header->dataLength);
     const auto map = fork.slice(header->mapOffset, header->mapLength);
     const qsizetype start = std::min<qsizetype>(header->dataOffset, header->mapOffset);
     if (!data || !map || start < static_cast<qsizetype>(sizeof(ForkHeader)))
-        return damaged("its parts lie outside");
+        return damagedFork("its parts lie outside");
     const auto mapHeader = map->record<MapHeader>(0);
     if (!mapHeader)
-        return damaged("its map breaks off");
+        return damagedFork("its map breaks off");
     Result<std::vector<Reference>> references = readReferences(*map, *mapHeader);
     if (!references)
         return references.error();

@@ -8,7 +8,7 @@ namespace {
 enum Action { Rounded, Radius, Border, Width, Colour, actionCount };
 
 /// What the actions make of the preview, one after the other.
-struct Expected {
+struct ExpectedShape {
     bool isRounded = false;
     bool isBordered = false;
     float radius = 0;
@@ -36,7 +36,7 @@ class PreviewAndIcons : public MainWindowFixture {
         view.layer().setCornerRadius(0);
     }
 
-    void act(int action, Expected& expected) {
+    void act(int action, ExpectedShape& expected) {
         switch (action) {
         case Rounded:
             controller->roundedCheckButton->click();
@@ -104,7 +104,7 @@ TEST_F(PreviewAndIcons, are_alike_after_any_four_actions) {
             sequences *= actionCount;
         for (int sequence = 0; sequence < sequences; ++sequence) {
             restore();
-            Expected expected;
+            ExpectedShape expected;
             for (int i = 0, rest = sequence; i < length; ++i, rest /= actionCount)
                 act(rest % actionCount, expected);
             const BorderImageView& view = *controller->imgViewIcon;

@@ -27,7 +27,7 @@ std::function<QColor(int, int)> paletteOf(int count) {
     return [count](int x, int y) { return paletteColor((5 * x + 3 * y) % count); };
 }
 
-void expectPicture(const char* name, const std::function<QColor(int x, int y)>& expected) {
+void expectBmp(const char* name, const std::function<QColor(int x, int y)>& expected) {
     SCOPED_TRACE(name);
     const Result<DecodedPicture> picture = ImageSource::decode(fixture(name));
     ASSERT_TRUE(picture) << picture.error().sentence.toStdString();
@@ -47,25 +47,25 @@ QByteArray withSize(const char* name, qint32 w, qint32 h) {
 } // namespace
 
 TEST(ImageSourceBmp, palettes_are_read_exactly) {
-    expectPicture("palette-1.bmp", paletteOf(2));
-    expectPicture("palette-4.bmp", paletteOf(16));
-    expectPicture("palette-8.bmp", paletteOf(256));
+    expectBmp("palette-1.bmp", paletteOf(2));
+    expectBmp("palette-4.bmp", paletteOf(16));
+    expectBmp("palette-8.bmp", paletteOf(256));
 }
 
 TEST(ImageSourceBmp, colours_are_read_exactly) {
-    expectPicture("rgb-24.bmp", color);
+    expectBmp("rgb-24.bmp", color);
 }
 
 TEST(ImageSourceBmp, the_unused_byte_of_32_bits_is_no_alpha) {
-    expectPicture("rgb-32.bmp", color);
+    expectBmp("rgb-32.bmp", color);
 }
 
 TEST(ImageSourceBmp, a_negative_height_is_a_picture_from_the_top) {
-    expectPicture("rgb-24-top-down.bmp", color);
+    expectBmp("rgb-24-top-down.bmp", color);
 }
 
 TEST(ImageSourceBmp, run_lengths_are_read_exactly) {
-    expectPicture("rle-8.bmp", [](int x, int y) {
+    expectBmp("rle-8.bmp", [](int x, int y) {
         return paletteColor(x < 4 ? y : x < 9 ? 5 * x + 3 * y : y + 20);
     });
 }

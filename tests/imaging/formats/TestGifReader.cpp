@@ -22,7 +22,7 @@ namespace {
 int paletteIndex(int x, int y) {
     return (5 * x + 3 * y) % 16;
 }
-QColor color(int x, int y) {
+QColor gifColor(int x, int y) {
     return paletteColor(paletteIndex(x, y));
 }
 
@@ -34,20 +34,20 @@ constexpr qsizetype frameStart = headerSize + colorTableSize + 8;
 } // namespace
 
 TEST(ImageSourceGif, a_picture_is_read_exactly) {
-    expectPicture(fixture("plain.gif"), color);
+    expectPicture(fixture("plain.gif"), gifColor);
 }
 
 TEST(ImageSourceGif, both_versions_are_read) {
-    expectPicture(fixture("plain.gif").replace(0, 6, "GIF87a"), color);
+    expectPicture(fixture("plain.gif").replace(0, 6, "GIF87a"), gifColor);
 }
 
 TEST(ImageSourceGif, an_interlaced_picture_is_read_exactly) {
-    expectPicture(fixture("interlaced.gif"), color, 11, 19);
+    expectPicture(fixture("interlaced.gif"), gifColor, 11, 19);
 }
 
 TEST(ImageSourceGif, the_transparent_colour_is_transparent) {
     expectPicture(fixture("transparent.gif"),
-                  [](int x, int y) { return paletteIndex(x, y) == 3 ? QColor(0, 0, 0, 0) : color(x, y); });
+                  [](int x, int y) { return paletteIndex(x, y) == 3 ? QColor(0, 0, 0, 0) : gifColor(x, y); });
 }
 
 TEST(ImageSourceGif, a_frames_own_colours_go_before_the_files) {
@@ -56,13 +56,13 @@ TEST(ImageSourceGif, a_frames_own_colours_go_before_the_files) {
 }
 
 TEST(ImageSourceGif, an_animation_is_its_first_frame_with_a_warning) {
-    expectPicture(fixture("animated.gif"), color, width, height, {PictureReader::framesWarning()});
+    expectPicture(fixture("animated.gif"), gifColor, width, height, {PictureReader::framesWarning()});
 }
 
 TEST(ImageSourceGif, a_frame_smaller_than_the_canvas_lies_where_it_says) {
     expectPicture(fixture("small-frame.gif"), [](int x, int y) {
         const bool isInside = x >= 3 && x < 8 && y >= 2 && y < 6;
-        return isInside ? color(x - 3, y - 2) : QColor(0, 0, 0, 0);
+        return isInside ? gifColor(x - 3, y - 2) : QColor(0, 0, 0, 0);
     });
 }
 
@@ -71,7 +71,8 @@ TEST(ImageSourceGif, a_frame_that_reaches_past_the_canvas_enlarges_it) {
     qToLittleEndian<quint16>(4, gif.data() + 6);
     qToLittleEndian<quint16>(3, gif.data() + 8);
     expectPicture(
-        gif, [](int x, int y) { return x >= 3 && y >= 2 ? color(x - 3, y - 2) : QColor(0, 0, 0, 0); }, 8, 6);
+        gif, [](int x, int y) { return x >= 3 && y >= 2 ? gifColor(x - 3, y - 2) : QColor(0, 0, 0, 0); }, 8,
+        6);
 }
 
 TEST(ImageSourceGif, a_file_cut_off_within_its_first_frame_is_an_error) {

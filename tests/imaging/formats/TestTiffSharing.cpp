@@ -10,11 +10,11 @@
 
 namespace {
 
-constexpr int width = 37;
-constexpr int height = 29;
+constexpr int sharedWidth = 37;
+constexpr int sharedHeight = 29;
 
 QByteArray plainTiff() {
-    return *encodeTiff(Pictures::translucentNoise(width, height, 3), TiffCompression::None);
+    return *encodeTiff(Pictures::translucentNoise(sharedWidth, sharedHeight, 3), TiffCompression::None);
 }
 
 bool shares(const QImage& raster, const QByteArray& file) {
@@ -24,7 +24,7 @@ bool shares(const QImage& raster, const QByteArray& file) {
 
 /// Where the only strip of `plainTiff` begins.
 qsizetype samplesIn(const QByteArray& file) {
-    const QImage picture = Pictures::translucentNoise(width, height, 3);
+    const QImage picture = Pictures::translucentNoise(sharedWidth, sharedHeight, 3);
     return file.indexOf(
         QByteArray(reinterpret_cast<const char*>(picture.constBits()), picture.sizeInBytes()));
 }
@@ -32,7 +32,7 @@ qsizetype samplesIn(const QByteArray& file) {
 } // namespace
 
 TEST(TiffSharing, plain_samples_are_shared_and_outlive_the_file) {
-    const QImage expected = Pictures::translucentNoise(width, height, 3);
+    const QImage expected = Pictures::translucentNoise(sharedWidth, sharedHeight, 3);
     QByteArray file = plainTiff();
     Result<DecodedPicture> decoded = ImageSource::decode(file);
     ASSERT_TRUE(decoded);
@@ -70,7 +70,7 @@ TEST(TiffSharing, a_small_part_of_a_file_is_copied) {
     const Result<DecodedPicture> decoded = ImageSource::decode(file);
     ASSERT_TRUE(decoded);
     EXPECT_FALSE(shares(decoded->raster, file));
-    EXPECT_TRUE(decoded->raster == Pictures::translucentNoise(width, height, 3));
+    EXPECT_TRUE(decoded->raster == Pictures::translucentNoise(sharedWidth, sharedHeight, 3));
 }
 
 TEST(TiffSharing, a_wrong_length_of_the_only_strip_costs_no_sample) {
@@ -81,11 +81,11 @@ TEST(TiffSharing, a_wrong_length_of_the_only_strip_costs_no_sample) {
     ASSERT_GT(at, 0);
     quint32 length = 0;
     std::memcpy(&length, file.constData() + at + entry.size(), sizeof length);
-    ASSERT_EQ(length, 4U * width * height);
-    length -= 4 * width;
+    ASSERT_EQ(length, 4U * sharedWidth * sharedHeight);
+    length -= 4 * sharedWidth;
     std::memcpy(file.data() + at + entry.size(), &length, sizeof length);
     // libtiff corrects the length.
     const Result<DecodedPicture> decoded = ImageSource::decode(file);
     ASSERT_TRUE(decoded);
-    EXPECT_TRUE(decoded->raster == Pictures::translucentNoise(width, height, 3));
+    EXPECT_TRUE(decoded->raster == Pictures::translucentNoise(sharedWidth, sharedHeight, 3));
 }

@@ -9,7 +9,7 @@
 
 namespace {
 
-QByteArray svg(const QByteArray& content) {
+QByteArray textDrawing(const QByteArray& content) {
     return "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'>" + content + "</svg>";
 }
 
@@ -46,8 +46,8 @@ class OneFont {
     QByteArray m_before;
 };
 
-std::string warnings(const QByteArray& content) {
-    const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(svg(content));
+std::string warningsOf(const QByteArray& content) {
+    const Result<std::shared_ptr<const SvgDocument>> document = SvgDocument::fromBytes(textDrawing(content));
     return document ? (*document)->warnings().join(QLatin1String("; ")).toStdString()
                     : "error: " + document.error().sentence.toStdString();
 }
@@ -60,7 +60,7 @@ const std::string otherFonts =
 TEST(SvgFonts, a_list_is_read_up_to_the_first_generic_family) {
     const OneFont font;
     const auto missing = [](const QByteArray& families) {
-        return warnings("<text font-family=\"" + families + "\">a</text>");
+        return warningsOf("<text font-family=\"" + families + "\">a</text>");
     };
     EXPECT_EQ(missing("Corporate"), otherFonts + "Corporate");
     EXPECT_EQ(missing(" 'Brand  Sans' , B, sans-serif, Never"), otherFonts + "Brand Sans");
@@ -81,19 +81,19 @@ TEST(SvgFonts, what_a_text_inherits_and_what_style_sheets_say_counts) {
           "<text font-family='Tobrimax Test'> <tspan font-family='A'>b</tspan> </text>",
           "<style>.a{font-family:A}.b{font-family:B}</style><text class='a'>a</text>",
           "<style><![CDATA[text{font-family:A}]]></style><text>a</text>"})
-        EXPECT_EQ(warnings(content), otherFonts + "A") << content;
+        EXPECT_EQ(warningsOf(content), otherFonts + "A") << content;
     for (const char* content :
          {"<g font-family='A'><path d=''/>a</g>", "<text font-family='A'/>",
           "<g font-family='A'/><text>a</text>", "<title style='font-family:A'>a</title>",
           "<style>text{font-family:A}</style>", "<defs><text font-family='A'>a</text></defs>",
           "<text font-family='A' display='none'>a</text>"})
-        EXPECT_EQ(warnings(content), "") << content;
+        EXPECT_EQ(warningsOf(content), "") << content;
 }
 
 TEST(SvgFonts, the_font_of_texts_that_ask_for_none_is_no_wish) {
     const OneFont font;
-    EXPECT_EQ(warnings("<text>a</text>"), "");
-    EXPECT_EQ(warnings("<text font-family='Times New Roman'>a</text>"), otherFonts + "Times New Roman");
+    EXPECT_EQ(warningsOf("<text>a</text>"), "");
+    EXPECT_EQ(warningsOf("<text font-family='Times New Roman'>a</text>"), otherFonts + "Times New Roman");
 }
 
 TEST(SvgFonts, a_thousand_long_names_do_no_harm) {
@@ -102,15 +102,15 @@ TEST(SvgFonts, a_thousand_long_names_do_no_harm) {
     for (int i = 0; i < 1000; ++i)
         texts +=
             "<text font-family='Corporate A" + QByteArray::number(i) + QByteArray(90, 'x') + "'>a</text>";
-    EXPECT_EQ(warnings(texts).rfind(otherFonts + "Corporate A0x", 0), 0U);
+    EXPECT_EQ(warningsOf(texts).rfind(otherFonts + "Corporate A0x", 0), 0U);
 }
 
 TEST(SvgFonts, what_is_not_installed_is_named_each_once) {
     const OneFont font;
-    EXPECT_EQ(warnings("<text font-family='Corporate, sans-serif'>a</text>"), otherFonts + "Corporate");
-    EXPECT_EQ(warnings("<text font-family='A, B'>a</text><text font-family='A'>a</text>"
-                       "<text font-family='tobrimax test'>a</text><text font-family='C'>a</text>"
-                       "<text font-family='D'>a</text><text font-family='E'>a</text>"),
+    EXPECT_EQ(warningsOf("<text font-family='Corporate, sans-serif'>a</text>"), otherFonts + "Corporate");
+    EXPECT_EQ(warningsOf("<text font-family='A, B'>a</text><text font-family='A'>a</text>"
+                         "<text font-family='tobrimax test'>a</text><text font-family='C'>a</text>"
+                         "<text font-family='D'>a</text><text font-family='E'>a</text>"),
               otherFonts + "A, C, D and 1 more");
 }
 
@@ -120,5 +120,5 @@ TEST(SvgFonts, what_is_installed_or_generic_is_not_warned_of) {
                                 "<text font-family='Corporate, Tobrimax Test'>a</text>",
                                 "<text font-family='monospace, Corporate'>a</text>",
                                 "<g font-family='Corporate'><rect width='9' height='9'/></g>"})
-        EXPECT_EQ(warnings(content), "") << content;
+        EXPECT_EQ(warningsOf(content), "") << content;
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::size_t placeBytes = SvgPipe::placeBytes;
+using SvgPipe::placeBytes;
 
 /// Memory of two places.
 class SharedPartTest : public testing::Test {

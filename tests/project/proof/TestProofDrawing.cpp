@@ -19,7 +19,7 @@ ProofIcon icon(const QImage& raster, std::vector<ProofCut> cuts = {}) {
     return icon;
 }
 
-ProofSheet sheetOf(std::vector<ProofIcon> icons) {
+ProofSheet titledSheet(std::vector<ProofIcon> icons) {
     ProofSheet sheet;
     sheet.title = u"logo.svg"_s;
     sheet.groups.push_back({u"Icons"_s, {{QString(), std::move(icons)}}});
@@ -52,7 +52,7 @@ int inkOf(const QImage& text) {
 
 TEST(ProofDrawing, an_opaque_icon_stands_on_both_grounds_pixel_by_pixel) {
     const QImage raster = Pictures::noise(61, 33, 5);
-    const ProofSheet sheet = sheetOf({icon(raster)});
+    const ProofSheet sheet = titledSheet({icon(raster)});
     const QImage drawn = *drawnProof(sheet);
     for (const bool isDark : {false, true}) {
         const QRect place = places(sheet, isDark).front();
@@ -61,7 +61,7 @@ TEST(ProofDrawing, an_opaque_icon_stands_on_both_grounds_pixel_by_pixel) {
 }
 
 TEST(ProofDrawing, a_transparent_icon_shows_the_ground) {
-    const ProofSheet sheet = sheetOf({icon(Pictures::flat(64, 64, QColor(0, 0, 0, 0)))});
+    const ProofSheet sheet = titledSheet({icon(Pictures::flat(64, 64, QColor(0, 0, 0, 0)))});
     const QImage drawn = *drawnProof(sheet);
     EXPECT_EQ(drawn.pixelColor(places(sheet, false).front().center()), QColor(0xf4, 0xf4, 0xf2));
     EXPECT_EQ(drawn.pixelColor(places(sheet, true).front().center()), QColor(0x1d, 0x1d, 0x1f));
@@ -69,7 +69,7 @@ TEST(ProofDrawing, a_transparent_icon_shows_the_ground) {
 
 TEST(ProofDrawing, an_enlarged_icon_has_squares_of_eight_pixels) {
     const QImage raster = Pictures::noise(48, 37, 6);
-    const ProofSheet sheet = sheetOf({icon(raster)});
+    const ProofSheet sheet = titledSheet({icon(raster)});
     const QImage drawn = *drawnProof(sheet);
     const QRect place = places(sheet, true)[1];
     for (int y = 0; y < place.height(); ++y) {
@@ -80,7 +80,7 @@ TEST(ProofDrawing, an_enlarged_icon_has_squares_of_eight_pixels) {
 
 TEST(ProofDrawing, a_cut_takes_the_corners_and_leaves_the_middle) {
     const QImage raster = Pictures::noise(100, 100, 7);
-    const ProofSheet sheet = sheetOf({icon(raster, {ProofCut::Circle})});
+    const ProofSheet sheet = titledSheet({icon(raster, {ProofCut::Circle})});
     const QImage drawn = *drawnProof(sheet);
     const QRect place = places(sheet, false)[1];
     EXPECT_EQ(drawn.pixelColor(place.topLeft()), QColor(0xf4, 0xf4, 0xf2));
@@ -93,7 +93,7 @@ TEST(ProofDrawing, a_layers_ground_shows_where_it_is_cut) {
     ProofIcon layer = icon(Pictures::flat(108, 108, QColor(0, 0, 0, 0)), {ProofCut::Circle});
     layer.cutPart = ProofShapes::adaptiveCut;
     layer.ground = Color{0, 0, 1, 1};
-    const ProofSheet sheet = sheetOf({layer});
+    const ProofSheet sheet = titledSheet({layer});
     const QImage drawn = *drawnProof(sheet);
     const QRect place = places(sheet, false)[1];
     EXPECT_EQ(place.size(), QSize(72, 72));
@@ -104,7 +104,7 @@ TEST(ProofDrawing, a_layers_ground_shows_where_it_is_cut) {
 TEST(ProofDrawing, the_ring_of_the_safe_zone_is_drawn_where_it_is) {
     ProofIcon maskable = icon(Pictures::flat(192, 192, Qt::black));
     maskable.safePart = ProofShapes::maskableSafe;
-    const ProofSheet sheet = sheetOf({maskable});
+    const ProofSheet sheet = titledSheet({maskable});
     const QImage drawn = *drawnProof(sheet);
     const QRect place = places(sheet, false)[1];
     const auto isBlack = [&](double x, double y) {
@@ -118,7 +118,7 @@ TEST(ProofDrawing, the_ring_of_the_safe_zone_is_drawn_where_it_is) {
 }
 
 TEST(ProofDrawing, large_icons_have_grounds_one_below_the_other) {
-    const ProofSheet sheet = sheetOf({icon(Pictures::flat(1500, 600, Qt::red))});
+    const ProofSheet sheet = titledSheet({icon(Pictures::flat(1500, 600, Qt::red))});
     const QRect light = places(sheet, false).front();
     const QRect dark = places(sheet, true).front();
     EXPECT_EQ(light.x(), dark.x());
@@ -129,7 +129,7 @@ TEST(ProofDrawing, large_icons_have_grounds_one_below_the_other) {
 TEST(ProofDrawing, no_view_or_caption_covers_another) {
     const std::vector cuts{ProofCut::Circle, ProofCut::RoundedSquare, ProofCut::Teardrop};
     for (const int side : {1, 36, 48, 72, 96, 144, 192, 288}) {
-        const ProofSheet sheet = sheetOf({icon(Pictures::flat(side, side, Qt::red), cuts)});
+        const ProofSheet sheet = titledSheet({icon(Pictures::flat(side, side, Qt::red), cuts)});
         const std::vector<QRect> rects = places(sheet, false);
         const ProofLayout layout = *laidOut(sheet);
         for (std::size_t i = 0; i < rects.size(); ++i) {
@@ -144,7 +144,7 @@ TEST(ProofDrawing, no_view_or_caption_covers_another) {
 }
 
 TEST(ProofDrawing, the_same_sheet_gives_the_same_pixels) {
-    const ProofSheet sheet = sheetOf({icon(Pictures::translucentNoise(40, 40, 8), {ProofCut::Squircle})});
+    const ProofSheet sheet = titledSheet({icon(Pictures::translucentNoise(40, 40, 8), {ProofCut::Squircle})});
     EXPECT_TRUE(Pictures::same(*drawnProof(sheet), *drawnProof(sheet)));
 }
 
@@ -165,7 +165,7 @@ TEST(ProofDrawing, names_are_broken_behind_their_punctuation) {
 }
 
 TEST(ProofDrawing, a_sheet_with_too_many_pixels_is_refused) {
-    const ProofSheet sheet = sheetOf({icon(Pictures::flat(1, 999990, Qt::red))});
+    const ProofSheet sheet = titledSheet({icon(Pictures::flat(1, 999990, Qt::red))});
     const Result<QImage> drawn = drawnProof(sheet);
     ASSERT_FALSE(drawn);
     EXPECT_EQ(drawn.error().code, ErrorCode::TooLarge);
