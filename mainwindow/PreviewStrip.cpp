@@ -3,7 +3,7 @@
 #include "base/LongWork.h"
 #include "generation/Platforms.h"
 #include "imaging/svg/SvgTime.h"
-#include "mainwindow/PreviewLooks.h"
+#include "platform/widgets/PreviewLooks.h"
 #include "platform/widgets/QtColor.h"
 
 #include <QLocale>

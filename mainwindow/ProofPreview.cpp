@@ -3,8 +3,8 @@
 #include "generation/IconContainer.h"
 #include "imaging/svg/SvgTime.h"
 #include "layouts/LayoutWriter.h"
-#include "mainwindow/PreviewLooks.h"
 #include "mainwindow/SentenceWords.h"
+#include "platform/widgets/PreviewLooks.h"
 #include "platform/widgets/QtColor.h"
 #include "project/proof/ProofSets.h"
 
